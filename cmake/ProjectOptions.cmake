@@ -1,0 +1,52 @@
+# Compiler and linker settings that every target of the project shares.
+
+set(MRLR_SANITIZERS "" CACHE STRING "Sanitizers for -fsanitize=, comma-separated; empty for none")
+option(MRLR_WERROR "Treat warnings as errors" ON)
+
+# Release with assertions of the standard library: a diagnostic must stop at a broken invariant
+# rather than report a number that it made up.
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+add_compile_definitions(_GLIBCXX_ASSERTIONS)
+
+# __FILE__ becomes the path inside the repository, the same on every machine: events carry it to
+# the host as the place that raised them.
+add_compile_options("-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=")
+
+if(WIN32)
+    add_compile_definitions(
+        UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00 WINVER=0x0A00
+        NTDDI_VERSION=0x0A000000)
+    # -Wa,-mbig-obj: template-heavy tests pass the section limit of the plain object format.
+    add_compile_options(-ffunction-sections -fdata-sections -fstack-protector-strong -Wa,-mbig-obj)
+    # No MinGW runtime DLL beside the executable, no build time inside it.
+    add_link_options(
+        -static -Wl,--gc-sections -Wl,--no-insert-timestamp
+        -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va -Wl,--tsaware)
+    if(CMAKE_BUILD_TYPE STREQUAL "Release")
+        add_link_options(-s)
+    endif()
+else()
+    add_compile_options(-fno-omit-frame-pointer)
+    if(MRLR_SANITIZERS)
+        add_compile_options("-fsanitize=${MRLR_SANITIZERS}" -fno-sanitize-recover=all)
+        add_link_options("-fsanitize=${MRLR_SANITIZERS}")
+    endif()
+endif()
+
+find_package(Threads REQUIRED)
+
+# The project's own code is compiled with these; third-party sources are not.
+add_library(project_warnings INTERFACE)
+target_compile_options(project_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${MRLR_WERROR}>:-Werror>)
+
+# mrlr_library(<name> INCLUDE <root> SOURCES <files> [LINKS <targets>] [PRIVATE_LINKS <targets>])
+# declares a static library whose public headers are found below <root>.
+function(mrlr_library name)
+    cmake_parse_arguments(ARG "" "INCLUDE" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_include_directories(${name} PUBLIC ${ARG_INCLUDE})
+    target_link_libraries(${name}
+        PUBLIC ${ARG_LINKS}
+        PRIVATE project_warnings ${ARG_PRIVATE_LINKS})
+endfunction()

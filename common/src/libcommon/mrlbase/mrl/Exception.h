@@ -1,0 +1,29 @@
+// The exceptions of Basekit.
+#pragma once
+
+#include <mrl/String.h>
+
+namespace mrl {
+
+/// A failure that a program can name in words.
+class Exception {
+public:
+    explicit Exception(String text) : m_text(std::move(text)) {}
+    Exception(const Exception&) = default;
+    Exception& operator=(const Exception&) = default;
+    virtual ~Exception();
+
+    /// What went wrong, for a person.
+    virtual String toString() const { return m_text; }
+
+private:
+    String m_text;
+};
+
+/// A broken invariant, raised with a code and no arguments. Deliberately no mrl::Exception: it is
+/// no failure that a program can handle by its words, and only catch-all handlers see it.
+struct StructuredException {
+    Uint32 code;
+};
+
+} // namespace mrl

@@ -1,0 +1,27 @@
+// Services of the system that need no type of their own.
+#pragma once
+
+#include <mrl/Types.h>
+
+#include <cstddef>
+#include <filesystem>
+
+namespace mrl {
+
+class System {
+public:
+    /// Blocks the calling thread for `milliseconds` of the clock in force.
+    /// Platform: Sleep, through the runtime library
+    static void mssleep(unsigned int milliseconds);
+
+    /// The character of one byte in the process's locale; with the minimal locale, which this
+    /// program never leaves, the character of the same value.
+    /// \return the character; 0 where the locale has none for that byte
+    /// Platform: mbtowc with a length of 1
+    static Char byteToChar(char byte);
+
+    /// A path from UTF-8, for file operations.
+    static std::filesystem::path path(std::string_view utf8);
+};
+
+} // namespace mrl

@@ -1,0 +1,26 @@
+// Follows the program through its operations.
+#pragma once
+
+#include <mrl/Logger.h>
+
+namespace mrl {
+
+/// A scope in the log, at priority 0: `> name (file:line)` when it opens and `< name` when it
+/// closes, however it is left. The arguments must outlive the scope.
+class TraceLogger {
+public:
+    /// The priority of both lines.
+    static constexpr int PRIORITY = 0;
+
+    /// `logger` may be null: then nothing is written.
+    TraceLogger(Logger* logger, const char* name, const char* file, int line);
+    TraceLogger(const TraceLogger&) = delete;
+    TraceLogger& operator=(const TraceLogger&) = delete;
+    ~TraceLogger();
+
+private:
+    Logger* m_logger; // null when the opening line was not wanted
+    const char* m_name;
+};
+
+} // namespace mrl

@@ -1,0 +1,41 @@
+#include <mrl/Clock.h>
+
+#include <atomic>
+#include <thread>
+
+namespace mrl {
+
+namespace {
+
+class SystemClock final : public Clock {
+public:
+    Duration now() override { return std::chrono::steady_clock::now().time_since_epoch(); }
+    UtcTime utcNow() override { return std::chrono::system_clock::now(); }
+    void sleep(Duration duration) override { std::this_thread::sleep_for(duration); }
+    void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& condition,
+                   Duration deadline) override {
+        condition.wait_until(lock, std::chrono::steady_clock::time_point(deadline));
+    }
+};
+
+SystemClock& systemClock() {
+    static SystemClock clock;
+    return clock;
+}
+
+std::atomic<Clock*> g_replacement{nullptr};
+
+} // namespace
+
+Clock::~Clock() = default;
+
+Clock& Clock::current() {
+    Clock* replacement = g_replacement.load(std::memory_order_acquire);
+    return replacement != nullptr ? *replacement : systemClock();
+}
+
+ScopedClock::ScopedClock(Clock& clock) : m_previous(g_replacement.exchange(&clock)) {}
+
+ScopedClock::~ScopedClock() { g_replacement.store(m_previous); }
+
+} // namespace mrl

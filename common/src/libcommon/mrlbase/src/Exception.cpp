@@ -1,0 +1,7 @@
+#include <mrl/Exception.h>
+
+namespace mrl {
+
+Exception::~Exception() = default;
+
+} // namespace mrl

@@ -1,0 +1,95 @@
+#include <mrl/LoggerStream.h>
+#include <mrl/Unicode.h>
+
+#include <map>
+#include <mutex>
+
+namespace mrl {
+
+namespace {
+
+// Loggers and sink, made on first use: other objects log while they are being initialised.
+struct Registry {
+    std::mutex mutex;
+    std::map<std::string, std::unique_ptr<Logger>, std::less<>> loggers;
+    std::mutex writing;
+    std::shared_ptr<LogSink> sink;
+};
+
+Registry& registry() {
+    // Never destroyed: objects with static life log from their destructors too.
+    static auto* const instance = new Registry; // NOLINT(cppcoreguidelines-owning-memory)
+    return *instance;
+}
+
+constinit std::atomic<int> g_threshold{LogFactory::OFF};
+
+} // namespace
+
+LogSink::~LogSink() = default;
+
+int Logger::getPriority() const {
+    for (const Logger* logger = this; logger != nullptr; logger = logger->m_parent) {
+        if (logger->m_priority != INHERITED) {
+            return logger->m_priority;
+        }
+    }
+    return 0;
+}
+
+bool Logger::admits(int priority) const {
+    return LogFactory::getPriority() <= priority && getPriority() <= priority;
+}
+
+void Logger::write(int priority, std::string_view utf8) {
+    const std::string text = escapeControls(utf8);
+    Registry& all = registry();
+    const std::lock_guard lock(all.writing);
+    if (all.sink == nullptr) {
+        return;
+    }
+    try {
+        all.sink->write({Clock::current().utcNow(), priority, m_name, text});
+    } catch (...) { // NOLINT(bugprone-empty-catch): a full disk must not change a test's result
+    }
+}
+
+Logger& LogFactory::createLogger(std::string_view name) {
+    Registry& all = registry();
+    const std::lock_guard lock(all.mutex);
+    const auto known = all.loggers.find(name);
+    if (known != all.loggers.end()) {
+        return *known->second;
+    }
+    // Each prefix up to a dot is a logger too, so that a priority set on it later is found.
+    const Logger* parent = nullptr;
+    Logger* logger = nullptr;
+    for (std::size_t dot = name.find('.');; dot = name.find('.', dot + 1)) {
+        const std::string_view prefix = name.substr(0, dot);
+        auto& slot = all.loggers[std::string(prefix)];
+        if (slot == nullptr) {
+            slot.reset(new Logger(std::string(prefix), parent));
+        }
+        logger = slot.get();
+        parent = logger;
+        if (dot == std::string_view::npos) {
+            return *logger;
+        }
+    }
+}
+
+int LogFactory::getPriority() { return g_threshold.load(std::memory_order_relaxed); }
+
+void LogFactory::setPriority(int priority) { g_threshold = priority; }
+
+std::shared_ptr<LogSink> LogFactory::setSink(std::shared_ptr<LogSink> sink) {
+    Registry& all = registry();
+    const std::lock_guard lock(all.writing);
+    return std::exchange(all.sink, std::move(sink));
+}
+
+LoggerStream& LoggerStream::operator<<(CharView text) {
+    return m_logger == nullptr ? *this : *this << std::string_view(toUtf8(text));
+}
+
+} // namespace mrl

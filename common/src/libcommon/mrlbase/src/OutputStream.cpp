@@ -1,0 +1,94 @@
+#include <mrl/OutputStream.h>
+
+#include <mrl/Unicode.h>
+
+#include <cstdio>
+
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace mrl {
+
+namespace {
+
+std::FILE* fileOf(OutputStream::Target target) {
+    return target == OutputStream::Target::standardOutput ? stdout : stderr;
+}
+
+#ifdef _WIN32
+
+// The console behind a stream, or null when the stream is a file or a pipe.
+HANDLE consoleOf(OutputStream::Target target) {
+    const HANDLE handle = GetStdHandle(target == OutputStream::Target::standardOutput
+                                           ? STD_OUTPUT_HANDLE
+                                           : STD_ERROR_HANDLE);
+    DWORD mode = 0;
+    return GetConsoleMode(handle, &mode) != 0 ? handle : nullptr;
+}
+
+bool isConsole(OutputStream::Target target) { return consoleOf(target) != nullptr; }
+
+// The console's own code page knows few of the characters that a network name can hold, so it gets
+// UTF-16. A pipe or a file gets UTF-8.
+void writeTo(OutputStream::Target target, std::string_view utf8) {
+    if (const HANDLE console = consoleOf(target)) {
+        const CharString text = toUtf16(utf8);
+        DWORD written = 0;
+        WriteConsoleW(console, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+        return;
+    }
+    std::fwrite(utf8.data(), 1, utf8.size(), fileOf(target));
+}
+
+#else
+
+bool isConsole(OutputStream::Target target) { return isatty(fileno(fileOf(target))) != 0; }
+
+void writeTo(OutputStream::Target target, std::string_view utf8) {
+    std::fwrite(utf8.data(), 1, utf8.size(), fileOf(target));
+}
+
+#endif
+
+} // namespace
+
+constinit OutputStream cout(OutputStream::Target::standardOutput);
+constinit OutputStream cerr(OutputStream::Target::standardError);
+
+OutputStream::Receiver::~Receiver() = default;
+
+OutputStream& OutputStream::operator<<(std::string_view utf8) {
+    if (m_receiver != nullptr) {
+        m_receiver->write(utf8);
+    } else {
+        writeTo(m_target, utf8);
+    }
+    return *this;
+}
+
+OutputStream& OutputStream::operator<<(const String& text) {
+    return *this << std::string_view(text.getUTF8String().bytes());
+}
+
+void OutputStream::flush() {
+    if (m_receiver == nullptr) {
+        std::fflush(fileOf(m_target));
+    }
+}
+
+bool OutputStream::isTerminal() const { return m_receiver == nullptr && isConsole(m_target); }
+
+OutputStream::Receiver* OutputStream::redirect(Receiver* receiver) {
+    return std::exchange(m_receiver, receiver);
+}
+
+OutputStream& endl(OutputStream& stream) {
+    stream << std::string_view("\n");
+    stream.flush();
+    return stream;
+}
+
+} // namespace mrl

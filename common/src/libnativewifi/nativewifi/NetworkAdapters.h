@@ -1,0 +1,24 @@
+// The network adapters of this PC, whatever their kind.
+#pragma once
+
+#include <nativewifi/WlanTypes.h>
+
+#include <mrl/String.h>
+
+#include <vector>
+
+namespace nativewifi {
+
+/// One adapter as the system's IP layer knows it.
+struct NetworkAdapter {
+    mrl::String name; ///< the description that the system shows for it
+    GUID guid;
+    bool mobileBroadband;
+};
+
+/// Every adapter but loopback and tunnels, in the system's order. Empty when the system gives
+/// none, and on systems other than Windows. Any thread.
+/// Platform: GetAdaptersAddresses
+std::vector<NetworkAdapter> networkAdapters();
+
+} // namespace nativewifi

@@ -1,0 +1,46 @@
+// Systems without Native Wifi: every client function is missing, GUIDs convert all the same.
+#include "Loader.h"
+
+#include <nativewifi/Guid.h>
+
+#include <algorithm>
+
+namespace nativewifi {
+
+namespace {
+
+RPC_STATUS uuidFromString(const mrl::Char* text, GUID* guid) {
+    const std::optional<GUID> parsed = parseGuid(text);
+    if (!parsed) {
+        return RPC_S_INVALID_STRING_UUID;
+    }
+    *guid = *parsed;
+    return RPC_S_OK;
+}
+
+RPC_STATUS uuidToString(const GUID* guid, mrl::Char** text) {
+    const mrl::String value = guidText(*guid);
+    *text = new mrl::Char[value.length() + 1]; // freed by rpcStringFree
+    std::copy_n(value.getUCS2Buffer(), value.length() + 1, *text);
+    return RPC_S_OK;
+}
+
+RPC_STATUS rpcStringFree(mrl::Char** text) {
+    delete[] *text;
+    *text = nullptr;
+    return RPC_S_OK;
+}
+
+} // namespace
+
+AnyFunction findWlanFunction(const char* /*name*/, DWORD& error) {
+    error = ERROR_MOD_NOT_FOUND;
+    return nullptr;
+}
+
+const RpcFunctions& platformRpcFunctions() {
+    static constexpr RpcFunctions functions{&uuidFromString, &uuidToString, &rpcStringFree};
+    return functions;
+}
+
+} // namespace nativewifi

@@ -1,0 +1,41 @@
+// A clock that moves when somebody sleeps, so that half a minute of polling is over at once.
+#pragma once
+
+#include <mrl/Clock.h>
+
+#include <mutex>
+#include <vector>
+
+namespace test {
+
+/// Starts at 0 s, on 2026-11-20T19:55:01.123Z. Installed as the clock in force while it lives.
+class VirtualClock final : public mrl::Clock {
+public:
+    VirtualClock();
+
+    Duration now() override;
+    UtcTime utcNow() override;
+    /// Moves the clock and wakes every thread in waitUntil(); does not block.
+    void sleep(Duration duration) override;
+    void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& condition,
+                   Duration deadline) override;
+
+    /// Every sleep so far, in order, in milliseconds.
+    std::vector<long long> sleeps();
+    /// Seconds since the start.
+    double elapsedSeconds();
+
+private:
+    struct Waiter {
+        std::mutex* mutex;
+        std::condition_variable* condition;
+    };
+
+    std::mutex m_mutex;
+    Duration m_now{0};
+    std::vector<long long> m_sleeps;
+    std::vector<Waiter> m_waiters;
+    mrl::ScopedClock m_installed;
+};
+
+} // namespace test
