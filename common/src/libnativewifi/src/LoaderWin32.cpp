@@ -22,7 +22,7 @@ RPC_STATUS WINAPI uuidFromString(const mrl::Char* text, GUID* guid) {
 }
 
 RPC_STATUS WINAPI uuidToString(const GUID* guid, mrl::Char** text) {
-    return UuidToStringW(guid, reinterpret_cast<RPC_WSTR*>(text));
+    return UuidToStringW(const_cast<GUID*>(guid), reinterpret_cast<RPC_WSTR*>(text));
 }
 
 RPC_STATUS WINAPI rpcStringFree(mrl::Char** text) {

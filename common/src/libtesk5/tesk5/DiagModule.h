@@ -1,0 +1,59 @@
+// The module's way to the framework: what it has, what it tells, and the call that runs it.
+#pragma once
+
+#include <tesk5/Event.h>
+#include <tesk5/LocalizedString.h>
+#include <tesk5/Parameter.h>
+#include <tesk5/TeskException.h>
+#include <tesk5/Test.h>
+
+namespace tesk5 {
+
+/// All operations are static; there is one module a process. Creation may happen during static
+/// initialisation. Except checkForStop() and requestAbort(), which any thread may call, everything
+/// belongs to the thread that runs the module.
+class DiagModule {
+public:
+    /// Registers a test; the framework owns it.
+    /// Failure: throws TeskException for a name that is registered already
+    static Test* createTest(const TeskString& name, const DeviceCapability& capability,
+                            Test::Function function);
+    /// Registers a parameter; the framework owns it.
+    /// \param multiValued whether several values may be given
+    /// \param optional whether a test that has it may run without one given
+    /// Failure: throws TeskException for a name that is registered already
+    static Parameter* createParameter(const TeskString& name, const DataType& type,
+                                      const TeskString& defaultValue, bool multiValued,
+                                      bool optional);
+    /// Registers an event; the framework owns it.
+    /// Failure: throws TeskException for a key that is registered already
+    static Event* createEvent(const TeskString& key);
+    /// Registers the key of a text; the framework owns the object. Nothing is looked up yet.
+    /// Failure: throws TeskException for a key that is registered already
+    static LocalizedString* createLocalizedString(const TeskString& key);
+
+    /// The process's arguments in UTF-8, the program's name first. They are copied.
+    static void setCmdLineArgs(int argc, const char** argv);
+    static void setVersion(unsigned major, unsigned minor, const TeskString& build);
+    /// What start() calls before it looks at the tests.
+    static void setModuleInitCallback(void (*callback)());
+
+    /// Does what the command line asks for.
+    /// \return the process's exit value: 0 when every result is PASS or COMPLETED, else the value
+    /// of the worst; 64 for a command line or an input that cannot be used, with nothing run and
+    /// nothing overwritten
+    /// Failure: exceptions that leave a test function pass through, but for TeskException
+    static int start();
+
+    /// Raises `event` with its variables as they are now.
+    /// \param sourceFile path of the source file inside the repository
+    static void warning(Event* event, const TeskString& sourceFile, int line);
+    static void error(Event* event, const TeskString& sourceFile, int line);
+
+    /// Whether somebody wants the run to end (Ctrl+C, Ctrl+Break). Cheap.
+    static bool checkForStop();
+    /// Ends the run after the current test function; does not make checkForStop() true.
+    static void requestAbort();
+};
+
+} // namespace tesk5

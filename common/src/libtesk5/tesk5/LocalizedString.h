@@ -1,0 +1,25 @@
+// A text of the module in the user's language.
+#pragma once
+
+#include <tesk5/TeskString.h>
+
+namespace tesk5 {
+
+/// One key of the text catalogue. Made with DiagModule::createLocalizedString, owned by the
+/// framework, alive until the process ends.
+class LocalizedString {
+public:
+    explicit LocalizedString(TeskString key);
+    LocalizedString(const LocalizedString&) = delete;
+    LocalizedString& operator=(const LocalizedString&) = delete;
+
+    const TeskString& key() const { return m_key; }
+    /// The text of the key in the language in force; the key itself when no catalogue has it. The
+    /// reference is valid until the language changes.
+    const TeskString& localizedString() const;
+
+private:
+    TeskString m_key;
+};
+
+} // namespace tesk5

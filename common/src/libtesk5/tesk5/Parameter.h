@@ -1,0 +1,50 @@
+// What a test can be told.
+#pragma once
+
+#include <tesk5/Value.h>
+
+#include <optional>
+
+namespace tesk5 {
+
+/// A named input of one or more tests. Made with DiagModule::createParameter, owned by the
+/// framework, alive until the process ends. Its value is set before tests run and is the default
+/// otherwise.
+class Parameter {
+public:
+    Parameter(TeskString name, DataType type, TeskString defaultValue, bool multiValued,
+              bool optional);
+    Parameter(const Parameter&) = delete;
+    Parameter& operator=(const Parameter&) = delete;
+
+    const TeskString& name() const { return m_name; }
+    const DataType& type() const { return m_type; }
+    const TeskString& defaultValue() const { return m_default; }
+    /// Whether several values may be given; the last one counts as value().
+    bool multiValued() const { return m_multiValued; }
+    /// Whether a test that has it may run without one given.
+    bool optional() const { return m_optional; }
+
+    /// The value in force. An empty number reads as 0.
+    Value value() const;
+
+    /// Why `text` cannot be a value of this parameter, in words that follow "... is "; nothing when
+    /// it can. A number must lie in 0 to 4294967295 and be written in decimal digits alone; the
+    /// empty text is every type's "not set".
+    std::optional<std::string> refuses(const TeskString& text) const;
+    /// Sets the value from its text.
+    /// Failure: throws TeskException when refuses() has a reason
+    void set(const TeskString& text);
+    /// Back to the default.
+    void reset();
+
+private:
+    TeskString m_name;
+    DataType m_type;
+    TeskString m_default;
+    bool m_multiValued;
+    bool m_optional;
+    std::optional<TeskString> m_given;
+};
+
+} // namespace tesk5

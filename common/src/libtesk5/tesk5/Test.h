@@ -1,0 +1,64 @@
+// A test of the module, as it is registered.
+#pragma once
+
+#include <tesk5/DiagDevice.h>
+#include <tesk5/Parameter.h>
+#include <tesk5/TestResult.h>
+
+#include <vector>
+
+namespace tesk5 {
+
+/// A test function with the conditions for running it. Made with DiagModule::createTest, owned by
+/// the framework, alive until the process ends. The setters return the test itself, for chains.
+class Test {
+public:
+    using Function = TestResult (*)(const DiagDevice&);
+
+    /// A condition on one property of a device. An empty value means "has the property at all",
+    /// another value means "has it with exactly this value".
+    struct PropertyCondition {
+        TeskString property;
+        TeskString value;
+
+        bool holdsFor(const DiagDevice& device) const;
+    };
+
+    Test(TeskString name, DeviceCapability capability, Function function);
+    Test(const Test&) = delete;
+    Test& operator=(const Test&) = delete;
+
+    /// With true, the test runs for the first matching device only.
+    Test* setEnumeratesOnlyOnce(bool once);
+    /// An interactive test runs only when it is named.
+    Test* setInteractive(bool interactive);
+    /// The test does not run for devices that meet this condition.
+    Test* addDevicePropertyExclusion(const TeskString& property, const TeskString& value);
+    /// The test runs only for devices that meet this condition.
+    Test* addDevicePropertyRequirement(const TeskString& property, const TeskString& value);
+    Test* addParameter(const Parameter* parameter);
+
+    const TeskString& name() const { return m_name; }
+    const DeviceCapability& capability() const { return m_capability; }
+    Function function() const { return m_function; }
+    bool enumeratesOnlyOnce() const { return m_enumeratesOnlyOnce; }
+    bool interactive() const { return m_interactive; }
+    const std::vector<PropertyCondition>& exclusions() const { return m_exclusions; }
+    const std::vector<PropertyCondition>& requirements() const { return m_requirements; }
+    const std::vector<const Parameter*>& parameters() const { return m_parameters; }
+
+    /// Every reason why `device` does not match, each a phrase for people; empty when it matches.
+    std::vector<std::string> reasonsAgainst(const DiagDevice& device) const;
+
+private:
+    TeskString m_name;
+    DeviceCapability m_capability;
+    Function m_function;
+    bool m_enumeratesOnlyOnce = false;
+    bool m_interactive = false;
+    std::vector<PropertyCondition> m_exclusions;
+    std::vector<PropertyCondition> m_requirements;
+    std::vector<const Parameter*> m_parameters;
+};
+
+} // namespace tesk5

@@ -1,0 +1,51 @@
+// Typed values of parameters and event variables.
+#pragma once
+
+#include <tesk5/TeskString.h>
+
+#include <mrl/Types.h>
+
+#include <variant>
+
+namespace tesk5 {
+
+/// The kind of a value. Compare with ==; the kinds are those of the static functions.
+class DataType {
+public:
+    static const DataType& STRING();
+    static const DataType& UINT32(); ///< a whole number from 0 to 4294967295
+
+    /// "string" or "uint32", as lists and reports write it.
+    const char* name() const { return m_name; }
+    friend bool operator==(const DataType& a, const DataType& b) {
+        return &a == &b || a.m_id == b.m_id;
+    }
+
+private:
+    DataType(int id, const char* name) : m_id(id), m_name(name) {}
+    int m_id;
+    const char* m_name;
+};
+
+/// A text or an unsigned 32-bit number.
+class Value {
+public:
+    /// A text.
+    Value(const TeskString& text) : m_value(text) {}       // NOLINT(google-explicit-constructor)
+    Value(const char* utf8) : m_value(TeskString(utf8)) {} // NOLINT(google-explicit-constructor)
+    /// A number.
+    Value(mrl::Uint32 number) : m_value(number) {} // NOLINT(google-explicit-constructor)
+
+    const DataType& type() const;
+    /// The text; a number in decimal.
+    TeskString valueString() const;
+    /// The number; of a text the number that it spells in decimal, 0 when it spells none.
+    mrl::Uint32 valueUint32() const;
+
+    friend bool operator==(const Value&, const Value&) = default;
+
+private:
+    std::variant<TeskString, mrl::Uint32> m_value;
+};
+
+} // namespace tesk5
