@@ -20,7 +20,7 @@ if(WIN32)
     add_compile_options(-ffunction-sections -fdata-sections -fstack-protector-strong -Wa,-mbig-obj)
     # No MinGW runtime DLL beside the executable, no build time inside it.
     add_link_options(
-        -static -Wl,--gc-sections -Wl,--no-insert-timestamp
+        -static -fstack-protector-strong -Wl,--gc-sections -Wl,--no-insert-timestamp
         -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va -Wl,--tsaware)
     if(CMAKE_BUILD_TYPE STREQUAL "Release")
         add_link_options(-s)

@@ -1,0 +1,151 @@
+#include <afxwin.h>
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Steps = std::vector<std::string>;
+
+class RecordingApplication : public CWinApp {
+public:
+    explicit RecordingApplication(LPCTSTR name = nullptr) : CWinApp(name) {}
+
+    BOOL InitInstance() override {
+        steps.emplace_back("InitInstance");
+        return starts;
+    }
+    int Run() override {
+        steps.emplace_back("Run");
+        return loops ? CWinApp::Run() : 5;
+    }
+    int ExitInstance() override {
+        steps.emplace_back("ExitInstance");
+        return CWinApp::ExitInstance();
+    }
+    BOOL OnIdle(LONG count) override {
+        steps.push_back("OnIdle " + std::to_string(count));
+        return count < 1;
+    }
+    BOOL PreTranslateMessage(MSG* message) override {
+        steps.push_back("message " + std::to_string(message->message - WM_APP));
+        return CWinApp::PreTranslateMessage(message);
+    }
+
+    int start() {
+        return AfxWinMain(GetModuleHandleW(nullptr), nullptr, GetCommandLineW(), SW_SHOW);
+    }
+
+    bool starts = true;
+    bool loops = false;
+    Steps steps;
+};
+
+TEST(Application, IsTheOneThatAfxGetAppGivesWhileItLives) {
+    EXPECT_EQ(AfxGetApp(), nullptr);
+    {
+        const RecordingApplication application;
+        EXPECT_EQ(AfxGetApp(), &application);
+        const RecordingApplication second;
+        EXPECT_EQ(AfxGetApp(), &application);
+    }
+    EXPECT_EQ(AfxGetApp(), nullptr);
+}
+
+TEST(Application, TakesItsNameFromTheExecutableUnlessItIsGivenOne) {
+    EXPECT_STREQ(RecordingApplication().m_pszAppName, L"test_libmfc");
+    EXPECT_STREQ(RecordingApplication(L"Antennas").m_pszAppName, L"Antennas");
+}
+
+TEST(Application, GivesRunsValueAsTheProcessesAfterAGoodStart) {
+    RecordingApplication application;
+    EXPECT_EQ(application.start(), 5);
+    EXPECT_EQ(application.steps, (Steps{"InitInstance", "Run"}));
+}
+
+TEST(Application, KnowsItsInstanceAndCommandLineWhenItStarts) {
+    RecordingApplication application;
+    application.start();
+    EXPECT_EQ(application.m_hInstance, GetModuleHandleW(nullptr));
+    EXPECT_STREQ(application.m_lpCmdLine, GetCommandLineW());
+    EXPECT_EQ(application.m_nCmdShow, SW_SHOW);
+}
+
+TEST(Application, ThatRefusesToStartExitsWithoutRunning) {
+    RecordingApplication application;
+    application.starts = false;
+    EXPECT_EQ(application.start(), 0);
+    EXPECT_EQ(application.steps, (Steps{"InitInstance", "ExitInstance"}));
+}
+
+TEST(Application, CannotRunWhenThereIsNone) {
+    EXPECT_EQ(AfxWinMain(GetModuleHandleW(nullptr), nullptr, GetCommandLineW(), SW_SHOW), -1);
+}
+
+TEST(Application, PumpsMessagesUntilQuitAndIdlesBetweenThem) {
+    RecordingApplication application;
+    application.loops = true;
+    PostThreadMessageW(GetCurrentThreadId(), WM_APP + 1, 0, 0);
+    PostQuitMessage(77);
+    EXPECT_EQ(application.start(), 77);
+    EXPECT_EQ(application.steps, (Steps{"InitInstance", "Run", "message 1", "ExitInstance"}));
+}
+
+TEST(Application, IdlesAsOftenAsOnIdleAsksForWhenTheQueueIsEmpty) {
+    class Idling final : public RecordingApplication {
+    public:
+        BOOL OnIdle(LONG count) override {
+            const BOOL more = RecordingApplication::OnIdle(count);
+            if (!more) {
+                PostQuitMessage(0);
+            }
+            return more;
+        }
+    } application;
+    application.loops = true;
+    application.start();
+    EXPECT_EQ(application.steps,
+              (Steps{"InitInstance", "Run", "OnIdle 0", "OnIdle 1", "ExitInstance"}));
+}
+
+TEST(Application, LooksForIconsInTheExecutable) {
+    const RecordingApplication application;
+    EXPECT_EQ(application.LoadIcon(4711U), nullptr);
+}
+
+// The process from its entry on, in a program that has no main() of its own.
+
+DWORD runProbe(const std::wstring& arguments) {
+    std::wstring self(32768, L'\0');
+    self.resize(GetModuleFileNameW(nullptr, self.data(), static_cast<DWORD>(self.size())));
+    const std::filesystem::path folder = std::filesystem::path(self).parent_path().parent_path();
+    std::wstring commandLine =
+        L"\"" + (folder / L"helpers" / MFC_APPLICATION_PROBE).wstring() + L"\" " + arguments;
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                       &startup, &process) == 0) {
+        ADD_FAILURE() << "the probe does not start: " << GetLastError();
+        return 0;
+    }
+    WaitForSingleObject(process.hProcess, INFINITE);
+    DWORD code = 0;
+    GetExitCodeProcess(process.hProcess, &code);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return code;
+}
+
+TEST(ApplicationProcess, ExitsWithWhatRunReturns) {
+    EXPECT_EQ(runProbe(L""), 40U);
+    EXPECT_EQ(runProbe(L"run --twice"), 42U);
+}
+
+TEST(ApplicationProcess, ExitsWithWhatExitInstanceReturnsWhenItDoesNotStart) {
+    EXPECT_EQ(runProbe(L"refuse"), 23U);
+}
+
+} // namespace
