@@ -14,8 +14,8 @@ public:
     LocalizedString& operator=(const LocalizedString&) = delete;
 
     const TeskString& key() const { return m_key; }
-    /// The text of the key in the language in force; the key itself when no catalogue has it. The
-    /// reference is valid until the language changes.
+    /// The text of the key in the language in force; the key itself when no catalogue has it. Read
+    /// on the first call, not before; the reference stays valid. Any thread.
     const TeskString& localizedString() const;
 
 private:

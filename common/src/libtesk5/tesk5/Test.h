@@ -24,7 +24,7 @@ public:
         bool holdsFor(const DiagDevice& device) const;
     };
 
-    Test(TeskString name, DeviceCapability capability, Function function);
+    Test(TeskString name, DeviceCapability capability, Function run);
     Test(const Test&) = delete;
     Test& operator=(const Test&) = delete;
 

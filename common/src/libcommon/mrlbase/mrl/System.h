@@ -22,6 +22,10 @@ public:
 
     /// A path from UTF-8, for file operations.
     static std::filesystem::path path(std::string_view utf8);
+
+    /// The folder that the running executable's file lies in; empty when the system does not tell.
+    /// Platform: GetModuleFileNameW
+    static std::filesystem::path executableFolder();
 };
 
 } // namespace mrl

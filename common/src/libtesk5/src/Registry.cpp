@@ -1,0 +1,41 @@
+#include <tesk5/Registry.h>
+
+namespace tesk5 {
+
+namespace {
+
+template <typename Objects, typename Name>
+auto* findIn(Objects& objects, Name name, const TeskString& wanted) {
+    for (auto& object : objects) {
+        if ((object.*name)() == wanted) {
+            return &object;
+        }
+    }
+    return static_cast<typename Objects::value_type*>(nullptr);
+}
+
+} // namespace
+
+Registry& Registry::instance() {
+    // Never destroyed: objects with static life may use what they registered until the very end.
+    static auto* const registry = new Registry; // NOLINT(cppcoreguidelines-owning-memory)
+    return *registry;
+}
+
+Test* Registry::findTest(const TeskString& name) {
+    return findIn(tests, &Test::name, name);
+}
+
+Parameter* Registry::findParameter(const TeskString& name) {
+    return findIn(parameters, &Parameter::name, name);
+}
+
+Event* Registry::findEvent(const TeskString& key) {
+    return findIn(events, &Event::key, key);
+}
+
+LocalizedString* Registry::findLocalizedString(const TeskString& key) {
+    return findIn(localizedStrings, &LocalizedString::key, key);
+}
+
+} // namespace tesk5
