@@ -1,0 +1,30 @@
+#include "VisibleNetwork.h"
+
+#include "ModuleObjects.h"
+
+namespace {
+
+// The first band whose floor the quality reaches names it.
+struct QualityBand {
+    mrl::Int32 floor;
+    tesk5::LocalizedString* const* word;
+};
+constexpr QualityBand qualityBands[] = {
+    {80, &texts::excellent}, {60, &texts::veryGood}, {40, &texts::good},
+    {20, &texts::low},       {1, &texts::veryLow},   {0, &texts::noSignal},
+};
+
+} // namespace
+
+VisibleNetwork::~VisibleNetwork() = default;
+
+mrl::String VisibleNetwork::getSignalQualityText() {
+    m_signalQualityText.clear();
+    for (const QualityBand& band : qualityBands) {
+        if (m_signalQuality >= band.floor) {
+            m_signalQualityText = texts::get(*band.word);
+            break;
+        }
+    }
+    return m_signalQualityText;
+}

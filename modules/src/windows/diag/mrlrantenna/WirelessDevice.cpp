@@ -1,0 +1,418 @@
+// The client handle, the queries and the radio of a wireless interface.
+#include "WirelessDevice.h"
+
+#include "ModuleObjects.h"
+#include "ScanNotification.h"
+#include "WirelessDeviceLog.h"
+
+#include <nativewifi/FixedText.h>
+#include <nativewifi/Guid.h>
+#include <nativewifi/Handles.h>
+
+#include <cstdint>
+
+using mrl::String;
+using nativewifi::api;
+
+namespace {
+
+constexpr DWORD CLIENT_VERSION = 2;
+
+// The GUID's text: between the first "{" and the last character of the name. Positions are 16 bits
+// wide; a name longer than that, or one without a brace, has no GUID, and parsing its empty text
+// fails.
+String guidTextOf(const String& deviceSystemName) {
+    const std::size_t brace = deviceSystemName.find(MRL_TEXT('{'));
+    if (brace == String::NOT_FOUND || brace > UINT16_MAX || deviceSystemName.length() < brace + 2) {
+        return String();
+    }
+    return deviceSystemName.subString(brace + 1, deviceSystemName.length() - brace - 2);
+}
+
+String systemNameOf(const tesk5::DiagDevice& device) {
+    constexpr const char* VIRTUAL_NAME = "VirtualDeviceSystemName";
+    if (device.property(VIRTUAL_NAME).exists()) {
+        deviceLog() << "Found the VirtualDeviceSystemName property, so using that as the device "
+                       "system name.";
+        return device.property(VIRTUAL_NAME).value().mrlString();
+    }
+    // A device without either name reads as an empty one, which has no GUID.
+    return device.property("DeviceSystemName").value().mrlString();
+}
+
+struct ErrorSentence {
+    DWORD error;
+    const char* sentence;
+};
+constexpr ErrorSentence queryErrors[] = {
+    {ERROR_INVALID_PARAMETER,
+     "Client Handle is NULL or invalid, Interface Guid is NULL, Reserved is not NULL, pointer of "
+     "pointer to Data is NULL, or Data Size is NULL."},
+    {ERROR_INVALID_HANDLE, "The handle to Client Handle was not found in the handle table."},
+    {ERROR_INVALID_STATE,
+     "The Op Code is set to wlan_intf_opcode_current_connection and the client is not currently "
+     "connected to a network"},
+    {ERROR_NOT_ENOUGH_MEMORY, "Failed to allocate memory for the query results."},
+    {ERROR_ACCESS_DENIED, "The user does not have sufficient permissions to query the parameters"},
+};
+
+const char* queryErrorSentence(DWORD error) {
+    for (const ErrorSentence& entry : queryErrors) {
+        if (entry.error == error) {
+            return entry.sentence;
+        }
+    }
+    return "Unknown error code";
+}
+
+// What to expect of an opcode's answer and where to keep it. The sizes are exact: of the lists,
+// only those of one item are taken.
+struct QueryRule {
+    WLAN_INTF_OPCODE opcode;
+    DWORD size;
+    void (*keep)(WirelessDevice& device, PVOID block);
+};
+
+BOOL answered(PVOID block) {
+    return block != nullptr ? TRUE : FALSE;
+}
+mrl::Uint32 addressMark(PVOID block) {
+    return static_cast<mrl::Uint32>(reinterpret_cast<std::uintptr_t>(block));
+}
+template <typename T>
+void keepBlock(T*& field, PVOID block) {
+    field = static_cast<T*>(block);
+}
+
+static_assert(sizeof(WLAN_AUTH_CIPHER_PAIR_LIST) == 12);
+static_assert(sizeof(WLAN_COUNTRY_OR_REGION_STRING_LIST) == 8);
+
+const QueryRule queryRules[] = {
+    {wlan_intf_opcode_autoconf_enabled, sizeof(BOOL),
+     [](WirelessDevice& device, PVOID block) { device.m_autoconfEnabled = answered(block); }},
+    {wlan_intf_opcode_background_scan_enabled, sizeof(BOOL),
+     [](WirelessDevice& device, PVOID block) { device.m_backgroundScanEnabled = answered(block); }},
+    {wlan_intf_opcode_media_streaming_mode, sizeof(BOOL),
+     [](WirelessDevice& device, PVOID block) { device.m_mediaStreamingMode = answered(block); }},
+    {wlan_intf_opcode_radio_state, sizeof(WLAN_RADIO_STATE),
+     [](WirelessDevice& device, PVOID block) { keepBlock(device.m_radioStateData, block); }},
+    {wlan_intf_opcode_bss_type, sizeof(DOT11_BSS_TYPE),
+     [](WirelessDevice& device, PVOID block) { keepBlock(device.m_bssTypeData, block); }},
+    {wlan_intf_opcode_interface_state, sizeof(WLAN_INTERFACE_STATE),
+     [](WirelessDevice& device, PVOID block) {
+         keepBlock(device.m_interfaceStateData, block);
+         if (block != nullptr) {
+             device.getInterfaceStateString(*device.m_interfaceStateData);
+         }
+     }},
+    {wlan_intf_opcode_current_connection, sizeof(WLAN_CONNECTION_ATTRIBUTES),
+     [](WirelessDevice& device, PVOID block) { keepBlock(device.m_connectionAttributes, block); }},
+    {wlan_intf_opcode_channel_number, sizeof(ULONG),
+     [](WirelessDevice& device, PVOID block) { device.m_channelNumber = addressMark(block); }},
+    {wlan_intf_opcode_supported_infrastructure_auth_cipher_pairs,
+     sizeof(WLAN_AUTH_CIPHER_PAIR_LIST),
+     [](WirelessDevice& device, PVOID block) {
+         keepBlock(device.m_infrastructureCipherPairs, block);
+     }},
+    {wlan_intf_opcode_supported_adhoc_auth_cipher_pairs, sizeof(WLAN_AUTH_CIPHER_PAIR_LIST),
+     [](WirelessDevice& device, PVOID block) { keepBlock(device.m_adhocCipherPairs, block); }},
+    {wlan_intf_opcode_supported_country_or_region_string_list,
+     sizeof(WLAN_COUNTRY_OR_REGION_STRING_LIST),
+     [](WirelessDevice& device, PVOID block) { keepBlock(device.m_countryOrRegionList, block); }},
+    {wlan_intf_opcode_statistics, sizeof(WLAN_STATISTICS),
+     [](WirelessDevice& device, PVOID block) { keepBlock(device.m_statistics, block); }},
+    {wlan_intf_opcode_rssi, sizeof(LONG),
+     [](WirelessDevice& device, PVOID block) {
+         device.m_rssi = static_cast<mrl::Int32>(addressMark(block));
+     }},
+};
+
+struct StateWords {
+    WLAN_INTERFACE_STATE state;
+    const mrl::Char* words;
+};
+constexpr StateWords stateWords[] = {
+    {wlan_interface_state_not_ready, MRL_TEXT("\"not ready\"")},
+    {wlan_interface_state_connected, MRL_TEXT("\"connected\"")},
+    {wlan_interface_state_ad_hoc_network_formed, MRL_TEXT("\"ad hoc network formed\"")},
+    {wlan_interface_state_disconnecting, MRL_TEXT("\"disconnecting\"")},
+    {wlan_interface_state_disconnected, MRL_TEXT("\"disconnected\"")},
+    {wlan_interface_state_associating, MRL_TEXT("\"associating\"")},
+    {wlan_interface_state_discovering, MRL_TEXT("\"discovering\"")},
+    {wlan_interface_state_authenticating, MRL_TEXT("\"authenticating\"")},
+};
+
+// The words given out last, for a debugger that looks at a process from outside.
+constinit std::atomic<const mrl::Char*> g_lastInterfaceStateText{nullptr};
+
+// An algorithm's words: a name of the trade that no language translates, or a localized text.
+struct AlgorithmWords {
+    DOT11_AUTH_ALGORITHM algorithm;
+    const char* name;
+    tesk5::LocalizedString* const* text;
+};
+constexpr AlgorithmWords algorithmWords[] = {
+    {DOT11_AUTH_ALGO_80211_OPEN, nullptr, &texts::authenticationOpen},
+    {DOT11_AUTH_ALGO_80211_SHARED_KEY, nullptr, &texts::authenticationSharedKey},
+    {DOT11_AUTH_ALGO_WPA, "WPA", nullptr},
+    {DOT11_AUTH_ALGO_WPA_PSK, "WPA PSK", nullptr},
+    {DOT11_AUTH_ALGO_WPA_NONE, "WPA none", nullptr},
+    {DOT11_AUTH_ALGO_RSNA, "RSNA", nullptr},
+    {DOT11_AUTH_ALGO_RSNA_PSK, "RSNA PSK", nullptr},
+};
+
+// Unknown counts as off: a technician must not be sent to the antennas of a dead radio.
+bool isOn(DOT11_RADIO_STATE state) {
+    return state != dot11_radio_state_unknown && state != dot11_radio_state_off;
+}
+
+} // namespace
+
+mrl::Logger* deviceLogger() {
+    static mrl::Logger& logger = mrl::LogFactory::createLogger("mrlrnetwork.WirelessDevice");
+    return logger.admitting(1);
+}
+
+WirelessDevice::WirelessDevice(const tesk5::DiagDevice& device)
+    : m_device(device), m_deviceSystemName(systemNameOf(device)),
+      m_interfaceGuidText(guidTextOf(m_deviceSystemName)) {
+    refreshRadio();
+}
+
+WirelessDevice::~WirelessDevice() {
+    closeHandle();
+}
+
+bool WirelessDevice::initialize() {
+    if (m_initialized) {
+        return true;
+    }
+    const mrl::TraceLogger trace = deviceTrace("initialize()");
+    if (!openHandle() || !isAPIVersionSupported()) {
+        return false;
+    }
+    // RPC_S_INVALID_STRING_UUID
+    if (api().UuidFromStringW(m_interfaceGuidText.getUCS2Buffer(), &m_interfaceGuid) != RPC_S_OK) {
+        return false;
+    }
+    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, RPC errors
+    return api().WlanRegisterNotification(m_clientHandle, WLAN_NOTIFICATION_SOURCE_ALL, TRUE,
+                                          &scanNotificationCallback, nullptr, nullptr,
+                                          nullptr) == ERROR_SUCCESS;
+}
+
+bool WirelessDevice::openHandle() {
+    const mrl::TraceLogger trace = deviceTrace("openHandle()");
+    closeHandle();
+    // ERROR_INVALID_PARAMETER, ERROR_NOT_ENOUGH_MEMORY, ERROR_REMOTE_SESSION_LIMIT_EXCEEDED, RPC
+    // errors
+    m_handleOpen = api().WlanOpenHandle(CLIENT_VERSION, nullptr, &m_negotiatedVersion,
+                                        &m_clientHandle) == ERROR_SUCCESS;
+    return m_handleOpen;
+}
+
+bool WirelessDevice::isAPIVersionSupported() {
+    const mrl::TraceLogger trace = deviceTrace("isAPIVersionSupported()");
+    if (m_negotiatedVersion == CLIENT_VERSION) {
+        return true;
+    }
+    deviceLog() << "The WLAN API version is not supported";
+    return false;
+}
+
+void WirelessDevice::closeHandle() {
+    const mrl::TraceLogger trace = deviceTrace("closeHandle()");
+    if (m_clientHandle != nullptr) {
+        // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, RPC errors: nothing could be done
+        api().WlanCloseHandle(m_clientHandle, nullptr);
+    }
+    m_clientHandle = nullptr;
+    m_handleOpen = false;
+}
+
+bool WirelessDevice::queryWirelessLanInterface(const WLAN_INTF_OPCODE& opcode) {
+    const mrl::TraceLogger trace = deviceTrace("queryWirelessLanInterface()");
+    m_initialized = initialize();
+    if (!m_initialized) {
+        return false;
+    }
+    DWORD size = 0;
+    PVOID block = nullptr;
+    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_INVALID_STATE, ERROR_NOT_ENOUGH_MEMORY,
+    // ERROR_ACCESS_DENIED, RPC errors
+    const DWORD result = api().WlanQueryInterface(m_clientHandle, &m_interfaceGuid, opcode, nullptr,
+                                                  &size, &block, nullptr);
+    if (result != ERROR_SUCCESS) {
+        deviceLog() << queryErrorSentence(result);
+        if (result == ERROR_INVALID_STATE) {
+            m_errorText = texts::get(texts::errorInvalidState);
+        }
+        return false;
+    }
+    for (const QueryRule& rule : queryRules) {
+        if (rule.opcode == opcode) {
+            if (size != rule.size) {
+                return false; // not given back either: one rule for all blocks
+            }
+            rule.keep(*this, block);
+            break;
+        }
+    }
+    return true;
+}
+
+bool WirelessDevice::queryNamed(WLAN_INTF_OPCODE opcode, const char* paddedName) {
+    if (queryWirelessLanInterface(opcode)) {
+        return true;
+    }
+    deviceLog() << "The queryWirelessLanInterface call with OPCODE " << paddedName << "failed";
+    return false;
+}
+
+// The names carry the blanks that set them off from "failed", not the same number each: log
+// readers match these lines as they are.
+
+bool WirelessDevice::populateRadioState() {
+    const mrl::TraceLogger trace = deviceTrace("populateRadioState()");
+    return queryNamed(wlan_intf_opcode_radio_state, "wlan_intf_opcode_radio_state  ");
+}
+
+bool WirelessDevice::populateWLANConnectionAtrributes() {
+    const mrl::TraceLogger trace = deviceTrace("populateWLANConnectionAtrributes()");
+    return queryNamed(wlan_intf_opcode_current_connection,
+                      "wlan_intf_opcode_current_connection    ");
+}
+
+bool WirelessDevice::isScanEnabled() {
+    const mrl::TraceLogger trace = deviceTrace("isScanEnabled()");
+    return queryNamed(wlan_intf_opcode_background_scan_enabled,
+                      "wlan_intf_opcode_background_scan_enabled ") &&
+           m_backgroundScanEnabled != FALSE;
+}
+
+bool WirelessDevice::refreshRadio() {
+    if (!populateRadioState() || m_radioStateData == nullptr) {
+        return false;
+    }
+    m_radio.update(*m_radioStateData);
+    return true;
+}
+
+RadioStateFlags WirelessDevice::getRadioState(mrl::Int32 phyIndex) {
+    const mrl::TraceLogger trace = deviceTrace("getRadioState()");
+    if (!refreshRadio()) {
+        return RADIO_STATE_NONE;
+    }
+    const Radio::Phy* phy = m_radio.phy(phyIndex);
+    if (phy == nullptr) {
+        return SOFTWARE_OFF | HARDWARE_OFF;
+    }
+    return (isOn(phy->software) ? SOFTWARE_ON : SOFTWARE_OFF) |
+           (isOn(phy->hardware) ? HARDWARE_ON : HARDWARE_OFF);
+}
+
+bool WirelessDevice::isRadioEnabled(mrl::Int32 phyIndex) {
+    const mrl::TraceLogger trace = deviceTrace("isRadioEnabled()");
+    if (!refreshRadio()) {
+        return false;
+    }
+    const Radio::Phy* phy = m_radio.phy(phyIndex);
+    return phy != nullptr && isOn(phy->software) && isOn(phy->hardware);
+}
+
+bool WirelessDevice::setRadioState(mrl::Uint32 phyIndex, bool enable) {
+    const mrl::TraceLogger trace = deviceTrace("setRadioState()");
+    m_initialized = initialize();
+    if (!m_initialized) {
+        return false;
+    }
+    WLAN_PHY_RADIO_STATE state{phyIndex, enable ? dot11_radio_state_on : dot11_radio_state_off,
+                               dot11_radio_state_unknown};
+    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_INVALID_STATE, ERROR_ACCESS_DENIED,
+    // ERROR_GEN_FAILURE, RPC errors
+    m_lastSetResult =
+        api().WlanSetInterface(m_clientHandle, &m_interfaceGuid, wlan_intf_opcode_radio_state,
+                               sizeof state, &state, nullptr);
+    if (m_lastSetResult == ERROR_SUCCESS) {
+        return true;
+    }
+    // One wording whatever the code: the radio stays as it is, and the code is in m_lastSetResult.
+    deviceLog() << "WlanSetInterface returned ERROR_INVALID_STATE when setting "
+                   "wlan_intf_opcode_radio_state. The radio "
+                << static_cast<mrl::Int32>(phyIndex) << " could not be enabled or disabled";
+    return false;
+}
+
+bool WirelessDevice::enumerateInterfaces() {
+    const mrl::TraceLogger trace = deviceTrace("enumerateInterfaces()");
+    if (!initialize()) {
+        return false;
+    }
+    // Never given back, as the blocks of queries are not.
+    WLAN_INTERFACE_INFO_LIST* interfaces = nullptr;
+    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, RPC errors
+    if (api().WlanEnumInterfaces(m_clientHandle, nullptr, &interfaces) != ERROR_SUCCESS ||
+        interfaces == nullptr) {
+        return false;
+    }
+    deviceLog() << "There are " << interfaces->dwNumberOfItems << " interfaces in the system.";
+    for (DWORD i = 0; i < interfaces->dwNumberOfItems; ++i) {
+        const WLAN_INTERFACE_INFO& interface = interfaces->InterfaceInfo[i];
+        const mrl::CharView description = nativewifi::fixedText(interface.strInterfaceDescription);
+        deviceLog() << "Interface : " << i;
+        nativewifi::RpcText guid;
+        // RPC_S_OUT_OF_MEMORY
+        if (api().UuidToStringW(&interface.InterfaceGuid, out(guid)) == RPC_S_OK) {
+            deviceLog() << "GUID: " << guid.get();
+        }
+        if (nativewifi::sameGuid(interface.InterfaceGuid, m_interfaceGuid)) {
+            m_interfaceDescription = String(description);
+            deviceLog() << "Interface Description: " << description;
+        } else {
+            deviceLog() << "Interface Description -NOT USED-: " << description;
+        }
+        // Asked for the line's sake only, so m_connected follows the interfaces while somebody
+        // logs and not otherwise.
+        if (deviceLogger() != nullptr) {
+            deviceLog() << "State: " << getInterfaceStateString(interface.isState);
+        }
+    }
+    return true;
+}
+
+String WirelessDevice::getInterfaceDescription() {
+    const mrl::TraceLogger trace = deviceTrace("getInterfaceDescription()");
+    enumerateInterfaces();
+    return m_interfaceDescription;
+}
+
+const mrl::Char* WirelessDevice::getInterfaceStateString(WLAN_INTERFACE_STATE state) {
+    const mrl::TraceLogger trace = deviceTrace("getInterfaceStateString()");
+    const mrl::Char* words = MRL_TEXT("invalid interface state");
+    for (const StateWords& entry : stateWords) {
+        if (entry.state == state) {
+            words = entry.words;
+        }
+    }
+    if (state == wlan_interface_state_connected) {
+        m_connected = true;
+    } else if (state == wlan_interface_state_disconnected) {
+        m_connected = false;
+    }
+    g_lastInterfaceStateText = words;
+    return words;
+}
+
+String WirelessDevice::getAuthAlgoString(DOT11_AUTH_ALGORITHM algorithm) {
+    const mrl::TraceLogger trace = deviceTrace("getAuthAlgoString()");
+    static String text;
+    text.clear();
+    for (const AlgorithmWords& entry : algorithmWords) {
+        if (entry.algorithm == algorithm) {
+            text = entry.name != nullptr ? String(entry.name) : texts::get(*entry.text);
+            return text;
+        }
+    }
+    text = texts::get(texts::unknownAuthenticationAlgorithm);
+    return text;
+}

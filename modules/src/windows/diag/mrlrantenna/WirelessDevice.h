@@ -1,0 +1,182 @@
+// One wireless interface of the PC: the one that the framework's device names.
+//
+// Both tests build one for the length of a run. What fails is told by a neutral result and, where a
+// reader of the log could use it, by one line to the logger "mrlrnetwork.WirelessDevice".
+#pragma once
+
+#include "Radio.h"
+#include "VisibleNetwork.h"
+
+#include <nativewifi/WlanTypes.h>
+
+#include <tesk5/DiagDevice.h>
+#include <tesk5/TestResult.h>
+
+#include <mrl/MRLArrayCommon.h>
+#include <mrl/String.h>
+
+/// A wireless interface and the module's own client handle to it.
+///
+/// No operation throws of its own accord. An object belongs to one thread at a time.
+///
+/// Blocks that the interface hands out for queries are kept in their fields and, deliberately,
+/// never given back: readers hold on to them beyond the next query, and a process runs a handful
+/// of queries a second at most. The next query of the same kind only replaces the pointer.
+class WirelessDevice {
+public:
+    /// Takes the interface's GUID out of the device's system name ("VirtualDeviceSystemName" if the
+    /// device has it, else "DeviceSystemName"): what stands between the first "{" and the last
+    /// character. Then opens and registers the client handle and reads the radio state. Never
+    /// fails: a name without a GUID, or a service that is not there, makes later queries fail.
+    explicit WirelessDevice(const tesk5::DiagDevice& device);
+    WirelessDevice(const WirelessDevice&) = delete;
+    WirelessDevice& operator=(const WirelessDevice&) = delete;
+    /// Closes the client handle.
+    ~WirelessDevice();
+
+    // --- The client handle -----------------------------------------------------------------------
+
+    /// Opens a client handle, parses the GUID and registers for notifications, unless
+    /// m_initialized says that this has succeeded before. Does not set m_initialized itself.
+    /// \return whether the interface can be talked to
+    /// Platform: WlanOpenHandle, UuidFromStringW, WlanRegisterNotification
+    bool initialize();
+    /// Closes the handle if there is one and opens a new one for client version 2.
+    /// Platform: WlanCloseHandle, WlanOpenHandle
+    bool openHandle();
+    /// Whether the version that the service agreed to is 2, the one with radio states.
+    bool isAPIVersionSupported();
+    /// Closes the handle if there is one. Leaves m_initialized as it is.
+    /// Platform: WlanCloseHandle
+    void closeHandle();
+
+    // --- Queries ---------------------------------------------------------------------------------
+
+    /// Asks for one property of the interface and keeps the answer in its field. An answer whose
+    /// size is not exactly the expected one is refused without a word; an opcode without a field is
+    /// asked and forgotten.
+    /// \return whether the answer came and was kept
+    /// Platform: WlanQueryInterface
+    bool queryWirelessLanInterface(const WLAN_INTF_OPCODE& opcode);
+    /// Reads the radio state into m_radioStateData.
+    bool populateRadioState();
+    /// Reads the current connection into m_connectionAttributes; fails when there is none.
+    bool populateWLANConnectionAtrributes();
+    /// Whether the interface answers the question for background scanning, whatever the answer.
+    bool isScanEnabled();
+    /// Lists the system's interfaces in the log and keeps the description of this one. With no
+    /// interface that matches, the description stays as it was and the result is still true.
+    /// Platform: WlanEnumInterfaces, UuidToStringW, RpcStringFreeW
+    bool enumerateInterfaces();
+    /// The description of the interface, read afresh; empty when it was never found.
+    mrl::String getInterfaceDescription();
+    /// The words for an interface state, in double quotes; "invalid interface state" for any other
+    /// value. Sets m_connected on connected and disconnected.
+    const mrl::Char* getInterfaceStateString(WLAN_INTERFACE_STATE state);
+    /// The words for an authentication algorithm.
+    static mrl::String getAuthAlgoString(DOT11_AUTH_ALGORITHM algorithm);
+
+    // --- The radio -------------------------------------------------------------------------------
+
+    /// Reads the radio state afresh and tells it of one PHY (an index from 0). An unknown state
+    /// counts as off. \return SOFTWARE_OFF | HARDWARE_OFF for a PHY that does not exist, 0 when the
+    /// state could not be read
+    RadioStateFlags getRadioState(mrl::Int32 phyIndex);
+    /// Whether the PHY exists and its radio, read afresh, is on in software and in hardware.
+    bool isRadioEnabled(mrl::Int32 phyIndex);
+    /// Switches the PHY's radio in software. The platform's result is kept in m_lastSetResult.
+    /// Platform: WlanSetInterface
+    bool setRadioState(mrl::Uint32 phyIndex, bool enable);
+
+    // --- Visible networks ------------------------------------------------------------------------
+
+    /// Fills m_visibleNetworks afresh, one record a name. A failed query leaves it empty, a handle
+    /// that cannot be opened leaves it as it was.
+    /// \return whether the interface delivered a list, even an empty one
+    /// Failure: logged and, for a radio that is off and for lack of memory, raised as an event
+    /// Platform: WlanGetAvailableNetworkList, WlanFreeMemory
+    bool getVisibleNetworkList();
+    /// Fills the list afresh and counts its records.
+    mrl::Uint32 getNumVisibleNetworks();
+    /// Logs one network and, if it has a name, records it. Null does nothing.
+    void printNetworkInfo(const WLAN_AVAILABLE_NETWORK* network);
+    /// Appends the record unless a stored one's name is contained in its name.
+    void addVisibleNetwork(VisibleNetwork network);
+    /// Whether the name of `second` occurs within the name of `first`.
+    bool isSame(VisibleNetwork first, VisibleNetwork second);
+    /// Logs why a network is not connectable.
+    /// Platform: WlanReasonCodeToString
+    void printReason(WLAN_REASON_CODE reasonCode);
+    /// The words for a BSS type.
+    mrl::String getBssTypeString(DOT11_BSS_TYPE bssType);
+    /// Writes the name of a network as terminated text, one character a byte, at most 32 (and at
+    /// most `capacity` - 1) of them. A byte of 0 ends the text for its readers.
+    /// \return `buffer`
+    mrl::Char* SsidToStringW(mrl::Char* buffer, std::size_t capacity, const DOT11_SSID* ssid);
+    /// Logs the sentence of a failed network list query and raises its event, if it has one.
+    /// \return what the failure would mean for a test
+    tesk5::TestResult reportNetworkListError(const mrl::String& call, mrl::Uint32 error);
+
+    // --- Signals ---------------------------------------------------------------------------------
+
+    /// Mean signal quality of `network` over three refreshes of the visible-network list.
+    ///
+    /// Blocks for at least 300 ms: the list settles between refreshes, and one reading jumps by
+    /// ten points on common cards.
+    /// \return percent, 0 to 100; 0 when no refresh showed the network
+    /// Failure: none is reported. A refresh that fails contributes nothing.
+    mrl::Int32 getSignalStrength(const VisibleNetwork& network);
+    /// Makes the system scan afresh and looks `ssid` up by name, in any letter case, among what
+    /// was heard. Blocks for 7 s. Scans on the first interface of the system.
+    /// \param[out] signalStrength link quality in percent; untouched when the name was not heard
+    /// \return whether the name was heard; failures on the way are silent
+    /// Platform: WlanOpenHandle, WlanEnumInterfaces, WlanScan, WlanGetNetworkBssList
+    bool forceScanMatched(const mrl::String& ssid, mrl::Uint32& signalStrength);
+    /// Reads quality and rates of the current connection into m_signalQuality, m_rxRate and
+    /// m_txRate; sets all three to 0 when there is no connection to read.
+    bool getSigTransReceieveRate();
+
+    // The fields are open to the tests of the module: they read them after a refresh and hand the
+    // handle and the GUID to calls of their own.
+
+    /// When true, getSigTransReceieveRate() fails at once without asking the interface. Nothing in
+    /// the module sets it: it is the place to stop connection queries at should a driver hang in
+    /// them.
+    bool m_connectionQueryBlocked = false;
+    mrl::Uint32 m_lastSetResult = 0;
+    HANDLE m_clientHandle = nullptr;
+    bool m_handleOpen = false;
+    DWORD m_negotiatedVersion = 0xFFFFFFFF;
+    tesk5::DiagDevice m_device;
+    mrl::String m_deviceSystemName;
+    mrl::String m_interfaceGuidText; ///< without braces
+    /// These three tell whether an answer came, not what it said.
+    BOOL m_autoconfEnabled = 0;
+    BOOL m_backgroundScanEnabled = 0;
+    WLAN_RADIO_STATE* m_radioStateData = nullptr;
+    DOT11_BSS_TYPE* m_bssTypeData = nullptr;
+    WLAN_INTERFACE_STATE* m_interfaceStateData = nullptr;
+    WLAN_CONNECTION_ATTRIBUTES* m_connectionAttributes = nullptr;
+    mrl::Uint32 m_channelNumber = 0; ///< a mark of the answer's block, not its content
+    WLAN_AUTH_CIPHER_PAIR_LIST* m_infrastructureCipherPairs = nullptr;
+    WLAN_AUTH_CIPHER_PAIR_LIST* m_adhocCipherPairs = nullptr;
+    WLAN_COUNTRY_OR_REGION_STRING_LIST* m_countryOrRegionList = nullptr;
+    BOOL m_mediaStreamingMode = 0;
+    WLAN_STATISTICS* m_statistics = nullptr;
+    mrl::Int32 m_rssi = 0; ///< a mark of the answer's block, not its content
+    Radio m_radio;
+    GUID m_interfaceGuid = {};
+    bool m_initialized = false;
+    bool m_connected = false;        ///< of the last interface looked at; read by nothing
+    mrl::Uint32 m_signalQuality = 0; ///< percent, of the current connection
+    mrl::Uint32 m_rxRate = 0;        ///< kbit/s
+    mrl::Uint32 m_txRate = 0;        ///< kbit/s
+    mrl::String m_interfaceDescription;
+    mrl::Uint32 m_numVisibleNetworks = 0;
+    mrl::MRLArray<VisibleNetwork> m_visibleNetworks;
+    mrl::String m_errorText; ///< of the last failed query that has one; read by nothing
+
+private:
+    bool refreshRadio();
+    bool queryNamed(WLAN_INTF_OPCODE opcode, const char* paddedName);
+};

@@ -1,0 +1,120 @@
+// Signal strengths: a mean over the list of visible networks, a forced scan, the connection's
+// rates.
+#include "WirelessDevice.h"
+#include "WirelessDeviceLog.h"
+
+#include <nativewifi/Api.h>
+
+#include <mrl/System.h>
+
+using mrl::String;
+using nativewifi::api;
+
+namespace {
+
+constexpr int REFRESHES = 3;
+constexpr unsigned int REFRESH_PAUSE_MS = 100;
+
+constexpr DWORD SCAN_CLIENT_VERSION = 1;
+// A scan's end is not waited for: drivers that never report it exist, and no card takes longer.
+constexpr unsigned int SCAN_PAUSE_MS = 7000;
+
+} // namespace
+
+mrl::Int32 WirelessDevice::getSignalStrength(const VisibleNetwork& network) {
+    const mrl::TraceLogger trace = deviceTrace("getSignalStrength()");
+    mrl::MRLArray<VisibleNetwork> snapshots[REFRESHES];
+    for (mrl::MRLArray<VisibleNetwork>& snapshot : snapshots) {
+        getVisibleNetworkList();
+        snapshot = m_visibleNetworks;
+        mrl::System::mssleep(REFRESH_PAUSE_MS);
+    }
+    mrl::Int32 sum = 0;
+    mrl::Int32 count = 0;
+    for (const mrl::MRLArray<VisibleNetwork>& snapshot : snapshots) {
+        for (const VisibleNetwork& entry : snapshot) {
+            // A name that is a part of the wanted one counts too: Lab is the same site as Lab-5G.
+            if (isSame(network, entry)) {
+                sum += entry.m_signalQuality;
+                ++count;
+            }
+        }
+    }
+    return count > 1 ? sum / count : sum;
+}
+
+bool WirelessDevice::forceScanMatched(const String& ssid, mrl::Uint32& signalStrength) {
+    // A client handle of its own, so that the scan's notifications do not reach m_clientHandle's
+    // callback. It is never closed and neither list is freed, deliberately: closing a handle
+    // cancels what its client has asked for on some drivers, and a process makes two of these at
+    // most a run.
+    HANDLE scanHandle = nullptr;
+    DWORD negotiatedVersion = 0;
+    // ERROR_INVALID_PARAMETER, ERROR_NOT_ENOUGH_MEMORY, ERROR_REMOTE_SESSION_LIMIT_EXCEEDED, RPC
+    // errors
+    if (api().WlanOpenHandle(SCAN_CLIENT_VERSION, nullptr, &negotiatedVersion, &scanHandle) !=
+        ERROR_SUCCESS) {
+        return false;
+    }
+    WLAN_INTERFACE_INFO_LIST* interfaces = nullptr;
+    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, RPC errors
+    if (api().WlanEnumInterfaces(scanHandle, nullptr, &interfaces) != ERROR_SUCCESS) {
+        return false;
+    }
+    // Always the first interface, whatever the device's own is. A list without one has nothing to
+    // read there; the scan of a null GUID then fails by itself.
+    GUID interfaceGuid = {};
+    if (interfaces != nullptr && interfaces->dwNumberOfItems != 0) {
+        interfaceGuid = interfaces->InterfaceInfo[0].InterfaceGuid;
+    }
+    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, ERROR_BUSY, RPC
+    // errors
+    if (api().WlanScan(scanHandle, &interfaceGuid, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
+        return false;
+    }
+    mrl::System::mssleep(SCAN_PAUSE_MS);
+    WLAN_BSS_LIST* heard = nullptr;
+    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, ERROR_NOT_SUPPORTED,
+    // ERROR_NDIS_DOT11_POWER_STATE_INVALID, ERROR_NOT_FOUND, ERROR_SERVICE_NOT_ACTIVE, RPC errors
+    if (api().WlanGetNetworkBssList(scanHandle, &interfaceGuid, nullptr, dot11_BSS_type_any, FALSE,
+                                    nullptr, &heard) != ERROR_SUCCESS ||
+        heard == nullptr) {
+        return false;
+    }
+    for (DWORD i = 0; i < heard->dwNumberOfItems; ++i) {
+        const WLAN_BSS_ENTRY& entry = heard->wlanBssEntries[i];
+        mrl::Char buffer[DOT11_SSID_MAX_LENGTH + 1];
+        String name(SsidToStringW(buffer, std::size(buffer), &entry.dot11Ssid));
+        if (name.empty()) {
+            continue;
+        }
+        deviceLog(1601) << "forceScanMatched::Enumerated SSID: " << name;
+        name.trim();
+        deviceLog(1603) << "forceScanMatched::Test SSID: " << ssid;
+        if (String::equalNoCase(ssid, name)) {
+            signalStrength = entry.uLinkQuality;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool WirelessDevice::getSigTransReceieveRate() {
+    const mrl::TraceLogger trace = deviceTrace("getSigTransReceieveRate()");
+    if (m_connectionQueryBlocked) {
+        m_connectionQueryBlocked = true; // stays blocked until somebody clears it
+        return false;
+    }
+    if (!populateWLANConnectionAtrributes() || m_connectionAttributes == nullptr) {
+        m_signalQuality = 0;
+        m_rxRate = 0;
+        m_txRate = 0;
+        return false;
+    }
+    const WLAN_ASSOCIATION_ATTRIBUTES& association =
+        m_connectionAttributes->wlanAssociationAttributes;
+    m_signalQuality = association.wlanSignalQuality;
+    m_rxRate = association.ulRxRate;
+    m_txRate = association.ulTxRate;
+    return true;
+}
