@@ -26,7 +26,8 @@
        const PVOID data, PVOID reserved))                                                          \
     X(DWORD, WlanRegisterNotification,                                                             \
       (HANDLE clientHandle, DWORD source, BOOL ignoreDuplicate,                                    \
-       WLAN_NOTIFICATION_CALLBACK callback, PVOID context, PVOID reserved, DWORD* previousSource)) \
+       WLAN_NOTIFICATION_CALLBACK callback, PVOID context, PVOID reserved,                         \
+       DWORD * previousSource))                                                                    \
     X(DWORD, WlanGetAvailableNetworkList,                                                          \
       (HANDLE clientHandle, const GUID* interfaceGuid, DWORD flags, PVOID reserved,                \
        WLAN_AVAILABLE_NETWORK_LIST** networkList))                                                 \
@@ -49,6 +50,7 @@
 
 namespace nativewifi {
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): declarations take none
 #define NATIVEWIFI_DECLARE_POINTER(result, name, arguments) result(WINAPI* name) arguments;
 
 /// The client functions. A table has no null pointer: what is missing is a function that returns

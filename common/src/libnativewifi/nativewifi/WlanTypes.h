@@ -8,7 +8,8 @@
 
 #ifdef _WIN32
 
-// clang-format off: wlanapi.h needs windows.h before it
+// wlanapi.h needs windows.h before it.
+// clang-format off
 #include <windows.h>
 #include <wlanapi.h>
 #include <rpc.h>
@@ -352,6 +353,11 @@ using WLAN_NOTIFICATION_CALLBACK = void (*)(WLAN_NOTIFICATION_DATA*, PVOID);
 #endif
 
 // Cross-compilers' headers lack these.
+#ifdef _WIN32
+#ifndef L2_NOTIFICATION_SOURCE_ALL
+#define L2_NOTIFICATION_SOURCE_ALL 0xFFFF
+#endif
+#endif
 #ifndef WLAN_AVAILABLE_NETWORK_CONNECTED
 constexpr DWORD WLAN_AVAILABLE_NETWORK_CONNECTED = 0x1;
 #endif

@@ -66,6 +66,8 @@ const Api& api() {
 
 ScopedApi::ScopedApi(const Api& table) : m_previous(g_replacement.exchange(&table)) {}
 
-ScopedApi::~ScopedApi() { g_replacement.store(m_previous); }
+ScopedApi::~ScopedApi() {
+    g_replacement.store(m_previous);
+}
 
 } // namespace nativewifi

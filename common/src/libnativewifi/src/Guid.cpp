@@ -63,6 +63,8 @@ mrl::String guidText(const GUID& guid) {
     return mrl::String(buffer);
 }
 
-bool sameGuid(const GUID& a, const GUID& b) { return std::memcmp(&a, &b, sizeof(GUID)) == 0; }
+bool sameGuid(const GUID& a, const GUID& b) {
+    return std::memcmp(&a, &b, sizeof(GUID)) == 0;
+}
 
 } // namespace nativewifi

@@ -26,7 +26,7 @@ RPC_STATUS uuidToString(const GUID* guid, mrl::Char** text) {
 }
 
 RPC_STATUS rpcStringFree(mrl::Char** text) {
-    delete[] *text;
+    delete[] * text;
     *text = nullptr;
     return RPC_S_OK;
 }

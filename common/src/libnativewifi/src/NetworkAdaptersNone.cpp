@@ -2,6 +2,8 @@
 
 namespace nativewifi {
 
-std::vector<NetworkAdapter> networkAdapters() { return {}; }
+std::vector<NetworkAdapter> networkAdapters() {
+    return {};
+}
 
 } // namespace nativewifi

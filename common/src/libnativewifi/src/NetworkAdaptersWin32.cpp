@@ -1,7 +1,8 @@
 #include <nativewifi/Guid.h>
 #include <nativewifi/NetworkAdapters.h>
 
-// clang-format off: iphlpapi.h needs winsock2.h before it
+// iphlpapi.h needs winsock2.h before it.
+// clang-format off
 #include <winsock2.h>
 #include <iphlpapi.h>
 // clang-format on
@@ -44,11 +45,11 @@ std::vector<NetworkAdapter> networkAdapters() {
         block = std::make_unique<std::byte[]>(size);
         // ERROR_ADDRESS_NOT_ASSOCIATED, ERROR_BUFFER_OVERFLOW, ERROR_INVALID_PARAMETER,
         // ERROR_NOT_ENOUGH_MEMORY, ERROR_NO_DATA
-        result = GetAdaptersAddresses(
-            AF_UNSPEC,
-            GAA_FLAG_SKIP_UNICAST | GAA_FLAG_SKIP_ANYCAST | GAA_FLAG_SKIP_MULTICAST |
-                GAA_FLAG_SKIP_DNS_SERVER,
-            nullptr, reinterpret_cast<IP_ADAPTER_ADDRESSES*>(block.get()), &size);
+        result = GetAdaptersAddresses(AF_UNSPEC,
+                                      GAA_FLAG_SKIP_UNICAST | GAA_FLAG_SKIP_ANYCAST |
+                                          GAA_FLAG_SKIP_MULTICAST | GAA_FLAG_SKIP_DNS_SERVER,
+                                      nullptr, reinterpret_cast<IP_ADAPTER_ADDRESSES*>(block.get()),
+                                      &size);
     }
     std::vector<NetworkAdapter> adapters;
     if (result != ERROR_SUCCESS) {

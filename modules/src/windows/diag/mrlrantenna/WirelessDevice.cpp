@@ -357,15 +357,15 @@ bool WirelessDevice::enumerateInterfaces() {
     }
     deviceLog() << "There are " << interfaces->dwNumberOfItems << " interfaces in the system.";
     for (DWORD i = 0; i < interfaces->dwNumberOfItems; ++i) {
-        const WLAN_INTERFACE_INFO& interface = interfaces->InterfaceInfo[i];
-        const mrl::CharView description = nativewifi::fixedText(interface.strInterfaceDescription);
+        const WLAN_INTERFACE_INFO& listed = interfaces->InterfaceInfo[i];
+        const mrl::CharView description = nativewifi::fixedText(listed.strInterfaceDescription);
         deviceLog() << "Interface : " << i;
         nativewifi::RpcText guid;
         // RPC_S_OUT_OF_MEMORY
-        if (api().UuidToStringW(&interface.InterfaceGuid, out(guid)) == RPC_S_OK) {
+        if (api().UuidToStringW(&listed.InterfaceGuid, out(guid)) == RPC_S_OK) {
             deviceLog() << "GUID: " << guid.get();
         }
-        if (nativewifi::sameGuid(interface.InterfaceGuid, m_interfaceGuid)) {
+        if (nativewifi::sameGuid(listed.InterfaceGuid, m_interfaceGuid)) {
             m_interfaceDescription = String(description);
             deviceLog() << "Interface Description: " << description;
         } else {
@@ -374,7 +374,7 @@ bool WirelessDevice::enumerateInterfaces() {
         // Asked for the line's sake only, so m_connected follows the interfaces while somebody
         // logs and not otherwise.
         if (deviceLogger() != nullptr) {
-            deviceLog() << "State: " << getInterfaceStateString(interface.isState);
+            deviceLog() << "State: " << getInterfaceStateString(listed.isState);
         }
     }
     return true;
