@@ -1,0 +1,86 @@
+# Shared by ./run, ./test and .ci/run: installs what is missing, builds, prepares Wine.
+# To be sourced from the repository's root.
+
+# Every Debian package that the project needs, by what it is for.
+PACKAGES=(
+    cmake ninja-build g++ g++-mingw-w64-x86-64-posix             # both builds
+    nlohmann-json3-dev libcli11-dev libspdlog-dev libfmt-dev     # libraries, used header-only
+    googletest                                                   # tests, built from its sources
+    wine wine64                                                  # runs the Windows programs
+    xvfb xauth xdotool imagemagick                               # a display for them, and eyes
+    python3                                                      # system tests and checks
+)
+# Only the checks of .ci/run need these.
+CHECK_PACKAGES=(clang-format clang-tidy)
+
+ROOT=$PWD
+WINE_PREFIX="$ROOT/build/wineprefix"
+
+say() { printf '%s\n' "$*" >&2; }
+
+# ensure_packages NAME...: installs what is missing of them, and says so only then.
+ensure_packages() {
+    local installed missing=() package
+    installed=$(dpkg-query -W -f '${Package} ${db:Status-Abbrev}\n' "$@" 2>/dev/null)
+    for package in "$@"; do
+        grep -qE "^$package ii" <<<"$installed" || missing+=("$package")
+    done
+    ((${#missing[@]})) || return 0
+
+    local elevate=()
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null; then
+            say "Missing Debian packages: ${missing[*]}"
+            say "Install them as root (apt-get install ${missing[*]}), then start this again."
+            exit 69
+        fi
+        elevate=(sudo)
+    fi
+    say "Installing Debian packages: ${missing[*]}"
+    "${elevate[@]}" apt-get update -qq >&2 &&
+        "${elevate[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2 || {
+        say "The packages could not be installed; see above."
+        exit 69
+    }
+}
+
+# build PRESET [TARGET...]: configures once, builds what has changed; quiet when all is well.
+build() {
+    local preset=$1 log="$ROOT/build/$1.log" targets=()
+    shift
+    (($#)) && targets=(--target "$@")
+    mkdir -p "$ROOT/build"
+    if [ ! -f "$ROOT/build/$preset/build.ninja" ]; then
+        say "Building ($preset), which takes some minutes the first time ..."
+        cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; exit 70; }
+    fi
+    cmake --build --preset "$preset" "${targets[@]}" >"$log" 2>&1 || {
+        cat "$log" >&2
+        say "The build ($preset) failed; see above."
+        exit 70
+    }
+}
+
+# prepare_wine: a prefix of the project's own, with the radio simulator as its wlanapi.dll.
+prepare_wine() {
+    export WINEPREFIX="$WINE_PREFIX"
+    export WINEDEBUG=${WINEDEBUG:--all}
+    # The simulator replaces Wine's own wlanapi.dll, whose functions end the process; the rest
+    # keeps a new prefix from asking to download things.
+    export WINEDLLOVERRIDES="wlanapi=n;mscoree=;mshtml=;winemenubuilder.exe="
+    local system32="$WINEPREFIX/drive_c/windows/system32"
+    if [ ! -f "$WINEPREFIX/.ready" ]; then
+        say "Preparing Wine ..."
+        rm -rf "$WINEPREFIX"
+        DISPLAY= wineboot --init >/dev/null 2>&1
+        wineserver --wait
+        if [ ! -d "$system32" ]; then
+            say "Wine could not make its prefix in $WINEPREFIX; run 'wineboot --init' to see why."
+            exit 70
+        fi
+        touch "$WINEPREFIX/.ready"
+    fi
+    local simulator="$ROOT/build/windows/radiosim/wlanapi.dll"
+    cmp -s "$simulator" "$system32/wlanapi.dll" || cp "$simulator" "$system32/wlanapi.dll"
+}
