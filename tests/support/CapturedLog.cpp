@@ -36,7 +36,9 @@ CapturedLog::~CapturedLog() {
     mrl::LogFactory::setSink(nullptr);
 }
 
-std::vector<CapturedLog::Line> CapturedLog::lines() const { return m_sink->lines(); }
+std::vector<CapturedLog::Line> CapturedLog::lines() const {
+    return m_sink->lines();
+}
 
 std::vector<std::string> CapturedLog::texts(const std::string& logger) const {
     std::vector<std::string> texts;
@@ -48,6 +50,8 @@ std::vector<std::string> CapturedLog::texts(const std::string& logger) const {
     return texts;
 }
 
-void CapturedLog::clear() { m_sink->clear(); }
+void CapturedLog::clear() {
+    m_sink->clear();
+}
 
 } // namespace test

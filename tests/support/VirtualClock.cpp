@@ -30,14 +30,15 @@ void VirtualClock::sleep(Duration duration) {
         waiters = m_waiters;
     }
     for (const Waiter& waiter : waiters) {
-        // A waiter between its look at the clock and its wait holds this: it must not miss the call.
+        // A waiter between its look at the clock and its wait holds this: it must not miss the
+        // call.
         { const std::lock_guard entered(*waiter.mutex); }
         waiter.condition->notify_all();
     }
 }
 
-void VirtualClock::waitUntil(std::unique_lock<std::mutex>& lock,
-                             std::condition_variable& condition, Duration deadline) {
+void VirtualClock::waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& condition,
+                             Duration deadline) {
     {
         const std::lock_guard guard(m_mutex);
         if (m_now >= deadline) {
@@ -47,9 +48,9 @@ void VirtualClock::waitUntil(std::unique_lock<std::mutex>& lock,
     }
     condition.wait(lock);
     const std::lock_guard guard(m_mutex);
-    const auto own = std::find_if(
-        m_waiters.begin(), m_waiters.end(),
-        [&condition](const Waiter& waiter) { return waiter.condition == &condition; });
+    const auto own =
+        std::find_if(m_waiters.begin(), m_waiters.end(),
+                     [&condition](const Waiter& waiter) { return waiter.condition == &condition; });
     if (own != m_waiters.end()) {
         m_waiters.erase(own);
     }
@@ -60,6 +61,8 @@ std::vector<long long> VirtualClock::sleeps() {
     return m_sleeps;
 }
 
-double VirtualClock::elapsedSeconds() { return duration<double>(now()).count(); }
+double VirtualClock::elapsedSeconds() {
+    return duration<double>(now()).count();
+}
 
 } // namespace test

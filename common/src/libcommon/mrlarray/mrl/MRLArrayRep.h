@@ -20,7 +20,8 @@ struct alignas(alignof(T) > alignof(Uint32) ? alignof(T) : alignof(Uint32)) Arra
     const T* elements() const { return reinterpret_cast<const T*>(this + 1); }
 
     /// An empty block with room for `initialCapacity` elements.
-    /// Failure: a size that 32 bits cannot hold is logged as an assertion and raised; std::bad_alloc
+    /// Failure: a size that 32 bits cannot hold is logged as an assertion and raised;
+    /// std::bad_alloc
     static ArrayRep* create(Uint32 initialCapacity) {
         // The line is the assertion's name in the log: it stays the same when this file changes.
         constexpr int LINE = 107;
@@ -30,15 +31,16 @@ struct alignas(alignof(T) > alignof(Uint32) ? alignof(T) : alignof(Uint32)) Arra
                 "initialCapacity <= (Uint32(0xffffffffU)-sizeof(ArrayRep<T>))/sizeof(T)");
             throw StructuredException{AssertionFailure::CODE};
         }
-        void* block = ::operator new(sizeof(ArrayRep<T>) + sizeof(T) * std::size_t{initialCapacity},
-                                     std::align_val_t{alignof(ArrayRep<T>)});
+        void* block =
+            ::operator new (sizeof(ArrayRep<T>) + sizeof(T) * std::size_t{initialCapacity},
+                            std::align_val_t{alignof(ArrayRep<T>)});
         return ::new (block) ArrayRep<T>{0, initialCapacity};
     }
 
     /// Destroys every element and frees the block.
     static void destroy(ArrayRep* rep) noexcept {
         std::destroy_n(rep->elements(), rep->size);
-        ::operator delete(rep, std::align_val_t{alignof(ArrayRep<T>)});
+        ::operator delete (rep, std::align_val_t{alignof(ArrayRep<T>)});
     }
 
     /// 8 doubled until it reaches `needed`; `needed` itself when doubling would pass 32 bits.

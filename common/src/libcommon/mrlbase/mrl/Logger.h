@@ -85,10 +85,12 @@ public:
 
 /// A sink that appends lines to the file `path` (UTF-8), each flushed as it is written:
 /// `2026-11-20T19:55:01.123Z 1 mrlrantenna: text` (time, priority, logger, text).
-/// Failure: throws mrl::Exception with the reason when the file cannot be opened for appending.
+/// A missing file is made, a missing folder is not.
+/// Failure: throws mrl::Exception with path and reason when the file cannot be opened for
+/// appending.
 std::shared_ptr<LogSink> fileLogSink(std::string_view path);
 
-/// The same lines on standard error.
+/// The same lines on standard error, through mrl::cerr.
 std::shared_ptr<LogSink> standardErrorLogSink();
 
 } // namespace mrl

@@ -13,6 +13,10 @@ class LoggerStream {
 public:
     /// `logger` as an accessor hands it out: null when lines of `priority` are not wanted.
     LoggerStream(Logger* logger, int priority) : m_logger(logger), m_priority(priority) {}
+    /// Begins the line with `line`, the number of the place that writes it, and a blank.
+    LoggerStream(Logger* logger, int priority, Uint32 line) : LoggerStream(logger, priority) {
+        *this << line << " ";
+    }
     LoggerStream(const LoggerStream&) = delete;
     LoggerStream& operator=(const LoggerStream&) = delete;
     ~LoggerStream() {
@@ -27,9 +31,14 @@ public:
         }
         return *this;
     }
-    LoggerStream& operator<<(const char* utf8) { return *this << std::string_view(utf8); }
     LoggerStream& operator<<(CharView text);
-    LoggerStream& operator<<(const Char* text) { return *this << CharView(text); }
+    /// Terminated texts; a null pointer adds nothing.
+    LoggerStream& operator<<(const char* utf8) {
+        return utf8 == nullptr ? *this : *this << std::string_view(utf8);
+    }
+    LoggerStream& operator<<(const Char* text) {
+        return text == nullptr ? *this : *this << CharView(text);
+    }
     LoggerStream& operator<<(const String& text) { return *this << text.view(); }
     /// Whole numbers in decimal.
     template <std::integral Number>

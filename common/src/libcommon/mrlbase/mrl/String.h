@@ -63,6 +63,7 @@ public:
     String& operator+=(const String& other);
     friend String operator+(String left, const String& right) { return left += right; }
     friend bool operator==(const String&, const String&) = default;
+    // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the operator for a comparison with 0
     friend auto operator<=>(const String&, const String&) = default;
 
     /// Whether the two are the same but for letter case (mrl::foldCase).

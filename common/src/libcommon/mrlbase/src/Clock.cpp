@@ -19,8 +19,9 @@ public:
 };
 
 SystemClock& systemClock() {
-    static SystemClock clock;
-    return clock;
+    // Never destroyed: objects with static life log, with a time, from their destructors too.
+    static auto* const clock = new SystemClock; // NOLINT(cppcoreguidelines-owning-memory)
+    return *clock;
 }
 
 std::atomic<Clock*> g_replacement{nullptr};
@@ -36,6 +37,8 @@ Clock& Clock::current() {
 
 ScopedClock::ScopedClock(Clock& clock) : m_previous(g_replacement.exchange(&clock)) {}
 
-ScopedClock::~ScopedClock() { g_replacement.store(m_previous); }
+ScopedClock::~ScopedClock() {
+    g_replacement.store(m_previous);
+}
 
 } // namespace mrl

@@ -1,11 +1,14 @@
 // The sinks of the product, on spdlog. Everything of that library stays inside this file.
 #include <mrl/Exception.h>
 #include <mrl/Logger.h>
+#include <mrl/OutputStream.h>
 #include <mrl/System.h>
 
 #include <spdlog/pattern_formatter.h>
+#include <spdlog/sinks/base_sink.h>
 #include <spdlog/sinks/basic_file_sink.h>
-#include <spdlog/sinks/stdout_sinks.h>
+
+#include <system_error>
 
 namespace mrl {
 
@@ -32,9 +35,31 @@ private:
     std::string m_line;
 };
 
+// Through Basekit's stream rather than the C library's, for the sake of Windows' consoles.
+class ErrorStreamSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex> {
+    void sink_it_(const spdlog::details::log_msg& message) override {
+        spdlog::memory_buf_t line;
+        formatter_->format(message, line);
+        cerr << std::string_view(line.data(), line.size());
+    }
+    void flush_() override { cerr.flush(); }
+};
+
+// Opening would make missing folders: a slip in a path must not leave a trail on the disk.
+void requireFolderOf(std::string_view path) {
+    const std::filesystem::path folder = System::path(path).parent_path();
+    std::error_code ignored;
+    if (!folder.empty() && !std::filesystem::is_directory(folder, ignored)) {
+        const auto reason = std::make_error_code(std::errc::no_such_file_or_directory);
+        throw Exception(String("Failed opening file " + std::string(path) +
+                               " for writing: " + reason.message()));
+    }
+}
+
 } // namespace
 
 std::shared_ptr<LogSink> fileLogSink(std::string_view path) {
+    requireFolderOf(path);
     try {
         return std::make_shared<SpdlogSink>(
             std::make_unique<spdlog::sinks::basic_file_sink_st>(System::path(path).native()));
@@ -44,7 +69,7 @@ std::shared_ptr<LogSink> fileLogSink(std::string_view path) {
 }
 
 std::shared_ptr<LogSink> standardErrorLogSink() {
-    return std::make_shared<SpdlogSink>(std::make_unique<spdlog::sinks::stderr_sink_st>());
+    return std::make_shared<SpdlogSink>(std::make_unique<ErrorStreamSink>());
 }
 
 } // namespace mrl

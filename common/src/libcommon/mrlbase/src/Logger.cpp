@@ -78,9 +78,13 @@ Logger& LogFactory::createLogger(std::string_view name) {
     }
 }
 
-int LogFactory::getPriority() { return g_threshold.load(std::memory_order_relaxed); }
+int LogFactory::getPriority() {
+    return g_threshold.load(std::memory_order_relaxed);
+}
 
-void LogFactory::setPriority(int priority) { g_threshold = priority; }
+void LogFactory::setPriority(int priority) {
+    g_threshold = priority;
+}
 
 std::shared_ptr<LogSink> LogFactory::setSink(std::shared_ptr<LogSink> sink) {
     Registry& all = registry();

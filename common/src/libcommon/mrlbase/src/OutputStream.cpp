@@ -5,6 +5,8 @@
 #include <cstdio>
 
 #ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 #else
 #include <unistd.h>
@@ -22,14 +24,15 @@ std::FILE* fileOf(OutputStream::Target target) {
 
 // The console behind a stream, or null when the stream is a file or a pipe.
 HANDLE consoleOf(OutputStream::Target target) {
-    const HANDLE handle = GetStdHandle(target == OutputStream::Target::standardOutput
-                                           ? STD_OUTPUT_HANDLE
-                                           : STD_ERROR_HANDLE);
+    const HANDLE handle = GetStdHandle(
+        target == OutputStream::Target::standardOutput ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
     DWORD mode = 0;
     return GetConsoleMode(handle, &mode) != 0 ? handle : nullptr;
 }
 
-bool isConsole(OutputStream::Target target) { return consoleOf(target) != nullptr; }
+bool isConsole(OutputStream::Target target) {
+    return consoleOf(target) != nullptr;
+}
 
 // The console's own code page knows few of the characters that a network name can hold, so it gets
 // UTF-16. A pipe or a file gets UTF-8.
@@ -40,12 +43,16 @@ void writeTo(OutputStream::Target target, std::string_view utf8) {
         WriteConsoleW(console, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
         return;
     }
+    // Without this the runtime library would turn each \n into two characters.
+    _setmode(_fileno(fileOf(target)), _O_BINARY);
     std::fwrite(utf8.data(), 1, utf8.size(), fileOf(target));
 }
 
 #else
 
-bool isConsole(OutputStream::Target target) { return isatty(fileno(fileOf(target))) != 0; }
+bool isConsole(OutputStream::Target target) {
+    return isatty(fileno(fileOf(target))) != 0;
+}
 
 void writeTo(OutputStream::Target target, std::string_view utf8) {
     std::fwrite(utf8.data(), 1, utf8.size(), fileOf(target));
@@ -79,7 +86,9 @@ void OutputStream::flush() {
     }
 }
 
-bool OutputStream::isTerminal() const { return m_receiver == nullptr && isConsole(m_target); }
+bool OutputStream::isTerminal() const {
+    return m_receiver == nullptr && isConsole(m_target);
+}
 
 OutputStream::Receiver* OutputStream::redirect(Receiver* receiver) {
     return std::exchange(m_receiver, receiver);

@@ -21,13 +21,17 @@ String::String(const Char* text) {
     }
 }
 
-CString String::getUTF8String() const { return CString(toUtf8(m_text)); }
+CString String::getUTF8String() const {
+    return CString(toUtf8(m_text));
+}
 
 std::size_t String::find(const String& part, std::size_t from) const {
     return m_text.find(part.m_text, from);
 }
 
-std::size_t String::find(Char unit, std::size_t from) const { return m_text.find(unit, from); }
+std::size_t String::find(Char unit, std::size_t from) const {
+    return m_text.find(unit, from);
+}
 
 String String::subString(std::size_t from, std::size_t count) const {
     return from >= m_text.size() ? String() : String(view().substr(from, count));

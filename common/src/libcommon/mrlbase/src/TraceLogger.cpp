@@ -9,6 +9,8 @@ TraceLogger::TraceLogger(Logger* logger, const char* name, const char* file, int
     LoggerStream(m_logger, PRIORITY) << "> " << name << " (" << file << ":" << line << ")";
 }
 
-TraceLogger::~TraceLogger() { LoggerStream(m_logger, PRIORITY) << "< " << m_name; }
+TraceLogger::~TraceLogger() {
+    LoggerStream(m_logger, PRIORITY) << "< " << m_name;
+}
 
 } // namespace mrl

@@ -9,8 +9,12 @@ namespace {
 
 constexpr char32_t REPLACEMENT = 0xFFFD;
 
-constexpr bool isHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-constexpr bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+constexpr bool isHighSurrogate(char32_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+constexpr bool isLowSurrogate(char32_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
 
 // Takes the next code point from a text and drops its units; ill-formed input gives U+FFFD and
 // drops what cannot be the start of anything better.
@@ -46,11 +50,10 @@ char32_t takeCodePoint(std::string_view& text) {
     if (lead < 0x80) {
         return lead;
     }
-    const auto* range = std::find_if(std::begin(leadRanges), std::end(leadRanges),
-                                     [lead](const LeadRange& candidate) {
-                                         return lead >= candidate.firstLead &&
-                                                lead <= candidate.lastLead;
-                                     });
+    const auto* range = std::find_if(
+        std::begin(leadRanges), std::end(leadRanges), [lead](const LeadRange& candidate) {
+            return lead >= candidate.firstLead && lead <= candidate.lastLead;
+        });
     if (range == std::end(leadRanges)) {
         return REPLACEMENT;
     }
@@ -139,8 +142,10 @@ struct ShiftedRange {
     Uint16 distance;
 };
 constexpr ShiftedRange shiftedRanges[] = {
-    {'A', 'Z', 32},          {0x00C0, 0x00D6, 32},   {0x00D8, 0x00DE, 32}, {0x0391, 0x03A1, 32},
-    {0x03A3, 0x03AB, 32},    {0x0400, 0x040F, 80},   {0x0410, 0x042F, 32}, {0xFF21, 0xFF3A, 32},
+    {'A', 'Z', 32},       {0x00C0, 0x00D6, 32}, {0x00D8, 0x00DE, 32}, {0x0386, 0x0386, 38},
+    {0x0388, 0x038A, 37}, {0x038C, 0x038C, 64}, {0x038E, 0x038F, 63}, {0x0391, 0x03A1, 32},
+    {0x03A3, 0x03AB, 32}, {0x0400, 0x040F, 80}, {0x0410, 0x042F, 32}, {0x04C0, 0x04C0, 15},
+    {0xFF21, 0xFF3A, 32},
 };
 
 // Ranges of neighbours: upper case has the parity of the first, lower case follows at once.
@@ -149,6 +154,7 @@ struct PairedRange {
 };
 constexpr PairedRange pairedRanges[] = {
     {0x0100, 0x012F}, {0x0132, 0x0137}, {0x0139, 0x0148}, {0x014A, 0x0177}, {0x0179, 0x017E},
+    {0x0460, 0x0481}, {0x048A, 0x04BF}, {0x04C1, 0x04CE}, {0x04D0, 0x052F},
 };
 
 } // namespace

@@ -1,0 +1,89 @@
+#include <mrl/Clock.h>
+#include <mrl/Stopwatch.h>
+#include <mrl/System.h>
+
+#include <support/VirtualClock.h>
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+namespace {
+
+using mrl::Clock;
+using testing::ElementsAre;
+using namespace std::chrono_literals;
+
+TEST(Clock, TheSystemsDoesNotGoBack) {
+    Clock::Duration last = Clock::current().now();
+    for (int i = 0; i < 1000; ++i) {
+        const Clock::Duration next = Clock::current().now();
+        ASSERT_GE(next, last);
+        last = next;
+    }
+}
+
+TEST(Clock, TheSystemsWaitEndsAtADeadlineThatHasPassed) {
+    std::mutex mutex;
+    std::condition_variable condition;
+    std::unique_lock lock(mutex);
+    Clock::current().waitUntil(lock, condition, Clock::current().now() - 1s);
+    EXPECT_TRUE(lock.owns_lock());
+}
+
+TEST(Clock, AnotherClockIsInForceForItsLifeOnly) {
+    Clock& system = Clock::current();
+    {
+        test::VirtualClock outer;
+        EXPECT_EQ(&Clock::current(), &outer);
+        {
+            test::VirtualClock inner;
+            EXPECT_EQ(&Clock::current(), &inner);
+        }
+        EXPECT_EQ(&Clock::current(), &outer);
+    }
+    EXPECT_EQ(&Clock::current(), &system);
+}
+
+TEST(Clock, SleepingMovesTheVirtualDate) {
+    test::VirtualClock clock;
+    const Clock::UtcTime start = clock.utcNow();
+    mrl::System::mssleep(7000);
+    EXPECT_EQ(clock.utcNow() - start, 7s);
+}
+
+TEST(Clock, AWaiterReturnsWhenSomebodySleepsPastItsDeadline) {
+    test::VirtualClock clock;
+    std::mutex mutex;
+    std::condition_variable condition;
+    std::thread waiter([&] {
+        std::unique_lock lock(mutex);
+        while (clock.now() < 10s) {
+            clock.waitUntil(lock, condition, 10s);
+        }
+    });
+    clock.sleep(10s);
+    waiter.join();
+    EXPECT_DOUBLE_EQ(clock.elapsedSeconds(), 10);
+}
+
+TEST(System, SleepsOnTheClockInForce) {
+    test::VirtualClock clock;
+    mrl::System::mssleep(100);
+    mrl::System::mssleep(0);
+    mrl::System::mssleep(4294967295U);
+    EXPECT_THAT(clock.sleeps(), ElementsAre(100, 0, 4294967295LL));
+}
+
+TEST(Stopwatch, RunsFromItsConstruction) {
+    const test::VirtualClock clock;
+    mrl::System::mssleep(5000);
+    const mrl::Stopwatch stopwatch;
+    EXPECT_DOUBLE_EQ(stopwatch.getElapsed(), 0);
+    mrl::System::mssleep(1500);
+    EXPECT_DOUBLE_EQ(stopwatch.getElapsed(), 1.5);
+    mrl::System::mssleep(28500);
+    EXPECT_DOUBLE_EQ(stopwatch.getElapsed(), 30);
+}
+
+} // namespace

@@ -1,0 +1,215 @@
+#include <mrl/LoggerStream.h>
+
+#include <support/CapturedLog.h>
+
+#include <gmock/gmock.h>
+
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using mrl::LogFactory;
+using mrl::Logger;
+using mrl::LoggerStream;
+using test::CapturedLog;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// Loggers live for ever: each test takes names of its own.
+Logger& logger(const std::string& name) {
+    const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
+    return LogFactory::createLogger(std::string(test->name()) + name);
+}
+
+void log(Logger& logger, int priority, const char* text) {
+    LoggerStream(logger.admitting(priority), priority) << text;
+}
+
+TEST(LogFactory, OneNameIsOneLogger) {
+    Logger& first = logger(".a.b");
+    EXPECT_EQ(&logger(".a.b"), &first);
+    EXPECT_NE(&logger(".a"), &first);
+    EXPECT_NE(&logger(".a.B"), &first);
+    EXPECT_EQ(first.name(), "OneNameIsOneLogger.a.b");
+}
+
+TEST(LogFactory, OddNamesAreNames) {
+    for (const char* name : {"", ".", "..", ".x", "x.", "x..y"}) {
+        EXPECT_EQ(LogFactory::createLogger(name).name(), name);
+        EXPECT_EQ(&LogFactory::createLogger(name), &LogFactory::createLogger(name));
+    }
+}
+
+TEST(LogFactory, NothingIsAdmittedUntilTheThresholdIsLowered) {
+    EXPECT_EQ(LogFactory::getPriority(), LogFactory::OFF);
+    EXPECT_FALSE(logger("").admits(1000));
+}
+
+TEST(LogFactory, SetSinkHandsBackTheOneBefore) {
+    const CapturedLog log;
+    const auto captured = LogFactory::setSink(nullptr);
+    EXPECT_NE(captured, nullptr);
+    EXPECT_EQ(LogFactory::setSink(captured), nullptr);
+}
+
+TEST(Logger, WithoutASinkALineGoesNowhere) {
+    const CapturedLog captured(0);
+    const auto sink = LogFactory::setSink(nullptr);
+    log(logger(""), 5, "lost");
+    LogFactory::setSink(sink);
+    EXPECT_THAT(captured.texts(), IsEmpty());
+}
+
+TEST(Logger, ALineIsWrittenWhenBothThresholdAndPriorityAreAtMostItsOwn) {
+    for (int threshold = 0; threshold <= 3; ++threshold) {
+        for (int own = 0; own <= 3; ++own) {
+            for (int priority = 0; priority <= 3; ++priority) {
+                const CapturedLog captured(threshold);
+                logger("").setPriority(own);
+                log(logger(""), priority, "line");
+                const bool expected = threshold <= priority && own <= priority;
+                EXPECT_EQ(captured.lines().size(), expected ? 1U : 0U)
+                    << "threshold " << threshold << ", logger " << own << ", line " << priority;
+            }
+        }
+    }
+}
+
+TEST(Logger, TheLineCarriesPriorityNameAndText) {
+    const CapturedLog captured;
+    log(logger(".x"), 4, "text");
+    const auto lines = captured.lines();
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines[0].priority, 4);
+    EXPECT_EQ(lines[0].logger, "TheLineCarriesPriorityNameAndText.x");
+    EXPECT_EQ(lines[0].text, "text");
+}
+
+TEST(Logger, WithoutAPriorityAnywhereItIsZero) {
+    EXPECT_EQ(logger(".a.b").getPriority(), 0);
+}
+
+TEST(Logger, ThePriorityComesFromTheNearestLoggerAboveThatHasOne) {
+    Logger& leaf = logger(".b.c");
+    logger("").setPriority(1);
+    EXPECT_EQ(leaf.getPriority(), 1);
+    logger(".b").setPriority(7);
+    EXPECT_EQ(leaf.getPriority(), 7);
+    leaf.setPriority(3);
+    EXPECT_EQ(leaf.getPriority(), 3);
+    EXPECT_EQ(logger(".b").getPriority(), 7);
+    leaf.clearPriority();
+    EXPECT_EQ(leaf.getPriority(), 7);
+    logger(".b").clearPriority();
+    EXPECT_EQ(leaf.getPriority(), 1);
+}
+
+TEST(Logger, ALoggerMadeLaterAboveAnotherStillCounts) {
+    Logger& leaf = logger(".b.c");
+    logger(".b").setPriority(4);
+    EXPECT_EQ(leaf.getPriority(), 4);
+}
+
+TEST(Logger, ANameThatOnlyBeginsAlikeInheritsNothing) {
+    logger(".device").setPriority(9);
+    EXPECT_EQ(logger(".deviceTwo").getPriority(), 0);
+}
+
+TEST(Logger, OneCallIsOneLine) {
+    const CapturedLog captured;
+    log(logger(""), 1, "first\nsecond\r\n\x1B[2Jthird");
+    EXPECT_THAT(captured.texts(), ElementsAre("first\\nsecond\\r\\n\\x1B[2Jthird"));
+}
+
+TEST(Logger, ANameThatTurnsTheReadingDirectionIsDisarmed) {
+    const CapturedLog captured;
+    log(logger(""), 1,
+        "SSID \xE2\x80\xAE"
+        "baL");
+    EXPECT_THAT(captured.texts(), ElementsAre("SSID \\u202EbaL"));
+}
+
+TEST(Logger, AFailingSinkLosesTheLineAndNothingElse) {
+    class FullDisk final : public mrl::LogSink {
+        void write(const mrl::LogRecord&) override { throw std::runtime_error("disk full"); }
+    };
+    const CapturedLog captured;
+    const auto working = LogFactory::setSink(std::make_shared<FullDisk>());
+    EXPECT_NO_THROW(log(logger(""), 1, "lost"));
+    LogFactory::setSink(working);
+    log(logger(""), 1, "kept");
+    EXPECT_THAT(captured.texts(), ElementsAre("kept"));
+}
+
+TEST(Logger, ServesSeveralThreadsAtOnce) {
+    constexpr int THREADS = 4;
+    constexpr int LINES = 200;
+    const CapturedLog captured;
+    const std::string name = logger("").name();
+    std::vector<std::thread> threads;
+    threads.reserve(THREADS);
+    for (int thread = 0; thread < THREADS; ++thread) {
+        threads.emplace_back([&name, thread] {
+            for (int line = 0; line < LINES; ++line) {
+                Logger& own = LogFactory::createLogger(name + "." + std::to_string(line % 10));
+                own.setPriority(line % 2);
+                LoggerStream(own.admitting(1), 1) << thread << "/" << line;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    int next[THREADS] = {};
+    for (const std::string& text : captured.texts()) {
+        const int thread = std::stoi(text);
+        ASSERT_EQ(text, std::to_string(thread) + "/" + std::to_string(next[thread]));
+        ++next[thread];
+    }
+    EXPECT_THAT(next, testing::Each(LINES));
+}
+
+TEST(LoggerStream, JoinsPiecesOfEveryKind) {
+    const CapturedLog captured;
+    const std::string_view view("view");
+    LoggerStream(&logger(""), 1) << 245 << " " << mrl::String("M\xC3\xBCller") << " "
+                                 << MRL_TEXT("utf-16") << " " << view << " " << -1 << " "
+                                 << 0xFFFFFFFFU << " " << 18446744073709551615ULL;
+    EXPECT_THAT(captured.texts(), ElementsAre("245 M\xC3\xBCller utf-16 view -1 4294967295 "
+                                              "18446744073709551615"));
+}
+
+TEST(LoggerStream, ALineNumberComesFirstWithABlank) {
+    const CapturedLog captured;
+    LoggerStream(&logger(""), 1, 245) << "text";
+    LoggerStream(nullptr, 1, 246) << "text";
+    EXPECT_THAT(captured.texts(), ElementsAre("245 text"));
+}
+
+TEST(LoggerStream, NullTextsAddNothing) {
+    const CapturedLog captured;
+    LoggerStream(&logger(""), 1) << "[" << static_cast<const char*>(nullptr)
+                                 << static_cast<const mrl::Char*>(nullptr) << "]";
+    EXPECT_THAT(captured.texts(), ElementsAre("[]"));
+}
+
+TEST(LoggerStream, WithoutALoggerNothingIsWritten) {
+    const CapturedLog captured(0);
+    LoggerStream(nullptr, 5) << 1 << "text" << mrl::String("text");
+    EXPECT_THAT(captured.lines(), IsEmpty());
+}
+
+TEST(LoggerStream, IsWrittenWhenAnExceptionLeavesItsScope) {
+    const CapturedLog captured;
+    try {
+        LoggerStream stream(&logger(""), 1);
+        stream << "half";
+        throw std::runtime_error("out");
+    } catch (const std::runtime_error&) {
+        EXPECT_THAT(captured.texts(), ElementsAre("half"));
+    }
+}
+
+} // namespace

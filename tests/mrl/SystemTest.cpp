@@ -1,0 +1,25 @@
+#include <mrl/System.h>
+
+#include <mrl/Unicode.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(System, AByteIsTheCharacterOfTheSameValue) {
+    for (int byte = 1; byte < 256; ++byte) {
+        EXPECT_EQ(mrl::System::byteToChar(static_cast<char>(byte)), static_cast<mrl::Char>(byte));
+    }
+}
+
+TEST(System, TheNullByteIsTheNullCharacter) {
+    EXPECT_EQ(mrl::System::byteToChar('\0'), mrl::Char(0));
+}
+
+TEST(System, APathKeepsEveryCharacter) {
+    const std::string name = "M\xC3\xBCller \xE6\x97\xA5 \xF0\x9F\x93\xB6.log";
+    const std::u8string back = mrl::System::path(name).u8string();
+    EXPECT_EQ(std::string(back.begin(), back.end()), name);
+}
+
+} // namespace
