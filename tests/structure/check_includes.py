@@ -1,0 +1,199 @@
+#!/usr/bin/env python3
+"""Reads every #include of the product and refuses an arrow that the house does not have.
+
+    mrl  <-  nativewifi  <-  tesk5  <-  module
+    mrl  <-  libmfc  <-  libUikit   <-  module's Win32 half
+    mrl, nativewifi  <-  radiosim
+
+Win32 and third-party headers have their places too. Prints `file:line: message` for each offence.
+"""
+
+import argparse
+import pathlib
+import re
+import sys
+
+FOLDERS = ("common", "modules", "tools")
+# Resource scripts are left out: they are Win32 through and through and link nothing.
+SUFFIXES = (".h", ".hpp", ".inl", ".c", ".cc", ".cpp")
+
+MODULE = "modules/src/windows/diag/mrlrantenna"
+MODULE_WIN32 = re.compile(
+    re.escape(MODULE) + r"/(mrlrantennaDlg|DiversityTest|MRLrAntennaApp)[^/]*$")
+# Makes the application object between the others, in the one file that fixes their order.
+MODULE_OBJECTS = f"{MODULE}/ModuleObjects.cpp"
+
+# Component: its folder, and the parts of it that others may include, as include roots.
+COMPONENTS = {
+    "mrl": ("common/src/libcommon",
+            ("common/src/libcommon/mrlbase", "common/src/libcommon/mrlarray")),
+    "nativewifi": ("common/src/libnativewifi", ("common/src/libnativewifi",)),
+    "tesk5": ("common/src/libtesk5", ("common/src/libtesk5",)),
+    "libmfc": ("common/src/libmfc", ("common/src/libmfc",)),
+    "libUikit": ("common/src/libuikit", ("common/src/libuikit",)),
+    "radiosim": ("tools/radiosim", ("tools/radiosim",)),
+    "module": ("modules", (MODULE,)),
+    "module's Win32 half": (MODULE, (MODULE,)),
+}
+
+# What each component may include besides its own headers.
+ARROWS = {
+    "mrl": set(),
+    "nativewifi": {"mrl"},
+    "tesk5": {"mrl", "nativewifi"},
+    "libmfc": {"mrl"},
+    "libUikit": {"mrl", "libmfc"},
+    "radiosim": {"mrl", "nativewifi"},
+    "module": {"mrl", "nativewifi", "tesk5"},
+    "module's Win32 half": {"mrl", "nativewifi", "tesk5", "module", "libmfc", "libUikit"},
+}
+
+# Headers known by name wherever they lie, so that an arrow is seen before its end exists.
+NAMES = (
+    (re.compile(r"mrl/"), "mrl"),
+    (re.compile(r"nativewifi/"), "nativewifi"),
+    (re.compile(r"tesk5/"), "tesk5"),
+    (re.compile(r"(libmfc/|afx\w*\.h$)"), "libmfc"),
+    (re.compile(r"(libUikit|libuikit)/"), "libUikit"),
+    (re.compile(r"radiosim/"), "radiosim"),
+)
+
+WIN32_HEADERS = re.compile(
+    r"(windows|windowsx|windef|winbase|winnt|wingdi|winuser|wincon|winreg|winerror|winver"
+    r"|commctrl|commdlg|richedit|uxtheme|dwmapi|shellapi|shlobj|shlwapi|prsht"
+    r"|ole2|oleauto|olectl|ocidl|objbase|objidl|combaseapi|unknwn|wincodec|gdiplus"
+    r"|wlanapi|wlantypes|windot11|l2cmn|winsock|winsock2|ws2tcpip|ws2def|iphlpapi|iptypes|netioapi"
+    r"|rpc|rpcdce|rpcndr|psapi|tlhelp32|dbghelp|setupapi|cfgmgr32|devguid|initguid|dbt)\.h$",
+    re.IGNORECASE)
+
+WIN32_PLACES = re.compile(
+    r"(common/src/libmfc/.*|common/src/libuikit/.*"
+    r"|common/src/libnativewifi/nativewifi/WlanTypes\.h|common/src/libnativewifi/src/[^/]*Win32\.cpp"
+    # A console needs UTF-16 from the system itself, and only the system knows the program's path.
+    r"|common/src/libcommon/mrlbase/src/(OutputStream|ExecutableFolderWin32)\.cpp"
+    r"|tools/radiosim/dll/.*)$")
+
+# Headers, what they are called, and the places that may include them.
+THIRD_PARTY = (
+    (re.compile(r"(spdlog|fmt)/"), "spdlog",
+     re.compile(r"common/src/libcommon/mrlbase/src/LogSinks\.cpp$")),
+    (re.compile(r"nlohmann/"), "nlohmann",
+     re.compile(r"(common/src/libtesk5/src|tools/radiosim)/")),
+    (re.compile(r"CLI/"), "CLI",
+     re.compile(r"(common/src/libtesk5/src|tools/radiosim)/")),
+    (re.compile(r"(gtest|gmock|support)/"), "test code", None),
+)
+
+INCLUDE = re.compile(
+    r'^[ \t]*#[ \t]*include[ \t]*(?:<([^>\n]+)>|"([^"\n]+)"|([^\n]*))', re.MULTILINE)
+# Texts come first: the marks of a comment inside them begin none.
+TEXT_OR_COMMENT = re.compile(r'"(?:\\.|[^"\\\n])*"|/\*.*?\*/|//[^\n]*', re.DOTALL)
+
+
+def without_comments(text):
+    """`text` with its comments gone and its lines where they were."""
+    def kept(found):
+        piece = found.group()
+        return piece if piece.startswith('"') else "\n" * piece.count("\n")
+    return TEXT_OR_COMMENT.sub(kept, text)
+
+
+def includes(text):
+    """Line number, header as written (None when it is a macro) and whether it is in quotes."""
+    text = without_comments(text)
+    for found in INCLUDE.finditer(text):
+        line = text.count("\n", 0, found.start()) + 1
+        yield line, found.group(1) or found.group(2), found.group(2) is not None
+
+
+def component_of(path):
+    """The component that the file `path` (below the root, with slashes) belongs to, or None."""
+    if MODULE_WIN32.match(path) or path == MODULE_OBJECTS:
+        return "module's Win32 half"
+    for name, (folder, _) in COMPONENTS.items():
+        if path.startswith(folder + "/"):
+            return name
+    return None
+
+
+def target_of(root, source, component, header, quoted):
+    """Where `header` leads: a component and, when the file exists, its path below the root."""
+    places = [source.parent] if quoted else []
+    places += [root / folder for folder in COMPONENTS[component][1]]
+    places += [root / folder for _, roots in COMPONENTS.values() for folder in roots]
+    for place in places:
+        candidate = (place / header).resolve()
+        if candidate.is_file() and candidate.is_relative_to(root):
+            path = candidate.relative_to(root).as_posix()
+            return component_of(path), path
+    for pattern, name in NAMES:
+        if pattern.match(header):
+            return name, None
+    return None, None
+
+
+def offence(root, source, header, quoted):
+    """What is wrong with `source` including `header`, or None."""
+    path = source.relative_to(root).as_posix()
+    component = component_of(path)
+    if component is None:
+        return "lies in no component of the house"
+    if header is None:
+        return "an #include of a macro cannot be checked"
+    target, target_path = target_of(root, source, component, header, quoted)
+    if target is not None:
+        if target == component:
+            return None
+        if target not in ARROWS[component]:
+            return f"{component} must not include {target} ({header})"
+        if target_path and any(target_path.startswith(f"{r}/src/") for r in COMPONENTS[target][1]):
+            return f"{header} is private to {target}"
+        return None
+    if target_path is not None:
+        return f"{header} lies in no component of the house"
+    if WIN32_HEADERS.match(header):
+        if WIN32_PLACES.match(path) or MODULE_WIN32.match(path):
+            return None
+        return f"{header} is for the Win32 parts of the house"
+    for pattern, name, places in THIRD_PARTY:
+        if pattern.match(header) and not (places and places.match(path)):
+            return f"{name} has no place here ({header})"
+    return None
+
+
+def sources(root):
+    for folder in FOLDERS:
+        for path in sorted((root / folder).rglob("*")):
+            if path.suffix in SUFFIXES and path.is_file():
+                yield path
+
+
+def check(root):
+    """Every offence below `root`, as lines to print."""
+    root = root.resolve()
+    offences = []
+    for source in sources(root):
+        text = source.read_text(encoding="utf-8", errors="replace")
+        for line, header, quoted in includes(text):
+            message = offence(root, source, header, quoted)
+            if message is not None:
+                offences.append(f"{source.relative_to(root).as_posix()}:{line}: {message}")
+    return offences
+
+
+def main(arguments=None):
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--root", metavar="DIR", type=pathlib.Path,
+                        default=pathlib.Path(__file__).resolve().parents[2],
+                        help="the top of the tree (default: the one this script is in)")
+    root = parser.parse_args(arguments).root
+    if not any((root / folder).is_dir() for folder in FOLDERS):
+        parser.error(f"{root}: none of {', '.join(FOLDERS)} is there")
+    offences = check(root)
+    for line in offences:
+        print(line)
+    return 1 if offences else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,248 @@
+"""What check_includes.py lets pass and what it refuses, on small trees made for the purpose."""
+
+import contextlib
+import io
+import pathlib
+import tempfile
+import unittest
+
+import check_includes
+
+MRL = "common/src/libcommon/mrlbase"
+WIFI = "common/src/libnativewifi"
+TESK5 = "common/src/libtesk5"
+MFC = "common/src/libmfc"
+UIKIT = "common/src/libuikit"
+MODULE = "modules/src/windows/diag/mrlrantenna"
+RADIOSIM = "tools/radiosim"
+
+
+class Tree(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = pathlib.Path(folder.name).resolve()
+        (self.root / "common").mkdir()
+
+    def file(self, path, text=""):
+        target = self.root / path
+        target.parent.mkdir(parents=True, exist_ok=True)
+        target.write_text(text, encoding="utf-8")
+
+    def offences(self):
+        return check_includes.check(self.root)
+
+    def offence(self, path, header):
+        """The message for the file `path` with the one line `#include header`, or None."""
+        if not header.startswith('"'):
+            header = f"<{header}>"
+        self.file(path, f"#include {header}\n")
+        found = self.offences()
+        (self.root / path).unlink()
+        self.assertLessEqual(len(found), 1, found)
+        return found[0].removeprefix(f"{path}:1: ") if found else None
+
+    def assert_passes(self, path, *headers):
+        for header in headers:
+            with self.subTest(path=path, header=header):
+                self.assertIsNone(self.offence(path, header))
+
+    def assert_refused(self, path, header, message):
+        with self.subTest(path=path, header=header):
+            self.assertEqual(self.offence(path, header), message)
+
+
+class Arrows(Tree):
+    # Each component with a file of its own and one header by which others know it.
+    FILES = {
+        "mrl": f"{MRL}/src/A.cpp",
+        "nativewifi": f"{WIFI}/src/A.cpp",
+        "tesk5": f"{TESK5}/src/A.cpp",
+        "libmfc": f"{MFC}/src/A.cpp",
+        "libUikit": f"{UIKIT}/src/A.cpp",
+        "radiosim": f"{RADIOSIM}/src/A.cpp",
+        "module": f"{MODULE}/WirelessDevice.cpp",
+        "module's Win32 half": f"{MODULE}/mrlrantennaDlg.cpp",
+    }
+    HEADERS = {
+        "mrl": "mrl/String.h",
+        "nativewifi": "nativewifi/Api.h",
+        "tesk5": "tesk5/Test.h",
+        "libmfc": "afxwin.h",
+        "libUikit": "libUikit/PngControl.h",
+        "radiosim": "radiosim/Engine.h",
+    }
+    ALLOWED = {
+        "mrl": {"mrl"},
+        "nativewifi": {"mrl", "nativewifi"},
+        "tesk5": {"mrl", "nativewifi", "tesk5"},
+        "libmfc": {"mrl", "libmfc"},
+        "libUikit": {"mrl", "libmfc", "libUikit"},
+        "radiosim": {"mrl", "nativewifi", "radiosim"},
+        "module": {"mrl", "nativewifi", "tesk5"},
+        "module's Win32 half": {"mrl", "nativewifi", "tesk5", "libmfc", "libUikit"},
+    }
+
+    def test_every_arrow_of_the_picture_passes_and_every_other_is_refused(self):
+        for source, path in self.FILES.items():
+            for target, header in self.HEADERS.items():
+                if target in self.ALLOWED[source]:
+                    self.assert_passes(path, header)
+                else:
+                    self.assert_refused(path, header,
+                                        f"{source} must not include {target} ({header})")
+
+    def test_standard_headers_pass_everywhere(self):
+        for path in self.FILES.values():
+            self.assert_passes(path, "vector", "cstdint", "unistd.h")
+
+    def test_arrays_are_part_of_mrl(self):
+        self.file("common/src/libcommon/mrlarray/mrl/MRLArrayRep.h")
+        self.assert_passes(self.FILES["module"], "mrl/MRLArrayRep.h")
+
+    def test_the_neutral_half_of_the_module_cannot_reach_the_other(self):
+        self.file(f"{MODULE}/mrlrantennaDlg.h")
+        self.assert_refused(f"{MODULE}/WirelessDevice.h", '"mrlrantennaDlg.h"',
+                            "module must not include module's Win32 half (mrlrantennaDlg.h)")
+
+    def test_the_win32_half_uses_the_neutral_one(self):
+        self.file(f"{MODULE}/WirelessDevice.h")
+        self.assert_passes(f"{MODULE}/mrlrantennaDlg.cpp", '"WirelessDevice.h"', "WirelessDevice.h")
+
+    def test_the_file_that_makes_all_objects_makes_the_application_too(self):
+        self.file(f"{MODULE}/MRLrAntennaApp.h")
+        self.assert_passes(f"{MODULE}/ModuleObjects.cpp", '"MRLrAntennaApp.h"')
+        self.assert_refused(f"{MODULE}/ModuleObjects.cpp", "windows.h",
+                            "windows.h is for the Win32 parts of the house")
+
+    def test_a_way_around_by_folders_leads_to_the_same_place(self):
+        self.file(f"{TESK5}/tesk5/Test.h")
+        self.assert_refused(self.FILES["nativewifi"], '"../../libtesk5/tesk5/Test.h"',
+                            "nativewifi must not include tesk5 (../../libtesk5/tesk5/Test.h)")
+
+    def test_what_a_library_keeps_in_src_is_its_own(self):
+        self.file(f"{WIFI}/src/Loader.h")
+        self.assert_passes(self.FILES["nativewifi"], '"Loader.h"')
+        self.assert_refused(self.FILES["tesk5"], '"../../libnativewifi/src/Loader.h"',
+                            "../../libnativewifi/src/Loader.h is private to nativewifi")
+
+    def test_a_header_beside_the_source_wins_over_one_of_that_name_elsewhere(self):
+        self.file(f"{TESK5}/src/Plan.h")
+        self.file(f"{MODULE}/Plan.h")
+        self.assert_passes(self.FILES["tesk5"], '"Plan.h"')
+
+    def test_a_file_outside_every_component_is_refused(self):
+        self.assert_refused("common/src/libother/A.cpp", "vector",
+                            "lies in no component of the house")
+
+
+class Win32Headers(Tree):
+    def test_they_pass_in_the_win32_parts(self):
+        for path in (f"{MFC}/afxwin.h", f"{MFC}/src/A.cpp", f"{UIKIT}/libUikit/A.h",
+                     f"{UIKIT}/src/A.cpp", f"{WIFI}/nativewifi/WlanTypes.h",
+                     f"{WIFI}/src/LoaderWin32.cpp", f"{MRL}/src/OutputStream.cpp",
+                     f"{RADIOSIM}/dll/Exports.cpp", f"{MODULE}/mrlrantennaDlgMeter.cpp",
+                     f"{MODULE}/DiversityTest.cpp", f"{MODULE}/MRLrAntennaApp.h"):
+            self.assert_passes(path, "windows.h", "commctrl.h", "iphlpapi.h", "Windows.h")
+
+    def test_they_are_refused_elsewhere(self):
+        for path in (f"{MRL}/src/Clock.cpp", f"{MRL}/mrl/OutputStream.h", f"{WIFI}/src/Api.cpp",
+                     f"{WIFI}/nativewifi/Api.h", f"{TESK5}/src/ConsoleWin32.cpp",
+                     f"{RADIOSIM}/src/Engine.cpp", f"{MODULE}/WirelessDevice.cpp",
+                     f"{MODULE}/MRLrAntenna.cpp"):
+            for header in ("windows.h", "Windows.h", "commctrl.h", "wlanapi.h", "winsock2.h"):
+                self.assert_refused(path, header, f"{header} is for the Win32 parts of the house")
+
+
+class ThirdPartyHeaders(Tree):
+    def test_each_passes_in_its_place(self):
+        self.assert_passes(f"{MRL}/src/LogSinks.cpp", "spdlog/sinks/base_sink.h", "fmt/format.h")
+        for path in (f"{TESK5}/src/Report.cpp", f"{RADIOSIM}/src/Scenario.cpp"):
+            self.assert_passes(path, "nlohmann/json.hpp", "CLI/CLI.hpp")
+
+    def test_each_is_refused_elsewhere(self):
+        self.assert_refused(f"{MRL}/src/Logger.cpp", "spdlog/spdlog.h",
+                            "spdlog has no place here (spdlog/spdlog.h)")
+        self.assert_refused(f"{TESK5}/tesk5/Report.h", "nlohmann/json.hpp",
+                            "nlohmann has no place here (nlohmann/json.hpp)")
+        self.assert_refused(f"{MODULE}/MRLrAntenna.cpp", "CLI/CLI.hpp",
+                            "CLI has no place here (CLI/CLI.hpp)")
+
+    def test_test_code_has_no_place_in_the_product(self):
+        for header in ("gtest/gtest.h", "support/VirtualClock.h"):
+            self.assert_refused(f"{TESK5}/src/A.cpp", header,
+                                f"test code has no place here ({header})")
+
+
+class Reading(Tree):
+    PATH = f"{MRL}/src/A.cpp"
+
+    def test_an_offence_names_file_and_line(self):
+        self.file(self.PATH, "// head\n\n#include <vector>\n  #  include <tesk5/Test.h>\n")
+        self.assertEqual(self.offences(),
+                         [f"{self.PATH}:4: mrl must not include tesk5 (tesk5/Test.h)"])
+
+    def test_every_offence_is_told(self):
+        self.file(self.PATH, "#include <tesk5/Test.h>\n#include <windows.h>\n")
+        self.file(f"{WIFI}/nativewifi/A.h", "#include <afxwin.h>\n")
+        self.assertEqual([line.split(": ")[0] for line in self.offences()],
+                         [f"{self.PATH}:1", f"{self.PATH}:2", f"{WIFI}/nativewifi/A.h:1"])
+
+    def test_comments_include_nothing_and_keep_the_count_of_lines(self):
+        self.file(self.PATH, "/* a\n#include <windows.h>\n*/\n// #include <windows.h>\n"
+                             "#include <windows.h>\n")
+        self.assertEqual([line.split(": ")[0] for line in self.offences()], [f"{self.PATH}:5"])
+
+    def test_a_text_with_the_marks_of_a_comment_hides_nothing(self):
+        self.file(self.PATH, 'auto a = "/*";\n#include <windows.h>\nauto b = "*/";\n')
+        self.assertEqual(len(self.offences()), 1)
+
+    def test_an_include_for_one_system_counts_too(self):
+        self.file(self.PATH, "#ifdef _WIN32\n#include <windows.h>\n#endif\n")
+        self.assertEqual(len(self.offences()), 1)
+
+    def test_an_include_of_a_macro_is_refused(self):
+        self.file(self.PATH, "#include HEADER\n")
+        self.assertEqual(self.offences(),
+                         [f"{self.PATH}:1: an #include of a macro cannot be checked"])
+
+    def test_other_files_are_not_read(self):
+        self.file(f"{MODULE}/mrlrantenna.rc", "#include <windows.h>\n")
+        self.file("tests/mrl/A.cpp", "#include <windows.h>\n")
+        self.assertEqual(self.offences(), [])
+
+    def test_bytes_that_are_no_utf8_stop_nothing(self):
+        self.file(self.PATH)
+        (self.root / self.PATH).write_bytes(b"// M\xfcller\n#include <windows.h>\n")
+        self.assertEqual(len(self.offences()), 1)
+
+
+class CommandLine(Tree):
+    def run_main(self, *arguments):
+        out, err = io.StringIO(), io.StringIO()
+        with contextlib.redirect_stdout(out), contextlib.redirect_stderr(err):
+            try:
+                code = check_includes.main(list(arguments))
+            except SystemExit as leaving:
+                code = leaving.code
+        return code, out.getvalue(), err.getvalue()
+
+    def test_a_clean_tree_is_silent(self):
+        self.file(f"{MRL}/src/A.cpp", "#include <mrl/A.h>\n")
+        self.assertEqual(self.run_main("--root", str(self.root)), (0, "", ""))
+
+    def test_an_offence_is_a_line_and_exit_code_1(self):
+        self.file(f"{MRL}/src/A.cpp", "#include <windows.h>\n")
+        code, out, _ = self.run_main("--root", str(self.root))
+        self.assertEqual(code, 1)
+        self.assertEqual(out, f"{MRL}/src/A.cpp:1: windows.h is for the Win32 parts of the house\n")
+
+    def test_a_folder_without_sources_is_no_clean_tree(self):
+        code, out, err = self.run_main("--root", str(self.root / "nowhere"))
+        self.assertNotEqual(code, 0)
+        self.assertEqual(out, "")
+        self.assertIn("nowhere", err)
+
+
+if __name__ == "__main__":
+    unittest.main()
