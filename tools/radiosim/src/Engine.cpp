@@ -1,0 +1,142 @@
+#include "EngineImpl.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace radiosim {
+
+/// What the engine consists of, in the order in which it comes into force.
+struct Engine::Parts {
+    explicit Parts(Scenario scenario) : impl(std::move(scenario)), inForce(impl.table) {}
+
+    Impl impl;
+    nativewifi::ScopedApi inForce;
+};
+
+Engine::Engine(Scenario scenario) : m_parts(std::make_unique<Parts>(std::move(scenario))) {}
+
+Engine::~Engine() {
+    // While the table is still in force: a running callback may use it.
+    m_parts->impl.notifier().stop();
+}
+
+const nativewifi::Api& Engine::api() const {
+    return m_parts->impl.table;
+}
+
+std::vector<Call> Engine::calls() const {
+    return m_parts->impl.log.calls();
+}
+
+std::vector<std::string> Engine::callTexts() const {
+    std::vector<std::string> texts;
+    for (const Call& call : calls()) {
+        texts.push_back(call.text());
+    }
+    return texts;
+}
+
+std::vector<std::string> Engine::callNames() const {
+    std::vector<std::string> names;
+    for (const Call& call : calls()) {
+        names.push_back(call.function);
+    }
+    return names;
+}
+
+std::size_t Engine::callCount(std::string_view function) const {
+    const std::vector<Call> all = calls();
+    return static_cast<std::size_t>(
+        std::count_if(all.begin(), all.end(),
+                      [function](const Call& call) { return call.function == function; }));
+}
+
+void Engine::clearCalls() {
+    m_parts->impl.log.clear();
+}
+
+void Engine::onCall(std::function<void(const Call&)> hook) {
+    m_parts->impl.log.hook(std::move(hook));
+}
+
+void Engine::traceTo(std::function<void(std::string_view)> line) {
+    m_parts->impl.log.lines(std::move(line));
+}
+
+std::size_t Engine::openHandles() const {
+    return m_parts->impl.openHandles();
+}
+
+std::size_t Engine::liveBlocks() const {
+    return m_parts->impl.blocks().count();
+}
+
+std::size_t Engine::liveBytes() const {
+    return m_parts->impl.blocks().bytes();
+}
+
+Leaks Engine::leaks() const {
+    return m_parts->impl.leaks();
+}
+
+std::size_t Engine::badFrees() const {
+    return m_parts->impl.blocks().badFrees();
+}
+
+std::vector<std::string> Engine::unfiredFaults() const {
+    return m_parts->impl.faults.unfired();
+}
+
+void Engine::setRadio(std::size_t interfaceIndex, std::size_t phyIndex,
+                      std::optional<std::int32_t> software, std::optional<std::int32_t> hardware) {
+    m_parts->impl.setRadio(interfaceIndex, phyIndex, software, hardware);
+}
+
+void Engine::setPhys(std::size_t interfaceIndex, std::vector<Phy> phys) {
+    m_parts->impl.change(interfaceIndex,
+                         [&](Impl::LiveInterface& live) { live.facts.phys = std::move(phys); });
+}
+
+void Engine::setAccessPoints(std::size_t interfaceIndex, std::vector<AccessPoint> accessPoints) {
+    m_parts->impl.change(interfaceIndex, [&](Impl::LiveInterface& live) {
+        live.facts.accessPoints = std::move(accessPoints);
+    });
+}
+
+void Engine::setConnection(std::size_t interfaceIndex, std::optional<Connection> connection) {
+    m_parts->impl.change(interfaceIndex, [&](Impl::LiveInterface& live) {
+        live.facts.connection = std::move(connection);
+    });
+}
+
+void Engine::setState(std::size_t interfaceIndex, std::optional<std::int32_t> state) {
+    m_parts->impl.change(interfaceIndex,
+                         [&](Impl::LiveInterface& live) { live.facts.state = state; });
+}
+
+void Engine::removeInterface(std::size_t interfaceIndex) {
+    m_parts->impl.change(interfaceIndex, [](Impl::LiveInterface& live) { live.removed = true; });
+}
+
+void Engine::addFault(Fault fault) {
+    m_parts->impl.addFault(std::move(fault));
+}
+
+void Engine::clearFaults() {
+    m_parts->impl.faults.clear();
+}
+
+void Engine::notify(std::uint32_t source, std::uint32_t code, std::vector<std::uint8_t> data) {
+    notifyFrom(0, source, code, std::move(data));
+}
+
+void Engine::notifyFrom(std::size_t interfaceIndex, std::uint32_t source, std::uint32_t code,
+                        std::vector<std::uint8_t> data) {
+    m_parts->impl.notify(interfaceIndex, {{}, source, code, std::move(data)});
+}
+
+void Engine::settle() {
+    m_parts->impl.notifier().settle();
+}
+
+} // namespace radiosim

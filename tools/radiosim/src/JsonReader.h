@@ -1,0 +1,75 @@
+// Reads a JSON value with a knowledge of where it stands, so that every refusal can say so.
+#pragma once
+
+#include <radiosim/Scenario.h>
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace radiosim {
+
+/// A word that stands for a number.
+struct Word {
+    std::string_view word;
+    std::int32_t value;
+};
+
+using Words = std::vector<Word>;
+
+/// One value and its path. Each reading operation refuses what it does not expect with a
+/// ScenarioError that names the path.
+class JsonReader {
+public:
+    using Value = nlohmann::json;
+
+    /// Parses `text`; malformed text is refused with its line and column, a key that stands twice
+    /// in one object with its name. The result owns the value.
+    static Value parse(std::string_view text);
+
+    JsonReader(const Value& value, std::string path) : m_value(value), m_path(std::move(path)) {}
+
+    [[noreturn]] void refuse(const std::string& reason) const;
+
+    /// The value must be an object, with no other keys than these.
+    void expectKeys(std::initializer_list<std::string_view> keys) const;
+    bool has(std::string_view key) const;
+    /// The value of a key of an object; it must be there.
+    JsonReader at(std::string_view key) const;
+    /// The elements of an array.
+    std::vector<JsonReader> elements() const;
+    bool isNumber() const { return m_value.is_number(); }
+    bool isArray() const { return m_value.is_array(); }
+    bool isObject() const { return m_value.is_object(); }
+
+    std::string text() const;
+    bool flag() const;
+    std::int64_t integer(std::int64_t min, std::int64_t max) const;
+    std::uint32_t unsigned32() const;
+    Milliseconds milliseconds() const;
+    /// One of `words`, or a number that need not be among them.
+    std::int32_t wordOrNumber(const Words& words) const;
+    /// The place in `words` alone.
+    std::int32_t word(const Words& words) const;
+    /// Pairs of hexadecimal digits, with or without one ':' or '-' or blank between the pairs.
+    std::vector<std::uint8_t> hexBytes() const;
+
+    // With a default for keys that are not there.
+    template <typename Target, typename Read>
+    void optional(std::string_view key, Target& target, Read read) const {
+        if (has(key)) {
+            target = read(at(key));
+        }
+    }
+
+private:
+    const Value& m_value;
+    std::string m_path;
+};
+
+} // namespace radiosim

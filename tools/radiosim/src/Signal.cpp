@@ -1,0 +1,70 @@
+#include <radiosim/Signal.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace radiosim {
+
+namespace {
+
+// A walk is computed from its beginning at each look. It turns back after this many steps, so that
+// a look after days costs no more than one after an hour.
+constexpr std::int64_t TURN = 4096;
+
+// One round of a well-mixed 64-bit hash; the standard library's distributions differ by platform.
+std::uint64_t mix(std::uint64_t value) {
+    value += 0x9E3779B97F4A7C15U;
+    value = (value ^ (value >> 30U)) * 0xBF58476D1CE4E5B9U;
+    value = (value ^ (value >> 27U)) * 0x94D049BB133111EBU;
+    return value ^ (value >> 31U);
+}
+
+std::int64_t steps(Signal::Milliseconds elapsed, Signal::Milliseconds length) {
+    return std::max<std::int64_t>(elapsed.count(), 0) / std::max<std::int64_t>(length.count(), 1);
+}
+
+struct ValueAt {
+    Signal::Milliseconds elapsed;
+
+    std::uint32_t operator()(std::uint32_t constant) const { return constant; }
+
+    std::uint32_t operator()(const Signal::Series& series) const {
+        const auto count = static_cast<std::int64_t>(series.values.size());
+        if (count == 0) {
+            return 0;
+        }
+        const std::int64_t step = steps(elapsed, series.step);
+        const std::int64_t index = series.repeat ? step % count : std::min(step, count - 1);
+        return series.values[static_cast<std::size_t>(index)];
+    }
+
+    std::uint32_t operator()(const Signal::Walk& walk) const {
+        const std::int64_t min = walk.min;
+        const std::int64_t max = std::max<std::int64_t>(walk.max, min);
+        const std::int64_t reach = 2 * static_cast<std::int64_t>(walk.step) + 1;
+        std::int64_t last = steps(elapsed, walk.interval) % (2 * TURN);
+        if (last > TURN) {
+            last = 2 * TURN - last;
+        }
+        std::int64_t value = std::clamp<std::int64_t>(walk.start, min, max);
+        for (std::int64_t step = 0; step < last; ++step) {
+            const std::uint64_t random = mix((static_cast<std::uint64_t>(walk.seed) << 32U) +
+                                             static_cast<std::uint64_t>(step));
+            const auto change =
+                static_cast<std::int64_t>(random % static_cast<std::uint64_t>(reach)) - walk.step;
+            value = std::clamp(value + change, min, max);
+        }
+        return static_cast<std::uint32_t>(value);
+    }
+};
+
+} // namespace
+
+Signal::Signal(Series series) : m_shape(std::move(series)) {}
+
+std::uint32_t Signal::at(Milliseconds elapsed) const {
+    return std::visit(ValueAt{elapsed}, m_shape);
+}
+
+} // namespace radiosim

@@ -1,0 +1,389 @@
+#include "View.h"
+
+#include <mrl/Unicode.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace radiosim {
+
+namespace {
+
+constexpr std::uint16_t CAPABILITY_ESS = 0x0001;
+constexpr std::uint16_t CAPABILITY_IBSS = 0x0002;
+constexpr std::uint16_t CAPABILITY_PRIVACY = 0x0010;
+constexpr std::int32_t STATE_OFF = 2;
+
+template <std::size_t size>
+void copyText(WCHAR (&target)[size], std::string_view utf8) {
+    const mrl::CharString text = mrl::toUtf16(utf8);
+    std::copy_n(text.c_str(), std::min(text.size(), size - 1), target);
+}
+
+DOT11_SSID ssidOf(std::string_view name) {
+    DOT11_SSID ssid{};
+    const std::size_t length = std::min<std::size_t>(name.size(), DOT11_SSID_MAX_LENGTH);
+    ssid.uSSIDLength = static_cast<ULONG>(length);
+    std::copy_n(name.begin(), length, ssid.ucSSID);
+    return ssid;
+}
+
+DOT11_SSID shownSsid(const AccessPoint& accessPoint) {
+    DOT11_SSID ssid = ssidOf(accessPoint.hidden ? std::string_view() : accessPoint.ssid);
+    ssid.uSSIDLength = accessPoint.ssidLength.value_or(ssid.uSSIDLength);
+    return ssid;
+}
+
+// In kHz, from the channel's number.
+ULONG centreFrequency(std::uint32_t channel) {
+    if (channel == 14) {
+        return 2484000;
+    }
+    return channel < 14 ? 2407000 + 5000 * channel : 5000000 + 5000 * channel;
+}
+
+LONG rssiOf(std::uint32_t quality) {
+    return static_cast<LONG>(std::min<std::uint32_t>(quality, 100) / 2) - 100;
+}
+
+bool isOff(const Phy& phy) {
+    return phy.software == STATE_OFF || phy.hardware == STATE_OFF;
+}
+
+template <typename Item>
+void place(Bytes& block, std::size_t offset, const Item& item) {
+    std::memcpy(block.data() + offset, &item, sizeof item);
+}
+
+// Both lists of pairs are a count and the pairs, whatever array a header declares for them.
+Bytes pairList(const std::vector<AuthCipherPair>& pairs) {
+    constexpr std::size_t FIRST = sizeof(DWORD);
+    Bytes block(FIRST + pairs.size() * sizeof(DOT11_AUTH_CIPHER_PAIR));
+    place(block, 0, static_cast<DWORD>(pairs.size()));
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+        place(block, FIRST + i * sizeof(DOT11_AUTH_CIPHER_PAIR),
+              DOT11_AUTH_CIPHER_PAIR{static_cast<DOT11_AUTH_ALGORITHM>(pairs[i].auth),
+                                     static_cast<DOT11_CIPHER_ALGORITHM>(pairs[i].cipher)});
+    }
+    return block;
+}
+
+// The block of a list that is declared with one item: three bytes an item, ending on a DWORD.
+Bytes countryList(const std::vector<std::string>& countries) {
+    constexpr std::size_t FIRST = sizeof(DWORD);
+    constexpr std::size_t LENGTH = sizeof(DOT11_COUNTRY_OR_REGION_STRING);
+    const std::size_t used = FIRST + countries.size() * LENGTH;
+    Bytes block((used + FIRST - 1) / FIRST * FIRST);
+    place(block, 0, static_cast<DWORD>(countries.size()));
+    for (std::size_t i = 0; i < countries.size(); ++i) {
+        std::memcpy(block.data() + FIRST + i * LENGTH, countries[i].data(),
+                    std::min(countries[i].size(), LENGTH));
+    }
+    return block;
+}
+
+View::Answer plain(Bytes block) {
+    return {ERROR_SUCCESS, std::move(block)};
+}
+
+View::Answer counted(Bytes block, std::size_t offset) {
+    return {ERROR_SUCCESS, std::move(block), offset, true};
+}
+
+View::Answer flag(bool value) {
+    return plain(bytesOf<BOOL>(value ? TRUE : FALSE));
+}
+
+} // namespace
+
+void overwrite(Bytes& block, std::size_t offset, DWORD value) {
+    if (offset + sizeof value <= block.size()) {
+        place(block, offset, value);
+    }
+}
+
+bool View::radioOff() const {
+    return !m_facts.phys.empty() && std::all_of(m_facts.phys.begin(), m_facts.phys.end(), isOff);
+}
+
+std::int32_t View::state() const {
+    const bool online = m_facts.connection && !radioOff();
+    return m_facts.state.value_or(online ? wlan_interface_state_connected
+                                         : wlan_interface_state_disconnected);
+}
+
+bool View::connected() const {
+    const std::int32_t now = state();
+    return m_facts.connection && !radioOff() &&
+           (now == wlan_interface_state_connected ||
+            now == wlan_interface_state_ad_hoc_network_formed);
+}
+
+WLAN_INTERFACE_INFO View::info(const GUID& guid) const {
+    WLAN_INTERFACE_INFO info{};
+    info.InterfaceGuid = guid;
+    copyText(info.strInterfaceDescription, m_facts.description);
+    info.isState = static_cast<WLAN_INTERFACE_STATE>(state());
+    return info;
+}
+
+bool View::visible(const AccessPoint& accessPoint) const {
+    if ((accessPoint.from && m_elapsed < *accessPoint.from) ||
+        (accessPoint.to && m_elapsed >= *accessPoint.to)) {
+        return false;
+    }
+    const bool scanned = m_endedScans >= accessPoint.scans;
+    return accessPoint.visible == Visible::ALWAYS ||
+           scanned == (accessPoint.visible == Visible::AFTER_SCAN);
+}
+
+std::uint32_t View::signal(const AccessPoint& accessPoint) const {
+    return accessPoint.signal.at(m_elapsed);
+}
+
+const AccessPoint* View::named(const std::string& ssid) const {
+    const auto found =
+        std::find_if(m_facts.accessPoints.begin(), m_facts.accessPoints.end(),
+                     [&ssid](const AccessPoint& accessPoint) { return accessPoint.ssid == ssid; });
+    return found == m_facts.accessPoints.end() ? nullptr : &*found;
+}
+
+std::string View::connectedProfile() const {
+    if (m_facts.connection->profile) {
+        return *m_facts.connection->profile;
+    }
+    for (const AccessPoint& accessPoint : m_facts.accessPoints) {
+        if (accessPoint.ssid == m_facts.connection->ssid && !accessPoint.profile.empty()) {
+            return accessPoint.profile;
+        }
+    }
+    return {};
+}
+
+std::uint32_t View::connectionQuality() const {
+    if (m_facts.connection->quality) {
+        return m_facts.connection->quality->at(m_elapsed);
+    }
+    const AccessPoint* const accessPoint = named(m_facts.connection->ssid);
+    return accessPoint == nullptr ? 0 : signal(*accessPoint);
+}
+
+WLAN_AVAILABLE_NETWORK View::network(const AccessPoint& accessPoint) const {
+    WLAN_AVAILABLE_NETWORK network{};
+    copyText(network.strProfileName, accessPoint.profile);
+    network.dot11Ssid = shownSsid(accessPoint);
+    network.dot11BssType = static_cast<DOT11_BSS_TYPE>(accessPoint.bssType);
+    const std::size_t ownBssids = accessPoint.bss ? accessPoint.bss->size() : 1;
+    network.uNumberOfBssids =
+        accessPoint.bssidCount.value_or(static_cast<std::uint32_t>(ownBssids));
+    network.bNetworkConnectable = accessPoint.connectable ? TRUE : FALSE;
+    network.wlanNotConnectableReason = accessPoint.connectable ? 0 : accessPoint.reason;
+    const std::size_t phyTypes =
+        std::min<std::size_t>(accessPoint.phyTypes.size(), WLAN_MAX_PHY_TYPE_NUMBER);
+    network.uNumberOfPhyTypes = static_cast<ULONG>(phyTypes);
+    for (std::size_t i = 0; i < phyTypes; ++i) {
+        network.dot11PhyTypes[i] = static_cast<DOT11_PHY_TYPE>(accessPoint.phyTypes[i]);
+    }
+    network.bMorePhyTypes = accessPoint.phyTypes.size() > phyTypes ? TRUE : FALSE;
+    network.wlanSignalQuality = signal(accessPoint);
+    network.bSecurityEnabled = accessPoint.secured ? TRUE : FALSE;
+    network.dot11DefaultAuthAlgorithm = static_cast<DOT11_AUTH_ALGORITHM>(accessPoint.auth);
+    network.dot11DefaultCipherAlgorithm = static_cast<DOT11_CIPHER_ALGORITHM>(accessPoint.cipher);
+    const bool ours = connected() && !accessPoint.ssid.empty() &&
+                      accessPoint.ssid == m_facts.connection->ssid &&
+                      accessPoint.profile == connectedProfile();
+    if (accessPoint.connected.value_or(ours)) {
+        network.dwFlags |= WLAN_AVAILABLE_NETWORK_CONNECTED;
+    }
+    if (!accessPoint.profile.empty()) {
+        network.dwFlags |= WLAN_AVAILABLE_NETWORK_HAS_PROFILE;
+    }
+    return network;
+}
+
+Bytes View::networkList() const {
+    Bytes block(offsetof(WLAN_AVAILABLE_NETWORK_LIST, Network));
+    DWORD count = 0;
+    for (const AccessPoint& accessPoint : m_facts.accessPoints) {
+        if (accessPoint.inNetworkList && visible(accessPoint)) {
+            const Bytes entry = bytesOf(network(accessPoint));
+            block.insert(block.end(), entry.begin(), entry.end());
+            ++count;
+        }
+    }
+    place(block, offsetof(WLAN_AVAILABLE_NETWORK_LIST, dwNumberOfItems), count);
+    return block;
+}
+
+WLAN_BSS_ENTRY View::bssEntry(const AccessPoint& accessPoint, std::size_t place, const Bss& bss,
+                              std::size_t number) const {
+    WLAN_BSS_ENTRY entry{};
+    entry.dot11Ssid = shownSsid(accessPoint);
+    if (bss.bssid.empty()) {
+        // Locally administered, and different for each radio of a scenario.
+        const std::uint8_t madeUp[] = {0x02,
+                                       0x00,
+                                       static_cast<std::uint8_t>(m_index),
+                                       static_cast<std::uint8_t>(place >> 8U),
+                                       static_cast<std::uint8_t>(place),
+                                       static_cast<std::uint8_t>(number)};
+        std::copy(std::begin(madeUp), std::end(madeUp), entry.dot11Bssid);
+    } else {
+        std::copy_n(bss.bssid.begin(), std::min(bss.bssid.size(), sizeof entry.dot11Bssid),
+                    entry.dot11Bssid);
+    }
+    entry.dot11BssType = static_cast<DOT11_BSS_TYPE>(accessPoint.bssType);
+    entry.dot11BssPhyType = static_cast<DOT11_PHY_TYPE>(bss.phyType);
+    entry.uLinkQuality = bss.linkQuality ? bss.linkQuality->at(m_elapsed) : signal(accessPoint);
+    entry.lRssi = bss.rssi.value_or(rssiOf(entry.uLinkQuality));
+    entry.bInRegDomain = 1;
+    entry.usBeaconPeriod = 100;
+    entry.ullTimestamp = static_cast<ULONGLONG>(m_elapsed.count()) * 1000;
+    entry.ullHostTimestamp = static_cast<ULONGLONG>(m_elapsed.count()) * 10000;
+    entry.usCapabilityInformation = static_cast<USHORT>(
+        (accessPoint.bssType == dot11_BSS_type_independent ? CAPABILITY_IBSS : CAPABILITY_ESS) |
+        (accessPoint.secured ? CAPABILITY_PRIVACY : 0));
+    entry.ulChCenterFrequency = centreFrequency(bss.channel);
+    // 6, 12 and 24 Mbit/s as mandatory rates, in units of 500 kbit/s with the top bit set.
+    const USHORT rates[] = {0x800C, 0x8018, 0x8030};
+    entry.wlanRateSet.uRateSetLength = sizeof rates;
+    std::copy(std::begin(rates), std::end(rates), entry.wlanRateSet.usRateSet);
+    return entry;
+}
+
+Bytes View::bssList(const std::optional<BssFilter>& filter) const {
+    std::vector<WLAN_BSS_ENTRY> entries;
+    for (std::size_t i = 0; i < m_facts.accessPoints.size(); ++i) {
+        const AccessPoint& accessPoint = m_facts.accessPoints[i];
+        const bool wanted = !filter || (!accessPoint.hidden && accessPoint.ssid == filter->ssid &&
+                                        accessPoint.bssType == filter->bssType &&
+                                        accessPoint.secured == filter->secured);
+        if (!wanted || !visible(accessPoint)) {
+            continue;
+        }
+        const std::vector<Bss> radios = accessPoint.bss.value_or(std::vector<Bss>(1));
+        for (std::size_t number = 0; number < radios.size(); ++number) {
+            entries.push_back(bssEntry(accessPoint, i, radios[number], number));
+        }
+    }
+    constexpr std::size_t FIRST = offsetof(WLAN_BSS_LIST, wlanBssEntries);
+    Bytes block(FIRST + entries.size() * sizeof(WLAN_BSS_ENTRY));
+    // Each entry's information elements come behind all entries: here the name's alone.
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        WLAN_BSS_ENTRY& entry = entries[i];
+        const std::size_t offset = FIRST + i * sizeof(WLAN_BSS_ENTRY);
+        const ULONG length = std::min<ULONG>(entry.dot11Ssid.uSSIDLength, DOT11_SSID_MAX_LENGTH);
+        entry.ulIeOffset = static_cast<ULONG>(block.size() - offset);
+        entry.ulIeSize = length + 2;
+        block.push_back(std::byte{0});
+        block.push_back(static_cast<std::byte>(length));
+        const auto* name = reinterpret_cast<const std::byte*>(entry.dot11Ssid.ucSSID);
+        block.insert(block.end(), name, name + length);
+        place(block, offset, entry);
+    }
+    place(block, offsetof(WLAN_BSS_LIST, dwTotalSize), static_cast<DWORD>(block.size()));
+    place(block, offsetof(WLAN_BSS_LIST, dwNumberOfItems), static_cast<DWORD>(entries.size()));
+    return block;
+}
+
+WLAN_CONNECTION_ATTRIBUTES View::connectionAttributes() const {
+    const Connection& connection = *m_facts.connection;
+    WLAN_CONNECTION_ATTRIBUTES attributes{};
+    attributes.isState = static_cast<WLAN_INTERFACE_STATE>(state());
+    attributes.wlanConnectionMode = wlan_connection_mode_profile;
+    copyText(attributes.strProfileName, connectedProfile());
+    WLAN_ASSOCIATION_ATTRIBUTES& association = attributes.wlanAssociationAttributes;
+    association.dot11Ssid = ssidOf(connection.ssid);
+    association.uDot11PhyIndex = connection.phyIndex;
+    association.wlanSignalQuality = connectionQuality();
+    association.ulRxRate = connection.rxRate;
+    association.ulTxRate = connection.txRate;
+    const AccessPoint* const accessPoint = named(connection.ssid);
+    const AccessPoint& network = accessPoint == nullptr ? AccessPoint{} : *accessPoint;
+    const auto position = accessPoint == nullptr ? 0 : accessPoint - m_facts.accessPoints.data();
+    const Bss radio = network.bss && !network.bss->empty() ? network.bss->front() : Bss{};
+    const WLAN_BSS_ENTRY entry = bssEntry(network, static_cast<std::size_t>(position), radio, 0);
+    association.dot11BssType = entry.dot11BssType;
+    std::copy(std::begin(entry.dot11Bssid), std::end(entry.dot11Bssid), association.dot11Bssid);
+    association.dot11PhyType = entry.dot11BssPhyType;
+    attributes.wlanSecurityAttributes.bSecurityEnabled = network.secured ? TRUE : FALSE;
+    attributes.wlanSecurityAttributes.dot11AuthAlgorithm =
+        static_cast<DOT11_AUTH_ALGORITHM>(network.auth);
+    attributes.wlanSecurityAttributes.dot11CipherAlgorithm =
+        static_cast<DOT11_CIPHER_ALGORITHM>(network.cipher);
+    return attributes;
+}
+
+Bytes View::radioState() const {
+    WLAN_RADIO_STATE state{};
+    const std::size_t count = std::min<std::size_t>(m_facts.phys.size(), WLAN_MAX_PHY_INDEX);
+    state.dwNumberOfPhys = static_cast<DWORD>(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        state.PhyRadioState[i] = {static_cast<DWORD>(i),
+                                  static_cast<DOT11_RADIO_STATE>(m_facts.phys[i].software),
+                                  static_cast<DOT11_RADIO_STATE>(m_facts.phys[i].hardware)};
+    }
+    return bytesOf(state);
+}
+
+Bytes View::statistics() const {
+    constexpr std::size_t FIRST = offsetof(WLAN_STATISTICS, PhyCounters);
+    Bytes block(FIRST + m_facts.phys.size() * sizeof(WLAN_PHY_FRAME_STATISTICS));
+    const auto frames = static_cast<ULONGLONG>(connected() ? m_elapsed.count() / 10 : 0);
+    WLAN_MAC_FRAME_STATISTICS frameCounters{};
+    frameCounters.ullTransmittedFrameCount = frames;
+    frameCounters.ullReceivedFrameCount = frames * 2;
+    frameCounters.ullDecryptSuccessCount = frames * 2;
+    place(block, offsetof(WLAN_STATISTICS, MacUcastCounters), frameCounters);
+    place(block, offsetof(WLAN_STATISTICS, dwNumberOfPhys),
+          static_cast<DWORD>(m_facts.phys.size()));
+    for (std::size_t i = 0; i < m_facts.phys.size(); ++i) {
+        WLAN_PHY_FRAME_STATISTICS counters{};
+        counters.ullTransmittedFrameCount = i == 0 ? frames : 0;
+        counters.ullReceivedFrameCount = i == 0 ? frames * 2 : 0;
+        place(block, FIRST + i * sizeof counters, counters);
+    }
+    return block;
+}
+
+View::Answer View::query(DWORD opcode) const {
+    switch (opcode) {
+    case wlan_intf_opcode_autoconf_enabled:
+        return flag(m_facts.autoconf);
+    case wlan_intf_opcode_background_scan_enabled:
+        return flag(m_facts.backgroundScan);
+    case wlan_intf_opcode_media_streaming_mode:
+        return flag(m_facts.mediaStreaming);
+    case wlan_intf_opcode_radio_state:
+        return counted(radioState(), 0);
+    case wlan_intf_opcode_bss_type:
+        return plain(bytesOf(static_cast<DOT11_BSS_TYPE>(m_facts.bssType)));
+    case wlan_intf_opcode_interface_state:
+        return plain(bytesOf(static_cast<WLAN_INTERFACE_STATE>(state())));
+    case wlan_intf_opcode_current_connection:
+        if (!connected()) {
+            return {ERROR_INVALID_STATE};
+        }
+        return plain(bytesOf(connectionAttributes()));
+    case wlan_intf_opcode_channel_number:
+        return plain(bytesOf<ULONG>(connected() ? m_facts.connection->channel : 0));
+    case wlan_intf_opcode_supported_infrastructure_auth_cipher_pairs:
+        return counted(pairList(m_facts.infrastructurePairs), 0);
+    case wlan_intf_opcode_supported_adhoc_auth_cipher_pairs:
+        return counted(pairList(m_facts.adhocPairs), 0);
+    case wlan_intf_opcode_supported_country_or_region_string_list:
+        return counted(countryList(m_facts.countries), 0);
+    case wlan_intf_opcode_current_operation_mode:
+        return plain(bytesOf<ULONG>(1)); // an extensible station
+    case wlan_intf_opcode_statistics:
+        return counted(statistics(), offsetof(WLAN_STATISTICS, dwNumberOfPhys));
+    case wlan_intf_opcode_rssi:
+        return plain(bytesOf<LONG>(
+            m_facts.rssi.value_or(connected() ? rssiOf(connectionQuality()) : rssiOf(0))));
+    default:
+        return {ERROR_INVALID_PARAMETER};
+    }
+}
+
+} // namespace radiosim
