@@ -1,0 +1,62 @@
+// What every test of the module starts from: a virtual clock, a captured log, the events raised,
+// and a radio environment of the test's own.
+#pragma once
+
+#include <support/CapturedLog.h>
+#include <support/VirtualClock.h>
+
+#include <radiosim/Engine.h>
+
+#include <tesk5/DiagDevice.h>
+#include <tesk5/EventRecorder.h>
+
+#include <gmock/gmock.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace test {
+
+/// The logger names of the module.
+inline constexpr const char* MODULE_LOGGER = "mrlrantenna";
+inline constexpr const char* DEVICE_LOGGER = "mrlrnetwork.WirelessDevice";
+
+class ModuleTest : public testing::Test {
+protected:
+    ModuleTest();
+    ~ModuleTest() override;
+    /// A planned fault that never fired makes a test say less than it claims.
+    void TearDown() override;
+
+    /// Puts a radio environment in force; the one before ends.
+    radiosim::Engine& startRadio(radiosim::Scenario scenario);
+    /// One interface that sees `accessPoints`.
+    radiosim::Engine& startRadio(std::vector<radiosim::AccessPoint> accessPoints);
+    radiosim::Engine& radio() { return *m_radio; }
+
+    /// The device of the scenario's first interface, as the framework hands it to a test.
+    static tesk5::DiagDevice device();
+    /// A device with these properties.
+    static tesk5::DiagDevice deviceWith(tesk5::DiagDevice::Properties properties);
+
+    /// The texts logged by `logger`, which is one of the two names above.
+    std::vector<std::string> logged(const char* logger) const { return m_log.texts(logger); }
+    CapturedLog& log() { return m_log; }
+    VirtualClock& clock() { return m_clock; }
+    const std::vector<tesk5::RaisedEvent>& raised() const { return m_recorder.events(); }
+    /// The keys of the events raised, in order.
+    std::vector<std::string> raisedKeys() const;
+
+private:
+    VirtualClock m_clock;
+    CapturedLog m_log;
+    tesk5::EventRecorder m_recorder;
+    std::optional<radiosim::Engine> m_radio;
+};
+
+/// The event as one line: `error FAILING_SIGNAL_STRENGTH_DETECTED file:line SSIDName="Lab"
+/// FailingSignalStrength=20`.
+std::string text(const tesk5::RaisedEvent& event);
+
+} // namespace test
