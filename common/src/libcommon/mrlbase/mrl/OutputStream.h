@@ -37,6 +37,11 @@ public:
     /// Whether a person is reading: the stream is a terminal and has no receiver.
     bool isTerminal() const;
 
+    /// Whether a terminal reads that follows escape sequences, colours among them. Tells a Windows
+    /// console to follow them. False where the environment has NO_COLOR.
+    /// Platform: GetConsoleMode, SetConsoleMode
+    bool showsColours() const;
+
     /// Sends everything to `receiver` from now on; null for the process's stream again.
     /// \return the receiver before
     Receiver* redirect(Receiver* receiver);

@@ -3,6 +3,7 @@
 #include <mrl/Unicode.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -34,6 +35,14 @@ bool isConsole(OutputStream::Target target) {
     return consoleOf(target) != nullptr;
 }
 
+// A console before Windows 10 refuses.
+bool followsEscapeSequences(OutputStream::Target target) {
+    const HANDLE console = consoleOf(target);
+    DWORD mode = 0;
+    return GetConsoleMode(console, &mode) != 0 &&
+           SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
 // The console's own code page knows few of the characters that a network name can hold, so it gets
 // UTF-16. A pipe or a file gets UTF-8.
 void writeTo(OutputStream::Target target, std::string_view utf8) {
@@ -52,6 +61,10 @@ void writeTo(OutputStream::Target target, std::string_view utf8) {
 
 bool isConsole(OutputStream::Target target) {
     return isatty(fileno(fileOf(target))) != 0;
+}
+
+bool followsEscapeSequences(OutputStream::Target target) {
+    return isConsole(target);
 }
 
 void writeTo(OutputStream::Target target, std::string_view utf8) {
@@ -88,6 +101,12 @@ void OutputStream::flush() {
 
 bool OutputStream::isTerminal() const {
     return m_receiver == nullptr && isConsole(m_target);
+}
+
+bool OutputStream::showsColours() const {
+    const char* const unwanted = std::getenv("NO_COLOR");
+    return isTerminal() && (unwanted == nullptr || *unwanted == '\0') &&
+           followsEscapeSequences(m_target);
 }
 
 OutputStream::Receiver* OutputStream::redirect(Receiver* receiver) {

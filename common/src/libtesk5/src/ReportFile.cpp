@@ -1,0 +1,148 @@
+#include "ReportFile.h"
+
+#include <tesk5/TeskException.h>
+
+#include "BadInput.h"
+
+#include <mrl/System.h>
+#include <mrl/Unicode.h>
+
+#include <cerrno>
+#include <fstream>
+#include <optional>
+#include <random>
+#include <system_error>
+
+namespace tesk5 {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string lastError() {
+    return errno == 0 ? "it cannot be written" : std::generic_category().message(errno);
+}
+
+// A new file in the folder of `target`, removed again unless it takes the target's place.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const fs::path& target) : m_path(freeNameBeside(target)) {
+        errno = 0;
+        m_file.open(m_path, std::ios::binary | std::ios::out | std::ios::trunc);
+        if (!m_file) {
+            m_failure = lastError();
+        } else if (std::error_code ignored; !fs::is_regular_file(m_path, ignored)) {
+            m_failure = "it names a device of the system"; // NUL.anything is NUL still
+        }
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() {
+        m_file.close();
+        std::error_code ignored;
+        fs::remove(m_path, ignored);
+    }
+
+    /// Why there is no such file; nothing when there is.
+    const std::optional<std::string>& failure() const { return m_failure; }
+
+    /// \return why it did not work; nothing when it did
+    std::optional<std::string> write(const std::string& text) {
+        errno = 0;
+        m_file.write(text.data(), static_cast<std::streamsize>(text.size()));
+        m_file.close();
+        return m_file ? std::nullopt : std::optional(lastError());
+    }
+
+    /// \return why it did not work; nothing when it did
+    std::optional<std::string> takePlaceOf(const fs::path& target) {
+        std::error_code failure;
+        fs::rename(m_path, target, failure);
+        return failure ? std::optional(failure.message()) : std::nullopt;
+    }
+
+private:
+    static fs::path freeNameBeside(const fs::path& target) {
+        std::random_device random;
+        std::error_code ignored;
+        fs::path path;
+        do {
+            path = target;
+            path += "." + std::to_string(random()) + ".tmp";
+        } while (fs::exists(path, ignored));
+        return path;
+    }
+
+    fs::path m_path;
+    std::ofstream m_file;
+    std::optional<std::string> m_failure;
+};
+
+// Why `target` cannot be replaced; nothing when it can.
+std::optional<std::string> whyNotWritable(const fs::path& target) {
+    std::error_code ignored;
+    const fs::file_status status = fs::status(target, ignored);
+    if (fs::is_directory(status) || target.filename().empty()) {
+        return "it is a directory";
+    }
+    if (fs::exists(status)) {
+        if (!fs::is_regular_file(status)) {
+            return "it is no ordinary file";
+        }
+        errno = 0;
+        const std::fstream present(target, std::ios::binary | std::ios::in | std::ios::out);
+        if (!present) {
+            return lastError();
+        }
+    }
+    return TemporaryFile(target).failure();
+}
+
+fs::path followed(const fs::path& path) {
+    std::error_code failure;
+    fs::path target = fs::canonical(path, failure);
+    return failure ? path : target;
+}
+
+} // namespace
+
+ReportFile::ReportFile(std::string path)
+    : m_path(std::move(path)), m_target(followed(mrl::System::path(m_path))) {
+    if (const auto reason = whyNotWritable(m_target)) {
+        throw BadInput{"the report " + inQuotes(m_path) + " cannot be written: " + *reason +
+                       "; name a file in a folder that exists and that you may write to"};
+    }
+}
+
+void ReportFile::replace(const std::string& text) const {
+    TemporaryFile file(m_target);
+    std::optional<std::string> failure = file.failure();
+    if (!failure) {
+        failure = file.write(text);
+    }
+    if (!failure) {
+        failure = file.takePlaceOf(m_target);
+    }
+    if (failure) {
+        throw TeskException(
+            TeskString("the report " + inQuotes(m_path) + " could not be written: " + *failure));
+    }
+}
+
+bool nameSameFile(const std::string& a, const std::string& b) {
+    std::error_code failure;
+    const fs::path first = mrl::System::path(a);
+    const fs::path second = mrl::System::path(b);
+    if (fs::equivalent(first, second, failure)) {
+        return true;
+    }
+    const fs::path firstWhole = fs::weakly_canonical(fs::absolute(first, failure), failure);
+    const fs::path secondWhole = fs::weakly_canonical(fs::absolute(second, failure), failure);
+#ifdef _WIN32
+    return mrl::equalNoCase(firstWhole.native(), secondWhole.native());
+#else
+    return firstWhole == secondWhole;
+#endif
+}
+
+} // namespace tesk5

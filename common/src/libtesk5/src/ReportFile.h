@@ -1,0 +1,29 @@
+// A file that is there whole or not at all.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace tesk5 {
+
+/// The target of a report. Its text goes to a temporary file beside it, which then takes its place
+/// in one step: whoever looks finds the old report or the new one, never a part of it.
+class ReportFile {
+public:
+    /// Makes sure that the file can be written, and leaves no trace: what is there stays as it is.
+    /// Failure: throws BadInput when `path` (UTF-8) is a directory or cannot be written
+    explicit ReportFile(std::string path);
+
+    /// Replaces the file.
+    /// Failure: throws TeskException; the file is then as it was, and no temporary file is left
+    void replace(const std::string& text) const;
+
+private:
+    std::string m_path;             ///< as it was given, for people
+    std::filesystem::path m_target; ///< with links followed: the file behind a link is replaced
+};
+
+/// Whether two paths (UTF-8) name one file, there or not.
+bool nameSameFile(const std::string& a, const std::string& b);
+
+} // namespace tesk5
