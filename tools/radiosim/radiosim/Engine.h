@@ -67,6 +67,13 @@ public:
 
     const nativewifi::Api& api() const;
 
+    // What the real DLL exports besides the table, for the one that takes its place.
+
+    /// A block that the client frees with WlanFreeMemory; null when there is no memory.
+    void* allocateMemory(DWORD size);
+    /// Puts a call of `function` on record and answers it with ERROR_NOT_SUPPORTED.
+    DWORD notSimulated(const char* function);
+
     // --- what the client did ---
 
     /// Every call so far, in the order in which they returned.

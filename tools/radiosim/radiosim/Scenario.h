@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -25,7 +26,8 @@ public:
     ScenarioError(std::string place, std::string reason);
 
     /// Where: a JSON path such as /interfaces/0/accessPoints/3/ssid ("/" is the whole text), or
-    /// "line 3, column 14" for what is not JSON at all.
+    /// "line 3, column 14" for what is not JSON at all;
+    /// empty when there is no text.
     const std::string& place() const { return m_place; }
     /// Why, in one sentence without a full stop.
     const std::string& reason() const { return m_reason; }
@@ -196,6 +198,10 @@ struct Scenario {
     /// range, and two interfaces with one GUID are refused.
     /// Failure: ScenarioError
     static Scenario fromJson(std::string_view text);
+
+    /// The same from a file.
+    /// Failure: ScenarioError, without a place when the file cannot be read
+    static Scenario fromFile(const std::filesystem::path& file);
 
     /// An office: one adapter, connected, and a dozen networks around it.
     static Scenario builtIn();

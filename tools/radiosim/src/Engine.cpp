@@ -1,6 +1,7 @@
 #include "EngineImpl.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace radiosim {
@@ -22,6 +23,26 @@ Engine::~Engine() {
 
 const nativewifi::Api& Engine::api() const {
     return m_parts->impl.table;
+}
+
+void* Engine::allocateMemory(DWORD size) {
+    void* block = nullptr;
+    try {
+        m_parts->impl.answer("WlanAllocateMemory", {{"size", size}}, {},
+                             [&](const Impl::Effects&, Json&) {
+                                 block = m_parts->impl.allocateMemory(size);
+                                 return DWORD{ERROR_SUCCESS};
+                             });
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+    return block;
+}
+
+DWORD Engine::notSimulated(const char* function) {
+    return m_parts->impl.answer(function, Json::object(), {}, [](const Impl::Effects&, Json&) {
+        return DWORD{ERROR_NOT_SUPPORTED};
+    });
 }
 
 std::vector<Call> Engine::calls() const {

@@ -54,7 +54,7 @@ std::string escaped(std::string_view key) {
 } // namespace
 
 ScenarioError::ScenarioError(std::string place, std::string reason)
-    : std::runtime_error(place + ": " + reason), m_place(std::move(place)),
+    : std::runtime_error(place.empty() ? reason : place + ": " + reason), m_place(std::move(place)),
       m_reason(std::move(reason)) {}
 
 JsonReader::Value JsonReader::parse(std::string_view text) {

@@ -9,6 +9,7 @@
 
 #include <mrl/Unicode.h>
 
+#include <fstream>
 #include <limits>
 #include <utility>
 
@@ -387,6 +388,20 @@ Scenario Scenario::fromJson(std::string_view text) {
                     }));
     reader.optional("serviceVersion", scenario.serviceVersion, readUnsigned);
     return scenario;
+}
+
+Scenario Scenario::fromFile(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    std::string text;
+    char part[4096];
+    // Not through iterators: those throw where a folder opens like a file.
+    while (stream.read(part, sizeof part) || stream.gcount() > 0) {
+        text.append(part, static_cast<std::size_t>(stream.gcount()));
+    }
+    if (!stream.eof()) {
+        throw ScenarioError("", "the file cannot be read");
+    }
+    return fromJson(text);
 }
 
 Scenario Scenario::builtIn() {
