@@ -16,6 +16,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using test::text;
 
 constexpr long long POLL_MS = 100;
 constexpr long long SCAN_MS = 7000;

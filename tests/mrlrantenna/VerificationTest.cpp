@@ -14,6 +14,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
+using test::text;
 
 constexpr const char* SOURCE = "modules/src/windows/diag/mrlrantenna/MRLrAntenna.cpp";
 constexpr const char* PREFIX = "WirelessSignalStrengthVerificationTest::";

@@ -2,12 +2,13 @@
 // test what was called. For systems without Win32; everything is inline and records into one place.
 #pragma once
 
+#include <nativewifi/WlanTypes.h> // BOOL, TRUE, FALSE
+
 #include <mrl/Types.h>
 
 #include <string>
 #include <vector>
 
-using BOOL = int;
 using UINT = unsigned int;
 using HCURSOR = void*;
 using HBRUSH = void*;
