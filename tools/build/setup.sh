@@ -23,7 +23,7 @@ ensure_packages() {
     local installed missing=() package
     installed=$(dpkg-query -W -f '${Package} ${db:Status-Abbrev}\n' "$@" 2>/dev/null)
     for package in "$@"; do
-        grep -qE "^$package ii" <<<"$installed" || missing+=("$package")
+        grep -qxF "$package ii " <<<"$installed" || missing+=("$package")
     done
     ((${#missing[@]})) || return 0
 
