@@ -1,0 +1,52 @@
+"""Reads what the tests need of a Windows executable's header."""
+import struct
+
+SUBSYSTEM_CONSOLE = 3
+MACHINE_X64 = 0x8664
+DLL_CHARACTERISTICS = {"high entropy ASLR": 0x20, "ASLR": 0x40, "DEP": 0x100,
+                       "terminal server aware": 0x8000}
+
+
+class Image:
+    """The header and the imports of a 64-bit image."""
+
+    def __init__(self, path):
+        self.data = path.read_bytes()
+        start = self._number("<I", 0x3C)
+        self.machine, self.section_count, self.timestamp = self._numbers("<HHI", start + 4)
+        optional = start + 24
+        self.subsystem, self.dll_characteristics = self._numbers("<HH", optional + 68)
+        self._sections = [self._section(optional + self._number("<H", start + 20) + 40 * index)
+                          for index in range(self.section_count)]
+        self._import_directory = self._number("<I", optional + 112 + 8)
+
+    def has(self, characteristic):
+        return bool(self.dll_characteristics & DLL_CHARACTERISTICS[characteristic])
+
+    def imported_dlls(self):
+        """Names of the DLLs that the loader brings in, in lower case."""
+        names = []
+        entry = self._offset(self._import_directory)
+        while True:
+            name = self._number("<I", entry + 12)
+            if name == 0:
+                return names
+            begin = self._offset(name)
+            names.append(self.data[begin:self.data.index(b"\0", begin)].decode("ascii").lower())
+            entry += 20
+
+    def _numbers(self, form, offset):
+        return struct.unpack_from(form, self.data, offset)
+
+    def _number(self, form, offset):
+        return self._numbers(form, offset)[0]
+
+    def _section(self, offset):
+        size, address, _, raw = self._numbers("<IIII", offset + 8)
+        return address, size, raw
+
+    def _offset(self, address):
+        for begin, size, raw in self._sections:
+            if begin <= address < begin + size:
+                return raw + address - begin
+        raise ValueError(f"address {address:#x} lies in no section")

@@ -1,0 +1,70 @@
+"""The deliverable tree: what is in it, and what the executable asks of a Windows PC."""
+import pathlib
+import unittest
+
+import pe
+from program import DIST, EXECUTABLE, ROOT, ProgramTest
+
+# Parts of every Windows since 7; none comes from a compiler.
+WINDOWS_DLLS = {
+    "advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll", "gdiplus.dll", "imm32.dll",
+    "iphlpapi.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "rpcrt4.dll",
+    "shell32.dll", "shlwapi.dll", "user32.dll", "uxtheme.dll", "version.dll", "ws2_32.dll",
+    "windowscodecs.dll", "oleacc.dll",
+}
+
+
+class ShippedTree(ProgramTest):
+    def test_holds_the_executable_and_its_resources_and_nothing_else(self):
+        self.assertEqual(sorted(path.name for path in DIST.iterdir()),
+                         ["mrlrantenna.k5x", "resources"])
+
+    def test_resources_are_those_of_the_repository(self):
+        def files(folder):
+            return {path.relative_to(folder): path.read_bytes()
+                    for path in folder.rglob("*") if path.is_file()}
+        self.assertEqual(files(DIST / "resources"), files(ROOT / "resources"))
+
+    def test_runs_from_a_folder_of_any_name_without_its_resources(self):
+        folder = self.folder / "Pr\u00fcfstand 7 & mehr"
+        folder.mkdir()
+        copy = pathlib.Path(folder / EXECUTABLE.name)
+        copy.write_bytes(EXECUTABLE.read_bytes())
+        import program
+        original = program.EXECUTABLE
+        program.EXECUTABLE = copy
+        self.addCleanup(setattr, program, "EXECUTABLE", original)
+        run = self.run_program("run")
+        self.assertEqual(run.exit, 4, run)
+        self.assertIn("No access point was named", run.out, "the texts are compiled in as well")
+
+
+class Executable(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.image = pe.Image(EXECUTABLE)
+
+    def test_is_a_console_program_for_64_bit_windows(self):
+        self.assertEqual(self.image.machine, pe.MACHINE_X64)
+        self.assertEqual(self.image.subsystem, pe.SUBSYSTEM_CONSOLE)
+
+    def test_needs_only_dlls_that_windows_has(self):
+        self.assertEqual(set(self.image.imported_dlls()) - WINDOWS_DLLS, set())
+
+    def test_looks_native_wifi_up_when_it_runs(self):
+        self.assertNotIn("wlanapi.dll", self.image.imported_dlls())
+
+    def test_carries_the_loaders_protections(self):
+        for characteristic in pe.DLL_CHARACTERISTICS:
+            with self.subTest(characteristic):
+                self.assertTrue(self.image.has(characteristic))
+
+    def test_carries_no_build_time(self):
+        self.assertEqual(self.image.timestamp, 0)
+
+    def test_carries_no_path_of_the_machine_that_built_it(self):
+        self.assertNotIn(str(ROOT).encode("utf-8"), self.image.data)
+
+
+if __name__ == "__main__":
+    unittest.main()
