@@ -89,7 +89,8 @@ public:
     /// `hook` runs after each call has been answered, before it returns, on the caller's thread
     /// and without a lock: it may use the engine. Calls that it makes itself do not reach it.
     void onCall(std::function<void(const Call&)> hook);
-    /// `line` gets each call's jsonLine() as it returns, one at a time.
+    /// `line` gets each call's jsonLine() as it returns, one at a time; an empty function
+    /// ends that.
     void traceTo(std::function<void(std::string_view)> line);
 
     std::size_t openHandles() const;

@@ -1,0 +1,386 @@
+#include "Client.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace radiosim {
+namespace {
+
+using namespace std::chrono_literals;
+
+struct Received {
+    DWORD source;
+    DWORD code;
+    std::vector<unsigned char> data;
+
+    friend bool operator==(const Received&, const Received&) = default;
+};
+
+/// Keeps what a registered callback gets.
+class Inbox {
+public:
+    static void WINAPI callback(WLAN_NOTIFICATION_DATA* data, PVOID context) {
+        static_cast<Inbox*>(context)->receive(*data);
+    }
+
+    std::vector<Received> received() {
+        const std::lock_guard lock(m_mutex);
+        return m_received;
+    }
+
+    std::thread::id thread() {
+        const std::lock_guard lock(m_mutex);
+        return m_thread;
+    }
+
+    GUID lastInterface() {
+        const std::lock_guard lock(m_mutex);
+        return m_interface;
+    }
+
+private:
+    void receive(const WLAN_NOTIFICATION_DATA& data) {
+        const auto* const bytes = static_cast<const unsigned char*>(data.pData);
+        const std::lock_guard lock(m_mutex);
+        m_thread = std::this_thread::get_id();
+        m_interface = data.InterfaceGuid;
+        m_received.push_back({data.NotificationSource,
+                              data.NotificationCode,
+                              {bytes, bytes + (bytes == nullptr ? 0 : data.dwDataSize)}});
+    }
+
+    std::mutex m_mutex;
+    std::vector<Received> m_received;
+    std::thread::id m_thread;
+    GUID m_interface{};
+};
+
+using Messages = std::vector<Received>;
+const Received SCAN_COMPLETE{WLAN_NOTIFICATION_SOURCE_ACM, 7, {}};
+
+class Notifications : public WithEngine {
+protected:
+    DWORD listen(DWORD source, Inbox& inbox, HANDLE client = nullptr, DWORD* previous = nullptr) {
+        return nativewifi::api().WlanRegisterNotification(client == nullptr ? handle() : client,
+                                                          source, TRUE, &Inbox::callback, &inbox,
+                                                          nullptr, previous);
+    }
+
+    DWORD stopListening() {
+        return nativewifi::api().WlanRegisterNotification(handle(), WLAN_NOTIFICATION_SOURCE_NONE,
+                                                          TRUE, nullptr, nullptr, nullptr, nullptr);
+    }
+};
+
+TEST_F(Notifications, TellTheEndOfAScanOnAThreadOfTheirOwn) {
+    start({});
+    Inbox inbox;
+    ASSERT_EQ(listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox), ERROR_SUCCESS);
+    scan();
+    after(3999ms);
+    EXPECT_EQ(inbox.received(), Messages{});
+    after(1ms);
+    EXPECT_EQ(inbox.received(), Messages{SCAN_COMPLETE});
+    EXPECT_NE(inbox.thread(), std::this_thread::get_id());
+    EXPECT_TRUE(nativewifi::sameGuid(inbox.lastInterface(), guid()));
+}
+
+TEST_F(Notifications, ComeAfterTheScanDurationOfTheInterface) {
+    start({.interfaces = {{.scanDuration = 0ms}}});
+    Inbox inbox;
+    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    scan();
+    engine().settle();
+    EXPECT_EQ(inbox.received().size(), 1U);
+}
+
+TEST_F(Notifications, TellOfAScanThatFailed) {
+    start({.interfaces = {{.scanEnd = ScanEnd::FAIL}}});
+    Inbox inbox;
+    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    scan();
+    after(4s);
+    EXPECT_EQ(inbox.received(),
+              (Messages{{WLAN_NOTIFICATION_SOURCE_ACM, 8, {0x01, 0x00, 0x01, 0x00}}}));
+}
+
+TEST_F(Notifications, SayNothingOfAScanThatEndsInSilence) {
+    start({.interfaces = {{.scanEnd = ScanEnd::SILENT,
+                           .accessPoints = {{.ssid = "New", .visible = Visible::AFTER_SCAN}}}}});
+    Inbox inbox;
+    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    scan();
+    after(4s);
+    EXPECT_EQ(inbox.received(), Messages{});
+    EXPECT_EQ(names(), std::vector<std::string>{"New"});
+}
+
+TEST_F(Notifications, ReachOnlyWhoAskedForTheirSource) {
+    start({});
+    Inbox acm;
+    Inbox msm;
+    nativewifi::ClientHandle second;
+    DWORD version = 0;
+    nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second));
+    listen(WLAN_NOTIFICATION_SOURCE_ACM, acm);
+    listen(WLAN_NOTIFICATION_SOURCE_MSM, msm, second.get());
+    engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    engine().notify(WLAN_NOTIFICATION_SOURCE_MSM, 7, {1, 2});
+    engine().settle();
+    EXPECT_EQ(acm.received(), Messages{SCAN_COMPLETE});
+    EXPECT_EQ(msm.received(), (Messages{{WLAN_NOTIFICATION_SOURCE_MSM, 7, {1, 2}}}));
+}
+
+TEST_F(Notifications, AreDeliveredInTheirOrder) {
+    start({});
+    Inbox inbox;
+    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    for (std::uint32_t code = 0; code < 100; ++code) {
+        engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, code);
+    }
+    engine().settle();
+    const Messages received = inbox.received();
+    ASSERT_EQ(received.size(), 100U);
+    for (std::uint32_t code = 0; code < 100; ++code) {
+        EXPECT_EQ(received[code].code, code);
+    }
+}
+
+TEST_F(Notifications, AreRepeatedEvenWhenTheyAreTheSame) {
+    start({});
+    Inbox inbox;
+    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    for (int i = 0; i < 2; ++i) {
+        scan();
+        after(4s);
+    }
+    EXPECT_EQ(inbox.received(), (Messages{SCAN_COMPLETE, SCAN_COMPLETE}));
+}
+
+TEST_F(Notifications, OfTheScenarioComeAtTheirTimeAndAfterTheirScan) {
+    start({.interfaces = {{.scanEnd = ScanEnd::SILENT}},
+           .notifications = {{.at = 500ms, .source = 0x10, .code = 1},
+                             {.afterScan = 2, .source = 0x20, .code = 2},
+                             {.source = 0x40, .code = 3, .data = {9}}}});
+    Inbox inbox;
+    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    after(499ms);
+    EXPECT_EQ(inbox.received(), Messages{});
+    after(1ms);
+    EXPECT_EQ(inbox.received(), (Messages{{0x10, 1, {}}}));
+    scan();
+    after(4s);
+    EXPECT_EQ(inbox.received(), (Messages{{0x10, 1, {}}, {0x40, 3, {9}}}));
+    scan();
+    after(4s);
+    EXPECT_EQ(inbox.received(),
+              (Messages{{0x10, 1, {}}, {0x40, 3, {9}}, {0x20, 2, {}}, {0x40, 3, {9}}}));
+}
+
+TEST_F(Notifications, TellOfTheRadioWhoeverSwitchesIt) {
+    start({});
+    Inbox inbox;
+    listen(WLAN_NOTIFICATION_SOURCE_MSM, inbox);
+    switchRadio(0, 2);
+    switchRadio(0, 2);
+    engine().settle();
+    const Received off{WLAN_NOTIFICATION_SOURCE_MSM, 7, {0, 0, 0, 0, 2, 0, 0, 0, 1, 0, 0, 0}};
+    EXPECT_EQ(inbox.received(), Messages{off}) << "the second call changed nothing";
+    engine().setRadio(0, 0, 1, {});
+    engine().settle();
+    EXPECT_EQ(inbox.received().size(), 2U);
+}
+
+TEST_F(Notifications, StopWhenTheClientWantsNoMore) {
+    start({});
+    Inbox inbox;
+    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    EXPECT_EQ(stopListening(), ERROR_SUCCESS);
+    engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    engine().settle();
+    EXPECT_EQ(inbox.received(), Messages{});
+}
+
+TEST_F(Notifications, TellWhichSourcesWereRegisteredBefore) {
+    start({});
+    Inbox inbox;
+    DWORD previous = 99;
+    listen(WLAN_NOTIFICATION_SOURCE_ACM, inbox, nullptr, &previous);
+    EXPECT_EQ(previous, 0U);
+    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox, nullptr, &previous);
+    EXPECT_EQ(previous, WLAN_NOTIFICATION_SOURCE_ACM);
+}
+
+TEST_F(Notifications, StopWithTheHandle) {
+    start({});
+    Inbox inbox;
+    nativewifi::ClientHandle second;
+    DWORD version = 0;
+    nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second));
+    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox, second.get());
+    second.reset();
+    engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    engine().settle();
+    EXPECT_EQ(inbox.received(), Messages{});
+}
+
+/// A callback that stays in until it is let out.
+class Gate {
+public:
+    static void WINAPI callback(WLAN_NOTIFICATION_DATA* /*data*/, PVOID context) {
+        static_cast<Gate*>(context)->pass();
+    }
+
+    void awaitEntered() {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_entered; });
+    }
+
+    void open() {
+        const std::lock_guard lock(m_mutex);
+        m_open = true;
+        m_changed.notify_all();
+    }
+
+    bool left() {
+        const std::lock_guard lock(m_mutex);
+        return m_left;
+    }
+
+private:
+    void pass() {
+        std::unique_lock lock(m_mutex);
+        m_entered = true;
+        m_changed.notify_all();
+        m_changed.wait(lock, [this] { return m_open; });
+        m_left = true;
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_entered = false;
+    bool m_open = false;
+    bool m_left = false;
+};
+
+TEST_F(Notifications, HoldTheClosingOfTheHandleUntilTheCallbackHasEnded) {
+    start({});
+    Gate gate;
+    nativewifi::ClientHandle second;
+    DWORD version = 0;
+    nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second));
+    nativewifi::api().WlanRegisterNotification(second.get(), WLAN_NOTIFICATION_SOURCE_ALL, TRUE,
+                                               &Gate::callback, &gate, nullptr, nullptr);
+    engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    gate.awaitEntered();
+    bool leftBeforeClose = false;
+    std::thread closer([&] {
+        nativewifi::api().WlanCloseHandle(second.get(), nullptr);
+        leftBeforeClose = gate.left();
+    });
+    gate.open();
+    closer.join();
+    EXPECT_TRUE(leftBeforeClose);
+    EXPECT_EQ(engine().openHandles(), 1U);
+}
+
+TEST_F(Notifications, LetTheirCallbackUseTheService) {
+    start(Scenario::builtIn());
+    struct Context {
+        HANDLE handle;
+        const GUID* guid;
+        std::atomic<DWORD> networks{0};
+    } context{handle(), &guid()};
+    const auto callback = [](WLAN_NOTIFICATION_DATA* /*data*/, PVOID pointer) {
+        auto& own = *static_cast<Context*>(pointer);
+        nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> block;
+        if (nativewifi::api().WlanGetAvailableNetworkList(own.handle, own.guid, 0, nullptr,
+                                                          out(block)) == ERROR_SUCCESS) {
+            own.networks = block->dwNumberOfItems;
+        }
+    };
+    nativewifi::api().WlanRegisterNotification(handle(), WLAN_NOTIFICATION_SOURCE_ALL, TRUE,
+                                               static_cast<WLAN_NOTIFICATION_CALLBACK>(callback),
+                                               &context, nullptr, nullptr);
+    scan();
+    after(4s);
+    EXPECT_EQ(context.networks, 13U);
+}
+
+TEST_F(Notifications, LetTheirCallbackCloseItsOwnHandle) {
+    start({});
+    nativewifi::ClientHandle second;
+    DWORD version = 0;
+    nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second));
+    const auto callback = [](WLAN_NOTIFICATION_DATA* /*data*/, PVOID context) {
+        static_cast<nativewifi::ClientHandle*>(context)->reset();
+    };
+    nativewifi::api().WlanRegisterNotification(second.get(), WLAN_NOTIFICATION_SOURCE_ALL, TRUE,
+                                               static_cast<WLAN_NOTIFICATION_CALLBACK>(callback),
+                                               &second, nullptr, nullptr);
+    engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    engine().settle();
+    EXPECT_EQ(engine().openHandles(), 1U);
+}
+
+TEST_F(Notifications, EndWithTheEngine) {
+    start({});
+    Inbox inbox;
+    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    scan();
+    start({});
+    after(10s);
+    EXPECT_EQ(inbox.received(), Messages{}) << "the scan of an engine that is gone";
+}
+
+TEST(NotificationsInRealTime, ComeWithoutAnybodysHelp) {
+    Engine engine({.interfaces = {{.scanDuration = 20ms}}});
+    Gate gate;
+    nativewifi::ClientHandle handle;
+    DWORD version = 0;
+    ASSERT_EQ(nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(handle)), ERROR_SUCCESS);
+    nativewifi::api().WlanRegisterNotification(handle.get(), WLAN_NOTIFICATION_SOURCE_ACM, TRUE,
+                                               &Gate::callback, &gate, nullptr, nullptr);
+    const GUID guid = nativewifi::parseGuid(mrl::toUtf16(FIRST_INTERFACE)).value_or(GUID{});
+    gate.open();
+    EXPECT_EQ(nativewifi::api().WlanScan(handle.get(), &guid, nullptr, nullptr, nullptr),
+              ERROR_SUCCESS);
+    gate.awaitEntered();
+    handle.reset();
+    EXPECT_TRUE(gate.left());
+}
+
+TEST(NotificationsInRealTime, SurviveThreadsThatUseTheServiceAtOnce) {
+    Engine engine({.interfaces = {{.scanDuration = 0ms, .accessPoints = {{.ssid = "Lab"}}}}});
+    const GUID guid = nativewifi::parseGuid(mrl::toUtf16(FIRST_INTERFACE)).value_or(GUID{});
+    Inbox inbox;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            for (int round = 0; round < 100; ++round) {
+                nativewifi::ClientHandle handle;
+                DWORD version = 0;
+                nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(handle));
+                nativewifi::api().WlanRegisterNotification(
+                    handle.get(), WLAN_NOTIFICATION_SOURCE_ALL, TRUE, &Inbox::callback, &inbox,
+                    nullptr, nullptr);
+                nativewifi::api().WlanScan(handle.get(), &guid, nullptr, nullptr, nullptr);
+                nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> block;
+                nativewifi::api().WlanGetAvailableNetworkList(handle.get(), &guid, 0, nullptr,
+                                                              out(block));
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    engine.settle();
+    EXPECT_EQ(engine.leaks(), Leaks{});
+    EXPECT_EQ(engine.callCount("WlanScan"), 400U);
+}
+
+} // namespace
+} // namespace radiosim
