@@ -25,7 +25,7 @@ const ExitMeaning exitMeanings[] = {
     {TestResult::FAIL().value(), "FAIL", "a test fails"},
     {TestResult::INTERNALERROR().value(), "INTERNALERROR", "a test broke down"},
     {TestResult::EXITEDABNORMALLY().value(), "EXITEDABNORMALLY",
-     "the program broke down, or its report could not be written"},
+     "the program broke down, or lost its report"},
     {BadInput::VALUE, "", "wrong usage or unusable input: nothing was run"},
 };
 
@@ -38,19 +38,19 @@ std::string padded(std::string text, std::size_t width) {
 
 const std::vector<OptionDescription>& optionDescriptions() {
     static const std::vector<OptionDescription> options = {
-        {"--set", "NAME=VALUE", "give a parameter its value; once for each parameter",
+        {"--set", "NAME=VALUE", "give a parameter its value; repeat for each parameter",
          "--set SSID=Lab --set WarningSignalStrength=40"},
         {"--device", "TEXT",
-         "only devices that have TEXT in their name, system name or GUID, in any letter case",
+         "only devices with TEXT in their name, system name\nor GUID, in any letter case",
          "--device intel"},
-        {"--devices", "FILE", "take the devices from a JSON file instead of from this PC",
+        {"--devices", "FILE", "take the devices from a JSON file, not from this PC",
          "--devices cards.json"},
-        {"--json", "FILE", "write a report in JSON; replaces FILE when the run is over",
+        {"--json", "FILE", "write a report; replaces FILE when the run is over",
          "--json report.json"},
-        {"--log", "FILE", "append what the program does to a log", "--log antenna.log"},
+        {"--log", "FILE", "append what the program does to FILE", "--log antenna.log"},
         {"--log-level", "N",
-         "least priority in the log, 0 to 5, else 1; 0 shows every step.\n"
-         "Without --log the log goes to standard error",
+         "least priority in the log, 0 to 5, else 1; 0 shows\nevery step. Without --log the log "
+         "goes to standard\nerror",
          "--log-level 0"},
         {"--version", nullptr, "tell the version and end", "--version"},
         {"--help", nullptr, "show this page and end", "run --help"},
@@ -60,21 +60,16 @@ const std::vector<OptionDescription>& optionDescriptions() {
 
 std::string helpPage(const std::string& program) {
     std::string page =
-        "Tests devices of this PC.\n"
-        "\n"
-        "  " +
-        program +
+        "Tests devices of this PC.\n\n  " + program +
         " [list] [OPTIONS]\n"
-        "      Shows tests, parameters and devices, and which test would run on which "
-        "device.\n"
-        "  " +
-        program +
+        "      Shows tests, parameters and devices, and which test would run where.\n"
+        "      example: " +
+        program + " list\n  " + program +
         " run [TEST...] [OPTIONS]\n"
-        "      Runs the named tests, else every one that is not interactive, on each "
-        "device\n"
-        "      that suits it.\n"
-        "\n"
-        "Options, before or after the command:\n";
+        "      Runs the named tests, else every one that is not interactive, on each\n"
+        "      device that suits it.\n"
+        "      example: " +
+        program + " run --set SSID=Lab\n\nOptions, before or after the command:\n";
     constexpr std::size_t INDENT = 25;
     for (const OptionDescription& option : optionDescriptions()) {
         std::string head = std::string("  ") + option.name;

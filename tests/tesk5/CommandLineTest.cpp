@@ -1,0 +1,154 @@
+#include "FrameworkTest.h"
+
+#include <CommandLine.h>
+
+#include <mrl/Logger.h>
+#include <mrl/LoggerStream.h>
+
+namespace test {
+
+namespace {
+
+using tesk5::Command;
+using tesk5::DiagDevice;
+using tesk5::parseCommandLine;
+using tesk5::TestResult;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+TEST(CommandLines, WithoutACommandList) {
+    EXPECT_EQ(parseCommandLine({}).command, Command::list);
+    EXPECT_EQ(parseCommandLine({"list"}).command, Command::list);
+    EXPECT_EQ(parseCommandLine({"--device", "x"}).command, Command::list);
+}
+
+TEST(CommandLines, TakeOptionsBeforeAndAfterTheCommand) {
+    for (const auto& line : {
+             parseCommandLine({"--json", "r", "--set", "a=1", "run", "T", "U", "--log", "l"}),
+             parseCommandLine({"run", "T", "--json", "r", "U", "--set=a=1", "--log=l"}),
+         }) {
+        EXPECT_EQ(line.command, Command::run);
+        EXPECT_THAT(line.tests, ElementsAre("T", "U"));
+        EXPECT_EQ(line.reportFile, "r");
+        EXPECT_EQ(line.logFile, "l");
+        ASSERT_EQ(line.settings.size(), 1U);
+        EXPECT_EQ(line.settings[0].name, "a");
+        EXPECT_EQ(line.settings[0].value, "1");
+    }
+}
+
+TEST(CommandLines, SplitASettingAtItsFirstEqualsSign) {
+    const auto line =
+        parseCommandLine({"run", "--set", "SSID=a=b", "--set", "x=", "--set", "y=-1"});
+    ASSERT_EQ(line.settings.size(), 3U);
+    EXPECT_EQ(line.settings[0].value, "a=b");
+    EXPECT_EQ(line.settings[1].value, "");
+    EXPECT_EQ(line.settings[2].value, "-1");
+}
+
+TEST(CommandLines, KeepValuesAsTheyAre) {
+    const auto line =
+        parseCommandLine({"run", "--set", "a=[x,y]", "--set", "b='q' \"r\"", "--device", "%1"});
+    EXPECT_EQ(line.settings[0].value, "[x,y]");
+    EXPECT_EQ(line.settings[1].value, "'q' \"r\"");
+    EXPECT_EQ(line.device, "%1");
+}
+
+TEST(CommandLines, KnowHelpAndVersionEverywhere) {
+    for (const auto& arguments : std::vector<std::vector<std::string>>{
+             {"--help"}, {"-h"}, {"run", "--help"}, {"--help", "list"}, {"run", "X", "--help"}}) {
+        EXPECT_EQ(parseCommandLine(arguments).command, Command::help);
+    }
+    EXPECT_EQ(parseCommandLine({"--version"}).command, Command::version);
+    EXPECT_EQ(parseCommandLine({"run", "--version"}).command, Command::version);
+}
+
+class Start : public FrameworkTest {};
+
+TEST_F(Start, TellsTheVersion) {
+    EXPECT_EQ(start({"--version"}), 0);
+    EXPECT_EQ(output(), "example 6.5 (build 000000001)\n");
+}
+
+TEST_F(Start, HelpNamesEveryCommandOptionAndExitValue) {
+    EXPECT_EQ(start({"--help"}), 0);
+    for (const char* word :
+         {"example [list] [OPTIONS]", "example run [TEST...] [OPTIONS]", "--set NAME=VALUE",
+          "--device TEXT", "--devices FILE", "--json FILE", "--log FILE", "--log-level N",
+          "--version", "--help", "  0 ", "  1   WARN", "  2   FAIL", "  3   CANNOTRUN",
+          "  4   BADPARAMS", "  5   INTERNALERROR", "  6   USERABORTED", "  8   EXITEDABNORMALLY",
+          "  64 "}) {
+        EXPECT_THAT(output(), HasSubstr(word));
+    }
+    std::istringstream lines(output());
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_LE(line.size(), 80U) << line;
+    }
+    for (const tesk5::OptionDescription& option : tesk5::optionDescriptions()) {
+        EXPECT_THAT(option.example, HasSubstr(option.name));
+    }
+}
+
+TEST_F(Start, WithoutArgumentsLists) {
+    EXPECT_EQ(start({}), 0);
+    EXPECT_THAT(output(), testing::StartsWith("Tests\n"));
+}
+
+class Logs : public FrameworkTest {
+protected:
+    Logs() {
+        registerTest("A", [](const DiagDevice&) {
+            mrl::Logger& logger = mrl::LogFactory::createLogger("test");
+            for (const int priority : {0, 1, 4}) {
+                mrl::LoggerStream(logger.admitting(priority), priority) << "line " << priority;
+            }
+            return TestResult::PASS();
+        });
+    }
+    ~Logs() override { mrl::LogFactory::setSink(nullptr); }
+
+    std::vector<std::string> linesOfTest() const {
+        std::vector<std::string> lines;
+        std::istringstream log(bytesOfFile(file("run.log")));
+        for (std::string line; std::getline(log, line);) {
+            if (const std::size_t found = line.find(" test: "); found != std::string::npos) {
+                lines.push_back(line.substr(found + 7));
+            }
+        }
+        return lines;
+    }
+};
+
+TEST_F(Logs, AreNotWrittenUnlessAskedFor) {
+    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_EQ(mrl::LogFactory::getPriority(), mrl::LogFactory::OFF);
+    EXPECT_THAT(filesThere(), ElementsAre("devices.json"));
+}
+
+TEST_F(Logs, HoldLinesFromPriorityOneOn) {
+    EXPECT_EQ(start({"run", "--log", file("run.log")}), 0);
+    EXPECT_THAT(linesOfTest(), ElementsAre("line 1", "line 4"));
+    EXPECT_THAT(bytesOfFile(file("run.log")), HasSubstr("2026-11-20T19:55:01.123Z 1 test: line 1"));
+}
+
+TEST_F(Logs, HoldWhatTheLevelAsksFor) {
+    EXPECT_EQ(start({"run", "--log", file("run.log"), "--log-level", "0"}), 0);
+    EXPECT_THAT(linesOfTest(), ElementsAre("line 0", "line 1", "line 4"));
+}
+
+TEST_F(Logs, AreAppended) {
+    EXPECT_EQ(start({"run", "--log", file("run.log"), "--log-level", "4"}), 0);
+    EXPECT_EQ(start({"run", "--log", file("run.log"), "--log-level", "5"}), 0);
+    EXPECT_EQ(start({"run", "--log", file("run.log"), "--log-level", "4"}), 0);
+    EXPECT_THAT(linesOfTest(), ElementsAre("line 4", "line 4"));
+}
+
+TEST_F(Logs, GoToStandardErrorWithALevelAlone) {
+    EXPECT_EQ(start({"run", "--log-level", "4"}), 0);
+    EXPECT_THAT(errors(), HasSubstr(" 4 test: line 4"));
+}
+
+} // namespace
+
+} // namespace test

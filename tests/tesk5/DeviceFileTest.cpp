@@ -1,0 +1,105 @@
+#include <support/TemporaryFolder.h>
+
+#include <BadInput.h>
+#include <DeviceList.h>
+
+#include <gmock/gmock.h>
+
+namespace test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Pair;
+
+struct DeviceFiles : testing::Test {
+    TemporaryFolder folder;
+
+    tesk5::DeviceList read(const std::string& text) {
+        std::ofstream(mrl::System::path(folder.file("d.json")), std::ios::binary) << text;
+        return tesk5::devicesFromFile(folder.file("d.json"));
+    }
+    std::string refusal(const std::string& text) {
+        try {
+            read(text);
+        } catch (const tesk5::BadInput& input) {
+            return input.line;
+        }
+        return "accepted";
+    }
+};
+
+TEST_F(DeviceFiles, DescribeDevicesInTheirOrder) {
+    const auto list = read(R"([
+        {"name": "Kärte", "capabilities": ["NetworkCard", "Wireless"],
+         "properties": {"z": "1", "a": "", "m": "\u00e4"}},
+        {"name": "", "capabilities": []}])");
+    ASSERT_EQ(list.devices.size(), 2U);
+    EXPECT_EQ(list.devices[0].name(), "Kärte");
+    EXPECT_THAT(list.devices[0].capability().names(), ElementsAre("Wireless", "NetworkCard"));
+    EXPECT_THAT(list.devices[0].properties(),
+                ElementsAre(Pair("z", "1"), Pair("a", ""), Pair("m", "ä")));
+    EXPECT_THAT(list.devices[1].capability().names(), testing::IsEmpty());
+    EXPECT_EQ(list.reason, "");
+    EXPECT_TRUE(read("[]").devices.empty());
+}
+
+TEST_F(DeviceFiles, MayBeginWithAByteOrderMark) {
+    EXPECT_EQ(read("\xEF\xBB\xBF[]").devices.size(), 0U);
+}
+
+TEST_F(DeviceFiles, AreRefusedWithFilePlaceReasonAndRemedy) {
+    EXPECT_EQ(refusal(R"([{"name": "Card", "capabilities": ["Wirless"]}])"),
+              "the device file \"" + folder.file("d.json") +
+                  "\" cannot be used: at $[0].capabilities[0] \"Wirless\" is no capability; use "
+                  "\"Wireless\" or \"NetworkCard\"; mend it, or leave out --devices to use this "
+                  "PC's devices");
+}
+
+TEST_F(DeviceFiles, AreRefusedForEveryMistakeWithItsPlace) {
+    const std::vector<std::pair<const char*, const char*>> mistakes = {
+        {"", "line 1, column 1: "},
+        {"[\n  oops]", "line 2, column 3: "},
+        {R"([{"name": "a\xff"}])", "line 1, column "},
+        {"[{\"name\": \"\xff\"}]", "line 1, column "},
+        {R"(["\ud800"])", "line 1, column "},
+        {"{}", "at $ there is a list of devices to be"},
+        {"[1]", "at $[0] there is an object"},
+        {R"([{"capabilities": []}])", "at $[0] the member \"name\" is missing"},
+        {R"([{"name": "a"}])", "at $[0] the member \"capabilities\" is missing"},
+        {R"([{"name": 1, "capabilities": []}])", "at $[0].name there is a text to be, not number"},
+        {R"([{"name": "a", "capabilities": "Wireless"}])", "at $[0].capabilities there is a list"},
+        {R"([{"name": "a", "capabilities": [null]}])",
+         "at $[0].capabilities[0] there is a text to be, not null"},
+        {R"([{"name": "a", "capabilities": [], "properties": []}])",
+         "at $[0].properties there is an object"},
+        {R"([{"name": "a", "capabilities": [], "properties": {"x": true}}])",
+         "at $[0].properties.x there is a text to be, not boolean"},
+        {R"([{"name": "a", "capabilities": [], "property": {}}])",
+         "at $[0] the member \"property\" is unknown"},
+        {R"([{"name": "a", "name": "b", "capabilities": []}])",
+         "the member \"name\" is there twice"},
+        {R"([{"name": "a", "capabilities": []}] x)", "line 1, column "},
+    };
+    for (const auto& [text, expected] : mistakes) {
+        EXPECT_THAT(refusal(text), HasSubstr(std::string("cannot be used: ") + expected)) << text;
+    }
+}
+
+TEST_F(DeviceFiles, SurviveDeepNesting) {
+    EXPECT_THAT(refusal(std::string(100000, '[')), HasSubstr("cannot be used: line 1"));
+}
+
+TEST_F(DeviceFiles, ThatAreFoldersAreRefused) {
+    try {
+        tesk5::devicesFromFile(folder.file(""));
+        GTEST_FAIL() << "accepted";
+    } catch (const tesk5::BadInput& input) {
+        EXPECT_THAT(input.line, HasSubstr("cannot be used: it is a directory"));
+    }
+}
+
+} // namespace
+
+} // namespace test

@@ -1,0 +1,99 @@
+#include "FrameworkTest.h"
+
+#include <tesk5/EventRecorder.h>
+#include <tesk5/Texts.h>
+
+namespace test {
+
+namespace {
+
+using tesk5::DiagModule;
+using tesk5::Event;
+using tesk5::EventRecorder;
+using tesk5::fillPlaceholders;
+using tesk5::Value;
+using testing::ElementsAre;
+using testing::Pair;
+
+class Events : public FrameworkTest {};
+
+TEST_F(Events, KeepTheirVariablesInTheOrderInWhichTheyWereFirstSet) {
+    Event* event = DiagModule::createEvent("WEAK");
+    event->setVariable("b", "1")->setVariable("a", mrl::Uint32{2})->setVariable("b", "3");
+    EXPECT_THAT(event->variables(),
+                ElementsAre(Pair("b", Value("3")), Pair("a", Value(mrl::Uint32{2}))));
+}
+
+TEST_F(Events, AreRecordedAsTheyWereWhenRaised) {
+    Event* event = DiagModule::createEvent("WEAK");
+    const EventRecorder recorder;
+    event->setVariable("Name", "Lab")->setVariable("Strength", mrl::Uint32{12});
+    DiagModule::error(event, "modules/a.cpp", 245);
+    clock().sleep(std::chrono::seconds(2));
+    event->setVariable("Strength", mrl::Uint32{30});
+    DiagModule::warning(event, "modules/b.cpp", 300);
+
+    ASSERT_EQ(recorder.events().size(), 2U);
+    const tesk5::RaisedEvent& first = recorder.events()[0];
+    EXPECT_EQ(first.key, "WEAK");
+    EXPECT_STREQ(severityName(first.severity), "error");
+    EXPECT_EQ(first.text, "The signal of Lab is 12 %.");
+    EXPECT_THAT(first.variables,
+                ElementsAre(Pair("Name", Value("Lab")), Pair("Strength", Value(mrl::Uint32{12}))));
+    EXPECT_EQ(first.file, "modules/a.cpp");
+    EXPECT_EQ(first.line, 245);
+    const tesk5::RaisedEvent& second = recorder.events()[1];
+    EXPECT_STREQ(severityName(second.severity), "warning");
+    EXPECT_EQ(second.text, "The signal of Lab is 30 %.");
+    EXPECT_EQ(second.time - first.time, std::chrono::seconds(2));
+}
+
+TEST_F(Events, GoToTheInnermostRecorderAndAreLostWithoutOne) {
+    Event* event = DiagModule::createEvent("PLAIN");
+    DiagModule::error(event, "", 1);
+    const EventRecorder outer;
+    DiagModule::error(event, "", 2);
+    {
+        const EventRecorder inner;
+        DiagModule::error(event, "", 3);
+        ASSERT_EQ(inner.events().size(), 1U);
+        EXPECT_EQ(inner.events()[0].line, 3);
+    }
+    DiagModule::error(event, "", 4);
+    ASSERT_EQ(outer.events().size(), 2U);
+    EXPECT_EQ(outer.events()[0].line, 2);
+    EXPECT_EQ(outer.events()[1].line, 4);
+}
+
+TEST_F(Events, ThatAreNoneAreRefused) {
+    EXPECT_THROW(DiagModule::error(nullptr, "", 1), tesk5::TeskException);
+}
+
+TEST_F(Events, OfAnUnknownKeyHaveTheKeyForAText) {
+    const EventRecorder recorder;
+    DiagModule::error(DiagModule::createEvent("NO_SUCH_TEXT"), "", 1);
+    EXPECT_EQ(recorder.events().at(0).text, "NO_SUCH_TEXT");
+}
+
+TEST(Placeholders, AreFilledWithTheVariableOfTheirName) {
+    const Event::Variables variables = {{"a", Value("A")}, {"n", Value(mrl::Uint32{7})}};
+    EXPECT_EQ(fillPlaceholders("{a}-{n}-{a}", variables), "A-7-A");
+    EXPECT_EQ(fillPlaceholders("", variables), "");
+    EXPECT_EQ(fillPlaceholders("no braces", variables), "no braces");
+}
+
+TEST(Placeholders, ThatNobodyFillsStay) {
+    const Event::Variables variables = {{"a", Value("A")}};
+    EXPECT_EQ(fillPlaceholders("{b} {a", variables), "{b} {a");
+    EXPECT_EQ(fillPlaceholders("{} {{a}}", variables), "{} {A}");
+    EXPECT_EQ(fillPlaceholders("} {x {a}", variables), "} {x A");
+}
+
+TEST(Placeholders, InAValueAreText) {
+    const Event::Variables variables = {{"a", Value("{b}")}, {"b", Value("B")}};
+    EXPECT_EQ(fillPlaceholders("{a}{b}", variables), "{b}B");
+}
+
+} // namespace
+
+} // namespace test

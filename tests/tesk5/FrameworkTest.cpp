@@ -1,0 +1,124 @@
+#include "FrameworkTest.h"
+
+#include <tesk5/ModuleInfo.h>
+#include <tesk5/Registry.h>
+#include <tesk5/StopRequest.h>
+
+#include <mrl/Logger.h>
+
+#include <algorithm>
+#include <array>
+
+namespace tesk5 {
+
+const ModuleInfo& moduleInfo() {
+    static const ModuleInfo info{"example", R"({
+        "WEAK": "The signal of {Name} is {Strength} %.",
+        "PLAIN": "Something happened."
+    })"};
+    return info;
+}
+
+} // namespace tesk5
+
+namespace test {
+
+namespace {
+
+using tesk5::DiagDevice;
+using tesk5::DiagModule;
+using tesk5::Registry;
+using tesk5::TestResult;
+
+// The framework takes plain functions; each slot is one, and looks up what it is to do.
+constexpr std::size_t SLOTS = 8;
+std::array<std::function<TestResult(const DiagDevice&)>, SLOTS> g_bodies;
+
+template <std::size_t Slot>
+TestResult callBody(const DiagDevice& device) {
+    return g_bodies[Slot](device);
+}
+
+constexpr tesk5::Test::Function functions[SLOTS] = {
+    callBody<0>, callBody<1>, callBody<2>, callBody<3>,
+    callBody<4>, callBody<5>, callBody<6>, callBody<7>,
+};
+
+void forgetEverything() {
+    Registry& all = Registry::instance();
+    all.tests.clear();
+    all.parameters.clear();
+    all.events.clear();
+    all.localizedStrings.clear();
+    all.order.clear();
+    DiagModule::setCmdLineArgs(0, nullptr);
+    DiagModule::setVersion(6, 5, "000000001");
+    DiagModule::setModuleInitCallback(nullptr);
+    tesk5::StopRequest::clear();
+    mrl::LogFactory::setSink(nullptr);
+    mrl::LogFactory::setPriority(mrl::LogFactory::OFF);
+}
+
+} // namespace
+
+FrameworkTest::FrameworkTest() {
+    forgetEverything();
+    setDevices(1);
+}
+
+FrameworkTest::~FrameworkTest() {
+    forgetEverything();
+}
+
+tesk5::Test* FrameworkTest::registerTest(const char* name, Body body) {
+    const std::size_t slot = Registry::instance().tests.size();
+    g_bodies.at(slot) = std::move(body);
+    return DiagModule::createTest(name, tesk5::DeviceCapability::Wireless(), functions[slot]);
+}
+
+tesk5::Test* FrameworkTest::registerTest(const char* name, TestResult result) {
+    return registerTest(name, [result](const DiagDevice&) { return result; });
+}
+
+int FrameworkTest::start(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"--devices", file("devices.json")});
+    return startBare(arguments);
+}
+
+int FrameworkTest::startBare(const std::vector<std::string>& arguments) {
+    std::vector<const char*> argv = {"example.k5x"};
+    for (const std::string& argument : arguments) {
+        argv.push_back(argument.c_str());
+    }
+    DiagModule::setCmdLineArgs(static_cast<int>(argv.size()), argv.data());
+    return DiagModule::start();
+}
+
+void FrameworkTest::setDevices(const std::string& json) {
+    fileWith("devices.json", json);
+}
+
+void FrameworkTest::setDevices(int count) {
+    std::string json;
+    for (int i = 1; i <= count; ++i) {
+        json += (json.empty() ? "" : ",");
+        json += R"({"name": "Card )" + std::to_string(i) + R"(", "capabilities": ["Wireless"]})";
+    }
+    setDevices("[" + json + "]");
+}
+
+std::string FrameworkTest::fileWith(const std::string& name, const std::string& text) const {
+    std::ofstream(mrl::System::path(file(name)), std::ios::binary) << text;
+    return file(name);
+}
+
+std::vector<std::string> FrameworkTest::filesThere() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(m_folder.path())) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+} // namespace test

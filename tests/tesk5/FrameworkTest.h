@@ -1,0 +1,79 @@
+// What every test of the framework starts from: nothing registered, nothing asked for, a virtual
+// clock, and a console that is read.
+#pragma once
+
+#include <support/TemporaryFolder.h>
+#include <support/VirtualClock.h>
+
+#include <tesk5/DiagModule.h>
+
+#include <mrl/OutputStream.h>
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace test {
+
+/// Keeps what a stream is told.
+class CapturedStream final : public mrl::OutputStream::Receiver {
+public:
+    explicit CapturedStream(mrl::OutputStream& stream)
+        : m_stream(stream), m_before(stream.redirect(this)) {}
+    ~CapturedStream() override { m_stream.redirect(m_before); }
+
+    void write(std::string_view utf8) override { m_text += utf8; }
+    const std::string& text() const { return m_text; }
+    void clear() { m_text.clear(); }
+
+private:
+    mrl::OutputStream& m_stream;
+    mrl::OutputStream::Receiver* m_before;
+    std::string m_text;
+};
+
+class FrameworkTest : public testing::Test {
+protected:
+    using Body = std::function<tesk5::TestResult(const tesk5::DiagDevice&)>;
+
+    FrameworkTest();
+    ~FrameworkTest() override;
+
+    /// Registers a test for wireless devices that does `body`; at most eight a test case.
+    static tesk5::Test* registerTest(const char* name, Body body);
+    /// One that only returns `result`.
+    static tesk5::Test* registerTest(const char* name, tesk5::TestResult result);
+
+    /// Runs the module with these arguments, on devices "Card 1", "Card 2", ... unless told others.
+    int start(std::vector<std::string> arguments);
+    /// The same with exactly these arguments.
+    static int startBare(const std::vector<std::string>& arguments);
+
+    /// Describes the devices of start() in a device file's JSON.
+    void setDevices(const std::string& json);
+    /// So many wireless devices.
+    void setDevices(int count);
+
+    /// Path of a file in a folder of this test's own, with `text` in it if there is some.
+    std::string file(const std::string& name) const { return m_folder.file(name); }
+    std::string fileWith(const std::string& name, const std::string& text) const;
+    std::vector<std::string> filesThere() const;
+
+    const std::string& output() const { return m_output.text(); }
+    const std::string& errors() const { return m_errors.text(); }
+    VirtualClock& clock() { return m_clock; }
+    void forgetOutput() {
+        m_output.clear();
+        m_errors.clear();
+    }
+
+private:
+    VirtualClock m_clock;
+    TemporaryFolder m_folder;
+    CapturedStream m_output{mrl::cout};
+    CapturedStream m_errors{mrl::cerr};
+};
+
+} // namespace test

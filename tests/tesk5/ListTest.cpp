@@ -1,0 +1,93 @@
+#include "FrameworkTest.h"
+
+namespace test {
+
+namespace {
+
+using tesk5::DataType;
+using tesk5::DiagModule;
+using tesk5::TestResult;
+using testing::HasSubstr;
+
+class List : public FrameworkTest {
+protected:
+    List() {
+        registerTest("DiversityTest", TestResult::COMPLETED())
+            ->setInteractive(true)
+            ->addDevicePropertyExclusion("WirelessWAN", "")
+            ->addDevicePropertyExclusion("Bus", "USB")
+            ->addDevicePropertyRequirement("wlanAPISupported", "");
+        registerTest("Signal", TestResult::PASS())
+            ->addParameter(DiagModule::createParameter("SSID", DataType::STRING(), "", false, true))
+            ->addParameter(
+                DiagModule::createParameter("Limit", DataType::UINT32(), "30", true, false));
+        registerTest("Once", TestResult::PASS())->setEnumeratesOnlyOnce(true);
+        setDevices(R"([
+            {"name": "Card A", "capabilities": ["Wireless", "NetworkCard"],
+             "properties": {"DeviceSystemName": "\\DEVICE\\{1}", "wlanAPISupported": "true"}},
+            {"name": "Card\nB", "capabilities": ["Wireless"], "properties": {"Bus": "USB"}}])");
+    }
+};
+
+TEST_F(List, ShowsTestsDevicesAndWhatWouldRunWhere) {
+    EXPECT_EQ(start({"list"}), 0);
+    EXPECT_EQ(errors(), "");
+    EXPECT_EQ(output(), R"(Tests
+  DiversityTest (interactive: runs when named)
+    capabilities: Wireless
+    only with:    wlanAPISupported
+    not with:     WirelessWAN, Bus = USB
+  Signal
+    capabilities: Wireless
+    parameter:    SSID (string, optional)
+    parameter:    Limit (uint32, required, several values, default "30")
+  Once
+    capabilities: Wireless
+    runs on the first device that suits it
+
+Devices
+  Card A
+    capabilities: Wireless, NetworkCard
+    DeviceSystemName: \DEVICE\{1}
+    wlanAPISupported: true
+  Card\nB
+    capabilities: Wireless
+    Bus: USB
+
+What would run
+  DiversityTest
+    Card A: yes, when named
+    Card\nB: no: has the property "Bus" with the value "USB"; lacks the property "wlanAPISupported"
+  Signal
+    Card A: yes
+    Card\nB: yes
+  Once
+    Card A: yes
+    Card\nB: no: runs on the first device only
+)");
+}
+
+TEST_F(List, RunsNothingAndCallsTheModulesCallback) {
+    static bool called = false;
+    called = false;
+    DiagModule::setModuleInitCallback([] { called = true; });
+    EXPECT_EQ(start({}), 0);
+    EXPECT_TRUE(called);
+}
+
+TEST_F(List, HonoursTheChoiceOfDevices) {
+    EXPECT_EQ(start({"list", "--device", "card a"}), 0);
+    EXPECT_THAT(output(),
+                HasSubstr("  Signal\n    Card A: yes\n    Card\\nB: no: has no \"card a\" "
+                          "in its name or system name\n"));
+}
+
+TEST_F(List, SaysThatThereIsNoDevice) {
+    setDevices("[]");
+    EXPECT_EQ(start({"list"}), 0);
+    EXPECT_THAT(output(), testing::EndsWith("Devices\n  none\n"));
+}
+
+} // namespace
+
+} // namespace test

@@ -1,0 +1,159 @@
+#include "FrameworkTest.h"
+
+#include <tesk5/Registry.h>
+
+namespace test {
+
+namespace {
+
+using tesk5::DataType;
+using tesk5::DeviceCapability;
+using tesk5::DiagModule;
+using tesk5::Registry;
+using tesk5::TeskException;
+using tesk5::TestResult;
+
+class Registration : public FrameworkTest {};
+
+std::string reasonOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const TeskException& exception) {
+        return exception.toString().getUTF8String().bytes();
+    }
+    return "nothing was thrown";
+}
+
+TEST_F(Registration, KeepsTheOrderOfCreationAcrossKinds) {
+    DiagModule::createLocalizedString("TITLE");
+    DiagModule::createEvent("WEAK");
+    registerTest("Test", TestResult::PASS());
+    DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
+    DiagModule::createLocalizedString("EXCELLENT");
+    EXPECT_THAT(Registry::instance().order,
+                testing::ElementsAre("TITLE", "WEAK", "Test", "SSID", "EXCELLENT"));
+}
+
+TEST_F(Registration, FindsEachKindByItsName) {
+    auto* text = DiagModule::createLocalizedString("TITLE");
+    auto* event = DiagModule::createEvent("WEAK");
+    auto* check = registerTest("Test", TestResult::PASS());
+    auto* parameter = DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
+    Registry& all = Registry::instance();
+    EXPECT_EQ(all.findLocalizedString("TITLE"), text);
+    EXPECT_EQ(all.findEvent("WEAK"), event);
+    EXPECT_EQ(all.findTest("Test"), check);
+    EXPECT_EQ(all.findParameter("SSID"), parameter);
+    EXPECT_EQ(all.findTest("test"), nullptr);
+    EXPECT_EQ(all.findEvent("TITLE"), nullptr);
+}
+
+TEST_F(Registration, RefusesANameThatItsKindHasAlready) {
+    DiagModule::createLocalizedString("A");
+    DiagModule::createEvent("A");
+    registerTest("A", TestResult::PASS());
+    DiagModule::createParameter("A", DataType::STRING(), "", false, true);
+    EXPECT_EQ(reasonOf([] { DiagModule::createLocalizedString("A"); }),
+              "the localized string \"A\" exists already");
+    EXPECT_EQ(reasonOf([] { DiagModule::createEvent("A"); }), "the event \"A\" exists already");
+    EXPECT_EQ(reasonOf([] { registerTest("A", TestResult::PASS()); }),
+              "the test \"A\" exists already");
+    EXPECT_EQ(
+        reasonOf([] { DiagModule::createParameter("A", DataType::UINT32(), "", false, true); }),
+        "the parameter \"A\" exists already");
+    EXPECT_EQ(Registry::instance().order.size(), 4U);
+}
+
+TEST_F(Registration, ObjectsKeepTheirAddressesWhileOthersJoinThem) {
+    auto* first = DiagModule::createEvent("0");
+    for (int i = 1; i < 1000; ++i) {
+        DiagModule::createEvent(tesk5::TeskString(std::to_string(i)));
+    }
+    EXPECT_EQ(Registry::instance().findEvent("0"), first);
+    EXPECT_EQ(first->key(), "0");
+}
+
+TEST_F(Registration, ATestNeedsAFunction) {
+    EXPECT_EQ(reasonOf([] { DiagModule::createTest("A", DeviceCapability(), nullptr); }),
+              "the test \"A\" has no function");
+}
+
+TEST_F(Registration, SettersOfATestReturnItAndKeepTheirOrder) {
+    auto* check = registerTest("Test", TestResult::PASS());
+    auto* a = DiagModule::createParameter("a", DataType::STRING(), "", false, true);
+    auto* b = DiagModule::createParameter("b", DataType::STRING(), "", false, true);
+    EXPECT_EQ(check->setEnumeratesOnlyOnce(true)
+                  ->setInteractive(true)
+                  ->addDevicePropertyExclusion("x", "")
+                  ->addDevicePropertyExclusion("y", "1")
+                  ->addDevicePropertyRequirement("z", "")
+                  ->addParameter(b)
+                  ->addParameter(a),
+              check);
+    EXPECT_TRUE(check->enumeratesOnlyOnce());
+    EXPECT_TRUE(check->interactive());
+    EXPECT_EQ(check->exclusions()[1].property, "y");
+    EXPECT_EQ(check->requirements()[0].property, "z");
+    EXPECT_THAT(check->parameters(), testing::ElementsAre(b, a));
+}
+
+TEST_F(Registration, AParameterIsAttachedOnceHoweverOftenItIsAdded) {
+    auto* check = registerTest("Test", TestResult::PASS());
+    auto* parameter = DiagModule::createParameter("a", DataType::STRING(), "", false, true);
+    check->addParameter(parameter)->addParameter(parameter);
+    EXPECT_EQ(check->parameters().size(), 1U);
+    EXPECT_EQ(reasonOf([check] { check->addParameter(nullptr); }),
+              "the test \"Test\" was given no parameter to add");
+}
+
+TEST_F(Registration, TheCallbackRunsInsideStartBeforeTheTestsAreLookedAt) {
+    registerTest("Test", TestResult::PASS());
+    static int calls = 0;
+    calls = 0;
+    DiagModule::setModuleInitCallback([] {
+        ++calls;
+        Registry::instance().findTest("Test")->addParameter(
+            DiagModule::createParameter("SSID", DataType::STRING(), "", false, true));
+    });
+    EXPECT_EQ(calls, 0);
+    EXPECT_EQ(start({"run", "--set", "SSID=Lab"}), 0);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST(TeskStrings, HoldOneTextInTwoForms) {
+    const tesk5::TeskString text("Grün");
+    EXPECT_EQ(text.utf8(), "Grün");
+    EXPECT_EQ(mrl::String(text.getUCS2Buffer()), mrl::String(MRL_TEXT("Gr\u00FCn")));
+    EXPECT_STREQ(text.getUTF8Buffer(), "Grün");
+    EXPECT_EQ(text.mrlString(), mrl::String("Grün"));
+}
+
+TEST(TeskStrings, MendIllFormedTextInBothForms) {
+    const tesk5::TeskString text(std::string("a\xFFz"));
+    EXPECT_EQ(text.utf8(), "a\uFFFDz");
+    EXPECT_EQ(text.mrlString(), mrl::String(MRL_TEXT("a\uFFFDz")));
+    EXPECT_TRUE(tesk5::TeskString(static_cast<const char*>(nullptr)).empty());
+}
+
+TEST(Results, HaveTheirValuesAndWords) {
+    const std::vector<std::pair<TestResult, std::string>> all = {
+        {TestResult::PASS(), "0 PASS"},
+        {TestResult::WARN(), "1 WARN"},
+        {TestResult::FAIL(), "2 FAIL"},
+        {TestResult::CANNOTRUN(), "3 CANNOTRUN"},
+        {TestResult::BADPARAMS(), "4 BADPARAMS"},
+        {TestResult::INTERNALERROR(), "5 INTERNALERROR"},
+        {TestResult::USERABORTED(), "6 USERABORTED"},
+        {TestResult::COMPLETED(), "7 COMPLETED"},
+        {TestResult::EXITEDABNORMALLY(), "8 EXITEDABNORMALLY"},
+    };
+    for (const auto& [result, expected] : all) {
+        EXPECT_EQ(std::to_string(result.value()) + " " + result.name(), expected);
+    }
+    EXPECT_TRUE(TestResult::COMPLETED().good());
+    EXPECT_FALSE(TestResult::WARN().good());
+}
+
+} // namespace
+
+} // namespace test

@@ -1,0 +1,197 @@
+#include "FrameworkTest.h"
+
+#include <Report.h>
+#include <ReportFile.h>
+
+#include <tesk5/StopRequest.h>
+
+#include <mrl/Exception.h>
+
+#include <nlohmann/json.hpp>
+
+namespace test {
+
+namespace {
+
+using tesk5::DataType;
+using tesk5::DiagDevice;
+using tesk5::DiagModule;
+using tesk5::TestResult;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class Reports : public FrameworkTest {
+protected:
+    nlohmann::ordered_json report() const {
+        return nlohmann::ordered_json::parse(bytesOfFile(file("report.json")));
+    }
+    std::vector<std::string> toReport(std::vector<std::string> more = {}) const {
+        more.insert(more.begin(), {"run", "--json", file("report.json")});
+        return more;
+    }
+};
+
+TEST_F(Reports, TellTheWholeRun) {
+    auto* name = DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
+    auto* limit = DiagModule::createParameter("Limit", DataType::UINT32(), "", false, true);
+    auto* event = DiagModule::createEvent("WEAK");
+    registerTest(
+        "Signal",
+        [&](const DiagDevice&) {
+            clock().sleep(std::chrono::milliseconds(1500));
+            event->setVariable("Strength", mrl::Uint32{12})->setVariable("Name", "Lab\x01\"\n");
+            DiagModule::error(event, "modules/a.cpp", 245);
+            clock().sleep(std::chrono::milliseconds(250));
+            return TestResult::FAIL();
+        })
+        ->addParameter(name)
+        ->addParameter(limit);
+    setDevices(R"([{"name": "Kärte\u2028", "capabilities": ["Wireless"],
+                    "properties": {"z": "1", "a": "2"}}])");
+    EXPECT_EQ(start(toReport({"--set", "SSID=L=b"})), 2);
+    EXPECT_EQ(bytesOfFile(file("report.json")), R"({
+  "schema": 1,
+  "module": {
+    "name": "example",
+    "version": "6.5",
+    "build": "000000001"
+  },
+  "started": "2026-11-20T19:55:01.123Z",
+  "ended": "2026-11-20T19:55:02.873Z",
+  "exit": 2,
+  "results": [
+    {
+      "test": "Signal",
+      "device": {
+        "name": "Kärte)"
+                                                "\u2028"
+                                                R"(",
+        "properties": {
+          "z": "1",
+          "a": "2"
+        }
+      },
+      "result": "FAIL",
+      "value": 2,
+      "started": "2026-11-20T19:55:01.123Z",
+      "seconds": 1.75,
+      "parameters": {
+        "SSID": "L=b",
+        "Limit": 0
+      },
+      "events": [
+        {
+          "key": "WEAK",
+          "severity": "error",
+          "text": "The signal of Lab\u0001\"\n is 12 %.",
+          "variables": {
+            "Strength": 12,
+            "Name": "Lab\u0001\"\n"
+          },
+          "file": "modules/a.cpp",
+          "line": 245,
+          "time": "2026-11-20T19:55:02.623Z"
+        }
+      ]
+    }
+  ]
+}
+)");
+}
+
+TEST_F(Reports, ReplaceTheOldOneAndLeaveNothingElse) {
+    registerTest("A", TestResult::WARN());
+    fileWith("report.json", "old");
+    EXPECT_EQ(start(toReport()), 1);
+    EXPECT_EQ(report()["exit"], 1);
+    EXPECT_THAT(filesThere(), ElementsAre("devices.json", "report.json"));
+}
+
+TEST_F(Reports, TellOfRunsThatAStopRequestForestalled) {
+    registerTest("A", [](const DiagDevice&) {
+        tesk5::StopRequest::raise();
+        return TestResult::PASS();
+    });
+    registerTest("B", TestResult::PASS());
+    EXPECT_EQ(start(toReport()), 6);
+    EXPECT_EQ(report()["results"][1]["result"], "USERABORTED");
+    EXPECT_EQ(report()["results"][1]["seconds"], 0);
+    EXPECT_EQ(report()["exit"], 6);
+}
+
+TEST_F(Reports, AreWrittenWithoutAnyDeviceToo) {
+    registerTest("A", TestResult::PASS());
+    setDevices("[]");
+    EXPECT_EQ(start(toReport()), 3);
+    EXPECT_EQ(report()["exit"], 3);
+    EXPECT_TRUE(report()["results"].is_array());
+    EXPECT_TRUE(report()["results"].empty());
+}
+
+TEST_F(Reports, OfARunThatBreaksLeaveTheOldOne) {
+    registerTest("A", [](const DiagDevice&) -> TestResult { throw mrl::Exception("oops"); });
+    fileWith("report.json", "old");
+    EXPECT_THROW(start(toReport()), mrl::Exception);
+    EXPECT_EQ(bytesOfFile(file("report.json")), "old");
+    EXPECT_THAT(filesThere(), ElementsAre("devices.json", "report.json"));
+}
+
+TEST_F(Reports, AreNotTouchedBeforeTheRunIsOver) {
+    registerTest("A", [this](const DiagDevice&) {
+        EXPECT_EQ(bytesOfFile(file("report.json")), "old");
+        EXPECT_THAT(filesThere(), ElementsAre("devices.json", "report.json"));
+        return TestResult::PASS();
+    });
+    fileWith("report.json", "old");
+    EXPECT_EQ(start(toReport()), 0);
+}
+
+TEST_F(Reports, ThatCannotBeWrittenInTheEndAreAFailureWithWords) {
+    registerTest("A", [this](const DiagDevice&) {
+        std::filesystem::create_directory(mrl::System::path(file("report.json")));
+        fileWith("report.json/full", "");
+        return TestResult::PASS();
+    });
+    try {
+        start(toReport());
+        GTEST_FAIL() << "nobody was told";
+    } catch (const tesk5::TeskException& exception) {
+        EXPECT_THAT(exception.toString().getUTF8String().bytes(),
+                    HasSubstr("report.json\" could not be written: "));
+    }
+    EXPECT_THAT(filesThere(), ElementsAre("devices.json", "report.json"));
+}
+
+TEST_F(Reports, GoToTheFileBehindALink) {
+    registerTest("A", TestResult::PASS());
+    std::error_code failure;
+    std::filesystem::create_symlink(mrl::System::path(fileWith("real.json", "old")),
+                                    mrl::System::path(file("report.json")), failure);
+    if (failure) {
+        GTEST_SKIP() << "no links here: " << failure.message();
+    }
+    EXPECT_EQ(start(toReport()), 0);
+    EXPECT_THAT(bytesOfFile(file("real.json")), HasSubstr("\"schema\": 1"));
+    EXPECT_TRUE(std::filesystem::is_symlink(mrl::System::path(file("report.json"))));
+}
+
+TEST(ReportTimes, AreCutToMilliseconds) {
+    using namespace std::chrono;
+    const auto day = sys_days(year(2024) / February / 29);
+    const auto at = [](auto time) {
+        return tesk5::reportTime(time_point_cast<system_clock::duration>(time));
+    };
+    EXPECT_EQ(at(day + hours(1) + minutes(2) + seconds(3) + microseconds(4999)),
+              "2024-02-29T01:02:03.004Z");
+    EXPECT_EQ(at(sys_days(year(1969) / December / 31) + hours(23)), "1969-12-31T23:00:00.000Z");
+}
+
+TEST_F(Reports, FileNamesThatMeanTheSameAreKnownAsSuch) {
+    EXPECT_TRUE(tesk5::nameSameFile(file("a"), file("./a")));
+    EXPECT_FALSE(tesk5::nameSameFile(file("a"), file("b")));
+    EXPECT_TRUE(tesk5::nameSameFile("a", "./x/../a"));
+}
+
+} // namespace
+
+} // namespace test

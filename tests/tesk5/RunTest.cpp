@@ -1,0 +1,292 @@
+#include "FrameworkTest.h"
+
+#include <tesk5/StopRequest.h>
+
+#include <mrl/Exception.h>
+
+namespace test {
+
+namespace {
+
+using tesk5::DataType;
+using tesk5::DeviceCapability;
+using tesk5::DiagDevice;
+using tesk5::DiagModule;
+using tesk5::TestResult;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class Runs : public FrameworkTest {
+protected:
+    std::vector<std::string> m_calls;
+
+    /// A test that notes its calls.
+    tesk5::Test* noting(const char* name, TestResult result = TestResult::PASS()) {
+        return registerTest(name, [this, name, result](const DiagDevice& device) {
+            m_calls.push_back(std::string(name) + " on " + device.name().utf8());
+            return result;
+        });
+    }
+};
+
+TEST_F(Runs, CallEachTestOnceForEachDeviceThatSuitsIt) {
+    noting("A");
+    noting("B");
+    setDevices(2);
+    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_THAT(m_calls, ElementsAre("A on Card 1", "A on Card 2", "B on Card 1", "B on Card 2"));
+}
+
+TEST_F(Runs, LeaveOutDevicesThatDoNotSuitAndHandOverThoseThatDo) {
+    registerTest("A", [this](const DiagDevice& device) {
+        m_calls.push_back(device.name().utf8());
+        EXPECT_TRUE(device.capability().includes(DeviceCapability::Wireless()));
+        EXPECT_EQ(device.property("DeviceSystemName").value(), "\\DEVICE\\{1}");
+        return TestResult::PASS();
+    })->addDevicePropertyExclusion("WirelessWAN", "");
+    setDevices(R"([
+        {"name": "Wired", "capabilities": ["NetworkCard"]},
+        {"name": "Modem", "capabilities": ["Wireless"], "properties": {"WirelessWAN": "true"}},
+        {"name": "Card", "capabilities": ["Wireless", "NetworkCard"],
+         "properties": {"DeviceSystemName": "\\DEVICE\\{1}"}}])");
+    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_THAT(m_calls, ElementsAre("Card"));
+}
+
+TEST_F(Runs, OfATestThatEnumeratesOnceTakeTheFirstDeviceThatSuitsIt) {
+    noting("A")->setEnumeratesOnlyOnce(true)->addDevicePropertyRequirement("Good", "");
+    setDevices(R"([
+        {"name": "1", "capabilities": ["Wireless"]},
+        {"name": "2", "capabilities": ["Wireless"], "properties": {"Good": ""}},
+        {"name": "3", "capabilities": ["Wireless"], "properties": {"Good": ""}}])");
+    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_THAT(m_calls, ElementsAre("A on 2"));
+}
+
+TEST_F(Runs, TakeInteractiveTestsOnlyByName) {
+    noting("Asks")->setInteractive(true);
+    noting("Plain");
+    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_THAT(m_calls, ElementsAre("Plain on Card 1"));
+    EXPECT_EQ(start({"run", "Asks"}), 0);
+    EXPECT_THAT(m_calls, ElementsAre("Plain on Card 1", "Asks on Card 1"));
+}
+
+TEST_F(Runs, TakeNamedTestsInTheOrderOfTheirNaming) {
+    noting("A");
+    noting("B");
+    EXPECT_EQ(start({"run", "B", "A"}), 0);
+    EXPECT_THAT(m_calls, ElementsAre("B on Card 1", "A on Card 1"));
+}
+
+TEST_F(Runs, AreNarrowedToDevicesByNameSystemNameOrGuidInAnyLetterCase) {
+    noting("A");
+    setDevices(R"([
+        {"name": "Intel Übertragung", "capabilities": ["Wireless"],
+         "properties": {"DeviceSystemName": "\\DEVICE\\{8C2F6B1E-0000}"}},
+        {"name": "Other", "capabilities": ["Wireless"],
+         "properties": {"DeviceSystemName": "\\DEVICE\\{11111111-0000}"}}])");
+    for (const char* text : {"intel", "ÜBER", "8c2f6b1e", "\\device\\{8C"}) {
+        m_calls.clear();
+        EXPECT_EQ(start({"run", "--device", text}), 0) << text;
+        EXPECT_THAT(m_calls, ElementsAre("A on Intel Übertragung")) << text;
+    }
+    EXPECT_EQ(start({"run", "--device", "-0000"}), 0);
+    EXPECT_EQ(m_calls.size(), 3U);
+}
+
+TEST_F(Runs, SeeTheParametersOfTheCommandLineAndTheNextRunItsOwn) {
+    auto* name = DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
+    auto* limit = DiagModule::createParameter("Limit", DataType::UINT32(), "", false, true);
+    registerTest("A",
+                 [&](const DiagDevice&) {
+                     m_calls.push_back(name->value().valueString().utf8() + "/" +
+                                       std::to_string(limit->value().valueUint32()));
+                     return TestResult::PASS();
+                 })
+        ->addParameter(name)
+        ->addParameter(limit);
+    EXPECT_EQ(start({"run", "--set", "SSID=a=b", "--set", "Limit=40"}), 0);
+    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_EQ(start({"run", "--set", "Limit="}), 0);
+    EXPECT_THAT(m_calls, ElementsAre("a=b/40", "/0", "/0"));
+}
+
+TEST_F(Runs, OfAMultiValuedParameterSeeItsLastValue) {
+    auto* name = DiagModule::createParameter("SSID", DataType::STRING(), "", true, true);
+    registerTest("A", [&](const DiagDevice&) {
+        m_calls.push_back(name->value().valueString().utf8());
+        return TestResult::PASS();
+    })->addParameter(name);
+    EXPECT_EQ(start({"run", "--set", "SSID=a", "--set", "SSID=b"}), 0);
+    EXPECT_THAT(m_calls, ElementsAre("b"));
+}
+
+// From good to bad; two that count as good.
+const std::vector<TestResult> fromGoodToBad = {
+    TestResult::PASS(),        TestResult::COMPLETED(),     TestResult::WARN(),
+    TestResult::USERABORTED(), TestResult::CANNOTRUN(),     TestResult::BADPARAMS(),
+    TestResult::FAIL(),        TestResult::INTERNALERROR(), TestResult::EXITEDABNORMALLY(),
+};
+
+TEST_F(Runs, EndWithTheValueOfTheWorstResultInWhateverOrderTheyCame) {
+    auto first = TestResult::PASS();
+    auto second = TestResult::PASS();
+    registerTest("A", [&first](const DiagDevice&) { return first; });
+    registerTest("B", [&second](const DiagDevice&) { return second; });
+    for (std::size_t better = 0; better < fromGoodToBad.size(); ++better) {
+        for (std::size_t worse = better; worse < fromGoodToBad.size(); ++worse) {
+            const TestResult& bad = fromGoodToBad[worse];
+            const int expected = bad.good() ? 0 : bad.value();
+            first = fromGoodToBad[better];
+            second = bad;
+            EXPECT_EQ(start({"run"}), expected) << first.name() << " then " << second.name();
+            std::swap(first, second);
+            EXPECT_EQ(start({"run"}), expected) << first.name() << " then " << second.name();
+        }
+    }
+}
+
+TEST_F(Runs, EndAfterTheTestThatRequestsAnAbort) {
+    registerTest("A", [this](const DiagDevice&) {
+        DiagModule::requestAbort();
+        EXPECT_FALSE(DiagModule::checkForStop());
+        m_calls.emplace_back("A");
+        return TestResult::PASS();
+    });
+    noting("B");
+    noting("C");
+    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_THAT(m_calls, ElementsAre("A"));
+    EXPECT_THAT(output(),
+                HasSubstr("1 run: 1 PASS; ended by the test, 2 left out; exit value 0\n"));
+    EXPECT_EQ(start({"run", "B"}), 0) << "the request is over with its run";
+}
+
+TEST_F(Runs, StartNothingMoreAfterAStopRequestAndCountItAsAborted) {
+    registerTest("A", [this](const DiagDevice&) {
+        tesk5::StopRequest::raise();
+        EXPECT_TRUE(DiagModule::checkForStop());
+        m_calls.emplace_back("A");
+        return TestResult::PASS();
+    });
+    noting("B");
+    EXPECT_EQ(start({"run"}), TestResult::USERABORTED().value());
+    EXPECT_THAT(m_calls, ElementsAre("A"));
+    EXPECT_EQ(output(), "A on Card 1\n"
+                        "  PASS after 0.0 s\n"
+                        "B on Card 1\n"
+                        "  USERABORTED: not started\n"
+                        "2 runs: 1 USERABORTED, 1 PASS; exit value 6\n");
+}
+
+TEST_F(Runs, AStopRequestDuringTheLastTestChangesNothing) {
+    registerTest("A", [](const DiagDevice&) {
+        tesk5::StopRequest::raise();
+        return TestResult::PASS();
+    });
+    EXPECT_EQ(start({"run"}), 0);
+}
+
+TEST_F(Runs, GoOnAfterATeskExceptionWhichIsAnInternalError) {
+    registerTest(
+        "A", [](const DiagDevice&) -> TestResult { throw tesk5::TeskException("no such\nthing"); });
+    noting("B");
+    EXPECT_EQ(start({"run"}), TestResult::INTERNALERROR().value());
+    EXPECT_THAT(m_calls, ElementsAre("B on Card 1"));
+    EXPECT_THAT(output(), HasSubstr("  INTERNALERROR after 0.0 s: no such\\nthing\n"));
+}
+
+TEST_F(Runs, LetEveryOtherExceptionPassAndSaySo) {
+    registerTest("A", [](const DiagDevice&) -> TestResult { throw mrl::Exception("no memory"); });
+    noting("B");
+    EXPECT_THROW(start({"run"}), mrl::Exception);
+    EXPECT_THAT(m_calls, IsEmpty());
+    EXPECT_EQ(errors(), "example: A on Card 1 was left by an exception; the run ends here: no "
+                        "memory\n");
+}
+
+TEST_F(Runs, LetExceptionsOfAnyTypePass) {
+    auto* check = registerTest(
+        "A", [](const DiagDevice&) -> TestResult { throw mrl::StructuredException{7}; });
+    EXPECT_THROW(start({"run"}), mrl::StructuredException);
+    EXPECT_EQ(errors(), "example: A on Card 1 was left by an exception; the run ends here\n");
+    static_cast<void>(check);
+    registerTest("B", [](const DiagDevice&) -> TestResult { throw std::runtime_error("oops"); });
+    EXPECT_THROW(start({"run", "B"}), std::runtime_error);
+    EXPECT_THAT(errors(), HasSubstr("the run ends here: oops\n"));
+}
+
+TEST_F(Runs, TurnAFailureOfTheModulesCallbackIntoOneWithWords) {
+    registerTest("A", TestResult::PASS());
+    DiagModule::setModuleInitCallback([] { throw std::runtime_error("no room"); });
+    EXPECT_THROW(start({"run"}), tesk5::TeskException);
+}
+
+TEST_F(Runs, ShowWhatRunsWhereAndHowItWent) {
+    registerTest("Signal", [this](const DiagDevice&) {
+        clock().sleep(std::chrono::milliseconds(7940));
+        auto* event = DiagModule::createEvent("WEAK");
+        event->setVariable("Name", "Lab\x1b[2J")
+            ->setVariable("Strength", mrl::Uint32{12})
+            ->setVariable("Limit", mrl::Uint32{30});
+        DiagModule::error(event, "modules/a.cpp", 10);
+        DiagModule::warning(DiagModule::createEvent("PLAIN"), "modules/a.cpp", 11);
+        return TestResult::FAIL();
+    });
+    registerTest("Other", TestResult::PASS());
+    setDevices(R"([{"name": "Card\n1\u202E", "capabilities": ["Wireless"]}])");
+    EXPECT_EQ(start({"run"}), 2);
+    EXPECT_EQ(output(), "Signal on Card\\n1\\u202E\n"
+                        "  error: The signal of Lab\\x1B[2J is 12 %.\n"
+                        "         Limit: 30\n"
+                        "  warning: Something happened.\n"
+                        "  FAIL after 7.9 s\n"
+                        "Other on Card\\n1\\u202E\n"
+                        "  PASS after 0.0 s\n"
+                        "2 runs: 1 FAIL, 1 PASS; exit value 2\n");
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(Runs, WithoutADeviceSayWhichThereAreAndWhyNoneSuits) {
+    noting("A")->addDevicePropertyRequirement("wlanAPISupported", "");
+    setDevices(R"([{"name": "Wired", "capabilities": ["NetworkCard"]},
+                   {"name": "Card", "capabilities": ["Wireless"]}])");
+    EXPECT_EQ(start({"run"}), TestResult::CANNOTRUN().value());
+    EXPECT_THAT(m_calls, IsEmpty());
+    EXPECT_EQ(errors(), "example: no device for A\n"
+                        "  Wired: lacks the capability \"Wireless\"; lacks the property "
+                        "\"wlanAPISupported\"\n"
+                        "  Card: lacks the property \"wlanAPISupported\"\n");
+    EXPECT_EQ(output(), "0 runs; 1 test without a device; exit value 3\n");
+}
+
+TEST_F(Runs, WithoutAnyDeviceAtAllSaySo) {
+    noting("A");
+    setDevices("[]");
+    EXPECT_EQ(start({"run"}), 3);
+    EXPECT_EQ(errors(), "example: no device for A: there is none at all\n");
+}
+
+TEST_F(Runs, ThatLeaveOutEveryDeviceSayWhy) {
+    noting("A");
+    EXPECT_EQ(start({"run", "--device", "realtek"}), 3);
+    EXPECT_EQ(errors(), "example: no device for A\n"
+                        "  Card 1: has no \"realtek\" in its name or system name\n");
+}
+
+TEST_F(Runs, ATestWithoutADeviceDoesNotHideTheOthers) {
+    noting("A")->addDevicePropertyRequirement("None", "");
+    noting("B", TestResult::FAIL());
+    EXPECT_EQ(start({"run"}), TestResult::FAIL().value()) << "worse than CANNOTRUN";
+    EXPECT_THAT(m_calls, ElementsAre("B on Card 1"));
+    m_calls.clear();
+    noting("C");
+    EXPECT_EQ(start({"run", "A", "C"}), TestResult::CANNOTRUN().value());
+    EXPECT_THAT(m_calls, ElementsAre("C on Card 1"));
+}
+
+} // namespace
+
+} // namespace test

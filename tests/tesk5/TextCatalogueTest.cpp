@@ -1,0 +1,115 @@
+#include <support/CapturedLog.h>
+#include <support/TemporaryFolder.h>
+
+#include <TextCatalogue.h>
+
+#include <gmock/gmock.h>
+
+namespace test {
+
+namespace {
+
+using tesk5::TextCatalogue;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+struct Texts : testing::Test {
+    CapturedLog log;
+    TemporaryFolder folder;
+    std::filesystem::path first = folder.path() / "first";
+    std::filesystem::path second = folder.path() / "second";
+
+    static constexpr const char* BUILT_IN = R"({"A": "built-in A", "B": "built-in B"})";
+
+    Texts() {
+        std::filesystem::create_directory(first);
+        std::filesystem::create_directory(second);
+    }
+    static void write(const std::filesystem::path& path, const std::string& text) {
+        std::ofstream(path, std::ios::binary) << text;
+    }
+    std::string text(const char* key, const char* language = "en", const char* builtIn = BUILT_IN) {
+        TextCatalogue catalogue({first, second}, language, builtIn);
+        return catalogue.textOf(key).utf8();
+    }
+};
+
+TEST_F(Texts, ComeFromTheProgramWithoutAFile) {
+    EXPECT_EQ(text("A"), "built-in A");
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(Texts, ComeFromTheFirstFolderThatHasThem) {
+    write(second / "en.json", R"({"A": "second A"})");
+    EXPECT_EQ(text("A"), "second A");
+    write(first / "en.json", R"({"A": "first \u00C4"})");
+    EXPECT_EQ(text("A"), "first Ä");
+}
+
+TEST_F(Texts, ThatAFileLacksComeFromTheProgram) {
+    write(first / "en.json", R"({"A": "first A"})");
+    EXPECT_EQ(text("B"), "built-in B");
+}
+
+TEST_F(Texts, OfNoKeyAreTheKeyAndStayWhereTheyAre) {
+    TextCatalogue catalogue({}, "en", BUILT_IN);
+    const tesk5::TeskString& unknown = catalogue.textOf("NO_SUCH_KEY");
+    EXPECT_EQ(unknown, "NO_SUCH_KEY");
+    for (int i = 0; i < 100; ++i) {
+        catalogue.textOf(tesk5::TeskString("KEY_" + std::to_string(i)));
+    }
+    EXPECT_EQ(&catalogue.textOf("NO_SUCH_KEY"), &unknown);
+}
+
+TEST_F(Texts, OfABrokenFileAreReplacedAndTheLogSaysWhy) {
+    write(first / "en.json", "{\"A\": \"first A\",\n oops}");
+    EXPECT_EQ(text("A"), "built-in A");
+    ASSERT_EQ(log.lines().size(), 1U);
+    EXPECT_EQ(log.lines()[0].priority, 4);
+    EXPECT_THAT(log.lines()[0].text, HasSubstr("en.json are not used: line 2, column 2: "));
+}
+
+TEST_F(Texts, OfABrokenFileComeFromTheNextFolder) {
+    write(first / "en.json", R"(["A"])");
+    write(second / "en.json", R"({"A": "second A"})");
+    EXPECT_EQ(text("A"), "second A");
+    EXPECT_THAT(log.texts(), testing::ElementsAre(HasSubstr("is an object of keys and texts")));
+}
+
+TEST_F(Texts, MustBeStrings) {
+    write(first / "en.json", R"({"A": 1})");
+    EXPECT_EQ(text("A"), "built-in A");
+    EXPECT_THAT(log.texts(), testing::ElementsAre(HasSubstr("the text of \"A\" is no string")));
+}
+
+TEST_F(Texts, OfAnotherLanguageFallBackToEnglishThenToTheProgram) {
+    write(first / "de.json", R"({"A": "deutsches A"})");
+    write(first / "en.json", R"({"A": "English A", "B": "English B"})");
+    EXPECT_EQ(text("A", "de"), "deutsches A");
+    EXPECT_EQ(text("B", "de"), "English B");
+    EXPECT_EQ(text("C", "de", R"({"C": "built-in C"})"), "built-in C");
+    EXPECT_EQ(text("A", "fr"), "English A");
+}
+
+TEST_F(Texts, DoWithoutABuiltInCopyThatIsNone) {
+    EXPECT_EQ(text("A", "en", "{"), "A");
+    EXPECT_THAT(log.texts(), testing::ElementsAre(HasSubstr("of the program itself are not used")));
+}
+
+TEST(TextFolders, LieBesideTheExecutableThenBelowTheCurrentFolder) {
+    EXPECT_THAT(tesk5::textFolders("example", "bin"),
+                testing::ElementsAre(std::filesystem::path("bin/resources/example/texts"),
+                                     std::filesystem::path("resources/example/texts")));
+    EXPECT_EQ(tesk5::textFolders("example", "").size(), 1U);
+}
+
+TEST(ExecutableFolder, HoldsThisProgram) {
+    const std::filesystem::path folder = mrl::System::executableFolder();
+    EXPECT_TRUE(std::filesystem::exists(folder / "test_tesk5") ||
+                std::filesystem::exists(folder / "test_tesk5.exe"))
+        << folder;
+}
+
+} // namespace
+
+} // namespace test
