@@ -29,18 +29,19 @@ mrl::Int32 WirelessDevice::getSignalStrength(const VisibleNetwork& network) {
         snapshot = m_visibleNetworks;
         mrl::System::mssleep(REFRESH_PAUSE_MS);
     }
-    mrl::Int32 sum = 0;
+    mrl::Uint32 sum = 0; // unsigned: what a broken driver reports wraps instead of overflowing
     mrl::Int32 count = 0;
     for (const mrl::MRLArray<VisibleNetwork>& snapshot : snapshots) {
         for (const VisibleNetwork& entry : snapshot) {
             // A name that is a part of the wanted one counts too: Lab is the same site as Lab-5G.
             if (isSame(network, entry)) {
-                sum += entry.m_signalQuality;
+                sum += static_cast<mrl::Uint32>(entry.m_signalQuality);
                 ++count;
             }
         }
     }
-    return count > 1 ? sum / count : sum;
+    const auto total = static_cast<mrl::Int32>(sum);
+    return count > 1 ? total / count : total;
 }
 
 bool WirelessDevice::forceScanMatched(const String& ssid, mrl::Uint32& signalStrength) {
