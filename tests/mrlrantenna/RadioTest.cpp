@@ -1,0 +1,257 @@
+// The radio: its state per PHY as flags, and its switch.
+#include "DeviceTest.h"
+
+namespace {
+
+using radiosim::Phy;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* RADIO_QUERY_LINE =
+    "The queryWirelessLanInterface call with OPCODE wlan_intf_opcode_radio_state  failed";
+constexpr RadioStateFlags BOTH_OFF = SOFTWARE_OFF | HARDWARE_OFF;
+
+class RadioOfADevice : public test::DeviceTest {
+protected:
+    WirelessDevice& openedWith(std::vector<Phy> phys) {
+        radiosim::Scenario scenario;
+        scenario.interfaces.front().phys = std::move(phys);
+        startRadio(std::move(scenario));
+        return opened();
+    }
+};
+
+struct PhyState {
+    std::int32_t software;
+    std::int32_t hardware;
+    mrl::Uint32 flags;
+};
+
+class RadioTable : public RadioOfADevice, public testing::WithParamInterface<PhyState> {};
+
+TEST_P(RadioTable, CountsUnknownAsOff) {
+    const PhyState& state = GetParam();
+    WirelessDevice& device = openedWith({{.software = state.software, .hardware = state.hardware}});
+    EXPECT_EQ(static_cast<mrl::Uint32>(device.getRadioState(0)), state.flags);
+    EXPECT_EQ(device.isRadioEnabled(0), state.flags == (SOFTWARE_ON | HARDWARE_ON));
+}
+
+// 0 unknown, 1 on, 2 off; what is none of these counts as on.
+constexpr PhyState phyStates[] = {
+    {0, 0, 10}, {0, 1, 6}, {0, 2, 10}, {1, 0, 9}, {1, 1, 5},  {1, 2, 9},
+    {2, 0, 10}, {2, 1, 6}, {2, 2, 10}, {3, 1, 5}, {1, -1, 5},
+};
+std::string inName(std::int32_t state) {
+    const char* const words[] = {"Unknown", "On", "Off"};
+    return state >= 0 && state <= 2 ? words[state] : "Strange";
+}
+
+INSTANTIATE_TEST_SUITE_P(States, RadioTable, testing::ValuesIn(phyStates), [](const auto& row) {
+    return "Software" + inName(row.param.software) + "Hardware" + inName(row.param.hardware);
+});
+
+TEST_F(RadioOfADevice, IsReadAfreshEachTime) {
+    WirelessDevice& device = opened();
+    EXPECT_TRUE(device.isRadioEnabled(0));
+    radio().setRadio(0, 0, 2, {});
+    EXPECT_FALSE(device.isRadioEnabled(0));
+    EXPECT_EQ(device.getRadioState(0), SOFTWARE_OFF | HARDWARE_ON);
+    radio().setRadio(0, 0, 1, 2);
+    EXPECT_EQ(device.getRadioState(0), SOFTWARE_ON | HARDWARE_OFF);
+    EXPECT_FALSE(device.isRadioEnabled(0));
+    EXPECT_EQ(radio().callCount("WlanQueryInterface"), 5U);
+    EXPECT_THAT(lines(), IsEmpty());
+}
+
+TEST_F(RadioOfADevice, IsToldOfTheAskedPhyAlone) {
+    WirelessDevice& device = openedWith({{.software = 2}, {}, {.hardware = 0}});
+    EXPECT_FALSE(device.isRadioEnabled(0));
+    EXPECT_TRUE(device.isRadioEnabled(1));
+    EXPECT_FALSE(device.isRadioEnabled(2));
+    EXPECT_EQ(device.getRadioState(0), SOFTWARE_OFF | HARDWARE_ON);
+    EXPECT_EQ(device.getRadioState(1), SOFTWARE_ON | HARDWARE_ON);
+    EXPECT_EQ(device.getRadioState(2), SOFTWARE_ON | HARDWARE_OFF);
+}
+
+TEST_F(RadioOfADevice, APhyThatDoesNotExistIsOff) {
+    WirelessDevice& device = openedWith({{}, {}});
+    for (const mrl::Int32 index : {2, 3, 63, 64, 65, INT32_MAX, -1, INT32_MIN}) {
+        EXPECT_EQ(device.getRadioState(index), BOTH_OFF) << index;
+        EXPECT_FALSE(device.isRadioEnabled(index)) << index;
+    }
+}
+
+TEST_F(RadioOfADevice, TheLastPhyOfNoneIsOff) {
+    WirelessDevice& device = openedWith({});
+    ASSERT_EQ(device.m_radio.m_numberOfPhys, 0);
+    EXPECT_EQ(device.getRadioState(device.m_radio.m_numberOfPhys - 1), BOTH_OFF);
+    EXPECT_FALSE(device.isRadioEnabled(device.m_radio.m_numberOfPhys - 1));
+}
+
+TEST_F(RadioOfADevice, HoldsSixtyFourPhys) {
+    std::vector<Phy> phys(64);
+    phys.back().software = 2;
+    WirelessDevice& device = openedWith(phys);
+    EXPECT_EQ(device.m_radio.m_numberOfPhys, 64);
+    EXPECT_EQ(device.getRadioState(62), SOFTWARE_ON | HARDWARE_ON);
+    EXPECT_EQ(device.getRadioState(63), SOFTWARE_OFF | HARDWARE_ON);
+    EXPECT_EQ(device.getRadioState(64), BOTH_OFF);
+}
+
+TEST_F(RadioOfADevice, ACountBeyondTheTableIsCutToIt) {
+    for (const std::uint32_t count : {65U, 1000U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
+        startRadio(radiosim::Scenario{});
+        radio().addFault({.function = "WlanQueryInterface", .opcode = 4U, .count = count});
+        WirelessDevice& device = opened();
+        EXPECT_EQ(device.m_radio.m_numberOfPhys, 64) << count;
+        EXPECT_TRUE(device.isRadioEnabled(0)) << count;
+        EXPECT_EQ(device.getRadioState(63), BOTH_OFF) << count;
+        EXPECT_EQ(device.getRadioState(64), BOTH_OFF) << count;
+        close();
+    }
+}
+
+TEST_F(RadioOfADevice, EntriesBeyondASmallerCountKeepTheirOldValues) {
+    WirelessDevice& device = openedWith({{}, {.software = 2}, {.hardware = 2}});
+    radio().setPhys(0, {{.software = 2, .hardware = 2}});
+    EXPECT_EQ(device.getRadioState(0), BOTH_OFF);
+    EXPECT_EQ(device.m_radio.m_numberOfPhys, 1);
+    EXPECT_EQ(device.m_radio.m_phys[1].software, dot11_radio_state_off);
+    EXPECT_EQ(device.m_radio.m_phys[2].hardware, dot11_radio_state_off);
+    EXPECT_EQ(device.m_radio.m_phys[2].index, 2U);
+}
+
+TEST_F(RadioOfADevice, ThatCannotBeReadIsNeitherOnNorOff) {
+    WirelessDevice& device = opened();
+    radio().addFault({.function = "WlanQueryInterface", .code = ERROR_INVALID_HANDLE});
+    EXPECT_EQ(device.getRadioState(0), RADIO_STATE_NONE);
+    EXPECT_FALSE(device.isRadioEnabled(0));
+    EXPECT_EQ(device.getRadioState(99), RADIO_STATE_NONE);
+    // What was read before stays.
+    EXPECT_EQ(device.m_radio.m_numberOfPhys, 1);
+    EXPECT_EQ(device.m_radio.m_phys[0].software, dot11_radio_state_on);
+}
+
+TEST_F(RadioOfADevice, ABlockOfAnotherSizeIsNoState) {
+    for (const std::uint32_t size : {0U, 4U, 16U, 771U, 773U}) {
+        startRadio(radiosim::Scenario{});
+        WirelessDevice& device = opened();
+        radio().addFault({.function = "WlanQueryInterface", .opcode = 4U, .dataSize = size});
+        EXPECT_EQ(device.getRadioState(0), RADIO_STATE_NONE) << size;
+        // The query itself has nothing to say; who asked for it names the opcode.
+        EXPECT_THAT(lines(), ElementsAre(test::LineSaying(RADIO_QUERY_LINE)));
+        log().clear();
+        EXPECT_FALSE(device.queryWirelessLanInterface(wlan_intf_opcode_radio_state));
+        EXPECT_THAT(lines(), IsEmpty());
+        EXPECT_FALSE(device.isRadioEnabled(0)) << size;
+        close();
+    }
+}
+
+TEST(Radio, CopiesAllEntriesOfItsTable) {
+    WLAN_RADIO_STATE state{};
+    state.dwNumberOfPhys = 64;
+    for (DWORD i = 0; i < 64; ++i) {
+        state.PhyRadioState[i] = {i, dot11_radio_state_on, dot11_radio_state_off};
+    }
+    Radio source;
+    source.update(state);
+    state.dwNumberOfPhys = 1;
+    source.update(state);
+
+    Radio copy;
+    copy = source;
+    EXPECT_EQ(copy.m_numberOfPhys, 1);
+    for (mrl::Int32 i = 0; i < 64; ++i) {
+        EXPECT_EQ(copy.m_phys[i].index, static_cast<mrl::Uint32>(i));
+        EXPECT_EQ(copy.m_phys[i].software, dot11_radio_state_on);
+        EXPECT_EQ(copy.m_phys[i].hardware, dot11_radio_state_off);
+    }
+}
+
+// --- the switch ---
+
+std::string switchCall(unsigned int phy, unsigned int software, DWORD result) {
+    return R"(WlanSetInterface {"handle":"h1","interface":")" +
+           std::string(radiosim::FIRST_INTERFACE) + R"(","opcode":4,"dataSize":12,"phy":)" +
+           std::to_string(phy) + R"(,"software":)" + std::to_string(software) +
+           R"(,"hardware":0,"reserved":null} = )" + std::to_string(result) + " {}";
+}
+
+std::string switchLine(const std::string& phy) {
+    return "WlanSetInterface returned ERROR_INVALID_STATE when setting "
+           "wlan_intf_opcode_radio_state. The radio " +
+           phy + " could not be enabled or disabled";
+}
+
+TEST_F(RadioOfADevice, IsSwitchedInSoftware) {
+    WirelessDevice& device = openedWith({{}, {}});
+    device.m_lastSetResult = 99;
+    EXPECT_TRUE(device.setRadioState(1, false));
+    EXPECT_EQ(device.m_lastSetResult, 0U);
+    EXPECT_FALSE(device.isRadioEnabled(1));
+    EXPECT_TRUE(device.isRadioEnabled(0));
+    radio().clearCalls();
+    EXPECT_TRUE(device.setRadioState(1, true));
+    EXPECT_THAT(radio().callTexts(), ElementsAre(switchCall(1, 1, 0)));
+    EXPECT_TRUE(device.isRadioEnabled(1));
+    radio().clearCalls();
+    EXPECT_TRUE(device.setRadioState(0, false));
+    EXPECT_THAT(radio().callTexts(), ElementsAre(switchCall(0, 2, 0)));
+    EXPECT_THAT(lines(), IsEmpty());
+}
+
+TEST_F(RadioOfADevice, CannotBeSwitchedOnAgainstTheHardwareSwitch) {
+    WirelessDevice& device = openedWith({{.software = 2, .hardware = 2}});
+    EXPECT_FALSE(device.setRadioState(0, true));
+    EXPECT_EQ(device.m_lastSetResult, ERROR_INVALID_STATE);
+    EXPECT_THAT(lines(), ElementsAre(test::LineSaying(switchLine("0"))));
+}
+
+TEST_F(RadioOfADevice, AFailedSwitchIsToldInOneWordingWhateverTheCode) {
+    WirelessDevice& device = openedWith({{}, {}, {}});
+    for (const DWORD code : {ERROR_INVALID_STATE, ERROR_INVALID_PARAMETER, ERROR_ACCESS_DENIED,
+                             ERROR_INVALID_HANDLE, ERROR_GEN_FAILURE, DWORD{0xFFFFFFFF}}) {
+        radio().clearFaults();
+        radio().addFault({.function = "WlanSetInterface", .nth = 1, .code = code});
+        log().clear();
+        EXPECT_FALSE(device.setRadioState(2, true));
+        EXPECT_EQ(device.m_lastSetResult, code);
+        EXPECT_THAT(lines(), ElementsAre(test::LineSaying(switchLine("2")))) << code;
+    }
+}
+
+TEST_F(RadioOfADevice, AFailedSwitchNamesThePhyAsASignedNumber) {
+    WirelessDevice& device = opened();
+    EXPECT_FALSE(device.setRadioState(0xFFFFFFFFU, true));
+    EXPECT_FALSE(device.setRadioState(0x80000000U, true));
+    EXPECT_FALSE(device.setRadioState(7, false));
+    EXPECT_THAT(lines(), ElementsAre(test::LineSaying(switchLine("-1")),
+                                     test::LineSaying(switchLine("-2147483648")),
+                                     test::LineSaying(switchLine("7"))));
+}
+
+TEST_F(RadioOfADevice, ASwitchWithoutAServiceFailsWithoutAWordAndWithoutAResult) {
+    radio().addFault({.function = "WlanOpenHandle", .code = ERROR_SERVICE_NOT_ACTIVE});
+    WirelessDevice& device = opened();
+    device.m_lastSetResult = 99;
+    EXPECT_FALSE(device.setRadioState(0, true));
+    EXPECT_EQ(device.m_lastSetResult, 99U);
+    EXPECT_FALSE(device.m_initialized);
+    EXPECT_EQ(radio().callCount("WlanSetInterface"), 0U);
+    EXPECT_THAT(lines(), IsEmpty());
+}
+
+TEST_F(RadioOfADevice, TracesItsOperations) {
+    WirelessDevice& device = opened();
+    EXPECT_THAT(
+        scopesOf([&device] { device.getRadioState(0); }),
+        ElementsAre("getRadioState()", "populateRadioState()", "queryWirelessLanInterface()"));
+    EXPECT_THAT(
+        scopesOf([&device] { device.isRadioEnabled(0); }),
+        ElementsAre("isRadioEnabled()", "populateRadioState()", "queryWirelessLanInterface()"));
+    EXPECT_THAT(scopesOf([&device] { device.setRadioState(0, true); }),
+                ElementsAre("setRadioState()"));
+}
+
+} // namespace

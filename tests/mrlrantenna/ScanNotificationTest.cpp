@@ -1,0 +1,155 @@
+// The hook for the end of a scan.
+#include "DeviceTest.h"
+
+#include <ScanNotification.h>
+
+#include <mrl/System.h>
+
+#include <thread>
+
+namespace {
+
+using testing::IsEmpty;
+
+// The slot is the process's: each test leaves it as it found it.
+class ScanNotification : public test::DeviceTest {
+protected:
+    ScanNotification() {
+        g_scanCompleteHandler = nullptr;
+        g_scanCompleteContext = nullptr;
+    }
+    ~ScanNotification() override {
+        g_scanCompleteHandler = nullptr;
+        g_scanCompleteContext = nullptr;
+    }
+
+    struct Dialog {
+        int refreshes = 0;
+        std::thread::id thread = {};
+    };
+
+    void hook() {
+        g_scanCompleteContext = &m_dialog;
+        g_scanCompleteHandler = &refresh;
+    }
+    static void refresh(void* context) {
+        auto& dialog = *static_cast<Dialog*>(context);
+        ++dialog.refreshes;
+        dialog.thread = std::this_thread::get_id();
+    }
+    static void callBack(DWORD source, DWORD code) {
+        WLAN_NOTIFICATION_DATA notification{};
+        notification.NotificationSource = source;
+        notification.NotificationCode = code;
+        scanNotificationCallback(&notification, nullptr);
+    }
+
+    Dialog m_dialog;
+};
+
+TEST_F(ScanNotification, CallsTheHandlerWithItsContextOnceForCodeSeven) {
+    hook();
+    callBack(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    EXPECT_EQ(m_dialog.refreshes, 1);
+}
+
+TEST_F(ScanNotification, IgnoresEveryOtherCode) {
+    hook();
+    for (const DWORD code : {0U, 1U, 6U, 8U, 9U, 10U, 0x107U, 0x70000U, 0x80000007U, 0xFFFFFFFFU}) {
+        callBack(WLAN_NOTIFICATION_SOURCE_ACM, code);
+        EXPECT_EQ(m_dialog.refreshes, 0) << code;
+    }
+}
+
+TEST_F(ScanNotification, TakesCodeSevenFromEverySource) {
+    hook();
+    int expected = 0;
+    for (const DWORD source : {0U, 0x04U, 0x08U, 0x10U, 0x20U, 0x40U, 0x80U, 0xFFFFU}) {
+        callBack(source, 7);
+        EXPECT_EQ(m_dialog.refreshes, ++expected) << source;
+    }
+}
+
+TEST_F(ScanNotification, DoesNothingWithAnEmptySlot) {
+    callBack(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    g_scanCompleteContext = &m_dialog;
+    callBack(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    EXPECT_EQ(m_dialog.refreshes, 0);
+}
+
+TEST_F(ScanNotification, DoesNothingWithAHandlerWithoutAContext) {
+    static int calls = 0;
+    calls = 0;
+    g_scanCompleteHandler = [](void* /*context*/) { ++calls; };
+    callBack(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    EXPECT_EQ(calls, 0);
+}
+
+TEST_F(ScanNotification, LogsAndTracesNothing) {
+    hook();
+    EXPECT_THAT(scopesOf([] { callBack(WLAN_NOTIFICATION_SOURCE_ACM, 7); }), IsEmpty());
+    EXPECT_THAT(lines(), IsEmpty());
+}
+
+TEST_F(ScanNotification, ReachesTheHandlerOnAThreadOfTheService) {
+    hook();
+    open();
+    radio().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    radio().settle();
+    EXPECT_EQ(m_dialog.refreshes, 1);
+    EXPECT_NE(m_dialog.thread, std::this_thread::get_id());
+
+    radio().notify(WLAN_NOTIFICATION_SOURCE_ACM, 8);
+    radio().notify(WLAN_NOTIFICATION_SOURCE_MSM, 7);
+    radio().settle();
+    EXPECT_EQ(m_dialog.refreshes, 2);
+}
+
+TEST_F(ScanNotification, BeforeTheSlotIsFilledTheServiceCallsInVain) {
+    open();
+    radio().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    radio().settle();
+    EXPECT_EQ(m_dialog.refreshes, 0);
+}
+
+TEST_F(ScanNotification, ComesAtTheEndOfAScanOnTheDevicesHandle) {
+    hook();
+    const WirelessDevice& device = open();
+    ASSERT_EQ(nativewifi::api().WlanScan(device.m_clientHandle, &device.m_interfaceGuid, nullptr,
+                                         nullptr, nullptr),
+              ERROR_SUCCESS);
+    radio().settle();
+    EXPECT_EQ(m_dialog.refreshes, 0);
+    mrl::System::mssleep(4000);
+    radio().settle();
+    EXPECT_EQ(m_dialog.refreshes, 1);
+}
+
+TEST_F(ScanNotification, ComesWhenTheRadioIsSwitchedToo) {
+    hook();
+    WirelessDevice& device = open();
+    ASSERT_TRUE(device.setRadioState(0, false));
+    radio().settle();
+    EXPECT_EQ(m_dialog.refreshes, 1);
+}
+
+TEST_F(ScanNotification, EndsWithTheDevicesHandle) {
+    hook();
+    open();
+    close();
+    radio().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    radio().settle();
+    EXPECT_EQ(m_dialog.refreshes, 0);
+}
+
+TEST_F(ScanNotification, AForcedScansOwnHandleIsNotRegistered) {
+    hook();
+    WirelessDevice& device = opened();
+    mrl::Uint32 strength = 0;
+    device.forceScanMatched("Lab", strength);
+    EXPECT_EQ(radio().callCount("WlanRegisterNotification"), 0U);
+    radio().settle();
+    EXPECT_EQ(m_dialog.refreshes, 1); // the device's own handle heard the scan's end
+}
+
+} // namespace

@@ -1,0 +1,223 @@
+// A network's mean signal strength, and the readings of the current connection.
+#include "DeviceTest.h"
+
+#include <cstdint>
+
+namespace {
+
+using radiosim::AccessPoint;
+using radiosim::Connection;
+using radiosim::Milliseconds;
+using radiosim::Signal;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class SignalStrength : public test::DeviceTest {
+protected:
+    WirelessDevice& openedSeeing(std::vector<AccessPoint> accessPoints) {
+        startRadio(std::move(accessPoints));
+        return opened();
+    }
+    static VisibleNetwork named(const char* name) {
+        VisibleNetwork network;
+        network.m_ssid = mrl::String(name);
+        return network;
+    }
+    // One value for each of the three refreshes.
+    static Signal readings(std::uint32_t first, std::uint32_t second, std::uint32_t third) {
+        return Signal::Series{.values = {first, second, third}, .step = Milliseconds(100)};
+    }
+};
+
+TEST_F(SignalStrength, IsTheMeanOfThreeRefreshesWithItsFractionDropped) {
+    WirelessDevice& device = openedSeeing({{.ssid = "Lab", .signal = readings(70, 71, 73)}});
+    EXPECT_EQ(device.getSignalStrength(named("Lab")), 71);
+}
+
+TEST_F(SignalStrength, TakesThreeListsAndAPauseAfterEach) {
+    WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
+    device.getSignalStrength(named("Lab"));
+    EXPECT_THAT(radio().callNames(), ElementsAre("WlanGetAvailableNetworkList", "WlanFreeMemory",
+                                                 "WlanGetAvailableNetworkList", "WlanFreeMemory",
+                                                 "WlanGetAvailableNetworkList", "WlanFreeMemory"));
+    EXPECT_THAT(clock().sleeps(), ElementsAre(100, 100, 100));
+    const std::vector<radiosim::Call> made = radio().calls();
+    EXPECT_EQ(made[0].at, Milliseconds(0));
+    EXPECT_EQ(made[2].at, Milliseconds(100));
+    EXPECT_EQ(made[4].at, Milliseconds(200));
+}
+
+TEST_F(SignalStrength, OfANetworkSeenOnceIsThatOneValue) {
+    AccessPoint brief{.ssid = "Lab", .signal = 77U};
+    brief.from = Milliseconds(100);
+    brief.to = Milliseconds(200);
+    EXPECT_EQ(openedSeeing({brief}).getSignalStrength(named("Lab")), 77);
+}
+
+TEST_F(SignalStrength, DoesNotCountAMissingNetworkAsZero) {
+    AccessPoint late{.ssid = "Lab", .signal = readings(0, 40, 61)};
+    late.from = Milliseconds(100);
+    EXPECT_EQ(openedSeeing({late}).getSignalStrength(named("Lab")), 50);
+}
+
+TEST_F(SignalStrength, OfANetworkNeverSeenIsZero) {
+    WirelessDevice& device = openedSeeing({{.ssid = "Guest", .signal = 80U}});
+    EXPECT_EQ(device.getSignalStrength(named("Lab")), 0);
+    EXPECT_THAT(clock().sleeps(), ElementsAre(100, 100, 100));
+}
+
+TEST_F(SignalStrength, AveragesInANetworkWhoseNameIsAPartOfTheWantedOne) {
+    WirelessDevice& device =
+        openedSeeing({{.ssid = "Lab-5G", .signal = 90U}, {.ssid = "Lab", .signal = 40U}});
+    EXPECT_EQ(device.getSignalStrength(named("Lab-5G")), 65);
+    EXPECT_EQ(device.getSignalStrength(named("Lab")), 40);
+}
+
+TEST_F(SignalStrength, OfAMergedNetworkIsThatOfTheNameItWasMergedInto) {
+    WirelessDevice& device =
+        openedSeeing({{.ssid = "Lab", .signal = 40U}, {.ssid = "Lab-5G", .signal = 90U}});
+    EXPECT_EQ(device.getSignalStrength(named("Lab-5G")), 40);
+    EXPECT_EQ(device.getSignalStrength(named("Lab")), 40);
+}
+
+TEST_F(SignalStrength, LeavesTheThirdRefreshInTheList) {
+    AccessPoint early{.ssid = "Guest"};
+    early.to = Milliseconds(200);
+    WirelessDevice& device = openedSeeing({early, {.ssid = "Lab", .signal = readings(10, 20, 30)}});
+    device.getSignalStrength(named("Lab"));
+    ASSERT_EQ(device.m_visibleNetworks.size(), 1U);
+    EXPECT_EQ(device.m_visibleNetworks[0].m_signalQuality, 30);
+}
+
+TEST_F(SignalStrength, LeavesOutAFailedRefresh) {
+    WirelessDevice& device = openedSeeing({{.ssid = "Lab", .signal = readings(30, 99, 51)}});
+    radio().addFault({.function = "WlanGetAvailableNetworkList", .nth = 2, .code = ERROR_BUSY});
+    EXPECT_EQ(device.getSignalStrength(named("Lab")), 40);
+    EXPECT_THAT(clock().sleeps(), ElementsAre(100, 100, 100));
+}
+
+TEST_F(SignalStrength, CountsTheOldRecordsAgainWhenTheHandleCannotBeOpened) {
+    WirelessDevice& device = openedSeeing({{.ssid = "Lab", .signal = readings(30, 60, 90)}});
+    ASSERT_TRUE(device.getVisibleNetworkList());
+    device.m_initialized = false;
+    radio().addFault({.function = "WlanOpenHandle", .code = ERROR_SERVICE_NOT_ACTIVE});
+    EXPECT_EQ(device.getSignalStrength(named("Lab")), 30);
+    EXPECT_THAT(clock().sleeps(), ElementsAre(100, 100, 100));
+}
+
+TEST_F(SignalStrength, WrapsOnAbsurdReportsInsteadOfFailing) {
+    // A sum beyond 32 bits: any result will do, but it must be one.
+    WirelessDevice& device = openedSeeing({{.ssid = "Lab", .signal = 0x7FFFFFFFU}});
+    EXPECT_EQ(device.getSignalStrength(named("Lab")), 0x7FFFFFFD / 3);
+}
+
+TEST_F(SignalStrength, GivesBackEveryListAndRaisesNothing) {
+    WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
+    const std::size_t before = radio().liveBlocks();
+    device.getSignalStrength(named("Lab"));
+    EXPECT_EQ(radio().liveBlocks(), before);
+    EXPECT_THAT(raised(), IsEmpty());
+}
+
+TEST_F(SignalStrength, TracesItsRefreshesAndComparisons) {
+    WirelessDevice& device = openedSeeing({});
+    EXPECT_THAT(scopesOf([&] { device.getSignalStrength(named("Lab")); }),
+                ElementsAre("getSignalStrength()", "getVisibleNetworkList()",
+                            "getVisibleNetworkList()", "getVisibleNetworkList()"));
+    device.addVisibleNetwork(named("Lab"));
+    radio().addFault({.function = "WlanOpenHandle", .code = ERROR_SERVICE_NOT_ACTIVE});
+    device.m_initialized = false;
+    EXPECT_EQ(scopesOf([&] { device.getSignalStrength(named("Lab")); }).back(), "isSame()");
+}
+
+// --- the current connection ---
+
+class ConnectionReadings : public test::DeviceTest {
+protected:
+    WirelessDevice& openedConnected() {
+        radiosim::Scenario scenario;
+        scenario.interfaces.front().connection =
+            Connection{.ssid = "Lab", .quality = 66U, .rxRate = 433300, .txRate = 86700};
+        startRadio(std::move(scenario));
+        return opened();
+    }
+    static void fill(WirelessDevice& device) {
+        device.m_signalQuality = 1;
+        device.m_rxRate = 2;
+        device.m_txRate = 3;
+    }
+};
+
+TEST_F(ConnectionReadings, AreQualityAndBothRates) {
+    WirelessDevice& device = openedConnected();
+    EXPECT_TRUE(device.getSigTransReceieveRate());
+    EXPECT_EQ(device.m_signalQuality, 66U);
+    EXPECT_EQ(device.m_rxRate, 433300U);
+    EXPECT_EQ(device.m_txRate, 86700U);
+    EXPECT_THAT(radio().callTexts(), ElementsAre(test::calls::query("h1", 7, 604)));
+    EXPECT_THAT(clock().sleeps(), IsEmpty());
+    EXPECT_THAT(lines(), IsEmpty());
+}
+
+TEST_F(ConnectionReadings, AreZeroWithoutAConnection) {
+    WirelessDevice& device = opened();
+    fill(device);
+    EXPECT_FALSE(device.getSigTransReceieveRate());
+    EXPECT_EQ(device.m_signalQuality, 0U);
+    EXPECT_EQ(device.m_rxRate, 0U);
+    EXPECT_EQ(device.m_txRate, 0U);
+    EXPECT_THAT(lines(),
+                Contains(test::LineSaying("The queryWirelessLanInterface call with OPCODE "
+                                          "wlan_intf_opcode_current_connection    failed")));
+}
+
+TEST_F(ConnectionReadings, AreZeroWhenTheAnswerCannotBeUsed) {
+    WirelessDevice& device = openedConnected();
+    ASSERT_TRUE(device.getSigTransReceieveRate());
+    radio().addFault({.function = "WlanQueryInterface", .nth = 1, .dataSize = 603U});
+    EXPECT_FALSE(device.getSigTransReceieveRate());
+    EXPECT_EQ(device.m_signalQuality, 0U);
+    EXPECT_EQ(device.m_rxRate, 0U);
+    EXPECT_EQ(device.m_txRate, 0U);
+
+    fill(device);
+    radio().addFault({.function = "WlanQueryInterface", .nth = 1, .noData = true});
+    EXPECT_FALSE(device.getSigTransReceieveRate());
+    EXPECT_EQ(device.m_rxRate, 0U);
+}
+
+TEST_F(ConnectionReadings, AreZeroWithoutAService) {
+    radio().addFault({.function = "WlanOpenHandle", .code = ERROR_SERVICE_NOT_ACTIVE});
+    WirelessDevice& device = opened();
+    fill(device);
+    EXPECT_FALSE(device.getSigTransReceieveRate());
+    EXPECT_EQ(device.m_signalQuality, 0U);
+    EXPECT_EQ(device.m_rxRate, 0U);
+    EXPECT_EQ(device.m_txRate, 0U);
+}
+
+TEST_F(ConnectionReadings, KeepTheirValuesWhileQueriesAreBlocked) {
+    WirelessDevice& device = openedConnected();
+    fill(device);
+    device.m_connectionQueryBlocked = true;
+    EXPECT_FALSE(device.getSigTransReceieveRate());
+    EXPECT_TRUE(device.m_connectionQueryBlocked);
+    EXPECT_EQ(device.m_signalQuality, 1U);
+    EXPECT_EQ(device.m_rxRate, 2U);
+    EXPECT_EQ(device.m_txRate, 3U);
+    EXPECT_THAT(radio().callTexts(), IsEmpty());
+    EXPECT_THAT(lines(), IsEmpty());
+}
+
+TEST_F(ConnectionReadings, AreTraced) {
+    WirelessDevice& device = openedConnected();
+    EXPECT_THAT(scopesOf([&device] { device.getSigTransReceieveRate(); }),
+                ElementsAre("getSigTransReceieveRate()", "populateWLANConnectionAtrributes()",
+                            "queryWirelessLanInterface()"));
+    device.m_connectionQueryBlocked = true;
+    EXPECT_THAT(scopesOf([&device] { device.getSigTransReceieveRate(); }),
+                ElementsAre("getSigTransReceieveRate()"));
+}
+
+} // namespace

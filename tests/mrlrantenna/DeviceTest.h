@@ -1,0 +1,111 @@
+// What the tests of WirelessDevice share: one device on the simulated radio, and ways to write down
+// what it called, logged and traced.
+#pragma once
+
+#include "ModuleTest.h"
+
+#include <WirelessDevice.h>
+
+#include <nativewifi/Api.h>
+
+#include <tesk5/Texts.h>
+
+#include <algorithm>
+#include <cctype>
+
+namespace test {
+
+/// A log line of `text` behind the number of the source line that wrote it.
+MATCHER_P(LineSaying, text, "") {
+    const std::string& line = arg;
+    const std::size_t blank = line.find(' ');
+    return blank != std::string::npos && blank != 0 &&
+           std::all_of(line.begin(), line.begin() + static_cast<std::ptrdiff_t>(blank),
+                       [](char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; }) &&
+           line.substr(blank + 1) == text;
+}
+
+class DeviceTest : public ModuleTest {
+protected:
+    /// The device of the scenario's first interface, or another.
+    WirelessDevice& open() { return open(device()); }
+    WirelessDevice& open(const tesk5::DiagDevice& device) { return m_device.emplace(device); }
+    /// The same; calls and lines of the construction are forgotten.
+    WirelessDevice& opened() {
+        WirelessDevice& subject = open();
+        radio().clearCalls();
+        log().clear();
+        return subject;
+    }
+    /// Ends the device.
+    void close() { m_device.reset(); }
+
+    std::vector<std::string> lines() const { return logged(DEVICE_LOGGER); }
+    /// The names of the trace scopes that `operation` opens, in order.
+    template <typename Operation>
+    std::vector<std::string> scopesOf(Operation operation) {
+        log().clear();
+        mrl::LogFactory::setPriority(0);
+        operation();
+        mrl::LogFactory::setPriority(1);
+        std::vector<std::string> names;
+        for (const CapturedLog::Line& line : log().lines()) {
+            if (line.priority == 0 && line.logger == DEVICE_LOGGER && line.text.starts_with("> ")) {
+                names.push_back(line.text.substr(2, line.text.rfind(" (") - 2));
+            }
+        }
+        return names;
+    }
+
+    /// The text of a key, as the user reads it.
+    static std::string localized(const char* key) { return tesk5::textOf(key).utf8(); }
+
+private:
+    std::optional<WirelessDevice> m_device;
+};
+
+/// The calls of a device of the scenario's first interface, as the radio writes them down.
+namespace calls {
+
+inline std::string open(const std::string& handle, unsigned int negotiated = 2) {
+    return R"(WlanOpenHandle {"clientVersion":2,"reserved":null} = 0 {"negotiatedVersion":)" +
+           std::to_string(negotiated) + R"(,"handle":")" + handle + "\"}";
+}
+inline std::string close(const std::string& handle) {
+    return R"(WlanCloseHandle {"handle":")" + handle + R"(","reserved":null} = 0 {})";
+}
+inline std::string parse(const std::string& guid = radiosim::FIRST_INTERFACE, DWORD result = 0) {
+    return R"(UuidFromStringW {"text":")" + guid + "\"} = " + std::to_string(result) + " {}";
+}
+inline std::string listen(const std::string& handle, DWORD result = 0) {
+    return R"(WlanRegisterNotification {"handle":")" + handle +
+           R"(","source":65535,"ignoreDuplicate":true,"callback":"set","context":null,)"
+           R"("reserved":null,"previousSource":null} = )" +
+           std::to_string(result) + " {}";
+}
+inline std::string query(const std::string& handle, unsigned int opcode, unsigned int size) {
+    return R"(WlanQueryInterface {"handle":")" + handle + R"(","interface":")" +
+           radiosim::FIRST_INTERFACE + R"(","opcode":)" + std::to_string(opcode) +
+           R"(,"reserved":null,"valueType":null} = 0 {"dataSize":)" + std::to_string(size) + "}";
+}
+
+} // namespace calls
+
+/// For what the simulator does not do by itself: while it lives, functions can be replaced by
+/// others, which go on to service().
+class PatchedApi {
+public:
+    PatchedApi() : m_table(nativewifi::api()), m_scope(m_table) { service() = m_table; }
+
+    nativewifi::Api* operator->() { return &m_table; }
+    static nativewifi::Api& service() {
+        static nativewifi::Api functions;
+        return functions;
+    }
+
+private:
+    nativewifi::Api m_table;
+    nativewifi::ScopedApi m_scope;
+};
+
+} // namespace test
