@@ -5,6 +5,8 @@
 #include <mrl/Logger.h>
 #include <mrl/LoggerStream.h>
 
+#include <radiosim/Engine.h>
+
 namespace test {
 
 namespace {
@@ -73,8 +75,9 @@ TEST_F(Start, TellsTheVersion) {
 
 TEST_F(Start, HelpNamesEveryCommandOptionAndExitValue) {
     EXPECT_EQ(start({"--help"}), 0);
+    EXPECT_EQ(errors(), "");
     for (const char* word :
-         {"example [list] [OPTIONS]", "example run [TEST...] [OPTIONS]", "--set NAME=VALUE",
+         {"example.k5x [list] [OPTIONS]", "example.k5x run [TEST...] [OPTIONS]", "--set NAME=VALUE",
           "--device TEXT", "--devices FILE", "--json FILE", "--log FILE", "--log-level N",
           "--version", "--help", "  0 ", "  1   WARN", "  2   FAIL", "  3   CANNOTRUN",
           "  4   BADPARAMS", "  5   INTERNALERROR", "  6   USERABORTED", "  8   EXITEDABNORMALLY",
@@ -88,6 +91,13 @@ TEST_F(Start, HelpNamesEveryCommandOptionAndExitValue) {
     for (const tesk5::OptionDescription& option : tesk5::optionDescriptions()) {
         EXPECT_THAT(option.example, HasSubstr(option.name));
     }
+}
+
+TEST_F(Start, DoesWithoutAnyArgumentAtAll) {
+    tesk5::DiagModule::setCmdLineArgs(0, nullptr);
+    const radiosim::Engine radio;
+    EXPECT_EQ(tesk5::DiagModule::start(), 0);
+    EXPECT_THAT(output(), testing::StartsWith("Tests\n"));
 }
 
 TEST_F(Start, WithoutArgumentsLists) {

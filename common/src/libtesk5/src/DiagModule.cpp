@@ -7,6 +7,8 @@
 
 #include "ModuleState.h"
 
+#include <mrl/System.h>
+
 namespace tesk5 {
 
 namespace {
@@ -63,10 +65,15 @@ LocalizedString* DiagModule::createLocalizedString(const TeskString& key) {
 }
 
 void DiagModule::setCmdLineArgs(int argc, const char** argv) {
-    std::vector<std::string>& arguments = ModuleState::instance().arguments;
-    arguments.clear();
+    ModuleState& module = ModuleState::instance();
+    module.program.clear();
+    module.arguments.clear();
+    if (argc > 0 && argv[0] != nullptr) {
+        const std::u8string name = mrl::System::path(argv[0]).filename().u8string();
+        module.program.assign(name.begin(), name.end());
+    }
     for (int i = 1; i < argc && argv[i] != nullptr; ++i) {
-        arguments.emplace_back(argv[i]);
+        module.arguments.emplace_back(argv[i]);
     }
 }
 

@@ -20,7 +20,7 @@ const ExitMeaning exitMeanings[] = {
     {TestResult::WARN().value(), "WARN", "a test warns"},
     {TestResult::USERABORTED().value(), "USERABORTED", "the person at the PC ended the run"},
     {TestResult::CANNOTRUN().value(), "CANNOTRUN",
-     "no device for a test, or no verdict possible (radio off)"},
+     "no device for a test, or no verdict (radio off)"},
     {TestResult::BADPARAMS().value(), "BADPARAMS", "a parameter is missing or makes no sense"},
     {TestResult::FAIL().value(), "FAIL", "a test fails"},
     {TestResult::INTERNALERROR().value(), "INTERNALERROR", "a test broke down"},

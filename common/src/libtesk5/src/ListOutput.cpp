@@ -20,6 +20,7 @@ std::string described(const Test::PropertyCondition& condition) {
 
 std::string describedAll(const std::vector<Test::PropertyCondition>& conditions) {
     std::vector<std::string> texts;
+    texts.reserve(conditions.size());
     for (const Test::PropertyCondition& condition : conditions) {
         texts.push_back(described(condition));
     }

@@ -10,7 +10,8 @@
 namespace tesk5 {
 
 struct ModuleState {
-    std::vector<std::string> arguments; ///< without the program's name
+    std::string program;                ///< file name of the program, as people call it
+    std::vector<std::string> arguments; ///< what follows it
     unsigned major = 0;
     unsigned minor = 0;
     TeskString build;

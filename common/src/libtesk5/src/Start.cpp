@@ -126,7 +126,9 @@ int version() {
 }
 
 int help() {
-    mrl::cout << std::string_view(helpPage(std::string(moduleInfo().name)));
+    const std::string& program = ModuleState::instance().program;
+    mrl::cout << std::string_view(
+        helpPage(program.empty() ? std::string(moduleInfo().name) : program));
     mrl::cout.flush();
     return 0;
 }
