@@ -162,6 +162,12 @@ EXPORTED(PVOID, WlanAllocateMemory, (DWORD size)) {
     return engine().allocateMemory(size);
 }
 
+// Tells this DLL from the system's before anything of it is called: under Wine the system's own
+// ends the process. Does nothing.
+EXPORTED(DWORD, RadiosimInForce, ()) {
+    return 1;
+}
+
 // The other documented functions. Arguments are the caller's to clean up on x64, so that none need
 // be declared here.
 #define NOT_SIMULATED(name)                                                                        \

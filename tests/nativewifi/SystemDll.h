@@ -1,0 +1,15 @@
+// Whether the system directory's Wlanapi.dll may be called from a test.
+#pragma once
+
+#include <nativewifi/WlanTypes.h>
+
+/// True where it is the radio simulator's. Wine's own ends the process at the first call, and a
+/// real one would make the result a matter of the air in the room.
+inline bool systemDllIsSimulated() {
+#ifdef _WIN32
+    const HMODULE module = LoadLibraryExW(L"Wlanapi.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    return module != nullptr && GetProcAddress(module, "RadiosimInForce") != nullptr;
+#else
+    return false;
+#endif
+}
