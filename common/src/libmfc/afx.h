@@ -43,5 +43,19 @@ public:
     explicit CResourceException(BOOL bAutoDelete = TRUE) : CException(bAutoDelete) {}
 };
 
-/// Throws the process's one CResourceException; costs no memory.
+/// Something was asked for that does not exist, such as a control that the dialog lacks.
+class CNotSupportedException : public CException {
+public:
+    explicit CNotSupportedException(BOOL bAutoDelete = TRUE) : CException(bAutoDelete) {}
+};
+
+/// The user has been told already; what was going on is given up.
+class CUserException : public CException {
+public:
+    explicit CUserException(BOOL bAutoDelete = TRUE) : CException(bAutoDelete) {}
+};
+
+/// These throw the process's one object of that class; they cost no memory.
 [[noreturn]] void AFXAPI AfxThrowResourceException();
+[[noreturn]] void AFXAPI AfxThrowNotSupportedException();
+[[noreturn]] void AFXAPI AfxThrowUserException();

@@ -1,20 +1,49 @@
-// Applications and message routing: the classes that every program on this library starts from.
+// Applications, windows, dialogs and the controls of user32, with their messages routed to C++.
+//
+// Threads: a window object belongs to the thread that its window belongs to, and so do the maps
+// from handles to objects. Exceptions that leave a message handler never cross Windows' own frames:
+// they come out of the loop that dispatched the message (CDialog::DoModal(), CWinThread::Run()),
+// or of the call that created the window.
 #pragma once
 
 #include <afx.h>
 #include <afxmsg_.h>
+#include <atltypes.h>
+
+#include <afxdd_.h>
 
 #include <string>
 
 class CWnd;
+class CDC;
+class CScrollBar;
 class CCommandLineInfo;
+struct AFX_CMDHANDLERINFO;
 
 /// Anything that can have a message map.
 class CCmdTarget : public CObject {
+public:
+    /// Routes a command or a control's notification through the message map.
+    /// \return whether there was a handler
+    virtual BOOL OnCmdMsg(UINT nID, int nCode, void* pExtra, AFX_CMDHANDLERINFO* pHandlerInfo);
+
 protected:
     static const AFX_MSGMAP* GetThisMessageMap();
     virtual const AFX_MSGMAP* GetMessageMap() const;
+
+    /// The row for a message, searched from the class itself towards the root; null without one.
+    const AFX_MSGMAP_ENTRY* findMessageEntry(UINT message, UINT code, UINT id) const;
 };
+
+namespace afx {
+
+/// The pointer move that a loop has seen last.
+struct LastPointer {
+    POINT position{};
+    UINT message = 0;
+};
+
+} // namespace afx
 
 /// A thread that runs a message loop.
 class CWinThread : public CCmdTarget {
@@ -26,13 +55,15 @@ public:
     virtual BOOL InitInstance();
     /// Pumps messages until WM_QUIT, calling OnIdle() whenever the queue is empty.
     /// \return ExitInstance()'s result
+    /// Failure: an exception that left a message handler comes out of here.
     virtual int Run();
     /// Cleans up. \return the exit code; the default takes it from WM_QUIT, or 0 without one
     virtual int ExitInstance();
     /// Work for an empty queue. `lCount` counts the calls since the last message.
-    /// \return whether there is more to do; the default has nothing
+    /// \return whether there is more to do. The default frees temporary objects and has no more
     virtual BOOL OnIdle(LONG lCount);
-    /// A look at each message of the loop before it is translated and dispatched.
+    /// A look at each message of a loop before it is translated and dispatched. The default asks
+    /// the window that the message is for, then its parents and owners in turn.
     /// \return TRUE when the message is dealt with and must not be dispatched
     virtual BOOL PreTranslateMessage(MSG* pMsg);
     /// Whether OnIdle() is to be called again after `pMsg`. Pointer moves that change nothing and
@@ -42,12 +73,12 @@ public:
     virtual BOOL PumpMessage();
 
 protected:
-    CWinThread() = default;
+    CWinThread();
+    ~CWinThread() override;
 
 private:
     MSG m_msgCur{};
-    POINT m_lastPointer{};
-    UINT m_lastPointerMessage = 0;
+    afx::LastPointer m_lastPointer;
 };
 
 /// The application. A program defines exactly one object of a class derived from this one, at
@@ -104,8 +135,368 @@ public:
     virtual void ParseParam(const TCHAR* pszParam, BOOL bFlag, BOOL bLast);
 };
 
+/// A device context.
+class CDC : public CObject {
+public:
+    HDC m_hDC = nullptr;
+
+    CDC() = default;
+    /// Deletes the device context, unless Detach() has taken it.
+    ~CDC() override;
+
+    HDC GetSafeHdc() const { return m_hDC; }
+    operator HDC() const { return m_hDC; } // NOLINT(google-explicit-constructor)
+    /// Takes over `hDC`. \return FALSE for null
+    BOOL Attach(HDC hDC);
+    /// Gives the handle back to the caller.
+    HDC Detach();
+
+    /// \return the colour before, or CLR_INVALID. Platform: SetTextColor and SetBkColor
+    COLORREF SetTextColor(COLORREF crColor);
+    COLORREF SetBkColor(COLORREF crColor);
+    COLORREF GetTextColor() const;
+    COLORREF GetBkColor() const;
+    /// \param nBkMode OPAQUE or TRANSPARENT. \return the mode before, or 0. Platform: SetBkMode
+    int SetBkMode(int nBkMode);
+    /// Draws at the system's size for icons. Platform: DrawIcon
+    BOOL DrawIcon(int x, int y, HICON hIcon);
+};
+
+/// The device context for answering WM_PAINT.
+class CPaintDC : public CDC {
+public:
+    PAINTSTRUCT m_ps{};
+
+    /// Failure: throws CResourceException. Platform: BeginPaint
+    explicit CPaintDC(CWnd* pWnd);
+    CPaintDC(const CPaintDC&) = delete;
+    CPaintDC& operator=(const CPaintDC&) = delete;
+    /// Platform: EndPaint
+    ~CPaintDC() override;
+
+private:
+    HWND m_hWnd;
+};
+
+// Flags of CWnd::RunModalLoop().
+constexpr DWORD MLF_NOIDLEMSG = 0x0001;  ///< no WM_ENTERIDLE to the parent
+constexpr DWORD MLF_NOKICKIDLE = 0x0002; ///< no WM_KICKIDLE to the window
+constexpr DWORD MLF_SHOWONIDLE = 0x0004; ///< show the window when the queue is first empty
+
+/// Sent to a window in its modal loop when the queue is empty; wParam is MSGF_DIALOGBOX, lParam
+/// counts as in OnIdle(). A result other than 0 asks for another.
+constexpr UINT WM_KICKIDLE = 0x036A;
+
+/// A window. The object and the window are two things: the object holds the handle between
+/// Attach() (or a creation) and Detach() (or the window's end), and during that time receives the
+/// window's messages if the window was created or subclassed through it.
+class CWnd : public CCmdTarget {
+public:
+    HWND m_hWnd = nullptr; ///< null while there is no window
+
+    CWnd();
+    /// Destroys a window that is still attached.
+    ~CWnd() override;
+
+    // Handles.
+
+    HWND GetSafeHwnd() const { return m_hWnd; }
+    operator HWND() const { return m_hWnd; } // NOLINT(google-explicit-constructor)
+
+    /// The object attached to `hWnd` on this thread, or else a temporary one.
+    /// \return null for a null handle. A temporary object lives until the thread's loop is next
+    /// idle: it is for use at once, not to be kept.
+    static CWnd* FromHandle(HWND hWnd);
+    /// The same without making temporary objects: null when none is attached.
+    static CWnd* FromHandlePermanent(HWND hWnd);
+    /// Frees the thread's temporary objects. The message loops do it when idle and no handler
+    /// is running.
+    static void DeleteTempMap();
+
+    /// Makes this the object of `hWndNew`, whose messages keep going where they went.
+    /// \return FALSE for null, or when the window already has another object
+    BOOL Attach(HWND hWndNew);
+    /// Parts from the window and leaves it as it is. \return its handle
+    HWND Detach();
+
+    /// Attaches `hWnd`, calls PreSubclassWindow(), and takes the window's messages over.
+    BOOL SubclassWindow(HWND hWnd);
+    /// The same for the control `nID` of `pParent`.
+    BOOL SubclassDlgItem(UINT nID, CWnd* pParent);
+    /// Gives the messages back to who had them and detaches. \return the handle
+    HWND UnsubclassWindow();
+
+    // Life.
+
+    /// Creates a window with this object. `nIDorHMenu` is the id of a child window.
+    /// \return whether it worked
+    /// Failure: an exception that leaves a handler during creation comes out of here, and there
+    /// is no window then.
+    /// Platform: CreateWindowExW
+    BOOL CreateEx(DWORD dwExStyle, LPCTSTR lpszClassName, LPCTSTR lpszWindowName, DWORD dwStyle,
+                  int x, int y, int nWidth, int nHeight, HWND hWndParent, HMENU nIDorHMenu,
+                  LPVOID lpParam = nullptr);
+    /// \return whether there was a window to destroy. Platform: DestroyWindow
+    virtual BOOL DestroyWindow();
+
+    // Messages.
+
+    LRESULT SendMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    BOOL PostMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
+    /// A look at each message for this window and for those below it, before it is dispatched.
+    /// \return TRUE when it is dealt with. The default has no opinion
+    virtual BOOL PreTranslateMessage(MSG* pMsg);
+
+    // State. Each does what the Windows function of its name does.
+
+    DWORD GetStyle() const;
+    DWORD GetExStyle() const;
+    /// \return whether the style changed. `nFlags` other than 0 go to SetWindowPos().
+    BOOL ModifyStyle(DWORD dwRemove, DWORD dwAdd, UINT nFlags = 0);
+    BOOL ModifyStyleEx(DWORD dwRemove, DWORD dwAdd, UINT nFlags = 0);
+    int GetDlgCtrlID() const;
+    /// \return whether the window was disabled before
+    BOOL EnableWindow(BOOL bEnable = TRUE);
+    BOOL IsWindowEnabled() const;
+    BOOL ShowWindow(int nCmdShow);
+    BOOL IsWindowVisible() const;
+    BOOL IsIconic() const;
+    CWnd* SetFocus();
+    static CWnd* GetFocus();
+    CWnd* GetParent() const;
+    /// \return the icon before
+    HICON SetIcon(HICON hIcon, BOOL bBigIcon);
+    HICON GetIcon(BOOL bBigIcon) const;
+
+    // Text.
+
+    void SetWindowText(LPCTSTR lpszString);
+    int GetWindowText(LPTSTR lpszStringBuf, int nMaxCount) const;
+    int GetWindowTextLength() const;
+
+    // Place and looks.
+
+    void GetClientRect(LPRECT lpRect) const;
+    void GetWindowRect(LPRECT lpRect) const;
+    void ScreenToClient(LPRECT lpRect) const;
+    void MoveWindow(int x, int y, int nWidth, int nHeight, BOOL bRepaint = TRUE);
+    void Invalidate(BOOL bErase = TRUE);
+    void UpdateWindow();
+
+    // Timers.
+
+    /// \return the timer's id, or 0 on failure
+    UINT_PTR SetTimer(UINT_PTR nIDEvent, UINT nElapse,
+                      void(CALLBACK* lpfnTimer)(HWND, UINT, UINT_PTR, DWORD));
+    BOOL KillTimer(UINT_PTR nIDEvent);
+
+    // Controls of a dialog.
+
+    /// \return null when there is no such control; otherwise as FromHandle()
+    CWnd* GetDlgItem(int nID) const;
+    void SetDlgItemText(int nID, LPCTSTR lpszString);
+    int GetDlgItemText(int nID, LPTSTR lpStr, int nMaxCount) const;
+
+    /// Exchanges data between members and controls through DoDataExchange().
+    /// \param bSaveAndValidate TRUE from the controls to the members, FALSE the other way
+    /// \return FALSE when a CUserException ended it, or when there is no window
+    BOOL UpdateData(BOOL bSaveAndValidate = TRUE);
+
+    // Modal loops.
+
+    /// Pumps messages until EndModalLoop().
+    /// \return what EndModalLoop() was given; -1 after WM_QUIT, which stays for the loop outside
+    /// Failure: an exception that left a message handler comes out of here.
+    int RunModalLoop(DWORD dwFlags = 0);
+    /// Whether the modal loop is to go on. The default: until EndModalLoop().
+    virtual BOOL ContinueModal();
+    virtual void EndModalLoop(int nResult);
+
+protected:
+    /// Called when the object has just got its window, before the first message comes through it.
+    virtual void PreSubclassWindow();
+    /// Called last of all when the window is gone; may delete the object.
+    virtual void PostNcDestroy();
+    virtual void DoDataExchange(CDataExchange* pDX);
+
+    /// Every message: to its handler, and to DefWindowProc() when there is none.
+    virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
+    /// \return whether there was a handler
+    virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* pResult);
+    /// WM_COMMAND. \return whether there was a handler
+    virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
+    /// What the window would do without this object.
+    virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
+    /// DefWindowProc() with the message that is being handled.
+    LRESULT Default();
+
+    // Handlers for the macros of the message map. Each does Default().
+
+    afx_msg void OnPaint();
+    afx_msg void OnTimer(UINT_PTR nIDEvent);
+    afx_msg HCURSOR OnQueryDragIcon();
+    afx_msg void OnHScroll(UINT nSBCode, UINT nPos, CScrollBar* pScrollBar);
+    /// \param nCtlColor kind of control, CTLCOLOR_
+    /// \return the brush for the background
+    afx_msg HBRUSH OnCtlColor(CDC* pDC, CWnd* pWnd, UINT nCtlColor);
+    afx_msg void OnClose();
+    afx_msg void OnDestroy();
+
+    DECLARE_MESSAGE_MAP()
+
+    int m_nModalResult = 0;
+    bool m_continueModal = false;
+
+private:
+    friend class AfxWindowAccess;
+
+    void takeMessages();
+    void onNcDestroy();
+
+    WNDPROC m_super = nullptr; // who had the messages before; null while they are not ours
+    bool m_temporary = false;
+};
+
+/// One exchange between members and controls.
+class CDataExchange {
+public:
+    CDataExchange(CWnd* pDlgWnd, BOOL bSaveAndValidate)
+        : m_bSaveAndValidate(bSaveAndValidate), m_pDlgWnd(pDlgWnd) {}
+
+    BOOL m_bSaveAndValidate; ///< TRUE: controls to members
+    CWnd* m_pDlgWnd;         ///< the dialog
+
+    /// \return the control's window
+    /// Failure: throws CNotSupportedException when the dialog has no such control.
+    HWND PrepareCtrl(int nIDC);
+    /// Gives the exchange up: throws CUserException.
+    [[noreturn]] void Fail();
+};
+
+/// A dialog made from a template among the executable's resources.
+class CDialog : public CWnd {
+public:
+    CDialog() = default;
+    /// For DoModal().
+    /// \param pParentWnd owner; null: the application's main window, if any. A window of another
+    /// process may be given; it is not disabled.
+    explicit CDialog(UINT nIDTemplate, CWnd* pParentWnd = nullptr);
+    explicit CDialog(LPCTSTR lpszTemplateName, CWnd* pParentWnd = nullptr);
+
+    /// Shows a dialog that runs in the loops of the thread.
+    /// \return whether it worked
+    /// Failure: an exception that leaves OnInitDialog() or a handler comes out of here, and there
+    /// is no window then.
+    virtual BOOL Create(UINT nIDTemplate, CWnd* pParentWnd = nullptr);
+    virtual BOOL Create(LPCTSTR lpszTemplateName, CWnd* pParentWnd = nullptr);
+
+    /// Runs the dialog until EndDialog(). Its owner is disabled meanwhile; the window is gone
+    /// when the call returns.
+    /// \return what EndDialog() was given; -1 when there is no such template or window
+    /// Failure: an exception that leaves OnInitDialog() or a handler ends the dialog and comes
+    /// out of here, the owner enabled again and the window gone.
+    virtual INT_PTR DoModal();
+    /// Ends DoModal() with this result. May be called from OnInitDialog(); without a modal
+    /// dialog it does nothing.
+    void EndDialog(int nResult);
+
+    /// The controls exist and the dialog is about to be shown. The default does UpdateData(FALSE).
+    /// \return TRUE to have the focus set to the first control
+    virtual BOOL OnInitDialog();
+
+    /// Hands keys and mouse messages to the dialog manager. Platform: IsDialogMessageW
+    BOOL PreTranslateMessage(MSG* pMsg) override;
+
+protected:
+    /// Command IDOK. The default does UpdateData(TRUE) and, when that worked, EndDialog(IDOK).
+    virtual void OnOK();
+    /// Command IDCANCEL, which the dialog manager sends for Escape. The default:
+    /// EndDialog(IDCANCEL).
+    virtual void OnCancel();
+
+    DECLARE_MESSAGE_MAP()
+
+private:
+    friend class AfxWindowAccess;
+
+    HWND createFrom(LPCTSTR templateName, HWND owner);
+    void leave(HWND disabledOwner);
+
+    LPCTSTR m_templateName = nullptr;
+    CWnd* m_parent = nullptr;
+};
+
+class CStatic : public CWnd {};
+
+class CScrollBar : public CWnd {};
+
+/// A combo box. Indices count from 0; failures are CB_ERR, or CB_ERRSPACE when memory is short.
+class CComboBox : public CWnd {
+public:
+    int GetCount() const;
+    /// \return CB_ERR when nothing is selected
+    int GetCurSel() const;
+    /// \param nSelect -1 for nothing
+    int SetCurSel(int nSelect);
+    int GetLBTextLen(int nIndex) const;
+    /// \param lpszText room for GetLBTextLen() and a zero
+    int GetLBText(int nIndex, LPTSTR lpszText) const;
+    int AddString(LPCTSTR lpszString);
+    int InsertString(int nIndex, LPCTSTR lpszString);
+    int DeleteString(UINT nIndex);
+    void ResetContent();
+    /// Selects the next entry that begins with the text, in any letter case, after `nStartAfter`
+    /// and round. \return its index
+    int SelectString(int nStartAfter, LPCTSTR lpszString);
+    /// \param nIndex -1 for the field that is always visible
+    int GetItemHeight(int nIndex) const;
+    int SetItemHeight(int nIndex, UINT cyItemHeight);
+};
+
+namespace afx {
+
+/// What a control tells when it asks its parent for colours, for the length of the handler.
+class ColorRequest {
+public:
+    explicit ColorRequest(const MSG& message);
+    ColorRequest(const ColorRequest&) = delete;
+    ColorRequest& operator=(const ColorRequest&) = delete;
+    ~ColorRequest();
+
+    CDC* dc() const { return &m_dc; }
+    CWnd* control() const { return m_control; }
+    UINT type() const { return m_type; }
+
+private:
+    mutable CDC m_dc;
+    CWnd* m_control;
+    UINT m_type;
+};
+
+/// The scroll bar control that a scroll message comes from, for the length of the handler.
+class ScrollBarOf {
+public:
+    explicit ScrollBarOf(const MSG& message);
+    ScrollBarOf(const ScrollBarOf&) = delete;
+    ScrollBarOf& operator=(const ScrollBarOf&) = delete;
+    ~ScrollBarOf();
+
+    /// Null when the message comes from the window's own scroll bar.
+    CScrollBar* get() const { return m_bar; }
+
+private:
+    mutable CScrollBar m_own;
+    CScrollBar* m_bar;
+};
+
+} // namespace afx
+
 /// The application object, or null when there is none. Any thread.
 CWinApp* AFXAPI AfxGetApp();
+/// The calling thread's object, or null: only the application's thread has one.
+CWinThread* AFXAPI AfxGetThread();
+/// The calling thread's main window, or null.
+CWnd* AFXAPI AfxGetMainWnd();
 
 /// The executable whose resources are used.
 HINSTANCE AFXAPI AfxGetInstanceHandle();

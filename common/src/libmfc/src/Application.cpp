@@ -2,6 +2,7 @@
 #include <afxwin.h>
 
 #include "OleThread.h"
+#include "ThreadState.h"
 
 #include <filesystem>
 #include <memory>
@@ -71,6 +72,15 @@ void CWinApp::ParseCommandLine(CCommandLineInfo& rCmdInfo) {
 
 CWinApp* AFXAPI AfxGetApp() {
     return g_application;
+}
+
+CWinThread* AFXAPI AfxGetThread() {
+    return afx::threadState().thread;
+}
+
+CWnd* AFXAPI AfxGetMainWnd() {
+    const CWinThread* const thread = AfxGetThread();
+    return thread == nullptr ? nullptr : thread->m_pMainWnd;
 }
 
 HINSTANCE AFXAPI AfxGetInstanceHandle() {

@@ -7,8 +7,25 @@ void CException::Delete() {
     }
 }
 
-void AFXAPI AfxThrowResourceException() {
-    // Not made with new: what reports a lack of resources must not need any.
-    static CResourceException exception(FALSE);
+namespace {
+
+// Not made with new: what reports a lack of resources must not need any.
+template <class Exception>
+[[noreturn]] void throwTheOne() {
+    static Exception exception(FALSE);
     throw &exception; // NOLINT(misc-throw-by-value-catch-by-reference): the documented form
+}
+
+} // namespace
+
+void AFXAPI AfxThrowResourceException() {
+    throwTheOne<CResourceException>();
+}
+
+void AFXAPI AfxThrowNotSupportedException() {
+    throwTheOne<CNotSupportedException>();
+}
+
+void AFXAPI AfxThrowUserException() {
+    throwTheOne<CUserException>();
 }

@@ -1,0 +1,102 @@
+// The common controls, by their messages.
+#include <afxcmn.h>
+
+namespace {
+
+int toInt(LRESULT result) {
+    return static_cast<int>(result);
+}
+
+WPARAM toWParam(int value) {
+    return static_cast<WPARAM>(value);
+}
+
+// A whole window is a tool of its parent, named by its handle; a part is a tool of the window.
+TTTOOLINFOW toolInfo(CWnd* window, LPCTSTR text, LPCRECT rectangle, UINT_PTR id) {
+    TTTOOLINFOW info{};
+    // The size without the last member: both generations of the control know it.
+    info.cbSize = TTTOOLINFOW_V2_SIZE;
+    info.lpszText = const_cast<LPTSTR>(text); // only read
+    if (id == 0) {
+        info.uFlags = TTF_IDISHWND;
+        info.hwnd = ::GetParent(window->GetSafeHwnd());
+        info.uId = reinterpret_cast<UINT_PTR>(window->GetSafeHwnd());
+    } else {
+        info.hwnd = window->GetSafeHwnd();
+        info.uId = id;
+    }
+    if (rectangle != nullptr) {
+        info.rect = *rectangle;
+    }
+    return info;
+}
+
+LPARAM toLParam(TTTOOLINFOW& info) {
+    return reinterpret_cast<LPARAM>(&info);
+}
+
+} // namespace
+
+void CProgressCtrl::SetRange(short nLower, short nUpper) {
+    SendMessage(PBM_SETRANGE, 0, MAKELPARAM(nLower, nUpper));
+}
+
+void CProgressCtrl::SetRange32(int nLower, int nUpper) {
+    SendMessage(PBM_SETRANGE32, toWParam(nLower), nUpper);
+}
+
+void CProgressCtrl::GetRange(int& nLower, int& nUpper) const {
+    PBRANGE range{};
+    SendMessage(PBM_GETRANGE, FALSE, reinterpret_cast<LPARAM>(&range));
+    nLower = range.iLow;
+    nUpper = range.iHigh;
+}
+
+int CProgressCtrl::SetPos(int nPos) {
+    return toInt(SendMessage(PBM_SETPOS, toWParam(nPos)));
+}
+
+int CProgressCtrl::GetPos() const {
+    return toInt(SendMessage(PBM_GETPOS));
+}
+
+int CProgressCtrl::SetStep(int nStep) {
+    return toInt(SendMessage(PBM_SETSTEP, toWParam(nStep)));
+}
+
+int CProgressCtrl::StepIt() {
+    return toInt(SendMessage(PBM_STEPIT));
+}
+
+BOOL CToolTipCtrl::Create(CWnd* pParentWnd, DWORD dwStyle) {
+    const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_WIN95_CLASSES};
+    InitCommonControlsEx(&classes);
+    if (!CreateEx(0, TOOLTIPS_CLASSW, nullptr, WS_POPUP | dwStyle, CW_USEDEFAULT, CW_USEDEFAULT,
+                  CW_USEDEFAULT, CW_USEDEFAULT, pParentWnd->GetSafeHwnd(), nullptr)) {
+        return FALSE;
+    }
+    Activate(FALSE); // the control begins active
+    return TRUE;
+}
+
+BOOL CToolTipCtrl::AddTool(CWnd* pWnd, LPCTSTR lpszText, LPCRECT lpRectTool, UINT_PTR nIDTool) {
+    TTTOOLINFOW info = toolInfo(pWnd, lpszText, lpRectTool, nIDTool);
+    return SendMessage(TTM_ADDTOOLW, 0, toLParam(info)) != FALSE;
+}
+
+void CToolTipCtrl::UpdateTipText(LPCTSTR lpszText, CWnd* pWnd, UINT_PTR nIDTool) {
+    TTTOOLINFOW info = toolInfo(pWnd, lpszText, nullptr, nIDTool);
+    SendMessage(TTM_UPDATETIPTEXTW, 0, toLParam(info));
+}
+
+int CToolTipCtrl::GetToolCount() const {
+    return toInt(SendMessage(TTM_GETTOOLCOUNT));
+}
+
+void CToolTipCtrl::Activate(BOOL bActivate) {
+    SendMessage(TTM_ACTIVATE, bActivate != FALSE);
+}
+
+void CToolTipCtrl::RelayEvent(LPMSG lpMsg) {
+    SendMessage(TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(lpMsg));
+}

@@ -1,0 +1,66 @@
+// The controls of user32, by their messages.
+#include <afxwin.h>
+
+namespace {
+
+int toInt(LRESULT result) {
+    return static_cast<int>(result);
+}
+
+WPARAM toWParam(int value) {
+    return static_cast<WPARAM>(value);
+}
+
+LPARAM toLParam(LPCTSTR text) {
+    return reinterpret_cast<LPARAM>(text);
+}
+
+} // namespace
+
+int CComboBox::GetCount() const {
+    return toInt(SendMessage(CB_GETCOUNT));
+}
+
+int CComboBox::GetCurSel() const {
+    return toInt(SendMessage(CB_GETCURSEL));
+}
+
+int CComboBox::SetCurSel(int nSelect) {
+    return toInt(SendMessage(CB_SETCURSEL, toWParam(nSelect)));
+}
+
+int CComboBox::GetLBTextLen(int nIndex) const {
+    return toInt(SendMessage(CB_GETLBTEXTLEN, toWParam(nIndex)));
+}
+
+int CComboBox::GetLBText(int nIndex, LPTSTR lpszText) const {
+    return toInt(SendMessage(CB_GETLBTEXT, toWParam(nIndex), toLParam(lpszText)));
+}
+
+int CComboBox::AddString(LPCTSTR lpszString) {
+    return toInt(SendMessage(CB_ADDSTRING, 0, toLParam(lpszString)));
+}
+
+int CComboBox::InsertString(int nIndex, LPCTSTR lpszString) {
+    return toInt(SendMessage(CB_INSERTSTRING, toWParam(nIndex), toLParam(lpszString)));
+}
+
+int CComboBox::DeleteString(UINT nIndex) {
+    return toInt(SendMessage(CB_DELETESTRING, nIndex));
+}
+
+void CComboBox::ResetContent() {
+    SendMessage(CB_RESETCONTENT);
+}
+
+int CComboBox::SelectString(int nStartAfter, LPCTSTR lpszString) {
+    return toInt(SendMessage(CB_SELECTSTRING, toWParam(nStartAfter), toLParam(lpszString)));
+}
+
+int CComboBox::GetItemHeight(int nIndex) const {
+    return toInt(SendMessage(CB_GETITEMHEIGHT, toWParam(nIndex)));
+}
+
+int CComboBox::SetItemHeight(int nIndex, UINT cyItemHeight) {
+    return toInt(SendMessage(CB_SETITEMHEIGHT, toWParam(nIndex), MAKELONG(cyItemHeight, 0)));
+}

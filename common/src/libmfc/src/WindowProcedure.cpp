@@ -1,0 +1,99 @@
+// Windows' callbacks. Nothing may be thrown out of these functions: below them on the stack are
+// frames of Windows.
+#include "WindowProcedure.h"
+
+#include "ThreadState.h"
+
+#include <utility>
+
+namespace {
+
+// The answer for a message whose handler threw.
+LRESULT answerAfterException(HWND window, UINT message) {
+    switch (message) {
+    case WM_PAINT:
+        // An invalid rest would bring the message back at once, for ever.
+        ValidateRect(window, nullptr);
+        return 0;
+    case WM_CREATE:
+        return -1;
+    default:
+        return 0;
+    }
+}
+
+// Notes the message in hand for Default(), and the one before it again at the end.
+class MessageInHand {
+public:
+    explicit MessageInHand(const MSG& message)
+        : m_state(afx::threadState()), m_before(m_state.current) {
+        m_state.current = message;
+        ++m_state.depth;
+    }
+    MessageInHand(const MessageInHand&) = delete;
+    MessageInHand& operator=(const MessageInHand&) = delete;
+    ~MessageInHand() {
+        --m_state.depth;
+        m_state.current = m_before;
+    }
+
+private:
+    afx::ThreadState& m_state;
+    MSG m_before;
+};
+
+// The input method's helper window may be created first, along with the one that is meant.
+bool isInputMethodWindow(HWND window) {
+    return (GetClassLongPtrW(window, GCL_STYLE) & CS_IME) != 0;
+}
+
+LRESULT CALLBACK creationHook(int code, WPARAM wParam, LPARAM lParam) {
+    afx::ThreadState& state = afx::threadState();
+    const auto window = reinterpret_cast<HWND>(wParam);
+    if (code == HCBT_CREATEWND && state.creating != nullptr && !isInputMethodWindow(window)) {
+        CWnd* const object = std::exchange(state.creating, nullptr);
+        object->Attach(window);
+        afx::guarded(0, [object] {
+            AfxWindowAccess::takeMessages(*object);
+            return 0;
+        });
+    }
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+} // namespace
+
+LRESULT CALLBACK AfxWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    CWnd* const object = CWnd::FromHandlePermanent(window);
+    if (object == nullptr) {
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+    try {
+        const MessageInHand inHand(MSG{window, message, wParam, lParam, 0, {}});
+        return AfxWindowAccess::handle(*object, message, wParam, lParam);
+    } catch (...) {
+        afx::keepException();
+        if (message == WM_NCDESTROY) {
+            // The window ends whatever its handlers do. The object may be gone already.
+            afx::threadState().permanent.erase(window);
+        }
+        return answerAfterException(window, message);
+    }
+}
+
+namespace afx {
+
+CreationHook::CreationHook(CWnd& object) {
+    threadState().creating = &object;
+    // ERROR_NOT_ENOUGH_MEMORY and the like
+    m_hook = SetWindowsHookExW(WH_CBT, creationHook, nullptr, GetCurrentThreadId());
+}
+
+CreationHook::~CreationHook() {
+    threadState().creating = nullptr;
+    if (m_hook != nullptr) {
+        UnhookWindowsHookEx(m_hook);
+    }
+}
+
+} // namespace afx

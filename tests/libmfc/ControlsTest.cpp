@@ -1,0 +1,138 @@
+#include "TestDialog.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using test::TestDialog;
+
+// Each test works on the controls of an open dialog.
+class Controls : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(dialog.Create(IDD_TEST)); }
+    TestDialog dialog;
+};
+
+TEST_F(Controls, ComboBoxHoldsItsEntriesInTheOrderOfTheirIndices) {
+    CComboBox& combo = dialog.combo;
+    EXPECT_EQ(combo.InsertString(0, L"Lab"), 0);
+    EXPECT_EQ(combo.InsertString(1, L"Annex"), 1);
+    EXPECT_EQ(combo.AddString(L"Lab-5G"), 2);
+    EXPECT_EQ(combo.GetCount(), 3);
+    wchar_t text[80]{};
+    EXPECT_EQ(combo.GetLBTextLen(2), 6);
+    EXPECT_EQ(combo.GetLBText(2, text), 6);
+    EXPECT_STREQ(text, L"Lab-5G");
+    EXPECT_EQ(combo.DeleteString(0), 2);
+    combo.ResetContent();
+    EXPECT_EQ(combo.GetCount(), 0);
+}
+
+TEST_F(Controls, ComboBoxSelectsByIndexAndByPrefix) {
+    CComboBox& combo = dialog.combo;
+    for (const wchar_t* entry : {L"Lab", L"Annex", L"Lab-5G"}) {
+        combo.AddString(entry);
+    }
+    EXPECT_EQ(combo.GetCurSel(), CB_ERR);
+    EXPECT_EQ(combo.SetCurSel(1), 1);
+    EXPECT_EQ(combo.GetCurSel(), 1);
+    EXPECT_EQ(combo.SelectString(0, L"lab"), 2) << "the search starts after the given entry";
+    EXPECT_EQ(combo.SelectString(2, L"Lab"), 0) << "and goes round";
+    EXPECT_EQ(combo.SelectString(-1, L"nowhere"), CB_ERR);
+}
+
+TEST_F(Controls, ComboBoxCanHaveHigherEntries) {
+    const int height = dialog.combo.GetItemHeight(-1);
+    EXPECT_GT(height, 0);
+    dialog.combo.SetItemHeight(-1, static_cast<UINT>(height + 7));
+    EXPECT_GT(dialog.combo.GetItemHeight(-1), height); // systems differ in the border
+}
+
+TEST_F(Controls, ProgressBarKeepsItsPositionWithinItsRange) {
+    CProgressCtrl& progress = dialog.progress;
+    progress.SetRange(0, 100);
+    int low = -1;
+    int high = -1;
+    progress.GetRange(low, high);
+    EXPECT_EQ(low, 0);
+    EXPECT_EQ(high, 100);
+    progress.SetPos(49);
+    EXPECT_EQ(progress.SetPos(150), 49);
+    EXPECT_EQ(progress.GetPos(), 100);
+    progress.SetRange32(0, 100000);
+    progress.SetPos(70000);
+    EXPECT_EQ(progress.GetPos(), 70000);
+}
+
+TEST_F(Controls, ProgressBarStepsByItsStep) {
+    CProgressCtrl& progress = dialog.progress;
+    progress.SetPos(5);
+    EXPECT_EQ(progress.SetStep(1), 10);
+    EXPECT_EQ(progress.StepIt(), 5);
+    EXPECT_EQ(progress.GetPos(), 6);
+}
+
+std::wstring tipFor(CToolTipCtrl& tip, CWnd& parent, CWnd& tool) {
+    wchar_t text[80]{};
+    TTTOOLINFOW info{};
+    info.cbSize = TTTOOLINFOW_V2_SIZE;
+    info.hwnd = parent;
+    info.uId = reinterpret_cast<UINT_PTR>(tool.m_hWnd);
+    info.lpszText = text;
+    tip.SendMessage(TTM_GETTEXTW, std::size(text), reinterpret_cast<LPARAM>(&info));
+    return text;
+}
+
+TEST_F(Controls, ToolTipKnowsWholeWindowsAndTheirTexts) {
+    CToolTipCtrl tip;
+    ASSERT_TRUE(tip.Create(&dialog));
+    EXPECT_TRUE(tip.AddTool(&dialog.text, L"Turn the radio off"));
+    EXPECT_TRUE(tip.AddTool(&dialog.combo, L"Networks"));
+    EXPECT_EQ(tip.GetToolCount(), 2);
+    EXPECT_EQ(tipFor(tip, dialog, dialog.text), L"Turn the radio off");
+    tip.UpdateTipText(L"Turn it on", &dialog.text);
+    EXPECT_EQ(tipFor(tip, dialog, dialog.text), L"Turn it on");
+}
+
+TEST_F(Controls, ToolTipShowsAfterAMouseMessageOfItsToolWhenActive) {
+    CToolTipCtrl tip;
+    tip.Create(&dialog);
+    tip.AddTool(&dialog.text, L"Turn the radio off");
+    tip.SendMessage(TTM_SETDELAYTIME, TTDT_INITIAL, 10);
+    dialog.ShowWindow(SW_SHOW);
+    CRect place;
+    dialog.text.GetWindowRect(place);
+    SetCursorPos(place.left + 3, place.top + 3);
+
+    const auto shows = [&] {
+        MSG move{
+            dialog.text, WM_MOUSEMOVE, 0, MAKELPARAM(3, 3), 0, {place.left + 3, place.top + 3}};
+        tip.RelayEvent(&move);
+        for (int tries = 0; tries < 30 && !tip.IsWindowVisible(); ++tries) {
+            Sleep(10);
+            MSG message;
+            while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+                DispatchMessageW(&message);
+            }
+        }
+        return tip.IsWindowVisible() != FALSE;
+    };
+    EXPECT_FALSE(shows()) << "not active yet";
+    tip.Activate(TRUE);
+    EXPECT_TRUE(shows());
+}
+
+TEST_F(Controls, ToolTipGoesWithTheDialog) {
+    CToolTipCtrl tip;
+    tip.Create(&dialog);
+    dialog.DestroyWindow();
+    EXPECT_EQ(tip.m_hWnd, nullptr);
+}
+
+TEST_F(Controls, ToolTipNeedsAParentsThread) {
+    CWnd none;
+    CToolTipCtrl tip;
+    EXPECT_FALSE(tip.AddTool(&none, L"nothing"));
+}
+
+} // namespace
