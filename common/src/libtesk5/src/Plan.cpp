@@ -14,6 +14,7 @@ namespace {
 template <typename Named>
 std::vector<std::string> namesOf(const std::vector<const Named*>& objects) {
     std::vector<std::string> names;
+    names.reserve(objects.size());
     for (const Named* object : objects) {
         names.push_back(object->name().utf8());
     }
