@@ -175,7 +175,7 @@ class RefusedScenario : public testing::TestWithParam<Refusal> {};
 TEST_P(RefusedScenario, SaysWhereAndWhy) {
     try {
         Scenario::fromJson(GetParam().json);
-        FAIL() << "it was taken";
+        GTEST_FAIL() << "it was taken";
     } catch (const ScenarioError& error) {
         EXPECT_EQ(error.place(), GetParam().place);
         EXPECT_EQ(error.reason(), GetParam().reason);
@@ -323,7 +323,7 @@ TEST(MalformedScenario, IsRefusedWithLineAndColumn) {
 TEST(MalformedScenario, IsRefusedInWordsWithoutTheReadersName) {
     try {
         Scenario::fromJson("{");
-        FAIL();
+        GTEST_FAIL();
     } catch (const ScenarioError& error) {
         EXPECT_EQ(error.reason().rfind("syntax error", 0), 0U) << error.reason();
     }
