@@ -343,31 +343,5 @@ TEST_P(Contract, ConvertsGuidsToTextsAndBack) {
     EXPECT_EQ(api().UuidFromStringW(MRL_TEXT("no GUID"), &back), RPC_S_INVALID_STRING_UUID);
 }
 
-#ifdef _WIN32
-TEST(SystemDll, ExportsWhatIsNotSimulatedAndSaysSo) {
-    if (!systemDllIsSimulated()) {
-        GTEST_SKIP() << "the system has no simulated Wlanapi.dll";
-    }
-    const HMODULE module = GetModuleHandleW(L"Wlanapi.dll");
-    ASSERT_NE(module, nullptr);
-    for (const char* name :
-         {"WlanConnect", "WlanDisconnect", "WlanGetProfile", "WlanGetProfileList", "WlanSetProfile",
-          "WlanDeleteProfile", "WlanGetInterfaceCapability", "WlanHostedNetworkStartUsing",
-          "WlanQueryAutoConfigParameter", "WlanIhvControl", "WFDOpenHandle"}) {
-        const auto function =
-            reinterpret_cast<DWORD (*)()>(reinterpret_cast<void*>(GetProcAddress(module, name)));
-        ASSERT_NE(function, nullptr) << name;
-        EXPECT_EQ(function(), ERROR_NOT_SUPPORTED) << name;
-    }
-    const auto allocate = reinterpret_cast<PVOID (*)(DWORD)>(
-        reinterpret_cast<void*>(GetProcAddress(module, "WlanAllocateMemory")));
-    ASSERT_NE(allocate, nullptr);
-    const PVOID block = allocate(16);
-    ASSERT_NE(block, nullptr);
-    std::memset(block, 1, 16);
-    api().WlanFreeMemory(block);
-}
-#endif
-
 } // namespace
 } // namespace nativewifi

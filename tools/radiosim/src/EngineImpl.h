@@ -67,7 +67,7 @@ public:
 
     /// Faults, then `work(effects, output)`, then the record of it all.
     template <typename Work>
-    DWORD answer(const char* function, Json arguments, std::optional<std::uint32_t> opcode,
+    DWORD answer(const char* function, const Json& arguments, std::optional<std::uint32_t> opcode,
                  Work work);
 
     // --- for the record ---
@@ -133,7 +133,7 @@ private:
 };
 
 template <typename Work>
-DWORD Engine::Impl::answer(const char* function, Json arguments,
+DWORD Engine::Impl::answer(const char* function, const Json& arguments,
                            std::optional<std::uint32_t> opcode, Work work) {
     const Effects effects = faults.match(function, opcode);
     if (effects.delay().count() != 0) {

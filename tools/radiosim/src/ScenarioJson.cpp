@@ -42,6 +42,7 @@ constexpr std::size_t SSID_LENGTH = 32;
 constexpr std::size_t NAME_LENGTH = 255;
 constexpr std::size_t MAC_LENGTH = 6;
 constexpr std::size_t MAX_PHYS = 64;
+constexpr std::int64_t MAX_BLOCK = 0x1000000;
 
 std::string readText(const JsonReader& reader) {
     return reader.text();
@@ -312,8 +313,7 @@ Fault readFault(const JsonReader& reader) {
     reader.optional("code", fault.code, readUnsigned);
     if (reader.has("dataSize")) {
         // Blocks are made as long as they say; a slip must not ask for gigabytes.
-        fault.dataSize =
-            static_cast<std::uint32_t>(reader.at("dataSize").integer(0, 16 * 1024 * 1024));
+        fault.dataSize = static_cast<std::uint32_t>(reader.at("dataSize").integer(0, MAX_BLOCK));
     }
     reader.optional("count", fault.count, readUnsigned);
     reader.optional("noData", fault.noData, readFlag);

@@ -125,11 +125,10 @@ DWORD WINAPI setInterface(HANDLE clientHandle, const GUID* interfaceGuid, WLAN_I
             arguments["data"] = pointer(data);
         }
         arguments["reserved"] = pointer(reserved);
-        return engine.answer("WlanSetInterface", std::move(arguments), number,
-                             [&](const Effects&, Json&) {
-                                 return engine.setInterface(clientHandle, interfaceGuid, number,
-                                                            dataSize, data, reserved);
-                             });
+        return engine.answer("WlanSetInterface", arguments, number, [&](const Effects&, Json&) {
+            return engine.setInterface(clientHandle, interfaceGuid, number, dataSize, data,
+                                       reserved);
+        });
     });
 }
 
