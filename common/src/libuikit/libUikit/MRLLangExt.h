@@ -1,0 +1,41 @@
+// Dialogs that follow the language of the user interface.
+#pragma once
+
+#include <afxwin.h>
+
+#include <memory>
+
+/// Second base class of a dialog, which passes two of its overrides on:
+///
+///     void PreSubclassWindow() override { CDialog::...; MRLLangExt::PreSubclassWindow(this); }
+///     BOOL OnInitDialog() override { CDialog::...; MRLLangExt::OnInitDialog(this); ... }
+///
+/// With libUikit::uiLanguage() the dialog then
+/// - is mirrored for languages written from right to left;
+/// - has a font with the language's letters: the template's, or else one that is known for the
+///   language, or else any that has them;
+/// - shows texts whole: a static text or a button whose text would be clipped gets a smaller font
+///   or wraps, down to three fifths of the font's height; what is still too long ends in "...".
+///   This holds for later texts and sizes as well.
+///
+/// Keys: where the control with IDCANCEL is disabled, Windows' dialog manager ignores Escape; here
+/// it reaches OnCancel() all the same. Enter pushes the button that has the focus, or else the
+/// default button if that one is enabled, and does nothing otherwise.
+///
+/// Threads: the dialog's.
+class MRLLangExt {
+public:
+    MRLLangExt();
+    MRLLangExt(const MRLLangExt&) = delete;
+    MRLLangExt& operator=(const MRLLangExt&) = delete;
+    virtual ~MRLLangExt();
+
+    /// Chooses the layout, before the dialog has controls.
+    void PreSubclassWindow(CWnd* dialog);
+    /// Chooses fonts and fits texts, now and from now on.
+    void OnInitDialog(CWnd* dialog);
+
+private:
+    class Impl;
+    std::unique_ptr<Impl> m_impl;
+};

@@ -1,0 +1,202 @@
+#include <libUikit/MRLLangExt.h>
+
+#include <libUikit/PngControl.h>
+#include <libUikit/UiLanguage.h>
+
+#include "DialogKeys.h"
+#include "LanguageFont.h"
+#include "TextFit.h"
+
+#include <commctrl.h>
+#include <cstdlib>
+#include <utility>
+#include <vector>
+
+using libUikit::FittedText;
+
+namespace {
+
+constexpr auto MIRRORED = static_cast<DWORD>(WS_EX_LAYOUTRTL);
+
+bool isMirrored(HWND window) {
+    return (static_cast<DWORD>(GetWindowLongPtrW(window, GWL_EXSTYLE)) & MIRRORED) != 0;
+}
+
+void setMirrored(HWND window) {
+    SetWindowLongPtrW(window, GWL_EXSTYLE, GetWindowLongPtrW(window, GWL_EXSTYLE) | MIRRORED);
+}
+
+// Mirrors a dialog that has its controls already: each is put at the same place again, which is
+// counted from the other side then.
+void mirror(HWND dialog) {
+    std::vector<std::pair<HWND, RECT>> controls;
+    for (HWND control = GetWindow(dialog, GW_CHILD); control != nullptr;
+         control = GetWindow(control, GW_HWNDNEXT)) {
+        RECT place{};
+        GetWindowRect(control, &place);
+        MapWindowPoints(nullptr, dialog, reinterpret_cast<LPPOINT>(&place), 2);
+        controls.emplace_back(control, place);
+    }
+    setMirrored(dialog);
+    for (const auto& [control, place] : controls) {
+        setMirrored(control);
+        COMBOBOXINFO combo{};
+        combo.cbSize = sizeof combo;
+        if (GetComboBoxInfo(control, &combo) && combo.hwndList != nullptr) {
+            setMirrored(combo.hwndList);
+        }
+        // The height stays: a combo box would take it for that of its open list.
+        SetWindowPos(control, nullptr, place.left, place.top, 0, 0,
+                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+    }
+    SetWindowPos(dialog, nullptr, 0, 0, 0, 0,
+                 SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+}
+
+} // namespace
+
+class MRLLangExt::Impl {
+public:
+    explicit Impl(HWND dialog) : m_dialog(dialog), m_keys(dialog), m_dpi(GetDpiForWindow(dialog)) {
+        m_font = libUikit::fontForLanguage(fontOf(dialog), libUikit::uiLanguage());
+        EnumChildWindows(dialog, addChild, reinterpret_cast<LPARAM>(this));
+        useFont();
+        SetWindowSubclass(dialog, dialogChanged, id(), reinterpret_cast<DWORD_PTR>(this));
+    }
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
+    ~Impl() {
+        for (const FittedText& text : m_texts) {
+            RemoveWindowSubclass(text.control(), textChanged, id());
+        }
+        RemoveWindowSubclass(m_dialog, dialogChanged, id());
+    }
+
+private:
+    // The dialog's font, its height as that of the letters.
+    static LOGFONTW fontOf(HWND window) {
+        auto font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
+        if (font == nullptr) {
+            font = static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
+        }
+        LOGFONTW properties{};
+        GetObjectW(font, sizeof properties, &properties);
+        const HDC dc = GetDC(window);
+        const HGDIOBJ before = SelectObject(dc, font);
+        TEXTMETRICW metrics{};
+        if (GetTextMetricsW(dc, &metrics)) {
+            properties.lfHeight = -(metrics.tmHeight - metrics.tmInternalLeading);
+        }
+        SelectObject(dc, before);
+        ReleaseDC(window, dc);
+        return properties;
+    }
+
+    UINT_PTR id() const { return reinterpret_cast<UINT_PTR>(this); }
+
+    static BOOL CALLBACK addChild(HWND child, LPARAM self) {
+        reinterpret_cast<Impl*>(self)->add(child);
+        return TRUE;
+    }
+
+    void add(HWND child) {
+        const CWnd* const object = CWnd::FromHandlePermanent(child);
+        if (dynamic_cast<const PngControl*>(object) != nullptr) {
+            return; // its text is a name and never shown
+        }
+        if (!FittedText::canFit(child)) {
+            m_others.push_back(child);
+            return;
+        }
+        m_texts.emplace_back(child, m_font);
+        SetWindowSubclass(child, textChanged, id(), reinterpret_cast<DWORD_PTR>(this));
+    }
+
+    // Every control in the font, and the texts as they fit.
+    void useFont() {
+        const std::shared_ptr<const libUikit::Font> font = GdiResourceManager::font(m_font);
+        if (font == nullptr) {
+            return; // no memory: the template's font stays
+        }
+        for (const HWND control : m_others) {
+            SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font->handle()), TRUE);
+        }
+        m_full = font;
+        for (FittedText& text : m_texts) {
+            text.setFont(m_font);
+            text.fit();
+        }
+    }
+
+    void changeDpi(UINT dpi) {
+        m_font.lfHeight = MulDiv(m_font.lfHeight, static_cast<int>(dpi), static_cast<int>(m_dpi));
+        m_dpi = dpi;
+        useFont();
+    }
+
+    void fit(HWND control) {
+        for (FittedText& text : m_texts) {
+            if (text.control() == control) {
+                text.fit();
+            }
+        }
+    }
+
+    static LRESULT CALLBACK textChanged(HWND control, UINT message, WPARAM wParam, LPARAM lParam,
+                                        UINT_PTR id, DWORD_PTR self) {
+        const LRESULT result = DefSubclassProc(control, message, wParam, lParam);
+        if (message == WM_NCDESTROY) {
+            RemoveWindowSubclass(control, textChanged, id);
+        } else if (message == WM_SETTEXT || message == WM_SIZE) {
+            quietly([&] { reinterpret_cast<Impl*>(self)->fit(control); });
+        }
+        return result;
+    }
+
+    static LRESULT CALLBACK dialogChanged(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam,
+                                          UINT_PTR id, DWORD_PTR self) {
+        const LRESULT result = DefSubclassProc(dialog, message, wParam, lParam);
+        if (message == WM_NCDESTROY) {
+            RemoveWindowSubclass(dialog, dialogChanged, id);
+        } else if (message == WM_DPICHANGED) {
+            quietly([&] { reinterpret_cast<Impl*>(self)->changeDpi(HIWORD(wParam)); });
+        }
+        return result;
+    }
+
+    // Below are frames of Windows. What can fail is memory, and then a text stays as it is.
+    template <class Body>
+    static void quietly(Body body) {
+        try {
+            body();
+        } catch (...) { // NOLINT(bugprone-empty-catch): see above
+        }
+    }
+
+    HWND m_dialog;
+    libUikit::DialogKeys m_keys;
+    UINT m_dpi;
+    LOGFONTW m_font{};
+    std::shared_ptr<const libUikit::Font> m_full;
+    std::vector<FittedText> m_texts;
+    std::vector<HWND> m_others;
+};
+
+MRLLangExt::MRLLangExt() = default;
+
+MRLLangExt::~MRLLangExt() = default;
+
+void MRLLangExt::PreSubclassWindow(CWnd* dialog) {
+    if (libUikit::isRightToLeft(libUikit::uiLanguage())) {
+        // Controls inherit it from a dialog that has it when they are created.
+        dialog->ModifyStyleEx(0, MIRRORED);
+    }
+}
+
+void MRLLangExt::OnInitDialog(CWnd* dialog) {
+    // Not every system lets the style be changed that early.
+    if (libUikit::isRightToLeft(libUikit::uiLanguage()) && !isMirrored(dialog->m_hWnd)) {
+        mirror(dialog->m_hWnd);
+    }
+    m_impl = std::make_unique<Impl>(dialog->m_hWnd);
+}

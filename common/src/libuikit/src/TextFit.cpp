@@ -1,0 +1,158 @@
+#include "TextFit.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+
+namespace libUikit {
+
+namespace {
+
+// Smaller letters than this part of the font's height are not offered.
+constexpr int SMALLEST_NUMERATOR = 3;
+constexpr int SMALLEST_DENOMINATOR = 5;
+
+std::wstring classOf(HWND control) {
+    wchar_t name[32]{};
+    GetClassNameW(control, name, static_cast<int>(std::size(name)));
+    return name;
+}
+
+bool isTextStatic(HWND control) {
+    if (_wcsicmp(classOf(control).c_str(), L"Static") != 0) {
+        return false;
+    }
+    const auto type = GetWindowLongPtrW(control, GWL_STYLE) & SS_TYPEMASK;
+    return type == SS_LEFT || type == SS_CENTER || type == SS_RIGHT || type == SS_SIMPLE ||
+           type == SS_LEFTNOWORDWRAP;
+}
+
+bool isTextButton(HWND control) {
+    if (_wcsicmp(classOf(control).c_str(), L"Button") != 0) {
+        return false;
+    }
+    const auto style = GetWindowLongPtrW(control, GWL_STYLE);
+    return (style & BS_TYPEMASK) != BS_OWNERDRAW && (style & (BS_ICON | BS_BITMAP)) == 0;
+}
+
+// A text static without these styles wraps by itself.
+bool isOneLine(DWORD style) {
+    const DWORD type = style & SS_TYPEMASK;
+    return (style & SS_CENTERIMAGE) != 0 || (style & SS_ELLIPSISMASK) != 0 || type == SS_SIMPLE ||
+           type == SS_LEFTNOWORDWRAP;
+}
+
+std::wstring textOf(HWND control) {
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)) + 1, L'\0');
+    text.resize(static_cast<std::size_t>(
+        GetWindowTextW(control, text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
+// What a button's frame, box or margin takes away from the width: about as much as its height, or
+// twice the letters' for a push button.
+SIZE roomFor(HWND control, bool isStatic) {
+    RECT client{};
+    GetClientRect(control, &client);
+    if (isStatic) {
+        return {client.right, client.bottom};
+    }
+    const UINT dpi = GetDpiForWindow(control);
+    const LONG unit = MulDiv(1, static_cast<int>(dpi != 0 ? dpi : 96), 96);
+    switch (GetWindowLongPtrW(control, GWL_STYLE) & BS_TYPEMASK) {
+    case BS_PUSHBUTTON:
+    case BS_DEFPUSHBUTTON:
+        return {client.right - 8 * unit, client.bottom - 4 * unit};
+    default: // check boxes, radio buttons, group boxes
+        return {client.right - 20 * unit, client.bottom};
+    }
+}
+
+class Measure {
+public:
+    Measure(HWND control, std::wstring text, UINT format)
+        : m_control(control), m_dc(GetDC(control)), m_text(std::move(text)), m_format(format) {}
+    Measure(const Measure&) = delete;
+    Measure& operator=(const Measure&) = delete;
+    ~Measure() { ReleaseDC(m_control, m_dc); }
+
+    bool fits(const Font& font, SIZE room, bool wraps) const {
+        const HGDIOBJ before = SelectObject(m_dc, font.handle());
+        RECT used{0, 0, room.cx, 0};
+        DrawTextW(m_dc, m_text.c_str(), static_cast<int>(m_text.size()), &used,
+                  DT_CALCRECT | m_format | (wraps ? DT_WORDBREAK : DT_SINGLELINE));
+        SelectObject(m_dc, before);
+        return used.right - used.left <= room.cx && used.bottom - used.top <= room.cy;
+    }
+
+private:
+    HWND m_control;
+    HDC m_dc;
+    std::wstring m_text;
+    UINT m_format;
+};
+
+} // namespace
+
+bool FittedText::canFit(HWND control) {
+    return isTextStatic(control) || isTextButton(control);
+}
+
+FittedText::FittedText(HWND control, const LOGFONTW& font)
+    : m_control(control), m_isStatic(isTextStatic(control)),
+      m_style(static_cast<DWORD>(GetWindowLongPtrW(control, GWL_STYLE))), m_font(font) {}
+
+void FittedText::setFont(const LOGFONTW& font) {
+    m_font = font;
+}
+
+void FittedText::fit() {
+    const bool oneLine = !m_isStatic || isOneLine(m_style);
+    const bool mayWrap = m_isStatic && (m_style & SS_TYPEMASK) <= SS_RIGHT;
+    const DWORD wrapping = m_style & ~static_cast<DWORD>(SS_CENTERIMAGE | SS_ELLIPSISMASK);
+    const UINT format =
+        DT_EXPANDTABS | (m_isStatic && (m_style & SS_NOPREFIX) != 0 ? DT_NOPREFIX : 0U);
+    const SIZE room = roomFor(m_control, m_isStatic);
+    const Measure measure(m_control, textOf(m_control), format);
+
+    LOGFONTW properties = m_font;
+    const LONG full = std::abs(m_font.lfHeight);
+    const LONG smallest = full * SMALLEST_NUMERATOR / SMALLEST_DENOMINATOR;
+    std::shared_ptr<const Font> font;
+    for (LONG height = full; height >= std::max(smallest, 1L); --height) {
+        properties.lfHeight = -height;
+        font = GdiResourceManager::font(properties);
+        if (font == nullptr) {
+            return; // no memory: the text stays as it is
+        }
+        if (oneLine && measure.fits(*font, room, false)) {
+            apply(font, m_style);
+            return;
+        }
+        if (mayWrap && measure.fits(*font, room, true)) {
+            apply(font, oneLine ? wrapping : m_style);
+            return;
+        }
+    }
+    if (font != nullptr) {
+        // Too long for any: as much as there is room for, and a sign that there is more.
+        apply(font, m_isStatic ? m_style | SS_ENDELLIPSIS : m_style);
+    }
+}
+
+void FittedText::apply(const std::shared_ptr<const Font>& font, DWORD style) {
+    // Only the bits that this class changes; visible and enabled may have changed since.
+    constexpr DWORD OURS = SS_CENTERIMAGE | SS_ELLIPSISMASK;
+    const auto now = static_cast<DWORD>(GetWindowLongPtrW(m_control, GWL_STYLE));
+    const DWORD wanted = m_isStatic ? (now & ~OURS) | (style & OURS) : now;
+    if (wanted != now) {
+        SetWindowLongPtrW(m_control, GWL_STYLE, static_cast<LONG_PTR>(wanted));
+    }
+    if (font != m_applied) {
+        SendMessageW(m_control, WM_SETFONT, reinterpret_cast<WPARAM>(font->handle()), FALSE);
+        m_applied = font;
+    }
+    InvalidateRect(m_control, nullptr, TRUE);
+}
+
+} // namespace libUikit

@@ -1,0 +1,35 @@
+// Texts of static controls and buttons, fitted into their controls.
+#pragma once
+
+#include <libUikit/GdiResourceManager.h>
+
+#include <memory>
+
+namespace libUikit {
+
+/// A control and how it would look if every text fitted.
+class FittedText {
+public:
+    /// Whether `control` is one whose text this class can fit: a text static or a button.
+    static bool canFit(HWND control);
+
+    FittedText(HWND control, const LOGFONTW& font);
+
+    HWND control() const { return m_control; }
+    /// From now on with `font` when it fits.
+    void setFont(const LOGFONTW& font);
+    /// Gives the control the largest font, and wrapping or not, with which its present text fits;
+    /// and its own style back when it fits without help.
+    void fit();
+
+private:
+    void apply(const std::shared_ptr<const Font>& font, DWORD style);
+
+    HWND m_control;
+    bool m_isStatic;
+    DWORD m_style; // its own
+    LOGFONTW m_font;
+    std::shared_ptr<const Font> m_applied;
+};
+
+} // namespace libUikit

@@ -1,0 +1,184 @@
+#include "KitDialog.h"
+
+#include <LanguageFont.h>
+#include <libUikit/GdiResourceManager.h>
+
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+
+namespace {
+
+using test::KitDialog;
+using test::Language;
+
+constexpr LANGID ENGLISH = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
+constexpr LANGID ARABIC = MAKELANGID(LANG_ARABIC, SUBLANG_DEFAULT);
+constexpr LANGID HEBREW = MAKELANGID(LANG_HEBREW, SUBLANG_DEFAULT);
+constexpr LANGID JAPANESE = MAKELANGID(LANG_JAPANESE, SUBLANG_DEFAULT);
+
+TEST(UiLanguage, IsTheUsersUnlessItIsSet) {
+    EXPECT_EQ(libUikit::uiLanguage(), GetUserDefaultUILanguage());
+    {
+        const Language hebrew(HEBREW);
+        EXPECT_EQ(libUikit::uiLanguage(), HEBREW);
+    }
+    EXPECT_EQ(libUikit::uiLanguage(), GetUserDefaultUILanguage());
+}
+
+TEST(UiLanguage, KnowsWhichWayItIsWritten) {
+    EXPECT_TRUE(libUikit::isRightToLeft(ARABIC));
+    EXPECT_TRUE(libUikit::isRightToLeft(HEBREW));
+    EXPECT_FALSE(libUikit::isRightToLeft(ENGLISH));
+    EXPECT_FALSE(libUikit::isRightToLeft(JAPANESE));
+    EXPECT_FALSE(libUikit::isRightToLeft(0xffff));
+}
+
+// Where a control lies on the screen, from the dialog's left edge to the right.
+LONG distanceFromLeft(const KitDialog& dialog, int id) {
+    CRect frame;
+    CRect control;
+    dialog.GetWindowRect(frame);
+    dialog.GetDlgItem(id)->GetWindowRect(control);
+    return control.left - frame.left;
+}
+
+TEST(DialogsLayout, IsMirroredForLanguagesWrittenFromRightToLeft) {
+    LONG english = 0;
+    {
+        const Language language(ENGLISH);
+        KitDialog dialog;
+        ASSERT_TRUE(dialog.Create(IDD_KIT));
+        EXPECT_EQ(dialog.GetExStyle() & WS_EX_LAYOUTRTL, 0U);
+        english = distanceFromLeft(dialog, IDC_KIT_LINE);
+    }
+    const Language language(HEBREW);
+    KitDialog dialog;
+    ASSERT_TRUE(dialog.Create(IDD_KIT));
+    EXPECT_NE(dialog.GetExStyle() & WS_EX_LAYOUTRTL, 0U);
+    EXPECT_NE(dialog.GetDlgItem(IDC_KIT_LINE)->GetExStyle() & WS_EX_LAYOUTRTL, 0U);
+    EXPECT_GT(distanceFromLeft(dialog, IDC_KIT_LINE), english + 100);
+    EXPECT_LT(distanceFromLeft(dialog, IDC_KIT_PICTURE), english + 100);
+}
+
+TEST(LanguageFont, KeepsAFontThatHasTheLetters) {
+    LOGFONTW font{};
+    font.lfHeight = -11;
+    wcscpy(font.lfFaceName, L"Tahoma");
+    EXPECT_TRUE(libUikit::hasLetters(font, ENGLISH));
+    EXPECT_STREQ(libUikit::fontForLanguage(font, ENGLISH).lfFaceName, L"Tahoma");
+}
+
+TEST(LanguageFont, ReplacesAFontThatLacksThemByOneThatHasThemWhereThereIsOne) {
+    LOGFONTW font{};
+    font.lfHeight = -11;
+    wcscpy(font.lfFaceName, L"Tahoma");
+    for (const int language : {LANG_JAPANESE, LANG_KOREAN, LANG_THAI, LANG_HINDI, LANG_ARABIC}) {
+        const LANGID id = MAKELANGID(static_cast<WORD>(language), SUBLANG_DEFAULT);
+        const LOGFONTW chosen = libUikit::fontForLanguage(font, id);
+        EXPECT_EQ(chosen.lfHeight, -11) << language;
+        const bool isReplaced = std::wstring(chosen.lfFaceName) != L"Tahoma";
+        EXPECT_NE(isReplaced, libUikit::hasLetters(font, id) || !libUikit::hasLetters(chosen, id))
+            << language;
+    }
+}
+
+class Texts : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(dialog.Create(IDD_KIT)); }
+
+    void set(int id, const wchar_t* text) { dialog.SetDlgItemText(id, text); }
+    LONG full() const { return dialog.letterHeight(IDC_KIT_COMBO); }
+
+    const Language language{ENGLISH};
+    const GdiResourceManager manager;
+    KitDialog dialog;
+};
+
+TEST_F(Texts, ThatFitKeepTheDialogsFontAndTheirStyle) {
+    EXPECT_EQ(dialog.letterHeight(IDC_KIT_LINE), full());
+    EXPECT_NE(dialog.styleOf(IDC_KIT_LINE) & SS_CENTERIMAGE, 0U);
+    EXPECT_EQ(dialog.letterHeight(IDC_KIT_BUTTON), full());
+}
+
+TEST_F(Texts, ThatAreSlightlyTooLongGetASmallerFont) {
+    set(IDC_KIT_LINE, L"Signal strength now.");
+    EXPECT_LT(dialog.letterHeight(IDC_KIT_LINE), full());
+    EXPECT_GE(dialog.letterHeight(IDC_KIT_LINE), full() * 3 / 5);
+    EXPECT_EQ(dialog.styleOf(IDC_KIT_LINE) & SS_ENDELLIPSIS, 0U);
+    set(IDC_KIT_LINE, L"short");
+    EXPECT_EQ(dialog.letterHeight(IDC_KIT_LINE), full()) << "and the full one again later";
+}
+
+TEST_F(Texts, WrapWhereTheControlHasRoomForSeveralLines) {
+    set(IDC_KIT_TALL, L"Several words on several lines");
+    EXPECT_EQ(dialog.styleOf(IDC_KIT_TALL) & SS_CENTERIMAGE, 0U);
+    EXPECT_EQ(dialog.letterHeight(IDC_KIT_TALL), full());
+    set(IDC_KIT_TALL, L"short");
+    EXPECT_NE(dialog.styleOf(IDC_KIT_TALL) & SS_CENTERIMAGE, 0U);
+}
+
+TEST_F(Texts, ThatWrapAlreadyGetASmallerFontWhenTheLinesDoNotFit) {
+    set(IDC_KIT_BLOCK, L"Some more words than two lines of this width can hold");
+    EXPECT_LT(dialog.letterHeight(IDC_KIT_BLOCK), full());
+}
+
+TEST_F(Texts, ThatAreFarTooLongEndInDots) {
+    set(IDC_KIT_LINE, std::wstring(200, L'W').c_str());
+    EXPECT_NE(dialog.styleOf(IDC_KIT_LINE) & SS_ENDELLIPSIS, 0U);
+    EXPECT_NE(dialog.styleOf(IDC_KIT_LINE) & SS_CENTERIMAGE, 0U);
+    set(IDC_KIT_LINE, L"short");
+    EXPECT_EQ(dialog.styleOf(IDC_KIT_LINE) & SS_ENDELLIPSIS, 0U);
+}
+
+TEST_F(Texts, OfButtonsGetASmallerFontToo) {
+    set(IDC_KIT_BUTTON, L"A considerably longer label");
+    EXPECT_LT(dialog.letterHeight(IDC_KIT_BUTTON), full());
+}
+
+TEST_F(Texts, AreFittedAgainWhenTheControlChangesItsSize) {
+    set(IDC_KIT_LINE, L"Signal strength now.");
+    ASSERT_LT(dialog.letterHeight(IDC_KIT_LINE), full());
+    CRect place;
+    dialog.GetDlgItem(IDC_KIT_LINE)->GetClientRect(place);
+    dialog.GetDlgItem(IDC_KIT_LINE)->MoveWindow(0, 0, 3 * place.Width(), place.Height());
+    EXPECT_EQ(dialog.letterHeight(IDC_KIT_LINE), full());
+}
+
+TEST_F(Texts, FollowTheScaleOfTheScreen) {
+    const LONG before = full();
+    const UINT dpi = GetDpiForWindow(dialog);
+    RECT suggested{0, 0, 800, 600};
+    dialog.SendMessage(WM_DPICHANGED, MAKEWPARAM(2 * dpi, 2 * dpi),
+                       reinterpret_cast<LPARAM>(&suggested));
+    EXPECT_EQ(full(), 2 * before);
+}
+
+TEST_F(Texts, KeepTheirStateWhenTheirStyleChanges) {
+    dialog.GetDlgItem(IDC_KIT_LINE)->EnableWindow(FALSE);
+    set(IDC_KIT_LINE, std::wstring(200, L'W').c_str());
+    EXPECT_NE(dialog.styleOf(IDC_KIT_LINE) & WS_DISABLED, 0U);
+}
+
+TEST(GdiResources, AreMadeOnceForEqualProperties) {
+    LOGFONTW font{};
+    font.lfHeight = -11;
+    wcscpy(font.lfFaceName, L"Tahoma");
+    EXPECT_NE(GdiResourceManager::font(font), GdiResourceManager::font(font)) << "no manager";
+    const GdiResourceManager manager;
+    const auto first = GdiResourceManager::font(font);
+    EXPECT_EQ(GdiResourceManager::font(font), first);
+    font.lfHeight = -12;
+    EXPECT_NE(GdiResourceManager::font(font), first);
+}
+
+TEST(GdiResources, InUseOutliveTheirManager) {
+    LOGFONTW font{};
+    font.lfHeight = -11;
+    std::optional<GdiResourceManager> manager(std::in_place);
+    const auto kept = GdiResourceManager::font(font);
+    manager.reset();
+    EXPECT_EQ(GetObjectType(kept->handle()), UINT{OBJ_FONT});
+}
+
+} // namespace

@@ -1,0 +1,236 @@
+#include "KitDialog.h"
+
+#include <GdiplusHeaders.h>
+
+#include <libUikit/GdiResourceManager.h>
+#include <mrl/System.h>
+#include <support/CapturedLog.h>
+
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <vector>
+
+namespace {
+
+using test::KitDialog;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr COLORREF BACKGROUND = RGB(0, 0, 255);
+constexpr COLORREF RED = RGB(255, 0, 0);
+constexpr COLORREF GREEN = RGB(0, 255, 0);
+
+// Writes a PNG whose left half is `left` and whose right half is `right`.
+void writePng(const std::filesystem::path& file, int width, int height, Gdiplus::Color left,
+              Gdiplus::Color right) {
+    const auto session = libUikit::GdiplusSession::acquire();
+    Gdiplus::Bitmap bitmap(width, height, PixelFormat32bppARGB);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            bitmap.SetPixel(x, y, x < width / 2 ? left : right);
+        }
+    }
+    constexpr CLSID PNG_ENCODER = {
+        0x557cf406, 0x1a04, 0x11d3, {0x9a, 0x73, 0x00, 0x00, 0xf8, 0x1e, 0xf3, 0x2e}};
+    ASSERT_EQ(bitmap.Save(file.c_str(), &PNG_ENCODER, nullptr), Gdiplus::Ok);
+}
+
+class Pictures : public testing::Test {
+protected:
+    void SetUp() override {
+        std::filesystem::create_directories(folder);
+        dialog.onColor = [this](CWnd* control) {
+            return control == &dialog.picture ? brush : GetSysColorBrush(COLOR_3DFACE);
+        };
+        ASSERT_TRUE(dialog.Create(IDD_KIT));
+        dialog.picture.GetClientRect(client);
+    }
+    void TearDown() override {
+        dialog.DestroyWindow();
+        std::filesystem::remove_all(folder);
+        DeleteObject(brush);
+    }
+
+    // The path of a red and green picture, red on the left.
+    mrl::String redAndGreen(int width, int height, BYTE alpha = 255) {
+        const auto file = folder / L"half.png";
+        writePng(file, width, height, Gdiplus::Color(alpha, 255, 0, 0),
+                 Gdiplus::Color(alpha, 0, 255, 0));
+        return mrl::String(file.c_str());
+    }
+
+    // What the control paints at a place given in parts of its size.
+    COLORREF pixel(double x, double y) {
+        const HDC window = GetDC(dialog.picture);
+        const HDC dc = CreateCompatibleDC(window);
+        const HBITMAP bitmap = CreateCompatibleBitmap(window, client.Width(), client.Height());
+        const HGDIOBJ before = SelectObject(dc, bitmap);
+        dialog.picture.SendMessage(WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
+        const COLORREF colour = GetPixel(dc, static_cast<int>(x * (client.Width() - 1)),
+                                         static_cast<int>(y * (client.Height() - 1)));
+        SelectObject(dc, before);
+        DeleteObject(bitmap);
+        DeleteDC(dc);
+        ReleaseDC(dialog.picture, window);
+        return colour;
+    }
+
+    // Beside the executable, where relative paths begin.
+    const std::filesystem::path folder = mrl::System::executableFolder() / L"pictures of the test";
+    const HBRUSH brush = CreateSolidBrush(BACKGROUND);
+    test::CapturedLog log;
+    KitDialog dialog;
+    CRect client;
+};
+
+TEST_F(Pictures, FillTheControlWhenTheAspectMayChange) {
+    ASSERT_TRUE(dialog.picture.SetImage(redAndGreen(400, 400), false, false, false));
+    EXPECT_EQ(pixel(0.01, 0.01), RED);
+    EXPECT_EQ(pixel(0.01, 0.99), RED);
+    EXPECT_EQ(pixel(0.99, 0.5), GREEN);
+    EXPECT_THAT(log.texts(), IsEmpty());
+}
+
+TEST_F(Pictures, KeepTheirAspectInTheMiddleOverTheDialogsBackground) {
+    ASSERT_TRUE(dialog.picture.SetImage(redAndGreen(800, 200), false, true, false));
+    EXPECT_EQ(pixel(0.5, 0.02), BACKGROUND);
+    EXPECT_EQ(pixel(0.5, 0.98), BACKGROUND);
+    EXPECT_EQ(pixel(0.02, 0.5), RED);
+    EXPECT_EQ(pixel(0.98, 0.5), GREEN);
+}
+
+TEST_F(Pictures, GrowOnlyWhenAskedTo) {
+    const mrl::String small = redAndGreen(8, 8);
+    ASSERT_TRUE(dialog.picture.SetImage(small, false, true, false));
+    EXPECT_EQ(pixel(0.3, 0.5), BACKGROUND);
+    ASSERT_TRUE(dialog.picture.SetImage(small, false, true, true));
+    EXPECT_EQ(pixel(0.3, 0.5), RED);
+    ASSERT_TRUE(dialog.picture.SetImage(small, false, false, true));
+    EXPECT_EQ(pixel(0.02, 0.02), RED);
+}
+
+TEST_F(Pictures, GiveTheControlTheirSizeWhenAskedTo) {
+    ASSERT_TRUE(dialog.picture.SetImage(redAndGreen(31, 17), true, true, false));
+    dialog.picture.GetClientRect(client);
+    EXPECT_EQ(client.Width(), 31);
+    EXPECT_EQ(client.Height(), 17);
+}
+
+TEST_F(Pictures, LetTheBackgroundShineThrough) {
+    ASSERT_TRUE(dialog.picture.SetImage(redAndGreen(400, 400, 128), false, false, false));
+    const COLORREF mixed = pixel(0.1, 0.5);
+    EXPECT_NEAR(GetRValue(mixed), 128, 2);
+    EXPECT_EQ(GetGValue(mixed), 0);
+    EXPECT_NEAR(GetBValue(mixed), 127, 2);
+    ASSERT_TRUE(dialog.picture.SetImage(redAndGreen(400, 400, 0), false, false, false));
+    EXPECT_EQ(pixel(0.1, 0.5), BACKGROUND);
+}
+
+TEST_F(Pictures, MixTheirPixelsWhenTheyShrink) {
+    const auto file = folder / L"lines.png";
+    {
+        const auto session = libUikit::GdiplusSession::acquire();
+        writePng(file, 2, 2, Gdiplus::Color(255, 0, 0, 0), Gdiplus::Color(255, 255, 255, 255));
+    }
+    ASSERT_TRUE(dialog.picture.SetImage(mrl::String(file.c_str()), true, false, false));
+    dialog.picture.MoveWindow(0, 0, 1, 1);
+    dialog.picture.GetClientRect(client);
+    EXPECT_NEAR(GetRValue(pixel(0, 0)), 128, 1);
+}
+
+TEST_F(Pictures, AreGreyWhileTheControlIsDisabled) {
+    ASSERT_TRUE(dialog.picture.SetImage(redAndGreen(400, 400), false, false, false));
+    dialog.ShowWindow(SW_SHOW);
+    dialog.picture.UpdateWindow();
+    EXPECT_FALSE(GetUpdateRect(dialog.picture, nullptr, FALSE));
+    dialog.picture.EnableWindow(FALSE);
+    EXPECT_TRUE(GetUpdateRect(dialog.picture, nullptr, FALSE)) << "it is painted again";
+    // Half the background, half the grey of red.
+    const COLORREF grey = pixel(0.1, 0.5);
+    EXPECT_NEAR(GetRValue(grey), 38, 3);
+    EXPECT_NEAR(GetGValue(grey), 38, 3);
+    EXPECT_NEAR(GetBValue(grey), 165, 3);
+    dialog.picture.EnableWindow(TRUE);
+    EXPECT_EQ(pixel(0.1, 0.5), RED);
+}
+
+TEST_F(Pictures, AreFoundBesideTheExecutable) {
+    redAndGreen(40, 40);
+    EXPECT_TRUE(dialog.picture.SetImage("pictures of the test/half.png", false, true, false));
+}
+
+TEST_F(Pictures, AreFoundInTheCurrentFolderWhenTheyAreNotBesideTheExecutable) {
+    redAndGreen(40, 40);
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder);
+    EXPECT_TRUE(dialog.picture.SetImage("half.png", false, true, false));
+    std::filesystem::current_path(before);
+    EXPECT_FALSE(dialog.picture.SetImage("half.png", false, true, false));
+}
+
+TEST_F(Pictures, ThatAreMissingLeaveTheControlEmptyAndOneLine) {
+    EXPECT_TRUE(dialog.picture.SetImage(redAndGreen(400, 400), false, false, false));
+    EXPECT_FALSE(dialog.picture.SetImage("no/such.png", false, true, false));
+    EXPECT_FALSE(dialog.picture.SetImage("no/such.png", false, true, false));
+    EXPECT_EQ(pixel(0.5, 0.5), BACKGROUND);
+    const auto lines = log.lines();
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines[0].priority, 1);
+    EXPECT_EQ(lines[0].logger, "libUikit.PngControl");
+    EXPECT_THAT(lines[0].text, HasSubstr("such.png cannot be opened"));
+}
+
+TEST_F(Pictures, ThatAreBrokenLeaveTheControlEmptyAndOneLine) {
+    const auto file = folder / L"broken.png";
+    std::ofstream(file, std::ios::binary) << "\x89PNG\r\n\x1a\nand then nothing of use";
+    EXPECT_FALSE(dialog.picture.SetImage(mrl::String(file.c_str()), false, true, false));
+    EXPECT_EQ(pixel(0.5, 0.5), BACKGROUND);
+    EXPECT_THAT(log.texts(), ElementsAre(HasSubstr("broken.png is")));
+
+    std::ofstream(folder / L"empty.png", std::ios::binary);
+    EXPECT_FALSE(
+        dialog.picture.SetImage(mrl::String((folder / L"empty.png").c_str()), false, true, false));
+}
+
+TEST_F(Pictures, HaveTheTextAsANameThatIsNotDrawn) {
+    EXPECT_EQ(dialog.text(IDC_KIT_PICTURE), L"radio");
+    dialog.picture.SetWindowText(L"\u2588\u2588\u2588\u2588\u2588\u2588\u2588\u2588");
+    EXPECT_EQ(dialog.text(IDC_KIT_PICTURE).size(), 8U);
+    EXPECT_EQ(pixel(0.05, 0.1), BACKGROUND);
+}
+
+TEST_F(Pictures, TellTheDialogOfClicksUnlessTheyAreDisabled) {
+    dialog.picture.SendMessage(WM_LBUTTONDOWN);
+    dialog.picture.SendMessage(WM_LBUTTONUP);
+    EXPECT_EQ(dialog.pictureClicks, 1);
+}
+
+TEST_F(Pictures, OutliveTheManagerThatTheDialogWasMadeUnder) {
+    {
+        const GdiResourceManager manager;
+        EXPECT_TRUE(dialog.picture.SetImage(redAndGreen(400, 400), false, false, false));
+    }
+    EXPECT_EQ(pixel(0.1, 0.5), RED);
+}
+
+TEST(PicturesInMirroredDialogs, KeepTheirSides) {
+    const test::Language arabic(MAKELANGID(LANG_ARABIC, SUBLANG_DEFAULT));
+    const auto file = mrl::System::executableFolder() / L"mirrored.png";
+    writePng(file, 400, 400, Gdiplus::Color(255, 255, 0, 0), Gdiplus::Color(255, 0, 255, 0));
+    KitDialog dialog;
+    ASSERT_TRUE(dialog.Create(IDD_KIT));
+    dialog.ShowWindow(SW_SHOW);
+    EXPECT_TRUE(dialog.picture.SetImage(mrl::String(file.c_str()), false, false, false));
+    dialog.picture.UpdateWindow();
+    CRect place;
+    dialog.picture.GetWindowRect(place);
+    const HDC screen = GetDC(nullptr);
+    EXPECT_EQ(GetPixel(screen, place.left + 3, place.top + 5), RED);
+    EXPECT_EQ(GetPixel(screen, place.right - 3, place.top + 5), GREEN);
+    ReleaseDC(nullptr, screen);
+    std::filesystem::remove(file);
+}
+
+} // namespace
