@@ -19,7 +19,7 @@ SUFFIXES = (".h", ".hpp", ".inl", ".c", ".cc", ".cpp")
 
 MODULE = "modules/src/windows/diag/mrlrantenna"
 MODULE_WIN32 = re.compile(
-    re.escape(MODULE) + r"/(mrlrantennaDlg|DiversityTest|MRLrAntennaApp)[^/]*$")
+    re.escape(MODULE) + r"/(mrlrantennaDlg|DiversityTest|MRLrAntennaApp|PostedRefresh|TabletPc)[^/]*$")
 # Makes the application object between the others, in the one file that fixes their order.
 MODULE_OBJECTS = f"{MODULE}/ModuleObjects.cpp"
 

@@ -1,16 +1,55 @@
-// The interactive test.
+// The interactive test: runs the dialog, and runs a fresh one when something breaks inside.
 #include "MRLrAntenna.h"
+#include "ScanNotification.h"
+#include "mrlrantennaDlg.h"
 
-#include <mrl/LoggerStream.h>
+#include <libUikit/GdiResourceManager.h>
+#include <libUikit/MrlrGetCUIHandle.h>
+
+#include <mrl/System.h>
 #include <mrl/TraceLogger.h>
 
+#include <new>
+#include <utility>
+
 using tesk5::TestResult;
+
+namespace {
+
+// The host's own windows come to rest before the dialog opens over them.
+constexpr unsigned int OPENING_PAUSE_MS = 1000;
+
+} // namespace
 
 TestResult DiversityTest(const tesk5::DiagDevice& device) {
     const mrl::TraceLogger trace(moduleLogger(), "Enter DiversityTest", MODULE_SOURCE_FILE,
                                  __LINE__);
-    mrl::LoggerStream(moduleLogger(), 1, __LINE__)
-        << "DiversityTest::this build has no dialog, so the antennas of "
-        << device.name().mrlString() << " cannot be tested interactively";
-    return TestResult::CANNOTRUN();
+    mrl::System::mssleep(OPENING_PAUSE_MS);
+
+    INT_PTR modalResult = IDOK;
+    for (bool ended = false; !ended;) {
+        MRLRAntennaDlg* dialog = nullptr;
+        try {
+            const GdiResourceManager resources;
+            dialog = new (std::nothrow) MRLRAntennaDlg(device, MrlrGetCUIHandle());
+            if (dialog != nullptr) {
+                g_scanCompleteContext = dialog;
+                g_scanCompleteHandler = &MRLRAntennaDlg::refreshNetworks;
+                modalResult = dialog->DoModal();
+                dialog->DestroyWindow();
+                delete std::exchange(dialog, nullptr);
+            }
+            ended = true;
+        } catch (...) {
+            // Whatever it was, the person at the PC is in the middle of a job: a fresh dialog, as
+            // often as it takes.
+            if (dialog != nullptr) {
+                dialog->EndDialog(0);
+                dialog->DestroyWindow();
+                delete dialog;
+            }
+        }
+    }
+    // A dialog gives no verdict: its person does.
+    return modalResult == IDCANCEL ? TestResult::USERABORTED() : TestResult::COMPLETED();
 }

@@ -1,0 +1,139 @@
+// What keeps the dialog live: the timer, the connection's state, and the radio with its picture.
+#include "ModuleObjects.h"
+#include "mrlrantennaDlg.h"
+#include "mrlrantennaDlgLog.h"
+
+#include <nativewifi/Api.h>
+
+#include <tesk5/DiagModule.h>
+
+#include <mrl/System.h>
+
+using tesk5::DiagModule;
+
+namespace {
+
+constexpr unsigned int CONNECTION_PAUSE_MS = 100;
+
+constexpr COLORREF BLACK = RGB(0, 0, 0);
+constexpr COLORREF BLUE = RGB(0, 0, 255);
+constexpr COLORREF RED = RGB(255, 0, 0);
+
+// How a radio state is shown. The first row whose flag the state has counts; the last has none and
+// stands for a state that cannot be read.
+struct RadioDisplay {
+    RadioStateFlags flag;
+    tesk5::LocalizedString* const* text;
+    bool on;      // which picture
+    bool enabled; // whether a click can do anything
+    bool usable;  // the status text's colour
+};
+constexpr RadioDisplay radioDisplays[] = {
+    {HARDWARE_OFF, &texts::hardwareSwitchOff, false, false, false},
+    {SOFTWARE_OFF, &texts::radioButtonOff, false, true, true},
+    {SOFTWARE_ON, &texts::radioButtonOn, true, true, true},
+    {RADIO_STATE_NONE, &texts::radioStateUnknown, false, false, false},
+};
+
+const RadioDisplay& displayOf(RadioStateFlags flags) {
+    const RadioDisplay* display = radioDisplays;
+    while (display->flag != RADIO_STATE_NONE && (flags & display->flag) == 0) {
+        ++display;
+    }
+    return *display;
+}
+
+} // namespace
+
+void MRLRAntennaDlg::startWirelessProgress() {
+    const mrl::TraceLogger trace = dialogTrace("startWirelessProgress()");
+    UpdateData(TRUE);
+    UpdateData(TRUE);
+    GetDlgItem(IDC_FINISH)->EnableWindow(TRUE);
+    SetTimer(SIGNAL_TIMER_ID, SIGNAL_TIMER_MS, nullptr);
+}
+
+void MRLRAntennaDlg::OnTimer(UINT_PTR nIDEvent) {
+    if (DiagModule::checkForStop()) {
+        OnCancel();
+        return;
+    }
+    try {
+        UpdateData(TRUE);
+        getSignalStrength(); // for the connection's state on display
+    } catch (...) {
+        return; // this tick only; the timer goes on
+    }
+    if (nIDEvent != SIGNAL_TIMER_ID) {
+        return;
+    }
+    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, ERROR_BUSY, RPC
+    // errors
+    if (m_wirelessDevice->isScanEnabled() &&
+        nativewifi::api().WlanScan(m_wirelessDevice->m_clientHandle,
+                                   &m_wirelessDevice->m_interfaceGuid, nullptr, nullptr,
+                                   nullptr) == ERROR_SUCCESS) {
+        return; // the end of the scan asks for the refresh
+    }
+    populateAvailableNetworks();
+    updateSelectedNetworkInformation();
+}
+
+unsigned int MRLRAntennaDlg::getSignalStrength() {
+    const mrl::TraceLogger trace = dialogTrace("getSignalStrength()");
+    const bool connected = m_wirelessDevice->getSigTransReceieveRate();
+    mrl::System::mssleep(CONNECTION_PAUSE_MS);
+    setText(IDC_CONNECTION_STATE,
+            texts::get(connected ? texts::validState : texts::errorInvalidState));
+    return connected ? m_wirelessDevice->m_signalQuality : 0;
+}
+
+HBRUSH MRLRAntennaDlg::OnCtlColor(CDC* pDC, CWnd* pWnd, UINT nCtlColor) {
+    const HBRUSH brush = CWnd::OnCtlColor(pDC, pWnd, nCtlColor);
+    switch (pWnd->GetDlgCtrlID()) {
+    case IDC_CONNECTION_STATE:
+        // Read afresh: the colour must not lag behind the connection until the next tick.
+        pDC->SetTextColor(m_wirelessDevice->getSigTransReceieveRate() ? BLUE : RED);
+        break;
+    case IDC_RADIO_STATUS:
+        pDC->SetTextColor(m_radioUsable ? BLACK : RED);
+        break;
+    default:
+        break;
+    }
+    return brush;
+}
+
+void MRLRAntennaDlg::showRadioPicture() {
+    m_radioOnImage.ShowWindow(m_radioOn ? SW_SHOW : SW_HIDE);
+    m_radioOffImage.ShowWindow(m_radioOn ? SW_HIDE : SW_SHOW);
+}
+
+void MRLRAntennaDlg::updateRadioState() {
+    const RadioDisplay& display = displayOf(m_wirelessDevice->getRadioState(lastPhy()));
+    m_radioUsable = display.usable;
+    setText(IDC_RADIO_STATUS, texts::get(*display.text));
+    if (display.on != m_radioOn) {
+        m_radioOn = display.on;
+        showRadioPicture();
+    }
+    if ((m_radioOnImage.IsWindowEnabled() != FALSE) != display.enabled) {
+        m_radioOnImage.EnableWindow(display.enabled ? TRUE : FALSE);
+        m_radioOffImage.EnableWindow(display.enabled ? TRUE : FALSE);
+    }
+}
+
+void MRLRAntennaDlg::OnRadioImageClicked() {
+    const mrl::Int32 phy = lastPhy();
+    bool target = m_wirelessDevice->isRadioEnabled(phy);
+    if (target == m_radioOn) {
+        target = !target;
+        if (!m_wirelessDevice->setRadioState(static_cast<mrl::Uint32>(phy), target)) {
+            return;
+        }
+    }
+    // Otherwise the radio was switched elsewhere, and the click brings the picture up to date.
+    m_radioOn = target;
+    showRadioPicture();
+    updateRadioState();
+}
