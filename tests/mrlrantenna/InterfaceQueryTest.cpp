@@ -5,7 +5,6 @@
 
 namespace {
 
-using radiosim::Connection;
 using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
@@ -28,7 +27,7 @@ protected:
     // Connected, so that every opcode has an answer.
     WirelessDevice& openedConnected() {
         radiosim::Scenario scenario;
-        scenario.interfaces.front().connection = Connection{.ssid = "Lab"};
+        scenario.interfaces.front().connection.emplace().ssid = "Lab";
         startRadio(std::move(scenario));
         return opened();
     }
@@ -233,7 +232,7 @@ INSTANTIATE_TEST_SUITE_P(Lengths, QueryOfAList,
 
 TEST_F(InterfaceQuery, TheInterfaceStateDecidesWhetherTheDeviceIsConnectedEvenWithoutALog) {
     radiosim::Scenario scenario;
-    scenario.interfaces.front().connection = Connection{.ssid = "Lab"};
+    scenario.interfaces.front().connection.emplace().ssid = "Lab";
     startRadio(std::move(scenario));
     WirelessDevice& device = opened();
     mrl::LogFactory::setPriority(mrl::LogFactory::OFF);
@@ -391,10 +390,13 @@ protected:
     // The second one is not the device's.
     static radiosim::Scenario two() {
         radiosim::Scenario scenario;
-        scenario.interfaces = {
-            {.description = "Card A", .connection = Connection{.ssid = "Lab"}},
-            {.guid = SECOND_GUID, .description = "Card B"},
-        };
+        scenario.interfaces.resize(2);
+        radiosim::Interface& own = scenario.interfaces[0];
+        own.description = "Card A";
+        own.connection.emplace().ssid = "Lab";
+        radiosim::Interface& other = scenario.interfaces[1];
+        other.guid = SECOND_GUID;
+        other.description = "Card B";
         return scenario;
     }
 };

@@ -210,8 +210,9 @@ TEST_F(RadioOfADevice, CannotBeSwitchedOnAgainstTheHardwareSwitch) {
 
 TEST_F(RadioOfADevice, AFailedSwitchIsToldInOneWordingWhateverTheCode) {
     WirelessDevice& device = openedWith({{}, {}, {}});
-    for (const DWORD code : {ERROR_INVALID_STATE, ERROR_INVALID_PARAMETER, ERROR_ACCESS_DENIED,
-                             ERROR_INVALID_HANDLE, ERROR_GEN_FAILURE, DWORD{0xFFFFFFFF}}) {
+    const DWORD codes[] = {ERROR_INVALID_STATE,  ERROR_INVALID_PARAMETER, ERROR_ACCESS_DENIED,
+                           ERROR_INVALID_HANDLE, ERROR_GEN_FAILURE,       0xFFFFFFFF};
+    for (const DWORD code : codes) {
         radio().clearFaults();
         radio().addFault({.function = "WlanSetInterface", .nth = 1, .code = code});
         log().clear();

@@ -6,7 +6,6 @@
 namespace {
 
 using radiosim::AccessPoint;
-using radiosim::Connection;
 using radiosim::Milliseconds;
 using radiosim::Signal;
 using testing::Contains;
@@ -137,8 +136,11 @@ class ConnectionReadings : public test::DeviceTest {
 protected:
     WirelessDevice& openedConnected() {
         radiosim::Scenario scenario;
-        scenario.interfaces.front().connection =
-            Connection{.ssid = "Lab", .quality = 66U, .rxRate = 433300, .txRate = 86700};
+        radiosim::Connection& connection = scenario.interfaces.front().connection.emplace();
+        connection.ssid = "Lab";
+        connection.quality.emplace(66U);
+        connection.rxRate = 433300;
+        connection.txRate = 86700;
         startRadio(std::move(scenario));
         return opened();
     }
