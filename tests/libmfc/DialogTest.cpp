@@ -408,7 +408,13 @@ TEST(IdleDialog, FreesTemporaryObjectsButNotThoseOfARunningHandler) {
         const CWnd* const kept = dialog.GetDlgItem(IDC_TEST_BUTTON);
         TestDialog inner(&dialog);
         inner.step = [&] { inner.SetTimer(1, 20, nullptr); };
-        inner.onTimer = [&](UINT_PTR) { inner.EndDialog(0); };
+        inner.onTimer = [&](UINT_PTR) {
+            // New objects would take the place of one that was freed.
+            for (const int id : {IDOK, IDCANCEL, IDC_TEST_BUTTON}) {
+                inner.GetDlgItem(id);
+            }
+            inner.EndDialog(0);
+        };
         inner.DoModal();
         alive = dialog.GetDlgItem(IDC_TEST_BUTTON) == kept;
         dialog.EndDialog(0);
