@@ -88,7 +88,7 @@ TEST_F(Owners, FreeTheBlockThatAnotherReplaces) {
     WlanMemory<WLAN_INTERFACE_INFO_LIST> other = std::move(block);
     list(handle, block);
     other = std::move(block);
-    block.reset();
+    block.reset(); // NOLINT(bugprone-use-after-move): it holds what the other owned
     EXPECT_EQ(engine().liveBlocks(), 1U);
     other.reset();
     EXPECT_EQ(engine().liveBlocks(), 0U);

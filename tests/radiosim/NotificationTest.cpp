@@ -358,6 +358,7 @@ TEST(NotificationsInRealTime, SurviveThreadsThatUseTheServiceAtOnce) {
     const GUID guid = nativewifi::parseGuid(mrl::toUtf16(FIRST_INTERFACE)).value_or(GUID{});
     Inbox inbox;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
             for (int round = 0; round < 100; ++round) {

@@ -59,6 +59,7 @@ TEST(Signal, WalksTheSameWayFromTheSameSeedAndAnotherFromAnother) {
     const auto path = [](std::uint32_t seed) {
         const Signal signal = Signal::Walk{.step = 5, .seed = seed};
         std::vector<std::uint32_t> values;
+        values.reserve(50);
         for (int second = 0; second < 50; ++second) {
             values.push_back(signal.at(std::chrono::seconds(second)));
         }
@@ -71,6 +72,7 @@ TEST(Signal, WalksTheSameWayFromTheSameSeedAndAnotherFromAnother) {
 TEST(Signal, WalksTheSameWayOnEveryPlatform) {
     const Signal signal = Signal::Walk{.start = 50, .step = 5, .seed = 1};
     std::vector<std::uint32_t> values;
+    values.reserve(8);
     for (int second = 0; second < 8; ++second) {
         values.push_back(signal.at(std::chrono::seconds(second)));
     }
