@@ -275,14 +275,22 @@ TEST_F(Notifications, HoldTheClosingOfTheHandleUntilTheCallbackHasEnded) {
                                                &Gate::callback, &gate, nullptr, nullptr);
     engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
     gate.awaitEntered();
-    bool leftBeforeClose = false;
+    std::atomic<bool> closed{false};
     std::thread closer([&] {
         nativewifi::api().WlanCloseHandle(second.get(), nullptr);
-        leftBeforeClose = gate.left();
+        closed = true;
     });
+    // The handle is void as soon as the call has begun; the call must not end before the callback.
+    while (engine().openHandles() != 1) {
+        std::this_thread::yield();
+    }
+    for (int chance = 0; chance < 1000; ++chance) {
+        std::this_thread::yield();
+    }
+    EXPECT_FALSE(closed);
     gate.open();
     closer.join();
-    EXPECT_TRUE(leftBeforeClose);
+    EXPECT_TRUE(gate.left());
     EXPECT_EQ(engine().openHandles(), 1U);
 }
 
