@@ -162,18 +162,16 @@ TEST_F(Reports, ThatCannotBeWrittenInTheEndAreAFailureWithWords) {
     EXPECT_THAT(filesThere(), ElementsAre("devices.json", "report.json"));
 }
 
+#ifndef _WIN32 // where making a link takes a right that few users have
 TEST_F(Reports, GoToTheFileBehindALink) {
     registerTest("A", TestResult::PASS());
-    std::error_code failure;
     std::filesystem::create_symlink(mrl::System::path(fileWith("real.json", "old")),
-                                    mrl::System::path(file("report.json")), failure);
-    if (failure) {
-        GTEST_SKIP() << "no links here: " << failure.message();
-    }
+                                    mrl::System::path(file("report.json")));
     EXPECT_EQ(start(toReport()), 0);
     EXPECT_THAT(bytesOfFile(file("real.json")), HasSubstr("\"schema\": 1"));
     EXPECT_TRUE(std::filesystem::is_symlink(mrl::System::path(file("report.json"))));
 }
+#endif
 
 TEST(ReportTimes, AreCutToMilliseconds) {
     using namespace std::chrono;

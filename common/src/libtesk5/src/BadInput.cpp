@@ -58,7 +58,18 @@ std::string nearestName(std::string_view text, const std::vector<std::string>& n
     const auto nearest =
         std::min_element(names.begin(), names.end(),
                          [&rank](const auto& a, const auto& b) { return rank(a) < rank(b); });
-    return nearest == names.end() ? std::string() : *nearest;
+    if (nearest == names.end()) {
+        return {};
+    }
+    // A name that shares little with the text would only mislead.
+    const auto [notContained, edits] = rank(*nearest);
+    const bool alike = !wanted.empty() && (!notContained || edits * 2 <= nearest->size());
+    return alike ? *nearest : std::string();
+}
+
+std::string nearestHint(std::string_view text, const std::vector<std::string>& names) {
+    const std::string nearest = nearestName(text, names);
+    return nearest.empty() ? nearest : ", the nearest is " + inQuotes(nearest);
 }
 
 } // namespace tesk5

@@ -116,8 +116,8 @@ private:
             for (const OptionDescription& option : optionDescriptions()) {
                 names.emplace_back(option.name);
             }
-            return "there is no option " + inQuotes(argument) + ", the nearest is " +
-                   nearestName(argument, names) + SEE_HELP;
+            return "there is no option " + inQuotes(argument) + nearestHint(argument, names) +
+                   SEE_HELP;
         }
         if (m_app.get_subcommands().empty()) {
             return "there is no command " + inQuotes(argument) + "; the commands are list and run";

@@ -48,9 +48,8 @@ void refuseUnknown(const Setting& setting, const std::vector<const Parameter*>& 
                        ": the tests that would run have no parameters; leave it out"};
     }
     throw BadInput{textOf(setting) + ": no test that would run has the parameter " +
-                   inQuotes(setting.name.utf8()) + ", the nearest is " +
-                   inQuotes(nearestName(setting.name.utf8(), names)) + "; the parameters are " +
-                   listInQuotes(names, "none")};
+                   inQuotes(setting.name.utf8()) + nearestHint(setting.name.utf8(), names) +
+                   "; the parameters are " + listInQuotes(names, "none")};
 }
 
 void apply(Parameter& parameter, const Setting& setting, int timesBefore) {
@@ -93,9 +92,9 @@ std::vector<const Test*> chooseTests(Registry& registry, const std::vector<TeskS
             for (const Test& candidate : registry.tests) {
                 known.push_back(candidate.name().utf8());
             }
-            throw BadInput{"there is no test " + inQuotes(name.utf8()) + ", the nearest is " +
-                           inQuotes(nearestName(name.utf8(), known)) +
-                           "; the command list shows them"};
+            throw BadInput{"there is no test " + inQuotes(name.utf8()) +
+                           nearestHint(name.utf8(), known) + "; the tests are " +
+                           listInQuotes(known, "none")};
         }
         if (std::find(tests.begin(), tests.end(), test) != tests.end()) {
             throw BadInput{"the test " + inQuotes(name.utf8()) +
