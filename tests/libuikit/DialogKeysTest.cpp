@@ -89,7 +89,8 @@ TEST(ConsoleWindow, StaysEnabledUnderADialog) {
     }
     CWnd* const console = MrlrGetCUIHandle();
     if (console == nullptr) {
-        GTEST_SKIP() << "this system shows no console windows";
+        EXPECT_FALSE(IsWindowVisible(GetConsoleWindow()));
+        return;
     }
     const HWND window = console->m_hWnd;
     KitDialog dialog(console);

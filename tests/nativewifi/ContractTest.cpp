@@ -27,7 +27,7 @@ protected:
         if (GetParam() == Provider::ENGINE) {
             m_engine = std::make_unique<radiosim::Engine>(radiosim::Scenario::builtIn());
         } else if (!systemDllIsSimulated()) {
-            GTEST_SKIP() << "the system has no simulated Wlanapi.dll";
+            GTEST_FAIL() << "the simulator's wlanapi.dll must stand in the system directory";
         }
         DWORD version = 0;
         ASSERT_EQ(api().WlanOpenHandle(2, nullptr, &version, out(m_handle)), ERROR_SUCCESS);

@@ -16,7 +16,7 @@ namespace {
 
 TEST(SystemDll, ExportsWhatIsNotSimulatedAndSaysSo) {
     if (!systemDllIsSimulated()) {
-        GTEST_SKIP() << "the system has no simulated Wlanapi.dll";
+        GTEST_FAIL() << "the simulator's wlanapi.dll must stand in the system directory";
     }
     const HMODULE module = GetModuleHandleW(L"Wlanapi.dll");
     ASSERT_NE(module, nullptr);
@@ -42,7 +42,7 @@ class SystemDllDeathTest : public testing::Test {
 protected:
     void SetUp() override {
         if (!systemDllIsSimulated()) {
-            GTEST_SKIP() << "the system has no simulated Wlanapi.dll";
+            GTEST_FAIL() << "the simulator's wlanapi.dll must stand in the system directory";
         }
     }
 
