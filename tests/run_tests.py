@@ -4,6 +4,7 @@
 A suite is a GoogleTest program of the native build, one of the Windows build (under Wine), or a
 file of Python tests. Each suite's output is kept in build/test-logs and shown when it fails.
 """
+import collections
 import json
 import pathlib
 import re
@@ -33,7 +34,8 @@ def run_google_test(name, command):
     log = LOGS / (name.replace("/", "-") + ".log")
     with tempfile.TemporaryDirectory() as folder:
         report = pathlib.Path(folder) / "report.json"
-        arguments = [f"--gtest_output=json:{report}", "--gtest_brief=1"]
+        # By name alone: a Windows program does not take this system's absolute paths.
+        arguments = [f"--gtest_output=json:{report.name}", "--gtest_brief=1"]
         with open(log, "wb") as output:
             try:
                 code = subprocess.run(command + arguments, stdout=output, stderr=subprocess.STDOUT,
@@ -72,19 +74,23 @@ def run_python(path):
 
 def main(patterns):
     LOGS.mkdir(parents=True, exist_ok=True)
-    # Two lanes side by side: the programs keep a processor busy, the executable's real pauses do
-    # not.
-    lanes = [
-        [(name, run_google_test, (name, command)) for name, command in google_test_suites()],
-        [(f"python/{path.parent.name}/{path.stem}", run_python, (path,))
-         for folder in PYTHON_FOLDERS
-         for path in sorted((ROOT / "tests" / folder).glob("test_*.py"))],
-    ]
+    # Three lanes side by side: the programs keep a processor busy; the executable's real pauses,
+    # which the Python tests mostly consist of, do not.
+    programs = collections.deque((name, run_google_test, (name, command))
+                                 for name, command in google_test_suites())
+    scripts = collections.deque((f"python/{path.parent.name}/{path.stem}", run_python, (path,))
+                                for folder in PYTHON_FOLDERS
+                                for path in sorted((ROOT / "tests" / folder).glob("test_*.py")))
+    lanes = [programs, scripts, scripts]
     totals = {"passed": 0, "failed": 0}
     lock = threading.Lock()
 
     def run_lane(lane):
-        for name, run, arguments in lane:
+        while True:
+            try:
+                name, run, arguments = lane.popleft()
+            except IndexError:
+                return
             if patterns and not any(pattern in name for pattern in patterns):
                 continue
             start = time.monotonic()

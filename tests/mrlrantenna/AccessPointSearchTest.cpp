@@ -10,13 +10,13 @@ namespace {
 using radiosim::AccessPoint;
 using radiosim::Fault;
 using radiosim::Signal;
+using test::text;
 using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using test::text;
 
 constexpr long long POLL_MS = 100;
 constexpr long long SCAN_MS = 7000;

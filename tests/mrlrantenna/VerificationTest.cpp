@@ -9,12 +9,12 @@ namespace {
 
 using radiosim::AccessPoint;
 using tesk5::TestResult;
+using test::text;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using test::text;
 
 constexpr const char* SOURCE = "modules/src/windows/diag/mrlrantenna/MRLrAntenna.cpp";
 constexpr const char* PREFIX = "WirelessSignalStrengthVerificationTest::";
