@@ -1,0 +1,154 @@
+#include "DialogTest.h"
+
+#include "TabletPcDouble.h"
+
+#include <MRLrAntenna.h>
+
+#include <mrl/Unicode.h>
+
+namespace test {
+
+namespace {
+
+std::string windowText(HWND window) {
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)), L'\0');
+    GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1);
+    return mrl::toUtf8(text);
+}
+
+HWND control(const Dialog& dialog, int controlId) {
+    return ::GetDlgItem(dialog.m_hWnd, controlId);
+}
+
+} // namespace
+
+radiosim::AccessPoint network(const std::string& ssid, radiosim::Signal signal) {
+    return {.ssid = ssid, .signal = std::move(signal)};
+}
+
+radiosim::AccessPoint connected(radiosim::AccessPoint network) {
+    network.connected = true;
+    return network;
+}
+
+std::string shown(const Dialog& dialog, int controlId) {
+    return windowText(controlId == 0 ? dialog.m_hWnd : control(dialog, controlId));
+}
+
+std::vector<std::string> entries(const Dialog& dialog) {
+    std::vector<std::string> texts;
+    for (int i = 0; i < dialog.m_networkCombo.GetCount(); ++i) {
+        std::wstring text(static_cast<std::size_t>(dialog.m_networkCombo.GetLBTextLen(i)), L'\0');
+        dialog.m_networkCombo.GetLBText(i, text.data());
+        texts.push_back(mrl::toUtf8(text));
+    }
+    return texts;
+}
+
+std::string selected(const Dialog& dialog) {
+    const int index = dialog.m_networkCombo.GetCurSel();
+    return index == CB_ERR ? "none" : entries(dialog)[static_cast<std::size_t>(index)];
+}
+
+std::string strength(const Dialog& dialog) {
+    return shown(dialog, IDC_STRENGTH_TEXT) + " " + shown(dialog, IDC_STRENGTH_PERCENT) + " " +
+           std::to_string(dialog.m_signalMeter.GetPos());
+}
+
+bool isShown(const Dialog& dialog, int controlId) {
+    return (GetWindowLongPtrW(control(dialog, controlId), GWL_STYLE) & WS_VISIBLE) != 0;
+}
+
+bool isEnabled(const Dialog& dialog, int controlId) {
+    return ::IsWindowEnabled(control(dialog, controlId)) != FALSE;
+}
+
+std::string picture(const Dialog& dialog) {
+    const bool on = isShown(dialog, IDC_RADIO_ON_IMAGE);
+    const bool off = isShown(dialog, IDC_RADIO_OFF_IMAGE);
+    const bool onEnabled = isEnabled(dialog, IDC_RADIO_ON_IMAGE);
+    const bool offEnabled = isEnabled(dialog, IDC_RADIO_OFF_IMAGE);
+    std::string words = onEnabled != offEnabled ? "half greyed " : onEnabled ? "" : "greyed ";
+    words += on && off ? "both" : on ? "on" : off ? "off" : "none";
+    return words;
+}
+
+COLORREF colour(const Dialog& dialog, int controlId) {
+    const HDC dc = CreateCompatibleDC(nullptr);
+    SetTextColor(dc, RGB(1, 2, 3));
+    dialog.SendMessage(WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
+                       reinterpret_cast<LPARAM>(control(dialog, controlId)));
+    const COLORREF colour = GetTextColor(dc);
+    DeleteDC(dc);
+    return colour;
+}
+
+bool timerRuns(const Dialog& dialog) {
+    if (!::KillTimer(dialog.m_hWnd, Dialog::SIGNAL_TIMER_ID)) {
+        return false;
+    }
+    ::SetTimer(dialog.m_hWnd, Dialog::SIGNAL_TIMER_ID, Dialog::SIGNAL_TIMER_MS, nullptr);
+    return true;
+}
+
+void choose(Dialog& dialog, int index) {
+    dialog.m_networkCombo.SetCurSel(index);
+    dialog.SendMessage(WM_COMMAND, MAKEWPARAM(IDC_NETWORK_COMBO, CBN_SELCHANGE),
+                       reinterpret_cast<LPARAM>(dialog.m_networkCombo.m_hWnd));
+}
+
+void click(const Dialog& dialog, int controlId) {
+    const HWND target = control(dialog, controlId);
+    const LPARAM place = MAKELPARAM(5, 5);
+    ::SendMessageW(target, WM_LBUTTONDOWN, MK_LBUTTON, place);
+    ::SendMessageW(target, WM_LBUTTONUP, 0, place);
+}
+
+void tick(const Dialog& dialog, UINT_PTR timerId) {
+    dialog.SendMessage(WM_TIMER, timerId);
+}
+
+void press(const Dialog& dialog, WPARAM key) {
+    ::SetFocus(dialog.m_networkCombo.m_hWnd);
+    ::PostMessageW(dialog.m_networkCombo.m_hWnd, WM_KEYDOWN, key, 0);
+}
+
+// The pictures are nowhere near the current folder: the log then tells which ones were asked for.
+DialogTest::DialogTest() : m_journal(clock()), m_folderBefore(std::filesystem::current_path()) {
+    std::filesystem::current_path(m_folder.path());
+    doubles::tabletPc = false;
+    tesk5::StopRequest::clear();
+}
+
+DialogTest::~DialogTest() {
+    tesk5::StopRequest::clear();
+    std::filesystem::current_path(m_folderBefore);
+}
+
+INT_PTR DialogTest::run(std::vector<Step> steps, DialogDriver::Place place) {
+    const DialogDriver driver(std::move(steps), place);
+    const tesk5::DiagDevice card = device();
+    MRLRAntennaDlg dialog(card);
+    const INT_PTR result = dialog.DoModal();
+    m_ended = !driver.leftOpen();
+    EXPECT_EQ(driver.stepsLeft(), 0U);
+    return result;
+}
+
+tesk5::TestResult DialogTest::runTest(std::vector<Step> steps, DialogDriver::Place place) {
+    const DialogDriver driver(std::move(steps), place);
+    const tesk5::TestResult result = DiversityTest(device());
+    m_ended = !driver.leftOpen();
+    EXPECT_EQ(driver.stepsLeft(), 0U);
+    return result;
+}
+
+std::vector<std::string> DialogTest::dialogLines() const {
+    std::vector<std::string> lines;
+    for (const std::string& line : logged(DIALOG_LOGGER)) {
+        lines.push_back(line.substr(line.find(' ') + 1));
+    }
+    return lines;
+}
+
+} // namespace test

@@ -1,0 +1,83 @@
+// What the tests of the dialog start from: a simulated radio, a virtual clock, a journal of the
+// controls, and ways to run the dialog, to act on it and to read what it shows.
+#pragma once
+
+#include "ControlJournal.h"
+#include "DialogDriver.h"
+
+#include <mrlrantenna/DeviceTest.h>
+
+#include <support/TemporaryFolder.h>
+
+#include <tesk5/StopRequest.h>
+#include <tesk5/TestResult.h>
+
+namespace test {
+
+inline constexpr const char* DIALOG_LOGGER = "mrlrantenna.mrlrantennaDlg";
+
+/// An access point of this name and strength.
+radiosim::AccessPoint network(const std::string& ssid, radiosim::Signal signal = 50U);
+/// One that the interface is connected to, as far as the list of networks says.
+radiosim::AccessPoint connected(radiosim::AccessPoint network);
+
+// What the dialog shows.
+
+/// The text of a control; of the dialog itself for 0.
+std::string shown(const Dialog& dialog, int controlId);
+std::vector<std::string> entries(const Dialog& dialog);
+/// The selected entry, or "none".
+std::string selected(const Dialog& dialog);
+/// Strength in words, percent and meter: "Good 50% 50".
+std::string strength(const Dialog& dialog);
+/// Whether the control would be seen if its dialog is.
+bool isShown(const Dialog& dialog, int controlId);
+bool isEnabled(const Dialog& dialog, int controlId);
+/// The picture that is shown: "on", "off", "both" or "none"; "greyed" in front when it is disabled.
+std::string picture(const Dialog& dialog);
+/// The colour in which a control is told to write.
+COLORREF colour(const Dialog& dialog, int controlId);
+/// Whether the timer is armed. Arms it afresh if it is.
+bool timerRuns(const Dialog& dialog);
+
+// What a person does.
+
+/// Selects an entry of the list of networks.
+void choose(Dialog& dialog, int index);
+/// Clicks with the left button on a control that tells clicks.
+void click(const Dialog& dialog, int controlId);
+/// A tick of the timer.
+void tick(const Dialog& dialog, UINT_PTR timerId = Dialog::SIGNAL_TIMER_ID);
+/// Presses a key in the list of networks, for the loop to handle.
+void press(const Dialog& dialog, WPARAM key);
+
+class DialogTest : public ModuleTest {
+protected:
+    DialogTest();
+    ~DialogTest() override;
+
+    /// Runs a dialog of the test's own. \return what DoModal() returns
+    INT_PTR run(std::vector<Step> steps,
+                DialogDriver::Place place = DialogDriver::Place::OFF_SCREEN);
+    /// Runs the test function, which makes the dialogs.
+    tesk5::TestResult runTest(std::vector<Step> steps,
+                              DialogDriver::Place place = DialogDriver::Place::OFF_SCREEN);
+    /// Whether the steps ended the last dialog.
+    bool ended() const { return m_ended; }
+
+    ControlJournal& journal() { return m_journal; }
+    /// The lines that the dialog logged, without their numbers.
+    std::vector<std::string> dialogLines() const;
+    /// How often the list of networks was asked for.
+    std::size_t looks() { return radio().callCount("WlanGetAvailableNetworkList"); }
+
+    static std::string localized(const char* key) { return tesk5::textOf(key).utf8(); }
+
+private:
+    ControlJournal m_journal;
+    TemporaryFolder m_folder;
+    std::filesystem::path m_folderBefore;
+    bool m_ended = false;
+};
+
+} // namespace test

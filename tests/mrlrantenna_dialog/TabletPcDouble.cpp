@@ -1,0 +1,7 @@
+#include "TabletPcDouble.h"
+
+#include <TabletPc.h>
+
+bool isTabletPc() {
+    return doubles::tabletPc;
+}

@@ -1,0 +1,273 @@
+// The dialog's template as it stands in the program's resources.
+#include <resource.h>
+
+#include <windows.h>
+
+#include <mrl/Unicode.h>
+
+#include <gmock/gmock.h>
+
+#include <array>
+#include <cctype>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::UnorderedElementsAreArray;
+
+struct Frame {
+    DWORD style = 0;
+    DWORD exStyle = 0;
+    short width = 0;
+    short height = 0;
+    std::string caption;
+    int fontSize = 0;
+    std::string font;
+};
+
+struct Control {
+    int id = 0;
+    std::string kind;
+    std::string text;
+    std::array<short, 4> place{};
+    DWORD style = 0;
+};
+
+// Reads the public format of an extended dialog template.
+class TemplateReader {
+public:
+    explicit TemplateReader(int id) {
+        const HMODULE module = GetModuleHandleW(nullptr);
+        const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(id), RT_DIALOG);
+        const HGLOBAL loaded = resource == nullptr ? nullptr : LoadResource(module, resource);
+        m_start = loaded == nullptr ? nullptr : static_cast<const char*>(LockResource(loaded));
+        m_at = m_start;
+        if (m_start == nullptr) {
+            return;
+        }
+        take<WORD>(); // version
+        extended = take<WORD>() == 0xFFFF;
+        take<DWORD>(); // help context
+        frame.exStyle = take<DWORD>();
+        frame.style = take<DWORD>();
+        const WORD count = take<WORD>();
+        take<short>();
+        take<short>();
+        frame.width = take<short>();
+        frame.height = take<short>();
+        name(); // menu
+        name(); // window class
+        frame.caption = name();
+        frame.fontSize = take<WORD>();
+        take<WORD>(); // weight
+        take<WORD>(); // italic and character set
+        frame.font = name();
+        for (WORD i = 0; i < count; ++i) {
+            controls.push_back(control());
+        }
+    }
+
+    bool extended = false;
+    Frame frame;
+    std::vector<Control> controls;
+
+private:
+    template <typename T>
+    T take() {
+        T value;
+        std::memcpy(&value, m_at, sizeof value);
+        m_at += sizeof value;
+        return value;
+    }
+
+    // A text, or "#" and the number that stands for one.
+    std::string name() {
+        std::wstring text;
+        for (auto unit = take<wchar_t>(); unit != 0; unit = take<wchar_t>()) {
+            if (unit == 0xFFFF) {
+                return "#" + std::to_string(take<WORD>());
+            }
+            text.push_back(unit);
+        }
+        return mrl::toUtf8(text);
+    }
+
+    // Resource compilers differ in the letter case of the names of window classes.
+    static std::string upperCase(std::string text) {
+        for (char& letter : text) {
+            letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+        }
+        return text;
+    }
+
+    Control control() {
+        m_at = m_start + (m_at - m_start + 3) / 4 * 4;
+        Control made;
+        take<DWORD>(); // help context
+        take<DWORD>(); // extended style
+        made.style = take<DWORD>();
+        for (short& side : made.place) {
+            side = take<short>();
+        }
+        made.id = static_cast<int>(take<DWORD>());
+        made.kind = upperCase(name());
+        made.kind = made.kind == "STATIC" ? "#130" : made.kind;
+        made.text = name();
+        m_at += take<WORD>(); // creation data
+        return made;
+    }
+
+    const char* m_start;
+    const char* m_at;
+};
+
+// Window classes by the numbers that templates have for them.
+const std::string BUTTON = "#128";
+const std::string STATIC = "#130";
+const std::string COMBO = "#133";
+const std::string METER = "MSCTLS_PROGRESS32";
+
+constexpr DWORD HIDDEN = 1;
+constexpr DWORD DISABLED = 2;
+constexpr DWORD CENTRED = 4;
+constexpr DWORD CLICKS = 8;
+constexpr DWORD TAB_STOP = 16;
+
+// Traits of a control, out of its style.
+DWORD traits(const Control& control) {
+    DWORD found = 0;
+    found |= (control.style & WS_VISIBLE) == 0 ? HIDDEN : 0;
+    found |= (control.style & WS_DISABLED) != 0 ? DISABLED : 0;
+    found |= (control.style & WS_TABSTOP) != 0 ? TAB_STOP : 0;
+    if (control.kind == STATIC) {
+        found |= (control.style & SS_CENTERIMAGE) != 0 ? CENTRED : 0;
+        found |= (control.style & SS_NOTIFY) != 0 ? CLICKS : 0;
+    }
+    return found;
+}
+
+struct Expected {
+    int id;
+    std::string kind;
+    const char* text;
+    std::array<short, 4> place;
+    DWORD traits;
+};
+
+std::string line(int id, const std::string& kind, const std::string& text,
+                 const std::array<short, 4>& place, DWORD found) {
+    std::string words = std::to_string(id) + " " + kind + " \"" + text + "\"";
+    for (const short side : place) {
+        words += " " + std::to_string(side);
+    }
+    return words + " traits " + std::to_string(found);
+}
+
+const Expected expectedControls[] = {
+    {1015, BUTTON, "Finish", {374, 258, 50, 14}, TAB_STOP},
+    {1016, BUTTON, "Fail", {312, 258, 50, 14}, HIDDEN | DISABLED | TAB_STOP},
+    {2, BUTTON, "Cancel", {312, 258, 50, 14}, HIDDEN | DISABLED | TAB_STOP},
+    {1017, BUTTON, "", {179, 0, 247, 252}, 0},
+    {1019, STATIC, "Network Adapter:", {183, 11, 237, 12}, CENTRED},
+    {1020, STATIC, "Network adapter not available", {183, 26, 237, 24}, 0},
+    {1039, STATIC, "", {183, 51, 237, 36}, CENTRED},
+    {1022, STATIC, "Available Networks:", {183, 91, 237, 12}, CENTRED},
+    {1021, COMBO, "", {183, 106, 237, 24}, TAB_STOP},
+    {1023, STATIC, "BSS Type:", {183, 125, 95, 12}, CENTRED},
+    {1030, STATIC, "", {282, 125, 138, 12}, CENTRED},
+    {1024, STATIC, "SSID:", {183, 141, 95, 12}, CENTRED},
+    {1031, STATIC, "", {282, 141, 138, 12}, CENTRED},
+    {1025, STATIC, "Security:", {183, 156, 95, 12}, CENTRED},
+    {1032, STATIC, "", {282, 156, 138, 12}, CENTRED},
+    {1028, STATIC, "Authentication:", {183, 173, 95, 12}, CENTRED},
+    {1035, STATIC, "", {282, 173, 138, 12}, CENTRED},
+    {1027, STATIC, "Signal Quality:", {183, 189, 95, 12}, CENTRED},
+    {1034, STATIC, "", {282, 189, 138, 12}, CENTRED},
+    {1026, STATIC, "Connectable:", {183, 204, 95, 12}, CENTRED},
+    {1033, STATIC, "", {282, 204, 138, 12}, CENTRED},
+    {1029, STATIC, "Signal Strength:", {183, 221, 95, 12}, CENTRED},
+    {1038, STATIC, "", {282, 221, 138, 12}, CENTRED},
+    {1041, STATIC, "", {390, 235, 30, 12}, CENTRED},
+    {1001, METER, "", {183, 235, 202, 12}, 0},
+    {1044, STATIC, "", {41, 86, 91, 91}, 0},
+    {1036,
+     STATIC,
+     "Adjust your Antenna(s) until greatest signal strength has been achieved.",
+     {4, 11, 169, 72},
+     0},
+    {1037,
+     STATIC,
+     "If the signal strength is acceptable, please click on \"Pass\" to finish testing.",
+     {4, 252, 302, 24},
+     HIDDEN},
+    {1042, STATIC, "", {43, 88, 88, 88}, CENTRED | CLICKS},
+    {1043, STATIC, "", {42, 88, 88, 88}, CENTRED | CLICKS},
+    {1045, STATIC, "Click the image above to turn the wireless radio off.", {4, 182, 169, 50}, 0},
+};
+
+TEST(DialogTemplate, IsAnAppWindowWithACaptionAndAModalFrame) {
+    const TemplateReader read(IDD_SIGNAL_STRENGTH);
+    EXPECT_EQ(IDD_SIGNAL_STRENGTH, 102);
+    ASSERT_TRUE(read.extended);
+    EXPECT_EQ(read.frame.width, 430);
+    EXPECT_EQ(read.frame.height, 279);
+    EXPECT_EQ(read.frame.caption, "Signal Strength Test");
+    EXPECT_EQ(read.frame.font, "MS Shell Dlg");
+    EXPECT_EQ(read.frame.fontSize, 8);
+    constexpr DWORD STYLE = static_cast<DWORD>(WS_POPUP) | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME;
+    EXPECT_EQ(read.frame.style & STYLE, STYLE);
+    EXPECT_EQ(read.frame.exStyle & WS_EX_APPWINDOW, DWORD{WS_EX_APPWINDOW});
+}
+
+// A code without an order: where a control stands in the template decides about the keyboard only.
+TEST(DialogTemplate, HasItsControlsWithTheirPlacesTextsAndFirstStates) {
+    const TemplateReader read(IDD_SIGNAL_STRENGTH);
+    std::vector<std::string> wanted;
+    for (const Expected& control : expectedControls) {
+        wanted.push_back(
+            line(control.id, control.kind, control.text, control.place, control.traits));
+    }
+    std::vector<std::string> found;
+    for (const Control& control : read.controls) {
+        found.push_back(
+            line(control.id, control.kind, control.text, control.place, traits(control)));
+    }
+    EXPECT_EQ(found.size(), 31U);
+    EXPECT_THAT(found, UnorderedElementsAreArray(wanted));
+}
+
+TEST(DialogTemplate, HasTheStylesThatMakeTheControlsWhatTheyAre) {
+    const TemplateReader read(IDD_SIGNAL_STRENGTH);
+    int looked = 0;
+    for (const Control& control : read.controls) {
+        const DWORD buttonType = control.style & BS_TYPEMASK;
+        switch (control.id) {
+        case IDC_FINISH:
+        case IDC_FAIL:
+            EXPECT_EQ(buttonType, DWORD{BS_PUSHBUTTON});
+            break;
+        case IDCANCEL:
+            EXPECT_EQ(buttonType, DWORD{BS_DEFPUSHBUTTON});
+            break;
+        case IDC_GROUP:
+            EXPECT_EQ(buttonType, DWORD{BS_GROUPBOX});
+            break;
+        case IDC_NETWORK_COMBO:
+            EXPECT_EQ(control.style & 3U, DWORD{CBS_DROPDOWNLIST});
+            EXPECT_NE(control.style & CBS_SORT, 0U);
+            EXPECT_NE(control.style & WS_VSCROLL, 0U);
+            break;
+        case IDC_IMAGE_FRAME:
+            EXPECT_EQ(control.style & SS_TYPEMASK, DWORD{SS_ETCHEDFRAME});
+            break;
+        default:
+            continue;
+        }
+        ++looked;
+    }
+    EXPECT_EQ(looked, 6);
+}
+
+} // namespace
