@@ -300,17 +300,36 @@ TEST_F(Verification, MakesExactlyThesePlatformCalls) {
     startRadio({{.ssid = "Lab", .signal = 70U}});
     radio().clearCalls();
     EXPECT_EQ(verify("Lab", "40", "20"), TestResult::PASS());
-    EXPECT_THAT(radio().callNames(),
-                ElementsAre(
-                    // The device: opened, parsed, registered, radio read.
-                    "WlanOpenHandle", "UuidFromStringW", "WlanRegisterNotification",
-                    "WlanQueryInterface",
-                    // The forced scan, on a handle of its own that stays open.
-                    "WlanOpenHandle", "WlanEnumInterfaces", "WlanScan", "WlanGetNetworkBssList",
-                    // One poll: the list and its release, then the radio.
-                    "WlanGetAvailableNetworkList", "WlanFreeMemory", "WlanQueryInterface",
-                    // The device's end.
-                    "WlanCloseHandle"));
+    const std::string guid = radiosim::FIRST_INTERFACE;
+    const std::string own = R"({"handle":"h1","interface":")" + guid + R"(",)";
+    const std::string scan = R"({"handle":"h2","interface":")" + guid + R"(",)";
+    const std::string readRadio = "WlanQueryInterface " + own +
+                                  R"("opcode":4,"reserved":null,"valueType":null} = 0 )"
+                                  R"({"dataSize":772})";
+    EXPECT_THAT(
+        radio().callTexts(),
+        ElementsAre(
+            // The device: opened, parsed, registered for every source, radio read.
+            R"(WlanOpenHandle {"clientVersion":2,"reserved":null} = 0 )"
+            R"({"negotiatedVersion":2,"handle":"h1"})",
+            R"(UuidFromStringW {"text":")" + guid + R"("} = 0 {})",
+            R"(WlanRegisterNotification {"handle":"h1","source":65535,"ignoreDuplicate":true,)"
+            R"("callback":"set","context":null,"reserved":null,"previousSource":null} = 0 {})",
+            readRadio,
+            // The forced scan, on a handle of its own that stays open.
+            R"(WlanOpenHandle {"clientVersion":1,"reserved":null} = 0 )"
+            R"({"negotiatedVersion":1,"handle":"h2"})",
+            R"(WlanEnumInterfaces {"handle":"h2","reserved":null} = 0 {"interfaces":1})",
+            "WlanScan " + scan + R"("ssid":null,"informationElement":null,"reserved":null} = 0 {})",
+            "WlanGetNetworkBssList " + scan +
+                R"("ssid":null,"bssType":3,"securityEnabled":false,"reserved":null} = 0 )"
+                R"({"entries":1})",
+            // One poll: the list and its release, then the radio.
+            "WlanGetAvailableNetworkList " + own +
+                R"("flags":0,"reserved":null} = 0 {"networks":1})",
+            R"(WlanFreeMemory {"memory":"set"} = 0 {})", readRadio,
+            // The device's end.
+            R"(WlanCloseHandle {"handle":"h1","reserved":null} = 0 {})"));
     EXPECT_EQ(radio().openHandles(), 1U);
     // Two radio states, the interfaces and what the scan heard are kept.
     EXPECT_EQ(radio().liveBlocks(), 4U);
