@@ -47,10 +47,16 @@ TEST_F(Stopping, IsAskedForByAnInterruptDuringAWatchAndToldOnce) {
     EXPECT_EQ(told, 1);
 }
 
-TEST_F(Stopping, LeavesTheSecondInterruptToTheSystem) {
-    const InterruptWatch watch;
-    std::raise(SIGINT);
-    EXPECT_EQ(std::signal(SIGINT, SIG_DFL), SIG_DFL);
+using StoppingDeathTest = Stopping;
+
+TEST_F(StoppingDeathTest, EndsTheProcessAtTheSecondInterrupt) {
+    EXPECT_EXIT(
+        {
+            const InterruptWatch watch;
+            std::raise(SIGINT);
+            std::raise(SIGINT);
+        },
+        testing::ExitedWithCode(6), "");
 }
 
 TEST_F(Stopping, IsNotWatchedForAnyMoreAfterwards) {

@@ -1,7 +1,9 @@
 #include <tesk5/StopRequest.h>
+#include <tesk5/TestResult.h>
 
 #include <atomic>
 #include <csignal>
+#include <cstdlib>
 #include <semaphore.h>
 
 namespace tesk5 {
@@ -33,8 +35,16 @@ void restoreDefaults() {
     }
 }
 
-extern "C" void onInterrupt(int /*number*/) {
-    restoreDefaults(); // the next one is the system's to handle: it ends the process
+// Whether this watch has seen an interrupt already.
+constinit std::atomic<bool> g_interrupted{false};
+
+extern "C" void onInterrupt(int number) {
+    if (g_interrupted.exchange(true)) {
+        // At once means: no destructors, no report. The value is the same on every system, where
+        // their own handling of a second interrupt would end with values of their own.
+        std::_Exit(TestResult::USERABORTED().value());
+    }
+    std::signal(number, onInterrupt); // some systems forget the handler when they call it
     StopRequest::raise();
     sem_post(&interrupted());
 }
@@ -61,6 +71,7 @@ InterruptWatch::InterruptWatch(std::function<void()> onFirst) : m_onFirst(std::m
             m_onFirst();
         }
     });
+    g_interrupted = false;
     for (const int number : interruptSignals) {
         std::signal(number, onInterrupt);
     }

@@ -17,7 +17,7 @@ public:
 };
 
 /// While it lives, the first Ctrl+C or Ctrl+Break raises the stop request; a second one ends the
-/// process at once, as the system does by itself. One at a time in a process.
+/// process at once with the value of USERABORTED. One at a time in a process.
 /// Platform: signal, of the runtime library
 class InterruptWatch {
 public:
