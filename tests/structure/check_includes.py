@@ -4,6 +4,7 @@
     mrl  <-  nativewifi  <-  tesk5  <-  module
     mrl  <-  libmfc  <-  libUikit   <-  module's Win32 half
     mrl, nativewifi  <-  radiosim
+    mrl  <-  dialogprobe
 
 Win32 and third-party headers have their places too. Prints `file:line: message` for each offence.
 """
@@ -32,6 +33,7 @@ COMPONENTS = {
     "libmfc": ("common/src/libmfc", ("common/src/libmfc",)),
     "libUikit": ("common/src/libuikit", ("common/src/libuikit",)),
     "radiosim": ("tools/radiosim", ("tools/radiosim",)),
+    "dialogprobe": ("tools/dialogprobe", ("tools/dialogprobe",)),
     "module": ("modules", (MODULE,)),
     "module's Win32 half": (MODULE, (MODULE,)),
 }
@@ -44,6 +46,7 @@ ARROWS = {
     "libmfc": {"mrl"},
     "libUikit": {"mrl", "libmfc"},
     "radiosim": {"mrl", "nativewifi"},
+    "dialogprobe": {"mrl"},
     "module": {"mrl", "nativewifi", "tesk5"},
     "module's Win32 half": {"mrl", "nativewifi", "tesk5", "module", "libmfc", "libUikit"},
 }
@@ -71,14 +74,14 @@ WIN32_PLACES = re.compile(
     r"|common/src/libnativewifi/nativewifi/WlanTypes\.h|common/src/libnativewifi/src/[^/]*Win32\.cpp"
     # A console needs UTF-16 from the system itself, and only the system knows the program's path.
     r"|common/src/libcommon/mrlbase/src/(OutputStream|ExecutableFolderWin32)\.cpp"
-    r"|tools/radiosim/dll/.*)$")
+    r"|tools/radiosim/dll/.*|tools/dialogprobe/.*)$")
 
 # Headers, what they are called, and the places that may include them.
 THIRD_PARTY = (
     (re.compile(r"(spdlog|fmt)/"), "spdlog",
      re.compile(r"common/src/libcommon/mrlbase/src/LogSinks\.cpp$")),
     (re.compile(r"nlohmann/"), "nlohmann",
-     re.compile(r"(common/src/libtesk5/src|tools/radiosim)/")),
+     re.compile(r"(common/src/libtesk5/src|tools/radiosim|tools/dialogprobe)/")),
     (re.compile(r"CLI/"), "CLI",
      re.compile(r"(common/src/libtesk5/src|tools/radiosim)/")),
     (re.compile(r"(gtest|gmock|support)/"), "test code", None),

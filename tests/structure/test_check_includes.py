@@ -15,6 +15,7 @@ MFC = "common/src/libmfc"
 UIKIT = "common/src/libuikit"
 MODULE = "modules/src/windows/diag/mrlrantenna"
 RADIOSIM = "tools/radiosim"
+DIALOGPROBE = "tools/dialogprobe"
 
 
 class Tree(unittest.TestCase):
@@ -61,6 +62,7 @@ class Arrows(Tree):
         "libmfc": f"{MFC}/src/A.cpp",
         "libUikit": f"{UIKIT}/src/A.cpp",
         "radiosim": f"{RADIOSIM}/src/A.cpp",
+        "dialogprobe": f"{DIALOGPROBE}/A.cpp",
         "module": f"{MODULE}/WirelessDevice.cpp",
         "module's Win32 half": f"{MODULE}/mrlrantennaDlg.cpp",
     }
@@ -79,6 +81,7 @@ class Arrows(Tree):
         "libmfc": {"mrl", "libmfc"},
         "libUikit": {"mrl", "libmfc", "libUikit"},
         "radiosim": {"mrl", "nativewifi", "radiosim"},
+        "dialogprobe": {"mrl"},
         "module": {"mrl", "nativewifi", "tesk5"},
         "module's Win32 half": {"mrl", "nativewifi", "tesk5", "libmfc", "libUikit"},
     }
@@ -141,8 +144,9 @@ class Win32Headers(Tree):
         for path in (f"{MFC}/afxwin.h", f"{MFC}/src/A.cpp", f"{UIKIT}/libUikit/A.h",
                      f"{UIKIT}/src/A.cpp", f"{WIFI}/nativewifi/WlanTypes.h",
                      f"{WIFI}/src/LoaderWin32.cpp", f"{MRL}/src/OutputStream.cpp",
-                     f"{RADIOSIM}/dll/Exports.cpp", f"{MODULE}/mrlrantennaDlgMeter.cpp",
-                     f"{MODULE}/DiversityTest.cpp", f"{MODULE}/MRLrAntennaApp.h"):
+                     f"{RADIOSIM}/dll/Exports.cpp", f"{DIALOGPROBE}/A.h",
+                     f"{MODULE}/mrlrantennaDlgMeter.cpp", f"{MODULE}/DiversityTest.cpp",
+                     f"{MODULE}/MRLrAntennaApp.h"):
             self.assert_passes(path, "windows.h", "commctrl.h", "iphlpapi.h", "Windows.h")
 
     def test_they_are_refused_elsewhere(self):
@@ -159,6 +163,7 @@ class ThirdPartyHeaders(Tree):
         self.assert_passes(f"{MRL}/src/LogSinks.cpp", "spdlog/sinks/base_sink.h", "fmt/format.h")
         for path in (f"{TESK5}/src/Report.cpp", f"{RADIOSIM}/src/Scenario.cpp"):
             self.assert_passes(path, "nlohmann/json.hpp", "CLI/CLI.hpp")
+        self.assert_passes(f"{DIALOGPROBE}/A.cpp", "nlohmann/json.hpp")
 
     def test_each_is_refused_elsewhere(self):
         self.assert_refused(f"{MRL}/src/Logger.cpp", "spdlog/spdlog.h",
