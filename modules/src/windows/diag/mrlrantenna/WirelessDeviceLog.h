@@ -4,8 +4,6 @@
 #include <mrl/LoggerStream.h>
 #include <mrl/TraceLogger.h>
 
-#include <source_location>
-
 /// Path of the class's main source inside the repository, for events, whose line numbers hosts know
 /// and that do not move with the code.
 inline constexpr const char* DEVICE_SOURCE_FILE =
@@ -14,14 +12,15 @@ inline constexpr const char* DEVICE_SOURCE_FILE =
 /// The logger "mrlrnetwork.WirelessDevice", or null when a line of priority 1 would not be written.
 mrl::Logger* deviceLogger();
 
+// The compilers' own place of the caller: this project's clang-tidy has no std::source_location.
+
 /// A line that begins with `line`, by default the number of the calling line.
-inline mrl::LoggerStream deviceLog(mrl::Uint32 line = std::source_location::current().line()) {
-    return mrl::LoggerStream(deviceLogger(), 1, line);
+inline mrl::LoggerStream deviceLog(int line = __builtin_LINE()) {
+    return mrl::LoggerStream(deviceLogger(), 1, static_cast<mrl::Uint32>(line));
 }
 
 /// The trace scope of an operation.
-inline mrl::TraceLogger deviceTrace(const char* name,
-                                    std::source_location where = std::source_location::current()) {
-    return mrl::TraceLogger(deviceLogger(), name, where.file_name(),
-                            static_cast<int>(where.line()));
+inline mrl::TraceLogger deviceTrace(const char* name, const char* file = __builtin_FILE(),
+                                    int line = __builtin_LINE()) {
+    return mrl::TraceLogger(deviceLogger(), name, file, line);
 }

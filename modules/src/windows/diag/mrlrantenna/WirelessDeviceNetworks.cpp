@@ -33,7 +33,7 @@ bool isDistrusted(ULONG quality) {
 // A failed list query: its line, the event to raise at the line below that one, and its meaning.
 struct ListError {
     mrl::Uint32 error;
-    mrl::Uint32 logLine;
+    int logLine;
     const char* sentence;
     tesk5::Event* const* event;
     TestResult (*result)();
@@ -155,7 +155,7 @@ void WirelessDevice::printNetworkInfo(const WLAN_AVAILABLE_NETWORK* network) {
     record.m_bssType = getBssTypeString(network->dot11BssType);
     deviceLog(1326) << "BSS type: " << record.m_bssType;
 
-    mrl::Uint32 qualityLine = 1346;
+    int qualityLine = 1346;
     record.m_signalQuality = static_cast<mrl::Int32>(network->wlanSignalQuality);
     if (isDistrusted(network->wlanSignalQuality) && populateWLANConnectionAtrributes() &&
         m_connectionAttributes != nullptr) {
@@ -194,6 +194,9 @@ void WirelessDevice::addVisibleNetwork(VisibleNetwork network) {
     }
 }
 
+// By value, as addVisibleNetwork() is: a caller's record may lie in the list that the next refresh
+// replaces.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool WirelessDevice::isSame(VisibleNetwork first, VisibleNetwork second) {
     const mrl::TraceLogger trace = deviceTrace("isSame()");
     return first.m_ssid.find(second.m_ssid) != String::NOT_FOUND;
@@ -240,8 +243,7 @@ TestResult WirelessDevice::reportNetworkListError(const String& call, mrl::Uint3
         }
         deviceLog(entry.logLine) << "The win32 call of " << call << entry.sentence;
         if (entry.event != nullptr) {
-            tesk5::DiagModule::error(*entry.event, DEVICE_SOURCE_FILE,
-                                     static_cast<int>(entry.logLine) + 1);
+            tesk5::DiagModule::error(*entry.event, DEVICE_SOURCE_FILE, entry.logLine + 1);
         }
         return entry.result();
     }
