@@ -75,7 +75,7 @@ std::string picture(const Dialog& dialog) {
 
 COLORREF colour(const Dialog& dialog, int controlId) {
     const HDC dc = CreateCompatibleDC(nullptr);
-    SetTextColor(dc, RGB(1, 2, 3));
+    SetTextColor(dc, RGB(1, 2, 3)); // none of the dialog's
     dialog.SendMessage(WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
                        reinterpret_cast<LPARAM>(control(dialog, controlId)));
     const COLORREF colour = GetTextColor(dc);

@@ -52,6 +52,16 @@ TEST_F(EndOfTheDialog, EscapeAbortsTheTest) {
     EXPECT_FALSE(abortRequested());
 }
 
+TEST_F(EndOfTheDialog, EscapeAbortsTheTestFromTheFinishButtonToo) {
+    EXPECT_EQ(runTest({[](Dialog& dialog) {
+                  CWnd* const button = dialog.GetDlgItem(IDC_FINISH);
+                  button->SetFocus();
+                  button->PostMessage(WM_KEYDOWN, VK_ESCAPE);
+              }}),
+              TestResult::USERABORTED());
+    EXPECT_TRUE(ended());
+}
+
 TEST_F(EndOfTheDialog, EnterDoesNotEndIt) {
     EXPECT_EQ(run({[](Dialog& dialog) { press(dialog, VK_RETURN); },
                    [](Dialog& dialog) { EXPECT_TRUE(dialog.IsWindowVisible()); }}),
@@ -113,9 +123,18 @@ TEST_F(EndOfTheDialog, EndingItByTheOkCommandKillsTheTimerToo) {
     EXPECT_FALSE(abortRequested());
 }
 
-TEST_F(EndOfTheDialog, TheClientHandleIsGivenBackAndNoMemoryTakenByMistake) {
-    runTest({});
+TEST_F(EndOfTheDialog, TheClientHandleIsGivenBack) {
+    runTest({[&](Dialog&) { EXPECT_EQ(radio().openHandles(), 1U); }});
     EXPECT_EQ(radio().openHandles(), 0U);
+}
+
+TEST_F(EndOfTheDialog, TheTestHasATraceScopeOfItsOwn) {
+    mrl::LogFactory::setPriority(0);
+    runTest({});
+    mrl::LogFactory::setPriority(1);
+    EXPECT_THAT(logged(test::MODULE_LOGGER),
+                ElementsAre(testing::StartsWith("> Enter DiversityTest ("),
+                            testing::StartsWith("< Enter DiversityTest")));
 }
 
 TEST_F(EndOfTheDialog, TheTestWaitsASecondBeforeItsDialog) {

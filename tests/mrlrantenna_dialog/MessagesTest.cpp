@@ -1,6 +1,8 @@
 // The remaining messages: painting, the icon of the minimised window, scroll bars.
 #include "DialogTest.h"
 
+#include <algorithm>
+
 namespace {
 
 using test::Dialog;
@@ -38,9 +40,39 @@ TEST_F(Messages, AnOpenWindowIsPaintedAsAnyDialog) {
         test::DialogDriver::Place::ON_SCREEN);
 }
 
-TEST_F(Messages, AMinimisedWindowIsPaintedAsItsIcon) {
+// The smallest rectangle with everything in it that is not as the corner of the client area.
+CRect painted(const Dialog& dialog) {
+    CRect client;
+    dialog.GetClientRect(&client);
+    const HDC dc = ::GetDC(dialog.m_hWnd);
+    const COLORREF background = GetPixel(dc, 0, 0);
+    CRect found(client.right, client.bottom, 0, 0);
+    for (int y = 0; y < client.bottom; ++y) {
+        for (int x = 0; x < client.right; ++x) {
+            if (GetPixel(dc, x, y) != background) {
+                found =
+                    CRect(std::min<int>(found.left, x), std::min<int>(found.top, y),
+                          std::max<int>(found.right, x + 1), std::max<int>(found.bottom, y + 1));
+            }
+        }
+    }
+    ::ReleaseDC(dialog.m_hWnd, dc);
+    return found;
+}
+
+TEST_F(Messages, AMinimisedWindowIsPaintedAsItsIconInTheMiddle) {
     run({[&](Dialog& dialog) {
-            // The style without the place: there is room to look at the icon.
+            for (HWND child = ::GetWindow(dialog.m_hWnd, GW_CHILD); child != nullptr;
+                 child = ::GetWindow(child, GW_HWNDNEXT)) {
+                ::ShowWindow(child, SW_HIDE);
+            }
+            // Without a frame, which some systems count in when they paint such a window. The style
+            // of a minimised one without its size: there is room to look at the icon.
+            dialog.ModifyStyle(WS_CAPTION | WS_SYSMENU | DS_MODALFRAME, 0);
+            dialog.ModifyStyleEx(WS_EX_DLGMODALFRAME | WS_EX_WINDOWEDGE, 0);
+            ::SetWindowPos(dialog.m_hWnd, nullptr, 0, 0, 131, 100,
+                           SWP_NOMOVE | SWP_NOZORDER | SWP_FRAMECHANGED);
+            dialog.UpdateWindow();
             dialog.ModifyStyle(0, WS_MINIMIZE);
             ASSERT_TRUE(dialog.IsIconic());
             journal().clear();
@@ -48,6 +80,19 @@ TEST_F(Messages, AMinimisedWindowIsPaintedAsItsIcon) {
             dialog.SendMessage(WM_PAINT);
             EXPECT_THAT(journal().entries({"icon"}), ElementsAre("icon background"));
             EXPECT_FALSE(::GetUpdateRect(dialog.m_hWnd, nullptr, FALSE));
+            CRect client;
+            dialog.GetClientRect(&client);
+            const int width = GetSystemMetrics(SM_CXICON);
+            const int height = GetSystemMetrics(SM_CYICON);
+            const int x = (client.Width() - width + 1) / 2;
+            const int y = (client.Height() - height + 1) / 2;
+            const CRect icon = painted(dialog);
+            EXPECT_GE(icon.left, x);
+            EXPECT_GE(icon.top, y);
+            EXPECT_LE(icon.right, x + width);
+            EXPECT_LE(icon.bottom, y + height);
+            EXPECT_GT(icon.Width(), width / 2);
+            EXPECT_GT(icon.Height(), height / 2);
             dialog.ModifyStyle(WS_MINIMIZE, 0);
         }},
         test::DialogDriver::Place::ON_SCREEN);

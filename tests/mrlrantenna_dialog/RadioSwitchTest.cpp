@@ -154,9 +154,12 @@ TEST_F(RadioOnDisplay, EachPaintingOfTheConnectionAsksForItOnce) {
 TEST_F(RadioOnDisplay, OtherTextsKeepTheirColour) {
     run({[&](Dialog& dialog) {
         radio().clearCalls();
-        COLORREF usual = colour(dialog, IDC_SSID);
-        EXPECT_EQ(usual, RGB(1, 2, 3) == usual ? usual : GetSysColor(COLOR_WINDOWTEXT));
-        for (const int id : {IDC_ADAPTER_NAME, IDC_STRENGTH_TEXT, IDC_INSTRUCTIONS}) {
+        const HDC dc = CreateCompatibleDC(nullptr);
+        DefWindowProcW(dialog.m_hWnd, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
+                       reinterpret_cast<LPARAM>(::GetDlgItem(dialog.m_hWnd, IDC_SSID)));
+        const COLORREF usual = GetTextColor(dc);
+        DeleteDC(dc);
+        for (const int id : {IDC_SSID, IDC_ADAPTER_NAME, IDC_STRENGTH_TEXT, IDC_INSTRUCTIONS}) {
             EXPECT_EQ(colour(dialog, id), usual) << id;
         }
         EXPECT_THAT(radio().callNames(), IsEmpty());

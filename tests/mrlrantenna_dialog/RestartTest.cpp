@@ -15,9 +15,7 @@ using test::Dialog;
 using test::network;
 using test::shown;
 using test::tick;
-using testing::Contains;
 using testing::HasSubstr;
-using testing::SizeIs;
 
 // Calls of the service that throw, by their number from now on; 0 for none.
 int g_throwingCall = 0;
@@ -141,6 +139,8 @@ TEST_F(FreshDialog, AppearsAsOftenAsItTakes) {
     EXPECT_EQ(runTest(std::move(steps)), TestResult::USERABORTED());
     EXPECT_EQ(opened(), TIMES + 1);
     EXPECT_EQ(radio().openHandles(), 0U); // each dialog has given its handle back
+    // Two pauses of each dialog, and one before the first alone.
+    EXPECT_EQ(journal().entries({"sleep 1000"}).size(), 1U + 2U * (TIMES + 1));
 }
 
 TEST_F(FreshDialog, IsNotAnnouncedInTheLogAndRaisesNothing) {
