@@ -1,6 +1,7 @@
 # Compiler and linker settings that every target of the project shares.
 
 set(MRLR_SANITIZERS "" CACHE STRING "Sanitizers for -fsanitize=, comma-separated; empty for none")
+option(MRLR_TRAP_UNDEFINED "Windows: end the program on undefined behaviour; for tests" OFF)
 option(MRLR_WERROR "Treat warnings as errors" ON)
 
 # Release with assertions of the standard library: a diagnostic must stop at a broken invariant
@@ -22,6 +23,10 @@ if(WIN32)
     add_link_options(
         -static -fstack-protector-strong -Wl,--gc-sections -Wl,--no-insert-timestamp
         -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va -Wl,--tsaware)
+    if(MRLR_TRAP_UNDEFINED)
+        # There is no sanitizer run-time library for this system, so no message: the program stops.
+        add_compile_options(-fsanitize=undefined -fsanitize-undefined-trap-on-error)
+    endif()
     if(CMAKE_BUILD_TYPE STREQUAL "Release")
         add_link_options(-s)
     endif()

@@ -24,7 +24,7 @@ def environment(scenario=None, **extra):
     """The environment for a run: the project's Wine prefix and, if given, a scenario file."""
     env = dict(os.environ)
     env.setdefault("WINEPREFIX", str(ROOT / "build" / "wineprefix"))
-    env.setdefault("WINEDEBUG", "-all")
+    env.setdefault("WINEDEBUG", "-all,err+heap")
     env.setdefault("WINEDLLOVERRIDES", "wlanapi=n;mscoree=;mshtml=;winemenubuilder.exe=")
     env.pop("RADIOSIM_SCENARIO", None)
     if scenario is not None:
@@ -54,9 +54,11 @@ class ProgramTest(unittest.TestCase):
         self.folder = pathlib.Path(folder.name)
 
     def run_program(self, *arguments, scenario=None, **extra):
-        return Run(subprocess.run(["wine", str(EXECUTABLE), *arguments], cwd=self.folder,
-                                  env=environment(scenario, **extra), capture_output=True,
-                                  stdin=subprocess.DEVNULL, timeout=LIMIT_SECONDS, check=False))
+        run = Run(subprocess.run(["wine", str(EXECUTABLE), *arguments], cwd=self.folder,
+                                 env=environment(scenario, **extra), capture_output=True,
+                                 stdin=subprocess.DEVNULL, timeout=LIMIT_SECONDS, check=False))
+        self.assertNotIn("err:heap:", run.err, "Wine's heap complains")
+        return run
 
     def write(self, name, content):
         """Writes a file into the folder; anything but text is written as JSON."""

@@ -13,6 +13,9 @@ PACKAGES=(
 # Only the checks of .ci/run need these.
 CHECK_PACKAGES=(clang-format clang-tidy)
 
+# What a run of the executable takes: itself, and the simulator.
+PRODUCT_TARGETS=(mrlrantenna radiosim_dll)
+
 ROOT=$PWD
 WINE_PREFIX="$ROOT/build/wineprefix"
 
@@ -65,7 +68,7 @@ build() {
 # prepare_wine: a prefix of the project's own, with the radio simulator as its wlanapi.dll.
 prepare_wine() {
     export WINEPREFIX="$WINE_PREFIX"
-    export WINEDEBUG=${WINEDEBUG:--all}
+    export WINEDEBUG=${WINEDEBUG:--all,err+heap}
     # The simulator replaces Wine's own wlanapi.dll, whose functions end the process; the rest
     # keeps a new prefix from asking to download things.
     export WINEDLLOVERRIDES="wlanapi=n;mscoree=;mshtml=;winemenubuilder.exe="
@@ -79,6 +82,10 @@ prepare_wine() {
             say "Wine could not make its prefix in $WINEPREFIX; run 'wineboot --init' to see why."
             exit 70
         fi
+        # Wine's heap checks its blocks (their ends, freed ones, arguments) and says what it finds.
+        wine reg add 'HKLM\System\CurrentControlSet\Control\Session Manager' \
+            /v GlobalFlag /t REG_DWORD /d 0x70 /f >/dev/null 2>&1
+        wineserver --wait
         touch "$WINEPREFIX/.ready"
     fi
     local simulator="$ROOT/build/windows/radiosim/wlanapi.dll"
