@@ -13,8 +13,8 @@ namespace {
 
 constexpr UINT WM_NEXT_STEP = WM_APP + 1;
 constexpr UINT WM_TIME_IS_UP = WM_APP + 2;
-constexpr std::chrono::seconds PATIENCE{60};
-constexpr std::chrono::seconds GRACE{20};
+constexpr std::chrono::seconds PATIENCE{30};
+constexpr std::chrono::seconds GRACE{10};
 constexpr int FAR_AWAY = -20000;
 
 DialogDriver* g_driver = nullptr;

@@ -178,8 +178,7 @@ TEST_F(FreshDialog, AppearsWhenTheListShrinksWhileTheDetailsAreRead) {
                                                "index < size()")));
 }
 
-TEST_F(FreshDialog, IsNotMadeWhereTheDialogIsNotTheTests) {
-    radio().setAccessPoints(0, {network("Lab"), network("Guest")});
+TEST_F(FreshDialog, IsCalledForByAnExceptionOfCodeSevenWhenTheListShrinks) {
     unsigned int code = 0;
     try {
         run({[&](Dialog& dialog) {
