@@ -11,6 +11,7 @@ load_tests = side_by_side.load_tests
 RED = (255, 0, 0)
 BLUE = (0, 0, 255)
 BLACK = (0, 0, 0)
+SS_NOPREFIX = 0x80
 
 
 def room_with(*access_points, **interface):
@@ -169,7 +170,9 @@ class Display(DialogTest):
         raw = ["1b5b33316d526564", "54776f0d0a4c696e6573"]  # an escape sequence, a line end
         dialog = self.open(room_with(
             *({"ssid": name, "signal": 50} for name in names),
-            *({"ssidHex": name, "signal": 50} for name in raw)))
+            *({"ssidHex": name, "signal": 50} for name in raw), description="R&D Adapter"))
+        for control_id in (ID.SSID, ID.ADAPTER_NAME):
+            self.assertTrue(dialog.control(control_id)["style"] & SS_NOPREFIX, "& is no underline")
         combo = dialog.control(ID.NETWORK_COMBO)
         expected = names + [bytes.fromhex(name).decode("ascii") for name in raw]
         self.assertEqual(combo["entries"], expected)
