@@ -239,15 +239,8 @@ void Probe::close(const Arguments& /*arguments*/) {
     Control(dialog()).post(WM_SYSCOMMAND, SC_CLOSE, 0);
 }
 
-// \return whether it was done
-bool obeyed(Probe& probe, const std::vector<std::string>& words) {
-    try {
-        probe.obey(words);
-        return true;
-    } catch (const std::runtime_error& error) {
-        std::cout << json{{"error", error.what()}}.dump() << "\n";
-        return false;
-    }
+void tell(const std::runtime_error& error) {
+    std::cout << json{{"error", error.what()}}.dump() << "\n";
 }
 
 void obeyInput(Probe& probe) {
@@ -257,8 +250,12 @@ void obeyInput(Probe& probe) {
         for (std::string word; stream >> word;) {
             words.push_back(word);
         }
-        if (!words.empty()) {
-            obeyed(probe, words);
+        try {
+            if (!words.empty()) {
+                probe.obey(words);
+            }
+        } catch (const std::runtime_error& error) {
+            tell(error);
         }
         std::cout << std::endl; // and out with it: somebody waits for the answer
     }
@@ -289,7 +286,15 @@ int run(std::vector<std::string> arguments) {
         obeyInput(probe);
         return 0;
     }
-    return obeyed(probe, arguments) ? 0 : NOT_DONE;
+    try {
+        probe.obey(arguments);
+        return 0;
+    } catch (const WrongUsage&) {
+        throw;
+    } catch (const std::runtime_error& error) {
+        tell(error);
+        return NOT_DONE;
+    }
 }
 
 } // namespace
