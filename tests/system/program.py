@@ -25,7 +25,7 @@ def environment(scenario=None, **extra):
     env = dict(os.environ)
     env.setdefault("WINEPREFIX", str(ROOT / "build" / "wineprefix"))
     env.setdefault("WINEDEBUG", "-all,err+heap")
-    env.setdefault("WINEDLLOVERRIDES", "wlanapi=n;mscoree=;mshtml=;winemenubuilder.exe=")
+    env.setdefault("WINEDLLOVERRIDES", "wlanapi=n;mscoree=;mshtml=;winemenubuilder.exe=;winedbg.exe=")
     env.pop("RADIOSIM_SCENARIO", None)
     if scenario is not None:
         env["RADIOSIM_SCENARIO"] = str(scenario)

@@ -70,8 +70,9 @@ prepare_wine() {
     export WINEPREFIX="$WINE_PREFIX"
     export WINEDEBUG=${WINEDEBUG:--all,err+heap}
     # The simulator replaces Wine's own wlanapi.dll, whose functions end the process; the rest
-    # keeps a new prefix from asking to download things.
-    export WINEDLLOVERRIDES="wlanapi=n;mscoree=;mshtml=;winemenubuilder.exe="
+    # keeps a new prefix from asking to download things, and a crashed program from waiting for a
+    # debugger.
+    export WINEDLLOVERRIDES="wlanapi=n;mscoree=;mshtml=;winemenubuilder.exe=;winedbg.exe="
     local system32="$WINEPREFIX/drive_c/windows/system32"
     if [ ! -f "$WINEPREFIX/.ready" ]; then
         say "Preparing Wine ..."
