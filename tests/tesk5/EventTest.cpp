@@ -82,6 +82,12 @@ TEST(Placeholders, AreFilledWithTheVariableOfTheirName) {
     EXPECT_EQ(fillPlaceholders("no braces", variables), "no braces");
 }
 
+TEST(Placeholders, AreFilledWithoutTheLineEndOfASystemMessage) {
+    const Event::Variables variables = {
+        {"a", "Access is denied.\r\n"}, {"b", "\r\n"}, {"c", "x\r\ny "}};
+    EXPECT_EQ(fillPlaceholders("not: {a}|{b}|{c}|", variables), "not: Access is denied.||x\r\ny |");
+}
+
 TEST(Placeholders, ThatNobodyFillsStay) {
     const Event::Variables variables = {{"a", Value("A")}};
     EXPECT_EQ(fillPlaceholders("{b} {a", variables), "{b} {a");

@@ -42,7 +42,10 @@ std::string fillPlaceholders(const std::string& text, const Event::Variables& va
             continue;
         }
         filled.append(text, done, open - done);
-        filled += variable->second.valueString().utf8();
+        // The system's own messages end their line; in the middle of a sentence that is noise.
+        std::string value = variable->second.valueString().utf8();
+        value.erase(value.find_last_not_of("\r\n") + 1);
+        filled += value;
         done = open = close + 1;
     }
     return filled.append(text, done);
