@@ -59,6 +59,21 @@ class Executable(unittest.TestCase):
             with self.subTest(characteristic):
                 self.assertTrue(self.image.has(characteristic))
 
+    def test_carries_its_manifest(self):
+        for text in (b"Microsoft.Windows.Common-Controls", b"PerMonitorV2", b"asInvoker"):
+            with self.subTest(text):
+                self.assertEqual(self.image.data.count(text), 1)
+
+    def test_carries_its_version(self):
+        def named(key, value):
+            return (key + "\0").encode("utf-16-le"), (value + "\0").encode("utf-16-le")
+        self.assertIn("VS_VERSION_INFO".encode("utf-16-le"), self.image.data)
+        for key, value in (named("OriginalFilename", "mrlrantenna.k5x"),
+                           named("ProductVersion", "6.5 build 000000001")):
+            begin = self.image.data.index(key) + len(key)
+            # At most two bytes of padding lie between a name and its value.
+            self.assertIn(value, self.image.data[begin:begin + 2 + len(value)])
+
     def test_carries_no_build_time(self):
         self.assertEqual(self.image.timestamp, 0)
 
