@@ -43,8 +43,11 @@ std::string fillPlaceholders(const std::string& text, const Event::Variables& va
         }
         filled.append(text, done, open - done);
         // The system's own messages end their line; in the middle of a sentence that is noise.
+        constexpr std::string_view LINE_END = "\r\n";
         std::string value = variable->second.valueString().utf8();
-        value.erase(value.find_last_not_of("\r\n") + 1);
+        if (value.ends_with(LINE_END)) {
+            value.resize(value.size() - LINE_END.size());
+        }
         filled += value;
         done = open = close + 1;
     }

@@ -14,8 +14,8 @@ namespace tesk5 {
 /// from the compiled-in copy too. The reference stays valid. Any thread.
 const TeskString& textOf(const TeskString& key);
 
-/// `text` with each {name} replaced by the variable of that name, without the line ends at the end
-/// of its value. A placeholder that no variable fills stays as it is.
+/// `text` with each {name} replaced by the variable of that name, without the line end (\r\n) that
+/// a system message ends with. A placeholder that no variable fills stays as it is.
 std::string fillPlaceholders(const std::string& text, const Event::Variables& variables);
 
 } // namespace tesk5
