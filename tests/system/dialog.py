@@ -152,9 +152,8 @@ class Dialog:
 
     def told(self):
         """Exit value and output of the program, so far."""
-        return Run(subprocess.CompletedProcess(
-            [], self._program.poll(), (self._folder / "out.txt").read_bytes(),
-            (self._folder / "err.txt").read_bytes()))
+        return Run(self._program.poll(), (self._folder / "out.txt").read_bytes(),
+                   (self._folder / "err.txt").read_bytes())
 
     def ended(self):
         """Waits for the program to end by itself; its exit value and output."""

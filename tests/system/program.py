@@ -4,6 +4,7 @@ import os
 import pathlib
 import subprocess
 import tempfile
+import time
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
@@ -36,13 +37,45 @@ def environment(scenario=None, **extra):
 class Run:
     """A finished run: exit value, output and error output as text."""
 
-    def __init__(self, completed):
-        self.exit = completed.returncode
-        self.out = completed.stdout.decode("utf-8")
-        self.err = completed.stderr.decode("utf-8")
+    def __init__(self, exit_value, out, err):
+        self.exit = exit_value
+        self.out = out.decode("utf-8")
+        self.err = err.decode("utf-8")
 
     def __repr__(self):
         return f"exit {self.exit}\n--- out\n{self.out}--- err\n{self.err}"
+
+
+class Started:
+    """A running program. Its output goes to files: processes that Wine starts beside it may keep a
+    pipe open long after the program has ended."""
+
+    def __init__(self, arguments, folder, env):
+        self._out = tempfile.TemporaryFile()
+        self._err = tempfile.TemporaryFile()
+        self.process = subprocess.Popen(["wine", str(EXECUTABLE), *arguments], cwd=folder, env=env,
+                                        stdin=subprocess.DEVNULL, stdout=self._out,
+                                        stderr=self._err, start_new_session=True)
+
+    def wait_until_it_says(self, text):
+        """Waits until standard output has `text`."""
+        end = time.monotonic() + LIMIT_SECONDS
+        while text.encode("utf-8") not in os.pread(self._out.fileno(), 1 << 20, 0):
+            if time.monotonic() > end:
+                raise AssertionError(f"the program did not say {text!r}")
+            time.sleep(0.1)
+
+    def finish(self):
+        """Waits for the end; returns the Run."""
+        try:
+            exit_value = self.process.wait(LIMIT_SECONDS)
+        finally:
+            self.process.kill()
+            self.process.wait()
+        with self._out, self._err:
+            self._out.seek(0)
+            self._err.seek(0)
+            return Run(exit_value, self._out.read(), self._err.read())
 
 
 class ProgramTest(unittest.TestCase):
@@ -54,9 +87,7 @@ class ProgramTest(unittest.TestCase):
         self.folder = pathlib.Path(folder.name)
 
     def run_program(self, *arguments, scenario=None, **extra):
-        run = Run(subprocess.run(["wine", str(EXECUTABLE), *arguments], cwd=self.folder,
-                                 env=environment(scenario, **extra), capture_output=True,
-                                 stdin=subprocess.DEVNULL, timeout=LIMIT_SECONDS, check=False))
+        run = Started(arguments, self.folder, environment(scenario, **extra)).finish()
         self.assertNotIn("err:heap:", run.err, "Wine's heap complains")
         return run
 
