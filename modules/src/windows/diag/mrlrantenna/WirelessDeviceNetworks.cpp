@@ -21,8 +21,8 @@ namespace {
 constexpr std::size_t SSID_BUFFER_SIZE = DOT11_SSID_MAX_LENGTH + 1;
 constexpr DWORD REASON_BUFFER_SIZE = 256;
 
-// The interface's way of saying "I do not really know": drivers report these two for the network
-// they are connected to.
+// The ends of the scale are not taken on trust: the current connection, where it is the same
+// network, knows better.
 constexpr ULONG DISTRUSTED_QUALITIES[] = {0, 100};
 
 bool isDistrusted(ULONG quality) {

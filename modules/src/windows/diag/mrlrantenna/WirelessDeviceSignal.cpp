@@ -16,7 +16,7 @@ constexpr int REFRESHES = 3;
 constexpr unsigned int REFRESH_PAUSE_MS = 100;
 
 constexpr DWORD SCAN_CLIENT_VERSION = 1;
-// A scan's end is not waited for: drivers that never report it exist, and no card takes longer.
+// A fixed wait stands in for the scan's end: a report that never comes must not hold a test up.
 constexpr unsigned int SCAN_PAUSE_MS = 7000;
 
 } // namespace
@@ -45,10 +45,9 @@ mrl::Int32 WirelessDevice::getSignalStrength(const VisibleNetwork& network) {
 }
 
 bool WirelessDevice::forceScanMatched(const String& ssid, mrl::Uint32& signalStrength) {
-    // A client handle of its own, so that the scan's notifications do not reach m_clientHandle's
-    // callback. It is never closed and neither list is freed, deliberately: closing a handle
-    // cancels what its client has asked for on some drivers, and a process makes two of these at
-    // most a run.
+    // A client handle of its own, deliberately never closed, and neither list is freed: the rule
+    // for this scan is that it leaves the device's own handle and whatever it has asked for
+    // untouched, and a run leaves two of them behind at most, until the process ends.
     HANDLE scanHandle = nullptr;
     DWORD negotiatedVersion = 0;
     // ERROR_INVALID_PARAMETER, ERROR_NOT_ENOUGH_MEMORY, ERROR_REMOTE_SESSION_LIMIT_EXCEEDED, RPC

@@ -117,7 +117,7 @@ BOOL MRLRAntennaDlg::OnInitDialog() {
     m_radioOffImage.SetImage(RADIO_OFF_PICTURE, false, true, false);
     showRadioPicture();
 
-    // Twice: controls of some language versions settle only in the second exchange.
+    // Twice, here and wherever the dialog exchanges before it goes on: one rule for all of them.
     UpdateData(TRUE);
     UpdateData(TRUE);
 
