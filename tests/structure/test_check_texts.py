@@ -1,0 +1,126 @@
+"""What check_texts.py lets pass and what it refuses, on small trees made for the purpose; and that
+the shipped texts pass."""
+
+import contextlib
+import io
+import json
+import pathlib
+import tempfile
+import unittest
+
+import check_texts
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+ENGLISH = {"LIST": "&Networks:", "END": "&Finish", "WEAK": "{Name} is weak: {Percent} %"}
+GERMAN = {"LIST": "&Netzwerke:", "END": "&Fertig", "WEAK": "{Name} hat nur {Percent} %"}
+
+
+class Texts(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = pathlib.Path(folder.name).resolve()
+        self.file("a", "en", ENGLISH)
+
+    def file(self, component, language, content):
+        path = self.root / "resources" / component / "texts" / f"{language}.json"
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(content if isinstance(content, str) else json.dumps(content),
+                        encoding="utf-8")
+
+    def offences(self):
+        return check_texts.check(self.root)
+
+    def assert_german(self, changes, *messages):
+        """The offences of a German file that differs from a right one in `changes`."""
+        texts = {key: text for key, text in {**GERMAN, **changes}.items() if text is not None}
+        self.file("a", "de", texts)
+        self.assertEqual(self.offences(),
+                         [f"resources/a/texts/de.json: {message}" for message in messages])
+
+    def test_a_whole_translation_passes(self):
+        self.assert_german({})
+
+    def test_a_missing_and_a_superfluous_key_are_named(self):
+        self.assert_german({"END": None, "BEGIN": "Anfang"}, "missing: END", "superfluous: BEGIN")
+
+    def test_a_missing_and_a_superfluous_placeholder_are_named(self):
+        self.assert_german({"WEAK": "{Name}: {Prozent} %"},
+                           "WEAK: missing: {Percent}", "WEAK: superfluous: {Prozent}")
+
+    def test_a_placeholder_in_another_letter_case_is_another(self):
+        self.assert_german({"WEAK": "{name}: {Percent} %"},
+                           "WEAK: missing: {Name}", "WEAK: superfluous: {name}")
+
+    def test_a_text_is_not_empty(self):
+        self.assert_german({"END": ""}, "END: empty", "END: has 0 access keys")
+
+    def test_white_space_at_the_ends_is_as_in_english(self):
+        self.assert_german({"LIST": "&Netzwerke: "}, "LIST: white space at its ends differs")
+
+    def test_an_access_key_is_where_english_has_one_and_nowhere_else(self):
+        self.assert_german({"LIST": "Netzwerke:", "WEAK": "{Name} && {Percent} &schwach"},
+                           "LIST: has 0 access keys", "WEAK: has 1 access keys")
+
+    def test_an_ampersand_between_words_is_no_access_key(self):
+        self.assert_german({"WEAK": "{Name} & {Percent} %"})
+
+    def test_an_access_key_stands_for_one_text(self):
+        self.assert_german({"END": "&neu"}, "access key N is that of LIST and END")
+
+    def test_the_english_access_keys_differ_too(self):
+        self.file("a", "en", {**ENGLISH, "END": "E&nd"})
+        self.assertEqual(self.offences(),
+                         ["resources/a/texts/en.json: access key N is that of LIST and END"])
+
+    def test_a_key_that_is_there_twice_is_refused(self):
+        self.file("a", "de", '{"LIST": "&A", "LIST": "&B"}')
+        self.assertEqual(self.offences(), ["resources/a/texts/de.json: twice: LIST"])
+
+    def test_a_file_that_is_no_flat_json_is_refused(self):
+        self.file("a", "de", {"LIST": {"one": "&Netzwerk"}})
+        self.file("a", "fr", "{")
+        german, french = self.offences()
+        self.assertEqual(german,
+                         "resources/a/texts/de.json: no flat object of keys and texts")
+        self.assertIn("resources/a/texts/fr.json: no JSON in UTF-8", french)
+
+    def test_a_file_is_named_after_a_language(self):
+        self.file("a", "zh-Hans", ENGLISH)
+        self.file("a", "German", ENGLISH)
+        self.assertEqual(self.offences(),
+                         ["resources/a/texts/German.json: is not named after a language"])
+
+    def test_every_folder_has_english_and_the_same_languages(self):
+        self.file("a", "de", GERMAN)
+        self.file("b", "en", {})
+        self.file("c", "de", {})
+        self.assertEqual(self.offences(),
+                         ["resources/c/texts/en.json: is missing",
+                          "resources/b/texts/de.json: is missing, and another folder has it"])
+
+    def test_the_command_prints_offences_and_fails(self):
+        self.file("a", "de", {**GERMAN, "MORE": ""})
+        output = io.StringIO()
+        with contextlib.redirect_stdout(output):
+            code = check_texts.main(["--root", str(self.root)])
+        self.assertEqual((code, output.getvalue()),
+                         (1, "resources/a/texts/de.json: superfluous: MORE\n"))
+
+
+class ShippedTexts(unittest.TestCase):
+    LANGUAGES = {"ar", "de", "en", "es", "fr", "ja", "zh-Hans"}
+
+    def test_each_language_has_what_english_has(self):
+        self.assertEqual(check_texts.check(ROOT), [])
+
+    def test_there_are_seven_languages(self):
+        folders = list(ROOT.glob("resources/*/texts"))
+        self.assertTrue(folders)
+        for folder in folders:
+            with self.subTest(folder=folder.parent.name):
+                self.assertLessEqual(self.LANGUAGES, {path.stem for path in folder.glob("*.json")})
+
+
+if __name__ == "__main__":
+    unittest.main()
