@@ -6,6 +6,7 @@ file of Python tests. Each suite's output is kept in build/test-logs and shown w
 """
 import collections
 import json
+import os
 import pathlib
 import re
 import subprocess
@@ -73,6 +74,8 @@ def run_python(path):
 
 
 def main(patterns):
+    # The texts that tests compare are English, whatever the person speaks who runs them.
+    os.environ["LC_ALL"] = "C.UTF-8"
     LOGS.mkdir(parents=True, exist_ok=True)
     # Three lanes side by side: the programs keep a processor busy; the executable's real pauses,
     # which the Python tests mostly consist of, do not.

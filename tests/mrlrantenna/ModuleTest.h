@@ -8,7 +8,7 @@
 #include <radiosim/Engine.h>
 
 #include <tesk5/DiagDevice.h>
-#include <tesk5/EventRecorder.h>
+#include <tesk5/TestRecorder.h>
 
 #include <gmock/gmock.h>
 
@@ -51,7 +51,7 @@ protected:
 private:
     VirtualClock m_clock;
     CapturedLog m_log;
-    tesk5::EventRecorder m_recorder;
+    tesk5::TestRecorder m_recorder;
     std::optional<radiosim::Engine> m_radio;
 };
 

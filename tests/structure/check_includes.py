@@ -72,8 +72,8 @@ WIN32_HEADERS = re.compile(
 WIN32_PLACES = re.compile(
     r"(common/src/libmfc/.*|common/src/libuikit/.*"
     r"|common/src/libnativewifi/nativewifi/WlanTypes\.h|common/src/libnativewifi/src/[^/]*Win32\.cpp"
-    # A console needs UTF-16 from the system itself, and only the system knows the program's path.
-    r"|common/src/libcommon/mrlbase/src/(OutputStream|ExecutableFolderWin32)\.cpp"
+    # A console needs UTF-16 from the system itself, and only the system knows the path and the languages.
+    r"|common/src/libcommon/mrlbase/src/(OutputStream|SystemWin32)\.cpp"
     r"|tools/radiosim/dll/.*|tools/dialogprobe/.*)$")
 
 # Headers, what they are called, and the places that may include them.

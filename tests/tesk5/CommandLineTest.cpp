@@ -32,7 +32,8 @@ TEST(CommandLines, TakeOptionsBeforeAndAfterTheCommand) {
          }) {
         EXPECT_EQ(line.command, Command::run);
         EXPECT_THAT(line.tests, ElementsAre("T", "U"));
-        EXPECT_EQ(line.reportFile, "r");
+        ASSERT_EQ(line.reports.size(), 1U);
+        EXPECT_EQ(line.reports[0].file, "r");
         EXPECT_EQ(line.logFile, "l");
         ASSERT_EQ(line.settings.size(), 1U);
         EXPECT_EQ(line.settings[0].name, "a");

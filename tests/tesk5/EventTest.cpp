@@ -1,6 +1,6 @@
 #include "FrameworkTest.h"
 
-#include <tesk5/EventRecorder.h>
+#include <tesk5/TestRecorder.h>
 #include <tesk5/Texts.h>
 
 namespace test {
@@ -9,8 +9,8 @@ namespace {
 
 using tesk5::DiagModule;
 using tesk5::Event;
-using tesk5::EventRecorder;
 using tesk5::fillPlaceholders;
+using tesk5::TestRecorder;
 using tesk5::Value;
 using testing::ElementsAre;
 using testing::Pair;
@@ -26,7 +26,7 @@ TEST_F(Events, KeepTheirVariablesInTheOrderInWhichTheyWereFirstSet) {
 
 TEST_F(Events, AreRecordedAsTheyWereWhenRaised) {
     Event* event = DiagModule::createEvent("WEAK");
-    const EventRecorder recorder;
+    const TestRecorder recorder;
     event->setVariable("Name", "Lab")->setVariable("Strength", mrl::Uint32{12});
     DiagModule::error(event, "modules/a.cpp", 245);
     clock().sleep(std::chrono::seconds(2));
@@ -51,10 +51,10 @@ TEST_F(Events, AreRecordedAsTheyWereWhenRaised) {
 TEST_F(Events, GoToTheInnermostRecorderAndAreLostWithoutOne) {
     Event* event = DiagModule::createEvent("PLAIN");
     DiagModule::error(event, "", 1);
-    const EventRecorder outer;
+    const TestRecorder outer;
     DiagModule::error(event, "", 2);
     {
-        const EventRecorder inner;
+        const TestRecorder inner;
         DiagModule::error(event, "", 3);
         ASSERT_EQ(inner.events().size(), 1U);
         EXPECT_EQ(inner.events()[0].line, 3);
@@ -70,7 +70,7 @@ TEST_F(Events, ThatAreNoneAreRefused) {
 }
 
 TEST_F(Events, OfAnUnknownKeyHaveTheKeyForAText) {
-    const EventRecorder recorder;
+    const TestRecorder recorder;
     DiagModule::error(DiagModule::createEvent("NO_SUCH_TEXT"), "", 1);
     EXPECT_EQ(recorder.events().at(0).text, "NO_SUCH_TEXT");
 }

@@ -3,6 +3,7 @@
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Registry.h>
 #include <tesk5/StopRequest.h>
+#include <tesk5/Texts.h>
 
 #include <mrl/Logger.h>
 
@@ -63,6 +64,7 @@ void forgetEverything() {
 
 FrameworkTest::FrameworkTest() {
     forgetEverything();
+    tesk5::setLanguage("en");
     setDevices(1);
 }
 

@@ -1,7 +1,7 @@
 #include "FrameworkTest.h"
 
-#include <Report.h>
 #include <ReportFile.h>
+#include <ReportJson.h>
 
 #include <tesk5/StopRequest.h>
 
@@ -92,9 +92,13 @@ TEST_F(Reports, TellTheWholeRun) {
           "line": 245,
           "time": "2026-11-20T19:55:02.623Z"
         }
-      ]
+      ],
+      "measurements": [],
+      "surveys": [],
+      "advice": []
     }
-  ]
+  ],
+  "withoutDevice": []
 }
 )");
 }

@@ -29,7 +29,7 @@ struct Texts : testing::Test {
         std::ofstream(path, std::ios::binary) << text;
     }
     std::string text(const char* key, const char* language = "en", const char* builtIn = BUILT_IN) {
-        TextCatalogue catalogue({first, second}, language, builtIn);
+        TextCatalogue catalogue({{{first, second}, builtIn}}, language);
         return catalogue.textOf(key).utf8();
     }
 };
@@ -52,7 +52,7 @@ TEST_F(Texts, ThatAFileLacksComeFromTheProgram) {
 }
 
 TEST_F(Texts, OfNoKeyAreTheKeyAndStayWhereTheyAre) {
-    TextCatalogue catalogue({}, "en", BUILT_IN);
+    TextCatalogue catalogue({{{}, BUILT_IN}}, "en");
     const tesk5::TeskString& unknown = catalogue.textOf("NO_SUCH_KEY");
     EXPECT_EQ(unknown, "NO_SUCH_KEY");
     for (int i = 0; i < 100; ++i) {

@@ -4,6 +4,7 @@
 
 #include "BadInput.h"
 #include "Decimal.h"
+#include "ReportKinds.h"
 
 #include <CLI/CLI.hpp>
 
@@ -153,7 +154,11 @@ int logLevelOf(const std::string& text) {
 }
 
 void refuseOutsideRun(const ParsedArguments& parsed) {
-    for (const char* option : {"--set", "--json"}) {
+    std::vector<const char*> options = {"--set"};
+    for (const ReportKind& kind : reportKinds()) {
+        options.push_back(kind.option);
+    }
+    for (const char* option : options) {
         if (!parsed.values(option).empty()) {
             throw BadInput{std::string(option) +
                            " goes with the command run, and nothing is to be run; add run"};
@@ -162,6 +167,20 @@ void refuseOutsideRun(const ParsedArguments& parsed) {
 }
 
 } // namespace
+
+std::optional<std::string> languageAskedFor(const std::vector<std::string>& arguments) {
+    constexpr std::string_view OPTION = "--language";
+    for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
+        const std::string& argument = arguments[i];
+        if (argument == OPTION && i + 1 < arguments.size()) {
+            return arguments[i + 1];
+        }
+        if (argument.starts_with(OPTION) && argument.substr(OPTION.size()).starts_with("=")) {
+            return argument.substr(OPTION.size() + 1);
+        }
+    }
+    return std::nullopt;
+}
 
 CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     refuseMissingValues(arguments);
@@ -184,8 +203,13 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     }
     line.device = parsed.value("--device");
     line.devicesFile = parsed.value("--devices");
-    line.reportFile = parsed.value("--json");
+    for (const ReportKind& kind : reportKinds()) {
+        if (std::optional<std::string> file = parsed.value(kind.option)) {
+            line.reports.push_back({&kind, std::move(*file)});
+        }
+    }
     line.logFile = parsed.value("--log");
+    line.language = parsed.value("--language");
     if (const std::optional<std::string> level = parsed.value("--log-level")) {
         line.logLevel = logLevelOf(*level);
     }

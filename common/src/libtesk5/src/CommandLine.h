@@ -9,12 +9,20 @@
 
 namespace tesk5 {
 
+struct ReportKind;
+
 enum class Command { list, run, help, version };
 
 /// One --set.
 struct Setting {
     TeskString name;
     TeskString value;
+};
+
+/// A report to be written.
+struct RequestedReport {
+    const ReportKind* kind;
+    std::string file;
 };
 
 /// What the command line asks for. Texts of files are paths in UTF-8.
@@ -24,10 +32,15 @@ struct CommandLine {
     std::vector<Setting> settings;
     std::optional<std::string> device;
     std::optional<std::string> devicesFile;
-    std::optional<std::string> reportFile;
+    std::vector<RequestedReport> reports;
     std::optional<std::string> logFile;
     std::optional<int> logLevel;
+    std::optional<std::string> language;
 };
+
+/// The value of --language, wherever it stands, for texts that are needed before the rest is read;
+/// nothing when it is not there or has no value.
+std::optional<std::string> languageAskedFor(const std::vector<std::string>& arguments);
 
 /// The value of `arguments`, which do not hold the program's name.
 /// Failure: throws BadInput

@@ -92,6 +92,16 @@ std::string joined(const std::vector<std::string>& texts, const char* separator)
     return all;
 }
 
+void Console::runStarts(const RunRecord& record, std::size_t /*planned*/) {
+    for (const TestWithoutDevice& without : record.withoutDevice) {
+        writeLine(mrl::cerr, programPrefix() + "no device for " + without.test->name().utf8() +
+                                 (without.reasons.empty() ? ": there is none at all" : ""));
+        for (const std::string& reason : without.reasons) {
+            writeLine(mrl::cerr, "  " + reason);
+        }
+    }
+}
+
 void Console::starts(const PlannedRun& run) {
     writeLine(mrl::cout, run.test->name().utf8() + " on " + run.device->name().utf8());
 }
@@ -119,20 +129,7 @@ void Console::broken(const PlannedRun& run, const std::string& reason) {
                              (reason.empty() ? std::string() : ": " + reason));
 }
 
-void Console::noDevice(const Test& test, const DeviceList& devices,
-                       const std::optional<std::string>& filter) {
-    writeLine(mrl::cerr, programPrefix() + "no device for " + test.name().utf8() +
-                             (devices.devices.empty() ? ": there is none at all" : ""));
-    for (const DiagDevice& device : devices.devices) {
-        writeLine(mrl::cerr, "  " + device.name().utf8() + ": " +
-                                 joined(reasonsAgainst(test, device, filter), "; "));
-    }
-    if (!devices.reason.empty()) {
-        writeLine(mrl::cerr, "  " + devices.reason);
-    }
-}
-
-void Console::summary(const RunRecord& run) {
+void Console::runEnded(const RunRecord& run) {
     std::string line = counted(run.outcomes.size(), "run", "runs");
     if (!run.outcomes.empty()) {
         line += ": " + tally(run.outcomes);

@@ -1,7 +1,7 @@
 // What the person at the console reads of a run.
 #pragma once
 
-#include "Runner.h"
+#include "RunListener.h"
 
 #include <mrl/OutputStream.h>
 
@@ -17,17 +17,12 @@ std::string joined(const std::vector<std::string>& texts, const char* separator)
 /// Tells a run on standard output, and what broke it on standard error.
 class Console final : public RunListener {
 public:
+    void runStarts(const RunRecord& record, std::size_t planned) override;
     void starts(const PlannedRun& run) override;
     void ended(const Outcome& outcome) override;
     void broken(const PlannedRun& run, const std::string& reason) override;
-
-    /// Why a test that was to run has no device, with every device there is and what is against it.
-    static void noDevice(const Test& test, const DeviceList& devices,
-                         const std::optional<std::string>& filter);
-    /// The last line of a run.
-    static void summary(const RunRecord& run);
-    /// The answer to the first Ctrl+C. Any thread.
-    static void stopping();
+    void stopping() override;
+    void runEnded(const RunRecord& record) override;
 };
 
 /// The list of tests, devices, and what would run where.

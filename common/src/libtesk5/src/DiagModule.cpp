@@ -1,8 +1,8 @@
 #include <tesk5/DiagModule.h>
 
-#include <tesk5/EventRecorder.h>
 #include <tesk5/Registry.h>
 #include <tesk5/StopRequest.h>
+#include <tesk5/TestRecorder.h>
 #include <tesk5/Texts.h>
 
 #include "ModuleState.h"
@@ -30,9 +30,9 @@ void raise(const Event* event, Severity severity, const TeskString& sourceFile, 
     if (event == nullptr) {
         throw TeskException("an event was to be raised, but there is none");
     }
-    EventRecorder::record(
-        {event->key(), severity, fillPlaceholders(textOf(event->key()).utf8(), event->variables()),
-         event->variables(), sourceFile.utf8(), line, mrl::Clock::current().utcNow()});
+    TestRecorder::record(RaisedEvent{
+        event->key(), severity, fillPlaceholders(textOf(event->key()).utf8(), event->variables()),
+        event->variables(), sourceFile.utf8(), line, mrl::Clock::current().utcNow()});
 }
 
 } // namespace
@@ -94,6 +94,18 @@ void DiagModule::warning(Event* event, const TeskString& sourceFile, int line) {
 
 void DiagModule::error(Event* event, const TeskString& sourceFile, int line) {
     raise(event, Severity::error, sourceFile, line);
+}
+
+void DiagModule::measured(Measurement measurement) {
+    TestRecorder::record(std::move(measurement));
+}
+
+void DiagModule::surveyed(Survey survey) {
+    TestRecorder::record(std::move(survey));
+}
+
+void DiagModule::progresses(const TeskString& key, std::optional<double> longestSeconds) {
+    TestRecorder::record(Progress{key, textOf(key).utf8(), longestSeconds});
 }
 
 bool DiagModule::checkForStop() {

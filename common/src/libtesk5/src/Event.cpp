@@ -4,6 +4,10 @@
 
 namespace tesk5 {
 
+const char* severityName(Severity severity) {
+    return severity == Severity::error ? "error" : "warning";
+}
+
 Event::Event(TeskString key) : m_key(std::move(key)) {}
 
 Event* Event::setVariable(const TeskString& name, Value value) {

@@ -52,6 +52,9 @@ const std::vector<OptionDescription>& optionDescriptions() {
          "least priority in the log, 0 to 5, else 1; 0 shows\nevery step. Without --log the log "
          "goes to standard\nerror",
          "--log-level 0"},
+        {"--language", "TAG",
+         "language of all texts, as de, fr or zh-Hans; else\nthat of Windows' user interface",
+         "--language de"},
         {"--version", nullptr, "tell the version and end", "--version"},
         {"--help", nullptr, "show this page and end", "run --help"},
     };

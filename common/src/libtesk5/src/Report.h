@@ -7,9 +7,6 @@
 
 namespace tesk5 {
 
-/// `time` as reports write it: 2026-11-20T19:55:01.123Z, cut to milliseconds.
-std::string reportTime(mrl::Clock::UtcTime time);
-
 /// The report's text, in UTF-8.
 std::string reportOf(const RunRecord& run);
 

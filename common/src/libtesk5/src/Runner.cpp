@@ -4,6 +4,7 @@
 #include <tesk5/TeskException.h>
 
 #include "ModuleState.h"
+#include "RunListener.h"
 
 #include <mrl/Exception.h>
 #include <mrl/LoggerStream.h>
@@ -31,16 +32,17 @@ std::string described(const PlannedRun& run) {
 
 Outcome unstarted(const PlannedRun& run, TestResult result, bool started) {
     Outcome outcome{run.test, run.device, result, started, mrl::Clock::current().utcNow(),
-                    0,        {},         {},     {}};
+                    0,        {},         {},     {},      {},
+                    {},       {}};
     for (const Parameter* parameter : run.test->parameters()) {
         outcome.parameters.emplace_back(parameter->name(), parameter->value());
     }
     return outcome;
 }
 
-Outcome execute(const PlannedRun& run) {
+Outcome execute(const PlannedRun& run, TestObserver& observer) {
     Outcome outcome = unstarted(run, TestResult::INTERNALERROR(), true);
-    const EventRecorder recorder;
+    const TestRecorder recorder(&observer);
     const mrl::Stopwatch stopwatch;
     try {
         outcome.result = run.test->function()(*run.device);
@@ -50,6 +52,8 @@ Outcome execute(const PlannedRun& run) {
     }
     outcome.seconds = stopwatch.getElapsed();
     outcome.events = recorder.events();
+    outcome.measurements = recorder.measurements();
+    outcome.surveys = recorder.surveys();
     return outcome;
 }
 
@@ -70,7 +74,7 @@ Outcome executeAndTell(const PlannedRun& run, RunListener& listener) {
     log(PROGRESS, described(run) + " starts");
     listener.starts(run);
     try {
-        Outcome outcome = execute(run);
+        Outcome outcome = execute(run, listener);
         log(PROGRESS, described(run) + " ends with " + outcome.result.name());
         return outcome;
     } catch (...) {
@@ -82,8 +86,6 @@ Outcome executeAndTell(const PlannedRun& run, RunListener& listener) {
 }
 
 } // namespace
-
-RunListener::~RunListener() = default;
 
 std::vector<Outcome> runAll(const std::vector<PlannedRun>& runs, RunListener& listener,
                             std::size_t& leftOut) {

@@ -3,13 +3,16 @@
 
 #include "Plan.h"
 
-#include <tesk5/EventRecorder.h>
+#include <tesk5/Finding.h>
+#include <tesk5/TestRecorder.h>
 
 #include <mrl/Clock.h>
 
 #include <exception>
 
 namespace tesk5 {
+
+class RunListener;
 
 /// How one run of a test on a device went.
 struct Outcome {
@@ -21,7 +24,17 @@ struct Outcome {
     double seconds;
     std::vector<std::pair<TeskString, Value>> parameters;
     std::vector<RaisedEvent> events;
+    std::vector<Measurement> measurements;
+    std::vector<Survey> surveys;
+    Findings advice;     ///< what may stand behind a missing verdict
     std::string failure; ///< the text of the exception behind an INTERNALERROR
+};
+
+/// A test that was to run and found no device.
+struct TestWithoutDevice {
+    const Test* test;
+    std::vector<std::string> reasons; ///< a line for each device, and what failed
+    Findings advice;
 };
 
 /// A whole run.
@@ -29,8 +42,8 @@ struct RunRecord {
     mrl::Clock::UtcTime started;
     mrl::Clock::UtcTime ended;
     std::vector<Outcome> outcomes;
-    std::vector<const Test*> withoutDevice; ///< chosen, but no device suits them
-    std::size_t leftOut = 0;                ///< runs that requestAbort() forestalled
+    std::vector<TestWithoutDevice> withoutDevice;
+    std::size_t leftOut = 0; ///< runs that requestAbort() forestalled
     int exitValue = 0;
 };
 
@@ -38,21 +51,6 @@ struct RunRecord {
 /// to whoever started the run, and no failure of the framework is to be taken for it.
 struct LeftByException {
     std::exception_ptr cause;
-};
-
-/// Is told how the run goes, on the thread of the run.
-class RunListener {
-public:
-    RunListener() = default;
-    RunListener(const RunListener&) = delete;
-    RunListener& operator=(const RunListener&) = delete;
-    virtual ~RunListener();
-
-    virtual void starts(const PlannedRun& run) = 0;
-    virtual void ended(const Outcome& outcome) = 0;
-    /// An exception leaves the test function, and with it the whole run. `reason` is what it says
-    /// of itself, or empty.
-    virtual void broken(const PlannedRun& run, const std::string& reason) = 0;
 };
 
 /// Runs `runs` in order. A TeskException makes the result INTERNALERROR. requestAbort() ends the

@@ -6,15 +6,18 @@
 
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/StopRequest.h>
+#include <tesk5/Texts.h>
 
 #include "BadInput.h"
 #include "Console.h"
 #include "ModuleState.h"
-#include "Report.h"
 #include "ReportFile.h"
+#include "ReportKinds.h"
 
 #include <mrl/Exception.h>
 #include <mrl/Logger.h>
+
+#include <memory>
 
 namespace tesk5 {
 
@@ -29,13 +32,26 @@ void initializeModule() {
 }
 
 void refuseSharedFiles(const CommandLine& line) {
-    const std::pair<const char*, const std::optional<std::string>*> files[] = {
-        {"--devices", &line.devicesFile}, {"--json", &line.reportFile}, {"--log", &line.logFile}};
-    for (const auto* a = std::begin(files); a != std::end(files); ++a) {
-        for (const auto* b = a + 1; b != std::end(files); ++b) {
-            if (*a->second && *b->second && nameSameFile(**a->second, **b->second)) {
-                throw BadInput{std::string(a->first) + " and " + b->first + " both name " +
-                               inQuotes(**b->second) + "; give each a file of its own"};
+    struct NamedFile {
+        const char* option;
+        std::string path;
+    };
+    std::vector<NamedFile> files;
+    const auto add = [&files](const char* option, const std::optional<std::string>& path) {
+        if (path) {
+            files.push_back({option, *path});
+        }
+    };
+    add("--devices", line.devicesFile);
+    for (const RequestedReport& report : line.reports) {
+        files.push_back({report.kind->option, report.file});
+    }
+    add("--log", line.logFile);
+    for (auto a = files.begin(); a != files.end(); ++a) {
+        for (auto b = a + 1; b != files.end(); ++b) {
+            if (nameSameFile(a->path, b->path)) {
+                throw BadInput{std::string(a->option) + " and " + b->option + " both name " +
+                               inQuotes(b->path) + "; give each a file of its own"};
             }
         }
     }
@@ -75,22 +91,36 @@ int list(const CommandLine& line) {
     return 0;
 }
 
+// Why `test` has no device: a line for each device, and what failed.
+std::vector<std::string> whyWithoutDevice(const Test& test, const DeviceList& devices,
+                                          const std::optional<std::string>& filter) {
+    std::vector<std::string> reasons;
+    for (const DiagDevice& device : devices.devices) {
+        reasons.push_back(device.name().utf8() + ": " +
+                          joined(reasonsAgainst(test, device, filter), "; "));
+    }
+    if (!devices.reason.empty()) {
+        reasons.push_back(devices.reason);
+    }
+    return reasons;
+}
+
 RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devices,
-                  const CommandLine& line) {
-    Console console;
+                  const CommandLine& line, RunListener& listener) {
     RunRecord record;
     std::vector<PlannedRun> plan;
     for (const Test* test : tests) {
         const std::vector<PlannedRun> runs = runsOf(*test, devices.devices, line.device);
         plan.insert(plan.end(), runs.begin(), runs.end());
         if (runs.empty()) {
-            record.withoutDevice.push_back(test);
-            Console::noDevice(*test, devices, line.device);
+            record.withoutDevice.push_back(
+                {test, whyWithoutDevice(*test, devices, line.device), {}});
         }
     }
-    const InterruptWatch interrupts(&Console::stopping);
     record.started = mrl::Clock::current().utcNow();
-    record.outcomes = runAll(plan, console, record.leftOut);
+    listener.runStarts(record, plan.size());
+    const InterruptWatch interrupts([&listener] { listener.stopping(); });
+    record.outcomes = runAll(plan, listener, record.leftOut);
     record.ended = mrl::Clock::current().utcNow();
     std::vector<TestResult> results(record.withoutDevice.size(), TestResult::CANNOTRUN());
     for (const Outcome& outcome : record.outcomes) {
@@ -100,22 +130,48 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
     return record;
 }
 
+// Writes every report, also those after one that fails.
+void writeReports(const std::vector<RequestedReport>& requested,
+                  const std::vector<std::unique_ptr<ReportFile>>& files, const RunRecord& record) {
+    std::optional<TeskException> failure;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        try {
+            files[i]->replace(requested[i].kind->text(record));
+        } catch (const TeskException& exception) {
+            failure = exception;
+        }
+    }
+    if (failure) {
+        throw TeskException(*failure);
+    }
+}
+
 int run(const CommandLine& line) {
     Registry& registry = Registry::instance();
     const std::vector<const Test*> tests = chooseTests(registry, line.tests);
     applySettings(registry, line.settings, tests);
     refuseSharedFiles(line);
-    std::optional<ReportFile> report;
-    if (line.reportFile) {
-        report.emplace(*line.reportFile);
+    std::vector<std::unique_ptr<ReportFile>> reports;
+    for (const RequestedReport& report : line.reports) {
+        reports.push_back(std::make_unique<ReportFile>(report.file));
     }
     const DeviceList devices = devicesFor(line);
-    const RunRecord record = execute(tests, devices, line);
-    if (report) {
-        report->replace(reportOf(record));
-    }
-    Console::summary(record);
+    Console console;
+    RunListeners listeners;
+    listeners.add(console);
+    const RunRecord record = execute(tests, devices, line, listeners);
+    writeReports(line.reports, reports, record);
+    listeners.runEnded(record);
     return record.exitValue;
+}
+
+// Comes before everything else that can be said, so that it is said in the right language.
+void useLanguageAskedFor() {
+    const std::optional<std::string> tag = languageAskedFor(ModuleState::instance().arguments);
+    if (tag && !setLanguage(*tag)) {
+        throw BadInput{"there are no texts in the language " + inQuotes(*tag) + "; give one of " +
+                       joined(availableLanguages(), ", ")};
+    }
 }
 
 int version() {
@@ -153,6 +209,7 @@ int follow(const CommandLine& line) {
 
 int DiagModule::start() {
     try {
+        useLanguageAskedFor();
         return follow(parseCommandLine(ModuleState::instance().arguments));
     } catch (const BadInput& input) {
         writeLine(mrl::cerr, std::string(moduleInfo().name) + ": " + input.line);

@@ -1,10 +1,14 @@
 #include "TextCatalogue.h"
 
 #include "JsonFile.h"
+#include "Languages.h"
 
 #include <mrl/LoggerStream.h>
 #include <mrl/System.h>
 #include <mrl/Unicode.h>
+
+#include <algorithm>
+#include <set>
 
 namespace tesk5 {
 
@@ -63,14 +67,20 @@ Texts builtInTexts(std::string_view builtIn) {
 
 } // namespace
 
-TextCatalogue::TextCatalogue(const std::vector<std::filesystem::path>& folders,
-                             std::string_view language, std::string_view builtIn)
-    : m_texts(firstUsable(folders, language)) {
+TextCatalogue::TextCatalogue(const std::vector<TextSource>& sources, std::string_view language) {
     // merge() keeps what is there already: the nearer source wins.
-    if (language != FALLBACK_LANGUAGE) {
-        m_texts.merge(firstUsable(folders, FALLBACK_LANGUAGE));
+    std::vector<std::string> languages = fallbacksOf(language);
+    if (std::find(languages.begin(), languages.end(), FALLBACK_LANGUAGE) == languages.end()) {
+        languages.emplace_back(FALLBACK_LANGUAGE);
     }
-    m_texts.merge(builtInTexts(builtIn));
+    for (const std::string& tag : languages) {
+        for (const TextSource& source : sources) {
+            m_texts.merge(firstUsable(source.folders, tag));
+        }
+    }
+    for (const TextSource& source : sources) {
+        m_texts.merge(builtInTexts(source.builtIn));
+    }
 }
 
 const TeskString& TextCatalogue::textOf(const TeskString& key) {
@@ -82,16 +92,34 @@ const TeskString& TextCatalogue::textOf(const TeskString& key) {
     return m_unknown.try_emplace(key, key).first->second;
 }
 
-std::vector<std::filesystem::path> textFolders(std::string_view module,
+std::vector<std::filesystem::path> textFolders(std::string_view part,
                                                const std::filesystem::path& executableFolder) {
     const std::filesystem::path below =
-        std::filesystem::path("resources") / mrl::System::path(module) / "texts";
+        std::filesystem::path("resources") / mrl::System::path(part) / "texts";
     std::vector<std::filesystem::path> folders;
     if (!executableFolder.empty()) {
         folders.push_back(executableFolder / below);
     }
     folders.push_back(below);
     return folders;
+}
+
+std::vector<std::string> languagesOf(const std::vector<TextSource>& sources) {
+    std::set<std::string> languages = {std::string(FALLBACK_LANGUAGE)};
+    for (const TextSource& source : sources) {
+        for (const std::filesystem::path& folder : source.folders) {
+            std::error_code failure;
+            for (std::filesystem::directory_iterator entry(folder, failure), end;
+                 !failure && entry != end; entry.increment(failure)) {
+                const std::u8string stem = entry->path().stem().u8string();
+                const std::string tag(stem.begin(), stem.end());
+                if (entry->path().extension() == ".json" && canonicalTag(tag) == tag) {
+                    languages.insert(tag);
+                }
+            }
+        }
+    }
+    return {languages.begin(), languages.end()};
 }
 
 } // namespace tesk5

@@ -11,14 +11,21 @@
 
 namespace tesk5 {
 
+/// Where one part of the program keeps its texts: <language>.json in one of the folders, the first
+/// usable one counting, and the English ones compiled in.
+struct TextSource {
+    std::vector<std::filesystem::path> folders;
+    std::string_view builtIn;
+};
+
 /// The texts of one language. Immutable but for the keys that nobody knows; any thread.
 class TextCatalogue {
 public:
-    /// Reads <language>.json from the first of `folders` that has a usable one, and then, for the
-    /// keys that it lacks, en.json in the same way and `builtIn`. A file that cannot be used is
-    /// named in the log and passed over: a damaged installation must not cost a verdict.
-    TextCatalogue(const std::vector<std::filesystem::path>& folders, std::string_view language,
-                  std::string_view builtIn);
+    /// Reads the files of `language`, then, for the keys that they lack, those of its less specific
+    /// tags and of English, then the compiled-in texts; of two sources the earlier one wins. A file
+    /// that cannot be used is named in the log and passed over: a damaged installation must not
+    /// cost a verdict.
+    TextCatalogue(const std::vector<TextSource>& sources, std::string_view language);
 
     /// The text of `key`, or the key itself. The reference stays valid as long as the catalogue.
     const TeskString& textOf(const TeskString& key);
@@ -29,9 +36,12 @@ private:
     std::map<TeskString, TeskString> m_unknown;
 };
 
-/// The folders in which the texts of a module are looked for: below `executableFolder`, then below
+/// The folders in which the texts of a part are looked for: below `executableFolder`, then below
 /// the current one.
-std::vector<std::filesystem::path> textFolders(std::string_view module,
+std::vector<std::filesystem::path> textFolders(std::string_view part,
                                                const std::filesystem::path& executableFolder);
+
+/// The languages that have a file in any of the folders, and English, in alphabetical order.
+std::vector<std::string> languagesOf(const std::vector<TextSource>& sources);
 
 } // namespace tesk5

@@ -2,26 +2,132 @@
 
 #include <tesk5/ModuleInfo.h>
 
+#include "FrameworkTexts.h"
+#include "Languages.h"
 #include "TextCatalogue.h"
 
 #include <mrl/System.h>
 
 #include <algorithm>
+#include <memory>
+#include <mutex>
+#include <optional>
 
 namespace tesk5 {
 
 namespace {
 
-TextCatalogue& catalogue() {
-    static TextCatalogue texts(textFolders(moduleInfo().name, mrl::System::executableFolder()),
-                               "en", moduleInfo().builtInTexts);
-    return texts;
+constexpr const char* FALLBACK_LANGUAGE = "en";
+
+const std::vector<TextSource>& sources() {
+    static const std::vector<TextSource> all = [] {
+        const std::filesystem::path folder = mrl::System::executableFolder();
+        return std::vector<TextSource>{
+            {textFolders(moduleInfo().name, folder), moduleInfo().builtInTexts},
+            {textFolders("tesk5", folder), frameworkTexts()}};
+    }();
+    return all;
 }
+
+// The most specific available tag for `tag`.
+std::optional<std::string> availableFor(std::string_view tag,
+                                        const std::vector<std::string>& available) {
+    for (const std::string& candidate : fallbacksOf(tag)) {
+        if (std::find(available.begin(), available.end(), candidate) != available.end()) {
+            return candidate;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string usersLanguage() {
+    const std::vector<std::string> available = availableLanguages();
+    for (const std::string& tag : mrl::System::interfaceLanguages()) {
+        if (const std::optional<std::string> found = availableFor(tag, available)) {
+            return *found;
+        }
+    }
+    return FALLBACK_LANGUAGE;
+}
+
+// The languages used so far. Catalogues stay, because texts are handed out by reference.
+class UsedLanguages {
+public:
+    TextCatalogue& current() {
+        const std::lock_guard lock(m_mutex);
+        return *settled().catalogue;
+    }
+    std::string tag() {
+        const std::lock_guard lock(m_mutex);
+        return settled().tag;
+    }
+    void choose(std::string tag) {
+        const std::lock_guard lock(m_mutex);
+        m_chosen = std::move(tag);
+        m_current = nullptr;
+    }
+
+    static UsedLanguages& instance() {
+        static UsedLanguages languages;
+        return languages;
+    }
+
+private:
+    struct Language {
+        std::string tag;
+        std::unique_ptr<TextCatalogue> catalogue;
+    };
+
+    Language& settled() {
+        if (m_current == nullptr) {
+            const std::string tag = m_chosen.empty() ? usersLanguage() : m_chosen;
+            const auto known = std::find_if(m_used.begin(), m_used.end(),
+                                            [&tag](const auto& used) { return used->tag == tag; });
+            m_current = known != m_used.end()
+                            ? known->get()
+                            : m_used
+                                  .emplace_back(std::make_unique<Language>(
+                                      tag, std::make_unique<TextCatalogue>(sources(), tag)))
+                                  .get();
+        }
+        return *m_current;
+    }
+
+    std::mutex m_mutex;
+    std::string m_chosen;
+    std::vector<std::unique_ptr<Language>> m_used;
+    Language* m_current = nullptr;
+};
 
 } // namespace
 
 const TeskString& textOf(const TeskString& key) {
-    return catalogue().textOf(key);
+    return UsedLanguages::instance().current().textOf(key);
+}
+
+std::string message(const TeskString& key, const Event::Variables& variables) {
+    return fillPlaceholders(textOf(key).utf8(), variables);
+}
+
+std::string language() {
+    return UsedLanguages::instance().tag();
+}
+
+bool setLanguage(std::string_view tag) {
+    std::string chosen;
+    if (!tag.empty()) {
+        const std::optional<std::string> found = availableFor(tag, availableLanguages());
+        if (!found) {
+            return false;
+        }
+        chosen = *found;
+    }
+    UsedLanguages::instance().choose(std::move(chosen));
+    return true;
+}
+
+std::vector<std::string> availableLanguages() {
+    return languagesOf(sources());
 }
 
 std::string fillPlaceholders(const std::string& text, const Event::Variables& variables) {

@@ -3,9 +3,12 @@
 
 #include <tesk5/Event.h>
 #include <tesk5/LocalizedString.h>
+#include <tesk5/Measurement.h>
 #include <tesk5/Parameter.h>
 #include <tesk5/TeskException.h>
 #include <tesk5/Test.h>
+
+#include <optional>
 
 namespace tesk5 {
 
@@ -49,6 +52,17 @@ public:
     /// \param sourceFile path of the source file inside the repository
     static void warning(Event* event, const TeskString& sourceFile, int line);
     static void error(Event* event, const TeskString& sourceFile, int line);
+
+    /// Records what a test has measured; consoles, reports and followers show it with its limits.
+    /// Like events, what is told outside a test function is dropped.
+    static void measured(Measurement measurement);
+    /// Records what else was there to be measured.
+    static void surveyed(Survey survey);
+    /// Tells a waiting person what is going on.
+    /// \param key of the text that says it
+    /// \param longestSeconds the longest that the test can still take; nothing when a person
+    /// decides
+    static void progresses(const TeskString& key, std::optional<double> longestSeconds);
 
     /// Whether somebody wants the run to end (Ctrl+C, Ctrl+Break). Cheap.
     static bool checkForStop();

@@ -8,6 +8,11 @@
 
 namespace tesk5 {
 
+enum class Severity { warning, error };
+
+/// "warning" or "error", as reports write it.
+const char* severityName(Severity severity);
+
 /// A kind of occurrence, with named variables. Made with DiagModule::createEvent, owned by the
 /// framework, alive until the process ends. Set its variables, then raise it with
 /// DiagModule::warning or DiagModule::error. Not synchronised: events belong to the test's thread.

@@ -33,6 +33,8 @@ public:
     /// A text.
     Value(const TeskString& text) : m_value(text) {}       // NOLINT(google-explicit-constructor)
     Value(const char* utf8) : m_value(TeskString(utf8)) {} // NOLINT(google-explicit-constructor)
+    Value(const std::string& utf8)                         // NOLINT(google-explicit-constructor)
+        : m_value(TeskString(utf8)) {}
     /// A number.
     Value(mrl::Uint32 number) : m_value(number) {} // NOLINT(google-explicit-constructor)
 

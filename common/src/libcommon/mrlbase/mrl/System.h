@@ -5,6 +5,8 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 namespace mrl {
 
@@ -26,6 +28,11 @@ public:
     /// The folder that the running executable's file lies in; empty when the system does not tell.
     /// Platform: GetModuleFileNameW
     static std::filesystem::path executableFolder();
+
+    /// The languages that the user wants to be spoken to in, the dearest first, as tags ("de-AT",
+    /// or "de_AT.UTF-8" from the environment); none when the system does not tell.
+    /// Platform: GetUserPreferredUILanguages; elsewhere the first of LC_ALL, LC_MESSAGES and LANG
+    static std::vector<std::string> interfaceLanguages();
 };
 
 } // namespace mrl

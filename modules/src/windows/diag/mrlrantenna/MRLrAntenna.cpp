@@ -25,6 +25,12 @@ constexpr unsigned int POLL_INTERVAL_MS = 100;
 constexpr int RADIO_PHY = 0;
 
 constexpr unsigned int HIGHEST_THRESHOLD = 99;
+constexpr mrl::Uint32 HIGHEST_QUALITY = 100;
+
+// The longest that a phase and all that follows it take: two forced scans, then the search with
+// the reads of its last pass.
+constexpr double SCAN_SECONDS = 7.0;
+constexpr double LONGEST_SEARCH_SECONDS = SEARCH_LIMIT_SECONDS + 1.0;
 
 mrl::LoggerStream moduleLog(mrl::Uint32 line) {
     return mrl::LoggerStream(moduleLogger(), LOG_PRIORITY, line);
@@ -49,6 +55,29 @@ tesk5::Event* weakSignalEvent(const String& ssid, unsigned int threshold, unsign
     return events::failingSignalStrengthDetected->setVariable("SSIDName", tesk5::TeskString(ssid))
         ->setVariable("FailingSignalStrength", threshold)
         ->setVariable("DetectedSignalStrength", strength);
+}
+
+// The networks of the last look, for whoever wants to know what else was there.
+void surveyNetworks(const WirelessDevice& device, mrl::Uint32 count, mrl::Uint32 match) {
+    tesk5::Survey survey{"VISIBLE_NETWORKS", "%", 0, HIGHEST_QUALITY, {}};
+    for (mrl::Uint32 i = 0; i < count; ++i) {
+        const VisibleNetwork& network = device.m_visibleNetworks[i];
+        survey.entries.push_back({tesk5::TeskString(network.m_ssid),
+                                  static_cast<mrl::Uint32>(network.m_signalQuality), i == match});
+    }
+    DiagModule::surveyed(std::move(survey));
+}
+
+// The detected strength with the levels that are switched on.
+void recordStrength(unsigned int strength, unsigned int warn, unsigned int fail) {
+    tesk5::Measurement measurement{"DetectedSignalStrength", strength, "%", 0, HIGHEST_QUALITY, {}};
+    if (warn != 0) {
+        measurement.limits.push_back({"WarningSignalStrength", warn, tesk5::Severity::warning});
+    }
+    if (fail != 0) {
+        measurement.limits.push_back({"FailingSignalStrength", fail, tesk5::Severity::error});
+    }
+    DiagModule::measured(std::move(measurement));
 }
 
 // Index of the first record whose name, trimmed, is `ssid` in any letter case; `count` when none
@@ -90,12 +119,15 @@ bool getAccessPointSignalStrength(const tesk5::DiagDevice& device, const String&
     // The driver's list may be stale or still filling after the radio woke up, and a first scan
     // right after that can come back empty: one retry.
     unsigned int forcedStrength = 0;
+    DiagModule::progresses("SCANNING", 2 * SCAN_SECONDS + LONGEST_SEARCH_SECONDS);
     bool forcedFound = wirelessDevice.forceScanMatched(ssid, forcedStrength);
     if (!forcedFound) {
+        DiagModule::progresses("SCANNING_AGAIN", SCAN_SECONDS + LONGEST_SEARCH_SECONDS);
         forcedFound = wirelessDevice.forceScanMatched(ssid, forcedStrength);
     }
     moduleLog(154) << "getAccessPointSignalStrength::forcedScanSignalStrength: " << forcedStrength;
 
+    DiagModule::progresses("SEARCHING", LONGEST_SEARCH_SECONDS);
     const mrl::Stopwatch stopwatch;
     for (;; mrl::System::mssleep(POLL_INTERVAL_MS)) {
         const mrl::Uint32 count = wirelessDevice.getNumVisibleNetworks();
@@ -112,6 +144,7 @@ bool getAccessPointSignalStrength(const tesk5::DiagDevice& device, const String&
         String name;
         const mrl::Uint32 match = findNetwork(wirelessDevice, count, ssid, name);
         if (match < count) {
+            surveyNetworks(wirelessDevice, count, match);
             moduleLog(181) << "getAccessPointSignalStrength::Found the matching SSID: " << name;
             signalStrength =
                 static_cast<unsigned int>(wirelessDevice.m_visibleNetworks[match].m_signalQuality);
@@ -131,6 +164,7 @@ bool getAccessPointSignalStrength(const tesk5::DiagDevice& device, const String&
             moduleLog(194)
                 << "getAccessPointSignalStrength() was not able to find a matching SSID: " << ssid
                 << " after trying for " << static_cast<int>(SEARCH_LIMIT_SECONDS) << " seconds";
+            surveyNetworks(wirelessDevice, count, count);
             return false;
         }
     }
@@ -209,6 +243,7 @@ TestResult WirelessSignalStrengthVerificationTest(const tesk5::DiagDevice& devic
         return TestResult::BADPARAMS();
     }
 
+    recordStrength(strength, warn, fail);
     if (fail != 0 && strength <= fail) {
         DiagModule::error(weakSignalEvent(ssid, fail, strength), MODULE_SOURCE_FILE, 282);
         moduleLog(283) << "WirelessSignalStrengthVerificationTest::SSID: " << ssid

@@ -1,0 +1,47 @@
+// What only Windows itself can tell of the process and its user.
+#include <mrl/System.h>
+
+#include <mrl/Unicode.h>
+
+#include <windows.h>
+
+namespace mrl {
+
+// The runtime library knows the path only in the code page of the process, which cannot hold every
+// folder's name.
+std::filesystem::path System::executableFolder() {
+    CharString path(MAX_PATH, Char());
+    for (;;) {
+        // ERROR_INSUFFICIENT_BUFFER: the text is cut and fills the buffer
+        const DWORD length =
+            GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+        if (length < path.size()) {
+            path.resize(length);
+            return std::filesystem::path(path).parent_path();
+        }
+        path.resize(path.size() * 2);
+    }
+}
+
+std::vector<std::string> System::interfaceLanguages() {
+    ULONG count = 0;
+    ULONG length = 0;
+    // ERROR_INVALID_PARAMETER, ERROR_INSUFFICIENT_BUFFER
+    if (GetUserPreferredUILanguages(MUI_LANGUAGE_NAME, &count, nullptr, &length) == 0) {
+        return {};
+    }
+    CharString names(length, Char());
+    if (GetUserPreferredUILanguages(MUI_LANGUAGE_NAME, &count, names.data(), &length) == 0) {
+        return {};
+    }
+    // Each name ends with a zero, and the last one with two.
+    std::vector<std::string> languages;
+    for (std::size_t begin = 0; begin < names.size() && names[begin] != Char();) {
+        const std::size_t end = std::min(names.find(Char(), begin), names.size());
+        languages.push_back(toUtf8(CharView(names).substr(begin, end - begin)));
+        begin = end + 1;
+    }
+    return languages;
+}
+
+} // namespace mrl

@@ -1,0 +1,20 @@
+// The kinds of report that a run can leave behind.
+#pragma once
+
+#include "Runner.h"
+
+#include <string>
+#include <vector>
+
+namespace tesk5 {
+
+struct ReportKind {
+    const char* option; ///< names the file on the command line
+    /// The report's whole text.
+    std::string (*text)(const RunRecord& run);
+};
+
+/// Every kind, in the order of the help page.
+const std::vector<ReportKind>& reportKinds();
+
+} // namespace tesk5

@@ -1,0 +1,49 @@
+// What a test has measured, apart from the verdict that it draws from it.
+#pragma once
+
+#include <tesk5/Event.h>
+
+#include <vector>
+
+namespace tesk5 {
+
+/// A level that a measured value should lie above.
+struct Limit {
+    TeskString name; ///< as the parameter that sets it: "WarningSignalStrength"
+    mrl::Uint32 value;
+    Severity severity; ///< what a value at or below it means
+};
+
+/// One measured value on a scale, with the limits that were in force.
+struct Measurement {
+    TeskString name; ///< for programs, and the key of its text for people
+    mrl::Uint32 value;
+    TeskString unit; ///< as people write it after a number: "%"
+    mrl::Uint32 lowest = 0;
+    mrl::Uint32 highest = 100;
+    std::vector<Limit> limits;
+
+    /// The gravest limit that the value does not lie above; null when it keeps them all. Of two
+    /// equally grave ones the lower counts.
+    const Limit* brokenLimit() const;
+};
+
+/// What else was there to be measured: values of one kind under names that strangers chose.
+struct Survey {
+    struct Entry {
+        TeskString name;
+        mrl::Uint32 value;
+        bool measured; ///< the one that the test is about
+    };
+
+    TeskString name; ///< for programs, and the key of its text for people
+    TeskString unit;
+    mrl::Uint32 lowest = 0;
+    mrl::Uint32 highest = 100;
+    std::vector<Entry> entries;
+};
+
+/// Where `value` lies between `lowest` and `highest`: 0 to 1, also for a value beyond its scale.
+double shareOfScale(mrl::Uint32 value, mrl::Uint32 lowest, mrl::Uint32 highest);
+
+} // namespace tesk5
