@@ -80,6 +80,11 @@ class Executable(unittest.TestCase):
     def test_carries_no_path_of_the_machine_that_built_it(self):
         self.assertNotIn(str(ROOT).encode("utf-8"), self.image.data)
 
+    def test_names_its_sources_as_the_repository_does(self):
+        name = b"modules/src/windows/diag/mrlrantenna/mrlrantennaDlg.cpp\0"
+        self.assertIn(b"\0" + name, self.image.data)
+        self.assertNotIn(b"/" + name, self.image.data)
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -1,4 +1,5 @@
-# Shared by ./run, ./test and .ci/run: installs what is missing, builds, prepares Wine.
+# Shared by ./run, ./test, .ci/run and the packaging: installs what is missing, builds, prepares
+# Wine.
 # To be sourced from the repository's root.
 
 # Every Debian package that the project needs, by what it is for.
@@ -8,7 +9,7 @@ PACKAGES=(
     googletest                                                   # tests, built from its sources
     wine wine64                                                  # runs the Windows programs
     xvfb xauth xdotool imagemagick                               # a display for them, and eyes
-    python3                                                      # system tests and checks
+    python3 python3-jsonschema git                               # packaging, system tests, checks
 )
 # Only the checks of .ci/run need these.
 CHECK_PACKAGES=(clang-format clang-tidy)

@@ -1,0 +1,403 @@
+"""The zip for Windows: what is in it, that it tells the truth, and that it is always the same."""
+import datetime
+import hashlib
+import json
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+import unittest.mock
+import zipfile
+
+import jsonschema
+
+import program
+from program import DIST, EXECUTABLE, RESULTS, ROOT, WRONG_USAGE, ProgramTest
+
+TOOLS = ROOT / "tools" / "package"
+sys.path.insert(0, str(TOOLS))
+import compare_packages  # noqa: E402
+import components  # noqa: E402
+import make_package  # noqa: E402
+
+BUILD = DIST.parent
+BILL = "mrlrantenna.cdx.json"
+CMAKE_LIBRARIES = (ROOT / "cmake" / "HeaderOnlyLibraries.cmake").read_text(encoding="utf-8")
+# What every executable of this toolchain has in it, whatever else it uses.
+RUN_TIME = {"libstdc++", "libgcc", "libssp", "winpthreads", "MinGW-w64 runtime"}
+# Words by which a licence is known.
+LICENCE_WORDS = {
+    "MIT": ["Permission is hereby granted, free of charge", "THE SOFTWARE IS PROVIDED"],
+    "BSD-3-Clause": ["Redistributions in binary form must reproduce", "endorse or promote"],
+    "BSL-1.0": ["Boost Software License - Version 1.0"],
+    "Apache-2.0": ["Apache License", "Version 2.0"],
+    "GPL-3.0-or-later": ["GNU GENERAL PUBLIC LICENSE", "END OF TERMS AND CONDITIONS"],
+    "GCC-exception-3.1": ["GCC RUNTIME LIBRARY EXCEPTION", "Grant of Additional Permission"],
+    "ZPL-2.1": ["Zope Public License", "Servicemarks"],
+}
+
+
+def make(output, build=BUILD, **options):
+    """Makes a package; returns the finished process."""
+    return subprocess.run([sys.executable, str(TOOLS / "make_package.py"), str(build), str(output)],
+                          stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False, **options)
+
+
+def made(output, **options):
+    """Makes a package; returns its path."""
+    run = make(output, **options)
+    if run.returncode != 0:
+        raise AssertionError(run.stderr.decode("utf-8", "replace"))
+    [package] = output.iterdir()
+    return package
+
+
+class PackageTest(ProgramTest):
+    """Tests of one package, made once."""
+
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(folder.cleanup)
+        cls.package = made(pathlib.Path(folder.name))
+        cls.zip = zipfile.ZipFile(cls.package)
+        cls.addClassCleanup(cls.zip.close)
+        cls.names = cls.zip.namelist()
+        cls.bill = json.loads(cls.zip.read(BILL))
+
+    def libraries(self):
+        return {entry["name"]: entry for entry in self.bill["components"]
+                if entry["type"] == "library"}
+
+    def licence_file(self, library):
+        [name] = [entry["value"] for entry in library["properties"]
+                  if entry["name"] == "mrlrantenna:licence-file"]
+        return name
+
+
+class Contents(PackageTest):
+    def test_are_the_program_its_resources_and_its_papers_and_nothing_else(self):
+        resources = {path.relative_to(ROOT).as_posix()
+                     for path in (ROOT / "resources").rglob("*") if path.is_file()}
+        papers = {"README.txt", "LICENSE.txt", BILL}
+        licences = {name for name in self.names if name.startswith("licences/")}
+        self.assertEqual(set(self.names), {EXECUTABLE.name} | resources | papers | licences)
+        self.assertEqual(licences, {self.licence_file(library)
+                                    for library in self.libraries().values()})
+
+    def test_are_the_built_files(self):
+        for name in self.names:
+            if name == EXECUTABLE.name or name.startswith("resources/"):
+                with self.subTest(name):
+                    self.assertEqual(self.zip.read(name), (DIST / name).read_bytes())
+
+    def test_have_names_that_every_unpacker_takes(self):
+        for name in self.names:
+            with self.subTest(name):
+                self.assertRegex(name, r"\A[A-Za-z0-9_][A-Za-z0-9._/-]*\Z")
+                self.assertNotIn("..", name)
+        self.assertEqual(len({name.lower() for name in self.names}), len(self.names))
+
+    def test_are_sorted_and_carry_fixed_permissions_and_one_time(self):
+        self.assertEqual(self.names, sorted(self.names))
+        self.assertEqual(len({entry.date_time for entry in self.zip.infolist()}), 1)
+        for entry in self.zip.infolist():
+            with self.subTest(entry.filename):
+                expected = 0o100755 if entry.filename == EXECUTABLE.name else 0o100644
+                self.assertEqual(entry.external_attr >> 16, expected)
+
+    def test_are_whole(self):
+        self.assertIsNone(self.zip.testzip())
+
+
+class Papers(PackageTest):
+    def text(self, name):
+        return self.zip.read(name).decode("ascii")
+
+    def test_end_their_lines_as_windows_does(self):
+        for name in self.names:
+            if name.endswith(".txt"):
+                with self.subTest(name):
+                    text = self.text(name)
+                    self.assertEqual(text.count("\r\n"), text.count("\n"))
+                    self.assertEqual(text.count("\r"), text.count("\n"))
+                    self.assertTrue(text.endswith("\r\n"))
+
+    def test_readme_tells_version_commands_exit_values_location_setting_help_and_licences(self):
+        readme = self.text("README.txt")
+        self.assertTrue(readme.startswith("mrlrantenna 6.5 build 000000001\r\n"))
+        self.assertNotRegex(readme, r"[{}]", "every place of the template is filled")
+        for text in ("mrlrantenna.k5x list", "cmd /c", "%ERRORLEVEL%", "$LASTEXITCODE",
+                     "Privacy & security > Location", "--help", "LICENSE.txt", BILL):
+            with self.subTest(text):
+                self.assertIn(text, readme)
+        for result, value in {**RESULTS, "COMPLETED": 0}.items():
+            with self.subTest(result):
+                self.assertRegex(readme, rf"(?m)^  {value} .*\b{result}\b")
+        self.assertRegex(readme, rf"(?m)^  {WRONG_USAGE} ")
+
+    def test_readme_fits_a_narrow_window(self):
+        for line in self.text("README.txt").split("\r\n"):
+            self.assertLessEqual(len(line), 100)
+
+    def test_licence_of_the_program_is_the_repositorys(self):
+        self.assertEqual(self.text("LICENSE.txt").replace("\r\n", "\n"),
+                         (ROOT / "LICENSE").read_text(encoding="utf-8"))
+
+    def test_licence_of_every_library_is_there(self):
+        for library in self.libraries().values():
+            with self.subTest(library["name"]):
+                text = self.text(self.licence_file(library))
+                self.assertIn("Copyright", text)
+                self.assertIn(library["name"].split(" ")[0].lower(), text.lower())
+                for word in re.findall(r"[\w.+-]+", json.dumps(library["licenses"])):
+                    for known in LICENCE_WORDS.get(word, ()):
+                        self.assertIn(known, text)
+
+
+class BillOfMaterials(PackageTest):
+    def test_is_one(self):
+        schema = json.loads((pathlib.Path(__file__).parent / "cyclonedx-subset.schema.json")
+                            .read_text(encoding="utf-8"))
+        jsonschema.Draft7Validator.check_schema(schema)
+        jsonschema.validate(self.bill, schema, jsonschema.Draft7Validator)
+
+    def test_lists_every_other_file_with_its_hash(self):
+        listed = {entry["name"]: entry["hashes"][0]["content"]
+                  for entry in self.bill["components"] if entry["type"] == "file"}
+        self.assertEqual(listed, {name: hashlib.sha256(self.zip.read(name)).hexdigest()
+                                  for name in self.names if name != BILL})
+
+    def test_lists_every_header_only_library_and_the_run_time_libraries(self):
+        packages = re.findall(r"^mrlr_header_only\(.* (\S+)\)$", CMAKE_LIBRARIES, re.MULTILINE)
+        self.assertGreaterEqual(len(packages), 4)
+        places = [library["purl"] for library in self.libraries().values()]
+        for package in packages:
+            with self.subTest(package):
+                self.assertEqual(len([place for place in places if f"/{package}@" in place]), 1)
+        self.assertLessEqual(RUN_TIME, set(self.libraries()))
+
+    def test_has_the_installed_versions_and_a_licence_for_each(self):
+        for library in self.libraries().values():
+            with self.subTest(library["name"]):
+                package = re.match(r"pkg:deb/debian/([^@]+)@", library["purl"]).group(1)
+                version = subprocess.check_output(
+                    ["dpkg-query", "-W", "-f", "${Version}", package], text=True)
+                self.assertEqual(library["version"], version)
+                self.assertTrue(library["licenses"])
+
+    def test_refers_only_to_what_it_lists(self):
+        references = [entry["bom-ref"] for entry in self.bill["components"]]
+        references.append(self.bill["metadata"]["component"]["bom-ref"])
+        self.assertEqual(len(set(references)), len(references))
+        for dependency in self.bill["dependencies"]:
+            self.assertIn(dependency["ref"], references)
+            self.assertLessEqual(set(dependency.get("dependsOn", ())), set(references))
+
+
+class Unpacked(PackageTest):
+    def run_unpacked(self, folder_name, *arguments):
+        folder = self.folder / folder_name
+        self.zip.extractall(folder)
+        with unittest.mock.patch.object(program, "EXECUTABLE", folder / EXECUTABLE.name):
+            return self.run_program(*arguments)
+
+    def test_runs_from_folders_of_any_name(self):
+        for name in ("plain", "Pr\u00fcfstand 7 & (mehr)", "\u30a2\u30f3\u30c6\u30ca \u691c\u67fb"):
+            with self.subTest(name):
+                run = self.run_unpacked(name, "--version")
+                self.assertEqual(run.exit, 0, run)
+                self.assertEqual(run.out, "mrlrantenna 6.5 (build 000000001)\n")
+
+    def test_lists_and_runs_the_tests(self):
+        listed = self.run_unpacked("here", "list")
+        self.assertEqual(listed.exit, 0, listed)
+        self.assertIn(program.VERIFICATION, listed.out)
+
+    def test_has_the_version_in_its_name(self):
+        run = self.run_unpacked("here", "--version")
+        number, build = re.search(r"(\d+\.\d+) \(build (\w+)\)", run.out).groups()
+        self.assertRegex(self.package.name,
+                         rf"\Amrlrantenna-{re.escape(number)}\.{build}-win64(-modified)?\.zip\Z")
+
+
+class Repetition(ProgramTest):
+    def test_gives_the_same_bytes_whoever_makes_the_package_where_and_when(self):
+        surroundings = (
+            dict(umask=0o022, cwd=ROOT, TZ="UTC", LC_ALL="C.UTF-8"),
+            dict(umask=0o077, cwd=self.folder, TZ="Pacific/Kiritimati", LC_ALL="POSIX",
+                 HOME=str(self.folder), USER="somebody", LOGNAME="somebody",
+                 PYTHONHASHSEED="7"),
+        )
+        packages = []
+        for index, variables in enumerate(surroundings):
+            options = {key: variables.pop(key) for key in ("umask", "cwd")}
+            packages.append(made(self.folder / str(index), **options,
+                                 env=dict(os.environ, **variables)))
+        self.assertEqual(compare_packages.differences(*packages), [])
+
+    def test_is_compared_down_to_the_entry_that_differs(self):
+        first, second = (self.folder / name for name in ("one.zip", "other.zip"))
+        time = datetime.datetime(2026, 1, 2, tzinfo=datetime.timezone.utc)
+        first.write_bytes(make_package.packed({"a": b"same", "b": b"text", "c": b""}, time))
+        second.write_bytes(make_package.packed({"a": b"same", "b": b"teXt"}, time))
+        self.assertEqual(compare_packages.differences(first, second), [
+            "names: one.zip, other.zip",
+            "c: only in the first",
+            "b: 4 and 4 bytes, first difference at 0x2",
+        ])
+        later = time + datetime.timedelta(days=1)
+        second.write_bytes(make_package.packed({"a": b"same", "b": b"text", "c": b""}, later))
+        self.assertIn("the same files, packed differently",
+                      compare_packages.differences(first, second))
+
+
+class Refusal(ProgramTest):
+    """What would make a package that lacks something, or has too much."""
+
+    MEMBERS = ("/usr/lib/gcc/x86_64-w64-mingw32/12/libstdc++.a(tree.o)",
+               "/usr/lib/gcc/x86_64-w64-mingw32/12/libgcc.a(_ctors.o)")
+
+    def linker_map(self, *members):
+        return ("Archive member included to satisfy reference by file (symbol)\n\n"
+                + "".join(f"{member}\n          main.obj (f)\n" for member in members)
+                + "\nDiscarded input sections\n")
+
+    def used(self, table=None, cmake=CMAKE_LIBRARIES, members=MEMBERS):
+        return [entry["name"] for entry in components.used(
+            components.table() if table is None else table, cmake, self.linker_map(*members))]
+
+    def refused(self, build, *naming):
+        output = self.folder / "output"
+        run = make(output, build=build)
+        message = run.stderr.decode("utf-8")
+        self.assertEqual(run.returncode, WRONG_USAGE, message)
+        self.assertEqual(message.count("\n"), 1, message)
+        for text in naming:
+            self.assertIn(text, message)
+        self.assertFalse(output.exists(), "nothing is written")
+
+    def built_copy(self):
+        copy = self.folder / "build"
+        copy.mkdir()
+        shutil.copytree(DIST, copy / "dist")
+        (copy / "mrlrantenna.map").symlink_to(BUILD / "mrlrantenna.map")
+        return copy
+
+    def test_of_a_header_only_library_that_the_table_does_not_have(self):
+        with self.assertRaisesRegex(components.PackagingError, "newlib of libnewlib-dev"):
+            self.used(cmake=CMAKE_LIBRARIES + "mrlr_header_only(third_party_new newlib libnewlib-dev)\n")
+        for entry in components.table():
+            if "headers" in entry:
+                with self.subTest(entry["name"]):
+                    table = [other for other in components.table() if other != entry]
+                    with self.assertRaisesRegex(components.PackagingError, entry["package"]):
+                        self.used(table=table)
+
+    def test_of_a_linked_library_that_the_table_does_not_have(self):
+        with self.assertRaisesRegex(components.PackagingError, r"libnew\.a\(part\.o\)"):
+            self.used(members=(*self.MEMBERS, "/usr/lib/libnew.a(part.o)"))
+
+    def test_of_a_map_without_libraries(self):
+        with self.assertRaisesRegex(components.PackagingError, "names no library"):
+            self.used(members=())
+
+    def test_of_a_library_without_its_licence(self):
+        with self.assertRaisesRegex(components.PackagingError, "licence of new is missing"):
+            components.notice({"name": "new", "notice": "new.txt"})
+
+    def test_does_not_hit_a_part_of_the_run_time_library_with_a_licence_of_its_own(self):
+        self.assertNotIn("fast_float", self.used())
+        part = "/usr/lib/gcc/x86_64-w64-mingw32/12/libstdc++.a(floating_from_chars.o)"
+        self.assertIn("fast_float", self.used(members=(*self.MEMBERS, part)))
+
+    def test_of_a_tree_that_is_not_built(self):
+        self.refused(self.folder / "nothing", "mrlrantenna.k5x is missing")
+
+    def test_of_a_stray_file_in_the_built_tree(self):
+        build = self.built_copy()
+        (build / "dist" / "notes.txt").write_text("not for customers")
+        self.refused(build, "notes.txt")
+
+    def test_of_outdated_resources_in_the_built_tree(self):
+        build = self.built_copy()
+        texts = build / "dist" / "resources" / "mrlrantenna" / "texts" / "en.json"
+        texts.write_text("{}")
+        self.refused(build, "en.json", "build again")
+
+    def test_of_an_executable_without_a_version(self):
+        build = self.built_copy()
+        (build / "dist" / EXECUTABLE.name).write_bytes(b"MZ")
+        self.refused(build, "version")
+
+
+class Origin(ProgramTest):
+    """Which commit a package is of, and whether it is exactly that."""
+
+    def git(self, *arguments):
+        subprocess.run(["git", "-c", "user.name=Somebody", "-c", "user.email=s@example.com",
+                        "-c", "commit.gpgsign=false", *arguments], cwd=self.folder, check=True,
+                       stdout=subprocess.DEVNULL,
+                       env=dict(os.environ, GIT_COMMITTER_DATE="2026-03-04T05:06:07+0200"))
+
+    def committed(self):
+        (self.folder / "resources").mkdir()
+        self.write("resources/text.json", "{}")
+        self.write(".gitignore", "*.tmp\n")
+        self.git("init", "--quiet")
+        self.git("add", ".")
+        self.git("commit", "--quiet", "--message", "first")
+
+    def test_is_the_commit_and_its_time_in_utc(self):
+        self.committed()
+        origin = make_package.origin(self.folder)
+        self.assertRegex(origin.commit, r"\A[0-9a-f]{40}\Z")
+        self.assertFalse(origin.modified)
+        self.assertEqual(origin.time.isoformat(), "2026-03-04T03:06:07+00:00")
+
+    def test_tells_changes_that_are_not_committed(self):
+        self.committed()
+        for change in ("resources/text.json", "new.cpp", "resources/left-over.tmp"):
+            with self.subTest(change):
+                path = self.write(change, "changed")
+                self.assertTrue(make_package.origin(self.folder).modified)
+                if change == "resources/text.json":
+                    path.write_text("{}")
+                else:
+                    path.unlink()
+                self.assertFalse(make_package.origin(self.folder).modified)
+
+    def test_of_a_tree_without_history_is_unknown(self):
+        origin = make_package.origin(self.folder)
+        self.assertIsNone(origin.commit)
+        self.assertTrue(origin.modified)
+
+    def test_of_a_broken_history_is_refused(self):
+        (self.folder / ".git").mkdir()
+        with self.assertRaisesRegex(components.PackagingError, "Git does not tell the commit"):
+            make_package.origin(self.folder)
+
+    def test_stands_in_the_package(self):
+        origin = make_package.origin(ROOT)
+        changed = make_package.Origin("0123456789abcdef" * 2 + "01234567", True, origin.time)
+        for tree, name_end, sentence in (
+                (changed._replace(modified=False), "-win64", b"From commit 0123456789ab of "),
+                (changed, "-win64-modified", b"changes that are not committed; not a release."),
+                (changed._replace(commit=None), "-win64-modified", b"not a release.")):
+            with self.subTest(name_end):
+                name, files = make_package.contents(BUILD, tree)
+                self.assertTrue(name.endswith(name_end), name)
+                self.assertIn(sentence, files["README.txt"])
+                properties = {entry["name"]: entry["value"] for entry in
+                              json.loads(files[BILL])["metadata"]["properties"]}
+                self.assertEqual(properties["mrlrantenna:commit"], tree.commit or "unknown")
+                self.assertEqual(properties["mrlrantenna:uncommitted-changes"],
+                                 str(tree.modified).lower())
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,170 @@
+#!/usr/bin/env python3
+"""Packs a built tree into the zip for Windows: make_package.py BUILD_FOLDER OUTPUT_FOLDER
+
+The zip depends on nothing but the commit, the built files and the installed Debian packages: entries
+are sorted, carry the commit's time and fixed permissions. It has no folder of its own around the
+files, because what unpacks zips on Windows makes one of the zip's name.
+"""
+import collections
+import datetime
+import hashlib
+import io
+import os
+import pathlib
+import subprocess
+import sys
+import zipfile
+
+import components
+import sbom
+from components import PackagingError
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+PROGRAM = "mrlrantenna.k5x"
+BILL = "mrlrantenna.cdx.json"
+# The first time that a zip can tell, for a tree that has no commit.
+ZIP_EPOCH = datetime.datetime(1980, 1, 1, tzinfo=datetime.timezone.utc)
+WRONG_USAGE = 64
+
+# commit: its hash, None when unknown; modified: the tree is not exactly that commit; time: in UTC.
+Origin = collections.namedtuple("Origin", "commit modified time")
+
+
+def _git(root, *arguments):
+    # No optional locks: somebody may be at work in the same tree.
+    run = subprocess.run(["git", "-C", str(root), *arguments], stdout=subprocess.PIPE,
+                         stderr=subprocess.PIPE, check=False,
+                         env=dict(os.environ, GIT_OPTIONAL_LOCKS="0", LC_ALL="C"))
+    if run.returncode != 0:
+        raise PackagingError("Git does not tell the commit: "
+                             + run.stderr.decode("utf-8", "replace").strip().replace("\n", "; "))
+    return run.stdout.decode("utf-8", "replace")
+
+
+def origin(root):
+    """Which commit the tree at `root` is, and whether it is exactly that."""
+    if not (root / ".git").exists():
+        return Origin(None, True, ZIP_EPOCH)
+    commit, seconds = _git(root, "log", "-1", "--no-show-signature", "--format=%H %ct").split()
+    # An ignored file among the resources would be shipped as well.
+    changes = (_git(root, "status", "--porcelain", "--untracked-files=normal")
+               + _git(root, "status", "--porcelain", "--ignored", "--", "resources"))
+    time = datetime.datetime.fromtimestamp(int(seconds), datetime.timezone.utc)
+    return Origin(commit, bool(changes), time)
+
+
+def version(program):
+    """The product's version, as the executable's own version resource has it: (name, build)."""
+    key = "ProductVersion\0".encode("utf-16-le")
+    image = program.read_bytes()
+    begin = image.find(key)
+    if begin >= 0:
+        begin += len(key)
+        # Padding may lie between a name and its value.
+        text = image[begin:begin + 128].decode("utf-16-le", "replace").lstrip("\0").split("\0")[0]
+        number, separator, build = text.partition(" build ")
+        if separator and number.replace(".", "").isdigit() and build.isalnum():
+            return number, build
+    raise PackagingError(f"{program} has no version such as \"6.5 build 000000001\": "
+                         "see mrlrantenna.rc")
+
+
+def _with_windows_line_ends(text):
+    return text.replace("\r\n", "\n").replace("\n", "\r\n").encode("utf-8")
+
+
+def _built_files(dist):
+    """{name: content} of the built tree, which has to be the executable and its resources."""
+    if not (dist / PROGRAM).is_file():
+        raise PackagingError(f"{dist / PROGRAM} is missing: build the target mrlrantenna first")
+    files = {path.relative_to(dist).as_posix(): path.read_bytes()
+             for path in dist.rglob("*") if path.is_file()}
+    resources = {path.relative_to(ROOT).as_posix(): path.read_bytes()
+                 for path in (ROOT / "resources").rglob("*") if path.is_file()}
+    shipped = {name: content for name, content in files.items() if name != PROGRAM}
+    different = sorted(name for name in shipped.keys() | resources.keys()
+                       if shipped.get(name) != resources.get(name))
+    if different:
+        raise PackagingError(f"{dist} does not have the resources of the source tree: "
+                             f"{different[0]} differs; build again")
+    return files
+
+
+def _origin_line(made_of):
+    if made_of.commit is None:
+        return "From a source tree without its history; not a release."
+    line = f"From commit {made_of.commit[:12]} of {made_of.time:%Y-%m-%d}"
+    return line + (", with changes that are not committed; not a release." if made_of.modified
+                   else ".")
+
+
+def contents(build, made_of):
+    """(name of the package, {name in the zip: content})."""
+    dist = build / "dist"
+    files = _built_files(dist)
+    number, build_number = version(dist / PROGRAM)
+    full_version = f"{number}.{build_number}"
+
+    map_file = build / "mrlrantenna.map"
+    if not map_file.is_file():
+        raise PackagingError(f"{map_file} is missing: build the target mrlrantenna again")
+    in_program = components.used(
+        components.table(),
+        (ROOT / "cmake" / "HeaderOnlyLibraries.cmake").read_text(encoding="utf-8"),
+        map_file.read_text(encoding="utf-8", errors="replace"))
+    for component in in_program:
+        files[f"licences/{component['notice']}"] = _with_windows_line_ends(
+            components.notice(component))
+    files["LICENSE.txt"] = _with_windows_line_ends((ROOT / "LICENSE").read_text(encoding="utf-8"))
+    title = f"{number} build {build_number}"
+    readme = (components.FOLDER / "README.txt").read_text(encoding="utf-8")
+    files["README.txt"] = _with_windows_line_ends(readme.format(
+        version=title, underline="=" * len(f"mrlrantenna {title}"), origin=_origin_line(made_of)))
+
+    versions = components.debian_versions(
+        {component["package"] for component in in_program} | set(sbom.BUILD_TOOLS))
+    files[BILL] = sbom.make(full_version, made_of, in_program, versions, files)
+    suffix = "-modified" if made_of.modified else ""
+    return f"mrlrantenna-{full_version}-win64{suffix}", files
+
+
+def packed(files, time):
+    """The zip's bytes."""
+    stream = io.BytesIO()
+    with zipfile.ZipFile(stream, "w", zipfile.ZIP_DEFLATED, compresslevel=9) as archive:
+        for name in sorted(files):
+            entry = zipfile.ZipInfo(name, max(time, ZIP_EPOCH).timetuple()[:6])
+            entry.create_system = 3  # Unix, for the permissions; Windows does not look at them
+            entry.external_attr = (0o100755 if name == PROGRAM else 0o100644) << 16
+            entry.compress_type = zipfile.ZIP_DEFLATED
+            archive.writestr(entry, files[name])
+    return stream.getvalue()
+
+
+def main(arguments):
+    if len(arguments) != 2:
+        print("usage: make_package.py BUILD_FOLDER OUTPUT_FOLDER", file=sys.stderr)
+        return WRONG_USAGE
+    build, output = (pathlib.Path(argument) for argument in arguments)
+    try:
+        made_of = origin(ROOT)
+        name, files = contents(build, made_of)
+    except PackagingError as error:
+        print(f"package: {error}.", file=sys.stderr)
+        return WRONG_USAGE
+    data = packed(files, made_of.time)
+    output.mkdir(parents=True, exist_ok=True)
+    package = output / f"{name}.zip"
+    unfinished = output / f"{name}.zip.tmp"
+    unfinished.write_bytes(data)
+    unfinished.replace(package)
+    if made_of.modified:
+        print("package: the tree is not exactly a commit, and the package says so; "
+              "commit first for one to hand out.", file=sys.stderr)
+    print(f"{package}: {len(files)} files, {len(data)} bytes, "
+          f"SHA-256 {hashlib.sha256(data).hexdigest()}")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
