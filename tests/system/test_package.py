@@ -218,6 +218,17 @@ class Unpacked(PackageTest):
         self.assertEqual(listed.exit, 0, listed)
         self.assertIn(program.VERIFICATION, listed.out)
 
+    def test_knows_every_command_and_option_that_its_readme_tells(self):
+        readme = self.zip.read("README.txt").decode("ascii")
+        page = self.run_unpacked("here", "--help").out
+        commands = set(re.findall(r"(?m)^  (?:cmd /c )?mrlrantenna\.k5x (\w+)", readme))
+        self.assertLessEqual({"list", "run"}, commands)
+        options = set(re.findall(r"--[a-z]+", readme))
+        self.assertLessEqual({"--set", "--language", "--help"}, options)
+        for word in commands | options:
+            with self.subTest(word):
+                self.assertRegex(page, rf"(?m)^  (mrlrantenna\.k5x \[?)?{word}\b")
+
     def test_has_the_version_in_its_name(self):
         run = self.run_unpacked("here", "--version")
         number, build = re.search(r"(\d+\.\d+) \(build (\w+)\)", run.out).groups()
