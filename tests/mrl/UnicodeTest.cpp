@@ -192,6 +192,7 @@ TEST(Unicode, CharactersThatTurnTheReadingOrHideAreShownByTheirNumbers) {
     EXPECT_EQ(mrl::escapeControls("La\xE2\x80\x8B\xEF\xBB\xBF"
                                   "b"),
               "La\\u200B\\uFEFFb");
+    EXPECT_EQ(mrl::escapeControls("\xEF\xBF\xBE\xEF\xBF\xBF"), "\\uFFFE\\uFFFF");
 }
 
 TEST(Unicode, OrdinaryTextIsShownAsItIs) {

@@ -10,6 +10,7 @@ PACKAGES=(
     wine wine64                                                  # runs the Windows programs
     xvfb xauth xdotool imagemagick                               # a display for them, and eyes
     python3 python3-jsonschema git                               # packaging, system tests, checks
+    libxml2-utils                                                # JUnit reports against their schema
 )
 # Only the checks of .ci/run need these.
 CHECK_PACKAGES=(clang-format clang-tidy)

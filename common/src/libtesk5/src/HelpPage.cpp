@@ -47,6 +47,8 @@ const std::vector<OptionDescription>& optionDescriptions() {
          "--devices cards.json"},
         {"--json", "FILE", "write a report; replaces FILE when the run is over",
          "--json report.json"},
+        {"--junit", "FILE", "the same as JUnit's XML, for continuous integration",
+         "--junit report.xml"},
         {"--log", "FILE", "append what the program does to FILE", "--log antenna.log"},
         {"--log-level", "N",
          "least priority in the log, 0 to 5, else 1; 0 shows\nevery step. Without --log the log "

@@ -22,8 +22,9 @@ bool equalNoCase(CharView a, CharView b);
 
 /// `text` with everything that could move a cursor, break a line or turn the reading direction
 /// made visible: C0 and C1 controls and DEL as \n, \r, \t or \xNN; line and paragraph separators,
-/// zero-width and bidirectional controls as \uNNNN. Other characters, a backslash included, stay.
-/// Ill-formed UTF-8 is mended first, as toUtf16() does. For every place that shows a text.
+/// zero-width and bidirectional controls, U+FFFE and U+FFFF as \uNNNN. Other characters, a
+/// backslash included, stay. Ill-formed UTF-8 is mended first, as toUtf16() does. For every place
+/// that shows a text.
 std::string escapeControls(std::string_view utf8);
 
 } // namespace mrl

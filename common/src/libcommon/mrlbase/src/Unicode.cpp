@@ -107,7 +107,8 @@ constexpr bool within(char32_t value, char32_t first, char32_t last) {
 constexpr bool changesReading(char32_t codePoint) {
     return codePoint == 0x00AD || codePoint == 0x061C || within(codePoint, 0x200B, 0x200F) ||
            within(codePoint, 0x2028, 0x202E) || within(codePoint, 0x2060, 0x206F) ||
-           codePoint == 0xFEFF || within(codePoint, 0xFFF9, 0xFFFB);
+           codePoint == 0xFEFF || within(codePoint, 0xFFF9, 0xFFFB) ||
+           within(codePoint, 0xFFFE, 0xFFFF);
 }
 
 void appendEscaped(std::string& out, char32_t codePoint) {
