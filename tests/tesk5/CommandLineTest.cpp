@@ -90,6 +90,7 @@ TEST_F(Start, HelpNamesEveryCommandOptionAndExitValue) {
         EXPECT_LE(line.size(), 80U) << line;
     }
     for (const tesk5::OptionDescription& option : tesk5::optionDescriptions()) {
+        EXPECT_THAT(output(), HasSubstr(std::string("\n  ") + option.name + " "));
         EXPECT_THAT(option.example, HasSubstr(option.name));
     }
 }

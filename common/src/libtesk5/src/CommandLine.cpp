@@ -32,13 +32,21 @@ std::string needsValue(const OptionDescription& option) {
 }
 
 // The parser would take whatever follows an option as its value, the next option included, and
-// skip an empty value: a report named "--log" is not what anybody meant.
-void refuseMissingValues(const std::vector<std::string>& arguments) {
+// skip an empty value: a report named "--log" is not what anybody meant. Of a switch's value it
+// would make what it likes.
+void refuseMisplacedValues(const std::vector<std::string>& arguments) {
     for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
         const std::string& argument = arguments[i];
         const std::size_t equals = argument.find('=');
         const OptionDescription* option = optionNamed(argument.substr(0, equals));
-        if (option == nullptr || option->argument == nullptr) {
+        if (option == nullptr) {
+            continue;
+        }
+        if (option->argument == nullptr) {
+            if (equals != std::string::npos) {
+                throw BadInput{std::string(option->name) + " takes no value; leave " +
+                               inQuotes(argument.substr(equals)) + " out"};
+            }
             continue;
         }
         if (equals != std::string::npos) {
@@ -67,6 +75,8 @@ public:
             if (option.argument != nullptr) {
                 m_options[option.name] =
                     m_app.add_option(option.name)->take_all()->allow_extra_args(false);
+            } else if (m_app.get_option_no_throw(option.name) == nullptr) {
+                m_options[option.name] = m_app.add_flag(option.name);
             }
         }
         m_app.add_subcommand("list");
@@ -83,6 +93,9 @@ public:
     const std::vector<std::string>& values(const char* option) const {
         return m_options.at(option)->results();
     }
+
+    /// Whether a switch is there.
+    bool given(const char* option) const { return !values(option).empty(); }
 
     /// The value of an option that may be given once.
     std::optional<std::string> value(const char* option) const {
@@ -154,7 +167,7 @@ int logLevelOf(const std::string& text) {
 }
 
 void refuseOutsideRun(const ParsedArguments& parsed) {
-    std::vector<const char*> options = {"--set"};
+    std::vector<const char*> options = {"--set", "--events"};
     for (const ReportKind& kind : reportKinds()) {
         options.push_back(kind.option);
     }
@@ -183,7 +196,7 @@ std::optional<std::string> languageAskedFor(const std::vector<std::string>& argu
 }
 
 CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
-    refuseMissingValues(arguments);
+    refuseMisplacedValues(arguments);
     const ParsedArguments parsed(arguments);
     CommandLine line;
     if (parsed.helpWanted() || parsed.versionWanted()) {
@@ -208,6 +221,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
             line.reports.push_back({&kind, std::move(*file)});
         }
     }
+    line.events = parsed.given("--events");
     line.logFile = parsed.value("--log");
     line.language = parsed.value("--language");
     if (const std::optional<std::string> level = parsed.value("--log-level")) {

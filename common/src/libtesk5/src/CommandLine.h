@@ -33,6 +33,7 @@ struct CommandLine {
     std::optional<std::string> device;
     std::optional<std::string> devicesFile;
     std::vector<RequestedReport> reports;
+    bool events = false; ///< standard output is the stream of events
     std::optional<std::string> logFile;
     std::optional<int> logLevel;
     std::optional<std::string> language;

@@ -49,6 +49,9 @@ const std::vector<OptionDescription>& optionDescriptions() {
          "--json report.json"},
         {"--junit", "FILE", "the same as JUnit's XML, for continuous integration",
          "--junit report.xml"},
+        {"--events", nullptr,
+         "follow the run: standard output is JSON Lines, one\nfor each thing that happens",
+         "run --events --set SSID=Lab"},
         {"--log", "FILE", "append what the program does to FILE", "--log antenna.log"},
         {"--log-level", "N",
          "least priority in the log, 0 to 5, else 1; 0 shows\nevery step. Without --log the log "

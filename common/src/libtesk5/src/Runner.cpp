@@ -31,13 +31,18 @@ std::string described(const PlannedRun& run) {
 }
 
 Outcome unstarted(const PlannedRun& run, TestResult result, bool started) {
-    Outcome outcome{run.test, run.device, result, started, mrl::Clock::current().utcNow(),
-                    0,        {},         {},     {},      {},
-                    {},       {}};
-    for (const Parameter* parameter : run.test->parameters()) {
-        outcome.parameters.emplace_back(parameter->name(), parameter->value());
-    }
-    return outcome;
+    return Outcome{run.test,
+                   run.device,
+                   result,
+                   started,
+                   mrl::Clock::current().utcNow(),
+                   0,
+                   parametersInForce(*run.test),
+                   {},
+                   {},
+                   {},
+                   {},
+                   {}};
 }
 
 Outcome execute(const PlannedRun& run, TestObserver& observer) {
@@ -86,6 +91,14 @@ Outcome executeAndTell(const PlannedRun& run, RunListener& listener) {
 }
 
 } // namespace
+
+std::vector<std::pair<TeskString, Value>> parametersInForce(const Test& test) {
+    std::vector<std::pair<TeskString, Value>> values;
+    for (const Parameter* parameter : test.parameters()) {
+        values.emplace_back(parameter->name(), parameter->value());
+    }
+    return values;
+}
 
 std::vector<Outcome> runAll(const std::vector<PlannedRun>& runs, RunListener& listener,
                             std::size_t& leftOut) {

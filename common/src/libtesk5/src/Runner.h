@@ -53,6 +53,9 @@ struct LeftByException {
     std::exception_ptr cause;
 };
 
+/// Every parameter of `test` with the value in force.
+std::vector<std::pair<TeskString, Value>> parametersInForce(const Test& test);
+
 /// Runs `runs` in order. A TeskException makes the result INTERNALERROR. requestAbort() ends the
 /// run after the function in which it was called. After a stop request no further function starts;
 /// what is left counts as USERABORTED.

@@ -10,6 +10,7 @@
 
 #include "BadInput.h"
 #include "Console.h"
+#include "EventStream.h"
 #include "ModuleState.h"
 #include "ReportFile.h"
 #include "ReportKinds.h"
@@ -146,6 +147,24 @@ void writeReports(const std::vector<RequestedReport>& requested,
     }
 }
 
+// Where standard output is the stream of events, only the console's words of what went wrong are
+// left of it: they go to standard error.
+class Troubles final : public RunListener {
+public:
+    explicit Troubles(Console& console) : m_console(console) {}
+
+    void runStarts(const RunRecord& record, std::size_t planned) override {
+        m_console.runStarts(record, planned);
+    }
+    void broken(const PlannedRun& run, const std::string& reason) override {
+        m_console.broken(run, reason);
+    }
+    void stopping() override { m_console.stopping(); }
+
+private:
+    Console& m_console;
+};
+
 int run(const CommandLine& line) {
     Registry& registry = Registry::instance();
     const std::vector<const Test*> tests = chooseTests(registry, line.tests);
@@ -157,8 +176,15 @@ int run(const CommandLine& line) {
     }
     const DeviceList devices = devicesFor(line);
     Console console;
+    Troubles troubles(console);
+    EventStream events(mrl::cout);
     RunListeners listeners;
-    listeners.add(console);
+    if (line.events) {
+        listeners.add(troubles);
+        listeners.add(events);
+    } else {
+        listeners.add(console);
+    }
     const RunRecord record = execute(tests, devices, line, listeners);
     writeReports(line.reports, reports, record);
     listeners.runEnded(record);
