@@ -35,8 +35,9 @@ TEST_F(NumericParameter, TakesEveryUnsigned32BitNumber) {
 TEST_F(NumericParameter, RefusesEverythingElse) {
     for (const char* text : {"4294967296", "99999999999999999999", "-1", "+1", " 1", "1 ", "1e3",
                              "0x10", "1.0", "1,000", "ten", "\u0661", "-"}) {
-        EXPECT_EQ(parameter.refuses(text),
-                  "not a whole number from 0 to 4294967295 in decimal digits")
+        EXPECT_EQ(parameter.refuses(text), "\"" + std::string(text) +
+                                               "\" is not a whole number from 0 to 4294967295 in "
+                                               "decimal digits; give such a number")
             << text;
         EXPECT_THROW(parameter.set(text), TeskException) << text;
     }
@@ -49,8 +50,8 @@ TEST_F(NumericParameter, SaysWhatItRefusesAndWhy) {
         GTEST_FAIL() << "accepted";
     } catch (const TeskException& exception) {
         EXPECT_EQ(exception.toString(),
-                  mrl::String("the value \"1e3\" of parameter \"Threshold\" is not a whole number "
-                              "from 0 to 4294967295 in decimal digits"));
+                  mrl::String("parameter \"Threshold\": \"1e3\" is not a whole number from 0 to "
+                              "4294967295 in decimal digits; give such a number"));
     }
 }
 

@@ -1,5 +1,9 @@
 #include "BadInput.h"
 
+#include <tesk5/Texts.h>
+
+#include "Enumeration.h"
+
 #include <mrl/Unicode.h>
 
 #include <algorithm>
@@ -33,21 +37,6 @@ std::size_t distance(mrl::CharView a, mrl::CharView b) {
 
 } // namespace
 
-std::string inQuotes(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
-}
-
-std::string listInQuotes(const std::vector<std::string>& texts, std::string_view none) {
-    if (texts.empty()) {
-        return std::string(none);
-    }
-    std::string list;
-    for (const std::string& text : texts) {
-        list += (list.empty() ? "" : ", ") + inQuotes(text);
-    }
-    return list;
-}
-
 std::string nearestName(std::string_view text, const std::vector<std::string>& names) {
     const mrl::CharString wanted = folded(text);
     const auto rank = [&wanted](const std::string& name) {
@@ -67,9 +56,13 @@ std::string nearestName(std::string_view text, const std::vector<std::string>& n
     return alike ? *nearest : std::string();
 }
 
-std::string nearestHint(std::string_view text, const std::vector<std::string>& names) {
-    const std::string nearest = nearestName(text, names);
-    return nearest.empty() ? nearest : ", the nearest is " + inQuotes(nearest);
+std::string aboutUnknown(const UnknownName& unknown, const std::string& name,
+                         const std::vector<std::string>& known, Event::Variables variables) {
+    const std::string nearest = nearestName(name, known);
+    variables.emplace_back("Name", name);
+    variables.emplace_back("Nearest", nearest);
+    variables.emplace_back("Known", listInQuotes(known));
+    return message(nearest.empty() ? unknown.key : unknown.keyWithNearest, variables);
 }
 
 } // namespace tesk5

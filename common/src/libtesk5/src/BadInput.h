@@ -1,6 +1,8 @@
 // An input that cannot be used: the one line that the person at the console gets for it.
 #pragma once
 
+#include <tesk5/Event.h>
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,18 +17,17 @@ struct BadInput {
     static constexpr int VALUE = 64;
 };
 
-/// `text` in double quotes.
-std::string inQuotes(std::string_view text);
-
-/// The texts, each in quotes, with ", " between them; `none` when there are none.
-std::string listInQuotes(const std::vector<std::string>& texts, std::string_view none);
+/// What to say of a name that nobody knows.
+struct UnknownName {
+    const char* key;            ///< of a text with {Name} and, if it lists them, {Known}
+    const char* keyWithNearest; ///< the same with {Nearest}, for when a known name is like it
+};
+std::string aboutUnknown(const UnknownName& unknown, const std::string& name,
+                         const std::vector<std::string>& known, Event::Variables variables = {});
 
 /// The one of `names` that is most like `text`; empty when none is like it: none contains it, and
 /// each differs in more than half of its letters. Letter case counts least, and a name that
 /// contains the text comes before one that merely resembles it.
 std::string nearestName(std::string_view text, const std::vector<std::string>& names);
-
-/// `, the nearest is "NAME"`, or nothing when no name is like `text`.
-std::string nearestHint(std::string_view text, const std::vector<std::string>& names);
 
 } // namespace tesk5

@@ -2,8 +2,11 @@
 // so that it may stand before the command or after it.
 #include "CommandLine.h"
 
+#include <tesk5/Texts.h>
+
 #include "BadInput.h"
 #include "Decimal.h"
+#include "Enumeration.h"
 #include "ReportKinds.h"
 
 #include <CLI/CLI.hpp>
@@ -16,7 +19,6 @@ namespace tesk5 {
 namespace {
 
 constexpr mrl::Uint32 HIGHEST_LOG_LEVEL = 5;
-constexpr const char* SEE_HELP = "; --help shows what there is";
 
 const OptionDescription* optionNamed(std::string_view name) {
     for (const OptionDescription& option : optionDescriptions()) {
@@ -27,8 +29,19 @@ const OptionDescription* optionNamed(std::string_view name) {
     return nullptr;
 }
 
+const CommandDescription* commandNamed(std::string_view name) {
+    for (const CommandDescription& command : commandDescriptions()) {
+        if (name == command.name) {
+            return &command;
+        }
+    }
+    return nullptr;
+}
+
 std::string needsValue(const OptionDescription& option) {
-    return std::string(option.name) + " needs " + option.argument + ", as in " + option.example;
+    return message(
+        "INPUT_OPTION_WITHOUT_VALUE",
+        {{"Option", option.name}, {"Argument", option.argument}, {"Example", option.example}});
 }
 
 // The parser would take whatever follows an option as its value, the next option included, and
@@ -44,8 +57,9 @@ void refuseMisplacedValues(const std::vector<std::string>& arguments) {
         }
         if (option->argument == nullptr) {
             if (equals != std::string::npos) {
-                throw BadInput{std::string(option->name) + " takes no value; leave " +
-                               inQuotes(argument.substr(equals)) + " out"};
+                throw BadInput{
+                    message("INPUT_OPTION_TAKES_NO_VALUE",
+                            {{"Option", option->name}, {"Text", argument.substr(equals)}})};
             }
             continue;
         }
@@ -79,30 +93,38 @@ public:
                 m_options[option.name] = m_app.add_flag(option.name);
             }
         }
-        m_app.add_subcommand("list");
-        m_run = m_app.add_subcommand("run");
-        m_tests = m_run->add_option("TEST", m_testNames);
+        for (const CommandDescription& command : commandDescriptions()) {
+            CLI::App* app = m_app.add_subcommand(command.name);
+            if (command.command == Command::run) {
+                m_tests = app->add_option("TEST", m_testNames);
+            }
+        }
         parse(arguments);
     }
 
     bool helpWanted() const { return m_helpWanted; }
     bool versionWanted() const { return m_versionWanted; }
-    bool runWanted() const { return m_run->parsed(); }
+    /// The command that is named; nothing when none is.
+    const CommandDescription* command() const {
+        const std::vector<CLI::App*> named = m_app.get_subcommands();
+        return named.empty() ? nullptr : commandNamed(named.front()->get_name());
+    }
+    bool given(const char* option) const {
+        const auto known = m_options.find(option);
+        return known != m_options.end() && known->second->count() > 0;
+    }
     const std::vector<std::string>& tests() const { return m_tests->results(); }
 
     const std::vector<std::string>& values(const char* option) const {
         return m_options.at(option)->results();
     }
 
-    /// Whether a switch is there.
-    bool given(const char* option) const { return !values(option).empty(); }
-
     /// The value of an option that may be given once.
     std::optional<std::string> value(const char* option) const {
         const std::vector<std::string>& all = values(option);
         if (all.size() > 1) {
-            throw BadInput{std::string(option) + " is given " + std::to_string(all.size()) +
-                           " times; give it once"};
+            throw BadInput{message("INPUT_OPTION_TWICE",
+                                   {{"Option", option}, {"Count", std::to_string(all.size())}})};
         }
         return all.empty() ? std::nullopt : std::optional(all.front());
     }
@@ -118,30 +140,34 @@ private:
             m_versionWanted = true;
         } catch (const CLI::ExtrasError&) {
             const std::vector<std::string> unknown = m_app.remaining(true);
-            throw BadInput{aboutUnknown(unknown.empty() ? std::string() : unknown.front())};
+            throw BadInput{refusalOf(unknown.empty() ? std::string() : unknown.front())};
         } catch (const CLI::ParseError& failure) {
-            throw BadInput{std::string(failure.what()) + SEE_HELP};
+            throw BadInput{message("INPUT_USAGE", {{"Problem", failure.what()}})};
         }
     }
 
-    std::string aboutUnknown(const std::string& argument) const {
+    std::string refusalOf(const std::string& argument) const {
         if (argument.starts_with("-")) {
             std::vector<std::string> names;
             for (const OptionDescription& option : optionDescriptions()) {
                 names.emplace_back(option.name);
             }
-            return "there is no option " + inQuotes(argument) + nearestHint(argument, names) +
-                   SEE_HELP;
+            return aboutUnknown({"INPUT_UNKNOWN_OPTION", "INPUT_UNKNOWN_OPTION_NEAREST"}, argument,
+                                names);
         }
-        if (m_app.get_subcommands().empty()) {
-            return "there is no command " + inQuotes(argument) + "; the commands are list and run";
+        const CommandDescription* named = command();
+        if (named == nullptr) {
+            std::vector<std::string> names;
+            for (const CommandDescription& known : commandDescriptions()) {
+                names.emplace_back(known.name);
+            }
+            return message("INPUT_UNKNOWN_COMMAND",
+                           {{"Name", argument}, {"Commands", listedWithAnd(names)}});
         }
-        return "the command list takes no " + inQuotes(argument) +
-               "; leave it out, or use the command run";
+        return message("INPUT_COMMAND_TAKES_NO", {{"Command", named->name}, {"Name", argument}});
     }
 
     CLI::App m_app;
-    CLI::App* m_run = nullptr;
     CLI::Option* m_tests = nullptr;
     std::vector<std::string> m_testNames;
     std::map<std::string, CLI::Option*> m_options;
@@ -152,8 +178,7 @@ private:
 Setting settingOf(const std::string& text) {
     const std::size_t equals = text.find('=');
     if (equals == std::string::npos || equals == 0) {
-        throw BadInput{"--set " + inQuotes(text) +
-                       " is not NAME=VALUE; write it as in --set SSID=Lab"};
+        throw BadInput{message("INPUT_SETTING_MALFORMED", {{"Text", text}})};
     }
     return {TeskString(text.substr(0, equals)), TeskString(text.substr(equals + 1))};
 }
@@ -161,25 +186,31 @@ Setting settingOf(const std::string& text) {
 int logLevelOf(const std::string& text) {
     const std::optional<mrl::Uint32> level = parseUint32(text);
     if (!level || *level > HIGHEST_LOG_LEVEL) {
-        throw BadInput{"--log-level " + inQuotes(text) + " is no level; give a number from 0 to 5"};
+        throw BadInput{message("INPUT_LOG_LEVEL", {{"Text", text}})};
     }
     return static_cast<int>(*level);
 }
 
-void refuseOutsideRun(const ParsedArguments& parsed) {
-    std::vector<const char*> options = {"--set", "--events"};
-    for (const ReportKind& kind : reportKinds()) {
-        options.push_back(kind.option);
-    }
-    for (const char* option : options) {
-        if (!parsed.values(option).empty()) {
-            throw BadInput{std::string(option) +
-                           " goes with the command run, and nothing is to be run; add run"};
+void refuseForeignOptions(const ParsedArguments& parsed, Command command) {
+    for (const OptionDescription& option : optionDescriptions()) {
+        if (!parsed.given(option.name) || goesWith(option, command)) {
+            continue;
         }
+        const CommandDescription* named = parsed.command();
+        const bool forRun = option.commands == std::vector<Command>{Command::run};
+        throw BadInput{forRun || named == nullptr
+                           ? message("INPUT_OPTION_NEEDS_RUN", {{"Option", option.name}})
+                           : message("INPUT_COMMAND_TAKES_NO",
+                                     {{"Command", named->name}, {"Name", option.name}})};
     }
 }
 
 } // namespace
+
+bool goesWith(const OptionDescription& option, Command command) {
+    return option.commands.empty() || std::find(option.commands.begin(), option.commands.end(),
+                                                command) != option.commands.end();
+}
 
 std::optional<std::string> languageAskedFor(const std::vector<std::string>& arguments) {
     constexpr std::string_view OPTION = "--language";
@@ -201,13 +232,13 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     CommandLine line;
     if (parsed.helpWanted() || parsed.versionWanted()) {
         line.command = parsed.helpWanted() ? Command::help : Command::version;
+        line.helpOn = parsed.command();
         return line;
     }
-    if (parsed.runWanted()) {
-        line.command = Command::run;
-    } else {
-        refuseOutsideRun(parsed);
+    if (parsed.command() != nullptr) {
+        line.command = parsed.command()->command;
     }
+    refuseForeignOptions(parsed, line.command);
     for (const std::string& name : parsed.tests()) {
         line.tests.emplace_back(name);
     }

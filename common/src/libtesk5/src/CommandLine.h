@@ -10,6 +10,7 @@
 namespace tesk5 {
 
 struct ReportKind;
+struct CommandDescription;
 
 enum class Command { list, run, help, version };
 
@@ -37,6 +38,7 @@ struct CommandLine {
     std::optional<std::string> logFile;
     std::optional<int> logLevel;
     std::optional<std::string> language;
+    const CommandDescription* helpOn = nullptr; ///< the command to help with; null for all of them
 };
 
 /// The value of --language, wherever it stands, for texts that are needed before the rest is read;
@@ -47,18 +49,34 @@ std::optional<std::string> languageAskedFor(const std::vector<std::string>& argu
 /// Failure: throws BadInput
 CommandLine parseCommandLine(const std::vector<std::string>& arguments);
 
+/// A command, for parser and help page alike.
+struct CommandDescription {
+    Command command;
+    const char* name;
+    const char* arguments; ///< what may follow it besides options
+    const char* help;      ///< key of a text
+    std::vector<const char*> examples;
+};
+
+/// Every command, in the order of the help page.
+const std::vector<CommandDescription>& commandDescriptions();
+
 /// An option of the command line, for parser and help page alike.
 struct OptionDescription {
     const char* name;
     const char* argument; ///< what follows it; null for a switch
-    const char* help;
+    const char* help;     ///< key of a text
     const char* example;
+    std::vector<Command> commands = {}; ///< those that take it; none for all
 };
 
 /// Every option, in the order of the help page.
 const std::vector<OptionDescription>& optionDescriptions();
 
-/// The help page of a program of that name.
-std::string helpPage(const std::string& program);
+/// Whether `command` takes `option`.
+bool goesWith(const OptionDescription& option, Command command);
+
+/// The help page of a program of that name: an overview, or all about one command.
+std::string helpPage(const std::string& program, const CommandDescription* command);
 
 } // namespace tesk5

@@ -1,5 +1,7 @@
 #include "DeviceList.h"
 
+#include <tesk5/Texts.h>
+
 #include "BadInput.h"
 #include "JsonFile.h"
 
@@ -18,29 +20,30 @@ struct Place {
     Place item(std::size_t index) const {
         return {value.at(index), path + "[" + std::to_string(index) + "]"};
     }
-    [[noreturn]] void refuse(const std::string& reason) const {
-        throw JsonFailure("at " + path + " " + reason);
+    /// \param key of a text with {Place} in it
+    [[noreturn]] void refuse(const char* key, Event::Variables variables = {}) const {
+        variables.emplace_back("Place", path);
+        throw JsonFailure(Message(key, std::move(variables)));
     }
 };
 
 TeskString textOf(const Place& place) {
     if (!place.value.is_string()) {
-        place.refuse(std::string("there is a text to be, not ") + place.value.type_name());
+        place.refuse("INPUT_DEVICES_TEXT", {{"Type", place.value.type_name()}});
     }
     return TeskString(place.value.get<std::string>());
 }
 
 DeviceCapability capabilitiesOf(const Place& place) {
     if (!place.value.is_array()) {
-        place.refuse("there is a list of names to be, such as [\"Wireless\", \"NetworkCard\"]");
+        place.refuse("INPUT_DEVICES_CAPABILITIES");
     }
     DeviceCapability all;
     for (std::size_t i = 0; i < place.value.size(); ++i) {
         const TeskString name = textOf(place.item(i));
         const std::optional<DeviceCapability> capability = DeviceCapability::fromName(name.utf8());
         if (!capability) {
-            place.item(i).refuse(inQuotes(name.utf8()) +
-                                 " is no capability; use \"Wireless\" or \"NetworkCard\"");
+            place.item(i).refuse("INPUT_DEVICES_NO_CAPABILITY", {{"Name", name}});
         }
         all = all | *capability;
     }
@@ -49,7 +52,7 @@ DeviceCapability capabilitiesOf(const Place& place) {
 
 DiagDevice::Properties propertiesOf(const Place& place) {
     if (!place.value.is_object()) {
-        place.refuse("there is an object of names and texts to be");
+        place.refuse("INPUT_DEVICES_PROPERTIES");
     }
     DiagDevice::Properties properties;
     for (const auto& [name, value] : place.value.items()) {
@@ -60,17 +63,16 @@ DiagDevice::Properties propertiesOf(const Place& place) {
 
 DiagDevice deviceOf(const Place& place) {
     if (!place.value.is_object()) {
-        place.refuse("there is an object with \"name\", \"capabilities\" and \"properties\" to be");
+        place.refuse("INPUT_DEVICES_OBJECT");
     }
     for (const auto& [name, value] : place.value.items()) {
         if (name != "name" && name != "capabilities" && name != "properties") {
-            place.refuse("the member " + inQuotes(name) +
-                         " is unknown; known are \"name\", \"capabilities\" and \"properties\"");
+            place.refuse("INPUT_DEVICES_UNKNOWN_MEMBER", {{"Name", name}});
         }
     }
     for (const char* name : {"name", "capabilities"}) {
         if (!place.value.contains(name)) {
-            place.refuse("the member " + inQuotes(name) + " is missing");
+            place.refuse("INPUT_DEVICES_MISSING_MEMBER", {{"Name", name}});
         }
     }
     return {textOf(place.member("name")), capabilitiesOf(place.member("capabilities")),
@@ -85,7 +87,7 @@ DeviceList devicesFromFile(const std::string& path) {
         const Json root = readJsonFile(mrl::System::path(path));
         const Place whole{root, "$"};
         if (!root.is_array()) {
-            whole.refuse("there is a list of devices to be");
+            whole.refuse("INPUT_DEVICES_LIST");
         }
         DeviceList all;
         for (std::size_t i = 0; i < root.size(); ++i) {
@@ -93,8 +95,8 @@ DeviceList devicesFromFile(const std::string& path) {
         }
         return all;
     } catch (const JsonFailure& failure) {
-        throw BadInput{"the device file " + inQuotes(path) + " cannot be used: " + failure.what() +
-                       "; mend it, or leave out --devices to use this PC's devices"};
+        throw BadInput{
+            message("INPUT_DEVICES_UNUSABLE", {{"File", path}, {"Reason", failure.reason()}})};
     }
 }
 

@@ -1,8 +1,16 @@
+// The help page, made from the tables of commands, options and exit values.
 #include "CommandLine.h"
 
 #include <tesk5/TestResult.h>
+#include <tesk5/Texts.h>
 
 #include "BadInput.h"
+#include "Enumeration.h"
+#include "TextLayout.h"
+
+#include <mrl/DisplayWidth.h>
+
+#include <algorithm>
 
 namespace tesk5 {
 
@@ -11,93 +19,175 @@ namespace {
 struct ExitMeaning {
     int value;
     const char* word;
-    const char* meaning;
+    const char* meaning; ///< key of a text
 };
 
 // From good to bad, as start() ranks them.
 const ExitMeaning exitMeanings[] = {
-    {0, "", "every result is PASS or COMPLETED"},
-    {TestResult::WARN().value(), "WARN", "a test warns"},
-    {TestResult::USERABORTED().value(), "USERABORTED", "the person at the PC ended the run"},
-    {TestResult::CANNOTRUN().value(), "CANNOTRUN",
-     "no device for a test, or no verdict (radio off)"},
-    {TestResult::BADPARAMS().value(), "BADPARAMS", "a parameter is missing or makes no sense"},
-    {TestResult::FAIL().value(), "FAIL", "a test fails"},
-    {TestResult::INTERNALERROR().value(), "INTERNALERROR", "a test broke down"},
-    {TestResult::EXITEDABNORMALLY().value(), "EXITEDABNORMALLY",
-     "the program broke down, or lost its report"},
-    {BadInput::VALUE, "", "wrong usage or unusable input: nothing was run"},
+    {0, "", "HELP_EXIT_GOOD"},
+    {TestResult::WARN().value(), "WARN", "HELP_EXIT_WARN"},
+    {TestResult::USERABORTED().value(), "USERABORTED", "HELP_EXIT_USERABORTED"},
+    {TestResult::CANNOTRUN().value(), "CANNOTRUN", "HELP_EXIT_CANNOTRUN"},
+    {TestResult::BADPARAMS().value(), "BADPARAMS", "HELP_EXIT_BADPARAMS"},
+    {TestResult::FAIL().value(), "FAIL", "HELP_EXIT_FAIL"},
+    {TestResult::INTERNALERROR().value(), "INTERNALERROR", "HELP_EXIT_INTERNALERROR"},
+    {TestResult::EXITEDABNORMALLY().value(), "EXITEDABNORMALLY", "HELP_EXIT_EXITEDABNORMALLY"},
+    {BadInput::VALUE, "", "HELP_EXIT_UNUSABLE"},
 };
 
-std::string padded(std::string text, std::size_t width) {
-    text.resize(std::max(text.size() + 1, width), ' ');
-    return text;
+// One less than a terminal has: some go to the next line after the last column.
+constexpr std::size_t COLUMNS = 79;
+
+// `text` in lines behind `indent` columns; `head` stands in those of the first line.
+std::string paragraph(const std::string& text, std::size_t indent, const std::string& head = {}) {
+    std::string lines;
+    for (const std::string& line : wrapped(text, COLUMNS - indent)) {
+        const std::string margin = lines.empty() ? head : std::string();
+        lines += (indent == 0 ? margin : padded(margin, indent)) + line + "\n";
+    }
+    return lines;
+}
+
+std::string headOf(const OptionDescription& option) {
+    return std::string("  ") + option.name +
+           (option.argument == nullptr ? std::string() : std::string(" ") + option.argument);
+}
+
+// Where the texts of all options begin.
+std::size_t optionIndent() {
+    constexpr std::size_t GAP = 2;
+    std::size_t widest = 0;
+    for (const OptionDescription& option : optionDescriptions()) {
+        widest = std::max(widest, mrl::columnsOf(headOf(option)));
+    }
+    return widest + GAP;
+}
+
+std::string headingOf(const std::vector<Command>& commands) {
+    if (commands.empty()) {
+        return message("HELP_OPTIONS_OF_ALL");
+    }
+    std::vector<std::string> names;
+    for (const CommandDescription& command : commandDescriptions()) {
+        if (std::find(commands.begin(), commands.end(), command.command) != commands.end()) {
+            names.emplace_back(command.name);
+        }
+    }
+    return message("HELP_OPTIONS_OF", {{"Commands", listedWithAnd(names)}});
+}
+
+// The options that `wanted` takes, those of the same commands together, common ones last.
+template <typename Wanted>
+std::string optionGroups(Wanted wanted, bool withExamples) {
+    std::vector<std::vector<Command>> groups;
+    for (const OptionDescription& option : optionDescriptions()) {
+        if (wanted(option) &&
+            std::find(groups.begin(), groups.end(), option.commands) == groups.end()) {
+            groups.push_back(option.commands);
+        }
+    }
+    std::stable_partition(groups.begin(), groups.end(),
+                          [](const std::vector<Command>& group) { return !group.empty(); });
+    const std::size_t indent = optionIndent();
+    std::string page;
+    for (const std::vector<Command>& group : groups) {
+        page += "\n" + paragraph(headingOf(group), 0);
+        for (const OptionDescription& option : optionDescriptions()) {
+            if (option.commands != group) {
+                continue;
+            }
+            page += paragraph(message(option.help), indent, headOf(option));
+            if (withExamples) {
+                page += paragraph(message("HELP_EXAMPLE", {{"Example", option.example}}), indent);
+            }
+        }
+    }
+    return page;
+}
+
+std::string usage(const std::string& program, const CommandDescription& command) {
+    const bool optional = command.command == CommandLine().command;
+    const std::string name = optional ? "[" + std::string(command.name) + "]" : command.name;
+    const std::string arguments =
+        *command.arguments != 0 ? " " + std::string(command.arguments) : "";
+    return program + " " + name + arguments + " [OPTIONS]";
+}
+
+std::string overview(const std::string& program) {
+    constexpr std::size_t INDENT = 6;
+    std::string page = paragraph(message("HELP_PURPOSE"), 0);
+    for (const CommandDescription& command : commandDescriptions()) {
+        page += "\n  " + usage(program, command) + "\n" + paragraph(message(command.help), INDENT) +
+                paragraph(message("HELP_EXAMPLE",
+                                  {{"Example", program + " " + command.examples.front()}}),
+                          INDENT);
+    }
+    page += optionGroups([](const OptionDescription&) { return true; }, false);
+    page += "\n" + paragraph(message("HELP_EXIT_VALUES"), 0);
+    constexpr std::size_t VALUE_COLUMNS = 4;
+    const std::size_t indent = optionIndent();
+    for (const ExitMeaning& exit : exitMeanings) {
+        page += paragraph(message(exit.meaning), indent,
+                          "  " + padded(std::to_string(exit.value), VALUE_COLUMNS) + exit.word);
+    }
+    return page + "\n" + paragraph(message("HELP_MORE", {{"Program", program}}), 0);
+}
+
+std::string pageOn(const CommandDescription& command, const std::string& program) {
+    std::string page =
+        "  " + usage(program, command) + "\n\n" + paragraph(message(command.help), 0);
+    page += "\n" + paragraph(message("HELP_EXAMPLES"), 0);
+    for (const char* example : command.examples) {
+        page += "  " + program + " " + example + "\n";
+    }
+    page += optionGroups(
+        [&command](const OptionDescription& option) { return goesWith(option, command.command); },
+        true);
+    return page + "\n" + paragraph(message("HELP_OVERVIEW", {{"Program", program}}), 0);
 }
 
 } // namespace
 
+const std::vector<CommandDescription>& commandDescriptions() {
+    static const std::vector<CommandDescription> commands = {
+        {Command::list, "list", "", "HELP_LIST", {"list", "list --device intel"}},
+        {Command::run,
+         "run",
+         "[TEST...]",
+         "HELP_RUN",
+         {"run --set SSID=Lab", "run --set SSID=Lab --set FailingSignalStrength=20 --json r.json",
+          "run DiversityTest --device intel"}},
+    };
+    return commands;
+}
+
 const std::vector<OptionDescription>& optionDescriptions() {
     static const std::vector<OptionDescription> options = {
-        {"--set", "NAME=VALUE", "give a parameter its value; repeat for each parameter",
-         "--set SSID=Lab --set WarningSignalStrength=40"},
-        {"--device", "TEXT",
-         "only devices with TEXT in their name, system name\nor GUID, in any letter case",
-         "--device intel"},
-        {"--devices", "FILE", "take the devices from a JSON file, not from this PC",
-         "--devices cards.json"},
-        {"--json", "FILE", "write a report; replaces FILE when the run is over",
-         "--json report.json"},
-        {"--junit", "FILE", "the same as JUnit's XML, for continuous integration",
-         "--junit report.xml"},
-        {"--events", nullptr,
-         "follow the run: standard output is JSON Lines, one\nfor each thing that happens",
-         "run --events --set SSID=Lab"},
-        {"--log", "FILE", "append what the program does to FILE", "--log antenna.log"},
-        {"--log-level", "N",
-         "least priority in the log, 0 to 5, else 1; 0 shows\nevery step. Without --log the log "
-         "goes to standard\nerror",
-         "--log-level 0"},
-        {"--language", "TAG",
-         "language of all texts, as de, fr or zh-Hans; else\nthat of Windows' user interface",
-         "--language de"},
-        {"--version", nullptr, "tell the version and end", "--version"},
-        {"--help", nullptr, "show this page and end", "run --help"},
+        {"--set",
+         "NAME=VALUE",
+         "HELP_SET",
+         "--set SSID=Lab --set WarningSignalStrength=40",
+         {Command::run}},
+        {"--device", "TEXT", "HELP_DEVICE", "--device intel", {Command::list, Command::run}},
+        {"--devices",
+         "FILE",
+         "HELP_DEVICES",
+         "--devices cards.json",
+         {Command::list, Command::run}},
+        {"--json", "FILE", "HELP_JSON", "--json report.json", {Command::run}},
+        {"--junit", "FILE", "HELP_JUNIT", "--junit report.xml", {Command::run}},
+        {"--events", nullptr, "HELP_EVENTS", "run --events --set SSID=Lab", {Command::run}},
+        {"--log", "FILE", "HELP_LOG", "--log antenna.log"},
+        {"--log-level", "N", "HELP_LOG_LEVEL", "--log-level 0"},
+        {"--language", "TAG", "HELP_LANGUAGE", "--language de"},
+        {"--version", nullptr, "HELP_VERSION", "--version"},
+        {"--help", nullptr, "HELP_HELP", "run --help"},
     };
     return options;
 }
 
-std::string helpPage(const std::string& program) {
-    std::string page =
-        "Tests devices of this PC.\n\n  " + program +
-        " [list] [OPTIONS]\n"
-        "      Shows tests, parameters and devices, and which test would run where.\n"
-        "      example: " +
-        program + " list\n  " + program +
-        " run [TEST...] [OPTIONS]\n"
-        "      Runs the named tests, else every one that is not interactive, on each\n"
-        "      device that suits it.\n"
-        "      example: " +
-        program + " run --set SSID=Lab\n\nOptions, before or after the command:\n";
-    constexpr std::size_t INDENT = 25;
-    for (const OptionDescription& option : optionDescriptions()) {
-        std::string head = std::string("  ") + option.name;
-        if (option.argument != nullptr) {
-            head += std::string(" ") + option.argument;
-        }
-        std::string help = option.help;
-        for (std::size_t end = help.find('\n'); end != std::string::npos;
-             end = help.find('\n', end + 1)) {
-            help.insert(end + 1, INDENT, ' ');
-        }
-        page += padded(head, INDENT) + help + "\n" + std::string(INDENT, ' ') +
-                "example: " + option.example + "\n";
-    }
-    page += "\nExit values, the worst result of a run deciding (from good to bad):\n";
-    for (const ExitMeaning& exit : exitMeanings) {
-        page += padded("  " + padded(std::to_string(exit.value), 4) + exit.word, INDENT) +
-                exit.meaning + "\n";
-    }
-    return page;
+std::string helpPage(const std::string& program, const CommandDescription* command) {
+    return command == nullptr ? overview(program) : pageOn(*command, program);
 }
 
 } // namespace tesk5

@@ -1,10 +1,11 @@
 #include "JsonFile.h"
 
+#include "SystemReason.h"
+
 #include <cerrno>
 #include <fstream>
 #include <iterator>
 #include <set>
-#include <system_error>
 #include <vector>
 
 namespace tesk5 {
@@ -12,15 +13,27 @@ namespace tesk5 {
 namespace {
 
 // "[json.exception.parse_error.101] parse error at line 1, column 2: syntax error ..." without what
-// only a programmer reads.
-std::string withoutPrefix(std::string text) {
+// only a programmer reads. The place is told in the user's language, the rest as the parser says
+// it.
+Message syntaxProblem(std::string text) {
     for (const std::string_view prefix : {"] ", "parse error at "}) {
         const std::size_t found = text.find(prefix);
         if (found != std::string::npos) {
             text.erase(0, found + prefix.size());
         }
     }
-    return text;
+    constexpr std::string_view LINE = "line ";
+    constexpr std::string_view COLUMN = ", column ";
+    constexpr std::string_view PROBLEM = ": ";
+    const std::size_t column = text.find(COLUMN);
+    const std::size_t problem = column == std::string::npos ? column : text.find(PROBLEM, column);
+    if (!text.starts_with(LINE) || problem == std::string::npos) {
+        return Message::ofOthers(text);
+    }
+    const std::size_t columnText = column + COLUMN.size();
+    return Message("INPUT_JSON_SYNTAX", {{"Line", text.substr(LINE.size(), column - LINE.size())},
+                                         {"Column", text.substr(columnText, problem - columnText)},
+                                         {"Problem", text.substr(problem + PROBLEM.size())}});
 }
 
 // Follows the parser and refuses a member that is there twice: which of the two was meant?
@@ -36,8 +49,8 @@ public:
             break;
         case Json::parse_event_t::key:
             if (!m_open.back().insert(parsed.get<std::string>()).second) {
-                throw JsonFailure("the member \"" + parsed.get<std::string>() +
-                                  "\" is there twice in one object");
+                throw JsonFailure(
+                    Message("INPUT_JSON_MEMBER_TWICE", {{"Member", parsed.get<std::string>()}}));
             }
             break;
         default:
@@ -50,8 +63,8 @@ private:
     std::vector<std::set<std::string>> m_open;
 };
 
-std::string reasonOf(int error) {
-    return error == 0 ? "it cannot be read" : std::generic_category().message(error);
+JsonFailure unreadable() {
+    return JsonFailure(lastSystemReason(Message("INPUT_FILE_UNREADABLE")));
 }
 
 } // namespace
@@ -66,23 +79,23 @@ Json parseJson(const std::string& text) {
         DuplicateGuard guard;
         return Json::parse(text, std::ref(guard));
     } catch (const Json::exception& failure) {
-        throw JsonFailure(withoutPrefix(failure.what()));
+        throw JsonFailure(syntaxProblem(failure.what()));
     }
 }
 
 Json readJsonFile(const std::filesystem::path& path) {
     std::error_code ignored;
     if (std::filesystem::is_directory(path, ignored)) {
-        throw JsonFailure("it is a directory");
+        throw JsonFailure(Message("INPUT_FILE_IS_DIRECTORY"));
     }
     errno = 0;
     std::ifstream file(path, std::ios::binary);
     if (!file) {
-        throw JsonFailure(reasonOf(errno));
+        throw unreadable();
     }
     const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     if (file.bad()) {
-        throw JsonFailure(reasonOf(errno));
+        throw unreadable();
     }
     return parseJson(text);
 }

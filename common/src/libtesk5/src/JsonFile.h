@@ -1,6 +1,8 @@
 // JSON files of strangers: read whole, refused with the place and the reason.
 #pragma once
 
+#include "Message.h"
+
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
@@ -14,7 +16,14 @@ using Json = nlohmann::ordered_json;
 /// Why a file or text is not usable, with the place in it where there is one.
 class JsonFailure : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit JsonFailure(Message message)
+        : std::runtime_error(message.inEnglish()), m_message(std::move(message)) {}
+
+    /// For people, in the language in force; what() is for the log.
+    std::string reason() const { return m_message.text(); }
+
+private:
+    Message m_message;
 };
 
 /// Whether `path` names a file that is there, readable or not.

@@ -1,6 +1,13 @@
 #include "Console.h"
 
-#include "BadInput.h"
+#include <tesk5/Texts.h>
+
+#include "Enumeration.h"
+#include "TextLayout.h"
+
+#include <mrl/DisplayWidth.h>
+
+#include <algorithm>
 
 namespace tesk5 {
 
@@ -24,43 +31,65 @@ std::string describedAll(const std::vector<Test::PropertyCondition>& conditions)
     for (const Test::PropertyCondition& condition : conditions) {
         texts.push_back(described(condition));
     }
-    return joined(texts, ", ");
+    return listed(texts);
 }
 
 std::string described(const Parameter& parameter) {
-    std::string text = parameter.name().utf8() + " (" + parameter.type().name();
-    text += parameter.optional() ? ", optional" : ", required";
+    std::vector<std::string> details = {
+        parameter.type().name(), message(parameter.optional() ? "LIST_OPTIONAL" : "LIST_REQUIRED")};
     if (parameter.multiValued()) {
-        text += ", several values";
+        details.push_back(message("LIST_SEVERAL_VALUES"));
     }
     if (!parameter.defaultValue().empty()) {
-        text += ", default " + inQuotes(parameter.defaultValue().utf8());
+        details.push_back(message("LIST_DEFAULT", {{"Value", parameter.defaultValue()}}));
     }
-    return text + ")";
+    return message("LIST_PARAMETER_DETAILS",
+                   {{"Name", parameter.name()}, {"Details", listed(details)}});
+}
+
+constexpr const char* conditionLabels[] = {"LIST_CAPABILITIES", "LIST_ONLY_WITH", "LIST_NOT_WITH",
+                                           "LIST_PARAMETER"};
+
+// The values behind these labels stand below each other.
+std::size_t labelColumns() {
+    std::size_t widest = 0;
+    for (const char* label : conditionLabels) {
+        widest = std::max(widest, mrl::columnsOf(message(label)));
+    }
+    return widest + 1;
+}
+
+void condition(const char* label, const std::string& text) {
+    line("    " + padded(message(label), labelColumns()) + text);
+}
+
+std::string nameAndValue(const TeskString& name, const std::string& value) {
+    return message("LIST_NAME_AND_VALUE", {{"Name", name}, {"Value", value}});
 }
 
 void showTest(const Test& test) {
-    line("  " + test.name().utf8() + (test.interactive() ? " (interactive: runs when named)" : ""));
-    line("    capabilities: " + joined(test.capability().names(), ", "));
+    const std::string& name = test.name().utf8();
+    line("  " + (test.interactive() ? message("LIST_INTERACTIVE", {{"Test", name}}) : name));
+    condition("LIST_CAPABILITIES", listed(test.capability().names()));
     if (!test.requirements().empty()) {
-        line("    only with:    " + describedAll(test.requirements()));
+        condition("LIST_ONLY_WITH", describedAll(test.requirements()));
     }
     if (!test.exclusions().empty()) {
-        line("    not with:     " + describedAll(test.exclusions()));
+        condition("LIST_NOT_WITH", describedAll(test.exclusions()));
     }
     if (test.enumeratesOnlyOnce()) {
-        line("    runs on the first device that suits it");
+        line("    " + message("LIST_ONCE"));
     }
     for (const Parameter* parameter : test.parameters()) {
-        line("    parameter:    " + described(*parameter));
+        condition("LIST_PARAMETER", described(*parameter));
     }
 }
 
 void showDevice(const DiagDevice& device) {
     line("  " + device.name().utf8());
-    line("    capabilities: " + joined(device.capability().names(), ", "));
+    line("    " + padded(message("LIST_CAPABILITIES"), 0) + listed(device.capability().names()));
     for (const auto& [name, value] : device.properties()) {
-        line("    " + name.utf8() + ": " + value.utf8());
+        line("    " + nameAndValue(name, value.utf8()));
     }
 }
 
@@ -69,12 +98,12 @@ std::string verdictOn(const Test& test, const DiagDevice& device, bool first,
                       const std::optional<std::string>& filter) {
     const std::vector<std::string> reasons = reasonsAgainst(test, device, filter);
     if (!reasons.empty()) {
-        return "no: " + joined(reasons, "; ");
+        return message("LIST_NO", {{"Reasons", phrasesListed(reasons)}});
     }
     if (test.enumeratesOnlyOnce() && !first) {
-        return "no: runs on the first device only";
+        return message("LIST_NO_LONGER_FIRST");
     }
-    return test.interactive() ? "yes, when named" : "yes";
+    return message(test.interactive() ? "LIST_YES_WHEN_NAMED" : "LIST_YES");
 }
 
 void showPairs(const Test& test, const DeviceList& devices,
@@ -82,7 +111,7 @@ void showPairs(const Test& test, const DeviceList& devices,
     line("  " + test.name().utf8());
     bool first = true;
     for (const DiagDevice& device : devices.devices) {
-        line("    " + device.name().utf8() + ": " + verdictOn(test, device, first, filter));
+        line("    " + nameAndValue(device.name(), verdictOn(test, device, first, filter)));
         first = first && !reasonsAgainst(test, device, filter).empty();
     }
 }
@@ -91,17 +120,17 @@ void showPairs(const Test& test, const DeviceList& devices,
 
 void showList(const Registry& registry, const DeviceList& devices,
               const std::optional<std::string>& filter) {
-    line("Tests");
+    line(message("LIST_TESTS"));
     for (const Test& test : registry.tests) {
         showTest(test);
     }
     line("");
-    line("Devices");
+    line(message("LIST_DEVICES"));
     for (const DiagDevice& device : devices.devices) {
         showDevice(device);
     }
     if (devices.devices.empty()) {
-        line("  none");
+        line("  " + message("LIST_NONE"));
     }
     if (!devices.reason.empty()) {
         line("  " + devices.reason);
@@ -110,7 +139,7 @@ void showList(const Registry& registry, const DeviceList& devices,
         return;
     }
     line("");
-    line("What would run");
+    line(message("LIST_WHAT_WOULD_RUN"));
     for (const Test& test : registry.tests) {
         showPairs(test, devices, filter);
     }

@@ -1,5 +1,7 @@
 #include "DeviceList.h"
 
+#include "Message.h"
+
 #include <nativewifi/Guid.h>
 #include <nativewifi/Handles.h>
 
@@ -19,29 +21,30 @@ constexpr DWORD CLIENT_VERSION = 2; // Windows Vista and later
 // What a failure of the first two calls means to somebody who stands before the PC.
 struct Explanation {
     DWORD error;
-    const char* text;
+    const char* key;
 };
 constexpr Explanation explanations[] = {
-    {ERROR_SERVICE_NOT_ACTIVE, "the wireless service (WLAN AutoConfig) is not running"},
-    {ERROR_MOD_NOT_FOUND, "this Windows has no Wlanapi.dll; server editions need the feature "
-                          "\"Wireless LAN Service\""},
-    {ERROR_PROC_NOT_FOUND, "this Windows' Wlanapi.dll is too old or damaged"},
-    {ERROR_ACCESS_DENIED, "this user may not use the wireless service"},
-    {ERROR_NOT_ENOUGH_MEMORY, "there is not enough memory"},
-    {ERROR_REMOTE_SESSION_LIMIT_EXCEEDED, "too many programs use the wireless service"},
+    {ERROR_SERVICE_NOT_ACTIVE, "DEVICES_SERVICE_NOT_RUNNING"},
+    {ERROR_MOD_NOT_FOUND, "DEVICES_NO_DLL"},
+    {ERROR_PROC_NOT_FOUND, "DEVICES_UNUSABLE_DLL"},
+    {ERROR_ACCESS_DENIED, "DEVICES_ACCESS_DENIED"},
+    {ERROR_NOT_ENOUGH_MEMORY, "DEVICES_NO_MEMORY"},
+    {ERROR_REMOTE_SESSION_LIMIT_EXCEEDED, "DEVICES_TOO_MANY_CLIENTS"},
 };
 
-std::string failureOf(const char* function, DWORD error) {
-    std::string text = std::string(function) + " failed with error " + std::to_string(error);
+Message failureMessage(const char* function, DWORD error) {
     const auto* const known =
         std::find_if(std::begin(explanations), std::end(explanations),
                      [error](const Explanation& candidate) { return candidate.error == error; });
-    if (known != std::end(explanations)) {
-        text += std::string(": ") + known->text;
-    }
+    return Message(known == std::end(explanations) ? "DEVICES_CALL_FAILED" : known->key,
+                   {{"Function", function}, {"Error", mrl::Uint32{error}}});
+}
+
+std::string failureOf(const char* function, DWORD error) {
+    const Message failure = failureMessage(function, error);
     mrl::Logger& logger = mrl::LogFactory::createLogger("tesk5.devices");
-    mrl::LoggerStream(logger.admitting(PRIORITY), PRIORITY) << text;
-    return text;
+    mrl::LoggerStream(logger.admitting(PRIORITY), PRIORITY) << failure.inEnglish();
+    return failure.text();
 }
 
 TeskString systemName(const GUID& guid) {

@@ -1,6 +1,7 @@
 #include <tesk5/Parameter.h>
 
 #include <tesk5/TeskException.h>
+#include <tesk5/Texts.h>
 
 #include "Decimal.h"
 
@@ -21,15 +22,14 @@ Value Parameter::value() const {
 
 std::optional<std::string> Parameter::refuses(const TeskString& text) const {
     if (m_type == DataType::UINT32() && !text.empty() && !parseUint32(text.utf8())) {
-        return "not a whole number from 0 to 4294967295 in decimal digits";
+        return message("INPUT_NOT_A_NUMBER", {{"Value", text}});
     }
     return std::nullopt;
 }
 
 void Parameter::set(const TeskString& text) {
     if (const auto reason = refuses(text)) {
-        throw TeskException(TeskString("the value \"" + text.utf8() + "\" of parameter \"" +
-                                       m_name.utf8() + "\" is " + *reason));
+        throw TeskException(TeskString("parameter \"" + m_name.utf8() + "\": " + *reason));
     }
     m_given = text;
 }

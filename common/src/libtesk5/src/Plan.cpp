@@ -1,5 +1,7 @@
 #include "Plan.h"
 
+#include <tesk5/Texts.h>
+
 #include "BadInput.h"
 
 #include <mrl/Unicode.h>
@@ -44,22 +46,20 @@ void refuseUnknown(const Setting& setting, const std::vector<const Parameter*>& 
         return;
     }
     if (names.empty()) {
-        throw BadInput{textOf(setting) +
-                       ": the tests that would run have no parameters; leave it out"};
+        throw BadInput{message("INPUT_SETTING_WITHOUT_PARAMETERS", {{"Setting", textOf(setting)}})};
     }
-    throw BadInput{textOf(setting) + ": no test that would run has the parameter " +
-                   inQuotes(setting.name.utf8()) + nearestHint(setting.name.utf8(), names) +
-                   "; the parameters are " + listInQuotes(names, "none")};
+    throw BadInput{aboutUnknown({"INPUT_UNKNOWN_PARAMETER", "INPUT_UNKNOWN_PARAMETER_NEAREST"},
+                                setting.name.utf8(), names, {{"Setting", textOf(setting)}})};
 }
 
 void apply(Parameter& parameter, const Setting& setting, int timesBefore) {
     if (timesBefore > 0 && !parameter.multiValued()) {
-        throw BadInput{textOf(setting) + ": the parameter " + inQuotes(setting.name.utf8()) +
-                       " has a value already; give it once"};
+        throw BadInput{message("INPUT_PARAMETER_TWICE",
+                               {{"Setting", textOf(setting)}, {"Name", setting.name}})};
     }
     if (const auto reason = parameter.refuses(setting.value)) {
-        throw BadInput{textOf(setting) + ": " + inQuotes(setting.value.utf8()) + " is " + *reason +
-                       "; give such a number"};
+        throw BadInput{
+            message("INPUT_SETTING_REFUSED", {{"Setting", textOf(setting)}, {"Reason", *reason}})};
     }
     parameter.set(setting.value);
 }
@@ -80,10 +80,9 @@ std::vector<const Test*> chooseTests(Registry& registry, const std::vector<TeskS
         }
     }
     if (names.empty() && tests.empty()) {
-        throw BadInput{registry.tests.empty()
-                           ? std::string("there is no test to run; use the command list")
-                           : "every test is interactive; name one, as in run " +
-                                 registry.tests.front().name().utf8()};
+        throw BadInput{registry.tests.empty() ? message("INPUT_NO_TEST")
+                                              : message("INPUT_NO_AUTOMATIC_TEST",
+                                                        {{"Test", registry.tests.front().name()}})};
     }
     for (const TeskString& name : names) {
         const Test* test = registry.findTest(name);
@@ -92,13 +91,11 @@ std::vector<const Test*> chooseTests(Registry& registry, const std::vector<TeskS
             for (const Test& candidate : registry.tests) {
                 known.push_back(candidate.name().utf8());
             }
-            throw BadInput{"there is no test " + inQuotes(name.utf8()) +
-                           nearestHint(name.utf8(), known) + "; the tests are " +
-                           listInQuotes(known, "none")};
+            throw BadInput{aboutUnknown({"INPUT_UNKNOWN_TEST", "INPUT_UNKNOWN_TEST_NEAREST"},
+                                        name.utf8(), known)};
         }
         if (std::find(tests.begin(), tests.end(), test) != tests.end()) {
-            throw BadInput{"the test " + inQuotes(name.utf8()) +
-                           " is named more than once; name it once"};
+            throw BadInput{message("INPUT_TEST_TWICE", {{"Name", name}})};
         }
         tests.push_back(test);
     }
@@ -118,9 +115,7 @@ void applySettings(Registry& registry, const std::vector<Setting>& settings,
     }
     for (const Parameter* parameter : wanted) {
         if (!parameter->optional() && times.count(parameter->name()) == 0) {
-            const std::string& name = parameter->name().utf8();
-            throw BadInput{"the parameter " + inQuotes(name) +
-                           " has no value; give it with --set " + name + "=VALUE"};
+            throw BadInput{message("INPUT_PARAMETER_WITHOUT_VALUE", {{"Name", parameter->name()}})};
         }
     }
 }
@@ -140,7 +135,7 @@ std::vector<std::string> reasonsAgainst(const Test& test, const DiagDevice& devi
                                         const std::optional<std::string>& filter) {
     std::vector<std::string> reasons = test.reasonsAgainst(device);
     if (filter && !answersTo(device, *filter)) {
-        reasons.push_back("has no " + inQuotes(*filter) + " in its name or system name");
+        reasons.push_back(message("LIST_NAMED_OTHERWISE", {{"Text", *filter}}));
     }
     return reasons;
 }

@@ -1,15 +1,16 @@
 #include "ReportFile.h"
 
 #include <tesk5/TeskException.h>
+#include <tesk5/Texts.h>
 
 #include "BadInput.h"
+#include "SystemReason.h"
 
 #include <mrl/System.h>
 #include <mrl/Unicode.h>
 
 #include <cerrno>
 #include <fstream>
-#include <optional>
 #include <random>
 #include <system_error>
 
@@ -20,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string lastError() {
-    return errno == 0 ? "it cannot be written" : std::generic_category().message(errno);
+    return lastSystemReason(Message("INPUT_FILE_UNWRITABLE")).text();
 }
 
 // A new file in the folder of `target`, removed again unless it takes the target's place.
@@ -32,7 +33,7 @@ public:
         if (!m_file) {
             m_failure = lastError();
         } else if (std::error_code ignored; !fs::is_regular_file(m_path, ignored)) {
-            m_failure = "it names a device of the system"; // NUL.anything is NUL still
+            m_failure = message("INPUT_FILE_IS_DEVICE"); // NUL.anything is NUL still
         }
     }
     TemporaryFile(const TemporaryFile&) = delete;
@@ -58,7 +59,9 @@ public:
     std::optional<std::string> takePlaceOf(const fs::path& target) {
         std::error_code failure;
         fs::rename(m_path, target, failure);
-        return failure ? std::optional(failure.message()) : std::nullopt;
+        return failure
+                   ? std::optional(systemReason(failure, Message("INPUT_FILE_UNWRITABLE")).text())
+                   : std::nullopt;
     }
 
 private:
@@ -79,15 +82,15 @@ private:
 };
 
 // Why `target` cannot be replaced; nothing when it can.
-std::optional<std::string> whyNotWritable(const fs::path& target) {
+std::optional<std::string> whyNotReplaceable(const fs::path& target) {
     std::error_code ignored;
     const fs::file_status status = fs::status(target, ignored);
     if (fs::is_directory(status) || target.filename().empty()) {
-        return "it is a directory";
+        return message("INPUT_FILE_IS_DIRECTORY");
     }
     if (fs::exists(status)) {
         if (!fs::is_regular_file(status)) {
-            return "it is no ordinary file";
+            return message("INPUT_FILE_NOT_ORDINARY");
         }
         errno = 0;
         const std::fstream present(target, std::ios::binary | std::ios::in | std::ios::out);
@@ -108,9 +111,8 @@ fs::path followed(const fs::path& path) {
 
 ReportFile::ReportFile(std::string path)
     : m_path(std::move(path)), m_target(followed(mrl::System::path(m_path))) {
-    if (const auto reason = whyNotWritable(m_target)) {
-        throw BadInput{"the report " + inQuotes(m_path) + " cannot be written: " + *reason +
-                       "; name a file in a folder that exists and that you may write to"};
+    if (const auto reason = whyNotReplaceable(m_target)) {
+        throw BadInput{message("INPUT_REPORT_UNWRITABLE", {{"File", m_path}, {"Reason", *reason}})};
     }
 }
 
@@ -124,9 +126,13 @@ void ReportFile::replace(const std::string& text) const {
         failure = file.takePlaceOf(m_target);
     }
     if (failure) {
-        throw TeskException(
-            TeskString("the report " + inQuotes(m_path) + " could not be written: " + *failure));
+        throw TeskException(TeskString(
+            message("INPUT_REPORT_NOT_REPLACED", {{"File", m_path}, {"Reason", *failure}})));
     }
+}
+
+std::optional<std::string> whyNotWritable(const std::string& path) {
+    return whyNotReplaceable(followed(mrl::System::path(path)));
 }
 
 bool nameSameFile(const std::string& a, const std::string& b) {

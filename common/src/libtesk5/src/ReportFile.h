@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 
 namespace tesk5 {
@@ -22,6 +23,10 @@ private:
     std::string m_path;             ///< as it was given, for people
     std::filesystem::path m_target; ///< with links followed: the file behind a link is replaced
 };
+
+/// Why the file (UTF-8 path) can be neither made nor replaced, for people; nothing when it can.
+/// Leaves no trace.
+std::optional<std::string> whyNotWritable(const std::string& path);
 
 /// Whether two paths (UTF-8) name one file, there or not.
 bool nameSameFile(const std::string& a, const std::string& b);

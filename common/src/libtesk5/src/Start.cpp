@@ -10,6 +10,7 @@
 
 #include "BadInput.h"
 #include "Console.h"
+#include "Enumeration.h"
 #include "EventStream.h"
 #include "ModuleState.h"
 #include "ReportFile.h"
@@ -51,8 +52,9 @@ void refuseSharedFiles(const CommandLine& line) {
     for (auto a = files.begin(); a != files.end(); ++a) {
         for (auto b = a + 1; b != files.end(); ++b) {
             if (nameSameFile(a->path, b->path)) {
-                throw BadInput{std::string(a->option) + " and " + b->option + " both name " +
-                               inQuotes(b->path) + "; give each a file of its own"};
+                throw BadInput{message(
+                    "INPUT_FILE_SHARED",
+                    {{"Option", a->option}, {"OtherOption", b->option}, {"File", b->path}})};
             }
         }
     }
@@ -63,9 +65,10 @@ void openLog(const CommandLine& line) {
         try {
             mrl::LogFactory::setSink(mrl::fileLogSink(*line.logFile));
         } catch (const mrl::Exception& failure) {
-            throw BadInput{"the log " + inQuotes(*line.logFile) +
-                           " cannot be written: " + failure.toString().getUTF8String().bytes() +
-                           "; name a file that you may write to"};
+            const std::string reason =
+                whyNotWritable(*line.logFile).value_or(failure.toString().getUTF8String().bytes());
+            throw BadInput{
+                message("INPUT_LOG_UNWRITABLE", {{"File", *line.logFile}, {"Reason", reason}})};
         }
     } else if (line.logLevel) {
         mrl::LogFactory::setSink(mrl::standardErrorLogSink());
@@ -97,8 +100,10 @@ std::vector<std::string> whyWithoutDevice(const Test& test, const DeviceList& de
                                           const std::optional<std::string>& filter) {
     std::vector<std::string> reasons;
     for (const DiagDevice& device : devices.devices) {
-        reasons.push_back(device.name().utf8() + ": " +
-                          joined(reasonsAgainst(test, device, filter), "; "));
+        reasons.push_back(
+            message("LIST_NAME_AND_VALUE",
+                    {{"Name", device.name()},
+                     {"Value", phrasesListed(reasonsAgainst(test, device, filter))}}));
     }
     if (!devices.reason.empty()) {
         reasons.push_back(devices.reason);
@@ -195,22 +200,23 @@ int run(const CommandLine& line) {
 void useLanguageAskedFor() {
     const std::optional<std::string> tag = languageAskedFor(ModuleState::instance().arguments);
     if (tag && !setLanguage(*tag)) {
-        throw BadInput{"there are no texts in the language " + inQuotes(*tag) + "; give one of " +
-                       joined(availableLanguages(), ", ")};
+        throw BadInput{message("INPUT_UNKNOWN_LANGUAGE",
+                               {{"Language", *tag}, {"Languages", listed(availableLanguages())}})};
     }
 }
 
 int version() {
     const ModuleState& module = ModuleState::instance();
-    writeLine(mrl::cout, std::string(moduleInfo().name) + " " + module.version() + " (build " +
-                             module.build.utf8() + ")");
+    writeLine(mrl::cout, message("HELP_VERSION_LINE", {{"Program", std::string(moduleInfo().name)},
+                                                       {"Version", module.version()},
+                                                       {"Build", module.build}}));
     return 0;
 }
 
-int help() {
+int help(const CommandLine& line) {
     const std::string& program = ModuleState::instance().program;
     mrl::cout << std::string_view(
-        helpPage(program.empty() ? std::string(moduleInfo().name) : program));
+        helpPage(program.empty() ? std::string(moduleInfo().name) : program, line.helpOn));
     mrl::cout.flush();
     return 0;
 }
@@ -218,7 +224,7 @@ int help() {
 int follow(const CommandLine& line) {
     switch (line.command) {
     case Command::help:
-        return help();
+        return help(line);
     case Command::version:
         return version();
     case Command::run:

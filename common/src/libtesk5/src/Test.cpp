@@ -1,6 +1,7 @@
 #include <tesk5/Test.h>
 
 #include <tesk5/TeskException.h>
+#include <tesk5/Texts.h>
 
 #include <algorithm>
 
@@ -8,12 +9,11 @@ namespace tesk5 {
 
 namespace {
 
-std::string described(const Test::PropertyCondition& condition) {
-    std::string text = "the property \"" + condition.property.utf8() + "\"";
-    if (!condition.value.empty()) {
-        text += " with the value \"" + condition.value.utf8() + "\"";
-    }
-    return text;
+// A phrase on a condition, by whether it asks for a value.
+std::string phrase(const char* key, const char* keyWithValue,
+                   const Test::PropertyCondition& condition) {
+    return message(condition.value.empty() ? key : keyWithValue,
+                   {{"Property", condition.property}, {"Value", condition.value}});
 }
 
 } // namespace
@@ -61,17 +61,17 @@ std::vector<std::string> Test::reasonsAgainst(const DiagDevice& device) const {
     std::vector<std::string> reasons;
     for (const std::string& name : m_capability.names()) {
         if (!device.capability().includes(*DeviceCapability::fromName(name))) {
-            reasons.push_back("lacks the capability \"" + name + "\"");
+            reasons.push_back(message("LIST_LACKS_CAPABILITY", {{"Capability", name}}));
         }
     }
     for (const PropertyCondition& exclusion : m_exclusions) {
         if (exclusion.holdsFor(device)) {
-            reasons.push_back("has " + described(exclusion));
+            reasons.push_back(phrase("LIST_HAS_PROPERTY", "LIST_HAS_VALUE", exclusion));
         }
     }
     for (const PropertyCondition& requirement : m_requirements) {
         if (!requirement.holdsFor(device)) {
-            reasons.push_back("lacks " + described(requirement));
+            reasons.push_back(phrase("LIST_LACKS_PROPERTY", "LIST_LACKS_VALUE", requirement));
         }
     }
     return reasons;

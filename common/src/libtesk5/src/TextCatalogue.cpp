@@ -21,12 +21,12 @@ using Texts = std::map<TeskString, TeskString>;
 
 Texts textsOf(const Json& json) {
     if (!json.is_object()) {
-        throw JsonFailure("a text file is an object of keys and texts");
+        throw JsonFailure(Message("INPUT_TEXTS_NO_OBJECT"));
     }
     Texts texts;
     for (const auto& [key, text] : json.items()) {
         if (!text.is_string()) {
-            throw JsonFailure("the text of \"" + key + "\" is no string");
+            throw JsonFailure(Message("INPUT_TEXTS_NO_STRING", {{"Key", key}}));
         }
         texts.emplace(TeskString(key), TeskString(text.get<std::string>()));
     }

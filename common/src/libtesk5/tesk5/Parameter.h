@@ -28,8 +28,8 @@ public:
     /// The value in force. An empty number reads as 0.
     Value value() const;
 
-    /// Why `text` cannot be a value of this parameter, in words that follow "... is "; nothing when
-    /// it can. A number must lie in 0 to 4294967295 and be written in decimal digits alone; the
+    /// Why `text` cannot be a value of this parameter, and what can, in the language in force;
+    /// nothing when it can. A number must lie in 0 to 4294967295 and be written in decimal digits alone; the
     /// empty text is every type's "not set".
     std::optional<std::string> refuses(const TeskString& text) const;
     /// Sets the value from its text.
