@@ -9,9 +9,14 @@ from program import DIST, EXECUTABLE, ROOT, ProgramTest
 WINDOWS_DLLS = {
     "advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll", "gdiplus.dll", "imm32.dll",
     "iphlpapi.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "rpcrt4.dll",
-    "shell32.dll", "shlwapi.dll", "user32.dll", "uxtheme.dll", "version.dll", "ws2_32.dll",
+    "shell32.dll", "shlwapi.dll", "user32.dll", "uxtheme.dll", "version.dll",
     "windowscodecs.dll", "oleacc.dll",
 }
+# What programs open network connections with.
+NETWORK_DLLS = (
+    "dnsapi", "mpr", "mswsock", "netapi32", "rasapi32", "urlmon", "webservices", "websocket",
+    "wininet", "winhttp", "ws2_32", "wsock32",
+)
 
 
 class ShippedTree(ProgramTest):
@@ -50,6 +55,15 @@ class Executable(unittest.TestCase):
 
     def test_needs_only_dlls_that_windows_has(self):
         self.assertEqual(set(self.image.imported_dlls()) - WINDOWS_DLLS, set())
+
+    def test_opens_no_network_connection(self):
+        for dll in NETWORK_DLLS:
+            with self.subTest(dll):
+                self.assertNotIn(f"{dll}.dll", self.image.imported_dlls())
+                # Nor is it looked up by name when the program runs.
+                for name in (dll, dll.upper()):
+                    self.assertNotIn(f"{name}.dll".encode("ascii"), self.image.data)
+                    self.assertNotIn(f"{name}.dll".encode("utf-16-le"), self.image.data)
 
     def test_looks_native_wifi_up_when_it_runs(self):
         self.assertNotIn("wlanapi.dll", self.image.imported_dlls())

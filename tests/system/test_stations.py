@@ -1,0 +1,218 @@
+"""Stations that feed their events to a real MQTT broker, and a log shipper that reads them."""
+import getpass
+import json
+import pathlib
+import re
+import socket
+import subprocess
+import sys
+import time
+import unittest
+
+import side_by_side
+from display import stop
+from program import EXECUTABLE, LIMIT_SECONDS, ROOT, WRONG_USAGE, ProgramTest, environment
+
+load_tests = side_by_side.load_tests
+
+EXAMPLES = ROOT / "examples" / "stations"
+BROKER_SECONDS = 20
+TO_RATE = ("--set", "SSID=Lab", "--set", "WarningSignalStrength=40",
+           "--set", "FailingSignalStrength=20")
+MANY_NETWORKS = 150
+
+
+def example_port():
+    """The port that the example's broker and its stations agree on."""
+    return re.search(r"^listener (\d+) 127\.0\.0\.1$",
+                     (EXAMPLES / "mosquitto.conf").read_text(encoding="utf-8"), re.M)[1]
+
+
+def free_port():
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+def wait_until(true, what, seconds=LIMIT_SECONDS):
+    end = time.monotonic() + seconds
+    while not true():
+        if time.monotonic() > end:
+            raise AssertionError(f"waited in vain for: {what}")
+        time.sleep(0.05)
+
+
+class StationTest(ProgramTest):
+    """A test with a port for a broker."""
+
+    def setUp(self):
+        super().setUp()
+        self.port = free_port()
+
+    def start_process(self, command, out, err, env=None):
+        """Starts a program whose output is appended to files of this test's folder."""
+        with open(self.folder / out, "ab") as out_file, open(self.folder / err, "ab") as err_file:
+            process = subprocess.Popen(command, cwd=self.folder, env=env, stdin=subprocess.DEVNULL,
+                                       stdout=out_file, stderr=err_file, start_new_session=True)
+        self.addCleanup(stop, process)
+        return process
+
+    def start_broker(self, more=""):
+        """Starts a broker with the example's configuration, on this test's port."""
+        example = (EXAMPLES / "mosquitto.conf").read_text(encoding="utf-8")
+        # Started by root it would become a user who may not write into this test's folder.
+        configuration = self.write("mosquitto.conf", example.replace(example_port(), str(self.port))
+                                   + f"user {getpass.getuser()}\n{more}")
+        broker = self.start_process(["mosquitto", "-c", str(configuration)], "broker.out",
+                                    "broker.err")
+        wait_until(self.broker_answers, "the broker", BROKER_SECONDS)
+        return broker
+
+    def broker_answers(self):
+        return subprocess.run(["mosquitto_pub", "-h", "127.0.0.1", "-p", str(self.port), "-t",
+                               "probe", "-n"], stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL, check=False).returncode == 0
+
+    def subscribe(self, *options):
+        """Starts to gather every station's events; returns a function for what has come."""
+        path = self.folder / "gathered"
+        subscriptions = self.subscriptions()
+        self.start_process(["mosquitto_sub", "-h", "127.0.0.1", "-p", str(self.port), "-q", "1",
+                            "-t", "antenna/+/events", "-F", r"%t\t%p", "-i", "gatherer", *options],
+                           path.name, "gatherer.err")
+        wait_until(lambda: self.subscriptions() > subscriptions, "the subscription", BROKER_SECONDS)
+
+        def gathered_by_topic():
+            by_topic = {}
+            for line in path.read_text(encoding="utf-8").splitlines(keepends=True):
+                topic, _, payload = line.partition("\t")
+                by_topic.setdefault(topic, []).append(payload)
+            return by_topic
+        return gathered_by_topic
+
+    def subscriptions(self):
+        return (self.folder / "broker.err").read_bytes().count(b" as gatherer ")
+
+    def scenario(self, name, signal, others=0):
+        points = [{"ssid": "Lab", "signal": signal}]
+        points += [{"ssid": f"Neighbour {number:03}", "signal": 5} for number in range(others)]
+        return self.write(f"{name}.scenario.json", {"interfaces": [{"accessPoints": points}]})
+
+    def start_station(self, name, scenario, *options):
+        return self.start_process(
+            [sys.executable, str(EXAMPLES / "station.py"), name, "--module", str(EXECUTABLE),
+             "--launcher", "wine", "--record", f"{name}.jsonl", "--port", str(self.port),
+             *options, "--", *TO_RATE], f"{name}.out", f"{name}.err", environment(scenario))
+
+    def record(self, name):
+        path = self.folder / f"{name}.jsonl"
+        return path.read_text(encoding="utf-8").splitlines(keepends=True) if path.exists() else []
+
+    def errors(self, name):
+        return (self.folder / f"{name}.err").read_text(encoding="utf-8")
+
+    def assert_is_a_whole_run(self, lines, exit_value):
+        parsed = [json.loads(line) for line in lines]
+        self.assertEqual([line["sequence"] for line in parsed], list(range(1, len(parsed) + 1)))
+        self.assertEqual((parsed[0]["type"], parsed[-1]["type"]), ("runStarted", "runEnded"))
+        self.assertEqual(parsed[-1]["exit"], exit_value)
+
+
+class Stations(StationTest):
+    def test_several_at_once_each_have_a_topic_of_their_own(self):
+        self.start_broker()
+        gathered = self.subscribe()
+        verdicts = {"bench-1": (60, 0), "bench-2": (30, 1), "Pr\u00fcfplatz 3": (10, 2)}
+        running = {name: self.start_station(name, self.scenario(name, signal))
+                   for name, (signal, _) in verdicts.items()}
+        for name, (_, exit_value) in verdicts.items():
+            self.assertEqual(running[name].wait(LIMIT_SECONDS), exit_value, self.errors(name))
+            self.assertEqual(self.errors(name), "")
+        wait_until(lambda: sum(map(len, gathered().values())) >=
+                   sum(len(self.record(name)) for name in verdicts), "every line", BROKER_SECONDS)
+        self.assertEqual(gathered(), {f"antenna/{name}/events": self.record(name)
+                                      for name in verdicts})
+        for name, (_, exit_value) in verdicts.items():
+            self.assert_is_a_whole_run(self.record(name), exit_value)
+
+    def test_keep_their_verdict_where_there_is_no_broker(self):
+        station = self.start_station("bench-1", self.scenario("bench-1", 10), "--patience", "1")
+        self.assertEqual(station.wait(LIMIT_SECONDS), 2, self.errors("bench-1"))
+        record = self.record("bench-1")
+        self.assert_is_a_whole_run(record, 2)
+        self.assertIn(f"station: {len(record)} lines did not reach the broker (Error: ",
+                      self.errors("bench-1"))
+
+    def test_keep_their_verdict_where_the_broker_says_nothing(self):
+        with socket.create_server(("127.0.0.1", self.port)):
+            station = self.start_station("bench-1", self.scenario("bench-1", 60), "--patience", "1")
+            self.assertEqual(station.wait(LIMIT_SECONDS), 0, self.errors("bench-1"))
+        self.assert_is_a_whole_run(self.record("bench-1"), 0)
+        self.assertIn("did not reach the broker", self.errors("bench-1"))
+
+    def test_lose_nothing_when_the_broker_is_away_for_a_while(self):
+        # A gatherer that the broker knows by name, and a broker that remembers.
+        memory = f"persistence true\npersistence_location {self.folder}/\n"
+        broker = self.start_broker(memory)
+        gathered = self.subscribe("-c")
+        station = self.start_station("bench-1", self.scenario("bench-1", 30), "--patience", "60")
+        wait_until(lambda: gathered().get("antenna/bench-1/events"), "the first line")
+        stop(broker)
+        wait_until(lambda: any('"runEnded"' in line for line in self.record("bench-1")),
+                   "the end of the run")
+        self.assertIsNone(station.poll(), "it has patience with the broker")
+        self.start_broker(memory)
+        self.assertEqual(station.wait(LIMIT_SECONDS), 1, self.errors("bench-1"))
+        self.assertEqual(self.errors("bench-1"), "")
+        record = self.record("bench-1")
+        self.assert_is_a_whole_run(record, 1)
+
+        def came():
+            # A line whose acknowledgement was lost comes again, right behind itself.
+            lines = gathered()["antenna/bench-1/events"]
+            return [line for number, line in enumerate(lines) if lines[number - 1:number] != [line]]
+        wait_until(lambda: len(came()) >= len(record), "every line", BROKER_SECONDS)
+        self.assertEqual(came(), record)
+
+    def test_refuse_names_that_are_no_level_of_a_topic_and_records_that_cannot_be(self):
+        for arguments in (("a/b", "--module", "x", "--record", "r"),
+                          ("#", "--module", "x", "--record", "r"),
+                          ("bench-1", "--module", "x", "--record", "none/r"),
+                          ("bench-1", "--record", "r")):
+            run = subprocess.run([sys.executable, str(EXAMPLES / "station.py"), *arguments],
+                                 cwd=self.folder, stdin=subprocess.DEVNULL, capture_output=True,
+                                 timeout=LIMIT_SECONDS, check=False)
+            self.assertEqual(run.returncode, WRONG_USAGE, run)
+            self.assertEqual(run.stderr.count(b"\n"), 1, run)
+
+    def test_use_the_port_of_the_examples_broker_unless_told_otherwise(self):
+        self.assertIn(f'default="{example_port()}"',
+                      (EXAMPLES / "station.py").read_text(encoding="utf-8"))
+
+
+class LogShipper(StationTest):
+    def test_ships_every_line_whole(self):
+        configuration = (EXAMPLES / "rsyslog.conf").read_text(encoding="utf-8")
+        for there, here in (("/var/lib/antenna/", f"{self.folder}/"),
+                            ("/var/log/antenna-events.jsonl", f"{self.folder}/shipped"),
+                            ("/var/spool/rsyslog", str(self.folder))):
+            self.assertEqual(configuration.count(there), 1, there)
+            configuration = configuration.replace(there, here)
+        self.start_process(
+            ["/usr/sbin/rsyslogd", "-n", "-i", str(self.folder / "pid"), "-f",
+             str(self.write("rsyslog.conf", configuration))], "shipper.out", "shipper.err")
+        station = self.start_station("bench-1", self.scenario("bench-1", 60, MANY_NETWORKS),
+                                     "--patience", "0")
+        self.assertEqual(station.wait(LIMIT_SECONDS), 0, self.errors("bench-1"))
+        record = "".join(self.record("bench-1"))
+        self.assertGreater(max(map(len, record.splitlines())), 8192, "longer than common limits")
+        shipped = pathlib.Path(self.folder / "shipped")
+
+        def text():
+            return shipped.read_text(encoding="utf-8") if shipped.exists() else ""
+        wait_until(lambda: len(text()) >= len(record), "the shipped lines", BROKER_SECONDS)
+        self.assertEqual(text(), record)
+
+
+if __name__ == "__main__":
+    unittest.main()
