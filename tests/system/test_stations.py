@@ -1,6 +1,7 @@
 """Stations that feed their events to a real MQTT broker, and a log shipper that reads them."""
 import getpass
 import json
+import os
 import pathlib
 import re
 import socket
@@ -28,10 +29,19 @@ def example_port():
                      (EXAMPLES / "mosquitto.conf").read_text(encoding="utf-8"), re.M)[1]
 
 
+# Below those that systems hand out to clients: one of another test could take it meanwhile.
+PORTS = iter(range(20000 + os.getpid() % 10000, 32000))
+
+
 def free_port():
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
+    for port in PORTS:
+        with socket.socket() as probe:
+            try:
+                probe.bind(("127.0.0.1", port))
+                return port
+            except OSError:
+                continue
+    raise AssertionError("no port is free")
 
 
 def wait_until(true, what, seconds=LIMIT_SECONDS):
@@ -144,7 +154,8 @@ class Stations(StationTest):
                       self.errors("bench-1"))
 
     def test_keep_their_verdict_where_the_broker_says_nothing(self):
-        with socket.create_server(("127.0.0.1", self.port)):
+        with socket.create_server(("127.0.0.1", 0)) as silent:
+            self.port = silent.getsockname()[1]
             station = self.start_station("bench-1", self.scenario("bench-1", 60), "--patience", "1")
             self.assertEqual(station.wait(LIMIT_SECONDS), 0, self.errors("bench-1"))
         self.assert_is_a_whole_run(self.record("bench-1"), 0)
