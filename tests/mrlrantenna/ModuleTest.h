@@ -45,6 +45,10 @@ protected:
     CapturedLog& log() { return m_log; }
     VirtualClock& clock() { return m_clock; }
     const std::vector<tesk5::RaisedEvent>& raised() const { return m_recorder.events(); }
+    const std::vector<tesk5::Measurement>& measurements() const {
+        return m_recorder.measurements();
+    }
+    const std::vector<tesk5::Survey>& surveys() const { return m_recorder.surveys(); }
     /// The keys of the events raised, in order.
     std::vector<std::string> raisedKeys() const;
 

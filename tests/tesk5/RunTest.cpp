@@ -160,7 +160,7 @@ TEST_F(Runs, EndAfterTheTestThatRequestsAnAbort) {
     EXPECT_EQ(start({"run"}), 0);
     EXPECT_THAT(m_calls, ElementsAre("A"));
     EXPECT_THAT(output(),
-                HasSubstr("1 run: 1 PASS; ended by the test, 2 left out; exit value 0\n"));
+                HasSubstr("Runs: 1 (1 PASS); ended by the test, runs left out: 2; exit value 0\n"));
     EXPECT_EQ(start({"run", "B"}), 0) << "the request is over with its run";
 }
 
@@ -178,7 +178,7 @@ TEST_F(Runs, StartNothingMoreAfterAStopRequestAndCountItAsAborted) {
                         "  PASS after 0.0 s\n"
                         "B on Card 1\n"
                         "  USERABORTED: not started\n"
-                        "2 runs: 1 USERABORTED, 1 PASS; exit value 6\n");
+                        "Runs: 2 (1 USERABORTED, 1 PASS); exit value 6\n");
 }
 
 TEST_F(Runs, AStopRequestDuringTheLastTestChangesNothing) {
@@ -245,7 +245,7 @@ TEST_F(Runs, ShowWhatRunsWhereAndHowItWent) {
                         "  FAIL after 7.9 s\n"
                         "Other on Card\\n1\\u202E\n"
                         "  PASS after 0.0 s\n"
-                        "2 runs: 1 FAIL, 1 PASS; exit value 2\n");
+                        "Runs: 2 (1 FAIL, 1 PASS); exit value 2\n");
     EXPECT_EQ(errors(), "");
 }
 
@@ -259,7 +259,7 @@ TEST_F(Runs, WithoutADeviceSayWhichThereAreAndWhyNoneSuits) {
                         "  Wired: lacks the capability \"Wireless\"; lacks the property "
                         "\"wlanAPISupported\"\n"
                         "  Card: lacks the property \"wlanAPISupported\"\n");
-    EXPECT_EQ(output(), "0 runs; 1 test without a device; exit value 3\n");
+    EXPECT_EQ(output(), "Runs: 0; tests without a device: 1; exit value 3\n");
 }
 
 TEST_F(Runs, WithoutAnyDeviceAtAllSaySo) {

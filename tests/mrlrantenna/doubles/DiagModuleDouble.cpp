@@ -79,6 +79,12 @@ void DiagModule::error(Event* event, const TeskString& /*sourceFile*/, int /*lin
     note("error " + event->key().utf8());
 }
 
+void DiagModule::measured(Measurement /*measurement*/) {}
+
+void DiagModule::surveyed(Survey /*survey*/) {}
+
+void DiagModule::progresses(const TeskString& /*key*/, std::optional<double> /*longestSeconds*/) {}
+
 bool DiagModule::checkForStop() {
     return false;
 }

@@ -191,6 +191,17 @@ int logLevelOf(const std::string& text) {
     return static_cast<int>(*level);
 }
 
+mrl::OutputStream::Colours coloursOf(const std::string& text) {
+    using Colours = mrl::OutputStream::Colours;
+    const std::map<std::string, Colours> words = {
+        {"auto", Colours::automatic}, {"always", Colours::always}, {"never", Colours::never}};
+    const auto known = words.find(text);
+    if (known == words.end()) {
+        throw BadInput{message("INPUT_COLOR", {{"Text", text}})};
+    }
+    return known->second;
+}
+
 void refuseForeignOptions(const ParsedArguments& parsed, Command command) {
     for (const OptionDescription& option : optionDescriptions()) {
         if (!parsed.given(option.name) || goesWith(option, command)) {
@@ -254,6 +265,10 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     }
     line.events = parsed.given("--events");
     line.logFile = parsed.value("--log");
+    line.quiet = parsed.given("--quiet");
+    if (const std::optional<std::string> when = parsed.value("--color")) {
+        line.colours = coloursOf(*when);
+    }
     line.language = parsed.value("--language");
     if (const std::optional<std::string> level = parsed.value("--log-level")) {
         line.logLevel = logLevelOf(*level);

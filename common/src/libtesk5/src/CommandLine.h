@@ -3,6 +3,8 @@
 
 #include <tesk5/TeskString.h>
 
+#include <mrl/OutputStream.h>
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -39,6 +41,8 @@ struct CommandLine {
     std::optional<int> logLevel;
     std::optional<std::string> language;
     const CommandDescription* helpOn = nullptr; ///< the command to help with; null for all of them
+    bool quiet = false;
+    mrl::OutputStream::Colours colours = mrl::OutputStream::Colours::automatic;
 };
 
 /// The value of --language, wherever it stands, for texts that are needed before the rest is read;

@@ -4,7 +4,9 @@
 #include <tesk5/Texts.h>
 
 #include "BadInput.h"
+#include "MeasurementText.h"
 
+#include <mrl/DisplayWidth.h>
 #include <mrl/Unicode.h>
 
 #include <algorithm>
@@ -30,26 +32,33 @@ const char* colourEnd() {
     return mrl::cout.showsColours() ? "\x1b[0m" : "";
 }
 
+constexpr std::size_t BAR_CELLS = 25;
+
 std::string secondsText(double seconds) {
     char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.1f s", seconds);
+    std::snprintf(buffer, sizeof buffer, "%.1f", seconds);
     return buffer;
 }
 
 void writeEvent(const RaisedEvent& event) {
-    const std::string head = std::string("  ") + severityName(event.severity) + ": ";
+    const std::string head =
+        "  " + message(event.severity == Severity::error ? "CONSOLE_ERROR" : "CONSOLE_WARNING") +
+        " ";
     writeLine(mrl::cout, head + event.text);
     const std::string& pattern = textOf(event.key).utf8();
     for (const auto& [name, value] : event.variables) {
         if (pattern.find("{" + name.utf8() + "}") == std::string::npos) {
-            writeLine(mrl::cout, std::string(head.size(), ' ') + name.utf8() + ": " +
+            writeLine(mrl::cout, std::string(mrl::columnsOf(head), ' ') + name.utf8() + ": " +
                                      value.valueString().utf8());
         }
     }
 }
 
-std::string counted(std::size_t count, const char* one, const char* many) {
-    return std::to_string(count) + " " + (count == 1 ? one : many);
+void writeMeasurement(const Measurement& measurement) {
+    const std::string comparison = comparisonText(measurement);
+    writeLine(mrl::cout, "  " + measuredText(measurement) + " " +
+                             measurementBar(measurement, BAR_CELLS) +
+                             (comparison.empty() ? comparison : " " + comparison));
 }
 
 // "1 FAIL, 2 PASS": every result that occurs, the worst first.
@@ -77,6 +86,27 @@ std::string programPrefix() {
     return std::string(moduleInfo().name) + ": ";
 }
 
+std::string runText(const char* key, const PlannedRun& run) {
+    return message(key, {{"Test", run.test->name()}, {"Device", run.device->name()}});
+}
+
+void writeVerdict(const Outcome& outcome) {
+    const std::string result = outcome.result.name();
+    std::string text = mrl::escapeControls(
+        outcome.started ? message("CONSOLE_ENDED",
+                                  {{"Result", result}, {"Seconds", secondsText(outcome.seconds)}})
+                        : message("CONSOLE_NOT_STARTED", {{"Result", result}}));
+    // The colours go in last: whatever else looks like them has been made visible by then.
+    const std::size_t place = text.find(result);
+    if (place != std::string::npos) {
+        text.replace(place, result.size(), colourOf(outcome.result) + result + colourEnd());
+    }
+    if (!outcome.failure.empty()) {
+        text += ": " + mrl::escapeControls(outcome.failure);
+    }
+    mrl::cout << std::string_view("  " + text) << mrl::endl;
+}
+
 } // namespace
 
 void writeLine(mrl::OutputStream& stream, const std::string& text) {
@@ -92,60 +122,93 @@ std::string joined(const std::vector<std::string>& texts, const char* separator)
     return all;
 }
 
+Console::Console(ConsoleStyle style)
+    : m_quiet(style.quiet), m_liveLine(mrl::cout, mrl::cout.columns()), m_live(style.live) {}
+
 void Console::runStarts(const RunRecord& record, std::size_t /*planned*/) {
     for (const TestWithoutDevice& without : record.withoutDevice) {
-        writeLine(mrl::cerr, programPrefix() + "no device for " + without.test->name().utf8() +
-                                 (without.reasons.empty() ? ": there is none at all" : ""));
+        writeLine(mrl::cerr,
+                  programPrefix() + message(without.reasons.empty() ? "CONSOLE_NO_DEVICE_AT_ALL"
+                                                                    : "CONSOLE_NO_DEVICE",
+                                            {{"Test", without.test->name()}}));
         for (const std::string& reason : without.reasons) {
             writeLine(mrl::cerr, "  " + reason);
         }
     }
 }
 
+void Console::writeHead(const PlannedRun& run) {
+    writeLine(mrl::cout, runText("CONSOLE_RUN", run));
+}
+
 void Console::starts(const PlannedRun& run) {
-    writeLine(mrl::cout, run.test->name().utf8() + " on " + run.device->name().utf8());
+    if (!m_quiet) {
+        writeHead(run);
+    }
+    if (m_live) {
+        constexpr std::chrono::milliseconds REDRAWN_EVERY(500);
+        m_liveLine.begin();
+        m_ticker.emplace(REDRAWN_EVERY, [this] { m_liveLine.draw(); });
+    }
+}
+
+void Console::progresses(const Progress& progress) {
+    m_liveLine.tell(progress.text, progress.longestSeconds);
+}
+
+void Console::endLiveLine() {
+    m_ticker.reset();
+    m_liveLine.end();
 }
 
 void Console::ended(const Outcome& outcome) {
-    if (!outcome.started) {
-        starts({outcome.test, outcome.device});
+    endLiveLine();
+    if (m_quiet && outcome.result.good()) {
+        return;
+    }
+    if (m_quiet || !outcome.started) {
+        writeHead({outcome.test, outcome.device});
     }
     for (const RaisedEvent& event : outcome.events) {
         writeEvent(event);
     }
-    std::string after =
-        outcome.started ? " after " + secondsText(outcome.seconds) : ": not started";
-    if (!outcome.failure.empty()) {
-        after += ": " + mrl::escapeControls(outcome.failure);
+    for (const Measurement& measurement : outcome.measurements) {
+        writeMeasurement(measurement);
     }
-    mrl::cout << "  " << colourOf(outcome.result) << outcome.result.name() << colourEnd()
-              << std::string_view(after) << mrl::endl;
+    writeVerdict(outcome);
 }
 
 void Console::broken(const PlannedRun& run, const std::string& reason) {
-    writeLine(mrl::cerr, programPrefix() + run.test->name().utf8() + " on " +
-                             run.device->name().utf8() +
-                             " was left by an exception; the run ends here" +
+    endLiveLine();
+    writeLine(mrl::cerr, programPrefix() + runText("CONSOLE_BROKEN", run) +
                              (reason.empty() ? std::string() : ": " + reason));
 }
 
-void Console::runEnded(const RunRecord& run) {
-    std::string line = counted(run.outcomes.size(), "run", "runs");
-    if (!run.outcomes.empty()) {
-        line += ": " + tally(run.outcomes);
+void Console::runEnded(const RunRecord& record) {
+    if (m_quiet) {
+        return;
     }
-    if (!run.withoutDevice.empty()) {
-        line += "; " + counted(run.withoutDevice.size(), "test", "tests") + " without a device";
+    std::vector<std::string> parts;
+    if (record.outcomes.empty()) {
+        parts.push_back(message("CONSOLE_RUNS", {{"Count", Value("0")}}));
+    } else {
+        parts.push_back(
+            message("CONSOLE_RUNS_TALLY", {{"Count", std::to_string(record.outcomes.size())},
+                                           {"Tally", tally(record.outcomes)}}));
     }
-    if (run.leftOut > 0) {
-        line += "; ended by the test, " + std::to_string(run.leftOut) + " left out";
+    if (!record.withoutDevice.empty()) {
+        parts.push_back(message("CONSOLE_WITHOUT_DEVICE",
+                                {{"Count", std::to_string(record.withoutDevice.size())}}));
     }
-    writeLine(mrl::cout, line + "; exit value " + std::to_string(run.exitValue));
+    if (record.leftOut > 0) {
+        parts.push_back(message("CONSOLE_LEFT_OUT", {{"Count", std::to_string(record.leftOut)}}));
+    }
+    parts.push_back(message("CONSOLE_EXIT", {{"Value", std::to_string(record.exitValue)}}));
+    writeLine(mrl::cout, joined(parts, message("CONSOLE_SEPARATOR").c_str()));
 }
 
 void Console::stopping() {
-    writeLine(mrl::cerr, programPrefix() + "stopping: the run ends after the current test; "
-                                           "Ctrl+C once more ends the program at once");
+    m_liveLine.yieldTo([] { writeLine(mrl::cerr, programPrefix() + message("CONSOLE_STOPPING")); });
 }
 
 } // namespace tesk5

@@ -1,9 +1,12 @@
 // What the person at the console reads of a run.
 #pragma once
 
+#include "LiveLine.h"
 #include "RunListener.h"
 
 #include <mrl/OutputStream.h>
+
+#include <optional>
 
 namespace tesk5 {
 
@@ -14,15 +17,33 @@ void writeLine(mrl::OutputStream& stream, const std::string& text);
 /// `texts` with `separator` between them.
 std::string joined(const std::vector<std::string>& texts, const char* separator);
 
+/// How much of a run the console shows.
+struct ConsoleStyle {
+    bool quiet = false; ///< only runs that did not go well
+    bool live = false;  ///< a live line while a test runs; for terminals only
+};
+
 /// Tells a run on standard output, and what broke it on standard error.
 class Console final : public RunListener {
 public:
+    explicit Console(ConsoleStyle style);
+
     void runStarts(const RunRecord& record, std::size_t planned) override;
     void starts(const PlannedRun& run) override;
+    void progresses(const Progress& progress) override;
     void ended(const Outcome& outcome) override;
     void broken(const PlannedRun& run, const std::string& reason) override;
     void stopping() override;
     void runEnded(const RunRecord& record) override;
+
+private:
+    static void writeHead(const PlannedRun& run);
+    void endLiveLine();
+
+    bool m_quiet;
+    LiveLine m_liveLine;
+    bool m_live;
+    std::optional<Ticker> m_ticker; ///< ends before the line does
 };
 
 /// The list of tests, devices, and what would run where.

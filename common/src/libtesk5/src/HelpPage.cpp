@@ -179,6 +179,8 @@ const std::vector<OptionDescription>& optionDescriptions() {
         {"--events", nullptr, "HELP_EVENTS", "run --events --set SSID=Lab", {Command::run}},
         {"--log", "FILE", "HELP_LOG", "--log antenna.log"},
         {"--log-level", "N", "HELP_LOG_LEVEL", "--log-level 0"},
+        {"--quiet", nullptr, "HELP_QUIET", "run --set SSID=Lab --quiet", {Command::run}},
+        {"--color", "WHEN", "HELP_COLOR", "--color never"},
         {"--language", "TAG", "HELP_LANGUAGE", "--language de"},
         {"--version", nullptr, "HELP_VERSION", "--version"},
         {"--help", nullptr, "HELP_HELP", "run --help"},

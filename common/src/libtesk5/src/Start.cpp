@@ -170,6 +170,12 @@ private:
     Console& m_console;
 };
 
+ConsoleStyle styleFor(const CommandLine& line) {
+    // A log on standard error would be written into the middle of a live line.
+    const bool logAmong = line.logLevel && !line.logFile;
+    return {line.quiet, mrl::cout.isTerminal() && !line.quiet && !logAmong};
+}
+
 int run(const CommandLine& line) {
     Registry& registry = Registry::instance();
     const std::vector<const Test*> tests = chooseTests(registry, line.tests);
@@ -180,7 +186,7 @@ int run(const CommandLine& line) {
         reports.push_back(std::make_unique<ReportFile>(report.file));
     }
     const DeviceList devices = devicesFor(line);
-    Console console;
+    Console console(styleFor(line));
     Troubles troubles(console);
     EventStream events(mrl::cout);
     RunListeners listeners;
@@ -222,6 +228,7 @@ int help(const CommandLine& line) {
 }
 
 int follow(const CommandLine& line) {
+    mrl::cout.useColours(line.colours);
     switch (line.command) {
     case Command::help:
         return help(line);

@@ -37,9 +37,18 @@ public:
     /// Whether a person is reading: the stream is a terminal and has no receiver.
     bool isTerminal() const;
 
-    /// Whether a terminal reads that follows escape sequences, colours among them. Tells a Windows
-    /// console to follow them. False where the environment has NO_COLOR.
-    /// Platform: GetConsoleMode, SetConsoleMode
+    /// Width of the terminal in columns; 0 when there is none or it does not tell.
+    /// Platform: GetConsoleScreenBufferInfo, ioctl
+    std::size_t columns() const;
+
+    /// When to show colours: in a terminal that wants them, or whatever there is.
+    enum class Colours { automatic, always, never };
+    /// Decides for showsColours() from now on.
+    void useColours(Colours when) { m_colours = when; }
+
+    /// Whether useColours() wants colours; by itself, whether a terminal reads that follows escape
+    /// sequences, colours among them. Tells a Windows console to follow them. False where the
+    /// environment has NO_COLOR. Platform: GetConsoleMode, SetConsoleMode
     bool showsColours() const;
 
     /// Sends everything to `receiver` from now on; null for the process's stream again.
@@ -49,6 +58,7 @@ public:
 private:
     Target m_target;
     Receiver* m_receiver = nullptr;
+    Colours m_colours = Colours::automatic;
 };
 
 /// Ends the line with "\n" and flushes.

@@ -2,6 +2,7 @@
 
 #include <mrl/Unicode.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -10,6 +11,7 @@
 #include <io.h>
 #include <windows.h>
 #else
+#include <sys/ioctl.h>
 #include <unistd.h>
 #endif
 
@@ -43,6 +45,15 @@ bool followsEscapeSequences(OutputStream::Target target) {
            SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
+std::size_t columnsOfConsole(OutputStream::Target target) {
+    CONSOLE_SCREEN_BUFFER_INFO info = {};
+    // ERROR_INVALID_HANDLE
+    if (GetConsoleScreenBufferInfo(consoleOf(target), &info) == 0) {
+        return 0;
+    }
+    return static_cast<std::size_t>(std::max(info.srWindow.Right - info.srWindow.Left + 1, 0));
+}
+
 // The console's own code page knows few of the characters that a network name can hold, so it gets
 // UTF-16. A pipe or a file gets UTF-8.
 void writeTo(OutputStream::Target target, std::string_view utf8) {
@@ -65,6 +76,11 @@ bool isConsole(OutputStream::Target target) {
 
 bool followsEscapeSequences(OutputStream::Target target) {
     return isConsole(target);
+}
+
+std::size_t columnsOfConsole(OutputStream::Target target) {
+    winsize size = {};
+    return ioctl(fileno(fileOf(target)), TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 void writeTo(OutputStream::Target target, std::string_view utf8) {
@@ -103,7 +119,17 @@ bool OutputStream::isTerminal() const {
     return m_receiver == nullptr && isConsole(m_target);
 }
 
+std::size_t OutputStream::columns() const {
+    return isTerminal() ? columnsOfConsole(m_target) : 0;
+}
+
 bool OutputStream::showsColours() const {
+    if (m_colours != Colours::automatic) {
+        if (m_colours == Colours::always && isTerminal()) {
+            followsEscapeSequences(m_target); // a console must be told to, and may refuse
+        }
+        return m_colours == Colours::always;
+    }
     const char* const unwanted = std::getenv("NO_COLOR");
     return isTerminal() && (unwanted == nullptr || *unwanted == '\0') &&
            followsEscapeSequences(m_target);

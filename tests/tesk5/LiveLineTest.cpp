@@ -1,0 +1,178 @@
+// The live line on a terminal that is only remembered.
+#include "FrameworkTest.h"
+
+#include <LiveLine.h>
+
+#include <future>
+
+namespace test {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using tesk5::LiveLine;
+
+class TheLiveLine : public FrameworkTest {
+protected:
+    static constexpr std::size_t WIDE = 80;
+
+    // What a person sees of what was written, the cursor's column taken into account.
+    static std::string shown(const std::string& written) {
+        std::string line;
+        std::size_t column = 0;
+        for (const char c : written) {
+            if (c == '\r') {
+                column = 0;
+            } else if (c == '\b') {
+                --column;
+            } else {
+                line.resize(std::max(line.size(), column + 1), ' ');
+                line[column++] = c;
+            }
+        }
+        return line.substr(0, line.find_last_not_of(' ') + 1);
+    }
+    std::string shown() const { return shown(output()); }
+};
+
+TEST_F(TheLiveLine, ShowsWhatGoesOnForHowLongAndForHowLongAtMost) {
+    LiveLine line(mrl::cout, WIDE);
+    EXPECT_EQ(output(), "");
+    line.begin();
+    EXPECT_EQ(shown(), "  Running: 0 s so far");
+    clock().sleep(seconds(1));
+    line.tell("Scanning", 45);
+    EXPECT_EQ(shown(), "  Scanning: 1 s so far, at most 45 s more");
+    clock().sleep(milliseconds(7500));
+    line.draw();
+    EXPECT_EQ(shown(), "  Scanning: 8 s so far, at most 38 s more");
+    line.tell("Searching", std::nullopt);
+    EXPECT_EQ(shown(), "  Searching: 8 s so far");
+}
+
+TEST_F(TheLiveLine, NeverPromisesLessThanNothing) {
+    LiveLine line(mrl::cout, WIDE);
+    line.begin();
+    line.tell("Scanning", 2);
+    clock().sleep(seconds(60));
+    line.draw();
+    EXPECT_EQ(shown(), "  Scanning: 60 s so far, at most 0 s more");
+}
+
+TEST_F(TheLiveLine, LeavesNothingBehindAtItsEnd) {
+    {
+        LiveLine line(mrl::cout, WIDE);
+        line.begin();
+        line.tell("A long tale of what is going on", 10);
+        line.tell("Short", 10);
+        EXPECT_EQ(shown(), "  Short: 0 s so far, at most 10 s more");
+        line.end();
+        EXPECT_EQ(shown(), "");
+        line.draw();
+        EXPECT_EQ(shown(), "") << "it is over";
+        line.begin();
+    }
+    EXPECT_EQ(shown(), "");
+    EXPECT_EQ(output().back(), '\r') << "the next line begins at the left";
+}
+
+TEST_F(TheLiveLine, MakesRoomForWhatStays) {
+    LiveLine line(mrl::cout, WIDE);
+    line.begin();
+    std::string meanwhile;
+    line.yieldTo([&] { meanwhile = shown(); });
+    EXPECT_EQ(meanwhile, "");
+    EXPECT_EQ(shown(), "  Running: 0 s so far");
+}
+
+TEST_F(TheLiveLine, NeverFillsTheLastColumn) {
+    LiveLine line(mrl::cout, 12);
+    line.begin();
+    line.tell("Scanning for networks", 45);
+    EXPECT_EQ(shown(), "  Scanning…") << "ten columns and the ellipsis";
+}
+
+TEST_F(TheLiveLine, ShowsNoControlsOfStrangers) {
+    LiveLine line(mrl::cout, WIDE);
+    line.begin();
+    line.tell("\x1b[2JLab\r", 1);
+    EXPECT_THAT(output(), testing::Not(testing::HasSubstr("\x1b")));
+    EXPECT_EQ(shown(), "  \\x1B[2JLab\\r: 0 s so far, at most 1 s more");
+}
+
+TEST_F(TheLiveLine, IsNotDrawnWhereNobodyLooks) {
+    registerTest("A", [](const tesk5::DiagDevice&) {
+        tesk5::DiagModule::progresses("SCANNING", 45);
+        return tesk5::TestResult::PASS();
+    });
+    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_EQ(output(), "A on Card 1\n  PASS after 0.0 s\nRuns: 1 (1 PASS); exit value 0\n");
+}
+
+TEST(ATicker, TicksUntilItIsDestroyed) {
+    std::atomic<int> ticks = 0;
+    {
+        std::promise<void> thrice;
+        const tesk5::Ticker ticker(milliseconds(1), [&] {
+            if (++ticks == 3) {
+                thrice.set_value();
+            }
+        });
+        thrice.get_future().wait();
+    }
+    const int atEnd = ticks;
+    EXPECT_GE(atEnd, 3);
+    std::this_thread::yield();
+    EXPECT_EQ(ticks, atEnd);
+}
+
+class Quiet : public FrameworkTest {};
+
+TEST_F(Quiet, RunsThatGoWellSayNothing) {
+    registerTest("A", tesk5::TestResult::PASS());
+    registerTest("B", tesk5::TestResult::COMPLETED());
+    EXPECT_EQ(start({"run", "--quiet"}), 0);
+    EXPECT_EQ(output(), "");
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(Quiet, RunsThatDoNotAreToldAsEver) {
+    registerTest("A", tesk5::TestResult::PASS());
+    registerTest("B", [](const tesk5::DiagDevice&) {
+        tesk5::DiagModule::warning(tesk5::DiagModule::createEvent("PLAIN"), "", 1);
+        return tesk5::TestResult::WARN();
+    });
+    EXPECT_EQ(start({"run", "--quiet"}), 1);
+    EXPECT_EQ(output(), "B on Card 1\n  warning: Something happened.\n  WARN after 0.0 s\n");
+}
+
+class ColoursOfVerdicts : public FrameworkTest {
+protected:
+    ~ColoursOfVerdicts() override { mrl::cout.useColours(mrl::OutputStream::Colours::automatic); }
+};
+
+TEST_F(ColoursOfVerdicts, AreThereWhenAskedForAndElseInATerminalOnly) {
+    registerTest("A", tesk5::TestResult::PASS());
+    registerTest("B", tesk5::TestResult::WARN());
+    registerTest("C", tesk5::TestResult::FAIL());
+    start({"run"});
+    EXPECT_EQ(output().find('\x1b'), std::string::npos);
+    forgetOutput();
+    start({"run", "--color", "always"});
+    EXPECT_THAT(output(), testing::HasSubstr("  \x1b[32mPASS\x1b[0m after 0.0 s\n"));
+    EXPECT_THAT(output(), testing::HasSubstr("  \x1b[33mWARN\x1b[0m after 0.0 s\n"));
+    EXPECT_THAT(output(), testing::HasSubstr("  \x1b[31mFAIL\x1b[0m after 0.0 s\n"));
+    forgetOutput();
+    start({"run", "--color=never"});
+    EXPECT_EQ(output().find('\x1b'), std::string::npos);
+}
+
+TEST_F(ColoursOfVerdicts, OfNoSuchChoiceAreRefused) {
+    EXPECT_EQ(start({"run", "--color", "green"}), 64);
+    EXPECT_EQ(errors(), "example: --color \"green\" is no choice; give auto, always or never\n");
+}
+
+} // namespace
+
+} // namespace test
