@@ -1,127 +1,15 @@
 // The dialog's template as it stands in the program's resources.
+#include "TemplateReader.h"
+
 #include <resource.h>
-
-#include <windows.h>
-
-#include <mrl/Unicode.h>
 
 #include <gmock/gmock.h>
 
-#include <array>
-#include <cctype>
-#include <cstring>
-#include <string>
-#include <vector>
-
 namespace {
 
+using test::TemplateReader;
+using Control = test::TemplateControl;
 using testing::UnorderedElementsAreArray;
-
-struct Frame {
-    DWORD style = 0;
-    DWORD exStyle = 0;
-    short width = 0;
-    short height = 0;
-    std::string caption;
-    int fontSize = 0;
-    std::string font;
-};
-
-struct Control {
-    int id = 0;
-    std::string kind;
-    std::string text;
-    std::array<short, 4> place{};
-    DWORD style = 0;
-};
-
-// Reads the public format of an extended dialog template.
-class TemplateReader {
-public:
-    explicit TemplateReader(int id) {
-        const HMODULE module = GetModuleHandleW(nullptr);
-        const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(id), RT_DIALOG);
-        const HGLOBAL loaded = resource == nullptr ? nullptr : LoadResource(module, resource);
-        m_start = loaded == nullptr ? nullptr : static_cast<const char*>(LockResource(loaded));
-        m_at = m_start;
-        if (m_start == nullptr) {
-            return;
-        }
-        take<WORD>(); // version
-        extended = take<WORD>() == 0xFFFF;
-        take<DWORD>(); // help context
-        frame.exStyle = take<DWORD>();
-        frame.style = take<DWORD>();
-        const WORD count = take<WORD>();
-        take<short>();
-        take<short>();
-        frame.width = take<short>();
-        frame.height = take<short>();
-        name(); // menu
-        name(); // window class
-        frame.caption = name();
-        frame.fontSize = take<WORD>();
-        take<WORD>(); // weight
-        take<WORD>(); // italic and character set
-        frame.font = name();
-        for (WORD i = 0; i < count; ++i) {
-            controls.push_back(control());
-        }
-    }
-
-    bool extended = false;
-    Frame frame;
-    std::vector<Control> controls;
-
-private:
-    template <typename T>
-    T take() {
-        T value;
-        std::memcpy(&value, m_at, sizeof value);
-        m_at += sizeof value;
-        return value;
-    }
-
-    // A text, or "#" and the number that stands for one.
-    std::string name() {
-        std::wstring text;
-        for (auto unit = take<wchar_t>(); unit != 0; unit = take<wchar_t>()) {
-            if (unit == 0xFFFF) {
-                return "#" + std::to_string(take<WORD>());
-            }
-            text.push_back(unit);
-        }
-        return mrl::toUtf8(text);
-    }
-
-    // Resource compilers differ in the letter case of the names of window classes.
-    static std::string upperCase(std::string text) {
-        for (char& letter : text) {
-            letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
-        }
-        return text;
-    }
-
-    Control control() {
-        m_at = m_start + (m_at - m_start + 3) / 4 * 4;
-        Control made;
-        take<DWORD>(); // help context
-        take<DWORD>(); // extended style
-        made.style = take<DWORD>();
-        for (short& side : made.place) {
-            side = take<short>();
-        }
-        made.id = static_cast<int>(take<DWORD>());
-        made.kind = upperCase(name());
-        made.kind = made.kind == "STATIC" ? "#130" : made.kind;
-        made.text = name();
-        m_at += take<WORD>(); // creation data
-        return made;
-    }
-
-    const char* m_start;
-    const char* m_at;
-};
 
 // Window classes by the numbers that templates have for them.
 const std::string BUTTON = "#128";

@@ -13,7 +13,6 @@ from program import EXECUTABLE, ROOT, ProgramTest, Run, environment
 
 PROBE = ROOT / "build" / "windows" / "dialogprobe" / "dialogprobe.exe"
 SCREENSHOTS = ROOT / "build" / "screenshots"
-TITLE = "Signal Strength Test"
 OPEN_SECONDS = 90
 ANSWER_SECONDS = 60
 # A stop request is noticed by the next tick of a timer of ten seconds.
@@ -26,14 +25,20 @@ ID = types.SimpleNamespace(CANCEL=2, **{
     name: int(value) for name, value in
     re.findall(r"^#define IDC_(\w+) (\d+)$", RESOURCE_IDS.read_text(encoding="utf-8"), re.M)})
 
-TEXTS = json.loads((ROOT / "resources" / "mrlrantenna" / "texts" / "en.json")
-                   .read_text(encoding="utf-8"))
+
+def texts_of(language):
+    """The module's texts by key."""
+    return json.loads((ROOT / "resources" / "mrlrantenna" / "texts" / f"{language}.json")
+                      .read_text(encoding="utf-8"))
+
+
+TEXTS = texts_of("en")
 
 
 class Dialog:
     """The open dialog of a running program, on a display and in a prefix of its own."""
 
-    def __init__(self, test, scenario=None, dpi=96):
+    def __init__(self, test, scenario=None, dpi=96, language="en"):
         self._folder = test.folder
         self._display = Display()
         test.addCleanup(self._display.close)
@@ -44,9 +49,11 @@ class Dialog:
         with open(self._folder / "out.txt", "wb") as out, \
                 open(self._folder / "err.txt", "wb") as err:
             self._program = self._start(EXECUTABLE, "run", "DiversityTest", "--json", "report.json",
+                                        "--language", language,
                                         stdin=subprocess.DEVNULL, stdout=out, stderr=err)
         test.addCleanup(stop, self._program)
-        self._probe = self._start(PROBE, "--title", TITLE, "--wait", str(OPEN_SECONDS * 1000),
+        self._probe = self._start(PROBE, "--title", texts_of(language)["TITLE"],
+                                  "--wait", str(OPEN_SECONDS * 1000),
                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                   stderr=subprocess.DEVNULL)
         test.addCleanup(self._probe.stdout.close)
@@ -167,11 +174,11 @@ class Dialog:
 class DialogTest(ProgramTest):
     """A test that opens the dialog."""
 
-    def open(self, scenario=None, dpi=96):
+    def open(self, scenario=None, dpi=96, language="en"):
         """Opens the dialog in a radio environment: a file, or what to write into one."""
         if isinstance(scenario, dict):
             scenario = self.write("scenario.json", scenario)
-        return Dialog(self, scenario, dpi)
+        return Dialog(self, scenario, dpi, language)
 
     def assert_becomes(self, read, expected, seconds=40):
         """Waits until `read()` gives `expected`, or a value for which `expected(value)` holds."""

@@ -9,6 +9,7 @@ PACKAGES=(
     googletest                                                   # tests, built from its sources
     wine wine64                                                  # runs the Windows programs
     xvfb xauth xdotool imagemagick                               # a display for them, and eyes
+    fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages
     mosquitto mosquitto-clients rsyslog                          # what the examples for stations feed
     python3 python3-jsonschema git                               # packaging, system tests, checks
     libxml2-utils                                                # JUnit reports against their schema

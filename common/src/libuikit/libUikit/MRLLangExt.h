@@ -11,12 +11,16 @@
 ///     BOOL OnInitDialog() override { CDialog::...; MRLLangExt::OnInitDialog(this); ... }
 ///
 /// With libUikit::uiLanguage() the dialog then
-/// - is mirrored for languages written from right to left;
+/// - is mirrored for languages written from right to left: its controls change sides, a progress
+///   bar fills from the right, pictures stay as they are. Static texts are read from right to left
+///   then, except those with SS_NOPREFIX, the style for names from elsewhere: the first letter of
+///   a name says which way it is read, so that "Office (5G)" keeps its brackets where they are;
 /// - has a font with the language's letters: the template's, or else one that is known for the
 ///   language, or else any that has them;
 /// - shows texts whole: a static text or a button whose text would be clipped gets a smaller font
 ///   or wraps, down to three fifths of the font's height; what is still too long ends in "...".
-///   This holds for later texts and sizes as well.
+///   This holds for later texts and sizes as well. It is the resort for languages that somebody
+///   adds: templates should have room for the texts that they are shipped with.
 ///
 /// Keys: where the control with IDCANCEL is disabled, Windows' dialog manager ignores Escape; here
 /// it reaches OnCancel() all the same. Enter pushes the button that has the focus, or else the
@@ -34,6 +38,9 @@ public:
     void PreSubclassWindow(CWnd* dialog);
     /// Chooses fonts and fits texts, now and from now on.
     void OnInitDialog(CWnd* dialog);
+    /// Tells, after OnInitDialog(), that the entries of a drop-down list are names that are read
+    /// from left to right, in mirrored dialogs too.
+    static void ShowsNames(const CComboBox& list);
 
 private:
     class Impl;

@@ -13,6 +13,12 @@ LANGID uiLanguage();
 /// Sets the language for dialogs that open from now on; 0 for the user's own again. Any thread.
 void setUiLanguage(LANGID language);
 
+/// The language with the BCP 47 tag `tag` ("de", "zh-Hans", "pt-BR"). Any thread.
+/// \return LANG_INVARIANT, whose dialogs are as their templates say, for a language that the system
+/// does not know
+/// Platform: LocaleNameToLCID
+LANGID languageOf(const wchar_t* tag);
+
 /// Whether `language` is written from right to left, so that layouts are mirrored.
 /// Platform: GetLocaleInfoW with LOCALE_IREADINGLAYOUT
 bool isRightToLeft(LANGID language);

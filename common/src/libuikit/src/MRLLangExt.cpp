@@ -5,6 +5,7 @@
 
 #include "DialogKeys.h"
 #include "LanguageFont.h"
+#include "ReadingOrder.h"
 #include "TextFit.h"
 
 #include <commctrl.h>
@@ -13,14 +14,11 @@
 #include <vector>
 
 using libUikit::FittedText;
+using libUikit::isMirrored;
 
 namespace {
 
 constexpr auto MIRRORED = static_cast<DWORD>(WS_EX_LAYOUTRTL);
-
-bool isMirrored(HWND window) {
-    return (static_cast<DWORD>(GetWindowLongPtrW(window, GWL_EXSTYLE)) & MIRRORED) != 0;
-}
 
 void setMirrored(HWND window) {
     SetWindowLongPtrW(window, GWL_EXSTYLE, GetWindowLongPtrW(window, GWL_EXSTYLE) | MIRRORED);
@@ -144,13 +142,33 @@ private:
 
     static LRESULT CALLBACK textChanged(HWND control, UINT message, WPARAM wParam, LPARAM lParam,
                                         UINT_PTR id, DWORD_PTR self) {
-        const LRESULT result = DefSubclassProc(control, message, wParam, lParam);
+        const LRESULT result = FittedText::isTextStatic(control) && isMirrored(control)
+                                   ? mirroredText(control, message, wParam, lParam)
+                                   : DefSubclassProc(control, message, wParam, lParam);
         if (message == WM_NCDESTROY) {
             RemoveWindowSubclass(control, textChanged, id);
         } else if (message == WM_SETTEXT || message == WM_SIZE) {
             quietly([&] { reinterpret_cast<Impl*>(self)->fit(control); });
         }
         return result;
+    }
+
+    // Whatever makes the control draw goes past it.
+    static LRESULT mirroredText(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
+        switch (message) {
+        case WM_PAINT:
+        case WM_PRINTCLIENT:
+            quietly([&] { libUikit::paintMirroredText(control, reinterpret_cast<HDC>(wParam)); });
+            return 0;
+        case WM_ERASEBKGND:
+            return TRUE; // painting covers everything
+        case WM_SETTEXT:
+        case WM_ENABLE:
+            InvalidateRect(control, nullptr, TRUE);
+            return DefWindowProcW(control, message, wParam, lParam);
+        default:
+            return DefSubclassProc(control, message, wParam, lParam);
+        }
     }
 
     static LRESULT CALLBACK dialogChanged(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam,
@@ -190,6 +208,19 @@ void MRLLangExt::PreSubclassWindow(CWnd* dialog) {
     if (libUikit::isRightToLeft(libUikit::uiLanguage())) {
         // Controls inherit it from a dialog that has it when they are created.
         dialog->ModifyStyleEx(0, MIRRORED);
+    }
+}
+
+void MRLLangExt::ShowsNames(const CComboBox& list) {
+    COMBOBOXINFO parts{};
+    parts.cbSize = sizeof parts;
+    if (!isMirrored(list.m_hWnd) || !GetComboBoxInfo(list.m_hWnd, &parts)) {
+        return;
+    }
+    for (const HWND part : {list.m_hWnd, parts.hwndList}) {
+        // In mirrored windows the style says the opposite of its name.
+        SetWindowLongPtrW(part, GWL_EXSTYLE,
+                          GetWindowLongPtrW(part, GWL_EXSTYLE) | WS_EX_RTLREADING);
     }
 }
 

@@ -18,15 +18,6 @@ std::wstring classOf(HWND control) {
     return name;
 }
 
-bool isTextStatic(HWND control) {
-    if (_wcsicmp(classOf(control).c_str(), L"Static") != 0) {
-        return false;
-    }
-    const auto type = GetWindowLongPtrW(control, GWL_STYLE) & SS_TYPEMASK;
-    return type == SS_LEFT || type == SS_CENTER || type == SS_RIGHT || type == SS_SIMPLE ||
-           type == SS_LEFTNOWORDWRAP;
-}
-
 bool isTextButton(HWND control) {
     if (_wcsicmp(classOf(control).c_str(), L"Button") != 0) {
         return false;
@@ -40,13 +31,6 @@ bool isOneLine(DWORD style) {
     const DWORD type = style & SS_TYPEMASK;
     return (style & SS_CENTERIMAGE) != 0 || (style & SS_ELLIPSISMASK) != 0 || type == SS_SIMPLE ||
            type == SS_LEFTNOWORDWRAP;
-}
-
-std::wstring textOf(HWND control) {
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(
-        GetWindowTextW(control, text.data(), static_cast<int>(text.size()))));
-    return text;
 }
 
 // What a button's frame, box or margin takes away from the width: about as much as its height, or
@@ -93,6 +77,22 @@ private:
 };
 
 } // namespace
+
+std::wstring textOf(HWND control) {
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)) + 1, L'\0');
+    text.resize(static_cast<std::size_t>(
+        GetWindowTextW(control, text.data(), static_cast<int>(text.size()))));
+    return text;
+}
+
+bool FittedText::isTextStatic(HWND control) {
+    if (_wcsicmp(classOf(control).c_str(), L"Static") != 0) {
+        return false;
+    }
+    const auto type = GetWindowLongPtrW(control, GWL_STYLE) & SS_TYPEMASK;
+    return type == SS_LEFT || type == SS_CENTER || type == SS_RIGHT || type == SS_SIMPLE ||
+           type == SS_LEFTNOWORDWRAP;
+}
 
 bool FittedText::canFit(HWND control) {
     return isTextStatic(control) || isTextButton(control);

@@ -4,14 +4,19 @@
 #include <libUikit/GdiResourceManager.h>
 
 #include <memory>
+#include <string>
 
 namespace libUikit {
+
+std::wstring textOf(HWND control);
 
 /// A control and how it would look if every text fitted.
 class FittedText {
 public:
     /// Whether `control` is one whose text this class can fit: a text static or a button.
     static bool canFit(HWND control);
+    /// Whether `control` is a static that shows a text.
+    static bool isTextStatic(HWND control);
 
     FittedText(HWND control, const LOGFONTW& font);
 

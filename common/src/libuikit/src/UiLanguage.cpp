@@ -22,6 +22,14 @@ void setUiLanguage(LANGID language) {
     g_language = language;
 }
 
+LANGID languageOf(const wchar_t* tag) {
+    // 0 with ERROR_INVALID_PARAMETER; LOCALE_CUSTOM_UNSPECIFIED for all that have no number
+    const LCID locale = LocaleNameToLCID(tag, LOCALE_ALLOW_NEUTRAL_NAMES);
+    return locale == 0 || locale == LOCALE_CUSTOM_UNSPECIFIED
+               ? MAKELANGID(LANG_INVARIANT, SUBLANG_NEUTRAL)
+               : LANGIDFROMLCID(locale);
+}
+
 bool isRightToLeft(LANGID language) {
     DWORD layout = 0;
     // 0 with ERROR_INVALID_PARAMETER for a language that the system does not know

@@ -5,6 +5,9 @@
 
 #include <libUikit/GdiResourceManager.h>
 #include <libUikit/MrlrGetCUIHandle.h>
+#include <libUikit/UiLanguage.h>
+
+#include <tesk5/Texts.h>
 
 #include <mrl/System.h>
 #include <mrl/TraceLogger.h>
@@ -26,6 +29,8 @@ TestResult DiversityTest(const tesk5::DiagDevice& device) {
                                  __LINE__);
     mrl::System::mssleep(OPENING_PAUSE_MS);
 
+    const mrl::String language(tesk5::language().c_str());
+    libUikit::setUiLanguage(libUikit::languageOf(language.getUCS2Buffer()));
     INT_PTR modalResult = IDOK;
     for (bool ended = false; !ended;) {
         MRLRAntennaDlg* dialog = nullptr;

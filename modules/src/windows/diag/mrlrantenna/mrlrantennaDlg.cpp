@@ -99,6 +99,7 @@ BOOL MRLRAntennaDlg::OnInitDialog() {
     const mrl::TraceLogger trace = dialogTrace("OnInitDialog()");
     CDialog::OnInitDialog();
     MRLLangExt::OnInitDialog(this);
+    ShowsNames(m_networkCombo);
     PostedRefresh::instance().open(this, GetSafeHwnd());
 
     if (isTabletPc()) {
