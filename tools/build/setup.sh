@@ -12,6 +12,7 @@ PACKAGES=(
     fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages
     mosquitto mosquitto-clients rsyslog                          # what the examples for stations feed
     python3 python3-jsonschema git                               # packaging, system tests, checks
+    tmux                                                         # a terminal that tests read
     libxml2-utils                                                # JUnit reports against their schema
 )
 # Only the checks of .ci/run need these.
