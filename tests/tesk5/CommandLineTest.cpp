@@ -95,6 +95,27 @@ TEST_F(Start, HelpNamesEveryCommandOptionAndExitValue) {
     }
 }
 
+TEST_F(Start, HelpOnACommandTellsItsOptionsWithExamples) {
+    for (const auto& arguments : std::vector<std::vector<std::string>>{
+             {"run", "--help"}, {"--help", "run"}, {"run", "Signal", "-h"}}) {
+        forgetOutput();
+        EXPECT_EQ(start(arguments), 0);
+        EXPECT_THAT(output(), testing::StartsWith("  example.k5x run [TEST...] [OPTIONS]\n"));
+        for (const tesk5::OptionDescription& option : tesk5::optionDescriptions()) {
+            EXPECT_EQ(output().find(std::string("\n  ") + option.name + " ") != std::string::npos,
+                      goesWith(option, Command::run))
+                << option.name;
+        }
+        EXPECT_THAT(output(), HasSubstr("example: --json report.json"));
+        EXPECT_THAT(output(), testing::Not(HasSubstr("INTERNALERROR")));
+    }
+    forgetOutput();
+    EXPECT_EQ(start({"list", "--help"}), 0);
+    EXPECT_THAT(output(), testing::StartsWith("  example.k5x [list] [OPTIONS]\n"));
+    EXPECT_THAT(output(), HasSubstr("\n  --device TEXT "));
+    EXPECT_THAT(output(), testing::Not(HasSubstr("\n  --json")));
+}
+
 TEST_F(Start, DoesWithoutAnyArgumentAtAll) {
     tesk5::DiagModule::setCmdLineArgs(0, nullptr);
     const radiosim::Engine radio;

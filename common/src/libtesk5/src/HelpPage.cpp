@@ -53,12 +53,18 @@ std::string headOf(const OptionDescription& option) {
            (option.argument == nullptr ? std::string() : std::string(" ") + option.argument);
 }
 
-// Where the texts of all options begin.
-std::size_t optionIndent() {
+std::string headOf(const ExitMeaning& exit) {
+    constexpr std::size_t VALUE_COLUMNS = 4;
+    return "  " + padded(std::to_string(exit.value), VALUE_COLUMNS) + exit.word;
+}
+
+// Where the texts behind all heads begin.
+template <typename Table>
+std::size_t indentBehind(const Table& table) {
     constexpr std::size_t GAP = 2;
     std::size_t widest = 0;
-    for (const OptionDescription& option : optionDescriptions()) {
-        widest = std::max(widest, mrl::columnsOf(headOf(option)));
+    for (const auto& row : table) {
+        widest = std::max(widest, mrl::columnsOf(headOf(row)));
     }
     return widest + GAP;
 }
@@ -88,7 +94,7 @@ std::string optionGroups(Wanted wanted, bool withExamples) {
     }
     std::stable_partition(groups.begin(), groups.end(),
                           [](const std::vector<Command>& group) { return !group.empty(); });
-    const std::size_t indent = optionIndent();
+    const std::size_t indent = indentBehind(optionDescriptions());
     std::string page;
     for (const std::vector<Command>& group : groups) {
         page += "\n" + paragraph(headingOf(group), 0);
@@ -124,11 +130,9 @@ std::string overview(const std::string& program) {
     }
     page += optionGroups([](const OptionDescription&) { return true; }, false);
     page += "\n" + paragraph(message("HELP_EXIT_VALUES"), 0);
-    constexpr std::size_t VALUE_COLUMNS = 4;
-    const std::size_t indent = optionIndent();
+    const std::size_t indent = indentBehind(exitMeanings);
     for (const ExitMeaning& exit : exitMeanings) {
-        page += paragraph(message(exit.meaning), indent,
-                          "  " + padded(std::to_string(exit.value), VALUE_COLUMNS) + exit.word);
+        page += paragraph(message(exit.meaning), indent, headOf(exit));
     }
     return page + "\n" + paragraph(message("HELP_MORE", {{"Program", program}}), 0);
 }
@@ -155,7 +159,7 @@ const std::vector<CommandDescription>& commandDescriptions() {
          "run",
          "[TEST...]",
          "HELP_RUN",
-         {"run --set SSID=Lab", "run --set SSID=Lab --set FailingSignalStrength=20 --json r.json",
+         {"run --set SSID=Lab", "run --set SSID=Lab --json report.json",
           "run DiversityTest --device intel"}},
     };
     return commands;

@@ -1,0 +1,87 @@
+#!/usr/bin/env python3
+"""Compares the English texts of each part with the keys that its code names.
+
+A key is a string literal in the code. One that has no text would be shown as it is; a text that no
+literal names would be translated for nobody. A literal that ends with an underscore names every key
+that begins with it. Prints `file: message` for each offence.
+"""
+
+import argparse
+import json
+import pathlib
+import re
+import sys
+
+# The folders of a part's code, by the folder of its resources.
+CODE = {
+    "tesk5": ("common/src/libtesk5",),
+    "mrlrantenna": ("modules/src/windows/diag/mrlrantenna", "common/src/libuikit"),
+}
+SUFFIXES = (".h", ".cpp", ".rc")
+LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+KEY = re.compile(r"[A-Z][A-Z0-9]*(?:_[A-Z0-9]+)+$")
+BEGINNING = re.compile(r"[A-Z][A-Z0-9_]*_$")
+# Calls whose first argument is a key, whatever it looks like.
+LOOKED_UP = re.compile(r'\b(?:message|Message|textOf|createLocalizedString|createEvent)\s*\(\s*"([^"]+)"')
+COMMENT = re.compile(r"//[^\n]*")
+
+
+def code_of(root, folders):
+    for folder in folders:
+        for path in sorted((root / folder).rglob("*")):
+            if path.suffix in SUFFIXES:
+                yield path, COMMENT.sub("", path.read_text(encoding="utf-8"))
+
+
+def keys_of(root, part):
+    path = root / "resources" / part / "texts" / "en.json"
+    return path, set(json.loads(path.read_text(encoding="utf-8")))
+
+
+def check_part(root, part, folders, known_elsewhere):
+    """Every offence of one part, as (file, message)."""
+    english, keys = keys_of(root, part)
+    # A framework's key begins with its area (INPUT_, LIST_): what begins so is one, wherever it is
+    # named, in a table as well as in a call.
+    areas = {key.split("_")[0] for key in keys if KEY.match(key)} if part == "tesk5" else set()
+    named = set()
+    for path, text in code_of(root, folders):
+        literals = set(LITERAL.findall(text))
+        named |= literals
+        wanted = set(LOOKED_UP.findall(text))
+        wanted |= {name for name in literals if KEY.match(name) and name.split("_")[0] in areas}
+        for key in sorted(wanted - keys - known_elsewhere):
+            if not BEGINNING.match(key):
+                yield path, f"there is no text of {key}"
+    beginnings = tuple(name for name in named if BEGINNING.match(name))
+    for key in sorted(keys - named):
+        if not key.startswith(beginnings):
+            yield english, f"no code names {key}"
+
+
+def check(root):
+    """Every offence below `root`, as lines to print."""
+    root = root.resolve()
+    parts = {part: folders for part, folders in CODE.items()
+             if (root / "resources" / part / "texts" / "en.json").is_file()}
+    lines = []
+    for part, folders in parts.items():
+        elsewhere = set().union(*(keys_of(root, other)[1] for other in parts if other != part))
+        lines += [f"{path.relative_to(root).as_posix()}: {message}"
+                  for path, message in check_part(root, part, folders, elsewhere)]
+    return lines
+
+
+def main(arguments=None):
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--root", metavar="DIR", type=pathlib.Path,
+                        default=pathlib.Path(__file__).resolve().parents[2],
+                        help="the top of the tree (default: the one this script is in)")
+    offences = check(parser.parse_args(arguments).root)
+    for line in offences:
+        print(line)
+    return 1 if offences else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

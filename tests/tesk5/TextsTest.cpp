@@ -1,0 +1,148 @@
+// Which language is spoken, and what is said in it. A language that was used once stays as it was
+// read, therefore each test has a language of its own.
+#include "FrameworkTest.h"
+
+#include <support/CapturedLog.h>
+
+#include <tesk5/Texts.h>
+
+#include <cstdlib>
+
+namespace test {
+
+namespace {
+
+using tesk5::language;
+using tesk5::message;
+using tesk5::setLanguage;
+using testing::AllOf;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+class SpokenTexts : public FrameworkTest {
+protected:
+    SpokenTexts() { std::filesystem::current_path(mrl::System::path(file("."))); }
+    ~SpokenTexts() override {
+        setLanguage("en");
+        std::filesystem::current_path(m_before);
+    }
+    /// A file of texts where the program looks for them.
+    void write(const std::string& part, const std::string& tag, const std::string& text) {
+        const std::string folder = "resources/" + part + "/texts/";
+        std::filesystem::create_directories(mrl::System::path(file(folder)));
+        fileWith(folder + tag + ".json", text);
+    }
+
+private:
+    std::filesystem::path m_before = std::filesystem::current_path();
+};
+
+TEST_F(SpokenTexts, FillTheirPlaceholders) {
+    EXPECT_EQ(message("WEAK", {{"Strength", mrl::Uint32{7}}, {"Name", "{Strength}"}}),
+              "The signal of {Strength} is 7 %.");
+    EXPECT_EQ(message("PLAIN"), "Something happened.");
+    EXPECT_EQ(message("NO_SUCH_KEY", {{"Name", "x"}}), "NO_SUCH_KEY");
+}
+
+TEST_F(SpokenTexts, ComeInALanguageThatAFileBringsForModuleAndFramework) {
+    EXPECT_FALSE(setLanguage("nl"));
+    write("example", "nl", R"({"WEAK": "Het signaal van {Name} is {Strength} %."})");
+    write("tesk5", "nl", R"({"LIST_TESTS": "Tests van deze pc"})");
+    EXPECT_THAT(tesk5::availableLanguages(), Contains("nl"));
+    EXPECT_TRUE(setLanguage("nl"));
+    EXPECT_EQ(language(), "nl");
+    EXPECT_EQ(message("WEAK", {{"Name", "Lab"}, {"Strength", mrl::Uint32{7}}}),
+              "Het signaal van Lab is 7 %.");
+    EXPECT_EQ(message("LIST_TESTS"), "Tests van deze pc");
+    EXPECT_EQ(message("LIST_DEVICES"), "Devices") << "the file lacks it";
+    EXPECT_EQ(message("PLAIN"), "Something happened.");
+}
+
+TEST_F(SpokenTexts, OfARegionAreThoseOfItsLanguage) {
+    write("tesk5", "da", R"({"LIST_TESTS": "Prøver"})");
+    EXPECT_TRUE(setLanguage("DA_dk"));
+    EXPECT_EQ(language(), "da");
+    EXPECT_EQ(message("LIST_TESTS"), "Prøver");
+}
+
+TEST_F(SpokenTexts, StayInTheLanguageInForceWhenThereAreNone) {
+    for (const char* tag : {"xx", "../../x", "de/../x", "nul", "\n", "C"}) {
+        EXPECT_FALSE(setLanguage(tag)) << tag;
+        EXPECT_EQ(language(), "en");
+    }
+}
+
+TEST_F(SpokenTexts, OfABrokenFileAreEnglishAndTheLogNamesTheFile) {
+    const CapturedLog log;
+    write("tesk5", "sv", "{\"LIST_TESTS\": \"Test\",\n oops}");
+    write("example", "sv", R"({"PLAIN": "Något hände."})");
+    EXPECT_TRUE(setLanguage("sv"));
+    EXPECT_EQ(message("LIST_TESTS"), "Tests");
+    EXPECT_EQ(message("PLAIN"), "Något hände.");
+    EXPECT_THAT(log.texts(), Contains(AllOf(HasSubstr("sv.json"), HasSubstr("line 2, column 2"))));
+}
+
+TEST_F(SpokenTexts, OfAFileThatLiesAboutItsTextsAreEnglish) {
+    const CapturedLog log;
+    write("tesk5", "fi", R"({"LIST_TESTS": 1})");
+    EXPECT_TRUE(setLanguage("fi"));
+    EXPECT_EQ(message("LIST_TESTS"), "Tests");
+    EXPECT_THAT(log.texts(), Contains(HasSubstr("the text of \"LIST_TESTS\" is no string")));
+}
+
+TEST_F(SpokenTexts, AreSpokenByTheWholeProgram) {
+    write("tesk5", "nb", R"({"LIST_TESTS": "Tester", "INPUT_UNKNOWN_TEST": "ukjent: {Name}",
+                             "INPUT_UNKNOWN_LANGUAGE": "ukjent språk: {Language}"})");
+    EXPECT_EQ(start({"list", "--language", "nb"}), 0);
+    EXPECT_THAT(output(), testing::StartsWith("Tester\n"));
+    EXPECT_EQ(start({"--language=nb", "run", "{Name}"}), 64);
+    EXPECT_THAT(errors(), HasSubstr("example: ukjent: {Name}\n"));
+    EXPECT_EQ(start({"--language", "xx", "list"}), 64);
+    EXPECT_THAT(errors(), HasSubstr("example: ukjent språk: xx\n"));
+}
+
+TEST_F(SpokenTexts, OfALanguageThatIsNotThereAreRefusedInTheOneInForce) {
+    EXPECT_EQ(start({"list", "--language", "../xx"}), 64);
+    EXPECT_EQ(errors(), "example: there are no texts in the language \"../xx\"; give one of en\n");
+    EXPECT_EQ(output(), "");
+}
+
+#ifndef _WIN32
+// There the system decides; the tests of the whole program look at it.
+class Environment {
+public:
+    explicit Environment(const char* name, const char* value) : m_name(name) {
+        if (const char* before = std::getenv(name)) {
+            m_before = before;
+        }
+        setenv(name, value, 1);
+    }
+    Environment(const Environment&) = delete;
+    Environment& operator=(const Environment&) = delete;
+    ~Environment() { setenv(m_name, m_before.c_str(), 1); }
+
+private:
+    const char* m_name;
+    std::string m_before;
+};
+
+TEST_F(SpokenTexts, ComeInTheLanguageOfTheEnvironment) {
+    write("tesk5", "cs", R"({"LIST_TESTS": "Testy"})");
+    {
+        const Environment czech("LC_ALL", "cs_CZ.UTF-8");
+        EXPECT_TRUE(setLanguage(""));
+        EXPECT_EQ(language(), "cs");
+        EXPECT_EQ(message("LIST_TESTS"), "Testy");
+    }
+    for (const char* other : {"C.UTF-8", "POSIX", "xx_XX.UTF-8", "../../cs"}) {
+        const Environment unknown("LC_ALL", other);
+        EXPECT_TRUE(setLanguage(""));
+        EXPECT_EQ(language(), "en") << other;
+    }
+}
+#endif
+
+} // namespace
+
+} // namespace test
