@@ -34,6 +34,7 @@ protected:
     /// One interface that sees `accessPoints`.
     radiosim::Engine& startRadio(std::vector<radiosim::AccessPoint> accessPoints);
     radiosim::Engine& radio() { return *m_radio; }
+    const radiosim::Engine& radio() const { return *m_radio; }
 
     /// The device of the scenario's first interface, as the framework hands it to a test.
     static tesk5::DiagDevice device();

@@ -69,6 +69,20 @@ TEST_F(Account, CountsBlocksThatTheClientAskedFor) {
     EXPECT_EQ(engine().badFrees(), 0U);
 }
 
+TEST_F(Account, TellsWhatEachFunctionHandedOutAndWhatOfThatIsLeft) {
+    nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> freed;
+    list(freed);
+    freed.reset();
+    nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> kept;
+    list(kept);
+    EXPECT_EQ(engine().handedOutBy("WlanGetAvailableNetworkList"),
+              (Leaks{.blocks = 2, .bytes = 2 * (8U + 628U)}));
+    EXPECT_EQ(engine().leaksOf("WlanGetAvailableNetworkList"),
+              (Leaks{.blocks = 1, .bytes = 8U + 628U}));
+    EXPECT_EQ(engine().handedOutBy("WlanQueryInterface"), Leaks{});
+    EXPECT_EQ(engine().leaksOf("WlanQueryInterface"), Leaks{});
+}
+
 TEST_F(Account, NamesEachCallWithArgumentsResultAndOutput) {
     nativewifi::ClientHandle second;
     DWORD version = 0;

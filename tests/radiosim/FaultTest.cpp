@@ -214,5 +214,58 @@ TEST_F(Faults, ThatCanHaveNoEffectAreRefused) {
               "a fault needs one of delayMs, code, dataSize, count, noData and version");
 }
 
+// --- A service that stops and comes back
+// ----------------------------------------------------------
+
+class StoppedService : public WithEngine {
+protected:
+    StoppedService() { show({{.ssid = "Lab"}}); }
+};
+
+TEST_F(StoppedService, AnswersEveryCallWithItsCode) {
+    engine().stopService();
+    EXPECT_EQ(scan(), ERROR_SERVICE_NOT_ACTIVE);
+    DWORD version = 0;
+    nativewifi::ClientHandle second;
+    EXPECT_EQ(nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second)),
+              ERROR_SERVICE_NOT_ACTIVE);
+    engine().stopService(1722);
+    EXPECT_EQ(scan(), 1722U);
+}
+
+TEST_F(StoppedService, StillFreesMemoryAndKnowsReasons) {
+    nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> block;
+    list(block);
+    engine().stopService();
+    block.reset();
+    EXPECT_EQ(engine().liveBlocks(), 0U);
+    WCHAR reason[32] = {};
+    EXPECT_EQ(nativewifi::api().WlanReasonCodeToString(0, 32, reason, nullptr), ERROR_SUCCESS);
+}
+
+TEST_F(StoppedService, HasForgottenTheHandlesWhenItIsBack) {
+    engine().stopService();
+    EXPECT_EQ(engine().openHandles(), 0U);
+    engine().startService();
+    EXPECT_EQ(scan(), ERROR_INVALID_HANDLE);
+    DWORD version = 0;
+    nativewifi::ClientHandle second;
+    EXPECT_EQ(nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second)), ERROR_SUCCESS);
+}
+
+TEST_F(StoppedService, NotifiesNobodyOfBefore) {
+    static int heard = 0;
+    heard = 0;
+    ASSERT_EQ(nativewifi::api().WlanRegisterNotification(
+                  handle(), WLAN_NOTIFICATION_SOURCE_ALL, FALSE,
+                  [](WLAN_NOTIFICATION_DATA*, PVOID) { ++heard; }, nullptr, nullptr, nullptr),
+              ERROR_SUCCESS);
+    engine().stopService();
+    engine().startService();
+    engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    engine().settle();
+    EXPECT_EQ(heard, 0);
+}
+
 } // namespace
 } // namespace radiosim

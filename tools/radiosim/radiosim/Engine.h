@@ -97,6 +97,10 @@ public:
     std::size_t liveBlocks() const;
     std::size_t liveBytes() const;
     Leaks leaks() const;
+    /// Blocks and bytes of `function` that have not been freed; its other fields are 0.
+    Leaks leaksOf(std::string_view function) const;
+    /// Blocks and bytes that `function` has handed out so far, freed or not.
+    Leaks handedOutBy(std::string_view function) const;
     /// WlanFreeMemory with a pointer that is not, or no longer, a block of ours.
     std::size_t badFrees() const;
     /// Each fault that has had no effect, in words; one with nth == 0 must have had one once.
@@ -114,6 +118,11 @@ public:
     void setState(std::size_t interfaceIndex, std::optional<std::int32_t> state);
     /// The interface is unknown from now on; the indices of the others stay.
     void removeInterface(std::size_t interfaceIndex);
+    /// The service ends: handles and registrations are gone, and until startService() every call
+    /// that needs the service returns `code`. Freeing memory and reason texts do not need it.
+    void stopService(DWORD code = ERROR_SERVICE_NOT_ACTIVE);
+    /// The service is back; it knows none of the handles from before.
+    void startService();
     void addFault(Fault fault);
     /// Faults added or given before have no effect any more, and do not count as unfired.
     void clearFaults();

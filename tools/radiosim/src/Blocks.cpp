@@ -4,16 +4,19 @@
 
 namespace radiosim {
 
-void* Blocks::allocate(std::size_t size) {
+void* Blocks::allocate(std::size_t size, const char* giver) {
     auto memory = std::make_unique<std::byte[]>(size);
     void* const address = memory.get();
     const std::lock_guard lock(m_mutex);
-    m_blocks.emplace(address, Block{std::move(memory), size});
+    m_blocks.emplace(address, Block{std::move(memory), size, giver});
+    Sum& sum = m_handedOut[giver];
+    ++sum.count;
+    sum.bytes += size;
     return address;
 }
 
-void* Blocks::handOut(const Bytes& content) {
-    void* const block = allocate(content.size());
+void* Blocks::handOut(const Bytes& content, const char* giver) {
+    void* const block = allocate(content.size(), giver);
     if (!content.empty()) {
         std::memcpy(block, content.data(), content.size());
     }
@@ -30,18 +33,31 @@ void Blocks::free(void* block) {
     }
 }
 
-std::size_t Blocks::count() const {
+Blocks::Sum Blocks::live() const {
     const std::lock_guard lock(m_mutex);
-    return m_blocks.size();
-}
-
-std::size_t Blocks::bytes() const {
-    const std::lock_guard lock(m_mutex);
-    std::size_t sum = 0;
+    Sum sum{m_blocks.size()};
     for (const auto& [address, block] : m_blocks) {
-        sum += block.size;
+        sum.bytes += block.size;
     }
     return sum;
+}
+
+Blocks::Sum Blocks::liveOf(std::string_view giver) const {
+    const std::lock_guard lock(m_mutex);
+    Sum sum;
+    for (const auto& [address, block] : m_blocks) {
+        if (block.giver == giver) {
+            ++sum.count;
+            sum.bytes += block.size;
+        }
+    }
+    return sum;
+}
+
+Blocks::Sum Blocks::handedOutBy(std::string_view giver) const {
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_handedOut.find(giver);
+    return found == m_handedOut.end() ? Sum{} : found->second;
 }
 
 std::size_t Blocks::badFrees() const {

@@ -89,15 +89,25 @@ std::size_t Engine::openHandles() const {
 }
 
 std::size_t Engine::liveBlocks() const {
-    return m_parts->impl.blocks().count();
+    return m_parts->impl.blocks().live().count;
 }
 
 std::size_t Engine::liveBytes() const {
-    return m_parts->impl.blocks().bytes();
+    return m_parts->impl.blocks().live().bytes;
 }
 
 Leaks Engine::leaks() const {
     return m_parts->impl.leaks();
+}
+
+Leaks Engine::leaksOf(std::string_view function) const {
+    const Blocks::Sum sum = m_parts->impl.blocks().liveOf(function);
+    return {.blocks = sum.count, .bytes = sum.bytes};
+}
+
+Leaks Engine::handedOutBy(std::string_view function) const {
+    const Blocks::Sum sum = m_parts->impl.blocks().handedOutBy(function);
+    return {.blocks = sum.count, .bytes = sum.bytes};
 }
 
 std::size_t Engine::badFrees() const {
@@ -137,6 +147,14 @@ void Engine::setState(std::size_t interfaceIndex, std::optional<std::int32_t> st
 
 void Engine::removeInterface(std::size_t interfaceIndex) {
     m_parts->impl.change(interfaceIndex, [](Impl::LiveInterface& live) { live.removed = true; });
+}
+
+void Engine::stopService(DWORD code) {
+    m_parts->impl.stopService(code);
+}
+
+void Engine::startService() {
+    m_parts->impl.startService();
 }
 
 void Engine::addFault(Fault fault) {

@@ -137,8 +137,8 @@ View Engine::Impl::view(const LiveInterface& live) const {
             std::chrono::duration_cast<Milliseconds>(now), static_cast<std::size_t>(ended)};
 }
 
-void* Engine::Impl::handOut(Bytes block, std::optional<std::size_t> countOffset,
-                            const Effects& effects) {
+void* Engine::Impl::handOut(const char* function, Bytes block,
+                            std::optional<std::size_t> countOffset, const Effects& effects) {
     effects.blockHandedOut();
     if (effects.noData()) {
         return nullptr;
@@ -149,7 +149,7 @@ void* Engine::Impl::handOut(Bytes block, std::optional<std::size_t> countOffset,
     if (effects.dataSize()) {
         block.resize(*effects.dataSize());
     }
-    return m_blocks.handOut(block);
+    return m_blocks.handOut(block, function);
 }
 
 // --- the client functions ---
@@ -208,8 +208,8 @@ DWORD Engine::Impl::enumInterfaces(HANDLE clientHandle, const void* reserved,
     constexpr std::size_t COUNT = offsetof(WLAN_INTERFACE_INFO_LIST, dwNumberOfItems);
     overwrite(block, COUNT, count);
     output["interfaces"] = count;
-    *interfaceList =
-        static_cast<WLAN_INTERFACE_INFO_LIST*>(handOut(std::move(block), COUNT, effects));
+    *interfaceList = static_cast<WLAN_INTERFACE_INFO_LIST*>(
+        handOut("WlanEnumInterfaces", std::move(block), COUNT, effects));
     return ERROR_SUCCESS;
 }
 
@@ -230,7 +230,7 @@ DWORD Engine::Impl::queryInterface(HANDLE clientHandle, const GUID* interfaceGui
         return answer.code;
     }
     *dataSize = effects.dataSize().value_or(static_cast<std::uint32_t>(answer.block.size()));
-    *data = handOut(std::move(answer.block),
+    *data = handOut("WlanQueryInterface", std::move(answer.block),
                     answer.counted ? std::optional(answer.countOffset) : std::nullopt, effects);
     if (valueType != nullptr) {
         *valueType = wlan_opcode_value_type_query_only;
@@ -333,7 +333,8 @@ DWORD Engine::Impl::networkList(HANDLE clientHandle, const GUID* interfaceGuid, 
     constexpr std::size_t COUNT = offsetof(WLAN_AVAILABLE_NETWORK_LIST, dwNumberOfItems);
     output["networks"] = (block.size() - offsetof(WLAN_AVAILABLE_NETWORK_LIST, Network)) /
                          sizeof(WLAN_AVAILABLE_NETWORK);
-    *list = static_cast<WLAN_AVAILABLE_NETWORK_LIST*>(handOut(std::move(block), COUNT, effects));
+    *list = static_cast<WLAN_AVAILABLE_NETWORK_LIST*>(
+        handOut("WlanGetAvailableNetworkList", std::move(block), COUNT, effects));
     return ERROR_SUCCESS;
 }
 
@@ -421,7 +422,8 @@ DWORD Engine::Impl::bssList(HANDLE clientHandle, const GUID* interfaceGuid, cons
     DWORD count = 0;
     std::memcpy(&count, block.data() + COUNT, sizeof count);
     output["entries"] = count;
-    *list = static_cast<WLAN_BSS_LIST*>(handOut(std::move(block), COUNT, effects));
+    *list = static_cast<WLAN_BSS_LIST*>(
+        handOut("WlanGetNetworkBssList", std::move(block), COUNT, effects));
     return ERROR_SUCCESS;
 }
 
@@ -451,6 +453,32 @@ void Engine::Impl::addFault(Fault fault) {
     faults.add(std::move(fault));
 }
 
+void Engine::Impl::stopService(DWORD code) {
+    std::vector<std::uint32_t> ended;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stoppedWith = code;
+        for (Handle& handle : m_handles) {
+            if (std::exchange(handle.open, false)) {
+                ended.push_back(handle.number);
+            }
+        }
+    }
+    for (const std::uint32_t number : ended) {
+        m_notifier.registerClient(number, {});
+    }
+}
+
+DWORD Engine::Impl::stoppedCode(std::string_view function) const {
+    // What the client's own DLL does by itself.
+    constexpr std::string_view WITHOUT_SERVICE[] = {"WlanFreeMemory", "WlanAllocateMemory",
+                                                    "WlanReasonCodeToString"};
+    const bool needsService = function.starts_with("Wlan") &&
+                              std::find(std::begin(WITHOUT_SERVICE), std::end(WITHOUT_SERVICE),
+                                        function) == std::end(WITHOUT_SERVICE);
+    return needsService ? m_stoppedWith.load() : DWORD{ERROR_SUCCESS};
+}
+
 void Engine::Impl::notify(std::size_t index, Notifier::Event event) {
     change(index, [&](const LiveInterface& live) {
         event.interfaceGuid = live.guid;
@@ -465,7 +493,8 @@ std::size_t Engine::Impl::openHandles() const {
 }
 
 Leaks Engine::Impl::leaks() const {
-    return {openHandles(), m_blocks.count(), m_blocks.bytes(),
+    const Blocks::Sum live = m_blocks.live();
+    return {openHandles(), live.count, live.bytes,
             static_cast<std::size_t>(std::max(m_texts.load(), 0))};
 }
 

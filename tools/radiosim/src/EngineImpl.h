@@ -60,7 +60,7 @@ public:
     DWORD bssList(HANDLE clientHandle, const GUID* interfaceGuid, const DOT11_SSID* ssid,
                   DOT11_BSS_TYPE bssType, BOOL secured, const void* reserved, WLAN_BSS_LIST** list,
                   const Effects& effects, Json& output);
-    void* allocateMemory(DWORD size) { return m_blocks.allocate(size); }
+    void* allocateMemory(DWORD size) { return m_blocks.allocate(size, "WlanAllocateMemory"); }
     void freeMemory(void* memory) { m_blocks.free(memory); }
     /// A text from UuidToStringW was handed out (1) or given back (-1).
     void countText(int change) { m_texts += change; }
@@ -90,6 +90,8 @@ public:
     template <typename Change>
     void change(std::size_t index, Change change);
     void addFault(Fault fault);
+    void stopService(DWORD code);
+    void startService() { m_stoppedWith = ERROR_SUCCESS; }
     void setRadio(std::size_t index, std::size_t phy, std::optional<std::int32_t> software,
                   std::optional<std::int32_t> hardware);
     void notify(std::size_t index, Notifier::Event event);
@@ -117,7 +119,10 @@ private:
     /// What every call about one interface begins with; the lock is held.
     DWORD findFor(HANDLE clientHandle, const GUID* guid, bool argumentsAreGood,
                   LiveInterface*& live);
-    void* handOut(Bytes block, std::optional<std::size_t> countOffset, const Effects& effects);
+    /// What a call of `function` gets in the service's stead while that is stopped.
+    DWORD stoppedCode(std::string_view function) const;
+    void* handOut(const char* function, Bytes block, std::optional<std::size_t> countOffset,
+                  const Effects& effects);
     void radioChanged(const LiveInterface& live, std::size_t phy);
 
     mrl::Clock& m_clock;
@@ -128,6 +133,7 @@ private:
     std::vector<Notification> m_scanNotifications;
     std::optional<std::uint32_t> m_serviceVersion;
     std::atomic<int> m_texts{0};
+    std::atomic<DWORD> m_stoppedWith{ERROR_SUCCESS}; ///< while the service is stopped: its code
     Blocks m_blocks;
     Notifier m_notifier; ///< last: its thread ends before the rest does
 };
@@ -141,7 +147,10 @@ DWORD Engine::Impl::answer(const char* function, const Json& arguments,
     }
     Call call{.function = function, .arguments = compact(arguments)};
     Json output = Json::object();
-    call.result = effects.code() ? *effects.code() : work(effects, output);
+    const DWORD stopped = stoppedCode(function);
+    call.result = effects.code()             ? *effects.code()
+                  : stopped != ERROR_SUCCESS ? stopped
+                                             : work(effects, output);
     call.output = compact(output);
     call.at = std::chrono::duration_cast<Milliseconds>(elapsed());
     log.add(call);

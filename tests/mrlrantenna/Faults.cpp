@@ -1,0 +1,177 @@
+#include "Faults.h"
+
+#include <algorithm>
+#include <iostream>
+#include <iterator>
+
+namespace test {
+
+namespace {
+
+// By their numbers: the headers of the two builds do not name the same ones.
+constexpr std::uint32_t ACCESS_DENIED = 5;
+constexpr std::uint32_t INVALID_HANDLE = 6;
+constexpr std::uint32_t NO_MEMORY = 8;
+constexpr std::uint32_t GENERAL_FAILURE = 31;
+constexpr std::uint32_t NOT_SUPPORTED = 50;
+constexpr std::uint32_t INVALID_PARAMETER = 87;
+constexpr std::uint32_t BUSY = 170;
+constexpr std::uint32_t SERVICE_NOT_ACTIVE = 1062;
+constexpr std::uint32_t NOT_FOUND = 1168;
+constexpr std::uint32_t SESSION_LIMIT = 1220;
+constexpr std::uint32_t INVALID_UUID_TEXT = 1705;
+constexpr std::uint32_t INVALID_STATE = 5023;
+constexpr std::uint32_t RADIO_IS_OFF = 0x80342002;
+
+// Server unavailable, server too busy, call failed, no such endpoint.
+constexpr std::uint32_t RPC_ERRORS[] = {1722, 1723, 1726, 1753};
+
+std::vector<std::uint32_t> andRpcErrors(std::vector<std::uint32_t> codes) {
+    codes.insert(codes.end(), std::begin(RPC_ERRORS), std::end(RPC_ERRORS));
+    return codes;
+}
+
+class CombinationCount : public testing::Environment {
+public:
+    void TearDown() override {
+        if (m_count != 0) {
+            std::cout << "[ FAULTS   ] " << m_count
+                      << " combinations of a call and what goes wrong at it\n";
+        }
+    }
+    void add() { ++m_count; }
+
+private:
+    std::size_t m_count = 0;
+};
+
+// GoogleTest owns it.
+CombinationCount& combinations() {
+    static auto* const count = static_cast<CombinationCount*>(
+        testing::AddGlobalTestEnvironment(std::make_unique<CombinationCount>().release()));
+    return *count;
+}
+
+const CombinationCount& g_registeredBeforeTheTestsRun = combinations();
+
+} // namespace
+
+const std::vector<FunctionErrors>& documentedErrors() {
+    static const std::vector<FunctionErrors> all = {
+        {"WlanOpenHandle", andRpcErrors({INVALID_PARAMETER, NO_MEMORY, SESSION_LIMIT})},
+        {"WlanCloseHandle", andRpcErrors({INVALID_PARAMETER, INVALID_HANDLE})},
+        {"WlanEnumInterfaces", andRpcErrors({INVALID_PARAMETER, INVALID_HANDLE, NO_MEMORY})},
+        {"WlanQueryInterface", andRpcErrors({ACCESS_DENIED, INVALID_HANDLE, INVALID_PARAMETER,
+                                             INVALID_STATE, NO_MEMORY})},
+        {"WlanSetInterface", andRpcErrors({ACCESS_DENIED, GENERAL_FAILURE, INVALID_HANDLE,
+                                           INVALID_PARAMETER, INVALID_STATE})},
+        {"WlanRegisterNotification", andRpcErrors({INVALID_PARAMETER, INVALID_HANDLE, NO_MEMORY})},
+        {"WlanGetAvailableNetworkList",
+         andRpcErrors({INVALID_PARAMETER, INVALID_HANDLE, RADIO_IS_OFF, NO_MEMORY})},
+        {"WlanReasonCodeToString", andRpcErrors({INVALID_PARAMETER})},
+        {"WlanFreeMemory", {}},
+        {"WlanScan", andRpcErrors({INVALID_PARAMETER, INVALID_HANDLE, NO_MEMORY, BUSY})},
+        {"WlanGetNetworkBssList",
+         andRpcErrors({INVALID_HANDLE, INVALID_PARAMETER, NO_MEMORY, NOT_SUPPORTED,
+                       SERVICE_NOT_ACTIVE, NOT_FOUND, RADIO_IS_OFF})},
+        {"UuidFromStringW", {INVALID_UUID_TEXT}},
+        {"UuidToStringW", {14}}, // RPC_S_OUT_OF_MEMORY
+        {"RpcStringFreeW", {}},
+    };
+    return all;
+}
+
+std::vector<std::uint32_t> errorsOf(const std::string& function) {
+    if (function == "WlanFreeMemory") {
+        return {};
+    }
+    const auto& all = documentedErrors();
+    const auto row = std::find_if(all.begin(), all.end(), [&function](const FunctionErrors& each) {
+        return function == each.function;
+    });
+    std::vector<std::uint32_t> codes = row == all.end() ? std::vector<std::uint32_t>() : row->codes;
+    codes.insert(codes.end(), std::begin(UNDOCUMENTED_ERRORS), std::end(UNDOCUMENTED_ERRORS));
+    return codes;
+}
+
+std::string Place::name() const {
+    return function + (opcode ? "_opcode" + std::to_string(*opcode) : std::string()) + "_call" +
+           std::to_string(nth);
+}
+
+std::string querySentence(std::uint32_t code) {
+    switch (code) {
+    case INVALID_PARAMETER:
+        return "# Client Handle is NULL or invalid, Interface Guid is NULL, Reserved is not NULL, "
+               "pointer of pointer to Data is NULL, or Data Size is NULL.";
+    case INVALID_HANDLE:
+        return "# The handle to Client Handle was not found in the handle table.";
+    case INVALID_STATE:
+        return "# The Op Code is set to wlan_intf_opcode_current_connection and the client is not "
+               "currently connected to a network";
+    case NO_MEMORY:
+        return "# Failed to allocate memory for the query results.";
+    case ACCESS_DENIED:
+        return "# The user does not have sufficient permissions to query the parameters";
+    default:
+        return "# Unknown error code";
+    }
+}
+
+ListFailure listFailure(std::uint32_t code) {
+    constexpr const char* SOURCE = "modules/src/windows/diag/mrlrantenna/WirelessDevice.cpp:";
+    switch (code) {
+    case INVALID_PARAMETER:
+        return {{"1172 The win32 call of WlanGetAvailableNetworkList returned an error related to "
+                 "Client Handle is NULL or invalid, Interface Guid is NULL, Reserved is not NULL, "
+                 "Available Network List is NULL, or the dwFlags parameter value is not set to one "
+                 "of the valid values"},
+                {}};
+    case INVALID_HANDLE:
+        return {{"1180 The win32 call of WlanGetAvailableNetworkList returned an error related to "
+                 "client handle where the client handle was not found in the handle table."},
+                {}};
+    case RADIO_IS_OFF:
+        return {{"1188 The win32 call of WlanGetAvailableNetworkList returned an error related to "
+                 "the radio being turned off. The radio for the interface is turned off. There are "
+                 "no available networks when the radio is off."},
+                {std::string("error ERROR_NDIS_DOT11_POWER_STATE_INVALID ") + SOURCE + "1189"}};
+    case NO_MEMORY:
+        return {{"1195 The win32 call of WlanGetAvailableNetworkList returned an error related to "
+                 "memory allocation. Failed to allocate memory for the query results."},
+                {std::string("error ERROR_NOT_ENOUGH_MEMORY ") + SOURCE + "1196"}};
+    default:
+        return {};
+    }
+}
+
+std::vector<std::string> withNumbersLike(const std::vector<std::string>& expected,
+                                         std::vector<std::string> lines) {
+    for (std::size_t i = 0; i < lines.size() && i < expected.size(); ++i) {
+        if (expected[i].starts_with("# ")) {
+            lines[i].replace(0, lines[i].find_first_not_of("0123456789"), "#");
+        }
+    }
+    return lines;
+}
+
+void expectDeliberateLeaksAlone(const radiosim::Engine& radio, std::size_t handles,
+                                std::size_t texts) {
+    radiosim::Leaks kept{.handles = handles, .texts = texts};
+    for (const char* function :
+         {"WlanQueryInterface", "WlanEnumInterfaces", "WlanGetNetworkBssList"}) {
+        const radiosim::Leaks given = radio.handedOutBy(function);
+        EXPECT_EQ(radio.leaksOf(function), given) << function;
+        kept.blocks += given.blocks;
+        kept.bytes += given.bytes;
+    }
+    EXPECT_EQ(radio.leaks(), kept) << radio.leaks().handles << " handles, " << radio.leaks().blocks
+                                   << " blocks, " << radio.leaks().texts << " texts";
+    EXPECT_EQ(radio.badFrees(), 0U);
+}
+
+void countCombination() {
+    combinations().add();
+}
+
+} // namespace test

@@ -1,0 +1,86 @@
+#include "VerificationRun.h"
+
+#include <MRLrAntenna.h>
+#include <ModuleObjects.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace test {
+
+namespace {
+
+constexpr std::uint32_t NOT_VISIBLE = 0x28002;
+
+std::vector<radiosim::AccessPoint> beforeTheFirstLook() {
+    return {{.ssid = "Attic", .signal = 30U, .connectable = false, .reason = NOT_VISIBLE},
+            {.ssid = "Cellar", .signal = 100U},
+            {.ssid = "Lab",
+             .signal = 60U,
+             .visible = radiosim::Visible::AFTER_SCAN,
+             .scans = 2,
+             .inNetworkList = false}};
+}
+
+std::vector<radiosim::AccessPoint> afterTheFirstLook() {
+    std::vector<radiosim::AccessPoint> networks = beforeTheFirstLook();
+    networks.push_back(
+        {.ssid = "Lab", .signal = 50U, .bss = std::vector<radiosim::Bss>(), .bssidCount = 1});
+    return networks;
+}
+
+} // namespace
+
+VerificationRun::~VerificationRun() {
+    for (tesk5::Parameter* parameter :
+         {parameters::ssid, parameters::warningSignalStrength, parameters::failingSignalStrength}) {
+        parameter->reset();
+    }
+}
+
+void VerificationRun::startScene() {
+    radiosim::Scenario scenario;
+    radiosim::Interface& adapter = scenario.interfaces.front();
+    adapter.accessPoints = beforeTheFirstLook();
+    radiosim::Connection& connection = adapter.connection.emplace();
+    connection.ssid = "Cellar";
+    connection.quality = 33U;
+    startRadio(scenario);
+    m_calls = 0;
+    radio().onCall([this](const radiosim::Call& call) {
+        if (call.function == "WlanGetAvailableNetworkList" && call.result == ERROR_SUCCESS) {
+            radio().setAccessPoints(0, afterTheFirstLook());
+        }
+        ++m_calls;
+        if (afterCall) {
+            afterCall(m_calls, call);
+        }
+    });
+}
+
+tesk5::TestResult VerificationRun::verify() {
+    parameters::ssid->set("Lab");
+    parameters::warningSignalStrength->set("55");
+    parameters::failingSignalStrength->set("20");
+    return WirelessSignalStrengthVerificationTest(device());
+}
+
+std::vector<std::string> VerificationRun::raisedLines() const {
+    std::vector<std::string> lines;
+    std::transform(raised().begin(), raised().end(), std::back_inserter(lines), text);
+    return lines;
+}
+
+std::size_t VerificationRun::handlesLeft(std::size_t first) const {
+    const std::vector<radiosim::Call> calls = radio().calls();
+    return static_cast<std::size_t>(
+        std::count_if(calls.begin() + static_cast<std::ptrdiff_t>(std::min(first, calls.size())),
+                      calls.end(), [](const radiosim::Call& call) {
+                          const bool succeeded = call.result == ERROR_SUCCESS;
+                          return (call.function == "WlanOpenHandle" && succeeded &&
+                                  call.arguments.starts_with("{\"clientVersion\":1,")) ||
+                                 (call.function == "WlanCloseHandle" && !succeeded);
+                      }));
+}
+
+} // namespace test
