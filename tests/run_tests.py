@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Runs every suite of both builds and counts the tests: the last line is `N passed, M failed`.
 
-A suite is a GoogleTest program of the native build, one of the Windows build (under Wine), or a
-file of Python tests. Each suite's output is kept in build/test-logs and shown when it fails.
+A suite is a GoogleTest program of a native build (under ThreadSanitizer: that of the threads alone),
+one of the Windows build (under Wine), or a file of Python tests. Each suite's output is kept in
+build/test-logs and shown when it fails.
 """
 import collections
 import json
@@ -23,7 +24,7 @@ PYTHON_FOLDERS = ("structure", "system")
 
 
 def google_test_suites():
-    for build, launcher in (("native", []), ("windows-checked", ["wine"])):
+    for build, launcher in (("native", []), ("thread-sanitizer", []), ("windows-checked", ["wine"])):
         folder = ROOT / "build" / build / "tests" / "bin"
         for program in sorted(folder.glob("test_*")):
             if program.suffix in ("", ".exe"):

@@ -61,6 +61,11 @@ std::vector<long long> VirtualClock::sleeps() {
     return m_sleeps;
 }
 
+void VirtualClock::forgetSleeps() {
+    const std::lock_guard lock(m_mutex);
+    std::vector<long long>().swap(m_sleeps);
+}
+
 double VirtualClock::elapsedSeconds() {
     return duration<double>(now()).count();
 }

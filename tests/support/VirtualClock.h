@@ -22,6 +22,8 @@ public:
 
     /// Every sleep so far, in order, in milliseconds.
     std::vector<long long> sleeps();
+    /// What was slept so far is no longer listed.
+    void forgetSleeps();
     /// Seconds since the start.
     double elapsedSeconds();
 

@@ -1,6 +1,7 @@
 """The interactive test of the shipped executable, seen and driven from outside."""
 import json
 import os
+import pathlib
 import re
 import select
 import signal
@@ -117,6 +118,14 @@ class Dialog:
     def rooms(self):
         """For each text on display: id, text, the room that it has and the room that it needs."""
         return self._ask("fit")
+
+    def objects(self):
+        """What the program holds: drawing objects (gdi), windows (user), memory of its own in KiB
+        and open files."""
+        process = pathlib.Path("/proc") / str(self._program.pid)
+        memory = re.search(r"^RssAnon:\s*(\d+) kB$", (process / "status").read_text("ascii"), re.M)
+        return {**self._ask("objects")[0], "memory": int(memory[1]),
+                "files": len(list((process / "fd").iterdir()))}
 
     def colours(self, control_id):
         return self._display.colours(self.control(control_id)["rect"])

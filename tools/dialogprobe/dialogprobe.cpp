@@ -1,5 +1,6 @@
 // Reads and drives a dialog of another process, for tests that see it as a person does.
 #include "Control.h"
+#include "GuiObjects.h"
 #include "TextRoom.h"
 
 #include <mrl/Unicode.h>
@@ -48,6 +49,9 @@ constexpr const char* USAGE =
     "  focus [ID]        the control that has the keyboard; with ID, gives it the keyboard\n"
     "  key NAME          presses and releases a key: escape, enter, tab, space, up, down\n"
     "  close             what the close box sends\n"
+    "  objects           how many drawing objects, and windows and their like, the dialog's "
+    "process\n"
+    "                    holds\n"
     "\n"
     "Exit code: 0 when it is done, 1 when there is no such window or control, 64 for wrong "
     "usage.\n";
@@ -123,6 +127,7 @@ private:
     void focus(const Arguments& arguments);
     void key(const Arguments& arguments);
     void close(const Arguments& arguments);
+    void objects(const Arguments& arguments);
 
     std::wstring m_title;
     DWORD m_waitMs;
@@ -134,7 +139,7 @@ const std::map<std::string, Probe::Command>& Probe::commands() {
         {"window", {0, 0, &Probe::window}},   {"fit", {0, 0, &Probe::fit}},
         {"click", {1, 1, &Probe::click}},     {"select", {2, 2, &Probe::select}},
         {"focus", {0, 1, &Probe::focus}},     {"key", {1, 1, &Probe::key}},
-        {"close", {0, 0, &Probe::close}}};
+        {"close", {0, 0, &Probe::close}},     {"objects", {0, 0, &Probe::objects}}};
     return all;
 }
 
@@ -237,6 +242,14 @@ void Probe::key(const Arguments& arguments) {
 
 void Probe::close(const Arguments& /*arguments*/) {
     Control(dialog()).post(WM_SYSCOMMAND, SC_CLOSE, 0);
+}
+
+void Probe::objects(const Arguments& /*arguments*/) {
+    DWORD processId = 0;
+    GetWindowThreadProcessId(dialog(), &processId);
+    const dialogprobe::GuiObjects held = dialogprobe::guiObjectsOf(processId);
+    answer(
+        {{"gdi", held.gdi}, {"user", held.user}, {"handles", held.handles}, {"bytes", held.bytes}});
 }
 
 void tell(const std::runtime_error& error) {

@@ -1,0 +1,131 @@
+#include "HeapAccount.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace test {
+
+namespace {
+
+struct Account {
+    std::atomic<long long> bytes = 0;
+    std::atomic<long long> blocks = 0;
+};
+constinit Account g_accounts[2];
+thread_local Owner g_owner = Owner::MODULE;
+
+// Stands before each block; as long as the strictest alignment that plain new promises.
+struct alignas(__STDCPP_DEFAULT_NEW_ALIGNMENT__) Head {
+    std::size_t size;
+    Owner owner;
+};
+
+void book(const Head& head, int sign) {
+    Account& account = g_accounts[static_cast<std::size_t>(head.owner)];
+    account.bytes += sign * static_cast<long long>(head.size);
+    account.blocks += sign;
+}
+
+void* allocate(std::size_t size) noexcept {
+    void* const memory = std::malloc(sizeof(Head) + size);
+    if (memory == nullptr) {
+        return nullptr;
+    }
+    Head* const head = new (memory) Head{size, g_owner};
+    book(*head, 1);
+    return head + 1;
+}
+
+void* allocateOrThrow(std::size_t size) {
+    if (void* const memory = allocate(size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void release(void* memory) noexcept {
+    if (memory != nullptr) {
+        Head* const head = static_cast<Head*>(memory) - 1;
+        book(*head, -1);
+        std::free(head);
+    }
+}
+
+const nativewifi::Api*& service() {
+    static const nativewifi::Api* table = nullptr;
+    return table;
+}
+
+// A function of the table with the account changed around it.
+template <auto member, typename Type = decltype(member)>
+struct OnAccount;
+template <auto member, typename Table, typename Result, typename... Arguments>
+struct OnAccount<member, Result (WINAPI* Table::*)(Arguments...)> {
+    static Result WINAPI call(Arguments... arguments) {
+        const AllocatesForTheRadio account;
+        return (service()->*member)(arguments...);
+    }
+};
+
+nativewifi::Api tableOnAccount() {
+    service() = &nativewifi::api();
+    nativewifi::Api table{};
+#define TEST_ON_ACCOUNT(result, name, arguments)                                                   \
+    table.name = &OnAccount<&nativewifi::Api::name>::call;
+    NATIVEWIFI_WLAN_FUNCTIONS(TEST_ON_ACCOUNT)
+    NATIVEWIFI_RPC_FUNCTIONS(TEST_ON_ACCOUNT)
+#undef TEST_ON_ACCOUNT
+    return table;
+}
+
+} // namespace
+
+HeapUse heapUse(Owner owner) {
+    const Account& account = g_accounts[static_cast<std::size_t>(owner)];
+    return {account.bytes, account.blocks};
+}
+
+AllocatesForTheRadio::AllocatesForTheRadio() : m_before(g_owner) {
+    g_owner = Owner::RADIO;
+}
+AllocatesForTheRadio::~AllocatesForTheRadio() {
+    g_owner = m_before;
+}
+
+SeparateAccounts::SeparateAccounts() : m_table(tableOnAccount()), m_scope(m_table) {}
+
+} // namespace test
+
+// All forms, so that no block is allocated here and freed elsewhere. Over-aligned ones stay the
+// library's: nothing here asks for them.
+void* operator new(std::size_t size) {
+    return test::allocateOrThrow(size);
+}
+void* operator new[](std::size_t size) {
+    return test::allocateOrThrow(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    return test::allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    return test::allocate(size);
+}
+void operator delete(void* memory) noexcept {
+    test::release(memory);
+}
+void operator delete[](void* memory) noexcept {
+    test::release(memory);
+}
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    test::release(memory);
+}
+void operator delete[](void* memory, std::size_t /*size*/) noexcept {
+    test::release(memory);
+}
+void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept {
+    test::release(memory);
+}
+void operator delete[](void* memory, const std::nothrow_t& /*tag*/) noexcept {
+    test::release(memory);
+}

@@ -1,0 +1,44 @@
+// An account of every byte that the program allocates with new: what the module holds and what the
+// simulated radio holds stand apart, so that nothing of the one hides behind the other.
+#pragma once
+
+#include <nativewifi/Api.h>
+
+#include <cstddef>
+
+namespace test {
+
+enum class Owner : unsigned char { MODULE, RADIO };
+
+/// Bytes and blocks that are allocated now. Any thread.
+struct HeapUse {
+    long long bytes = 0;
+    long long blocks = 0;
+
+    friend bool operator==(const HeapUse&, const HeapUse&) = default;
+};
+HeapUse heapUse(Owner owner);
+
+/// While it lives, what this thread allocates is the radio's.
+class AllocatesForTheRadio {
+public:
+    AllocatesForTheRadio();
+    AllocatesForTheRadio(const AllocatesForTheRadio&) = delete;
+    AllocatesForTheRadio& operator=(const AllocatesForTheRadio&) = delete;
+    ~AllocatesForTheRadio();
+
+private:
+    Owner m_before;
+};
+
+/// While it lives, the functions of the table in force allocate for the radio.
+class SeparateAccounts {
+public:
+    SeparateAccounts();
+
+private:
+    nativewifi::Api m_table;
+    nativewifi::ScopedApi m_scope;
+};
+
+} // namespace test

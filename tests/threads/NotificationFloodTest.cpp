@@ -1,0 +1,213 @@
+// Notifications from the threads of the service while the device is refreshed and measured, while
+// the dialog ends, and while a second run goes on.
+#include <mrlrantenna/DeviceTest.h>
+#include <mrlrantenna/VerificationRun.h>
+
+#include <PostedRefresh.h>
+#include <ScanNotification.h>
+
+#include <tesk5/StopRequest.h>
+
+#include <atomic>
+#include <thread>
+
+namespace {
+
+using testing::ElementsAre;
+
+constexpr int SERVICE_THREADS = 4;
+constexpr int REFRESHES = 30;
+constexpr int DIALOGS = 50;
+
+void announceScan() {
+    WLAN_NOTIFICATION_DATA notification{};
+    notification.NotificationSource = WLAN_NOTIFICATION_SOURCE_ACM;
+    notification.NotificationCode = wlan_notification_acm_scan_complete;
+    scanNotificationCallback(&notification, nullptr);
+}
+
+// Calls back without end, from several threads and through the simulated service too.
+class Flood {
+public:
+    explicit Flood(radiosim::Engine& radio) {
+        m_threads.emplace_back([this, &radio] {
+            while (!m_over) {
+                radio.notify(WLAN_NOTIFICATION_SOURCE_ACM, wlan_notification_acm_scan_complete);
+                radio.settle();
+            }
+        });
+        for (int i = 1; i < SERVICE_THREADS; ++i) {
+            m_threads.emplace_back([this] {
+                while (!m_over) {
+                    announceScan();
+                    ++m_count;
+                    std::this_thread::yield();
+                }
+            });
+        }
+    }
+    Flood(const Flood&) = delete;
+    Flood& operator=(const Flood&) = delete;
+    ~Flood() {
+        m_over = true;
+        for (std::thread& thread : m_threads) {
+            thread.join();
+        }
+    }
+
+    // Waits for more of it.
+    void goesOn() const {
+        for (const long before = m_count; m_count < before + SERVICE_THREADS;) {
+            std::this_thread::yield();
+        }
+    }
+
+private:
+    std::atomic<bool> m_over = false;
+    std::atomic<long> m_count = 0;
+    std::vector<std::thread> m_threads;
+};
+
+// Stands for the dialog: its place in memory, its window, and what it does when it is idle.
+class Screen {
+public:
+    explicit Screen(const tesk5::DiagDevice& card) : m_device(card) {
+        g_scanCompleteContext = this;
+        g_scanCompleteHandler = [](void* context) {
+            PostedRefresh::instance().leave(static_cast<MRLRAntennaDlg*>(context));
+        };
+        PostedRefresh::instance().open(dialog(), &m_window);
+    }
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+    ~Screen() { PostedRefresh::instance().close(dialog()); }
+
+    // Waits for a note and does what it asks for. \return the names listed
+    std::vector<std::string> refresh() {
+        while (!PostedRefresh::instance().take(dialog())) {
+            std::this_thread::yield();
+        }
+        std::vector<std::string> names;
+        const mrl::Uint32 count = m_device.getNumVisibleNetworks();
+        for (mrl::Uint32 i = 0; i < count; ++i) {
+            names.emplace_back(m_device.m_visibleNetworks[i].m_ssid.getUTF8String().c_str());
+        }
+        return names;
+    }
+    // What a choice in the list does.
+    mrl::Int32 measure(mrl::Uint32 index) {
+        return m_device.getSignalStrength(VisibleNetwork(m_device.m_visibleNetworks[index]));
+    }
+    void close() { PostedRefresh::instance().close(dialog()); }
+    bool hasNote() { return PostedRefresh::instance().take(dialog()); }
+
+    MRLRAntennaDlg* dialog() { return reinterpret_cast<MRLRAntennaDlg*>(this); }
+    WirelessDevice& device() { return m_device; }
+    long messages() const { return m_window.messages; }
+
+private:
+    doubles::Window m_window;
+    WirelessDevice m_device;
+};
+
+class NotificationFlood : public test::VerificationRun {
+protected:
+    NotificationFlood() {
+        tesk5::StopRequest::clear();
+        startRadio({{.ssid = "Attic", .signal = 30U}, {.ssid = "Lab", .signal = 50U}});
+    }
+    ~NotificationFlood() override {
+        g_scanCompleteHandler = nullptr;
+        g_scanCompleteContext = nullptr;
+        tesk5::StopRequest::clear();
+    }
+};
+
+TEST_F(NotificationFlood, LeavesEveryRefreshWhole) {
+    Screen screen(device());
+    const Flood flood(radio());
+    for (int i = 0; i < REFRESHES; ++i) {
+        EXPECT_THAT(screen.refresh(), ElementsAre("Attic", "Lab"));
+    }
+}
+
+TEST_F(NotificationFlood, LeavesTheMeasurementOfASelectionWhole) {
+    Screen screen(device());
+    const Flood flood(radio());
+    screen.refresh();
+    for (int i = 0; i < REFRESHES; ++i) {
+        EXPECT_EQ(screen.measure(0), 30);
+        EXPECT_EQ(screen.measure(1), 50);
+    }
+}
+
+TEST_F(NotificationFlood, WakesTheDialogOnceForEachRefresh) {
+    Screen screen(device());
+    const Flood flood(radio());
+    for (int i = 1; i <= REFRESHES; ++i) {
+        flood.goesOn();
+        EXPECT_EQ(screen.messages(), i);
+        screen.refresh();
+        flood.goesOn();
+    }
+}
+
+TEST_F(NotificationFlood, LeavesNothingForADialogThatHasEnded) {
+    const Flood flood(radio());
+    for (int i = 0; i < DIALOGS; ++i) {
+        // Each on the heap: the next may well lie where the one before has been.
+        const auto screen = std::make_unique<Screen>(device());
+        EXPECT_THAT(screen->refresh(), ElementsAre("Attic", "Lab"));
+        screen->close();
+        const long messages = screen->messages();
+        flood.goesOn();
+        EXPECT_FALSE(screen->hasNote());
+        EXPECT_EQ(screen->messages(), messages);
+    }
+    EXPECT_EQ(radio().openHandles(), 0U);
+}
+
+// The slot keeps pointing at the dialog of the run before.
+TEST_F(NotificationFlood, DoesNotReachASecondRun) {
+    startScene();
+    { const Screen gone(device()); }
+    const Flood flood(radio());
+    EXPECT_EQ(verify(), tesk5::TestResult::PASS());
+}
+
+TEST_F(NotificationFlood, MayComeWhileTheRadioChanges) {
+    Screen screen(device());
+    const Flood flood(radio());
+    std::atomic<bool> over = false;
+    std::thread room([&] {
+        while (!over) {
+            radio().setAccessPoints(0, {{.ssid = "Lab", .signal = 50U}});
+            radio().setRadio(0, 0, {}, 2);
+            radio().setRadio(0, 0, {}, 1);
+            radio().setAccessPoints(0, {{.ssid = "Attic", .signal = 30U}, {.ssid = "Lab"}});
+        }
+    });
+    for (int i = 0; i < REFRESHES; ++i) {
+        EXPECT_LE(screen.refresh().size(), 2U);
+        screen.device().isRadioEnabled(0);
+    }
+    over = true;
+    room.join();
+    radio().clearFaults();
+}
+
+TEST_F(NotificationFlood, MayComeWhileSomebodyWishesToStop) {
+    Screen screen(device());
+    const Flood flood(radio());
+    std::thread person([&flood] {
+        flood.goesOn();
+        tesk5::StopRequest::raise();
+    });
+    do {
+        screen.refresh();
+    } while (!tesk5::StopRequest::raised());
+    person.join();
+    EXPECT_TRUE(tesk5::StopRequest::raised());
+}
+
+} // namespace

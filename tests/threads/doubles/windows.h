@@ -1,0 +1,27 @@
+// The little of the windowing interface that the dialog's note needs, where there are no windows:
+// a message wakes a thread that waits on its window.
+#pragma once
+
+#include <nativewifi/WlanTypes.h>
+
+#include <atomic>
+
+using UINT = unsigned int;
+using WPARAM = unsigned long long;
+using LPARAM = long long;
+constexpr UINT WM_NULL = 0;
+
+namespace doubles {
+
+struct Window {
+    std::atomic<long> messages = 0;
+};
+
+} // namespace doubles
+
+using HWND = doubles::Window*;
+
+inline BOOL PostMessageW(HWND window, UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    ++window->messages;
+    return TRUE;
+}
