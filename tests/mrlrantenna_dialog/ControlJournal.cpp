@@ -155,7 +155,7 @@ long ControlJournal::count(std::string_view entry) {
 
 void ControlJournal::clear() {
     noteSleeps();
-    m_entries.clear();
+    std::vector<std::string>().swap(m_entries);
 }
 
 } // namespace test

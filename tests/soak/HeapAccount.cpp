@@ -13,7 +13,7 @@ struct Account {
     std::atomic<long long> blocks = 0;
 };
 constinit Account g_accounts[2];
-thread_local Owner g_owner = Owner::MODULE;
+thread_local Owner g_owner = Owner::RADIO; // of a thread of the service, until it says otherwise
 
 // Stands before each block; as long as the strictest alignment that plain new promises.
 struct alignas(__STDCPP_DEFAULT_NEW_ALIGNMENT__) Head {
@@ -63,7 +63,7 @@ struct OnAccount;
 template <auto member, typename Table, typename Result, typename... Arguments>
 struct OnAccount<member, Result (WINAPI* Table::*)(Arguments...)> {
     static Result WINAPI call(Arguments... arguments) {
-        const AllocatesForTheRadio account;
+        const AllocatesFor account(Owner::RADIO);
         return (service()->*member)(arguments...);
     }
 };
@@ -86,10 +86,10 @@ HeapUse heapUse(Owner owner) {
     return {account.bytes, account.blocks};
 }
 
-AllocatesForTheRadio::AllocatesForTheRadio() : m_before(g_owner) {
-    g_owner = Owner::RADIO;
+AllocatesFor::AllocatesFor(Owner owner) : m_before(g_owner) {
+    g_owner = owner;
 }
-AllocatesForTheRadio::~AllocatesForTheRadio() {
+AllocatesFor::~AllocatesFor() {
     g_owner = m_before;
 }
 

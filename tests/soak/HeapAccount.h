@@ -19,24 +19,26 @@ struct HeapUse {
 };
 HeapUse heapUse(Owner owner);
 
-/// While it lives, what this thread allocates is the radio's.
-class AllocatesForTheRadio {
+/// While it lives, this thread allocates for `owner`; otherwise every thread does for the radio.
+class AllocatesFor {
 public:
-    AllocatesForTheRadio();
-    AllocatesForTheRadio(const AllocatesForTheRadio&) = delete;
-    AllocatesForTheRadio& operator=(const AllocatesForTheRadio&) = delete;
-    ~AllocatesForTheRadio();
+    explicit AllocatesFor(Owner owner);
+    AllocatesFor(const AllocatesFor&) = delete;
+    AllocatesFor& operator=(const AllocatesFor&) = delete;
+    ~AllocatesFor();
 
 private:
     Owner m_before;
 };
 
-/// While it lives, the functions of the table in force allocate for the radio.
+/// While it lives, this thread allocates for the module, but in the functions of the table in
+/// force.
 class SeparateAccounts {
 public:
     SeparateAccounts();
 
 private:
+    AllocatesFor m_module{Owner::MODULE};
     nativewifi::Api m_table;
     nativewifi::ScopedApi m_scope;
 };

@@ -30,7 +30,6 @@ protected:
 
     /// Forgets what the test's own doubles keep of a round.
     void forget() {
-        const test::AllocatesForTheRadio account;
         radio().clearCalls();
         log().clear();
         clock().forgetSleeps();

@@ -1,0 +1,159 @@
+// What happens to the adapter, the service and the PC between any two calls of the dialog: it stays
+// open, shows what is true now, and ends as its person wants.
+#include "DialogTest.h"
+
+#include <mrlrantenna/Faults.h>
+
+#include <chrono>
+
+namespace {
+
+using test::Dialog;
+
+constexpr std::int32_t ON = 1;
+constexpr std::int32_t OFF = 2;
+constexpr double LONGEST_SECONDS = 20;
+
+// What the dialog shows of the networks and of the radio.
+struct Display {
+    const char* list;
+    const char* radio;
+    const char* picture;
+};
+constexpr Display ALL_IS_WELL = {"Attic, Cellar", "RADIO_BUTTON_ON", "on"};
+constexpr Display NOTHING_ANSWERS = {"", "RADIO_STATE_UNKNOWN", "greyed off"};
+constexpr Display SWITCHED_OFF = {"", "HARDWARE_SWITCH_OFF", "greyed off"};
+
+struct Happening {
+    const char* name;
+    void (*happens)(radiosim::Engine& radio);
+    Display afterwards;
+    /// Before its number of calls the device is not ready yet and finds its way back.
+    std::size_t harmlessBefore;
+};
+
+// The call that makes the device ready: handle, GUID, registration.
+constexpr std::size_t READY = 3;
+// From then on not every call: each moment is a dialog of its own.
+constexpr std::size_t STRIDE = 3;
+
+const Happening happenings[] = {
+    {"AdapterIsUnplugged", [](radiosim::Engine& radio) { radio.removeInterface(0); },
+     NOTHING_ANSWERS, 0},
+    {"ServiceIsStopped", [](radiosim::Engine& radio) { radio.stopService(); }, NOTHING_ANSWERS, 0},
+    {"ServiceIsRestarted",
+     [](radiosim::Engine& radio) {
+         radio.stopService();
+         radio.startService();
+     },
+     NOTHING_ANSWERS, READY},
+    {"RadioIsSwitchedOffOnTheCase", [](radiosim::Engine& radio) { radio.setRadio(0, 0, {}, OFF); },
+     SWITCHED_OFF, 0},
+    {"PcIsSuspended", [](radiosim::Engine&) { mrl::Clock::current().sleep(std::chrono::hours(9)); },
+     ALL_IS_WELL, 0},
+};
+
+void PrintTo(const Happening& happening, std::ostream* out) {
+    *out << happening.name;
+}
+
+class DialogComeAndGo : public test::DialogTest, public testing::WithParamInterface<Happening> {
+protected:
+    // Opens, ticks, refreshes, switches the radio off and on; `happens` comes right behind the nth
+    // call, never with 0. \return how many calls there were
+    std::size_t runWith(std::size_t nth, const Display& afterwards) {
+        radiosim::Scenario scenario;
+        radiosim::Interface& adapter = scenario.interfaces.front();
+        adapter.accessPoints = {test::network("Attic", 30U), test::network("Cellar", 100U)};
+        radiosim::Connection& connection = adapter.connection.emplace();
+        connection.ssid = "Cellar";
+        connection.quality = 33U;
+        startRadio(std::move(scenario));
+        std::size_t number = 0;
+        radio().onCall([&](const radiosim::Call&) {
+            if (++number == nth) {
+                GetParam().happens(radio());
+            }
+        });
+        const mrl::Clock::Duration before = clock().now();
+        const tesk5::TestResult result =
+            runTest({[](Dialog& dialog) { test::tick(dialog); },
+                     [](Dialog& dialog) { MRLRAntennaDlg::refreshNetworks(&dialog); },
+                     [](Dialog& dialog) { test::click(dialog, IDC_RADIO_ON_IMAGE); },
+                     [](Dialog& dialog) { test::click(dialog, IDC_RADIO_OFF_IMAGE); },
+                     [&](Dialog& dialog) {
+                         radio().onCall(nullptr);
+                         // Notifications make a call more or less: it happens at the end then.
+                         if (number < nth) {
+                             GetParam().happens(radio());
+                         }
+                         radio().settle();
+                         dialog.populateAvailableNetworks();
+                         dialog.updateSelectedNetworkInformation();
+                         expectShown(dialog, afterwards);
+                         test::press(dialog, VK_ESCAPE);
+                     }});
+        radio().onCall(nullptr);
+        EXPECT_EQ(result, tesk5::TestResult::USERABORTED());
+        const std::chrono::duration<double> took = clock().now() - before;
+        const double asleep = std::string(GetParam().name) == "PcIsSuspended" ? 9 * 3600.0 : 0.0;
+        EXPECT_LE(took.count() - asleep, LONGEST_SECONDS);
+        EXPECT_EQ(radio().openHandles(), 0U);
+        test::expectDeliberateLeaksAlone(radio(), 0);
+        return number;
+    }
+
+private:
+    static void expectShown(const Dialog& dialog, const Display& expected) {
+        std::string list;
+        for (const std::string& entry : test::entries(dialog)) {
+            list += (list.empty() ? "" : ", ") + entry;
+        }
+        EXPECT_EQ(list, expected.list);
+        EXPECT_EQ(test::shown(dialog, IDC_RADIO_STATUS), localized(expected.radio));
+        EXPECT_EQ(test::picture(dialog), expected.picture);
+        const bool cleared = list.empty();
+        EXPECT_EQ(test::shown(dialog, IDC_SSID), cleared ? "" : "Cellar");
+        EXPECT_EQ(dialog.m_signalMeter.GetPos(), cleared ? 0 : 33);
+    }
+};
+
+TEST_P(DialogComeAndGo, BetweenAnyTwoCallsIsShownAndSurvived) {
+    const Happening& happening = GetParam();
+    const std::size_t calls = runWith(0, ALL_IS_WELL);
+    for (std::size_t nth = 1; nth <= calls; nth += nth < READY ? 1 : STRIDE) {
+        SCOPED_TRACE(nth);
+        runWith(nth, nth < happening.harmlessBefore ? ALL_IS_WELL : happening.afterwards);
+        test::countCombination();
+        journal().clear();
+        log().clear();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, DialogComeAndGo, testing::ValuesIn(happenings),
+                         [](const testing::TestParamInfo<Happening>& each) {
+                             return std::string(each.param.name);
+                         });
+
+class RadioComesBack : public test::DialogTest {};
+
+TEST_F(RadioComesBack, AndTheDialogShowsItWithoutBeingAsked) {
+    startRadio({test::network("Lab", 42U)});
+    runTest({[&](Dialog&) {
+                 radio().setRadio(0, 0, {}, OFF);
+                 radio().settle();
+             },
+             [&](Dialog& dialog) {
+                 EXPECT_EQ(test::shown(dialog, IDC_RADIO_STATUS), localized("HARDWARE_SWITCH_OFF"));
+                 EXPECT_THAT(test::entries(dialog), testing::IsEmpty());
+                 radio().setRadio(0, 0, {}, ON);
+                 radio().settle();
+             },
+             [&](Dialog& dialog) {
+                 EXPECT_EQ(test::shown(dialog, IDC_RADIO_STATUS), localized("RADIO_BUTTON_ON"));
+                 EXPECT_THAT(test::entries(dialog), testing::ElementsAre("Lab"));
+                 EXPECT_EQ(test::picture(dialog), "on");
+             }});
+}
+
+} // namespace

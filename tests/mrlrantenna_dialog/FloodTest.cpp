@@ -1,0 +1,176 @@
+// Floods of notifications from the threads of the service, at every stage of the dialog's life.
+#include "DialogTest.h"
+
+#include <MRLrAntenna.h>
+#include <ModuleObjects.h>
+#include <ScanNotification.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <iostream>
+#include <thread>
+
+namespace {
+
+using tesk5::TestResult;
+using test::Dialog;
+using test::network;
+using testing::ElementsAre;
+
+constexpr int FLOOD = 10000;
+constexpr int SERVICE_THREADS = 4;
+
+void announceScan() {
+    WLAN_NOTIFICATION_DATA notification{};
+    notification.NotificationSource = WLAN_NOTIFICATION_SOURCE_ACM;
+    notification.NotificationCode = wlan_notification_acm_scan_complete;
+    scanNotificationCallback(&notification, nullptr);
+}
+
+// Calls back without end while it lives.
+class Flood {
+public:
+    Flood() {
+        for (int i = 0; i < SERVICE_THREADS; ++i) {
+            m_threads.emplace_back([this] {
+                while (!m_over) {
+                    announceScan();
+                    std::this_thread::yield();
+                }
+            });
+        }
+    }
+    Flood(const Flood&) = delete;
+    Flood& operator=(const Flood&) = delete;
+    ~Flood() {
+        m_over = true;
+        for (std::thread& thread : m_threads) {
+            thread.join();
+        }
+    }
+
+private:
+    std::atomic<bool> m_over = false;
+    std::vector<std::thread> m_threads;
+};
+
+class NotificationFlood : public test::DialogTest {
+protected:
+    NotificationFlood() { startRadio({network("Attic", 30U), network("Lab", 50U)}); }
+};
+
+TEST_F(NotificationFlood, OfTenThousandMakesOneRefreshAndThenTheClickIsAnswered) {
+    EXPECT_EQ(runTest({[&](Dialog& dialog) {
+                  journal().clear();
+                  std::vector<std::thread> services;
+                  for (int i = 0; i < SERVICE_THREADS; ++i) {
+                      services.emplace_back([] {
+                          for (int n = 0; n < FLOOD / SERVICE_THREADS; ++n) {
+                              announceScan();
+                          }
+                      });
+                  }
+                  for (std::thread& service : services) {
+                      service.join();
+                  }
+                  dialog.GetDlgItem(IDC_FINISH)->PostMessage(BM_CLICK);
+              }}),
+              TestResult::COMPLETED());
+    EXPECT_TRUE(ended());
+    // The click was in the queue before the dialog came to rest, so nothing stood before it.
+    EXPECT_LE(journal().count("list empty"), 1);
+}
+
+// The figure that it prints is real time, from a click to its first call; nothing is asserted of
+// it, for the machine may be busy.
+TEST_F(NotificationFlood, OfTenThousandInASecondLeavesEachClickAnswered) {
+    using RealClock = std::chrono::steady_clock;
+    constexpr std::size_t CLICKS = 40;
+    std::vector<RealClock::time_point> clicks;
+    std::vector<RealClock::time_point> answers;
+    std::vector<test::Step> steps;
+    std::thread service;
+    steps.emplace_back([&](Dialog&) {
+        radio().onCall([&](const radiosim::Call& call) {
+            if (call.function == "WlanSetInterface") {
+                answers.push_back(RealClock::now());
+            }
+        });
+        journal().clear();
+        service = std::thread([] {
+            const RealClock::time_point start = RealClock::now();
+            for (int i = 0; i < FLOOD; ++i) {
+                std::this_thread::sleep_until(start + i * std::chrono::microseconds(100));
+                announceScan();
+            }
+        });
+    });
+    for (std::size_t i = 0; i < CLICKS; ++i) {
+        steps.emplace_back([&](Dialog& dialog) {
+            EXPECT_EQ(answers.size(), clicks.size());
+            clicks.push_back(RealClock::now());
+            dialog.PostMessage(WM_COMMAND, MAKEWPARAM(IDC_RADIO_ON_IMAGE, STN_CLICKED));
+        });
+    }
+    steps.emplace_back([&](Dialog&) {
+        service.join();
+        radio().onCall(nullptr);
+    });
+    runTest(std::move(steps));
+    ASSERT_EQ(answers.size(), CLICKS);
+    EXPECT_GT(journal().count("list empty"), 0);
+    RealClock::duration slowest{0};
+    for (std::size_t i = 0; i < CLICKS; ++i) {
+        slowest = std::max(slowest, answers[i] - clicks[i]);
+    }
+    std::cout << "[ FLOOD    ] " << CLICKS << " clicks, the slowest answered after "
+              << std::chrono::duration_cast<std::chrono::microseconds>(slowest).count() << " us; "
+              << journal().count("list empty") << " refreshes\n";
+}
+
+TEST_F(NotificationFlood, LeavesRefreshesAndChoicesWhole) {
+    std::optional<Flood> flood;
+    std::vector<test::Step> steps;
+    steps.emplace_back([&](Dialog&) { flood.emplace(); });
+    for (int i = 0; i < 10; ++i) {
+        steps.emplace_back([&, i](Dialog& dialog) {
+            EXPECT_THAT(test::entries(dialog), ElementsAre("Attic", "Lab"));
+            test::choose(dialog, i % 2);
+            EXPECT_EQ(test::shown(dialog, IDC_SSID), i % 2 == 0 ? "Attic" : "Lab");
+            EXPECT_EQ(dialog.m_signalMeter.GetPos(), i % 2 == 0 ? 30 : 50);
+            test::tick(dialog);
+        });
+    }
+    steps.emplace_back([](Dialog& dialog) { test::press(dialog, VK_ESCAPE); });
+    EXPECT_EQ(runTest(std::move(steps)), TestResult::USERABORTED());
+    EXPECT_TRUE(ended());
+    EXPECT_EQ(journal().fromOtherThreads(), 0);
+}
+
+TEST_F(NotificationFlood, GoesOnWhileDialogsOpenAndEnd) {
+    const Flood flood;
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(runTest({[](Dialog& dialog) { test::press(dialog, VK_ESCAPE); }}),
+                  TestResult::USERABORTED());
+        EXPECT_EQ(runTest({[](Dialog& dialog) { dialog.PostMessage(WM_CLOSE); }}),
+                  TestResult::COMPLETED());
+    }
+    EXPECT_EQ(radio().openHandles(), 0U);
+    EXPECT_EQ(journal().fromOtherThreads(), 0);
+}
+
+TEST_F(NotificationFlood, DoesNotReachTheOtherTestAfterwards) {
+    runTest({});
+    const Flood flood;
+    parameters::ssid->set("Lab");
+    parameters::warningSignalStrength->set("40");
+    parameters::failingSignalStrength->set("20");
+    EXPECT_EQ(WirelessSignalStrengthVerificationTest(device()), TestResult::PASS());
+    for (tesk5::Parameter* parameter :
+         {parameters::ssid, parameters::warningSignalStrength, parameters::failingSignalStrength}) {
+        parameter->reset();
+    }
+}
+
+} // namespace
