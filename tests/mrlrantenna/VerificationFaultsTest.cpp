@@ -141,6 +141,7 @@ std::vector<std::string> heard(const std::vector<std::string>& names) {
 }
 std::vector<std::string> compared(const std::vector<std::string>& names) {
     std::vector<std::string> lines;
+    lines.reserve(names.size());
     for (const std::string& name : names) {
         lines.push_back("179 getAccessPointSignalStrength::SSID Being Compared: " + name);
     }
