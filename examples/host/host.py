@@ -113,7 +113,8 @@ class Job:
             f"; no device for {without['test']}" for without in self.without_device)
 
     def _test_started(self, line):
-        self._allow(self.grace)
+        # A person takes the time that a person takes.
+        self._allow(None if line["interactive"] else self.grace)
         return f"{line['test']} on {line['device']['name']}"
 
     def _progress(self, line):

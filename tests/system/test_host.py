@@ -37,6 +37,18 @@ def two_cards(signal_of_lab):
          "accessPoints": [{"ssid": "Lab", "signal": signal_of_lab}]} for number in (1, 2)]}
 
 
+class Page(unittest.TestCase):
+    def test_tells_of_every_type_and_member_of_the_schema(self):
+        page = (ROOT / "docs" / "hosts.md").read_text(encoding="utf-8")
+        schema = json.loads(SCHEMA.read_text(encoding="utf-8"))
+        rows = {line.split("`")[1]: line for line in page.splitlines() if line.startswith("| `")}
+        for kind in schema["oneOf"]:
+            row = rows[kind["properties"]["type"]["const"]]
+            for member in kind.get("required", ()):
+                with self.subTest(row, member=member):
+                    self.assertIn(f"`{member}`", row)
+
+
 class Stream(ProgramTest):
     def assert_is_a_stream(self, text):
         """Checks every line; returns them parsed."""
@@ -131,8 +143,8 @@ def say(**line):
     print(json.dumps({"sequence": say.sequence, "time": "", **line}), flush=True)
 say.sequence = 0
 say(type="runStarted", protocol=1, module={"name": "fake"}, planned=1, withoutDevice=[])
-say(type="testStarted", run=1, test="T", device={"name": "D\\x1b[2J", "properties": {}},
-    parameters={})
+say(type="testStarted", run=1, test="T", interactive="person" in sys.argv[-1],
+    device={"name": "D\\x1b[2J", "properties": {}}, parameters={})
 exec(sys.argv[-1])
 """
 
@@ -232,10 +244,11 @@ class Host(ProgramTest):
             "import signal; signal.signal(signal.SIGINT, signal.SIG_IGN); time.sleep(60)",
             "say(type='progress', run=1, key='K', text='', longestSeconds=30); time.sleep(3); "
             "say(type='runEnded', run=1, exit=0)",
-            "say(type='added later'); say(type='runEnded', exit=0)")
+            "say(type='added later'); say(type='runEnded', exit=0)",
+            "time.sleep(3)  # a person's doing\nsay(type='runEnded', exit=0)")
         self.assertEqual(exit_value, 8, out)
         self.assertEqual([(job["exit"], job["problem"]) for job in self.gathered()["jobs"]],
-                         [(8, "took longer than it said"), (0, None), (0, None)])
+                         [(8, "took longer than it said"), (0, None), (0, None), (0, None)])
 
     def test_refuses_jobs_that_are_none(self):
         for jobs in ([], {"name": "x"}, [{"name": "x"}], [{"name": "x", "arguments": [1]}]):

@@ -78,7 +78,7 @@ TEST_F(EventStreams, TellTheWholeRunOneLineForEachThingThatHappens) {
         R"(\"wired\""],"advice":[]}]})"
         "\n"
         R"({"type":"testStarted","sequence":2,"time":"2026-11-20T19:55:01.123Z","run":1,)"
-        R"("test":"Signal","device":{"name":"Card 1","properties":{}},)"
+        R"("test":"Signal","interactive":false,"device":{"name":"Card 1","properties":{}},)"
         R"("parameters":{"SSID":"Lab"}})"
         "\n"
         R"({"type":"progress","sequence":3,"time":"2026-11-20T19:55:01.123Z","run":1,)"
@@ -116,11 +116,12 @@ TEST_F(EventStreams, TellTheWholeRunOneLineForEachThingThatHappens) {
 }
 
 TEST_F(EventStreams, OfARunInWhichAllIsWellLeaveStandardErrorEmpty) {
-    registerTest("A", TestResult::PASS());
+    registerTest("A", TestResult::PASS())->setInteractive(true);
     setDevices(2);
-    EXPECT_EQ(start({"run", "--events"}), 0);
+    EXPECT_EQ(start({"run", "A", "--events"}), 0);
     EXPECT_THAT(types(), ElementsAre("runStarted", "testStarted", "testEnded", "testStarted",
                                      "testEnded", "runEnded"));
+    EXPECT_EQ(lines()[1]["interactive"], true);
     EXPECT_EQ(lines()[2]["run"], 1);
     EXPECT_EQ(lines()[4]["run"], 2);
     EXPECT_EQ(lines()[4]["result"]["device"]["name"], "Card 2");

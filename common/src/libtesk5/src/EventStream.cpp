@@ -43,6 +43,7 @@ void EventStream::starts(const PlannedRun& run) {
     ++m_run;
     Json members;
     members["test"] = run.test->name().utf8();
+    members["interactive"] = run.test->interactive();
     members["device"] = jsonOf(*run.device);
     members["parameters"] = parametersJson(parametersInForce(*run.test));
     writeOfRun("testStarted", members);
