@@ -18,6 +18,7 @@ endfunction()
 
 mrlr_header_only(third_party_json nlohmann nlohmann-json3-dev)
 mrlr_header_only(third_party_cli11 CLI libcli11-dev)
+mrlr_header_only(third_party_mustache kainjow libkainjow-mustache-dev)
 mrlr_header_only(third_party_fmt fmt libfmt-dev)
 mrlr_header_only(third_party_spdlog spdlog libspdlog-dev)
 target_compile_definitions(third_party_fmt INTERFACE FMT_HEADER_ONLY)

@@ -82,6 +82,8 @@ THIRD_PARTY = (
      re.compile(r"common/src/libcommon/mrlbase/src/LogSinks\.cpp$")),
     (re.compile(r"nlohmann/"), "nlohmann",
      re.compile(r"(common/src/libtesk5/src|tools/radiosim|tools/dialogprobe)/")),
+    (re.compile(r"kainjow/"), "kainjow",
+     re.compile(r"common/src/libtesk5/src/HtmlReport\.cpp$")),
     (re.compile(r"CLI/"), "CLI",
      re.compile(r"(common/src/libtesk5/src|tools/radiosim)/")),
     (re.compile(r"(gtest|gmock|support)/"), "test code", None),

@@ -6,6 +6,7 @@
 PACKAGES=(
     cmake ninja-build g++ g++-mingw-w64-x86-64-posix             # both builds
     nlohmann-json3-dev libcli11-dev libspdlog-dev libfmt-dev     # libraries, used header-only
+    libkainjow-mustache-dev                                      # the same
     googletest                                                   # tests, built from its sources
     wine wine64                                                  # runs the Windows programs
     xvfb xauth xdotool imagemagick                               # a display for them, and eyes
@@ -14,6 +15,7 @@ PACKAGES=(
     python3 python3-jsonschema git                               # packaging, system tests, checks
     tmux                                                         # a terminal that tests read
     libxml2-utils                                                # JUnit reports against their schema
+    chromium poppler-utils                                       # HTML reports, on screen and paper
 )
 # Only the checks of .ci/run need these.
 CHECK_PACKAGES=(clang-format clang-tidy)

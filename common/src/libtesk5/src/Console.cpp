@@ -5,6 +5,7 @@
 
 #include "BadInput.h"
 #include "MeasurementText.h"
+#include "ReportWords.h"
 
 #include <mrl/DisplayWidth.h>
 #include <mrl/Unicode.h>
@@ -45,12 +46,9 @@ void writeEvent(const RaisedEvent& event) {
         "  " + message(event.severity == Severity::error ? "CONSOLE_ERROR" : "CONSOLE_WARNING") +
         " ";
     writeLine(mrl::cout, head + event.text);
-    const std::string& pattern = textOf(event.key).utf8();
-    for (const auto& [name, value] : event.variables) {
-        if (pattern.find("{" + name.utf8() + "}") == std::string::npos) {
-            writeLine(mrl::cout, std::string(mrl::columnsOf(head), ' ') + name.utf8() + ": " +
-                                     value.valueString().utf8());
-        }
+    for (const auto& [name, value] : unspokenVariables(event)) {
+        writeLine(mrl::cout, std::string(mrl::columnsOf(head), ' ') + name.utf8() + ": " +
+                                 value.valueString().utf8());
     }
 }
 

@@ -180,6 +180,7 @@ const std::vector<OptionDescription>& optionDescriptions() {
          {Command::list, Command::run}},
         {"--json", "FILE", "HELP_JSON", "--json report.json", {Command::run}},
         {"--junit", "FILE", "HELP_JUNIT", "--junit report.xml", {Command::run}},
+        {"--html", "FILE", "HELP_HTML", "--html report.html", {Command::run}},
         {"--events", nullptr, "HELP_EVENTS", "run --events --set SSID=Lab", {Command::run}},
         {"--log", "FILE", "HELP_LOG", "--log antenna.log"},
         {"--log-level", "N", "HELP_LOG_LEVEL", "--log-level 0"},

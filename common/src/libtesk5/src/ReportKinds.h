@@ -12,6 +12,7 @@ struct ReportKind {
     const char* option; ///< names the file on the command line
     /// The report's whole text.
     std::string (*text)(const RunRecord& run);
+    bool showsLog = false; ///< whether it wants RunRecord::log
 };
 
 /// Every kind, in the order of the help page.

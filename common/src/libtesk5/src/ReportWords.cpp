@@ -49,6 +49,17 @@ std::vector<std::string> observationLines(const Outcome& outcome) {
     return lines;
 }
 
+Event::Variables unspokenVariables(const RaisedEvent& event) {
+    const std::string& pattern = textOf(event.key).utf8();
+    Event::Variables unspoken;
+    for (const auto& [name, value] : event.variables) {
+        if (pattern.find("{" + name.utf8() + "}") == std::string::npos) {
+            unspoken.emplace_back(name, value);
+        }
+    }
+    return unspoken;
+}
+
 std::vector<std::string> adviceLines(const Findings& advice) {
     std::vector<std::string> lines;
     for (const Finding& finding : advice) {

@@ -14,6 +14,9 @@ std::string resultInWords(const TestResult& result);
 /// What was measured and what else was there, a line each.
 std::vector<std::string> observationLines(const Outcome& outcome);
 
+/// The variables of an event that its text does not carry.
+Event::Variables unspokenVariables(const RaisedEvent& event);
+
 /// What is not as it should be, a line each.
 std::vector<std::string> adviceLines(const Findings& advice);
 

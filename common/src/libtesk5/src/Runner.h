@@ -1,6 +1,7 @@
 // Calls the test functions of a plan, one after another.
 #pragma once
 
+#include "LogKeeper.h"
 #include "Plan.h"
 
 #include <tesk5/Finding.h>
@@ -45,6 +46,7 @@ struct RunRecord {
     std::vector<TestWithoutDevice> withoutDevice;
     std::size_t leftOut = 0; ///< runs that requestAbort() forestalled
     int exitValue = 0;
+    KeptLog log; ///< empty unless a report shows it
 };
 
 /// Thrown for an exception, other than a TeskException, that left a test function: it is to go on

@@ -12,6 +12,7 @@
 #include "Console.h"
 #include "Enumeration.h"
 #include "EventStream.h"
+#include "LogKeeper.h"
 #include "ModuleState.h"
 #include "ReportFile.h"
 #include "ReportKinds.h"
@@ -19,6 +20,7 @@
 #include <mrl/Exception.h>
 #include <mrl/Logger.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace tesk5 {
@@ -196,7 +198,15 @@ int run(const CommandLine& line) {
     } else {
         listeners.add(console);
     }
-    const RunRecord record = execute(tests, devices, line, listeners);
+    std::optional<LogKeeper> log;
+    if (std::any_of(line.reports.begin(), line.reports.end(),
+                    [](const RequestedReport& report) { return report.kind->showsLog; })) {
+        log.emplace();
+    }
+    RunRecord record = execute(tests, devices, line, listeners);
+    if (log) {
+        record.log = log->log();
+    }
     writeReports(line.reports, reports, record);
     listeners.runEnded(record);
     return record.exitValue;

@@ -1,0 +1,55 @@
+// The log of a run for its report, whatever else becomes of the lines.
+#pragma once
+
+#include <mrl/Logger.h>
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tesk5 {
+
+struct LoggedLine {
+    mrl::Clock::UtcTime time;
+    int priority;
+    std::string logger;
+    std::string text; ///< control characters escaped; a very long one is cut and ends in "..."
+};
+
+/// The beginning and the end of a log. A search for an access point fills thousands of lines that
+/// say the same: what led to it and what came of it is worth keeping.
+struct KeptLog {
+    std::vector<LoggedLine> first;
+    std::size_t leftOut = 0; ///< number of lines between the two
+    std::deque<LoggedLine> last;
+
+    static constexpr std::size_t FIRST = 500;
+    static constexpr std::size_t LAST = 1000;
+    static constexpr std::size_t LONGEST_TEXT = 1000;
+};
+
+/// Keeps log lines of priority 1 and above while it lives; one at a time. Lines that the threshold
+/// admitted before go on to the sink that was there, and no others do.
+///
+/// Loggers admit priority 1 meanwhile, as with --log: what code does only for the sake of a line,
+/// it does then too.
+/// Threads: lines may come from any; the rest belongs to the thread of the run.
+class LogKeeper {
+public:
+    LogKeeper();
+    LogKeeper(const LogKeeper&) = delete;
+    LogKeeper& operator=(const LogKeeper&) = delete;
+    ~LogKeeper();
+
+    /// What has come so far.
+    KeptLog log() const;
+
+private:
+    class Sink;
+    int m_threshold; ///< as it was before
+    std::shared_ptr<mrl::LogSink> m_before;
+    std::shared_ptr<Sink> m_sink;
+};
+
+} // namespace tesk5
