@@ -64,11 +64,12 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
             spaces += piece;
             continue;
         }
-        std::string& line = lines.back();
-        if (line.empty()) {
-            line = piece;
-        } else if (mrl::columnsOf(line + spaces + piece) <= columns) {
-            line += spaces + piece;
+        std::string longer = lines.back();
+        longer.append(spaces).append(piece);
+        if (lines.back().empty()) {
+            lines.back() = piece;
+        } else if (mrl::columnsOf(longer) <= columns) {
+            lines.back() = std::move(longer);
         } else {
             lines.push_back(piece);
         }
