@@ -17,10 +17,12 @@ CODE = {
     "tesk5": ("common/src/libtesk5",),
     "mrlrantenna": ("modules/src/windows/diag/mrlrantenna", "common/src/libuikit"),
 }
-SUFFIXES = (".h", ".cpp", ".rc")
+SUFFIXES = (".h", ".cpp", ".rc", ".html")
 LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
 KEY = re.compile(r"[A-Z][A-Z0-9]*(?:_[A-Z0-9]+)+$")
 BEGINNING = re.compile(r"[A-Z][A-Z0-9_]*_$")
+# Templates of pages name their texts so.
+IN_PAGE = re.compile(r"\{\{\s*([A-Z][A-Z0-9_]*)\s*\}\}")
 # Calls whose first argument is a key, whatever it looks like.
 LOOKED_UP = re.compile(r'\b(?:message|Message|textOf|createLocalizedString|createEvent)\s*\(\s*"([^"]+)"')
 COMMENT = re.compile(r"//[^\n]*")
@@ -46,7 +48,7 @@ def check_part(root, part, folders, known_elsewhere):
     areas = {key.split("_")[0] for key in keys if KEY.match(key)} if part == "tesk5" else set()
     named = set()
     for path, text in code_of(root, folders):
-        literals = set(LITERAL.findall(text))
+        literals = set((IN_PAGE if path.suffix == ".html" else LITERAL).findall(text))
         named |= literals
         wanted = set(LOOKED_UP.findall(text))
         wanted |= {name for name in literals if KEY.match(name) and name.split("_")[0] in areas}

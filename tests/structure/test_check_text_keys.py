@@ -49,6 +49,11 @@ class TextKeys(unittest.TestCase):
         self.assertEqual(self.offences(),
                          ["resources/tesk5/texts/en.json: no code names LIST_NONE"])
 
+    def test_a_page_names_texts_in_double_braces(self):
+        self.texts("tesk5", "LIST_TESTS")
+        self.code(f"{FRAMEWORK}/page.html", '<h1 class="LIST">{{LIST_TESTS}}</h1>{{LIST_NONE}}')
+        self.assertEqual(self.offences(), [f"{FRAMEWORK}/page.html: there is no text of LIST_NONE"])
+
     def test_a_literal_may_name_the_beginning_of_keys(self):
         self.texts("tesk5", "LIST_RESULT_PASS", "LIST_OTHER")
         self.code(f"{FRAMEWORK}/a.cpp", 'message("LIST_RESULT_" + name);')
