@@ -72,8 +72,9 @@ WIN32_HEADERS = re.compile(
 WIN32_PLACES = re.compile(
     r"(common/src/libmfc/.*|common/src/libuikit/.*"
     r"|common/src/libnativewifi/nativewifi/WlanTypes\.h|common/src/libnativewifi/src/[^/]*Win32\.cpp"
-    # A console needs UTF-16 from the system itself, and only the system knows the path and the languages.
-    r"|common/src/libcommon/mrlbase/src/(OutputStream|SystemWin32)\.cpp"
+    # A console needs UTF-16 from the system itself; only the system knows what a name leads to, its
+    # own path and the languages.
+    r"|common/src/libcommon/mrlbase/src/(OutputStream|FilesWin32|SystemWin32)\.cpp"
     r"|tools/radiosim/dll/.*|tools/dialogprobe/.*)$")
 
 # Headers, what they are called, and the places that may include them.
@@ -84,6 +85,8 @@ THIRD_PARTY = (
      re.compile(r"(common/src/libtesk5/src|tools/radiosim|tools/dialogprobe)/")),
     (re.compile(r"kainjow/"), "kainjow",
      re.compile(r"common/src/libtesk5/src/HtmlReport\.cpp$")),
+    (re.compile(r"toml\+\+/"), "toml++",
+     re.compile(r"common/src/libtesk5/src/ConfigFile\.cpp$")),
     (re.compile(r"CLI/"), "CLI",
      re.compile(r"(common/src/libtesk5/src|tools/radiosim)/")),
     (re.compile(r"(gtest|gmock|support)/"), "test code", None),

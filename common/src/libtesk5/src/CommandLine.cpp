@@ -191,21 +191,13 @@ int logLevelOf(const std::string& text) {
     return static_cast<int>(*level);
 }
 
-mrl::OutputStream::Colours coloursOf(const std::string& text) {
-    using Colours = mrl::OutputStream::Colours;
-    const std::map<std::string, Colours> words = {
-        {"auto", Colours::automatic}, {"always", Colours::always}, {"never", Colours::never}};
-    const auto known = words.find(text);
-    if (known == words.end()) {
-        throw BadInput{message("INPUT_COLOR", {{"Text", text}})};
-    }
-    return known->second;
-}
-
 void refuseForeignOptions(const ParsedArguments& parsed, Command command) {
     for (const OptionDescription& option : optionDescriptions()) {
         if (!parsed.given(option.name) || goesWith(option, command)) {
             continue;
+        }
+        if (command == Command::run) {
+            throw BadInput{message("CONFIG_OPTION_NOT_WITH_RUN", {{"Option", option.name}})};
         }
         const CommandDescription* named = parsed.command();
         const bool forRun = option.commands == std::vector<Command>{Command::run};
@@ -237,6 +229,14 @@ std::optional<std::string> languageAskedFor(const std::vector<std::string>& argu
     return std::nullopt;
 }
 
+std::optional<mrl::OutputStream::Colours> coloursNamed(const std::string& word) {
+    using Colours = mrl::OutputStream::Colours;
+    static const std::map<std::string, Colours> words = {
+        {"auto", Colours::automatic}, {"always", Colours::always}, {"never", Colours::never}};
+    const auto known = words.find(word);
+    return known == words.end() ? std::nullopt : std::optional(known->second);
+}
+
 CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     refuseMisplacedValues(arguments);
     const ParsedArguments parsed(arguments);
@@ -250,6 +250,9 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
         line.command = parsed.command()->command;
     }
     refuseForeignOptions(parsed, line.command);
+    if (parsed.given("--config-template")) {
+        line.command = Command::configTemplate;
+    }
     for (const std::string& name : parsed.tests()) {
         line.tests.emplace_back(name);
     }
@@ -264,10 +267,14 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
         }
     }
     line.events = parsed.given("--events");
+    line.configFile = parsed.value("--config");
     line.logFile = parsed.value("--log");
     line.quiet = parsed.given("--quiet");
     if (const std::optional<std::string> when = parsed.value("--color")) {
-        line.colours = coloursOf(*when);
+        line.colours = coloursNamed(*when);
+        if (!line.colours) {
+            throw BadInput{message("INPUT_COLOR", {{"Text", *when}})};
+        }
     }
     line.language = parsed.value("--language");
     if (const std::optional<std::string> level = parsed.value("--log-level")) {

@@ -14,7 +14,7 @@ namespace tesk5 {
 struct ReportKind;
 struct CommandDescription;
 
-enum class Command { list, run, help, version };
+enum class Command { list, run, configTemplate, help, version };
 
 /// One --set.
 struct Setting {
@@ -40,10 +40,14 @@ struct CommandLine {
     std::optional<std::string> logFile;
     std::optional<int> logLevel;
     std::optional<std::string> language;
+    std::optional<std::string> configFile;
     const CommandDescription* helpOn = nullptr; ///< the command to help with; null for all of them
     bool quiet = false;
-    mrl::OutputStream::Colours colours = mrl::OutputStream::Colours::automatic;
+    std::optional<mrl::OutputStream::Colours> colours;
 };
+
+/// What --color means by "auto", "always" or "never"; nothing for any other word.
+std::optional<mrl::OutputStream::Colours> coloursNamed(const std::string& word);
 
 /// The value of --language, wherever it stands, for texts that are needed before the rest is read;
 /// nothing when it is not there or has no value.

@@ -72,7 +72,8 @@ mrl::CharString folded(mrl::CharView text) {
 
 } // namespace
 
-std::vector<const Test*> chooseTests(Registry& registry, const std::vector<TeskString>& names) {
+std::vector<const Test*> chooseTests(const Registry& registry,
+                                     const std::vector<TeskString>& names) {
     std::vector<const Test*> tests;
     for (const Test& test : registry.tests) {
         if (names.empty() && !test.interactive()) {

@@ -19,7 +19,8 @@ struct PlannedRun {
 /// The tests of these names in this order; without names every test that is not interactive, in
 /// the order of registration.
 /// Failure: throws BadInput for a name that is unknown or given twice
-std::vector<const Test*> chooseTests(Registry& registry, const std::vector<TeskString>& names);
+std::vector<const Test*> chooseTests(const Registry& registry,
+                                     const std::vector<TeskString>& names);
 
 /// Gives every parameter its value: the default, or what `settings` say.
 /// Failure: throws BadInput for a setting that no parameter of `tests` takes, and for a parameter

@@ -6,12 +6,14 @@ namespace {
 
 template <typename Objects, typename Name>
 auto* findIn(Objects& objects, Name name, const TeskString& wanted) {
+    decltype(&objects.front()) found = nullptr;
     for (auto& object : objects) {
         if ((object.*name)() == wanted) {
-            return &object;
+            found = &object;
+            break;
         }
     }
-    return static_cast<typename Objects::value_type*>(nullptr);
+    return found;
 }
 
 } // namespace
@@ -23,6 +25,10 @@ Registry& Registry::instance() {
 }
 
 Test* Registry::findTest(const TeskString& name) {
+    return findIn(tests, &Test::name, name);
+}
+
+const Test* Registry::findTest(const TeskString& name) const {
     return findIn(tests, &Test::name, name);
 }
 

@@ -9,6 +9,7 @@
 #include <tesk5/Texts.h>
 
 #include "BadInput.h"
+#include "ConfigFile.h"
 #include "Console.h"
 #include "Enumeration.h"
 #include "EventStream.h"
@@ -46,6 +47,7 @@ void refuseSharedFiles(const CommandLine& line) {
             files.push_back({option, *path});
         }
     };
+    add("--config", line.configFile);
     add("--devices", line.devicesFile);
     for (const RequestedReport& report : line.reports) {
         files.push_back({report.kind->option, report.file});
@@ -172,14 +174,20 @@ private:
     Console& m_console;
 };
 
+void useColoursOf(const CommandLine& line) {
+    mrl::cout.useColours(line.colours.value_or(mrl::OutputStream::Colours::automatic));
+}
+
 ConsoleStyle styleFor(const CommandLine& line) {
     // A log on standard error would be written into the middle of a live line.
     const bool logAmong = line.logLevel && !line.logFile;
     return {line.quiet, mrl::cout.isTerminal() && !line.quiet && !logAmong};
 }
 
-int run(const CommandLine& line) {
+int run(const CommandLine& given) {
     Registry& registry = Registry::instance();
+    const CommandLine line = withConfiguration(given, registry);
+    useColoursOf(line);
     const std::vector<const Test*> tests = chooseTests(registry, line.tests);
     applySettings(registry, line.settings, tests);
     refuseSharedFiles(line);
@@ -221,6 +229,17 @@ void useLanguageAskedFor() {
     }
 }
 
+std::string programName() {
+    const std::string& program = ModuleState::instance().program;
+    return program.empty() ? std::string(moduleInfo().name) : program;
+}
+
+int showConfigTemplate() {
+    mrl::cout << std::string_view(configTemplate(Registry::instance(), programName()));
+    mrl::cout.flush();
+    return 0;
+}
+
 int version() {
     const ModuleState& module = ModuleState::instance();
     writeLine(mrl::cout, message("HELP_VERSION_LINE", {{"Program", std::string(moduleInfo().name)},
@@ -230,15 +249,13 @@ int version() {
 }
 
 int help(const CommandLine& line) {
-    const std::string& program = ModuleState::instance().program;
-    mrl::cout << std::string_view(
-        helpPage(program.empty() ? std::string(moduleInfo().name) : program, line.helpOn));
+    mrl::cout << std::string_view(helpPage(programName(), line.helpOn));
     mrl::cout.flush();
     return 0;
 }
 
 int follow(const CommandLine& line) {
-    mrl::cout.useColours(line.colours);
+    useColoursOf(line);
     switch (line.command) {
     case Command::help:
         return help(line);
@@ -247,6 +264,9 @@ int follow(const CommandLine& line) {
     case Command::run:
         initializeModule();
         return run(line);
+    case Command::configTemplate:
+        initializeModule();
+        return showConfigTemplate();
     case Command::list:
         break;
     }

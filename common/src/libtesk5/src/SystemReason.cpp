@@ -43,4 +43,19 @@ Message lastSystemReason(const Message& none) {
     return systemReason({errno, std::generic_category()}, none);
 }
 
+Message fileReason(const mrl::FileFailure& failure) {
+    using Reason = mrl::FileFailure::Reason;
+    switch (failure.reason) {
+    case Reason::directory:
+        return Message("INPUT_FILE_IS_DIRECTORY");
+    case Reason::notOrdinary:
+        return Message("INPUT_FILE_NOT_ORDINARY");
+    case Reason::tooLarge:
+        return Message("CONFIG_FILE_TOO_LARGE");
+    case Reason::system:
+        break;
+    }
+    return systemReason(failure.error, Message("INPUT_FILE_UNREADABLE"));
+}
+
 } // namespace tesk5

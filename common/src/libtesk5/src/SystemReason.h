@@ -3,6 +3,8 @@
 
 #include "Message.h"
 
+#include <mrl/Files.h>
+
 #include <system_error>
 
 namespace tesk5 {
@@ -13,5 +15,8 @@ Message systemReason(const std::error_code& error, const Message& none);
 
 /// The same of errno.
 Message lastSystemReason(const Message& none);
+
+/// Why a file was not read.
+Message fileReason(const mrl::FileFailure& failure);
 
 } // namespace tesk5

@@ -126,6 +126,10 @@ bool setLanguage(std::string_view tag) {
     return true;
 }
 
+bool hasLanguage(std::string_view tag) {
+    return availableFor(tag, availableLanguages()).has_value();
+}
+
 std::vector<std::string> availableLanguages() {
     return languagesOf(sources());
 }

@@ -24,6 +24,7 @@ struct Registry {
 
     /// The object of that name or key, or null.
     Test* findTest(const TeskString& name);
+    const Test* findTest(const TeskString& name) const;
     Parameter* findParameter(const TeskString& name);
     Event* findEvent(const TeskString& key);
     LocalizedString* findLocalizedString(const TeskString& key);

@@ -35,6 +35,9 @@ std::string language();
 /// \return whether there are texts for the tag; if not, nothing has changed
 bool setLanguage(std::string_view tag);
 
+/// Whether there are texts for the tag, as setLanguage() would take them.
+bool hasLanguage(std::string_view tag);
+
 /// The tags of all languages that have texts, in alphabetical order.
 std::vector<std::string> availableLanguages();
 

@@ -1,0 +1,76 @@
+#include <mrl/Files.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace mrl {
+
+namespace {
+
+class Descriptor {
+public:
+    explicit Descriptor(int value) : m_value(value) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (m_value >= 0) {
+            close(m_value);
+        }
+    }
+    int get() const { return m_value; }
+
+private:
+    int m_value;
+};
+
+[[noreturn]] void failWithLastError() {
+    throw FileFailure{FileFailure::Reason::system, {errno, std::generic_category()}};
+}
+
+} // namespace
+
+FileKind fileKind(const std::filesystem::path& path) {
+    struct stat status = {};
+    if (stat(path.c_str(), &status) != 0) {
+        return FileKind::missing;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        return FileKind::directory;
+    }
+    return S_ISREG(status.st_mode) ? FileKind::ordinary : FileKind::other;
+}
+
+std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) {
+    using Reason = FileFailure::Reason;
+    // O_NONBLOCK: a pipe without a writer must not hold the program up.
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status = {};
+    if (file.get() < 0 || fstat(file.get(), &status) != 0) {
+        failWithLastError();
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw FileFailure{S_ISDIR(status.st_mode) ? Reason::directory : Reason::notOrdinary, {}};
+    }
+    // Read to the end rather than to the size: some systems' ordinary files have none to tell.
+    std::string bytes;
+    for (;;) {
+        constexpr std::size_t PIECE = 0x10000;
+        const std::size_t begin = bytes.size();
+        bytes.resize(begin + PIECE);
+        const ssize_t count = read(file.get(), bytes.data() + begin, PIECE);
+        if (count < 0) {
+            failWithLastError();
+        }
+        bytes.resize(begin + static_cast<std::size_t>(count));
+        if (bytes.size() > limit) {
+            throw FileFailure{Reason::tooLarge, {}};
+        }
+        if (count == 0) {
+            return bytes;
+        }
+    }
+}
+
+} // namespace mrl

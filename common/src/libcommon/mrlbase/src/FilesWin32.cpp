@@ -1,0 +1,139 @@
+// Windows finds devices in every folder (NUL, COM1, con.txt) and takes pipes for files, so names
+// are looked at before anything is opened, and handles before anything is read.
+#include <mrl/Files.h>
+
+#include <mrl/Types.h>
+#include <mrl/Unicode.h>
+
+#include <windows.h>
+
+#include <algorithm>
+
+namespace mrl {
+
+namespace {
+
+class FileHandle {
+public:
+    explicit FileHandle(HANDLE value) : m_value(value) {}
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+    ~FileHandle() {
+        if (m_value != INVALID_HANDLE_VALUE) {
+            CloseHandle(m_value);
+        }
+    }
+    HANDLE get() const { return m_value; }
+
+private:
+    HANDLE m_value;
+};
+
+CharString fullName(const std::filesystem::path& path) {
+    CharString name(MAX_PATH, Char());
+    for (;;) {
+        const DWORD length =
+            GetFullPathNameW(path.c_str(), static_cast<DWORD>(name.size()), name.data(), nullptr);
+        if (length < name.size()) {
+            name.resize(length); // 0 for what is no name, such as the empty one
+            return name;
+        }
+        name.resize(length);
+    }
+}
+
+bool startsWith(CharView text, CharView start) {
+    return equalNoCase(text.substr(0, start.size()), start);
+}
+
+// Whether a full name leads into the system's name space for devices, or to another computer's
+// pipes and mail slots.
+bool namesDevice(CharView name) {
+    constexpr CharView DEVICES = L"\\\\.\\";
+    constexpr CharView VERBATIM = L"\\\\?\\";
+    constexpr CharView VERBATIM_SHARE = L"\\\\?\\UNC\\";
+    constexpr CharView SHARE = L"\\\\";
+    if (startsWith(name, DEVICES)) {
+        return true;
+    }
+    CharView share;
+    if (startsWith(name, VERBATIM_SHARE)) {
+        share = name.substr(VERBATIM_SHARE.size());
+    } else if (startsWith(name, VERBATIM)) {
+        const CharView rest = name.substr(VERBATIM.size());
+        return rest.size() < 2 || rest[1] != L':'; // all but a drive
+    } else if (startsWith(name, SHARE)) {
+        share = name.substr(SHARE.size());
+    } else {
+        return false;
+    }
+    const std::size_t server = share.find(L'\\');
+    if (server == CharView::npos) {
+        return false;
+    }
+    share.remove_prefix(server + 1);
+    share = share.substr(0, share.find(L'\\'));
+    return equalNoCase(share, L"pipe") || equalNoCase(share, L"mailslot");
+}
+
+[[noreturn]] void fail(DWORD error) {
+    throw FileFailure{FileFailure::Reason::system,
+                      {static_cast<int>(error), std::system_category()}};
+}
+
+} // namespace
+
+FileKind fileKind(const std::filesystem::path& path) {
+    if (namesDevice(fullName(path))) {
+        return FileKind::other;
+    }
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        return FileKind::missing;
+    }
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? FileKind::directory : FileKind::ordinary;
+}
+
+std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) {
+    using Reason = FileFailure::Reason;
+    switch (fileKind(path)) {
+    case FileKind::other:
+        throw FileFailure{Reason::notOrdinary, {}};
+    case FileKind::directory:
+        throw FileFailure{Reason::directory, {}};
+    default:
+        break;
+    }
+    // A link may still lead to a pipe: with SECURITY_ANONYMOUS its server learns nothing.
+    // ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION,
+    // ERROR_INVALID_NAME
+    const FileHandle file(CreateFileW(
+        path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+        OPEN_EXISTING, SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS, nullptr));
+    if (file.get() == INVALID_HANDLE_VALUE) {
+        fail(GetLastError());
+    }
+    if (GetFileType(file.get()) != FILE_TYPE_DISK) {
+        throw FileFailure{Reason::notOrdinary, {}};
+    }
+    std::string bytes;
+    for (;;) {
+        constexpr DWORD PIECE = 0x10000;
+        const std::size_t begin = bytes.size();
+        bytes.resize(begin + PIECE);
+        DWORD count = 0;
+        // ERROR_LOCK_VIOLATION, and whatever the disk reports
+        if (ReadFile(file.get(), bytes.data() + begin, PIECE, &count, nullptr) == 0) {
+            fail(GetLastError());
+        }
+        bytes.resize(begin + count);
+        if (bytes.size() > limit) {
+            throw FileFailure{Reason::tooLarge, {}};
+        }
+        if (count == 0) {
+            return bytes;
+        }
+    }
+}
+
+} // namespace mrl

@@ -1,0 +1,331 @@
+// The configuration file, read by toml++, which knows the place of every key and value.
+#include "ConfigFile.h"
+
+#include <tesk5/Texts.h>
+
+#include "BadInput.h"
+#include "Plan.h"
+#include "SystemReason.h"
+
+#include <mrl/Files.h>
+#include <mrl/System.h>
+#include <mrl/Unicode.h>
+
+// Only its parser is of use here.
+#define TOML_ENABLE_FORMATTERS 0
+#define TOML_ENABLE_WINDOWS_COMPAT 0
+#include <toml++/toml.h>
+
+#include <algorithm>
+#include <set>
+
+namespace tesk5 {
+
+namespace {
+
+// Far more than anybody writes by hand.
+constexpr std::size_t LARGEST_FILE = 0x10000;
+
+constexpr const char* PARAMETERS = "parameters";
+
+// The parser goes as deep as keys have parts, a.b.c and so on, and has no limit of its own: a file
+// of nothing else would exhaust the stack.
+constexpr mrl::Uint32 MOST_DOTS = 2000;
+
+// Something that is wrong, and where.
+struct Problem {
+    toml::source_position place;
+    std::string reason;
+};
+
+[[noreturn]] void refuse(const std::string& file, const Problem& problem) {
+    throw BadInput{message("CONFIG_UNUSABLE_AT", {{"File", file},
+                                                  {"Line", problem.place.line},
+                                                  {"Column", problem.place.column},
+                                                  {"Reason", problem.reason}})};
+}
+
+// Some shells redirect into UTF-16, and the template is made to be redirected.
+std::string inUtf8(const std::string& bytes) {
+    if (!bytes.starts_with("\xFF\xFE")) {
+        return bytes;
+    }
+    mrl::CharString units(bytes.size() / 2 - 1, mrl::Char());
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        const auto low = static_cast<unsigned char>(bytes[2 * i + 2]);
+        const auto high = static_cast<unsigned char>(bytes[2 * i + 3]);
+        units[i] = static_cast<mrl::Char>(low | high << 8U);
+    }
+    return mrl::toUtf8(units);
+}
+
+std::optional<Problem> tooManyDots(const std::string& text) {
+    toml::source_position place{1, 1};
+    mrl::Uint32 dots = 0;
+    for (const char letter : text) {
+        if (letter == '.' && ++dots > MOST_DOTS) {
+            return Problem{place, message("CONFIG_TOO_MANY_DOTS", {{"Most", MOST_DOTS}})};
+        }
+        place = letter == '\n' ? toml::source_position{place.line + 1, 1}
+                               : toml::source_position{place.line, place.column + 1};
+    }
+    return std::nullopt;
+}
+
+toml::table parsed(const std::string& file) {
+    try {
+        const std::string text = inUtf8(mrl::readWholeFile(mrl::System::path(file), LARGEST_FILE));
+        if (const std::optional<Problem> problem = tooManyDots(text)) {
+            refuse(file, *problem);
+        }
+        return toml::parse(text);
+    } catch (const mrl::FileFailure& failure) {
+        throw BadInput{
+            message("CONFIG_UNREADABLE", {{"File", file}, {"Reason", fileReason(failure).text()}})};
+    } catch (const toml::parse_error& error) {
+        refuse(file, {error.source().begin, std::string(error.description())});
+    }
+}
+
+// What a value is, as somebody would call it who has just written it.
+std::string kindOf(const toml::node& node) {
+    switch (node.type()) {
+    case toml::node_type::table:
+        return message("CONFIG_IS_TABLE");
+    case toml::node_type::array:
+        return message("CONFIG_IS_LIST");
+    case toml::node_type::string:
+        return message("CONFIG_IS_TEXT");
+    case toml::node_type::integer:
+        return std::to_string(node.as_integer()->get());
+    case toml::node_type::floating_point:
+        return message("CONFIG_IS_FRACTION");
+    case toml::node_type::boolean:
+        return message("CONFIG_IS_SWITCH");
+    default:
+        return message("CONFIG_IS_TIME");
+    }
+}
+
+constexpr UnknownName UNKNOWN_KEY = {"CONFIG_UNKNOWN_KEY", "CONFIG_UNKNOWN_KEY_NEAREST"};
+constexpr UnknownName UNKNOWN_KEY_IN_TABLE = {"CONFIG_UNKNOWN_KEY_IN_TABLE",
+                                              "CONFIG_UNKNOWN_KEY_IN_TABLE_NEAREST"};
+
+class ConfigReader {
+public:
+    ConfigReader(const std::string& file, const Registry& registry)
+        : m_folder(mrl::System::path(file).parent_path()), m_keys(configKeys(registry)) {
+        for (const ConfigKey& key : m_keys) {
+            m_tables.insert(key.table);
+        }
+        m_tables.erase("");
+    }
+
+    CommandLine read(const toml::table& root) {
+        CommandLine line;
+        for (const auto& [name, node] : root) {
+            if (m_tables.contains(std::string(name.str()))) {
+                readTable(std::string(name.str()), node, line);
+            } else {
+                readKey("", name, node, line);
+            }
+        }
+        return line;
+    }
+
+    /// The one nearest to the file's beginning; nothing when all is well.
+    std::optional<Problem> firstProblem() const {
+        const auto earlier = [](const Problem& a, const Problem& b) { return a.place < b.place; };
+        const auto first = std::min_element(m_problems.begin(), m_problems.end(), earlier);
+        return first == m_problems.end() ? std::nullopt : std::optional(*first);
+    }
+
+private:
+    void readTable(const std::string& table, const toml::node& node, CommandLine& line) {
+        const toml::table* const entries = node.as_table();
+        if (entries == nullptr) {
+            m_problems.push_back(
+                {node.source().begin,
+                 message("CONFIG_NO_TABLE", {{"Name", table}, {"Found", kindOf(node)}})});
+            return;
+        }
+        for (const auto& [name, entry] : *entries) {
+            readKey(table, name, entry, line);
+        }
+    }
+
+    void readKey(const std::string& table, const toml::key& name, const toml::node& node,
+                 CommandLine& line) {
+        const auto key = std::find_if(m_keys.begin(), m_keys.end(), [&](const ConfigKey& known) {
+            return known.table == table && known.name == name.str();
+        });
+        if (key == m_keys.end()) {
+            m_problems.push_back(
+                {name.source().begin, aboutUnknownKey(table, std::string(name.str()))});
+            return;
+        }
+        const toml::array* const list = node.as_array();
+        if (list == nullptr || !key->several) {
+            readValue(*key, node, line);
+            return;
+        }
+        for (const toml::node& item : *list) {
+            readValue(*key, item, line);
+        }
+    }
+
+    void readValue(const ConfigKey& key, const toml::node& node, CommandLine& line) {
+        const std::optional<std::string> value = valueOf(key, node);
+        if (!value) {
+            m_problems.push_back(
+                {node.source().begin,
+                 message(wantedOf(key),
+                         {{"Name", key.name}, {"Highest", key.highest}, {"Found", kindOf(node)}})});
+            return;
+        }
+        // Of parameters alone the empty text has a meaning: no value.
+        if (value->find('\0') != std::string::npos || (value->empty() && key.table != PARAMETERS)) {
+            m_problems.push_back({node.source().begin, message("CONFIG_USELESS_TEXT")});
+            return;
+        }
+        const bool isFile = key.kind == ConfigKey::Kind::file;
+        if (const auto reason = key.take(line, isFile ? besideTheFile(*value) : *value)) {
+            m_problems.push_back({node.source().begin, *reason});
+        }
+    }
+
+    /// Key of the text that tells what it takes.
+    static const char* wantedOf(const ConfigKey& key) {
+        switch (key.kind) {
+        case ConfigKey::Kind::number:
+            return "CONFIG_NO_NUMBER";
+        case ConfigKey::Kind::toggle:
+            return "CONFIG_NO_SWITCH";
+        default:
+            return key.several ? "CONFIG_NO_TEXTS" : "CONFIG_NO_TEXT";
+        }
+    }
+
+    static std::optional<std::string> valueOf(const ConfigKey& key, const toml::node& node) {
+        if (key.kind == ConfigKey::Kind::number) {
+            return numberOf(key, node);
+        }
+        if (key.kind != ConfigKey::Kind::toggle) {
+            return node.value_exact<std::string>();
+        }
+        const std::optional<bool> on = node.value_exact<bool>();
+        return on ? std::optional<std::string>(*on ? "true" : "false") : std::nullopt;
+    }
+
+    static std::optional<std::string> numberOf(const ConfigKey& key, const toml::node& node) {
+        const toml::value<std::int64_t>* const number = node.as_integer();
+        if (number == nullptr || number->get() < 0 || number->get() > key.highest) {
+            return std::nullopt;
+        }
+        return std::to_string(number->get());
+    }
+
+    // A station's files stay together, wherever the program is started from.
+    std::string besideTheFile(const std::string& path) const {
+        const std::u8string whole =
+            (m_folder / mrl::System::path(path)).lexically_normal().u8string();
+        return {whole.begin(), whole.end()};
+    }
+
+    // A key that is known in another table is most likely under the wrong heading.
+    std::string aboutUnknownKey(const std::string& table, const std::string& name) const {
+        std::vector<std::string> names;
+        for (const ConfigKey& key : m_keys) {
+            if (key.name == name) {
+                return key.table.empty()
+                           ? message("CONFIG_KEY_OF_NO_TABLE", {{"Name", name}, {"Table", table}})
+                           : message("CONFIG_KEY_OF_TABLE", {{"Name", name}, {"Table", key.table}});
+            }
+            if (key.table == table) {
+                names.push_back(key.name);
+            }
+        }
+        if (table.empty()) {
+            names.insert(names.end(), m_tables.begin(), m_tables.end());
+        }
+        return table.empty() ? aboutUnknown(UNKNOWN_KEY, name, names)
+                             : aboutUnknown(UNKNOWN_KEY_IN_TABLE, name, names, {{"Table", table}});
+    }
+
+    std::filesystem::path m_folder;
+    std::vector<ConfigKey> m_keys;
+    std::set<std::string> m_tables;
+    std::vector<Problem> m_problems;
+};
+
+// Comes before everything else that can be said of the file, so that it is said in its language.
+void useLanguageOf(const toml::table& root) {
+    const toml::value<std::string>* const tag = root["language"].as_string();
+    if (tag != nullptr) {
+        setLanguage(tag->get()); // one that is not there is refused when the keys are read
+    }
+}
+
+bool isTakenBy(const std::vector<const Test*>& tests, const TeskString& name) {
+    return std::any_of(tests.begin(), tests.end(), [&name](const Test* test) {
+        const std::vector<const Parameter*>& taken = test->parameters();
+        return std::any_of(taken.begin(), taken.end(), [&name](const Parameter* parameter) {
+            return parameter->name() == name;
+        });
+    });
+}
+
+template <typename T>
+void addMissing(std::optional<T>& value, const std::optional<T>& standard) {
+    if (!value) {
+        value = standard;
+    }
+}
+
+} // namespace
+
+CommandLine withConfiguration(CommandLine line, const Registry& registry) {
+    if (!line.configFile) {
+        return line;
+    }
+    const toml::table root = parsed(*line.configFile);
+    if (!line.language) {
+        useLanguageOf(root);
+    }
+    ConfigReader reader(*line.configFile, registry);
+    CommandLine standard = reader.read(root);
+    if (const std::optional<Problem> problem = reader.firstProblem()) {
+        refuse(*line.configFile, *problem);
+    }
+    if (line.tests.empty()) {
+        line.tests = std::move(standard.tests);
+    }
+    const std::vector<const Test*> running = chooseTests(registry, line.tests);
+    const std::vector<Setting> given = line.settings;
+    for (Setting& setting : standard.settings) {
+        const bool overridden =
+            std::any_of(given.begin(), given.end(),
+                        [&setting](const Setting& other) { return other.name == setting.name; });
+        if (!overridden && isTakenBy(running, setting.name)) {
+            line.settings.push_back(std::move(setting));
+        }
+    }
+    for (RequestedReport& report : standard.reports) {
+        const bool overridden =
+            std::any_of(line.reports.begin(), line.reports.end(),
+                        [&report](const auto& other) { return other.kind == report.kind; });
+        if (!overridden) {
+            line.reports.push_back(std::move(report));
+        }
+    }
+    addMissing(line.device, standard.device);
+    addMissing(line.devicesFile, standard.devicesFile);
+    addMissing(line.logFile, standard.logFile);
+    addMissing(line.logLevel, standard.logLevel);
+    addMissing(line.language, standard.language);
+    addMissing(line.colours, standard.colours);
+    line.quiet = line.quiet || standard.quiet;
+    return line;
+}
+
+} // namespace tesk5

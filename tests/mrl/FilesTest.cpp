@@ -1,0 +1,119 @@
+#include <support/TemporaryFolder.h>
+
+#include <mrl/Files.h>
+
+#include <gmock/gmock.h>
+
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
+namespace test {
+
+namespace {
+
+using mrl::FileFailure;
+using mrl::FileKind;
+using Reason = FileFailure::Reason;
+
+class Files : public testing::Test {
+protected:
+    std::filesystem::path fileWith(const std::string& text) {
+        std::filesystem::path path = m_folder.path() / "f";
+        std::ofstream(path, std::ios::binary) << text;
+        return path;
+    }
+    static Reason failureOf(const std::filesystem::path& path) {
+        try {
+            mrl::readWholeFile(path, 8);
+        } catch (const FileFailure& failure) {
+            return failure.reason;
+        }
+        ADD_FAILURE() << path << " was read";
+        return Reason::system;
+    }
+    static void expectRefused(const std::filesystem::path& path) {
+        EXPECT_EQ(mrl::fileKind(path), FileKind::other) << path;
+        EXPECT_EQ(failureOf(path), Reason::notOrdinary) << path;
+    }
+
+    TemporaryFolder m_folder;
+};
+
+TEST_F(Files, AreReadByteForByte) {
+    const std::string bytes("\0\r\n\x1A\xFF", 5);
+    EXPECT_EQ(mrl::readWholeFile(fileWith(bytes), 5), bytes);
+    EXPECT_EQ(mrl::fileKind(fileWith(bytes)), FileKind::ordinary);
+    EXPECT_EQ(mrl::readWholeFile(fileWith(""), 5), "");
+    const std::string large(300000, 'x');
+    EXPECT_EQ(mrl::readWholeFile(fileWith(large), large.size()), large);
+}
+
+TEST_F(Files, AreNotReadBeyondTheLimit) {
+    EXPECT_EQ(failureOf(fileWith("123456789")), Reason::tooLarge);
+    EXPECT_EQ(failureOf(fileWith(std::string(300000, 'x'))), Reason::tooLarge);
+}
+
+TEST_F(Files, ThatAreNotThereHaveTheSystemsReason) {
+    const std::filesystem::path missing = m_folder.path() / "missing";
+    EXPECT_EQ(mrl::fileKind(missing), FileKind::missing);
+    try {
+        mrl::readWholeFile(missing, 8);
+        GTEST_FAIL() << "it was read";
+    } catch (const FileFailure& failure) {
+        EXPECT_EQ(failure.reason, Reason::system);
+        EXPECT_EQ(failure.error, std::errc::no_such_file_or_directory);
+    }
+}
+
+TEST_F(Files, AreNoFolders) {
+    EXPECT_EQ(mrl::fileKind(m_folder.path()), FileKind::directory);
+    EXPECT_EQ(failureOf(m_folder.path()), Reason::directory);
+}
+
+#ifdef _WIN32
+
+TEST_F(Files, AreNoDevicesWhateverTheirFolder) {
+    for (const char* name : {"NUL", "nul", "CON", "CONIN$", "COM1", "LPT1", "AUX", "PRN",
+                             "\\\\.\\COM1", "\\\\.\\C:", "\\\\.\\PhysicalDrive0", "//./NUL"}) {
+        expectRefused(mrl::System::path(name));
+    }
+}
+
+TEST_F(Files, AreNoPipesAndMailSlots) {
+    for (const char* name :
+         {"\\\\.\\pipe\\x", "\\\\?\\pipe\\x", "\\\\server\\pipe\\x", "\\\\server\\PIPE\\x",
+          "//server/pipe/x", "\\\\?\\UNC\\server\\pipe\\x", "\\\\server\\mailslot\\x",
+          "\\\\?\\GLOBALROOT\\Device\\Null"}) {
+        expectRefused(mrl::System::path(name));
+    }
+    for (const char* name : {"\\\\server\\share\\pipe\\x", "\\\\server\\pipes\\x", "pipe\\x"}) {
+        EXPECT_NE(mrl::fileKind(mrl::System::path(name)), FileKind::other) << name;
+    }
+}
+
+TEST_F(Files, MayHaveLongVerbatimNames) {
+    const std::filesystem::path path = fileWith("x");
+    EXPECT_EQ(mrl::readWholeFile(L"\\\\?\\" + path.native(), 8), "x");
+}
+
+#else
+
+TEST_F(Files, AreNoDevices) {
+    expectRefused("/dev/null");
+    expectRefused("/dev/zero");
+    std::filesystem::create_symlink("/dev/null", m_folder.path() / "link");
+    expectRefused(m_folder.path() / "link");
+}
+
+TEST_F(Files, AreNoPipesAndDoNotWaitForTheOtherEnd) {
+    const std::filesystem::path pipe = m_folder.path() / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    expectRefused(pipe);
+}
+
+#endif
+
+} // namespace
+
+} // namespace test
