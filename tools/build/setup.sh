@@ -18,7 +18,7 @@ PACKAGES=(
     chromium poppler-utils                                       # HTML reports, on screen and paper
 )
 # Only the checks of .ci/run need these.
-CHECK_PACKAGES=(clang-format clang-tidy)
+CHECK_PACKAGES=(clang-format clang-tidy cppcheck)
 
 # What a run of the executable takes: itself, and the simulator.
 PRODUCT_TARGETS=(mrlrantenna radiosim_dll)

@@ -10,7 +10,7 @@ namespace afx {
 namespace {
 
 void CALLBACK freeState(void* state) {
-    const std::unique_ptr<ThreadState> owned(static_cast<ThreadState*>(state));
+    std::default_delete<ThreadState>()(static_cast<ThreadState*>(state));
 }
 
 } // namespace

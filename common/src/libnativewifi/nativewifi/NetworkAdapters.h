@@ -12,8 +12,8 @@ namespace nativewifi {
 /// One adapter as the system's IP layer knows it.
 struct NetworkAdapter {
     mrl::String name; ///< the description that the system shows for it
-    GUID guid;
-    bool mobileBroadband;
+    GUID guid = {};
+    bool mobileBroadband = false;
 };
 
 /// Every adapter but loopback and tunnels, in the system's order. Empty when the system gives

@@ -49,7 +49,7 @@ std::optional<GUID> parseGuid(mrl::CharView text) {
         byte = static_cast<unsigned char>(byte << 4 | value);
         ++nibble;
     }
-    GUID guid;
+    GUID guid = {};
     std::memcpy(&guid, bytes, sizeof guid);
     return guid;
 }

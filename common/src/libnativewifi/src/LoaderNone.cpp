@@ -20,13 +20,14 @@ RPC_STATUS uuidFromString(const mrl::Char* text, GUID* guid) {
 
 RPC_STATUS uuidToString(const GUID* guid, mrl::Char** text) {
     const mrl::String value = guidText(*guid);
-    *text = new mrl::Char[value.length() + 1]; // freed by rpcStringFree
+    // Handed over as the system's function does: the caller gives it back to rpcStringFree().
+    *text = new mrl::Char[value.length() + 1]; // NOLINT(*-owning-memory)
     std::copy_n(value.getUCS2Buffer(), value.length() + 1, *text);
     return RPC_S_OK;
 }
 
 RPC_STATUS rpcStringFree(mrl::Char** text) {
-    delete[] * text;
+    delete[] * text; // NOLINT(*-owning-memory)
     *text = nullptr;
     return RPC_S_OK;
 }

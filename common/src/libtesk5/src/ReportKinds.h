@@ -9,9 +9,9 @@
 namespace tesk5 {
 
 struct ReportKind {
-    const char* option; ///< names the file on the command line
+    const char* option = nullptr; ///< names the file on the command line
     /// The report's whole text.
-    std::string (*text)(const RunRecord& run);
+    std::string (*text)(const RunRecord& run) = nullptr;
     bool showsLog = false; ///< whether it wants RunRecord::log
 };
 

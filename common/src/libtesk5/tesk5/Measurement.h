@@ -10,14 +10,14 @@ namespace tesk5 {
 /// A level that a measured value should lie above.
 struct Limit {
     TeskString name; ///< as the parameter that sets it: "WarningSignalStrength"
-    mrl::Uint32 value;
-    Severity severity; ///< what a value at or below it means
+    mrl::Uint32 value = 0;
+    Severity severity = Severity::error; ///< what a value at or below it means
 };
 
 /// One measured value on a scale, with the limits that were in force.
 struct Measurement {
     TeskString name; ///< for programs, and the key of its text for people
-    mrl::Uint32 value;
+    mrl::Uint32 value = 0;
     TeskString unit; ///< as people write it after a number: "%"
     mrl::Uint32 lowest = 0;
     mrl::Uint32 highest = 100;
@@ -32,8 +32,8 @@ struct Measurement {
 struct Survey {
     struct Entry {
         TeskString name;
-        mrl::Uint32 value;
-        bool measured; ///< the one that the test is about
+        mrl::Uint32 value = 0;
+        bool measured = false; ///< the one that the test is about
     };
 
     TeskString name; ///< for programs, and the key of its text for people

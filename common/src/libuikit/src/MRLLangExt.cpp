@@ -55,8 +55,9 @@ void mirror(HWND dialog) {
 
 class MRLLangExt::Impl {
 public:
-    explicit Impl(HWND dialog) : m_dialog(dialog), m_keys(dialog), m_dpi(GetDpiForWindow(dialog)) {
-        m_font = libUikit::fontForLanguage(fontOf(dialog), libUikit::uiLanguage());
+    explicit Impl(HWND dialog)
+        : m_dialog(dialog), m_keys(dialog), m_dpi(GetDpiForWindow(dialog)),
+          m_font(libUikit::fontForLanguage(fontOf(dialog), libUikit::uiLanguage())) {
         EnumChildWindows(dialog, addChild, reinterpret_cast<LPARAM>(this));
         useFont();
         SetWindowSubclass(dialog, dialogChanged, id(), reinterpret_cast<DWORD_PTR>(this));
