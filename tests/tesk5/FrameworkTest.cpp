@@ -10,13 +10,26 @@
 #include <algorithm>
 #include <array>
 
+namespace {
+
+std::function<void(const tesk5::DiagDevice&, tesk5::Patience, tesk5::Findings&)> g_examination;
+
+void examine(const tesk5::DiagDevice& device, tesk5::Patience patience, tesk5::Findings& findings) {
+    if (g_examination) {
+        g_examination(device, patience, findings);
+    }
+}
+
+} // namespace
+
 namespace tesk5 {
 
 const ModuleInfo& moduleInfo() {
     static const ModuleInfo info{"example", R"({
         "WEAK": "The signal of {Name} is {Strength} %.",
         "PLAIN": "Something happened."
-    })"};
+    })",
+                                 &examine};
     return info;
 }
 
@@ -52,6 +65,7 @@ void forgetEverything() {
     all.events.clear();
     all.localizedStrings.clear();
     all.order.clear();
+    g_examination = nullptr;
     DiagModule::setCmdLineArgs(0, nullptr);
     DiagModule::setVersion(6, 5, "000000001");
     DiagModule::setModuleInitCallback(nullptr);
@@ -80,6 +94,11 @@ tesk5::Test* FrameworkTest::registerTest(const char* name, Body body) {
 
 tesk5::Test* FrameworkTest::registerTest(const char* name, TestResult result) {
     return registerTest(name, [result](const DiagDevice&) { return result; });
+}
+
+void FrameworkTest::setExamination(
+    std::function<void(const tesk5::DiagDevice&, tesk5::Patience, tesk5::Findings&)> what) {
+    g_examination = std::move(what);
 }
 
 int FrameworkTest::start(std::vector<std::string> arguments) {

@@ -6,6 +6,7 @@
 #include <support/VirtualClock.h>
 
 #include <tesk5/DiagModule.h>
+#include <tesk5/Examination.h>
 
 #include <mrl/OutputStream.h>
 
@@ -45,6 +46,10 @@ protected:
     static tesk5::Test* registerTest(const char* name, Body body);
     /// One that only returns `result`.
     static tesk5::Test* registerTest(const char* name, tesk5::TestResult result);
+
+    /// What the module has to say about a device; nothing unless told.
+    static void setExamination(
+        std::function<void(const tesk5::DiagDevice&, tesk5::Patience, tesk5::Findings&)> what);
 
     /// Runs the module with these arguments, on devices "Card 1", "Card 2", ... unless told others.
     int start(std::vector<std::string> arguments);

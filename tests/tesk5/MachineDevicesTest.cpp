@@ -56,7 +56,7 @@ TEST_F(MachineDevices, AreTheNativeWifiInterfaces) {
     radio.emplace(twoInterfaces());
     const auto list = machineDevices({});
     EXPECT_THAT(namesOf(list), ElementsAre("Wi-Fi Kärte", "Wi-Fi 2"));
-    EXPECT_EQ(list.reason, "");
+    EXPECT_FALSE(list.failure);
     EXPECT_THAT(list.devices[0].capability().names(), ElementsAre("Wireless", "NetworkCard"));
     EXPECT_THAT(
         list.devices[0].properties(),
@@ -92,7 +92,7 @@ TEST_F(MachineDevices, AreNoneWithoutInterfaces) {
     radio.emplace(std::move(scenario));
     const auto list = machineDevices({});
     EXPECT_THAT(list.devices, IsEmpty());
-    EXPECT_EQ(list.reason, "");
+    EXPECT_FALSE(list.failure);
 }
 
 TEST_F(MachineDevices, ComeWithTheReasonWhenTheServiceCannotBeOpened) {
@@ -101,8 +101,10 @@ TEST_F(MachineDevices, ComeWithTheReasonWhenTheServiceCannotBeOpened) {
     radio.emplace(std::move(scenario));
     const auto list = machineDevices({adapter("Ethernet", OTHER_GUID)});
     EXPECT_THAT(namesOf(list), ElementsAre("Ethernet"));
-    EXPECT_EQ(list.reason, "WlanOpenHandle failed with error 1062: the wireless service (WLAN "
-                           "AutoConfig) is not running");
+    ASSERT_TRUE(list.failure);
+    EXPECT_EQ(list.failure->key, "DOCTOR_SERVICE_STOPPED");
+    EXPECT_THAT(list.failure->variables,
+                ElementsAre(Pair("Function", "WlanOpenHandle"), Pair("Error", mrl::Uint32(1062))));
     EXPECT_EQ(radio->callCount("WlanEnumInterfaces"), 0U);
 }
 
@@ -112,7 +114,10 @@ TEST_F(MachineDevices, ComeWithTheReasonWhenTheyCannotBeEnumerated) {
     radio.emplace(std::move(scenario));
     const auto list = machineDevices({});
     EXPECT_THAT(list.devices, IsEmpty());
-    EXPECT_EQ(list.reason, "WlanEnumInterfaces failed with error 1702");
+    ASSERT_TRUE(list.failure);
+    EXPECT_EQ(list.failure->key, "DOCTOR_SERVICE_FAILS");
+    EXPECT_THAT(list.failure->variables, ElementsAre(Pair("Function", "WlanEnumInterfaces"),
+                                                     Pair("Error", mrl::Uint32(1702))));
     EXPECT_EQ(radio->openHandles(), 0U);
 }
 
@@ -133,8 +138,8 @@ TEST_F(MachineDevices, MissingForAReasonAreExplainedByTheRun) {
     radio.emplace(std::move(scenario));
     registerTest("A", tesk5::TestResult::PASS());
     EXPECT_EQ(startBare({"run"}), tesk5::TestResult::CANNOTRUN().value());
-    EXPECT_THAT(errors(), testing::HasSubstr("  WlanOpenHandle failed with error 126: this Windows "
-                                             "has no Wlanapi.dll"));
+    EXPECT_THAT(errors(), testing::HasSubstr("  possible cause: This Windows has no Wlanapi.dll "
+                                             "(WlanOpenHandle: error 126)."));
 }
 
 } // namespace

@@ -200,7 +200,7 @@ void refuseForeignOptions(const ParsedArguments& parsed, Command command) {
             throw BadInput{message("CONFIG_OPTION_NOT_WITH_RUN", {{"Option", option.name}})};
         }
         const CommandDescription* named = parsed.command();
-        const bool forRun = option.commands == std::vector<Command>{Command::run};
+        const bool forRun = command == Command::list && goesWith(option, Command::run);
         throw BadInput{forRun || named == nullptr
                            ? message("INPUT_OPTION_NEEDS_RUN", {{"Option", option.name}})
                            : message("INPUT_COMMAND_TAKES_NO",

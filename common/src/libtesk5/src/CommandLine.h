@@ -14,7 +14,7 @@ namespace tesk5 {
 struct ReportKind;
 struct CommandDescription;
 
-enum class Command { list, run, configTemplate, help, version };
+enum class Command { list, run, doctor, configTemplate, help, version };
 
 /// One --set.
 struct Setting {

@@ -123,6 +123,12 @@ std::string joined(const std::vector<std::string>& texts, const char* separator)
 Console::Console(ConsoleStyle style)
     : m_quiet(style.quiet), m_liveLine(mrl::cout, mrl::cout.columns()), m_live(style.live) {}
 
+void writeAdvice(mrl::OutputStream& stream, const Findings& advice) {
+    for (const Finding& finding : advice) {
+        writeLine(stream, "  " + message("DOCTOR_CAUSE") + ": " + finding.text());
+    }
+}
+
 void Console::runStarts(const RunRecord& record, std::size_t /*planned*/) {
     for (const TestWithoutDevice& without : record.withoutDevice) {
         writeLine(mrl::cerr,
@@ -132,6 +138,7 @@ void Console::runStarts(const RunRecord& record, std::size_t /*planned*/) {
         for (const std::string& reason : without.reasons) {
             writeLine(mrl::cerr, "  " + reason);
         }
+        writeAdvice(mrl::cerr, without.advice);
     }
 }
 
@@ -174,6 +181,7 @@ void Console::ended(const Outcome& outcome) {
         writeMeasurement(measurement);
     }
     writeVerdict(outcome);
+    writeAdvice(mrl::cout, outcome.advice);
 }
 
 void Console::broken(const PlannedRun& run, const std::string& reason) {

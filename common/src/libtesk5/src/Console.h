@@ -14,6 +14,9 @@ namespace tesk5 {
 /// for names come from anywhere.
 void writeLine(mrl::OutputStream& stream, const std::string& text);
 
+/// What may be behind a missing verdict, a line a finding.
+void writeAdvice(mrl::OutputStream& stream, const Findings& advice);
+
 /// `texts` with `separator` between them.
 std::string joined(const std::vector<std::string>& texts, const char* separator);
 

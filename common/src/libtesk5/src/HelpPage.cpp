@@ -161,6 +161,7 @@ const std::vector<CommandDescription>& commandDescriptions() {
          "HELP_RUN",
          {"run --set SSID=Lab", "run --set SSID=Lab --json report.json",
           "run DiversityTest --device intel"}},
+        {Command::doctor, "doctor", "", "HELP_DOCTOR", {"doctor", "doctor --set SSID=Lab"}},
     };
     return commands;
 }
@@ -171,13 +172,17 @@ const std::vector<OptionDescription>& optionDescriptions() {
          "NAME=VALUE",
          "HELP_SET",
          "--set SSID=Lab --set WarningSignalStrength=40",
-         {Command::run}},
-        {"--device", "TEXT", "HELP_DEVICE", "--device intel", {Command::list, Command::run}},
+         {Command::run, Command::doctor}},
+        {"--device",
+         "TEXT",
+         "HELP_DEVICE",
+         "--device intel",
+         {Command::list, Command::run, Command::doctor}},
         {"--devices",
          "FILE",
          "HELP_DEVICES",
          "--devices cards.json",
-         {Command::list, Command::run}},
+         {Command::list, Command::run, Command::doctor}},
         {"--json", "FILE", "HELP_JSON", "--json report.json", {Command::run}},
         {"--junit", "FILE", "HELP_JUNIT", "--junit report.xml", {Command::run}},
         {"--html", "FILE", "HELP_HTML", "--html report.html", {Command::run}},

@@ -136,10 +136,11 @@ void showList(const Registry& registry, const DeviceList& devices,
     if (devices.devices.empty()) {
         line("  " + message("LIST_NONE"));
     }
-    if (!devices.reason.empty()) {
-        line("  " + devices.reason);
+    if (devices.failure) {
+        line("  " + devices.failure->text());
     }
     if (devices.devices.empty()) {
+        line("  " + message("DOCTOR_MAY_HELP"));
         return;
     }
     line("");

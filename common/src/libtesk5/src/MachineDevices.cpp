@@ -1,7 +1,5 @@
 #include "DeviceList.h"
 
-#include "Message.h"
-
 #include <nativewifi/Guid.h>
 #include <nativewifi/Handles.h>
 
@@ -24,27 +22,24 @@ struct Explanation {
     const char* key;
 };
 constexpr Explanation explanations[] = {
-    {ERROR_SERVICE_NOT_ACTIVE, "DEVICES_SERVICE_NOT_RUNNING"},
-    {ERROR_MOD_NOT_FOUND, "DEVICES_NO_DLL"},
-    {ERROR_PROC_NOT_FOUND, "DEVICES_UNUSABLE_DLL"},
-    {ERROR_ACCESS_DENIED, "DEVICES_ACCESS_DENIED"},
-    {ERROR_NOT_ENOUGH_MEMORY, "DEVICES_NO_MEMORY"},
-    {ERROR_REMOTE_SESSION_LIMIT_EXCEEDED, "DEVICES_TOO_MANY_CLIENTS"},
+    {ERROR_SERVICE_NOT_ACTIVE, "DOCTOR_SERVICE_STOPPED"},
+    {ERROR_MOD_NOT_FOUND, "DOCTOR_NO_WLANAPI"},
+    {ERROR_PROC_NOT_FOUND, "DOCTOR_WLANAPI_TOO_OLD"},
+    {ERROR_ACCESS_DENIED, "DOCTOR_SERVICE_DENIED"},
+    {ERROR_NOT_ENOUGH_MEMORY, "DOCTOR_MEMORY_SHORT"},
+    {ERROR_REMOTE_SESSION_LIMIT_EXCEEDED, "DOCTOR_SERVICE_CROWDED"},
 };
 
-Message failureMessage(const char* function, DWORD error) {
+Finding failureOf(const char* function, DWORD error) {
     const auto* const known =
         std::find_if(std::begin(explanations), std::end(explanations),
                      [error](const Explanation& candidate) { return candidate.error == error; });
-    return Message(known == std::end(explanations) ? "DEVICES_CALL_FAILED" : known->key,
-                   {{"Function", function}, {"Error", mrl::Uint32{error}}});
-}
-
-std::string failureOf(const char* function, DWORD error) {
-    const Message failure = failureMessage(function, error);
     mrl::Logger& logger = mrl::LogFactory::createLogger("tesk5.devices");
-    mrl::LoggerStream(logger.admitting(PRIORITY), PRIORITY) << failure.inEnglish();
-    return failure.text();
+    mrl::LoggerStream(logger.admitting(PRIORITY), PRIORITY)
+        << function << " failed with error " << error;
+    return {known != std::end(explanations) ? known->key : "DOCTOR_SERVICE_FAILS",
+            false,
+            {{"Function", function}, {"Error", error}}};
 }
 
 TeskString systemName(const GUID& guid) {
@@ -65,7 +60,7 @@ TeskString descriptionOf(const WLAN_INTERFACE_INFO& info) {
 
 struct WirelessInterfaces {
     nativewifi::WlanMemory<WLAN_INTERFACE_INFO_LIST> list;
-    std::string failure;
+    std::optional<Finding> failure;
 };
 
 WirelessInterfaces wirelessInterfaces() {
@@ -105,12 +100,16 @@ DiagDevice otherDevice(const nativewifi::NetworkAdapter& adapter) {
 
 } // namespace
 
+std::optional<Finding> wirelessFailure() {
+    return wirelessInterfaces().failure;
+}
+
 DeviceList machineDevices(const std::vector<nativewifi::NetworkAdapter>& adapters) {
     DeviceList all;
     WirelessInterfaces wireless = wirelessInterfaces();
-    all.reason = std::move(wireless.failure);
+    all.failure = std::move(wireless.failure);
     std::vector<GUID> listed;
-    if (all.reason.empty() && wireless.list) {
+    if (!all.failure && wireless.list) {
         for (DWORD i = 0; i < wireless.list->dwNumberOfItems; ++i) {
             const WLAN_INTERFACE_INFO& info = wireless.list->InterfaceInfo[i];
             all.devices.push_back(wirelessDevice(info));

@@ -114,8 +114,15 @@ void applySettings(Registry& registry, const std::vector<Setting>& settings,
         refuseUnknown(setting, wanted);
         apply(*registry.findParameter(setting.name), setting, times[setting.name]++);
     }
-    for (const Parameter* parameter : wanted) {
-        if (!parameter->optional() && times.count(parameter->name()) == 0) {
+}
+
+void demandValues(const std::vector<Setting>& settings, const std::vector<const Test*>& tests) {
+    for (const Parameter* parameter : parametersOf(tests)) {
+        const bool given =
+            std::any_of(settings.begin(), settings.end(), [parameter](const Setting& setting) {
+                return setting.name == parameter->name();
+            });
+        if (!parameter->optional() && !given) {
             throw BadInput{message("INPUT_PARAMETER_WITHOUT_VALUE", {{"Name", parameter->name()}})};
         }
     }

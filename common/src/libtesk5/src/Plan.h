@@ -23,10 +23,13 @@ std::vector<const Test*> chooseTests(const Registry& registry,
                                      const std::vector<TeskString>& names);
 
 /// Gives every parameter its value: the default, or what `settings` say.
-/// Failure: throws BadInput for a setting that no parameter of `tests` takes, and for a parameter
-/// of theirs that needs a value and has none
+/// Failure: throws BadInput for a setting that no parameter of `tests` takes
 void applySettings(Registry& registry, const std::vector<Setting>& settings,
                    const std::vector<const Test*>& tests);
+
+/// Failure: throws BadInput for a parameter of `tests` that needs a value and has none in
+/// `settings`
+void demandValues(const std::vector<Setting>& settings, const std::vector<const Test*>& tests);
 
 /// Whether `device` has `text` in its name or its system name, in any letter case.
 bool answersTo(const DiagDevice& device, const std::string& text);

@@ -3,6 +3,7 @@
 #include <tesk5/StopRequest.h>
 #include <tesk5/TeskException.h>
 
+#include "Doctor.h"
 #include "ModuleState.h"
 #include "RunListener.h"
 
@@ -113,6 +114,7 @@ std::vector<Outcome> runAll(const std::vector<PlannedRun>& runs, RunListener& li
             break;
         } else {
             outcomes.push_back(executeAndTell(run, listener));
+            outcomes.back().advice = adviceFor(outcomes.back());
         }
         listener.ended(outcomes.back());
     }

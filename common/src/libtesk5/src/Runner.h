@@ -34,7 +34,7 @@ struct Outcome {
 /// A test that was to run and found no device.
 struct TestWithoutDevice {
     const Test* test;
-    std::vector<std::string> reasons; ///< a line for each device, and what failed
+    std::vector<std::string> reasons; ///< a line for each device
     Findings advice;
 };
 

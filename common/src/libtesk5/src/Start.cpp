@@ -11,6 +11,7 @@
 #include "BadInput.h"
 #include "ConfigFile.h"
 #include "Console.h"
+#include "Doctor.h"
 #include "Enumeration.h"
 #include "EventStream.h"
 #include "LogKeeper.h"
@@ -99,7 +100,18 @@ int list(const CommandLine& line) {
     return 0;
 }
 
-// Why `test` has no device: a line for each device, and what failed.
+int doctor(const CommandLine& line) {
+    Registry& registry = Registry::instance();
+    std::vector<const Test*> tests;
+    for (const Test& test : registry.tests) {
+        tests.push_back(&test);
+    }
+    applySettings(registry, line.settings, tests);
+    refuseSharedFiles(line);
+    return showDiagnosis(diagnosis(registry.tests, devicesFor(line), line.device));
+}
+
+// Why `test` has no device: a line for each device.
 std::vector<std::string> whyWithoutDevice(const Test& test, const DeviceList& devices,
                                           const std::optional<std::string>& filter) {
     std::vector<std::string> reasons;
@@ -108,9 +120,6 @@ std::vector<std::string> whyWithoutDevice(const Test& test, const DeviceList& de
             message("LIST_NAME_AND_VALUE",
                     {{"Name", device.name()},
                      {"Value", phrasesListed(reasonsAgainst(test, device, filter))}}));
-    }
-    if (!devices.reason.empty()) {
-        reasons.push_back(devices.reason);
     }
     return reasons;
 }
@@ -124,7 +133,7 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
         plan.insert(plan.end(), runs.begin(), runs.end());
         if (runs.empty()) {
             record.withoutDevice.push_back(
-                {test, whyWithoutDevice(*test, devices, line.device), {}});
+                {test, whyWithoutDevice(*test, devices, line.device), adviceFor(*test, devices)});
         }
     }
     record.started = mrl::Clock::current().utcNow();
@@ -190,6 +199,7 @@ int run(const CommandLine& given) {
     useColoursOf(line);
     const std::vector<const Test*> tests = chooseTests(registry, line.tests);
     applySettings(registry, line.settings, tests);
+    demandValues(line.settings, tests);
     refuseSharedFiles(line);
     std::vector<std::unique_ptr<ReportFile>> reports;
     for (const RequestedReport& report : line.reports) {
@@ -267,6 +277,9 @@ int follow(const CommandLine& line) {
     case Command::configTemplate:
         initializeModule();
         return showConfigTemplate();
+    case Command::doctor:
+        initializeModule();
+        return doctor(line);
     case Command::list:
         break;
     }

@@ -1,5 +1,7 @@
-// What the framework must know of the module before the module has said anything.
+// What the framework must know of the module without the module having said anything.
 #pragma once
+
+#include <tesk5/Examination.h>
 
 #include <string_view>
 
@@ -11,6 +13,8 @@ struct ModuleInfo {
     std::string_view name;
     /// The English text catalogue in JSON, for when the file of it is missing.
     std::string_view builtInTexts;
+    /// The module's own look at a device; null when it has none.
+    Examination examine = nullptr;
 };
 
 /// Defined once in each program that links the framework.

@@ -18,17 +18,6 @@ namespace {
 
 constexpr DWORD CLIENT_VERSION = 2;
 
-// The GUID's text: between the first "{" and the last character of the name. Positions are 16 bits
-// wide; a name longer than that, or one without a brace, has no GUID, and parsing its empty text
-// fails.
-String guidTextOf(const String& deviceSystemName) {
-    const std::size_t brace = deviceSystemName.find(MRL_TEXT('{'));
-    if (brace == String::NOT_FOUND || brace > UINT16_MAX || deviceSystemName.length() < brace + 2) {
-        return String();
-    }
-    return deviceSystemName.subString(brace + 1, deviceSystemName.length() - brace - 2);
-}
-
 String systemNameOf(const tesk5::DiagDevice& device) {
     constexpr const char* VIRTUAL_NAME = "VirtualDeviceSystemName";
     if (device.property(VIRTUAL_NAME).exists()) {
@@ -171,6 +160,15 @@ bool isOn(DOT11_RADIO_STATE state) {
 mrl::Logger* deviceLogger() {
     static mrl::Logger& logger = mrl::LogFactory::createLogger("mrlrnetwork.WirelessDevice");
     return logger.admitting(1);
+}
+
+// Positions are 16 bits wide; a name longer than that, or one without a brace, has no GUID.
+String WirelessDevice::guidTextOf(const String& deviceSystemName) {
+    const std::size_t brace = deviceSystemName.find(MRL_TEXT('{'));
+    if (brace == String::NOT_FOUND || brace > UINT16_MAX || deviceSystemName.length() < brace + 2) {
+        return String();
+    }
+    return deviceSystemName.subString(brace + 1, deviceSystemName.length() - brace - 2);
 }
 
 WirelessDevice::WirelessDevice(const tesk5::DiagDevice& device)

@@ -34,6 +34,10 @@ public:
     /// Closes the client handle.
     ~WirelessDevice();
 
+    /// The text of the GUID in a system name: what stands between the first "{" and the last
+    /// character; empty when there is none, which no GUID is parsed from.
+    static mrl::String guidTextOf(const mrl::String& deviceSystemName);
+
     // --- The client handle -----------------------------------------------------------------------
 
     /// Opens a client handle, parses the GUID and registers for notifications, unless

@@ -1,0 +1,325 @@
+#include "WirelessDoctor.h"
+
+#include "ModuleObjects.h"
+#include "Radio.h"
+#include "WirelessDevice.h"
+
+#include <nativewifi/Guid.h>
+#include <nativewifi/Handles.h>
+
+#include <mrl/System.h>
+#include <mrl/Unicode.h>
+
+#include <algorithm>
+#include <optional>
+
+using mrl::String;
+using nativewifi::api;
+using tesk5::Finding;
+using tesk5::Findings;
+using tesk5::TeskString;
+
+namespace {
+
+constexpr DWORD CLIENT_VERSION = 2;
+constexpr mrl::Int32 TESTED_PHY = 0;
+constexpr unsigned int SCAN_MS = 4000;
+constexpr std::size_t MOST_NAMES_SHOWN = 10;
+
+// One network of the list that has a name.
+struct NamedNetwork {
+    String name;    // one character a byte, as the tests read it
+    String decoded; // the bytes taken for UTF-8, as other programs show it
+    mrl::Uint32 quality;
+    const NamedNetwork* hider; // the one that takes its place in the tests' list, or null
+};
+
+// The name of a network as the tests read it: a byte of 0 ends it.
+String nameAsRead(const DOT11_SSID& ssid) {
+    mrl::CharString name;
+    for (ULONG i = 0; i < std::min<ULONG>(ssid.uSSIDLength, DOT11_SSID_MAX_LENGTH); ++i) {
+        const mrl::Char letter = mrl::System::byteToChar(static_cast<char>(ssid.ucSSID[i]));
+        if (letter == 0) {
+            break;
+        }
+        name += letter;
+    }
+    return String(std::move(name));
+}
+
+String decodedName(const DOT11_SSID& ssid) {
+    return String(std::string_view(reinterpret_cast<const char*>(ssid.ucSSID),
+                                   std::min<ULONG>(ssid.uSSIDLength, DOT11_SSID_MAX_LENGTH)));
+}
+
+// The networks with a name, and which of them the tests' list leaves out.
+std::vector<NamedNetwork> namedNetworks(const WLAN_AVAILABLE_NETWORK_LIST& list) {
+    std::vector<NamedNetwork> networks;
+    networks.reserve(list.dwNumberOfItems); // hiders are pointed at
+    for (DWORD i = 0; i < list.dwNumberOfItems; ++i) {
+        const WLAN_AVAILABLE_NETWORK& entry = list.Network[i];
+        NamedNetwork network{nameAsRead(entry.dot11Ssid), decodedName(entry.dot11Ssid),
+                             entry.wlanSignalQuality, nullptr};
+        if (network.name.empty()) {
+            continue;
+        }
+        const auto hider =
+            std::find_if(networks.begin(), networks.end(), [&](const NamedNetwork& earlier) {
+                return earlier.hider == nullptr &&
+                       network.name.find(earlier.name) != String::NOT_FOUND;
+            });
+        network.hider = hider == networks.end() ? nullptr : &*hider;
+        networks.push_back(std::move(network));
+    }
+    return networks;
+}
+
+bool sameName(String name, const String& wanted) {
+    return String::equalNoCase(name.trim(), wanted);
+}
+
+bool contains(const String& name, const String& part) {
+    const auto sameLetter = [](mrl::Char a, mrl::Char b) {
+        return mrl::foldCase(a) == mrl::foldCase(b);
+    };
+    const mrl::CharView all = name.view();
+    const mrl::CharView wanted = part.view();
+    return std::search(all.begin(), all.end(), wanted.begin(), wanted.end(), sameLetter) !=
+           all.end();
+}
+
+// The names in the tests' list, each in quotes; not more than a person reads.
+std::string shownNames(const std::vector<NamedNetwork>& networks) {
+    std::string all;
+    std::size_t count = 0;
+    for (const NamedNetwork& network : networks) {
+        if (network.hider != nullptr) {
+            continue;
+        }
+        if (count++ == MOST_NAMES_SHOWN) {
+            return all + ", ...";
+        }
+        all += (all.empty() ? "\"" : ", \"") + network.name.getUTF8String().bytes() + "\"";
+    }
+    return all;
+}
+
+String systemNameOf(const tesk5::DiagDevice& device) {
+    const tesk5::DeviceProperty virtualName = device.property("VirtualDeviceSystemName");
+    return (virtualName.exists() ? virtualName : device.property("DeviceSystemName"))
+        .value()
+        .mrlString();
+}
+
+// One examination of one adapter.
+class Examination {
+public:
+    Examination(const tesk5::DiagDevice& device, Findings& findings)
+        : m_device(device), m_findings(findings) {}
+
+    void run(tesk5::Patience patience) {
+        if (!open() || !findInterface() || !radioIsOn()) {
+            return;
+        }
+        if (patience == tesk5::Patience::SECONDS) {
+            scan();
+        }
+        lookAtNetworks();
+    }
+
+private:
+    void add(const char* key, bool good, tesk5::Event::Variables variables = {}) {
+        variables.insert(variables.begin(), {"Device", m_device.name()});
+        m_findings.push_back({key, good, std::move(variables)});
+    }
+    void addFailure(const char* key, const char* function, DWORD error) {
+        add(key, false, {{"Function", function}, {"Error", error}});
+    }
+
+    bool open() {
+        DWORD negotiated = 0;
+        // ERROR_INVALID_PARAMETER, ERROR_NOT_ENOUGH_MEMORY, ERROR_REMOTE_SESSION_LIMIT_EXCEEDED,
+        // ERROR_SERVICE_NOT_ACTIVE, RPC errors; ERROR_MOD_NOT_FOUND and the like without the DLL
+        if (api().WlanOpenHandle(CLIENT_VERSION, nullptr, &negotiated, out(m_client)) !=
+            ERROR_SUCCESS) {
+            return false;
+        }
+        if (negotiated != CLIENT_VERSION) {
+            add("DOCTOR_INTERFACE_TOO_OLD", false, {{"Version", negotiated}});
+            return false;
+        }
+        return true;
+    }
+
+    // Whether the system has the interface that the device's system name tells of.
+    bool findInterface() {
+        const String systemName = systemNameOf(m_device);
+        const std::optional<GUID> guid =
+            nativewifi::parseGuid(WirelessDevice::guidTextOf(systemName).view());
+        nativewifi::WlanMemory<WLAN_INTERFACE_INFO_LIST> list;
+        // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY,
+        // ERROR_ACCESS_DENIED, RPC errors
+        if (api().WlanEnumInterfaces(m_client.get(), nullptr, out(list)) != ERROR_SUCCESS ||
+            !list) {
+            return false;
+        }
+        for (DWORD i = 0; guid && i < list->dwNumberOfItems; ++i) {
+            if (nativewifi::sameGuid(list->InterfaceInfo[i].InterfaceGuid, *guid)) {
+                m_interface = *guid;
+                return true;
+            }
+        }
+        add("DOCTOR_INTERFACE_GONE", false, {{"SystemName", TeskString(systemName)}});
+        return false;
+    }
+
+    // As the verification test sees it: the first PHY counts, and unknown counts as off.
+    bool radioIsOn() {
+        DWORD size = 0;
+        PVOID data = nullptr;
+        // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_INVALID_STATE,
+        // ERROR_NOT_ENOUGH_MEMORY, ERROR_ACCESS_DENIED, RPC errors
+        const DWORD result =
+            api().WlanQueryInterface(m_client.get(), &m_interface, wlan_intf_opcode_radio_state,
+                                     nullptr, &size, &data, nullptr);
+        nativewifi::WlanMemory<WLAN_RADIO_STATE> state;
+        *out(state) = static_cast<WLAN_RADIO_STATE*>(data);
+        if (result != ERROR_SUCCESS) {
+            addFailure("DOCTOR_CALL_FAILED", "WlanQueryInterface", result);
+            return false;
+        }
+        Radio radio;
+        if (state && size == sizeof(WLAN_RADIO_STATE)) {
+            radio.update(*state);
+        }
+        const Radio::Phy* phy = radio.phy(TESTED_PHY);
+        if (phy == nullptr || phy->hardware == dot11_radio_state_unknown ||
+            phy->software == dot11_radio_state_unknown) {
+            add("DOCTOR_RADIO_UNKNOWN", false);
+            return false;
+        }
+        const bool hardwareOff = phy->hardware == dot11_radio_state_off;
+        const bool softwareOff = phy->software == dot11_radio_state_off;
+        if (hardwareOff) {
+            add("DOCTOR_RADIO_HARDWARE_OFF", false);
+        }
+        if (softwareOff) {
+            add("DOCTOR_RADIO_SOFTWARE_OFF", false);
+        }
+        if (hardwareOff || softwareOff) {
+            return false;
+        }
+        add("DOCTOR_RADIO_ON", true);
+        return true;
+    }
+
+    void addDenied(const char* function) {
+        if (!m_denied) {
+            addFailure("DOCTOR_LOCATION_OFF", function, ERROR_ACCESS_DENIED);
+        }
+        m_denied = true;
+    }
+
+    // A scan that fails for another reason than its denial is no hindrance: the tests go on then,
+    // too, with what the list shows.
+    void scan() {
+        // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY,
+        // ERROR_ACCESS_DENIED, RPC errors
+        const DWORD result =
+            api().WlanScan(m_client.get(), &m_interface, nullptr, nullptr, nullptr);
+        if (result == ERROR_ACCESS_DENIED) {
+            addDenied("WlanScan");
+        } else if (result == ERROR_SUCCESS) {
+            mrl::System::mssleep(SCAN_MS);
+        }
+    }
+
+    void lookAtNetworks() {
+        nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
+        // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NDIS_DOT11_POWER_STATE_INVALID,
+        // ERROR_NOT_ENOUGH_MEMORY, ERROR_ACCESS_DENIED, RPC errors
+        const DWORD result =
+            api().WlanGetAvailableNetworkList(m_client.get(), &m_interface, 0, nullptr, out(list));
+        if (result == ERROR_ACCESS_DENIED) {
+            addDenied("WlanGetAvailableNetworkList");
+            return;
+        }
+        if (result != ERROR_SUCCESS) {
+            addFailure("DOCTOR_CALL_FAILED", "WlanGetAvailableNetworkList", result);
+            return;
+        }
+        const auto named = list ? static_cast<mrl::Uint32>(namedNetworks(*list).size()) : 0;
+        if (named == 0) {
+            const DWORD nameless = list ? list->dwNumberOfItems : 0;
+            add(nameless == 0 ? "DOCTOR_NO_NETWORKS" : "DOCTOR_ONLY_NAMELESS_NETWORKS", false,
+                {{"Count", nameless}});
+            return;
+        }
+        add("DOCTOR_NETWORKS", true, {{"Count", named}});
+        const String wanted = parameters::ssid->value().valueString().mrlString();
+        if (!wanted.empty()) {
+            m_findings.push_back(findingOnName(m_device.name(), wanted, *list));
+        }
+    }
+
+    const tesk5::DiagDevice& m_device;
+    Findings& m_findings;
+    nativewifi::ClientHandle m_client;
+    GUID m_interface = {};
+    bool m_denied = false;
+};
+
+} // namespace
+
+void examineWirelessDevice(const tesk5::DiagDevice& device, tesk5::Patience patience,
+                           Findings& findings) {
+    Examination(device, findings).run(patience);
+}
+
+Finding findingOnName(const TeskString& device, const String& wanted,
+                      const WLAN_AVAILABLE_NETWORK_LIST& list) {
+    String name = wanted;
+    name.trim();
+    const std::vector<NamedNetwork> networks = namedNetworks(list);
+    Finding finding{"DOCTOR_NAME_NOT_VISIBLE", false, {{"Device", device}}};
+    const auto conclude = [&finding](const char* key, const NamedNetwork& found) {
+        finding.key = key;
+        finding.variables.emplace_back("Found", TeskString(found.name));
+        finding.variables.emplace_back("Quality", found.quality);
+        if (found.hider != nullptr) {
+            finding.variables.emplace_back("Hider", TeskString(found.hider->name));
+        }
+        return finding;
+    };
+    const auto first = [&networks](auto condition) {
+        const auto place = std::find_if(networks.begin(), networks.end(), condition);
+        return place == networks.end() ? nullptr : &*place;
+    };
+
+    finding.variables.emplace_back("Name", TeskString(name));
+    if (name.empty()) {
+        finding.key = "DOCTOR_NAME_BLANK";
+        return finding;
+    }
+    if (const NamedNetwork* taken = first([&name](const NamedNetwork& network) {
+            return network.hider == nullptr && sameName(network.name, name);
+        })) {
+        finding.good = true;
+        return conclude(taken->name == name ? "DOCTOR_NAME_VISIBLE" : "DOCTOR_NAME_SPELT_OTHERWISE",
+                        *taken);
+    }
+    if (const NamedNetwork* hidden =
+            first([&name](const NamedNetwork& network) { return sameName(network.name, name); })) {
+        return conclude("DOCTOR_NAME_HIDDEN", *hidden);
+    }
+    if (const NamedNetwork* encoded = first(
+            [&name](const NamedNetwork& network) { return sameName(network.decoded, name); })) {
+        return conclude("DOCTOR_NAME_ENCODED", *encoded);
+    }
+    if (const NamedNetwork* longer =
+            first([&name](const NamedNetwork& network) { return contains(network.name, name); })) {
+        return conclude("DOCTOR_NAME_PART", *longer);
+    }
+    finding.variables.emplace_back("Visible", shownNames(networks));
+    return finding;
+}

@@ -1,0 +1,29 @@
+// What the module can tell a technician when a test cannot run or does not find its access point.
+// Looks through a client handle of its own: calls and handles of WirelessDevice are the tests'.
+#pragma once
+
+#include <tesk5/Examination.h>
+
+#include <mrl/String.h>
+
+#include <nativewifi/WlanTypes.h>
+
+#include <vector>
+
+/// Looks at the adapter's radio, at the access to its list of networks and, when the parameter
+/// "SSID" has a value, for that name as the verification test looks for it. What keeps the wireless
+/// service itself from answering is left to the framework.
+///
+/// With patience it has the adapter scan first, and blocks for 4 s, the longest that a driver may
+/// take for a scan.
+/// Failure: what goes wrong is a finding
+/// Threads: the caller's
+/// Platform: WlanOpenHandle, WlanEnumInterfaces, WlanQueryInterface, WlanScan,
+/// WlanGetAvailableNetworkList, WlanFreeMemory, WlanCloseHandle
+void examineWirelessDevice(const tesk5::DiagDevice& device, tesk5::Patience patience,
+                           tesk5::Findings& findings);
+
+/// What keeps the verification test from finding `wanted` (as the parameter gives it) in a list of
+/// networks, or that nothing does. `list` is as the system gives it, nameless networks included.
+tesk5::Finding findingOnName(const tesk5::TeskString& device, const mrl::String& wanted,
+                             const WLAN_AVAILABLE_NETWORK_LIST& list);

@@ -1,0 +1,264 @@
+// The framework's half of the doctor: the wireless service, who suits whom, and the advice after a
+// run. The module's half is a function of the test.
+#include "FrameworkTest.h"
+
+#include <radiosim/Engine.h>
+
+#include <optional>
+
+namespace test {
+
+namespace {
+
+using radiosim::Engine;
+using radiosim::Scenario;
+using tesk5::DiagDevice;
+using tesk5::DiagModule;
+using tesk5::Findings;
+using tesk5::Measurement;
+using tesk5::Patience;
+using tesk5::TestResult;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+const int CANNOTRUN = TestResult::CANNOTRUN().value();
+
+struct Doctor : FrameworkTest {
+    std::optional<Engine> radio;
+    std::vector<std::string> examined;
+
+    void startRadio(std::optional<radiosim::Fault> fault = {}, int interfaces = 1) {
+        Scenario scenario;
+        scenario.interfaces.clear();
+        if (interfaces > 0) {
+            scenario.interfaces.push_back({.description = "Wi-Fi"});
+        }
+        if (fault) {
+            scenario.faults = {*fault};
+        }
+        radio.emplace(std::move(scenario));
+    }
+    void openFails(DWORD error) {
+        startRadio(radiosim::Fault{.function = "WlanOpenHandle", .code = error});
+    }
+    // The module's half: writes down what it is asked, and says what `findings` has.
+    void examineSaying(Findings findings) {
+        setExamination([this, findings = std::move(findings)](const DiagDevice& device,
+                                                              Patience patience, Findings& all) {
+            examined.push_back(device.name().utf8() +
+                               (patience == Patience::NONE ? " at once" : " with patience"));
+            all.insert(all.end(), findings.begin(), findings.end());
+        });
+    }
+    std::string firstLine() const { return output().substr(0, output().find('\n')); }
+
+    void SetUp() override { startRadio(); }
+    void TearDown() override {
+        EXPECT_EQ(radio->leaks(), radiosim::Leaks());
+        EXPECT_THAT(radio->unfiredFaults(), IsEmpty());
+    }
+};
+
+TEST_F(Doctor, SaysThatAllIsWell) {
+    registerTest("A", TestResult::PASS());
+    registerTest("B", TestResult::PASS());
+    EXPECT_EQ(start({"doctor"}), 0);
+    EXPECT_EQ(output(), "ok: The wireless service (WLAN AutoConfig) answers.\n"
+                        "ok: Card 1 can be tested by A, B.\n"
+                        "Nothing stands in the way of the tests; exit value 0\n");
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_F(Doctor, RunsNoTest) {
+    registerTest("A", [](const DiagDevice&) -> TestResult {
+        ADD_FAILURE() << "the test has run";
+        return TestResult::PASS();
+    });
+    EXPECT_EQ(start({"doctor"}), 0);
+}
+
+TEST_F(Doctor, ExplainsEachFailureOfTheWirelessService) {
+    struct Case {
+        DWORD error;
+        const char* line;
+    };
+    const Case cases[] = {
+        {ERROR_MOD_NOT_FOUND,
+         "problem: This Windows has no Wlanapi.dll (WlanOpenHandle: error 126). On a server "
+         "edition, add the feature \"Wireless LAN Service\" in Server Manager, or type "
+         "\"Install-WindowsFeature Wireless-Networking\" in PowerShell as administrator; then "
+         "restart the PC."},
+        {ERROR_PROC_NOT_FOUND,
+         "problem: This Windows' Wlanapi.dll is too old or damaged (WlanOpenHandle: error 127). "
+         "Install all updates of Windows; if that does not help, type \"sfc /scannow\" as "
+         "administrator."},
+        {ERROR_SERVICE_NOT_ACTIVE,
+         "problem: The wireless service (WLAN AutoConfig) is not running (WlanOpenHandle: error "
+         "1062). Start \"WLAN AutoConfig\" in services.msc and set its startup type to Automatic, "
+         "or type \"net start WlanSvc\" as administrator."},
+        {ERROR_ACCESS_DENIED,
+         "problem: This user may not use the wireless service (WlanOpenHandle: error 5). Sign in "
+         "as another user, or start the program as administrator."},
+        {ERROR_NOT_ENOUGH_MEMORY,
+         "problem: There is not enough memory to talk to the wireless service (WlanOpenHandle: "
+         "error 8). Close other programs."},
+        {ERROR_REMOTE_SESSION_LIMIT_EXCEEDED,
+         "problem: Too many programs use the wireless service (WlanOpenHandle: error 1220). Close "
+         "other programs, or restart the PC."},
+        {1722, "problem: The wireless service does not answer (WlanOpenHandle: error 1722). "
+               "Restart \"WLAN AutoConfig\" in services.msc, or restart the PC."},
+    };
+    registerTest("A", TestResult::PASS());
+    for (const Case& test : cases) {
+        openFails(test.error);
+        forgetOutput();
+        EXPECT_EQ(startBare({"doctor"}), CANNOTRUN);
+        EXPECT_EQ(output(), std::string(test.line) + "\nProblems found: 1; exit value 3\n");
+    }
+}
+
+TEST_F(Doctor, AsksForTheServiceWhenTheDevicesComeFromAFileToo) {
+    registerTest("A", TestResult::PASS());
+    examineSaying({});
+    openFails(ERROR_SERVICE_NOT_ACTIVE);
+    EXPECT_EQ(start({"doctor"}), CANNOTRUN);
+    EXPECT_THAT(firstLine(), HasSubstr("WLAN AutoConfig) is not running"));
+    EXPECT_THAT(examined, IsEmpty());
+}
+
+TEST_F(Doctor, SaysThatThereIsNoAdapter) {
+    registerTest("A", TestResult::PASS());
+    startRadio({}, 0);
+    EXPECT_EQ(startBare({"doctor"}), CANNOTRUN);
+    EXPECT_EQ(output(),
+              "ok: The wireless service (WLAN AutoConfig) answers.\n"
+              "problem: There is no wireless adapter for A. Look in Device Manager under \"Network "
+              "adapters\": the adapter must be there, be enabled and have its driver.\n"
+              "Problems found: 1; exit value 3\n");
+}
+
+TEST_F(Doctor, TakesADeviceOfAnotherKindForNoProblem) {
+    registerTest("A", TestResult::PASS());
+    setDevices(R"([{"name": "Ethernet", "capabilities": ["NetworkCard"]},
+                   {"name": "Card", "capabilities": ["Wireless"]}])");
+    EXPECT_EQ(start({"doctor"}), 0);
+    EXPECT_THAT(output(), HasSubstr("ok: Ethernet is left out by A: lacks the capability "
+                                    "\"Wireless\".\nok: Card can be tested by A.\n"));
+}
+
+TEST_F(Doctor, SaysForEachTestWhyItLeavesAnAdapterOut) {
+    registerTest("A", TestResult::PASS())->addDevicePropertyExclusion("WiMAX", "");
+    registerTest("B", TestResult::PASS())->addDevicePropertyExclusion("WiMAX", "");
+    registerTest("C", TestResult::PASS());
+    setDevices(R"([{"name": "Card", "capabilities": ["Wireless"], "properties": {"WiMAX": "1"}}])");
+    EXPECT_EQ(start({"doctor"}), CANNOTRUN);
+    EXPECT_EQ(output(), "ok: The wireless service (WLAN AutoConfig) answers.\n"
+                        "problem: Card is left out by A, B: has the property \"WiMAX\".\n"
+                        "ok: Card can be tested by C.\n"
+                        "Problems found: 1; exit value 3\n");
+}
+
+TEST_F(Doctor, TakesAnAdapterTooManyForNoProblem) {
+    registerTest("A", TestResult::PASS());
+    setDevices(2);
+    EXPECT_EQ(start({"doctor", "--device", "card 2"}), 0);
+    EXPECT_THAT(output(), HasSubstr("ok: Card 1 is left out by A: has no \"card 2\" in its name"));
+    forgetOutput();
+    EXPECT_EQ(start({"doctor", "--device", "card 3"}), CANNOTRUN);
+    EXPECT_THAT(output(),
+                HasSubstr("problem: Card 1 is left out by A: has no \"card 3\" in its name"));
+}
+
+TEST_F(Doctor, LetsTheModuleExamineEachDeviceThatSuitsATest) {
+    registerTest("A", TestResult::PASS());
+    setDevices(R"([{"name": "Ethernet", "capabilities": []},
+                   {"name": "Card", "capabilities": ["Wireless"]}])");
+    examineSaying({{"WEAK", false, {{"Name", "a\x1b[2J"}, {"Strength", mrl::Uint32(7)}}},
+                   {"PLAIN", true, {}}});
+    EXPECT_EQ(start({"doctor"}), CANNOTRUN);
+    EXPECT_THAT(examined, ElementsAre("Card with patience"));
+    EXPECT_THAT(output(), HasSubstr("ok: Card can be tested by A.\n"
+                                    "problem: The signal of a\\x1B[2J is 7 %.\n"
+                                    "ok: Something happened.\n"
+                                    "Problems found: 1; exit value 3\n"));
+}
+
+TEST_F(Doctor, TakesParametersAndDemandsNone) {
+    auto* name = DiagModule::createParameter("Name", tesk5::DataType::STRING(), "", false, false);
+    registerTest("A", TestResult::PASS())->setInteractive(true)->addParameter(name);
+    EXPECT_EQ(start({"doctor"}), 0);
+    EXPECT_EQ(start({"doctor", "--set", "Name=Lab"}), 0);
+    EXPECT_EQ(name->value().valueString(), "Lab");
+    EXPECT_EQ(start({"doctor", "--set", "Nam=Lab"}), 64);
+    EXPECT_EQ(start({"doctor", "--json", file("report.json")}), 64);
+    EXPECT_THAT(filesThere(), ElementsAre("devices.json"));
+    EXPECT_EQ(start({"doctor", "A"}), 64);
+    EXPECT_THAT(errors(), HasSubstr("the command doctor takes no \"A\""));
+}
+
+TEST_F(Doctor, GivesAdviceUnderARunThatCouldNotRun) {
+    registerTest("A", TestResult::CANNOTRUN());
+    examineSaying({{"PLAIN", false, {}}, {"WEAK", true, {}}});
+    EXPECT_EQ(start({"run", "--json", file("report.json")}), CANNOTRUN);
+    EXPECT_EQ(output(), "A on Card 1\n"
+                        "  CANNOTRUN after 0.0 s\n"
+                        "  possible cause: Something happened.\n"
+                        "1 run: 1 CANNOTRUN; exit value 3\n");
+    EXPECT_THAT(examined, ElementsAre("Card 1 at once"));
+}
+
+TEST_F(Doctor, GivesAdviceUnderAFailureThatMeasuredNothing) {
+    examineSaying({{"PLAIN", false, {}}});
+    registerTest("A", TestResult::FAIL());
+    EXPECT_EQ(start({"run"}), TestResult::FAIL().value());
+    EXPECT_THAT(output(), HasSubstr("  FAIL after 0.0 s\n  possible cause: Something happened.\n"));
+}
+
+TEST_F(Doctor, GivesNoAdviceUnderAVerdict) {
+    examineSaying({{"PLAIN", false, {}}});
+    registerTest("A", [](const DiagDevice&) {
+        DiagModule::measured(Measurement{"Strength", 7, "%", 0, 100, {}});
+        return TestResult::FAIL();
+    });
+    registerTest("B", TestResult::PASS());
+    registerTest("C", TestResult::WARN());
+    registerTest("D", TestResult::BADPARAMS());
+    registerTest("E", TestResult::USERABORTED());
+    EXPECT_EQ(start({"run"}), TestResult::FAIL().value());
+    EXPECT_THAT(examined, IsEmpty());
+    EXPECT_THAT(output(), Not(HasSubstr("possible cause")));
+}
+
+TEST_F(Doctor, NamesTheServiceUnderARunDuringWhichItStopped) {
+    examineSaying({{"PLAIN", false, {}}});
+    registerTest("A", TestResult::CANNOTRUN());
+    openFails(ERROR_SERVICE_NOT_ACTIVE);
+    EXPECT_EQ(start({"run"}), CANNOTRUN);
+    EXPECT_THAT(output(), HasSubstr("  possible cause: The wireless service (WLAN AutoConfig) is "
+                                    "not running (WlanOpenHandle: error 1062). Start"));
+    EXPECT_THAT(examined, IsEmpty());
+}
+
+TEST_F(Doctor, GivesAdviceForATestWithoutADevice) {
+    registerTest("A", TestResult::PASS());
+    setDevices(R"([{"name": "Ethernet", "capabilities": []}])");
+    EXPECT_EQ(start({"run"}), CANNOTRUN);
+    EXPECT_EQ(errors(),
+              "example: no device for A\n"
+              "  Ethernet: lacks the capability \"Wireless\"\n"
+              "  possible cause: There is no wireless adapter for A. Look in Device Manager under "
+              "\"Network adapters\": the adapter must be there, be enabled and have its driver.\n");
+}
+
+TEST_F(Doctor, IsWhatTheListWithoutDevicesPointsTo) {
+    setDevices(0);
+    EXPECT_EQ(start({"list"}), 0);
+    EXPECT_THAT(output(), HasSubstr("  none\n  The command doctor looks for the reason and says "
+                                    "what to do.\n"));
+}
+
+} // namespace
+
+} // namespace test
