@@ -5,8 +5,6 @@
 #include <mrl/Logger.h>
 #include <mrl/LoggerStream.h>
 
-#include <radiosim/Engine.h>
-
 namespace test {
 
 namespace {
@@ -118,7 +116,6 @@ TEST_F(Start, HelpOnACommandTellsItsOptionsWithExamples) {
 
 TEST_F(Start, DoesWithoutAnyArgumentAtAll) {
     tesk5::DiagModule::setCmdLineArgs(0, nullptr);
-    const radiosim::Engine radio;
     EXPECT_EQ(tesk5::DiagModule::start(), 0);
     EXPECT_THAT(output(), testing::StartsWith("Tests\n"));
 }

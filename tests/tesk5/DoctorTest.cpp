@@ -2,15 +2,10 @@
 // run. The module's half is a function of the test.
 #include "FrameworkTest.h"
 
-#include <radiosim/Engine.h>
-
-#include <optional>
-
 namespace test {
 
 namespace {
 
-using radiosim::Engine;
 using radiosim::Scenario;
 using tesk5::DiagDevice;
 using tesk5::DiagModule;
@@ -26,22 +21,12 @@ using testing::Not;
 const int CANNOTRUN = TestResult::CANNOTRUN().value();
 
 struct Doctor : FrameworkTest {
-    std::optional<Engine> radio;
     std::vector<std::string> examined;
 
-    void startRadio(std::optional<radiosim::Fault> fault = {}, int interfaces = 1) {
-        Scenario scenario;
-        scenario.interfaces.clear();
-        if (interfaces > 0) {
-            scenario.interfaces.push_back({.description = "Wi-Fi"});
-        }
-        if (fault) {
-            scenario.faults = {*fault};
-        }
-        radio.emplace(std::move(scenario));
-    }
     void openFails(DWORD error) {
-        startRadio(radiosim::Fault{.function = "WlanOpenHandle", .code = error});
+        Scenario scenario;
+        scenario.faults = {{.function = "WlanOpenHandle", .code = error}};
+        startRadio(std::move(scenario));
     }
     // The module's half: writes down what it is asked, and says what `findings` has.
     void examineSaying(Findings findings) {
@@ -54,10 +39,9 @@ struct Doctor : FrameworkTest {
     }
     std::string firstLine() const { return output().substr(0, output().find('\n')); }
 
-    void SetUp() override { startRadio(); }
     void TearDown() override {
-        EXPECT_EQ(radio->leaks(), radiosim::Leaks());
-        EXPECT_THAT(radio->unfiredFaults(), IsEmpty());
+        EXPECT_EQ(radio().leaks(), radiosim::Leaks());
+        EXPECT_THAT(radio().unfiredFaults(), IsEmpty());
     }
 };
 
@@ -130,7 +114,7 @@ TEST_F(Doctor, AsksForTheServiceWhenTheDevicesComeFromAFileToo) {
 
 TEST_F(Doctor, SaysThatThereIsNoAdapter) {
     registerTest("A", TestResult::PASS());
-    startRadio({}, 0);
+    startRadio({.interfaces = {}});
     EXPECT_EQ(startBare({"doctor"}), CANNOTRUN);
     EXPECT_EQ(output(),
               "ok: The wireless service (WLAN AutoConfig) answers.\n"
@@ -250,13 +234,6 @@ TEST_F(Doctor, GivesAdviceForATestWithoutADevice) {
               "  Ethernet: lacks the capability \"Wireless\"\n"
               "  possible cause: There is no wireless adapter for A. Look in Device Manager under "
               "\"Network adapters\": the adapter must be there, be enabled and have its driver.\n");
-}
-
-TEST_F(Doctor, IsWhatTheListWithoutDevicesPointsTo) {
-    setDevices(0);
-    EXPECT_EQ(start({"list"}), 0);
-    EXPECT_THAT(output(), HasSubstr("  none\n  The command doctor looks for the reason and says "
-                                    "what to do.\n"));
 }
 
 } // namespace

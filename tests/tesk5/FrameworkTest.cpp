@@ -80,6 +80,7 @@ FrameworkTest::FrameworkTest() {
     forgetEverything();
     tesk5::setLanguage("en");
     setDevices(1);
+    startRadio({});
 }
 
 FrameworkTest::~FrameworkTest() {
@@ -94,6 +95,11 @@ tesk5::Test* FrameworkTest::registerTest(const char* name, Body body) {
 
 tesk5::Test* FrameworkTest::registerTest(const char* name, TestResult result) {
     return registerTest(name, [result](const DiagDevice&) { return result; });
+}
+
+radiosim::Engine& FrameworkTest::startRadio(radiosim::Scenario scenario) {
+    m_radio.reset();
+    return m_radio.emplace(std::move(scenario));
 }
 
 void FrameworkTest::setExamination(

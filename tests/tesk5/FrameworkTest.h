@@ -2,6 +2,8 @@
 // clock, and a console that is read.
 #pragma once
 
+#include <radiosim/Engine.h>
+
 #include <support/TemporaryFolder.h>
 #include <support/VirtualClock.h>
 
@@ -13,6 +15,7 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -56,6 +59,10 @@ protected:
     /// The same with exactly these arguments.
     static int startBare(const std::vector<std::string>& arguments);
 
+    /// Puts another radio environment in force; at first there is a wireless service that answers.
+    radiosim::Engine& startRadio(radiosim::Scenario scenario);
+    radiosim::Engine& radio() { return *m_radio; }
+
     /// Describes the devices of start() in a device file's JSON.
     void setDevices(const std::string& json);
     /// So many wireless devices.
@@ -76,6 +83,7 @@ protected:
 
 private:
     VirtualClock m_clock;
+    std::optional<radiosim::Engine> m_radio;
     TemporaryFolder m_folder;
     CapturedStream m_output{mrl::cout};
     CapturedStream m_errors{mrl::cerr};

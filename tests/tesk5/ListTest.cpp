@@ -85,7 +85,8 @@ TEST_F(List, HonoursTheChoiceOfDevices) {
 TEST_F(List, SaysThatThereIsNoDevice) {
     setDevices("[]");
     EXPECT_EQ(start({"list"}), 0);
-    EXPECT_THAT(output(), testing::EndsWith("Devices\n  none\n"));
+    EXPECT_THAT(output(), testing::EndsWith("Devices\n  none\n  The command doctor looks for the "
+                                            "reason and says what to do.\n"));
 }
 
 } // namespace

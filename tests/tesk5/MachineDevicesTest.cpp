@@ -2,17 +2,12 @@
 
 #include <DeviceList.h>
 
-#include <radiosim/Engine.h>
-
 #include <nativewifi/Guid.h>
-
-#include <optional>
 
 namespace test {
 
 namespace {
 
-using radiosim::Engine;
 using radiosim::Scenario;
 using tesk5::machineDevices;
 using testing::ElementsAre;
@@ -23,8 +18,6 @@ constexpr const char* FIRST_GUID = "8c2f6b1e-4d37-4a59-9e0b-5f6a7d3c1b20";
 constexpr const char* OTHER_GUID = "00000000-1111-2222-3333-abcdefabcdef";
 
 struct MachineDevices : FrameworkTest {
-    std::optional<Engine> radio;
-
     Scenario twoInterfaces() {
         Scenario scenario;
         scenario.interfaces = {
@@ -45,15 +38,13 @@ struct MachineDevices : FrameworkTest {
         return names;
     }
     void TearDown() override {
-        if (radio) {
-            EXPECT_EQ(radio->leaks(), radiosim::Leaks());
-            EXPECT_THAT(radio->unfiredFaults(), IsEmpty());
-        }
+        EXPECT_EQ(radio().leaks(), radiosim::Leaks());
+        EXPECT_THAT(radio().unfiredFaults(), IsEmpty());
     }
 };
 
 TEST_F(MachineDevices, AreTheNativeWifiInterfaces) {
-    radio.emplace(twoInterfaces());
+    startRadio(twoInterfaces());
     const auto list = machineDevices({});
     EXPECT_THAT(namesOf(list), ElementsAre("Wi-Fi Kärte", "Wi-Fi 2"));
     EXPECT_FALSE(list.failure);
@@ -62,12 +53,12 @@ TEST_F(MachineDevices, AreTheNativeWifiInterfaces) {
         list.devices[0].properties(),
         ElementsAre(Pair("DeviceSystemName", "\\DEVICE\\{8C2F6B1E-4D37-4A59-9E0B-5F6A7D3C1B20}"),
                     Pair("wlanAPISupported", "true")));
-    EXPECT_THAT(radio->callNames(), ElementsAre("WlanOpenHandle", "WlanEnumInterfaces",
-                                                "WlanCloseHandle", "WlanFreeMemory"));
+    EXPECT_THAT(radio().callNames(), ElementsAre("WlanOpenHandle", "WlanEnumInterfaces",
+                                                 "WlanCloseHandle", "WlanFreeMemory"));
 }
 
 TEST_F(MachineDevices, AreTheOtherAdaptersToo) {
-    radio.emplace(twoInterfaces());
+    startRadio(twoInterfaces());
     const auto list =
         machineDevices({adapter("Ethernet", OTHER_GUID),
                         adapter("Modem", "22222222-1111-2222-3333-abcdefabcdef", true)});
@@ -81,7 +72,7 @@ TEST_F(MachineDevices, AreTheOtherAdaptersToo) {
 }
 
 TEST_F(MachineDevices, AreListedOnceThoughTheSystemKnowsThemTwice) {
-    radio.emplace(twoInterfaces());
+    startRadio(twoInterfaces());
     const auto list = machineDevices({adapter("Wi-Fi as an adapter", FIRST_GUID)});
     EXPECT_THAT(namesOf(list), ElementsAre("Wi-Fi Kärte", "Wi-Fi 2"));
 }
@@ -89,7 +80,7 @@ TEST_F(MachineDevices, AreListedOnceThoughTheSystemKnowsThemTwice) {
 TEST_F(MachineDevices, AreNoneWithoutInterfaces) {
     Scenario scenario;
     scenario.interfaces.clear();
-    radio.emplace(std::move(scenario));
+    startRadio(std::move(scenario));
     const auto list = machineDevices({});
     EXPECT_THAT(list.devices, IsEmpty());
     EXPECT_FALSE(list.failure);
@@ -98,31 +89,31 @@ TEST_F(MachineDevices, AreNoneWithoutInterfaces) {
 TEST_F(MachineDevices, ComeWithTheReasonWhenTheServiceCannotBeOpened) {
     Scenario scenario = twoInterfaces();
     scenario.faults = {{.function = "WlanOpenHandle", .code = ERROR_SERVICE_NOT_ACTIVE}};
-    radio.emplace(std::move(scenario));
+    startRadio(std::move(scenario));
     const auto list = machineDevices({adapter("Ethernet", OTHER_GUID)});
     EXPECT_THAT(namesOf(list), ElementsAre("Ethernet"));
     ASSERT_TRUE(list.failure);
     EXPECT_EQ(list.failure->key, "DOCTOR_SERVICE_STOPPED");
     EXPECT_THAT(list.failure->variables,
                 ElementsAre(Pair("Function", "WlanOpenHandle"), Pair("Error", mrl::Uint32(1062))));
-    EXPECT_EQ(radio->callCount("WlanEnumInterfaces"), 0U);
+    EXPECT_EQ(radio().callCount("WlanEnumInterfaces"), 0U);
 }
 
 TEST_F(MachineDevices, ComeWithTheReasonWhenTheyCannotBeEnumerated) {
     Scenario scenario = twoInterfaces();
     scenario.faults = {{.function = "WlanEnumInterfaces", .code = 1702}};
-    radio.emplace(std::move(scenario));
+    startRadio(std::move(scenario));
     const auto list = machineDevices({});
     EXPECT_THAT(list.devices, IsEmpty());
     ASSERT_TRUE(list.failure);
     EXPECT_EQ(list.failure->key, "DOCTOR_SERVICE_FAILS");
     EXPECT_THAT(list.failure->variables, ElementsAre(Pair("Function", "WlanEnumInterfaces"),
                                                      Pair("Error", mrl::Uint32(1702))));
-    EXPECT_EQ(radio->openHandles(), 0U);
+    EXPECT_EQ(radio().openHandles(), 0U);
 }
 
 TEST_F(MachineDevices, AreWhatARunTakesWithoutADeviceFile) {
-    radio.emplace(twoInterfaces());
+    startRadio(twoInterfaces());
     std::vector<std::string> seen;
     registerTest("A", [&seen](const tesk5::DiagDevice& device) {
         seen.push_back(device.name().utf8());
@@ -135,7 +126,7 @@ TEST_F(MachineDevices, AreWhatARunTakesWithoutADeviceFile) {
 TEST_F(MachineDevices, MissingForAReasonAreExplainedByTheRun) {
     Scenario scenario;
     scenario.faults = {{.function = "WlanOpenHandle", .code = ERROR_MOD_NOT_FOUND}};
-    radio.emplace(std::move(scenario));
+    startRadio(std::move(scenario));
     registerTest("A", tesk5::TestResult::PASS());
     EXPECT_EQ(startBare({"run"}), tesk5::TestResult::CANNOTRUN().value());
     EXPECT_THAT(errors(), testing::HasSubstr("  possible cause: This Windows has no Wlanapi.dll "
