@@ -189,7 +189,7 @@ TEST_F(Doctor, GivesAdviceUnderARunThatCouldNotRun) {
     EXPECT_EQ(output(), "A on Card 1\n"
                         "  CANNOTRUN after 0.0 s\n"
                         "  possible cause: Something happened.\n"
-                        "1 run: 1 CANNOTRUN; exit value 3\n");
+                        "Runs: 1 (1 CANNOTRUN); exit value 3\n");
     EXPECT_THAT(examined, ElementsAre("Card 1 at once"));
 }
 
