@@ -114,8 +114,8 @@ TEST_F(Doctor, AsksForTheServiceWhenTheDevicesComeFromAFileToo) {
 
 TEST_F(Doctor, SaysThatThereIsNoAdapter) {
     registerTest("A", TestResult::PASS());
-    startRadio({.interfaces = {}});
-    EXPECT_EQ(startBare({"doctor"}), CANNOTRUN);
+    setDevices(0);
+    EXPECT_EQ(start({"doctor"}), CANNOTRUN);
     EXPECT_EQ(output(),
               "ok: The wireless service (WLAN AutoConfig) answers.\n"
               "problem: There is no wireless adapter for A. Look in Device Manager under \"Network "
