@@ -74,7 +74,7 @@ WIN32_PLACES = re.compile(
     r"|common/src/libnativewifi/nativewifi/WlanTypes\.h|common/src/libnativewifi/src/[^/]*Win32\.cpp"
     # A console needs UTF-16 from the system itself; only the system knows what a name leads to, its
     # own path and the languages.
-    r"|common/src/libcommon/mrlbase/src/(OutputStream|FilesWin32|SystemWin32)\.cpp"
+    r"|common/src/libcommon/mrlbase/src/(OutputStream|FilesWin32|SystemLibraryWin32|SystemWin32)\.cpp"
     r"|tools/radiosim/dll/.*|tools/dialogprobe/.*)$")
 
 # Headers, what they are called, and the places that may include them.

@@ -5,6 +5,10 @@ SUBSYSTEM_CONSOLE = 3
 MACHINE_X64 = 0x8664
 DLL_CHARACTERISTICS = {"high entropy ASLR": 0x20, "ASLR": 0x40, "DEP": 0x100,
                        "terminal server aware": 0x8000}
+RELOCATIONS_STRIPPED = 0x1
+# Entry of the data directory.
+RELOCATIONS = 5
+SECTION_CHARACTERISTICS = {"executable": 0x20000000, "writable": 0x80000000}
 
 
 class Image:
@@ -18,7 +22,14 @@ class Image:
         self.subsystem, self.dll_characteristics = self._numbers("<HH", optional + 68)
         self._sections = [self._section(optional + self._number("<H", start + 20) + 40 * index)
                           for index in range(self.section_count)]
+        self.sections = {self.data[begin:begin + 8].rstrip(b"\0").decode("ascii"):
+                         self._number("<I", begin + 36)
+                         for begin in (optional + self._number("<H", start + 20) + 40 * index
+                                       for index in range(self.section_count))}
+        self.image_base = self._number("<Q", optional + 24)
         self._import_directory = self._number("<I", optional + 112 + 8)
+        self.relocations_size = self._number("<I", optional + 112 + 8 * RELOCATIONS + 4)
+        self.characteristics = self._number("<H", start + 22)
 
     def has(self, characteristic):
         return bool(self.dll_characteristics & DLL_CHARACTERISTICS[characteristic])
@@ -34,6 +45,18 @@ class Image:
             begin = self._offset(name)
             names.append(self.data[begin:self.data.index(b"\0", begin)].decode("ascii").lower())
             entry += 20
+
+    def calls_of(self, address):
+        """How many near calls in the code lead to the function at `address` (with the base)."""
+        target = address - self.image_base
+        begin, size, raw = self._sections[list(self.sections).index(".text")]
+        code = self.data[raw:raw + size]
+        count, place = 0, code.find(b"\xE8")
+        while 0 <= place <= len(code) - 5:
+            if begin + place + 5 + struct.unpack_from("<i", code, place + 1)[0] == target:
+                count += 1
+            place = code.find(b"\xE8", place + 1)
+        return count
 
     def _numbers(self, form, offset):
         return struct.unpack_from(form, self.data, offset)

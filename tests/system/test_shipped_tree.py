@@ -1,5 +1,6 @@
 """The deliverable tree: what is in it, and what the executable asks of a Windows PC."""
 import pathlib
+import re
 import unittest
 
 import pe
@@ -72,6 +73,30 @@ class Executable(unittest.TestCase):
         for characteristic in pe.DLL_CHARACTERISTICS:
             with self.subTest(characteristic):
                 self.assertTrue(self.image.has(characteristic))
+
+    def test_can_be_loaded_at_any_address(self):
+        self.assertFalse(self.image.characteristics & pe.RELOCATIONS_STRIPPED)
+        self.assertGreater(self.image.relocations_size, 0)
+
+    def test_has_no_memory_that_is_both_written_and_executed(self):
+        flags = pe.SECTION_CHARACTERISTICS
+        for name, section in self.image.sections.items():
+            with self.subTest(name):
+                self.assertFalse(section & flags["executable"] and section & flags["writable"])
+        self.assertTrue(self.image.sections[".text"] & flags["executable"])
+
+    def test_functions_guard_their_stack(self):
+        linked = (ROOT / "build" / "windows" / "mrlrantenna.map").read_text(encoding="utf-8")
+        check = re.search(r"^ +0x([0-9a-f]+) +__stack_chk_fail$", linked, re.MULTILINE)
+        self.assertIsNotNone(check, "the function that ends a damaged program is linked")
+        # Each function with a buffer on its stack calls it once; there were 689 at first.
+        self.assertGreater(self.image.calls_of(int(check[1], 16)), 300)
+
+    def test_asks_for_no_elevation(self):
+        begin = self.image.data.index(b"<requestedExecutionLevel")
+        level = self.image.data[begin:self.image.data.index(b"/>", begin)].decode("ascii")
+        self.assertIn('level="asInvoker"', level)
+        self.assertIn('uiAccess="false"', level)
 
     def test_carries_its_manifest(self):
         for text in (b"Microsoft.Windows.Common-Controls", b"PerMonitorV2", b"asInvoker"):

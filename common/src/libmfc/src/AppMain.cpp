@@ -14,5 +14,10 @@ int requestedShow() {
 } // namespace
 
 int main() {
+    // What Windows' own parts load from here on comes from the system directory: neither a file
+    // beside the program nor one in the current directory takes its place. Either call fails only
+    // on systems that are too old for this program.
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
+    SetDllDirectoryW(L"");
     return AfxWinMain(GetModuleHandleW(nullptr), nullptr, GetCommandLineW(), requestedShow());
 }

@@ -1,20 +1,10 @@
 #include "Loader.h"
 
+#include <mrl/SystemLibrary.h>
+
 namespace nativewifi {
 
 namespace {
-
-struct Library {
-    HMODULE module;
-    DWORD error;
-};
-
-Library loadLibrary() {
-    // Only from the system directory: a Wlanapi.dll planted beside the program or in the current
-    // directory must never run. Kept until the process ends; notification threads run inside it.
-    const HMODULE module = LoadLibraryExW(L"Wlanapi.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-    return {module, module == nullptr ? GetLastError() : ERROR_SUCCESS};
-}
 
 // The RPC runtime's own types for texts and GUIDs differ in name only.
 RPC_STATUS WINAPI uuidFromString(const mrl::Char* text, GUID* guid) {
@@ -32,16 +22,17 @@ RPC_STATUS WINAPI rpcStringFree(mrl::Char** text) {
 } // namespace
 
 AnyFunction findWlanFunction(const char* name, DWORD& error) {
-    static const Library library = loadLibrary();
-    if (library.module == nullptr) {
-        error = library.error;
+    // Kept until the process ends: notification threads run inside it.
+    static const mrl::SystemLibrary library(L"Wlanapi.dll");
+    if (!library.loaded()) {
+        error = library.error();
         return nullptr;
     }
-    const FARPROC found = GetProcAddress(library.module, name);
+    const AnyFunction found = library.find<void()>(name);
     if (found == nullptr) {
         error = GetLastError();
     }
-    return reinterpret_cast<AnyFunction>(found);
+    return found;
 }
 
 const RpcFunctions& platformRpcFunctions() {

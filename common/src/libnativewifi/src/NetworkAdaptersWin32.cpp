@@ -1,6 +1,8 @@
 #include <nativewifi/Guid.h>
 #include <nativewifi/NetworkAdapters.h>
 
+#include <mrl/SystemLibrary.h>
+
 // iphlpapi.h needs winsock2.h before it.
 // clang-format off
 #include <winsock2.h>
@@ -38,6 +40,11 @@ GUID guidOf(const IP_ADAPTER_ADDRESSES& adapter) {
 } // namespace
 
 std::vector<NetworkAdapter> networkAdapters() {
+    static const mrl::SystemLibrary library(L"Iphlpapi.dll");
+    const auto getAdapters = library.find<decltype(GetAdaptersAddresses)>("GetAdaptersAddresses");
+    if (getAdapters == nullptr) {
+        return {};
+    }
     ULONG size = FIRST_SIZE;
     std::unique_ptr<std::byte[]> block;
     ULONG result = ERROR_BUFFER_OVERFLOW;
@@ -45,11 +52,10 @@ std::vector<NetworkAdapter> networkAdapters() {
         block = std::make_unique<std::byte[]>(size);
         // ERROR_ADDRESS_NOT_ASSOCIATED, ERROR_BUFFER_OVERFLOW, ERROR_INVALID_PARAMETER,
         // ERROR_NOT_ENOUGH_MEMORY, ERROR_NO_DATA
-        result = GetAdaptersAddresses(AF_UNSPEC,
-                                      GAA_FLAG_SKIP_UNICAST | GAA_FLAG_SKIP_ANYCAST |
-                                          GAA_FLAG_SKIP_MULTICAST | GAA_FLAG_SKIP_DNS_SERVER,
-                                      nullptr, reinterpret_cast<IP_ADAPTER_ADDRESSES*>(block.get()),
-                                      &size);
+        result = getAdapters(AF_UNSPEC,
+                             GAA_FLAG_SKIP_UNICAST | GAA_FLAG_SKIP_ANYCAST |
+                                 GAA_FLAG_SKIP_MULTICAST | GAA_FLAG_SKIP_DNS_SERVER,
+                             nullptr, reinterpret_cast<IP_ADAPTER_ADDRESSES*>(block.get()), &size);
     }
     std::vector<NetworkAdapter> adapters;
     if (result != ERROR_SUCCESS) {

@@ -2,6 +2,8 @@
 
 #include "GdiplusHeaders.h"
 
+#include <mrl/SystemLibrary.h>
+
 #include <mutex>
 #include <utility>
 
@@ -14,6 +16,9 @@ std::shared_ptr<GdiplusSession> GdiplusSession::acquire() {
     if (std::shared_ptr<GdiplusSession> session = running.lock()) {
         return session;
     }
+    // GDI+ asks for its decoders by name alone when the first picture is read; a DLL that is there
+    // already is not searched for.
+    static const mrl::SystemLibrary decoders(L"Windowscodecs.dll");
     std::shared_ptr<GdiplusSession> session(new GdiplusSession); // the constructor is private
     Gdiplus::GdiplusStartupInput input;
     // OutOfMemory, UnsupportedGdiplusVersion

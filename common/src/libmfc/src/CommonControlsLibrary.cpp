@@ -1,0 +1,39 @@
+// The functions of Comctl32.dll that the project calls, each handed on to the DLL when it is first
+// needed. Linked, the DLL would bring its own imports in before the program could say where from.
+#include <afxcmn.h>
+
+#include <mrl/SystemLibrary.h>
+
+namespace {
+
+template <typename Function>
+Function* inComctl32(const char* name) {
+    // Some systems' controls ask for this one by name alone when they first blend; a DLL that is
+    // there already is not searched for.
+    static const mrl::SystemLibrary blending(L"Msimg32.dll");
+    static const mrl::SystemLibrary library(L"Comctl32.dll");
+    return library.find<Function>(name);
+}
+
+} // namespace
+
+BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes) {
+    static const auto function = inComctl32<decltype(InitCommonControlsEx)>("InitCommonControlsEx");
+    return function == nullptr ? FALSE : function(classes);
+}
+
+BOOL WINAPI SetWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id, DWORD_PTR data) {
+    static const auto function = inComctl32<decltype(SetWindowSubclass)>("SetWindowSubclass");
+    return function == nullptr ? FALSE : function(window, procedure, id, data);
+}
+
+BOOL WINAPI RemoveWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id) {
+    static const auto function = inComctl32<decltype(RemoveWindowSubclass)>("RemoveWindowSubclass");
+    return function == nullptr ? FALSE : function(window, procedure, id);
+}
+
+LRESULT WINAPI DefSubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    static const auto function = inComctl32<decltype(DefSubclassProc)>("DefSubclassProc");
+    return function == nullptr ? DefWindowProcW(window, message, wParam, lParam)
+                               : function(window, message, wParam, lParam);
+}

@@ -1,0 +1,97 @@
+"""No DLL beside the program or in the current directory is loaded in place of the system's."""
+import pathlib
+import re
+import shutil
+import signal
+import time
+import unittest
+
+import pe
+import program
+from program import DIST, EXECUTABLE, ROOT, VERIFICATION, ProgramTest, Started
+
+PLANTED = ROOT / "build" / "windows" / "tests" / "helpers" / "planted.dll"
+SOURCES = [path for folder in ("common", "modules") for path in (ROOT / folder).rglob("*.cpp")]
+
+# Windows maps these from its own section objects (KnownDLLs), whatever lies beside a program; Wine
+# does not, so planting them would show nothing.
+KNOWN_TO_WINDOWS = {
+    "advapi32.dll", "gdi32.dll", "gdiplus.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
+    "oleaut32.dll", "rpcrt4.dll", "shell32.dll", "shlwapi.dll", "user32.dll", "ws2_32.dll",
+}
+
+# What the program looks up itself, and what Windows' own parts look up in its name: looks, input,
+# pictures, networks, profiles. Each is known for having been planted beside somebody's program.
+LOOKED_UP = ["wlanapi.dll", "iphlpapi.dll", "comctl32.dll", "uxtheme.dll", "dwmapi.dll", "cryptbase.dll",
+             "cryptsp.dll", "profapi.dll", "userenv.dll", "netapi32.dll", "windowscodecs.dll",
+             "propsys.dll", "textshaping.dll", "winnsi.dll", "dhcpcsvc.dll", "dhcpcsvc6.dll",
+             "mscoree.dll", "msimg32.dll", "oleacc.dll", "usp10.dll", "wtsapi32.dll"]
+
+
+class PlantedDlls(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.program_folder = self.folder / "program"
+        shutil.copytree(DIST, self.program_folder)
+        original = program.EXECUTABLE
+        program.EXECUTABLE = self.program_folder / EXECUTABLE.name
+        self.addCleanup(setattr, program, "EXECUTABLE", original)
+        for folder in (self.program_folder, self.folder):
+            for name in LOOKED_UP:
+                shutil.copy(PLANTED, folder / name)
+
+    def loaded(self):
+        return sorted(path.relative_to(self.folder).as_posix() for path in self.folder.rglob("*.ran"))
+
+    def overrides(self):
+        """Wine prefers its own DLLs of many names to any file: here the files are to be preferred."""
+        base = program.environment()["WINEDLLOVERRIDES"]
+        planted = (pathlib.PurePath(name).stem for name in LOOKED_UP)
+        return ";".join([base, *(f"{name}=n,b" for name in planted if f"{name}=" not in base)])
+
+    def test_are_not_loaded_by_a_run(self):
+        run = self.run_program("run", VERIFICATION, "--set", "SSID=Lab", "--set",
+                               "FailingSignalStrength=20", WINEDLLOVERRIDES=self.overrides())
+        self.assertEqual(run.exit, 0, run)
+        self.assertEqual(self.loaded(), [])
+
+    def test_are_not_loaded_by_a_list(self):
+        run = self.run_program("list", WINEDLLOVERRIDES=self.overrides())
+        self.assertEqual(run.exit, 0, run)
+        self.assertIn("Simulated", run.out)
+        self.assertEqual(self.loaded(), [])
+
+    def test_are_not_loaded_by_the_dialog(self):
+        started = Started(("run", "DiversityTest"), self.folder,
+                          program.environment(WINEDLLOVERRIDES=self.overrides()))
+        started.wait_until_it_says("DiversityTest on")
+        time.sleep(5)  # the dialog opens and draws its pictures
+        started.process.send_signal(signal.SIGINT)
+        run = started.finish()
+        self.assertEqual(run.exit, 6, run)
+        self.assertEqual(self.loaded(), [])
+
+    def test_would_be_seen(self):
+        """The trap works: a program that does not guard itself walks into it."""
+        unguarded = ROOT / "build" / "windows" / "tests" / "helpers" / "unguarded.exe"
+        program.EXECUTABLE = self.program_folder / unguarded.name
+        shutil.copy(unguarded, program.EXECUTABLE)
+        self.run_program(WINEDLLOVERRIDES=self.overrides())
+        self.assertEqual(self.loaded(), ["program/iphlpapi.dll.ran"])
+
+
+class Imports(unittest.TestCase):
+    def test_are_dlls_that_windows_never_takes_from_a_programs_directory(self):
+        imported = set(pe.Image(EXECUTABLE).imported_dlls())
+        self.assertEqual(imported - KNOWN_TO_WINDOWS, set())
+
+    def test_sources_load_libraries_from_the_system_directory_alone(self):
+        calls = [(path.name, line.strip()) for path in SOURCES
+                 for line in path.read_text(encoding="utf-8").splitlines()
+                 if re.search(r"\bLoadLibrary(Ex)?[AW]?\(", line)]
+        self.assertEqual([name for name, _ in calls], ["SystemLibraryWin32.cpp"])
+        self.assertIn("LOAD_LIBRARY_SEARCH_SYSTEM32", calls[0][1])
+
+
+if __name__ == "__main__":
+    unittest.main()
