@@ -3,6 +3,9 @@
 #include <mrl/OutputStream.h>
 #include <mrl/System.h>
 
+#ifndef _WIN32
+#include <support/FullDisk.h>
+#endif
 #include <support/TemporaryFolder.h>
 #include <support/VirtualClock.h>
 
@@ -81,6 +84,43 @@ TEST(FileLogSink, AppendsToWhatIsThere) {
               "2026-11-20T19:55:01.123Z 1 mrlrantenna: first\n"
               "2026-11-20T19:55:01.123Z 1 mrlrantenna: second\n");
 }
+
+TEST(FileLogSink, BeginsAFreshLineAfterOneThatWasCut) {
+    const TemporaryFolder folder;
+    const test::VirtualClock clock;
+    std::ofstream(folder.path() / "log.txt", std::ios::binary) << "2026-11-20T19:55:01.123Z 1 mrl";
+    for (const char* text : {"first", "second"}) {
+        const Logging logging(mrl::fileLogSink(folder.file("log.txt")));
+        log(text);
+    }
+    EXPECT_EQ(bytesOfFile(folder.file("log.txt")),
+              "2026-11-20T19:55:01.123Z 1 mrl\n"
+              "2026-11-20T19:55:01.123Z 1 mrlrantenna: first\n"
+              "2026-11-20T19:55:01.123Z 1 mrlrantenna: second\n");
+}
+
+#ifndef _WIN32
+
+TEST(FileLogSink, BeginsAFreshLineWhenTheDiskHasRoomAgain) {
+    const TemporaryFolder folder;
+    const test::VirtualClock clock;
+    const Logging logging(mrl::fileLogSink(folder.file("log.txt")));
+    {
+        const test::FullDisk disk(30);
+        log("cut");
+        log("lost");
+    }
+    log("whole");
+    EXPECT_EQ(bytesOfFile(folder.file("log.txt")),
+              "2026-11-20T19:55:01.123Z 1 mrl\n"
+              "2026-11-20T19:55:01.123Z 1 mrlrantenna: whole\n");
+}
+
+TEST(FileLogSink, OpensNoDevice) {
+    EXPECT_THAT(reasonOf("/dev/null"), HasSubstr("no ordinary file"));
+}
+
+#endif
 
 TEST(FileLogSink, ThePathMayBeInAnyScript) {
     const TemporaryFolder folder;

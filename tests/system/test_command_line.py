@@ -64,6 +64,15 @@ class BadInput(ProgramTest):
     def test_unwritable_log(self):
         self.refused(*self.verify("--log", "no-such-folder/antenna.log"), naming=["no-such-folder"])
 
+    def test_devices_of_the_system_are_no_files(self):
+        for option in ("--devices", "--json", "--log"):
+            for name in ("NUL", "COM1", "con.json", r"\\.\pipe\mrlrantenna"):
+                with self.subTest(option=option, name=name):
+                    run = self.run_program("run", option, name)
+                    self.assertEqual(run.exit, WRONG_USAGE, run)
+                    self.assertIn(f'"{name}"', run.err)
+                    self.assertEqual(run.err.count("\n"), 1, run)
+
     def test_unknown_option(self):
         self.refused("list", "--colour", naming=["--colour"])
 

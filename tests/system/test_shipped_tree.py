@@ -1,9 +1,11 @@
 """The deliverable tree: what is in it, and what the executable asks of a Windows PC."""
+import json
 import pathlib
 import re
 import unittest
 
 import pe
+import program
 from program import DIST, EXECUTABLE, ROOT, ProgramTest
 
 # Parts of every Windows since 7; none comes from a compiler.
@@ -36,13 +38,35 @@ class ShippedTree(ProgramTest):
         folder.mkdir()
         copy = pathlib.Path(folder / EXECUTABLE.name)
         copy.write_bytes(EXECUTABLE.read_bytes())
-        import program
         original = program.EXECUTABLE
         program.EXECUTABLE = copy
         self.addCleanup(setattr, program, "EXECUTABLE", original)
         run = self.run_program("run")
         self.assertEqual(run.exit, 4, run)
         self.assertIn("No access point was named", run.out, "the texts are compiled in as well")
+
+
+class Resources(ProgramTest):
+    ENGLISH = "resources/mrlrantenna/texts/en.json"
+
+    def current_folder_says(self, text):
+        path = self.folder / self.ENGLISH
+        path.parent.mkdir(parents=True)
+        path.write_text(json.dumps({"SSID_NOT_SET": text}), encoding="utf-8")
+
+    def test_beside_the_executable_come_before_those_of_the_current_folder(self):
+        self.current_folder_says("planted")
+        self.assertNotIn("planted", self.run_program("run").out)
+
+    def test_of_the_current_folder_serve_an_executable_that_has_none(self):
+        self.current_folder_says("from here")
+        lone = self.folder / "program" / EXECUTABLE.name
+        lone.parent.mkdir()
+        lone.write_bytes(EXECUTABLE.read_bytes())
+        original = program.EXECUTABLE
+        program.EXECUTABLE = lone
+        self.addCleanup(setattr, program, "EXECUTABLE", original)
+        self.assertIn("from here", self.run_program("run").out)
 
 
 class Executable(unittest.TestCase):

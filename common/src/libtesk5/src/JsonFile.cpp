@@ -2,9 +2,8 @@
 
 #include "SystemReason.h"
 
-#include <cerrno>
-#include <fstream>
-#include <iterator>
+#include <mrl/Files.h>
+
 #include <set>
 #include <vector>
 
@@ -63,15 +62,13 @@ private:
     std::vector<std::set<std::string>> m_open;
 };
 
-JsonFailure unreadable() {
-    return JsonFailure(lastSystemReason(Message("INPUT_FILE_UNREADABLE")));
-}
+// Texts of one language are some twenty kilobytes, a device two hundred bytes.
+constexpr std::size_t LARGEST_FILE = 0x100000;
 
 } // namespace
 
 bool isFile(const std::filesystem::path& path) {
-    std::error_code failure;
-    return std::filesystem::exists(path, failure) && !std::filesystem::is_directory(path, failure);
+    return mrl::fileKind(path) == mrl::FileKind::ordinary;
 }
 
 Json parseJson(const std::string& text) {
@@ -84,20 +81,11 @@ Json parseJson(const std::string& text) {
 }
 
 Json readJsonFile(const std::filesystem::path& path) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) {
-        throw JsonFailure(Message("INPUT_FILE_IS_DIRECTORY"));
+    try {
+        return parseJson(mrl::readWholeFile(path, LARGEST_FILE));
+    } catch (const mrl::FileFailure& failure) {
+        throw JsonFailure(fileReason(failure));
     }
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        throw unreadable();
-    }
-    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    if (file.bad()) {
-        throw unreadable();
-    }
-    return parseJson(text);
 }
 
 } // namespace tesk5

@@ -26,7 +26,7 @@ private:
     Message m_message;
 };
 
-/// Whether `path` names a file that is there, readable or not.
+/// Whether `path` names an ordinary file that is there, readable or not.
 bool isFile(const std::filesystem::path& path);
 
 /// The value that `text` spells in JSON; members keep their order.
@@ -34,7 +34,8 @@ bool isFile(const std::filesystem::path& path);
 Json parseJson(const std::string& text);
 
 /// The value that the file spells.
-/// Failure: throws JsonFailure as parseJson() does, and when the file cannot be read
+/// Failure: throws JsonFailure as parseJson() does, and when the file cannot be read, is no
+/// ordinary one or has more than 1 MiB
 Json readJsonFile(const std::filesystem::path& path);
 
 } // namespace tesk5

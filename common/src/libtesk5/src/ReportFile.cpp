@@ -6,13 +6,16 @@
 #include "BadInput.h"
 #include "SystemReason.h"
 
+#include <mrl/Files.h>
 #include <mrl/System.h>
 #include <mrl/Unicode.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <random>
 #include <system_error>
+#include <vector>
 
 namespace tesk5 {
 
@@ -23,6 +26,8 @@ namespace fs = std::filesystem;
 std::string lastError() {
     return lastSystemReason(Message("INPUT_FILE_UNWRITABLE")).text();
 }
+
+constexpr const char* TEMPORARY = ".tmp";
 
 // A new file in the folder of `target`, removed again unless it takes the target's place.
 class TemporaryFile {
@@ -71,7 +76,7 @@ private:
         fs::path path;
         do {
             path = target;
-            path += "." + std::to_string(random()) + ".tmp";
+            path += "." + std::to_string(random()) + TEMPORARY;
         } while (fs::exists(path, ignored));
         return path;
     }
@@ -81,17 +86,47 @@ private:
     std::optional<std::string> m_failure;
 };
 
+// Temporary files beside `target` that a process left which was killed while it wrote. One that is
+// being written stays: the system does not delete it while it is open.
+void removeLeftovers(const fs::path& target) {
+    const auto isLeftover = [start = target.filename().native() + fs::path(".").native(),
+                             end = fs::path(TEMPORARY).native()](const fs::path& path) {
+        const fs::path::string_type name = path.filename().native();
+        if (name.size() <= start.size() + end.size() || !name.starts_with(start) ||
+            !name.ends_with(end)) {
+            return false;
+        }
+        return std::all_of(name.begin() + static_cast<std::ptrdiff_t>(start.size()),
+                           name.end() - static_cast<std::ptrdiff_t>(end.size()),
+                           [](auto letter) { return letter >= '0' && letter <= '9'; });
+    };
+    std::error_code failure;
+    std::vector<fs::path> leftovers;
+    const fs::path folder = target.parent_path();
+    for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, failure), last;
+         !failure && entry != last; entry.increment(failure)) {
+        if (isLeftover(entry->path()) && mrl::fileKind(entry->path()) == mrl::FileKind::ordinary) {
+            leftovers.push_back(entry->path());
+        }
+    }
+    for (const fs::path& leftover : leftovers) {
+        fs::remove(leftover, failure);
+    }
+}
+
 // Why `target` cannot be replaced; nothing when it can.
 std::optional<std::string> whyNotReplaceable(const fs::path& target) {
-    std::error_code ignored;
-    const fs::file_status status = fs::status(target, ignored);
-    if (fs::is_directory(status) || target.filename().empty()) {
+    if (target.filename().empty()) {
         return message("INPUT_FILE_IS_DIRECTORY");
     }
-    if (fs::exists(status)) {
-        if (!fs::is_regular_file(status)) {
-            return message("INPUT_FILE_NOT_ORDINARY");
-        }
+    switch (mrl::fileKind(target)) {
+    case mrl::FileKind::directory:
+        return message("INPUT_FILE_IS_DIRECTORY");
+    case mrl::FileKind::other:
+        return message("INPUT_FILE_NOT_ORDINARY");
+    case mrl::FileKind::missing:
+        break;
+    case mrl::FileKind::ordinary:
         errno = 0;
         const std::fstream present(target, std::ios::binary | std::ios::in | std::ios::out);
         if (!present) {
@@ -102,6 +137,9 @@ std::optional<std::string> whyNotReplaceable(const fs::path& target) {
 }
 
 fs::path followed(const fs::path& path) {
+    if (mrl::fileKind(path) == mrl::FileKind::other) {
+        return path; // not even looked into
+    }
     std::error_code failure;
     fs::path target = fs::canonical(path, failure);
     return failure ? path : target;
@@ -117,6 +155,7 @@ ReportFile::ReportFile(std::string path)
 }
 
 void ReportFile::replace(const std::string& text) const {
+    removeLeftovers(m_target);
     TemporaryFile file(m_target);
     std::optional<std::string> failure = file.failure();
     if (!failure) {

@@ -1,13 +1,17 @@
 // The sinks of the product, on spdlog. Everything of that library stays inside this file.
 #include <mrl/Exception.h>
+#include <mrl/Files.h>
 #include <mrl/Logger.h>
 #include <mrl/OutputStream.h>
 #include <mrl/System.h>
 
 #include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/base_sink.h>
-#include <spdlog/sinks/basic_file_sink.h>
 
+#include <cerrno>
+#include <cstdio>
+#include <fstream>
+#include <memory>
 #include <system_error>
 
 namespace mrl {
@@ -45,6 +49,55 @@ class ErrorStreamSink final : public spdlog::sinks::base_sink<spdlog::details::n
     void flush_() override { cerr.flush(); }
 };
 
+// Whether the file ends in the middle of a line, which a process leaves that is killed or finds the
+// disk full.
+bool endsInALine(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    char last = '\n';
+    if (file.seekg(-1, std::ios::end)) {
+        file.get(last);
+    }
+    return last != '\n';
+}
+
+// Each line goes out in one piece and at once; a line that went out in part is ended before the
+// next.
+class LineFileSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex> {
+public:
+    explicit LineFileSink(const std::filesystem::path& path) : m_lineOpen(endsInALine(path)) {
+        std::FILE* file = nullptr;
+        const spdlog::filename_t name = path.native();
+        if (spdlog::details::os::fopen_s(&file, name, SPDLOG_FILENAME_T("ab"))) {
+            spdlog::throw_spdlog_ex("Failed opening file " +
+                                        spdlog::details::os::filename_to_str(name) + " for writing",
+                                    errno);
+        }
+        m_file.reset(file);
+        std::setvbuf(file, nullptr, _IONBF, 0);
+    }
+
+private:
+    struct Close {
+        void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
+    };
+
+    void sink_it_(const spdlog::details::log_msg& message) override {
+        spdlog::memory_buf_t line;
+        if (m_lineOpen) {
+            line.push_back('\n');
+        }
+        formatter_->format(message, line);
+        const std::size_t written = std::fwrite(line.data(), 1, line.size(), m_file.get());
+        if (written > 0) {
+            m_lineOpen = written < line.size();
+        }
+    }
+    void flush_() override {}
+
+    std::unique_ptr<std::FILE, Close> m_file;
+    bool m_lineOpen;
+};
+
 // Opening would make missing folders: a slip in a path must not leave a trail on the disk.
 void requireFolderOf(std::string_view path) {
     const std::filesystem::path folder = System::path(path).parent_path();
@@ -60,9 +113,13 @@ void requireFolderOf(std::string_view path) {
 
 std::shared_ptr<LogSink> fileLogSink(std::string_view path) {
     requireFolderOf(path);
+    // Opening alone can already do something: a port is claimed, a pipe connected.
+    if (fileKind(System::path(path)) == FileKind::other) {
+        throw Exception(String("Failed opening file " + std::string(path) +
+                               " for writing: it is no ordinary file"));
+    }
     try {
-        return std::make_shared<SpdlogSink>(
-            std::make_unique<spdlog::sinks::basic_file_sink_st>(System::path(path).native()));
+        return std::make_shared<SpdlogSink>(std::make_unique<LineFileSink>(System::path(path)));
     } catch (const spdlog::spdlog_ex& failure) {
         throw Exception(String(std::string_view(failure.what())));
     }
