@@ -34,7 +34,8 @@ struct alignas(alignof(T) > alignof(Uint32) ? alignof(T) : alignof(Uint32)) Arra
         void* block =
             ::operator new (sizeof(ArrayRep<T>) + sizeof(T) * std::size_t{initialCapacity},
                             std::align_val_t{alignof(ArrayRep<T>)});
-        return ::new (block) ArrayRep<T>{0, initialCapacity};
+        // The array owns the block, and destroy() frees it.
+        return ::new (block) ArrayRep<T>{0, initialCapacity}; // NOLINT(*-owning-memory)
     }
 
     /// Destroys every element and frees the block.
