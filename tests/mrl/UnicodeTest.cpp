@@ -2,6 +2,8 @@
 // them must arrive.
 #include <mrl/Unicode.h>
 
+#include <support/Inert.h>
+
 #include <gtest/gtest.h>
 
 #include <initializer_list>
@@ -203,6 +205,20 @@ TEST(Unicode, OrdinaryTextIsShownAsItIs) {
 
 TEST(Unicode, EscapingMendsIllFormedBytes) {
     EXPECT_EQ(mrl::escapeControls("a\xFF\n"), "a\xEF\xBF\xBD\\n");
+}
+
+TEST(Unicode, WhatDeceivesReadersIsEscapedAndNothingElse) {
+    for (char32_t codePoint = 0; codePoint < 0x11000; ++codePoint) {
+        if (isSurrogate(codePoint)) {
+            continue;
+        }
+        const std::string text = mrl::toUtf8(utf16Of(codePoint));
+        const bool deceives = !test::offenceIn(text).empty();
+        EXPECT_EQ(mrl::deceivesReaders(codePoint), deceives) << static_cast<unsigned>(codePoint);
+        const std::string shown = mrl::escapeControls(text);
+        EXPECT_EQ(shown != text, deceives) << static_cast<unsigned>(codePoint);
+        EXPECT_EQ(test::offenceIn(shown), "");
+    }
 }
 
 } // namespace

@@ -63,9 +63,7 @@ TEST_F(Reports, TellTheWholeRun) {
     {
       "test": "Signal",
       "device": {
-        "name": "Kärte)"
-                                                "\u2028"
-                                                R"(",
+        "name": "Kärte\u2028",
         "properties": {
           "z": "1",
           "a": "2"

@@ -20,7 +20,7 @@ std::string reportOf(const RunRecord& run) {
         json["results"].push_back(jsonOf(outcome));
     }
     json["withoutDevice"] = listOf(run.withoutDevice);
-    return json.dump(2) + "\n";
+    return indentedJson(json);
 }
 
 } // namespace tesk5

@@ -4,6 +4,8 @@
 
 #include "ModuleState.h"
 
+#include <mrl/Unicode.h>
+
 #include <cmath>
 #include <cstdio>
 
@@ -45,6 +47,23 @@ std::string reportTime(mrl::Clock::UtcTime time) {
 
 double roundedToMilliseconds(double seconds) {
     return std::round(seconds * 1000) / 1000;
+}
+
+std::string indentedJson(const Json& json) {
+    constexpr int INDENT = 2;
+    mrl::CharString text;
+    for (const mrl::Char unit :
+         mrl::toUtf16(json.dump(INDENT, ' ', false, Json::error_handler_t::replace))) {
+        // Line ends are the layout's own: those of names are escaped by now.
+        if (unit == '\n' || !mrl::deceivesReaders(unit)) {
+            text += unit;
+            continue;
+        }
+        char escape[8];
+        std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(unit));
+        text.append(escape, escape + std::char_traits<char>::length(escape));
+    }
+    return mrl::toUtf8(text) + "\n";
 }
 
 Json jsonOf(const RaisedEvent& event) {

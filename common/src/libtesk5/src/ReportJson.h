@@ -13,6 +13,10 @@ std::string reportTime(mrl::Clock::UtcTime time);
 /// A duration as reports write it.
 double roundedToMilliseconds(double seconds);
 
+/// `json` in lines, indented for people. What a terminal or a reader could be deceived with stands
+/// in JSON's own notation (\u202e); the value is the same.
+std::string indentedJson(const Json& json);
+
 Json jsonOf(const RaisedEvent& event);
 Json jsonOf(const Measurement& measurement);
 Json jsonOf(const Survey& survey);

@@ -111,6 +111,10 @@ constexpr bool changesReading(char32_t codePoint) {
            within(codePoint, 0xFFFE, 0xFFFF);
 }
 
+constexpr bool isControl(char32_t codePoint) {
+    return codePoint < 0x20 || within(codePoint, 0x7F, 0x9F);
+}
+
 void appendEscaped(std::string& out, char32_t codePoint) {
     char buffer[12];
     switch (codePoint) {
@@ -126,7 +130,7 @@ void appendEscaped(std::string& out, char32_t codePoint) {
     default:
         break;
     }
-    if (codePoint < 0x20 || within(codePoint, 0x7F, 0x9F)) {
+    if (isControl(codePoint)) {
         std::snprintf(buffer, sizeof buffer, "\\x%02X", static_cast<unsigned>(codePoint));
         out += buffer;
     } else if (changesReading(codePoint)) {
@@ -196,6 +200,10 @@ Char foldCase(Char unit) {
 bool equalNoCase(CharView a, CharView b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [](Char left, Char right) { return foldCase(left) == foldCase(right); });
+}
+
+bool deceivesReaders(char32_t codePoint) {
+    return isControl(codePoint) || changesReading(codePoint);
 }
 
 std::string escapeControls(std::string_view utf8) {
