@@ -266,6 +266,8 @@ TEST_F(Configurations, AreRefusedForWhatIsNoToml) {
              {"a = 1\na = 2", "line 2, column "},
              {"\n\noops", "line 3, column "},
              {"a = '\xFF'", "line 1, column "},
+             {"[!]", "line 1, column "},         // no key begins so
+             {"a = 0\u00fc", "line 1, column "}, // a letter where a blank could stand
              {"a = " + std::string(1000, '[') + std::string(1000, ']'), "line 1, column "},
              {std::string("a = 'x\0'", 8), "line 1, column "},
          }) {
