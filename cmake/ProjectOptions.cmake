@@ -2,6 +2,7 @@
 
 set(MRLR_SANITIZERS "" CACHE STRING "Sanitizers for -fsanitize=, comma-separated; empty for none")
 option(MRLR_TRAP_UNDEFINED "Windows: end the program on undefined behaviour; for tests" OFF)
+option(MRLR_FUZZERS "Build the fuzzers too; needs clang and a fuzzer among the sanitizers" OFF)
 option(MRLR_WERROR "Treat warnings as errors" ON)
 
 # Release with assertions of the standard library: a diagnostic must stop at a broken invariant

@@ -2,7 +2,8 @@
 """Runs every suite of both builds and counts the tests: the last line is `N passed, M failed`.
 
 A suite is a GoogleTest program of a native build (under ThreadSanitizer: that of the threads alone),
-one of the Windows build (under Wine), or a file of Python tests. Each suite's output is kept in
+one of the Windows build (under Wine), a fuzzer (its seeds and what was found before, then a fixed
+number of inputs of its own), or a file of Python tests. Each suite's output is kept in
 build/test-logs and shown when it fails.
 """
 import collections
@@ -17,10 +18,16 @@ import threading
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
+sys.path.insert(0, str(ROOT / "fuzz"))
+from seeds import seed_folders
+
 LOGS = ROOT / "build" / "test-logs"
 # A suite that takes longer hangs.
 SUITE_LIMIT_SECONDS = 600
 PYTHON_FOLDERS = ("structure", "system")
+# A few seconds; tools/fuzz takes as long as one likes.
+INPUTS_OF_A_FUZZER = 2000
+INPUTS_OF_A_SLOW_FUZZER = {"reports": 300, "text_file": 300}
 
 
 def google_test_suites():
@@ -58,6 +65,30 @@ def run_google_test(name, command):
     return passed, failed
 
 
+def fuzzers():
+    for program in sorted((ROOT / "build" / "fuzz" / "bin").glob("fuzz_*")):
+        yield f"fuzz/{program.name}", program
+
+
+def run_fuzzer(program):
+    """Runs one fuzzer; returns (passed, failed): an input of the tree is a test, and so is the rest
+    as a whole."""
+    name = program.name.removeprefix("fuzz_")
+    runs = INPUTS_OF_A_SLOW_FUZZER.get(name, INPUTS_OF_A_FUZZER)
+    folders = seed_folders(name)
+    seeds = sum(1 for folder in folders for path in folder.iterdir() if path.is_file())
+    log = LOGS / f"{program.name}.log"
+    with tempfile.TemporaryDirectory() as folder, open(log, "wb") as output:
+        command = [program, "-seed=1", f"-runs={seeds + runs}", "-max_len=4096",
+                   "-timeout=60", f"-artifact_prefix={LOGS}/{program.name}-", folder, *folders]
+        code = subprocess.run(command, stdout=output, stderr=subprocess.STDOUT, cwd=folder,
+                              timeout=SUITE_LIMIT_SECONDS, check=False).returncode
+    if code != 0:
+        print(log.read_text(encoding="utf-8", errors="replace")[-20000:])
+        return 0, 1
+    return seeds + 1, 0
+
+
 def run_python(path):
     """Runs one unittest file; returns (passed, failed)."""
     command = [sys.executable, "-m", "unittest", "-v", path.stem]
@@ -82,6 +113,7 @@ def main(patterns):
     # which the Python tests mostly consist of, do not.
     programs = collections.deque((name, run_google_test, (name, command))
                                  for name, command in google_test_suites())
+    programs.extend((name, run_fuzzer, (program,)) for name, program in fuzzers())
     scripts = collections.deque((f"python/{path.parent.name}/{path.stem}", run_python, (path,))
                                 for folder in PYTHON_FOLDERS
                                 for path in sorted((ROOT / "tests" / folder).glob("test_*.py")))

@@ -79,7 +79,7 @@ TEST_F(HostileNames, OfEveryByteAndEveryLengthAreCutToTheirArrayAndLoggedHarmles
                 continue;
             }
             ASSERT_EQ(device.m_visibleNetworks.size(), 1U) << of;
-            const mrl::CharString name(std::min(length, DOT11_SSID_MAX_LENGTH),
+            const mrl::CharString name(std::min<ULONG>(length, DOT11_SSID_MAX_LENGTH),
                                        static_cast<mrl::Char>(byte));
             ASSERT_EQ(device.m_visibleNetworks[0].getSsid(), mrl::String(mrl::CharView(name)))
                 << of;

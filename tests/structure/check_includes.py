@@ -89,7 +89,7 @@ THIRD_PARTY = (
      re.compile(r"common/src/libtesk5/src/ConfigFile\.cpp$")),
     (re.compile(r"CLI/"), "CLI",
      re.compile(r"(common/src/libtesk5/src|tools/radiosim)/")),
-    (re.compile(r"(gtest|gmock|support)/"), "test code", None),
+    (re.compile(r"(gtest|gmock|support|fuzzer)/"), "test code", None),
 )
 
 INCLUDE = re.compile(

@@ -174,7 +174,7 @@ class ThirdPartyHeaders(Tree):
                             "CLI has no place here (CLI/CLI.hpp)")
 
     def test_test_code_has_no_place_in_the_product(self):
-        for header in ("gtest/gtest.h", "support/VirtualClock.h"):
+        for header in ("gtest/gtest.h", "support/VirtualClock.h", "fuzzer/FuzzedDataProvider.h"):
             self.assert_refused(f"{TESK5}/src/A.cpp", header,
                                 f"test code has no place here ({header})")
 

@@ -8,6 +8,7 @@ PACKAGES=(
     nlohmann-json3-dev libcli11-dev libspdlog-dev libfmt-dev     # libraries, used header-only
     libkainjow-mustache-dev libtomlplusplus-dev                  # the same
     googletest                                                   # tests, built from its sources
+    clang                                                        # the fuzzers
     wine wine64                                                  # runs the Windows programs
     xvfb xauth xdotool imagemagick                               # a display for them, and eyes
     fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages

@@ -86,8 +86,8 @@ private:
             m_current = known != m_used.end()
                             ? known->get()
                             : m_used
-                                  .emplace_back(std::make_unique<Language>(
-                                      tag, std::make_unique<TextCatalogue>(sources(), tag)))
+                                  .emplace_back(std::make_unique<Language>(Language{
+                                      tag, std::make_unique<TextCatalogue>(sources(), tag)}))
                                   .get();
         }
         return *m_current;

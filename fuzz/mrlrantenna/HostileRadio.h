@@ -1,0 +1,71 @@
+// A Native Wifi service that answers with the fuzzer's bytes and keeps to the interface's contract
+// in one point alone: a block is as long as its count or its size says.
+//
+// In contract, and so what the module must stand: fewer items than the block has room for; none at
+// all; success without a block; names of any length field, arrays without a terminator, numbers out
+// of every range; sizes that fit no structure, in blocks of just that size; any error code.
+// Out of contract: a count beyond the block. A network list comes without its size, so a client
+// cannot see that, and must take the count's word.
+#pragma once
+
+#include <support/Input.h>
+
+#include <support/CapturedLog.h>
+#include <support/VirtualClock.h>
+
+#include <nativewifi/Api.h>
+
+#include <cstdlib>
+#include <map>
+#include <memory>
+
+namespace fuzz {
+
+/// While it lives, nativewifi::api() is its table. One at a time; one thread.
+class HostileRadio {
+public:
+    /// \param input must outlive it
+    explicit HostileRadio(Input& input);
+    HostileRadio(const HostileRadio&) = delete;
+    HostileRadio& operator=(const HostileRadio&) = delete;
+    ~HostileRadio();
+
+    static constexpr const char* INTERFACE = "8c2f6b1e-4d37-4a59-9e0b-5f6a7d3c1b20";
+
+    /// Sends the module a notification, if it has registered for any.
+    void notify();
+    /// Blocks of this kind that are not given back.
+    std::size_t liveNetworkLists() const { return m_liveNetworkLists; }
+    /// Every line that has been logged must be harmless and one line.
+    void checkLog() const;
+
+    struct Functions; ///< of the table
+
+private:
+    struct Block {
+        std::unique_ptr<void, decltype(&std::free)> memory;
+        bool networkList;
+    };
+
+    DWORD answer();
+    void* newBlock(std::size_t size, bool networkList = false);
+    void fill(WLAN_AVAILABLE_NETWORK& network);
+    void fill(WLAN_BSS_ENTRY& entry);
+    void fill(WLAN_INTERFACE_INFO& info);
+    void fill(DOT11_SSID& ssid);
+    void fill(WLAN_CONNECTION_ATTRIBUTES& attributes);
+    template <typename List, typename Item>
+    List* newList(Item (List::*items)[1], DWORD List::*count, std::uint32_t most);
+
+    Input& m_input;
+    test::VirtualClock m_clock;
+    test::CapturedLog m_log;
+    std::map<void*, Block> m_blocks;
+    std::size_t m_liveNetworkLists = 0;
+    WLAN_NOTIFICATION_CALLBACK m_callback = nullptr;
+    GUID m_interface = {};
+    nativewifi::Api m_table;
+    std::unique_ptr<nativewifi::ScopedApi> m_scope;
+};
+
+} // namespace fuzz

@@ -1,0 +1,65 @@
+// Everything else that the interface answers: the connection's attributes, the radio, the list of
+// interfaces, and the device's own name.
+#include "HostileRadio.h"
+
+#include <support/Inert.h>
+#include <support/Promise.h>
+
+#include <WirelessDevice.h>
+
+#include <mrl/Unicode.h>
+
+namespace {
+
+// More would only repeat what a shorter input does.
+constexpr int ROUNDS = 3;
+
+tesk5::DiagDevice card(fuzz::Input& input) {
+    const std::string systemName =
+        input.number(0, 3) == 1 ? input.bytes(80)
+                                : std::string("\\DEVICE\\{") + fuzz::HostileRadio::INTERFACE + "}";
+    const char* property = input.flag() ? "VirtualDeviceSystemName" : "DeviceSystemName";
+    return tesk5::DiagDevice("Card", tesk5::DeviceCapability::Wireless(),
+                             {{property, tesk5::TeskString(systemName)}});
+}
+
+void checkConnection(WirelessDevice& device) {
+    const bool read = device.getSigTransReceieveRate();
+    fuzz::promise(read ||
+                      (device.m_signalQuality == 0 && device.m_rxRate == 0 && device.m_txRate == 0),
+                  "without a connection there are no readings");
+}
+
+void checkRadio(WirelessDevice& device, mrl::Int32 phy) {
+    const mrl::Uint32 state = device.getRadioState(phy);
+    fuzz::promise(state == 0 || state == 5 || state == 6 || state == 9 || state == 10,
+                  "a radio is on or off in software and in hardware");
+    fuzz::promise(device.m_radio.m_numberOfPhys >= 0 &&
+                      device.m_radio.m_numberOfPhys <= Radio::MAX_PHYS,
+                  "there are at most as many PHYs as the table has entries");
+    device.isRadioEnabled(phy);
+    device.setRadioState(static_cast<mrl::Uint32>(phy), phy % 2 == 0);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    fuzz::Input input(data, size);
+    fuzz::HostileRadio radio(input);
+    WirelessDevice device(card(input));
+    for (int round = 0; round < ROUNDS && !input.empty(); ++round) {
+        checkConnection(device);
+        checkRadio(device, static_cast<mrl::Int32>(input.number({0, 63, 64, 0xFFFFFFFF})));
+        const mrl::String description = device.getInterfaceDescription();
+        fuzz::promise(description.length() <= WLAN_MAX_NAME_LENGTH,
+                      "a description is in its array");
+        fuzz::promiseNone(test::offenceIn(mrl::escapeControls(description.getUTF8String().bytes())),
+                          "a description");
+        device.isScanEnabled();
+        device.queryWirelessLanInterface(static_cast<WLAN_INTF_OPCODE>(
+            input.number({1, 3, 5, 6, 7, 8, 9, 10, 11, 12, 0x10000101, 0x10000102})));
+        radio.notify();
+    }
+    radio.checkLog();
+    return 0;
+}

@@ -1,0 +1,58 @@
+// The fuzzer's bytes as what a structure needs: numbers, names, arrays without a terminator.
+#pragma once
+
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <iterator>
+#include <string>
+
+namespace fuzz {
+
+/// Used up from front to back; when nothing is left, numbers are 0 and texts empty.
+class Input {
+public:
+    Input(const std::uint8_t* data, std::size_t size) : m_data(data, size) {}
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+
+    bool empty() { return m_data.remaining_bytes() == 0; }
+    bool flag() { return m_data.ConsumeBool(); }
+    std::uint32_t number() { return m_data.ConsumeIntegral<std::uint32_t>(); }
+    std::uint32_t number(std::uint32_t least, std::uint32_t most) {
+        return m_data.ConsumeIntegralInRange<std::uint32_t>(least, most);
+    }
+    /// Any number, but often one of these.
+    std::uint32_t number(std::initializer_list<std::uint32_t> likely) {
+        const auto choice = number(0, static_cast<std::uint32_t>(likely.size()));
+        return choice < likely.size() ? *std::next(likely.begin(), choice) : number();
+    }
+    /// At most so many bytes, whatever they are.
+    std::string bytes(std::size_t most) { return m_data.ConsumeRandomLengthString(most); }
+
+    /// Fills an array of characters or bytes: a text from the input, then a terminator and the text
+    /// again, or the text again and again with no terminator anywhere.
+    template <typename Unit, std::size_t SIZE>
+    void fill(Unit (&array)[SIZE]) {
+        std::string text = bytes(SIZE * sizeof(Unit));
+        const bool terminated = text.empty() || flag();
+        if (terminated) {
+            text.append(sizeof(Unit), '\0');
+        }
+        auto* const memory = reinterpret_cast<char*>(array);
+        for (std::size_t i = 0; i < sizeof array; ++i) {
+            memory[i] = text[i % text.size()];
+        }
+        if (!terminated) {
+            std::replace(std::begin(array), std::end(array), Unit(0), Unit(1));
+        }
+    }
+
+private:
+    FuzzedDataProvider m_data;
+};
+
+} // namespace fuzz

@@ -1,0 +1,304 @@
+// Everything that is written of a run, with names that strangers chose: each output is held against
+// that of a twin of the run whose names are harmless, from which it may differ in texts alone.
+#include <support/Captured.h>
+#include <support/Inert.h>
+#include <support/Input.h>
+#include <support/Promise.h>
+
+#include <Console.h>
+#include <EventStream.h>
+#include <LiveLine.h>
+#include <LogKeeper.h>
+#include <ReportKinds.h>
+
+#include <tesk5/Texts.h>
+
+#include <mrl/DisplayWidth.h>
+#include <mrl/LoggerStream.h>
+#include <mrl/Unicode.h>
+
+#include <deque>
+
+namespace {
+
+using tesk5::Json;
+using tesk5::TeskString;
+using tesk5::TestResult;
+
+constexpr std::size_t LONGEST_NAME = 40;
+constexpr std::size_t ROOM = 60;
+
+TestResult pass(const tesk5::DiagDevice& /*device*/) {
+    return TestResult::PASS();
+}
+
+const tesk5::Test& test(bool other) {
+    static const tesk5::Test signal("Signal", tesk5::DeviceCapability::Wireless(), &pass);
+    static const tesk5::Test dialog("Dialog", tesk5::DeviceCapability::Wireless(), &pass);
+    return other ? dialog : signal;
+}
+
+const TestResult results[] = {
+    TestResult::PASS(),        TestResult::WARN(),      TestResult::FAIL(),
+    TestResult::CANNOTRUN(),   TestResult::BADPARAMS(), TestResult::INTERNALERROR(),
+    TestResult::USERABORTED(), TestResult::COMPLETED(), TestResult::EXITEDABNORMALLY(),
+};
+
+// A run and what it stands on.
+struct Run {
+    std::deque<tesk5::DiagDevice> devices;
+    tesk5::RunRecord record;
+};
+
+// The run and its twin, made side by side from the same input.
+class Twins {
+public:
+    explicit Twins(fuzz::Input& input) : m_input(input) {
+        for (auto outcomes = m_input.number(0, 2); outcomes > 0; --outcomes) {
+            addOutcome();
+        }
+        if (m_input.flag()) {
+            addTestWithoutDevice();
+        }
+        for (Run& run : m_runs) {
+            run.record.started = run.record.ended = mrl::Clock::UtcTime();
+        }
+        const auto exitValue = static_cast<int>(m_input.number(0, 8));
+        const std::size_t leftOut = m_input.number(0, 2);
+        const Names logged = name();
+        for (std::size_t which = 0; which < 2; ++which) {
+            tesk5::RunRecord& record = m_runs[which].record;
+            record.exitValue = exitValue;
+            record.leftOut = leftOut;
+            record.log.first = {{{}, 1, "module", mrl::escapeControls(logged.of[which])}};
+        }
+    }
+
+    const Run& hostile() const { return m_runs[0]; }
+    const Run& harmless() const { return m_runs[1]; }
+    /// Every name that the hostile run has been given.
+    const std::vector<std::string>& names() const { return m_names; }
+
+private:
+    // A name for each of the two; empty for both or for none.
+    struct Names {
+        std::string of[2];
+    };
+    Names name() {
+        Names both;
+        both.of[0] = m_input.bytes(LONGEST_NAME);
+        both.of[1] = both.of[0].empty() ? "" : "x";
+        m_names.push_back(both.of[0]);
+        return both;
+    }
+
+    tesk5::Findings advice(std::size_t which, const Names& named, bool good) {
+        return {{"WEAK", good, {{"Name", named.of[which]}, {"Strength", mrl::Uint32{3}}}}};
+    }
+
+    void addOutcome() {
+        const bool other = m_input.flag();
+        const TestResult result = results[m_input.number(0, std::size(results) - 1)];
+        const bool started = m_input.number(0, 7) != 1;
+        const double seconds = m_input.number(0, 100000) / 1000.0;
+        const Names device = name();
+        const Names property = name();
+        const Names parameter = name();
+        const Names variable = name();
+        const Names file = name();
+        const Names network = name();
+        const Names failure = name();
+        const mrl::Uint32 value = m_input.number({0, 100, 101, 0xFFFFFFFF});
+        const auto severity = m_input.flag() ? tesk5::Severity::error : tesk5::Severity::warning;
+        const bool extra = m_input.flag();
+        for (std::size_t which = 0; which < 2; ++which) {
+            Run& run = m_runs[which];
+            run.devices.emplace_back(TeskString(device.of[which]),
+                                     tesk5::DeviceCapability::Wireless(),
+                                     tesk5::DiagDevice::Properties{
+                                         {"DeviceSystemName", TeskString(property.of[which])}});
+            tesk5::Outcome outcome{&test(other), &run.devices.back(),
+                                   result,       started,
+                                   {},           seconds,
+                                   {},           {},
+                                   {},           {},
+                                   {},           {}};
+            outcome.parameters = {{"SSID", TeskString(parameter.of[which])}, {"Limit", value}};
+            const tesk5::Event::Variables variables = {{"Name", TeskString(variable.of[which])},
+                                                       {"Strength", value}};
+            const char* key = extra ? "PLAIN" : "WEAK";
+            outcome.events = {{key,
+                               severity,
+                               tesk5::fillPlaceholders(tesk5::textOf(key).utf8(), variables),
+                               variables,
+                               TeskString(file.of[which]).utf8(),
+                               245,
+                               {}}};
+            outcome.measurements = {{"Strength",
+                                     value,
+                                     "%",
+                                     0,
+                                     100,
+                                     {{"Warning", 40, tesk5::Severity::warning},
+                                      {"Failing", 20, tesk5::Severity::error}}}};
+            outcome.surveys = {{"Networks",
+                                "%",
+                                0,
+                                100,
+                                {{TeskString(network.of[which]), value, extra},
+                                 {TeskString(parameter.of[which]), 50, !extra}}}};
+            outcome.advice = advice(which, variable, !extra);
+            outcome.failure = failure.of[which];
+            run.record.outcomes.push_back(std::move(outcome));
+        }
+    }
+
+    void addTestWithoutDevice() {
+        const Names reason = name();
+        for (std::size_t which = 0; which < 2; ++which) {
+            m_runs[which].record.withoutDevice.push_back(
+                {&test(true), {TeskString(reason.of[which]).utf8()}, advice(which, reason, false)});
+        }
+    }
+
+    fuzz::Input& m_input;
+    Run m_runs[2];
+    std::vector<std::string> m_names;
+};
+
+void checkJson(const std::string& text, const tesk5::RunRecord& run) {
+    fuzz::promiseNone(test::offenceInLines(text), "the JSON report");
+    const Json json = Json::parse(text);
+    for (std::size_t i = 0; i < run.outcomes.size(); ++i) {
+        const tesk5::Outcome& outcome = run.outcomes[i];
+        const Json& result = json["results"][i];
+        fuzz::promise(result["device"]["name"] == outcome.device->name().utf8(),
+                      "a device keeps its name in JSON");
+        fuzz::promise(result["surveys"][0]["entries"][0]["name"] ==
+                          outcome.surveys[0].entries[0].name.utf8(),
+                      "a network keeps its name in JSON");
+        fuzz::promise(result["events"][0]["variables"]["Name"] ==
+                          outcome.events[0].variables[0].second.valueString().utf8(),
+                      "a variable keeps its value in JSON");
+    }
+}
+
+void checkReports(const Twins& twins) {
+    for (const tesk5::ReportKind& kind : tesk5::reportKinds()) {
+        const std::string text = kind.text(twins.hostile().record);
+        if (std::string_view(kind.option) == "--json") {
+            checkJson(text, twins.hostile().record);
+            continue;
+        }
+        fuzz::promiseNone(test::offenceInMarkup(text), kind.option);
+        fuzz::promise(test::bonesOf(text) == test::bonesOf(kind.text(twins.harmless().record)),
+                      std::string("a name is no markup: ") + kind.option);
+    }
+}
+
+// Tells a listener the whole run.
+void tell(tesk5::RunListener& listener, const tesk5::RunRecord& run) {
+    listener.runStarts(run, run.outcomes.size());
+    for (const tesk5::Outcome& outcome : run.outcomes) {
+        const tesk5::PlannedRun planned{outcome.test, outcome.device};
+        listener.starts(planned);
+        listener.progresses({"PLAIN", outcome.events[0].text, 3.5});
+        listener.raised(outcome.events[0]);
+        listener.measured(outcome.measurements[0]);
+        listener.surveyed(outcome.surveys[0]);
+        listener.ended(outcome);
+        listener.broken(planned, outcome.failure);
+    }
+    listener.stopping();
+    listener.runEnded(run);
+}
+
+std::string consoleOf(const tesk5::RunRecord& run) {
+    const fuzz::Captured output(mrl::cout);
+    const fuzz::Captured errors(mrl::cerr);
+    tesk5::Console console({false, false});
+    tell(console, run);
+    return output.text() + errors.text();
+}
+
+std::string listOf(const Run& run) {
+    const fuzz::Captured output(mrl::cout);
+    tesk5::showList(tesk5::Registry::instance(), {{run.devices.begin(), run.devices.end()}, {}},
+                    std::nullopt);
+    return output.text();
+}
+
+void checkConsole(const Twins& twins) {
+    const std::string text = consoleOf(twins.hostile().record) + listOf(twins.hostile());
+    const std::string twin = consoleOf(twins.harmless().record) + listOf(twins.harmless());
+    fuzz::promiseNone(test::offenceInLines(text), "the console");
+    fuzz::promise(test::linesOf(text).size() == test::linesOf(twin).size(),
+                  "a name takes no line of its own on the console");
+}
+
+void checkEvents(const tesk5::RunRecord& run) {
+    fuzz::Captured output(mrl::cout);
+    tesk5::EventStream events(mrl::cout);
+    tell(events, run);
+    const std::vector<std::string> lines = test::linesOf(output.text());
+    // Start, stop and end of the run, and seven things of each test.
+    fuzz::promise(lines.size() == 3 + 7 * run.outcomes.size(), "an event is a line");
+    for (const std::string& line : lines) {
+        for (const char c : line) {
+            fuzz::promise(c >= 0x20 && c < 0x7F, "events are ASCII");
+        }
+        fuzz::promise(Json::parse(line).is_object(), "an event is an object");
+    }
+}
+
+// What a terminal gets between two moves of its cursor is text that has room.
+void checkLiveLine(const std::string& name) {
+    fuzz::Captured output(mrl::cout);
+    constexpr std::size_t COLUMNS = ROOM;
+    tesk5::LiveLine live(mrl::cout, COLUMNS);
+    live.begin();
+    live.tell(name, 12.0);
+    live.end();
+    const std::string& text = output.text();
+    for (std::size_t place = 0; place < text.size();) {
+        const std::size_t end = std::min(text.find('\r', place), text.size());
+        std::string piece = text.substr(place, end - place);
+        piece.erase(std::find(piece.begin(), piece.end(), '\b'), piece.end());
+        fuzz::promiseNone(test::offenceIn(piece), "the live line");
+        fuzz::promise(mrl::columnsOf(piece) < COLUMNS, "the live line has room");
+        place = end + 1;
+    }
+}
+
+// Also of a name far longer than any, for a kept line is cut somewhere.
+void checkLog(const std::string& name) {
+    constexpr std::size_t MANY = 30;
+    std::string repeated;
+    for (std::size_t i = 0; i < MANY; ++i) {
+        repeated += name;
+    }
+    static mrl::Logger& logger = mrl::LogFactory::createLogger("fuzz");
+    const tesk5::LogKeeper keeper;
+    mrl::LoggerStream(&logger, 1, 1268) << "SSID: " << name;
+    mrl::LoggerStream(&logger, 1, 1268) << repeated;
+    const tesk5::KeptLog log = keeper.log();
+    fuzz::promise(log.first.size() == 2, "a line of the log is one");
+    for (const tesk5::LoggedLine& line : log.first) {
+        fuzz::promiseNone(test::offenceIn(line.text), "the log");
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    mrl::cout.useColours(mrl::OutputStream::Colours::never);
+    fuzz::Input input(data, size);
+    const Twins twins(input);
+    checkReports(twins);
+    checkConsole(twins);
+    checkEvents(twins.hostile().record);
+    // The last name is one that is always there.
+    checkLiveLine(twins.names().back());
+    checkLog(twins.names().back());
+    return 0;
+}

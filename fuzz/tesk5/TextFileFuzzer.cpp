@@ -1,0 +1,51 @@
+// Files of texts: used or passed over with one line in the log, never a reason to stop.
+#include <support/CapturedLog.h>
+#include <support/Inert.h>
+#include <support/InputFile.h>
+#include <support/Promise.h>
+
+#include <TextCatalogue.h>
+#include <TextLayout.h>
+
+#include <tesk5/Texts.h>
+
+#include <mrl/Unicode.h>
+
+namespace {
+
+constexpr std::string_view BUILT_IN = R"({"PLAIN": "built in"})";
+constexpr std::size_t COLUMNS = 20;
+
+void look(tesk5::TextCatalogue& catalogue) {
+    for (const char* key : {"PLAIN", "WEAK", "", "{"}) {
+        const std::string& pattern = catalogue.textOf(key).utf8();
+        const std::string text = tesk5::fillPlaceholders(
+            pattern, {{"Name", "{Name}\r\n"}, {"Strength", mrl::Uint32{12}}, {"", pattern}});
+        std::string shown;
+        for (const std::string& line : tesk5::wrapped(text, COLUMNS)) {
+            shown += mrl::escapeControls(line) + "\n";
+        }
+        fuzz::promiseNone(test::offenceInLines(shown), "a text");
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static fuzz::InputFile file("de.json");
+    const std::string_view bytes = fuzz::viewOf(data, size);
+    const test::CapturedLog log;
+    file.write(bytes);
+    tesk5::TextCatalogue fromFile({{{file.folder()}, BUILT_IN}}, "de-AT");
+    look(fromFile);
+    tesk5::TextCatalogue fromProgram({{{}, bytes}}, "de");
+    look(fromProgram);
+    const std::vector<std::string> lines = log.texts();
+    for (const std::string& line : lines) {
+        fuzz::promiseNone(test::offenceIn(line), "a line of the log");
+    }
+    const bool used = fromFile.textOf("PLAIN").utf8() != "built in";
+    fuzz::promise(lines.empty() || !used || lines.size() == 1,
+                  "a file is used or named in the log");
+    return 0;
+}
