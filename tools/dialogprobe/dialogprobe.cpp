@@ -248,8 +248,7 @@ void Probe::objects(const Arguments& /*arguments*/) {
     DWORD processId = 0;
     GetWindowThreadProcessId(dialog(), &processId);
     const dialogprobe::GuiObjects held = dialogprobe::guiObjectsOf(processId);
-    answer(
-        {{"gdi", held.gdi}, {"user", held.user}, {"handles", held.handles}, {"bytes", held.bytes}});
+    answer({{"gdi", held.gdi}, {"user", held.user}});
 }
 
 void tell(const std::runtime_error& error) {
