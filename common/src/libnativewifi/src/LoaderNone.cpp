@@ -21,13 +21,13 @@ RPC_STATUS uuidFromString(const mrl::Char* text, GUID* guid) {
 RPC_STATUS uuidToString(const GUID* guid, mrl::Char** text) {
     const mrl::String value = guidText(*guid);
     // Handed over as the system's function does: the caller gives it back to rpcStringFree().
-    *text = new mrl::Char[value.length() + 1]; // NOLINT(*-owning-memory)
+    *text = new mrl::Char[value.length() + 1];
     std::copy_n(value.getUCS2Buffer(), value.length() + 1, *text);
     return RPC_S_OK;
 }
 
 RPC_STATUS rpcStringFree(mrl::Char** text) {
-    delete[] * text; // NOLINT(*-owning-memory)
+    delete[] * text;
     *text = nullptr;
     return RPC_S_OK;
 }

@@ -29,8 +29,8 @@ public:
     Value value() const;
 
     /// Why `text` cannot be a value of this parameter, and what can, in the language in force;
-    /// nothing when it can. A number must lie in 0 to 4294967295 and be written in decimal digits alone; the
-    /// empty text is every type's "not set".
+    /// nothing when it can. A number must lie in 0 to 4294967295 and be written in decimal digits
+    /// alone; the empty text is every type's "not set".
     std::optional<std::string> refuses(const TeskString& text) const;
     /// Sets the value from its text.
     /// Failure: throws TeskException when refuses() has a reason

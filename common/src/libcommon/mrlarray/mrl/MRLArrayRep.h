@@ -35,7 +35,7 @@ struct alignas(alignof(T) > alignof(Uint32) ? alignof(T) : alignof(Uint32)) Arra
             ::operator new (sizeof(ArrayRep<T>) + sizeof(T) * std::size_t{initialCapacity},
                             std::align_val_t{alignof(ArrayRep<T>)});
         // The array owns the block, and destroy() frees it.
-        return ::new (block) ArrayRep<T>{0, initialCapacity}; // NOLINT(*-owning-memory)
+        return ::new (block) ArrayRep<T>{0, initialCapacity};
     }
 
     /// Destroys every element and frees the block.

@@ -66,7 +66,7 @@ class LineFileSink final : public spdlog::sinks::base_sink<spdlog::details::null
 public:
     explicit LineFileSink(const std::filesystem::path& path) : m_lineOpen(endsInALine(path)) {
         std::FILE* file = nullptr;
-        const spdlog::filename_t name = path.native();
+        const spdlog::filename_t& name = path.native();
         if (spdlog::details::os::fopen_s(&file, name, SPDLOG_FILENAME_T("ab"))) {
             spdlog::throw_spdlog_ex("Failed opening file " +
                                         spdlog::details::os::filename_to_str(name) + " for writing",

@@ -69,7 +69,7 @@ Logger& LogFactory::createLogger(std::string_view name) {
         auto& slot = all.loggers[std::string(prefix)];
         if (slot == nullptr) {
             // make_unique() cannot reach the constructor, which is the factory's alone.
-            slot.reset(new Logger(std::string(prefix), parent)); // NOLINT(*-owning-memory)
+            slot.reset(new Logger(std::string(prefix), parent));
         }
         logger = slot.get();
         parent = logger;
