@@ -76,7 +76,7 @@ TEST_F(Account, TellsWhatEachFunctionHandedOutAndWhatOfThatIsLeft) {
     nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> kept;
     list(kept);
     EXPECT_EQ(engine().handedOutBy("WlanGetAvailableNetworkList"),
-              (Leaks{.blocks = 2, .bytes = 2 * (8U + 628U)}));
+              (Leaks{.blocks = 2, .bytes = std::size_t{2} * (8 + 628)}));
     EXPECT_EQ(engine().leaksOf("WlanGetAvailableNetworkList"),
               (Leaks{.blocks = 1, .bytes = 8U + 628U}));
     EXPECT_EQ(engine().handedOutBy("WlanQueryInterface"), Leaks{});
