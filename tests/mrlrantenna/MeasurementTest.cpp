@@ -1,8 +1,5 @@
 // What the verification test leaves behind besides its verdict: the number, and what else was seen.
-#include "ModuleTest.h"
-
-#include <MRLrAntenna.h>
-#include <ModuleObjects.h>
+#include "VerificationWithParameters.h"
 
 namespace {
 
@@ -10,22 +7,8 @@ using tesk5::TestResult;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class VerificationMeasures : public test::ModuleTest {
+class VerificationMeasures : public test::VerificationWithParameters {
 protected:
-    ~VerificationMeasures() override {
-        for (tesk5::Parameter* parameter : {parameters::ssid, parameters::warningSignalStrength,
-                                            parameters::failingSignalStrength}) {
-            parameter->reset();
-        }
-    }
-
-    TestResult verify(const char* ssid, const char* warn, const char* fail) {
-        parameters::ssid->set(ssid);
-        parameters::warningSignalStrength->set(warn);
-        parameters::failingSignalStrength->set(fail);
-        return WirelessSignalStrengthVerificationTest(device());
-    }
-
     // "DetectedSignalStrength 70 % of 0..100: WarningSignalStrength 40 warning, ..."
     std::string theMeasurement() const {
         if (measurements().size() != 1) {

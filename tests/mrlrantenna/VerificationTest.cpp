@@ -1,9 +1,6 @@
 // The verification test from end to end: parameters in; result, events, log lines and platform
 // calls out.
-#include "ModuleTest.h"
-
-#include <MRLrAntenna.h>
-#include <ModuleObjects.h>
+#include "VerificationWithParameters.h"
 
 namespace {
 
@@ -19,22 +16,8 @@ using testing::Not;
 constexpr const char* SOURCE = "modules/src/windows/diag/mrlrantenna/MRLrAntenna.cpp";
 constexpr const char* PREFIX = "WirelessSignalStrengthVerificationTest::";
 
-class Verification : public test::ModuleTest {
+class Verification : public test::VerificationWithParameters {
 protected:
-    ~Verification() override {
-        for (tesk5::Parameter* parameter : {parameters::ssid, parameters::warningSignalStrength,
-                                            parameters::failingSignalStrength}) {
-            parameter->reset();
-        }
-    }
-
-    TestResult verify(const char* ssid, const char* warn, const char* fail) {
-        parameters::ssid->set(ssid);
-        parameters::warningSignalStrength->set(warn);
-        parameters::failingSignalStrength->set(fail);
-        return WirelessSignalStrengthVerificationTest(device());
-    }
-
     // The one event raised, as a line.
     std::string theEvent() const {
         return raised().size() == 1 ? text(raised().front())
