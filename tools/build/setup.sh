@@ -9,6 +9,7 @@ PACKAGES=(
     libkainjow-mustache-dev libtomlplusplus-dev                  # the same
     googletest                                                   # tests, built from its sources
     clang                                                        # the fuzzers
+    libbenchmark-dev                                             # the benchmarks
     wine wine64                                                  # runs the Windows programs
     xvfb xauth xdotool imagemagick                               # a display for them, and eyes
     fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages

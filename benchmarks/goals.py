@@ -1,0 +1,43 @@
+"""What is measured, what each figure is held against, and how far above that it may lie."""
+import dataclasses
+
+
+@dataclasses.dataclass(frozen=True)
+class Goal:
+    """A figure. `ratio` limits figure / floor; a figure without a floor has a `limit` in `unit`."""
+    key: str
+    what: str
+    unit: str
+    floor: str = ""
+    ratio: float = 0
+    limit: float = 0
+
+
+GOALS = (
+    Goal("refresh", "A refresh of the visible-network list, 64 networks, logging off", "us",
+         "the simulator's call, and each name copied into a buffer that is there already", ratio=4),
+    Goal("refresh_logged", "The same, logging at priority 1 to a file", "us",
+         "the logging library alone formatting and writing the same lines", ratio=1.5),
+    Goal("growth", "A refresh of 4,096 distinct names, for each name", "ns",
+         "the same for each of 64 names", ratio=1.3),
+    Goal("record_copy", "A copy of a record", "ns", "copying as many bytes", ratio=8),
+    Goal("mean", "Three snapshots of 64 records and the mean over them, without the pauses", "us",
+         "copying as many bytes", ratio=8),
+    Goal("allocations", "Allocations of a refresh beyond the list's own blocks, for each network",
+         "blocks", "the strings that a record must own", ratio=1),
+    Goal("memory", "What 1,000 refreshes leave behind, beyond the blocks kept on purpose", "bytes",
+         limit=0),
+    Goal("run_cpu", "Processor time of a whole verification run, access point seen at once", "ms",
+         "an empty program that makes the same platform calls and sleeps as long", ratio=1.5),
+    Goal("run_wall", "Its wall time", "ms",
+         "the sum of its pauses, and that program's start", ratio=1.01),
+    Goal("start", "From the start of the executable to the first call of the framework", "ms",
+         "an empty program, statically linked", ratio=1.5),
+    Goal("list", "list", "ms", "an empty program, statically linked", ratio=1.5),
+    Goal("run_memory", "Memory of a whole run above the start-up image", "KiB",
+         "the lists themselves"),
+    Goal("size", "The executable, stripped", "MB", limit=3),
+    Goal("dialog_idle", "Processor time of the open dialog, for each idle minute", "s", limit=0.1),
+    Goal("dialog_click", "From a click on the network list to the new details, less the pauses",
+         "ms", limit=20),
+)
