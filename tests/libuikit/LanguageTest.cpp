@@ -145,6 +145,40 @@ TEST_F(Texts, AreFittedAgainWhenTheControlChangesItsSize) {
     EXPECT_EQ(dialog.letterHeight(IDC_KIT_LINE), full());
 }
 
+// What is drawn asks for its colours.
+class DrawnTexts : public Texts {
+protected:
+    void SetUp() override {
+        Texts::SetUp();
+        dialog.ShowWindow(SW_SHOWNOACTIVATE);
+        drawingsOf(L"at first");
+    }
+    /// How often the control is drawn until it shows `text`.
+    int drawingsOf(const wchar_t* text) {
+        int drawings = 0;
+        dialog.onColor = [&](CWnd* control) {
+            drawings += control->GetDlgCtrlID() == IDC_KIT_LINE ? 1 : 0;
+            return GetSysColorBrush(COLOR_3DFACE);
+        };
+        set(IDC_KIT_LINE, text);
+        RedrawWindow(dialog, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+        dialog.onColor = nullptr;
+        return drawings;
+    }
+};
+
+TEST_F(DrawnTexts, AreDrawnOnceWhereTheyFit) {
+    EXPECT_EQ(drawingsOf(L"short"), 1);
+    EXPECT_EQ(drawingsOf(L"other"), 1);
+    EXPECT_EQ(drawingsOf(L"other"), 1) << "the system decides on that, not the kit";
+}
+
+TEST_F(DrawnTexts, AreDrawnAgainInTheFontThatFits) {
+    EXPECT_EQ(drawingsOf(L"Signal strength now."), 2);
+    EXPECT_EQ(drawingsOf(L"Signal strength now."), 1);
+    EXPECT_EQ(drawingsOf(L"short"), 2);
+}
+
 TEST_F(Texts, FollowTheScaleOfTheScreen) {
     const LONG before = full();
     const UINT dpi = GetDpiForWindow(dialog);

@@ -3,10 +3,15 @@
 
 #include "TabletPcDouble.h"
 
+#include <Subclass.h>
+
 #include <mrl/Unicode.h>
+
+#include <optional>
 
 namespace {
 
+using libUikit::Subclass;
 using test::Dialog;
 using test::network;
 using test::picture;
@@ -254,15 +259,16 @@ TEST_F(OpeningTheDialog, AsksForTwiceTheHeightOfTheListsItemsOnATabletPc) {
                 ElementsAre(change, "sleep 1000", "icon big", "icon small", "sleep 1000"));
 }
 
-LRESULT CALLBACK answerHugeHeight(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                  DWORD_PTR) {
-    return message == CB_GETITEMHEIGHT ? 0x9000 : DefSubclassProc(window, message, wParam, lParam);
+std::optional<Subclass> g_list;
+
+LRESULT answerHugeHeight(const Subclass& list, void*, UINT message, WPARAM wParam, LPARAM lParam) {
+    return message == CB_GETITEMHEIGHT ? 0x9000 : list.pass(message, wParam, lParam);
 }
 
 LRESULT CALLBACK makeListHuge(int code, WPARAM wParam, LPARAM lParam) {
     const auto& sent = *reinterpret_cast<const CWPSTRUCT*>(lParam);
     if (code == HC_ACTION && sent.message == WM_INITDIALOG) {
-        SetWindowSubclass(::GetDlgItem(sent.hwnd, IDC_NETWORK_COMBO), answerHugeHeight, 1, 0);
+        g_list.emplace(::GetDlgItem(sent.hwnd, IDC_NETWORK_COMBO), answerHugeHeight, nullptr);
     }
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
@@ -273,6 +279,7 @@ TEST_F(OpeningTheDialog, KeepsTheDoubledHeightToSixteenBits) {
         SetWindowsHookExW(WH_CALLWNDPROC, makeListHuge, nullptr, GetCurrentThreadId());
     run({});
     UnhookWindowsHookEx(hook);
+    g_list.reset();
     EXPECT_THAT(journal().entries({"list height"}),
                 ElementsAre("list height 0 " + std::to_string(0x2000)));
 }
@@ -303,17 +310,17 @@ TEST_F(OpeningTheDialog, GivesEachPictureAToolTip) {
 // Messages of the loop reach the tool tip, which could not show itself otherwise.
 TEST_F(OpeningTheDialog, RelaysTheLoopsMessagesToTheToolTip) {
     int relayed = 0;
-    const auto countRelays = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                DWORD_PTR count) -> LRESULT {
+    std::optional<Subclass> toolTip;
+    const auto countRelays = [](const Subclass& self, void* count, UINT message, WPARAM wParam,
+                                LPARAM lParam) {
         if (message == TTM_RELAYEVENT &&
             reinterpret_cast<const MSG*>(lParam)->message == WM_MOUSEMOVE) {
-            ++*reinterpret_cast<int*>(count);
+            ++*static_cast<int*>(count);
         }
-        return DefSubclassProc(window, message, wParam, lParam);
+        return self.pass(message, wParam, lParam);
     };
     run({[&](Dialog& dialog) {
-             SetWindowSubclass(dialog.m_toolTip->m_hWnd, countRelays, 1,
-                               reinterpret_cast<DWORD_PTR>(&relayed));
+             toolTip.emplace(dialog.m_toolTip->m_hWnd, countRelays, &relayed);
              dialog.m_radioOnImage.PostMessage(WM_MOUSEMOVE, 0, MAKELPARAM(20, 20));
          },
          [&](Dialog&) { EXPECT_GE(relayed, 1); }});

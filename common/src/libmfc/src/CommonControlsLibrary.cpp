@@ -21,19 +21,3 @@ BOOL WINAPI InitCommonControlsEx(const INITCOMMONCONTROLSEX* classes) {
     static const auto function = inComctl32<decltype(InitCommonControlsEx)>("InitCommonControlsEx");
     return function == nullptr ? FALSE : function(classes);
 }
-
-BOOL WINAPI SetWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id, DWORD_PTR data) {
-    static const auto function = inComctl32<decltype(SetWindowSubclass)>("SetWindowSubclass");
-    return function == nullptr ? FALSE : function(window, procedure, id, data);
-}
-
-BOOL WINAPI RemoveWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id) {
-    static const auto function = inComctl32<decltype(RemoveWindowSubclass)>("RemoveWindowSubclass");
-    return function == nullptr ? FALSE : function(window, procedure, id);
-}
-
-LRESULT WINAPI DefSubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    static const auto function = inComctl32<decltype(DefSubclassProc)>("DefSubclassProc");
-    return function == nullptr ? DefWindowProcW(window, message, wParam, lParam)
-                               : function(window, message, wParam, lParam);
-}

@@ -6,15 +6,18 @@
 #include "DialogKeys.h"
 #include "LanguageFont.h"
 #include "ReadingOrder.h"
+#include "Subclass.h"
 #include "TextFit.h"
 
-#include <commctrl.h>
 #include <cstdlib>
+#include <deque>
+#include <optional>
 #include <utility>
 #include <vector>
 
 using libUikit::FittedText;
 using libUikit::isMirrored;
+using libUikit::Subclass;
 
 namespace {
 
@@ -51,25 +54,79 @@ void mirror(HWND dialog) {
                  SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
 }
 
+// For what is called by frames of Windows. What can fail is memory, and then a text stays as it is.
+template <class Body>
+void quietly(Body body) {
+    try {
+        body();
+    } catch (...) { // NOLINT(bugprone-empty-catch): see above
+    }
+}
+
+// A control whose text is fitted whenever it changes.
+class TextControl {
+public:
+    TextControl(HWND control, const LOGFONTW& font)
+        : m_text(control, font), m_messages(control, changed, this) {}
+
+    void setFont(const LOGFONTW& font) {
+        m_text.setFont(font);
+        m_text.fit();
+    }
+
+private:
+    static LRESULT changed(const Subclass& self, void* owner, UINT message, WPARAM wParam,
+                           LPARAM lParam) {
+        const HWND control = self.window();
+        const LRESULT result = isMirrored(control) && FittedText::isTextStatic(control)
+                                   ? mirrored(self, message, wParam, lParam)
+                                   : self.pass(message, wParam, lParam);
+        if (message == WM_SETTEXT) {
+            quietly([&] { static_cast<TextControl*>(owner)->m_text.fit(); });
+        } else if (message == WM_SIZE) {
+            InvalidateRect(control, nullptr, TRUE);
+            quietly([&] { static_cast<TextControl*>(owner)->m_text.fit(); });
+        }
+        return result;
+    }
+
+    // Whatever makes the control draw goes past it.
+    static LRESULT mirrored(const Subclass& self, UINT message, WPARAM wParam, LPARAM lParam) {
+        const HWND control = self.window();
+        switch (message) {
+        case WM_PAINT:
+        case WM_PRINTCLIENT:
+            quietly([&] { libUikit::paintMirroredText(control, reinterpret_cast<HDC>(wParam)); });
+            return 0;
+        case WM_ERASEBKGND:
+            return TRUE; // painting covers everything
+        case WM_SETTEXT:
+        case WM_ENABLE:
+            InvalidateRect(control, nullptr, TRUE);
+            return DefWindowProcW(control, message, wParam, lParam);
+        default:
+            return self.pass(message, wParam, lParam);
+        }
+    }
+
+    FittedText m_text;
+    Subclass m_messages;
+};
+
 } // namespace
 
 class MRLLangExt::Impl {
 public:
     explicit Impl(HWND dialog)
-        : m_dialog(dialog), m_keys(dialog), m_dpi(GetDpiForWindow(dialog)),
+        : m_keys(dialog), m_dpi(GetDpiForWindow(dialog)),
           m_font(libUikit::fontForLanguage(fontOf(dialog), libUikit::uiLanguage())) {
         EnumChildWindows(dialog, addChild, reinterpret_cast<LPARAM>(this));
         useFont();
-        SetWindowSubclass(dialog, dialogChanged, id(), reinterpret_cast<DWORD_PTR>(this));
+        m_messages.emplace(dialog, dialogChanged, this);
     }
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
-    ~Impl() {
-        for (const FittedText& text : m_texts) {
-            RemoveWindowSubclass(text.control(), textChanged, id());
-        }
-        RemoveWindowSubclass(m_dialog, dialogChanged, id());
-    }
+    ~Impl() = default;
 
 private:
     // The dialog's font, its height as that of the letters.
@@ -91,8 +148,6 @@ private:
         return properties;
     }
 
-    UINT_PTR id() const { return reinterpret_cast<UINT_PTR>(this); }
-
     static BOOL CALLBACK addChild(HWND child, LPARAM self) {
         reinterpret_cast<Impl*>(self)->add(child);
         return TRUE;
@@ -108,7 +163,6 @@ private:
             return;
         }
         m_texts.emplace_back(child, m_font);
-        SetWindowSubclass(child, textChanged, id(), reinterpret_cast<DWORD_PTR>(this));
     }
 
     // Every control in the font, and the texts as they fit.
@@ -121,9 +175,8 @@ private:
             SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font->handle()), TRUE);
         }
         m_full = font;
-        for (FittedText& text : m_texts) {
+        for (TextControl& text : m_texts) {
             text.setFont(m_font);
-            text.fit();
         }
     }
 
@@ -133,72 +186,22 @@ private:
         useFont();
     }
 
-    void fit(HWND control) {
-        for (FittedText& text : m_texts) {
-            if (text.control() == control) {
-                text.fit();
-            }
-        }
-    }
-
-    static LRESULT CALLBACK textChanged(HWND control, UINT message, WPARAM wParam, LPARAM lParam,
-                                        UINT_PTR id, DWORD_PTR self) {
-        const LRESULT result = FittedText::isTextStatic(control) && isMirrored(control)
-                                   ? mirroredText(control, message, wParam, lParam)
-                                   : DefSubclassProc(control, message, wParam, lParam);
-        if (message == WM_NCDESTROY) {
-            RemoveWindowSubclass(control, textChanged, id);
-        } else if (message == WM_SETTEXT || message == WM_SIZE) {
-            quietly([&] { reinterpret_cast<Impl*>(self)->fit(control); });
+    static LRESULT dialogChanged(const Subclass& self, void* owner, UINT message, WPARAM wParam,
+                                 LPARAM lParam) {
+        const LRESULT result = self.pass(message, wParam, lParam);
+        if (message == WM_DPICHANGED) {
+            quietly([&] { static_cast<Impl*>(owner)->changeDpi(HIWORD(wParam)); });
         }
         return result;
     }
 
-    // Whatever makes the control draw goes past it.
-    static LRESULT mirroredText(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
-        switch (message) {
-        case WM_PAINT:
-        case WM_PRINTCLIENT:
-            quietly([&] { libUikit::paintMirroredText(control, reinterpret_cast<HDC>(wParam)); });
-            return 0;
-        case WM_ERASEBKGND:
-            return TRUE; // painting covers everything
-        case WM_SETTEXT:
-        case WM_ENABLE:
-            InvalidateRect(control, nullptr, TRUE);
-            return DefWindowProcW(control, message, wParam, lParam);
-        default:
-            return DefSubclassProc(control, message, wParam, lParam);
-        }
-    }
-
-    static LRESULT CALLBACK dialogChanged(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam,
-                                          UINT_PTR id, DWORD_PTR self) {
-        const LRESULT result = DefSubclassProc(dialog, message, wParam, lParam);
-        if (message == WM_NCDESTROY) {
-            RemoveWindowSubclass(dialog, dialogChanged, id);
-        } else if (message == WM_DPICHANGED) {
-            quietly([&] { reinterpret_cast<Impl*>(self)->changeDpi(HIWORD(wParam)); });
-        }
-        return result;
-    }
-
-    // Below are frames of Windows. What can fail is memory, and then a text stays as it is.
-    template <class Body>
-    static void quietly(Body body) {
-        try {
-            body();
-        } catch (...) { // NOLINT(bugprone-empty-catch): see above
-        }
-    }
-
-    HWND m_dialog;
     libUikit::DialogKeys m_keys;
     UINT m_dpi;
     LOGFONTW m_font{};
     std::shared_ptr<const libUikit::Font> m_full;
-    std::vector<FittedText> m_texts;
+    std::deque<TextControl> m_texts; // stay where they are: their windows know them
     std::vector<HWND> m_others;
+    std::optional<Subclass> m_messages;
 };
 
 MRLLangExt::MRLLangExt() = default;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 namespace libUikit {
 
@@ -54,8 +55,8 @@ SIZE roomFor(HWND control, bool isStatic) {
 
 class Measure {
 public:
-    Measure(HWND control, std::wstring text, UINT format)
-        : m_control(control), m_dc(GetDC(control)), m_text(std::move(text)), m_format(format) {}
+    Measure(HWND control, const std::wstring& text, UINT format)
+        : m_control(control), m_dc(GetDC(control)), m_text(text), m_format(format) {}
     Measure(const Measure&) = delete;
     Measure& operator=(const Measure&) = delete;
     ~Measure() { ReleaseDC(m_control, m_dc); }
@@ -72,7 +73,7 @@ public:
 private:
     HWND m_control;
     HDC m_dc;
-    std::wstring m_text;
+    const std::wstring& m_text;
     UINT m_format;
 };
 
@@ -104,16 +105,27 @@ FittedText::FittedText(HWND control, const LOGFONTW& font)
 
 void FittedText::setFont(const LOGFONTW& font) {
     m_font = font;
+    m_room = {-1, -1};
 }
 
 void FittedText::fit() {
+    std::wstring text = textOf(m_control);
+    const SIZE room = roomFor(m_control, m_isStatic);
+    if (room.cx == m_room.cx && room.cy == m_room.cy && text == m_fitted) {
+        return;
+    }
+    measure(text, room);
+    m_fitted = std::move(text);
+    m_room = room;
+}
+
+void FittedText::measure(const std::wstring& text, SIZE room) {
     const bool oneLine = !m_isStatic || isOneLine(m_style);
     const bool mayWrap = m_isStatic && (m_style & SS_TYPEMASK) <= SS_RIGHT;
     const DWORD wrapping = m_style & ~static_cast<DWORD>(SS_CENTERIMAGE | SS_ELLIPSISMASK);
     const UINT format =
         DT_EXPANDTABS | (m_isStatic && (m_style & SS_NOPREFIX) != 0 ? DT_NOPREFIX : 0U);
-    const SIZE room = roomFor(m_control, m_isStatic);
-    const Measure measure(m_control, textOf(m_control), format);
+    const Measure measured(m_control, text, format);
 
     LOGFONTW properties = m_font;
     const LONG full = std::abs(m_font.lfHeight);
@@ -125,11 +137,11 @@ void FittedText::fit() {
         if (font == nullptr) {
             return; // no memory: the text stays as it is
         }
-        if (oneLine && measure.fits(*font, room, false)) {
+        if (oneLine && measured.fits(*font, room, false)) {
             apply(font, m_style);
             return;
         }
-        if (mayWrap && measure.fits(*font, room, true)) {
+        if (mayWrap && measured.fits(*font, room, true)) {
             apply(font, oneLine ? wrapping : m_style);
             return;
         }
@@ -148,11 +160,15 @@ void FittedText::apply(const std::shared_ptr<const Font>& font, DWORD style) {
     if (wanted != now) {
         SetWindowLongPtrW(m_control, GWL_STYLE, static_cast<LONG_PTR>(wanted));
     }
-    if (font != m_applied) {
+    const bool otherFont = font != m_applied;
+    if (otherFont) {
         SendMessageW(m_control, WM_SETFONT, reinterpret_cast<WPARAM>(font->handle()), FALSE);
         m_applied = font;
     }
-    InvalidateRect(m_control, nullptr, TRUE);
+    // Otherwise the control has drawn the text as it is to be when it got it.
+    if (otherFont || wanted != now) {
+        InvalidateRect(m_control, nullptr, TRUE);
+    }
 }
 
 } // namespace libUikit

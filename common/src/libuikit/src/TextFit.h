@@ -20,14 +20,15 @@ public:
 
     FittedText(HWND control, const LOGFONTW& font);
 
-    HWND control() const { return m_control; }
     /// From now on with `font` when it fits.
     void setFont(const LOGFONTW& font);
     /// Gives the control the largest font, and wrapping or not, with which its present text fits;
-    /// and its own style back when it fits without help.
+    /// and its own style back when it fits without help. A control that changes by that is drawn
+    /// again; a text and a room that were fitted last time are not even measured.
     void fit();
 
 private:
+    void measure(const std::wstring& text, SIZE room);
     void apply(const std::shared_ptr<const Font>& font, DWORD style);
 
     HWND m_control;
@@ -35,6 +36,9 @@ private:
     DWORD m_style; // its own
     LOGFONTW m_font;
     std::shared_ptr<const Font> m_applied;
+    // What was fitted last, in the font above.
+    std::wstring m_fitted;
+    SIZE m_room{-1, -1};
 };
 
 } // namespace libUikit
