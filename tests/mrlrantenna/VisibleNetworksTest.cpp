@@ -395,6 +395,22 @@ TEST_F(VisibleNetworks, AreTheSameWhenTheSecondNameOccursInTheFirst) {
     EXPECT_FALSE(device.isSame(named(""), named("Lab")));
 }
 
+TEST_F(VisibleNetworks, RecordsThatOthersPutIntoTheListCountToo) {
+    WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
+    device.getVisibleNetworkList();
+    VisibleNetwork attic;
+    attic.m_ssid = "Attic";
+    device.m_visibleNetworks.append(attic);
+    VisibleNetwork guests;
+    guests.m_ssid = "Attic guests";
+    device.addVisibleNetwork(guests);
+    EXPECT_EQ(device.m_visibleNetworks.size(), 2U);
+    device.m_visibleNetworks.clear();
+    device.addVisibleNetwork(guests);
+    ASSERT_EQ(device.m_visibleNetworks.size(), 1U);
+    EXPECT_EQ(device.m_visibleNetworks[0].m_ssid, guests.m_ssid);
+}
+
 TEST_F(VisibleNetworks, AnAddedRecordIsACopy) {
     WirelessDevice& device = opened();
     VisibleNetwork network;

@@ -11,6 +11,7 @@ namespace {
 struct Account {
     std::atomic<long long> bytes = 0;
     std::atomic<long long> blocks = 0;
+    std::atomic<long long> allocations = 0;
 };
 constinit Account g_accounts[2];
 thread_local Owner g_owner = Owner::RADIO; // of a thread of the service, until it says otherwise
@@ -21,8 +22,12 @@ struct alignas(__STDCPP_DEFAULT_NEW_ALIGNMENT__) Head {
     Owner owner;
 };
 
+Account& accountOf(Owner owner) {
+    return g_accounts[static_cast<std::size_t>(owner)];
+}
+
 void book(const Head& head, int sign) {
-    Account& account = g_accounts[static_cast<std::size_t>(head.owner)];
+    Account& account = accountOf(head.owner);
     account.bytes += sign * static_cast<long long>(head.size);
     account.blocks += sign;
 }
@@ -34,6 +39,7 @@ void* allocate(std::size_t size) noexcept {
     }
     Head* const head = new (memory) Head{size, g_owner};
     book(*head, 1);
+    ++accountOf(head->owner).allocations;
     return head + 1;
 }
 
@@ -82,8 +88,12 @@ nativewifi::Api tableOnAccount() {
 } // namespace
 
 HeapUse heapUse(Owner owner) {
-    const Account& account = g_accounts[static_cast<std::size_t>(owner)];
+    const Account& account = accountOf(owner);
     return {account.bytes, account.blocks};
+}
+
+long long allocations(Owner owner) {
+    return accountOf(owner).allocations;
 }
 
 AllocatesFor::AllocatesFor(Owner owner) : m_before(g_owner) {
@@ -97,8 +107,8 @@ SeparateAccounts::SeparateAccounts() : m_table(tableOnAccount()), m_scope(m_tabl
 
 } // namespace test
 
-// All forms, so that no block is allocated here and freed elsewhere. Over-aligned ones stay the
-// library's: nothing here asks for them.
+// All forms, so that no block is allocated here and freed elsewhere. Those with an alignment are
+// here for blocks that state one without need; a stricter one than plain new's is not to be had.
 void* operator new(std::size_t size) {
     return test::allocateOrThrow(size);
 }
@@ -127,5 +137,17 @@ void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept {
     test::release(memory);
 }
 void operator delete[](void* memory, const std::nothrow_t& /*tag*/) noexcept {
+    test::release(memory);
+}
+void* operator new(std::size_t size, std::align_val_t alignment) {
+    if (static_cast<std::size_t>(alignment) > __STDCPP_DEFAULT_NEW_ALIGNMENT__) {
+        throw std::bad_alloc();
+    }
+    return test::allocateOrThrow(size);
+}
+void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept {
+    test::release(memory);
+}
+void operator delete(void* memory, std::size_t /*size*/, std::align_val_t /*alignment*/) noexcept {
     test::release(memory);
 }

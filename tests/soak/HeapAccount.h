@@ -18,6 +18,8 @@ struct HeapUse {
     friend bool operator==(const HeapUse&, const HeapUse&) = default;
 };
 HeapUse heapUse(Owner owner);
+/// How many blocks were ever allocated, those among them that are gone.
+long long allocations(Owner owner);
 
 /// While it lives, this thread allocates for `owner`; otherwise every thread does for the radio.
 class AllocatesFor {

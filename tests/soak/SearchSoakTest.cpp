@@ -36,6 +36,33 @@ protected:
     }
 };
 
+// A PC sees more networks than one thinks, ten times a second: a refresh asks for the blocks of its
+// list, and each record owns its texts without a block of their own.
+TEST_F(SearchSoak, ARefreshAllocatesTheBlocksOfItsListAndNothingForEachNetwork) {
+    constexpr std::size_t LONGEST_NAME = 32;
+    constexpr int NETWORKS = 64;
+    constexpr long long LIST_BLOCKS = 4; // room for 8, 16, 32 and 64 records
+    std::vector<radiosim::AccessPoint> many;
+    for (int i = 0; i < NETWORKS; ++i) {
+        std::string name = std::to_string(1000 + i);
+        name.resize(i % 2 == 0 ? name.size() : LONGEST_NAME, 'x');
+        many.push_back({.ssid = name, .signal = 50U, .secured = i % 4 < 2});
+    }
+    startRadio(many);
+    const test::SeparateAccounts accounts;
+    WirelessDevice subject(device());
+    subject.getVisibleNetworkList(); // makes what is made on first use
+    const mrl::Uint32 seen = subject.m_visibleNetworks.size();
+    const int priority = mrl::LogFactory::getPriority();
+    mrl::LogFactory::setPriority(mrl::LogFactory::OFF);
+    const long long before = test::allocations(Owner::MODULE);
+    subject.getVisibleNetworkList();
+    const long long after = test::allocations(Owner::MODULE);
+    mrl::LogFactory::setPriority(priority);
+    EXPECT_EQ(seen, static_cast<mrl::Uint32>(NETWORKS));
+    EXPECT_EQ(after - before, LIST_BLOCKS);
+}
+
 TEST_F(SearchSoak, PollsLeaveTheAnswersToTheirRadioQueriesAndNothingElse) {
     const long polls = test::soakLength("SOAK_POLLS", USUAL_POLLS);
     const test::SeparateAccounts accounts;

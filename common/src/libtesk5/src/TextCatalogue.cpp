@@ -17,9 +17,9 @@ namespace {
 constexpr int PRIORITY = 4;
 constexpr std::string_view FALLBACK_LANGUAGE = "en";
 
-using Texts = std::map<TeskString, TeskString>;
+using Texts = std::map<TeskString, CatalogueText>;
 
-Texts textsOf(const Json& json) {
+Texts textsOf(const Json& json, const TextCatalogue* catalogue) {
     if (!json.is_object()) {
         throw JsonFailure(Message("INPUT_TEXTS_NO_OBJECT"));
     }
@@ -28,7 +28,8 @@ Texts textsOf(const Json& json) {
         if (!text.is_string()) {
             throw JsonFailure(Message("INPUT_TEXTS_NO_STRING", {{"Key", key}}));
         }
-        texts.emplace(TeskString(key), TeskString(text.get<std::string>()));
+        texts.emplace(TeskString(key),
+                      CatalogueText{TeskString(text.get<std::string>()), catalogue});
     }
     return texts;
 }
@@ -39,7 +40,8 @@ void tellUnusable(const std::string& what, const JsonFailure& failure) {
         << "The texts of " << what << " are not used: " << failure.what();
 }
 
-Texts firstUsable(const std::vector<std::filesystem::path>& folders, std::string_view language) {
+Texts firstUsable(const std::vector<std::filesystem::path>& folders, std::string_view language,
+                  const TextCatalogue* catalogue) {
     for (const std::filesystem::path& folder : folders) {
         const std::filesystem::path file =
             folder / mrl::System::path(std::string(language) + ".json");
@@ -47,7 +49,7 @@ Texts firstUsable(const std::vector<std::filesystem::path>& folders, std::string
             continue;
         }
         try {
-            return textsOf(readJsonFile(file));
+            return textsOf(readJsonFile(file), catalogue);
         } catch (const JsonFailure& failure) {
             const std::u8string name = file.u8string();
             tellUnusable(std::string(name.begin(), name.end()), failure);
@@ -56,9 +58,9 @@ Texts firstUsable(const std::vector<std::filesystem::path>& folders, std::string
     return {};
 }
 
-Texts builtInTexts(std::string_view builtIn) {
+Texts builtInTexts(std::string_view builtIn, const TextCatalogue* catalogue) {
     try {
-        return textsOf(parseJson(std::string(builtIn)));
+        return textsOf(parseJson(std::string(builtIn)), catalogue);
     } catch (const JsonFailure& failure) {
         tellUnusable("the program itself", failure);
         return {};
@@ -75,21 +77,21 @@ TextCatalogue::TextCatalogue(const std::vector<TextSource>& sources, std::string
     }
     for (const std::string& tag : languages) {
         for (const TextSource& source : sources) {
-            m_texts.merge(firstUsable(source.folders, tag));
+            m_texts.merge(firstUsable(source.folders, tag, this));
         }
     }
     for (const TextSource& source : sources) {
-        m_texts.merge(builtInTexts(source.builtIn));
+        m_texts.merge(builtInTexts(source.builtIn, this));
     }
 }
 
-const TeskString& TextCatalogue::textOf(const TeskString& key) {
+const CatalogueText& TextCatalogue::find(const TeskString& key) {
     const auto known = m_texts.find(key);
     if (known != m_texts.end()) {
         return known->second;
     }
     const std::lock_guard lock(m_mutex);
-    return m_unknown.try_emplace(key, key).first->second;
+    return m_unknown.try_emplace(key, CatalogueText{key, this}).first->second;
 }
 
 std::vector<std::filesystem::path> textFolders(std::string_view part,

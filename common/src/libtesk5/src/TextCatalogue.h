@@ -18,6 +18,14 @@ struct TextSource {
     std::string_view builtIn;
 };
 
+class TextCatalogue;
+
+/// A text, and whose it is: what was found in one catalogue is of no use in another language.
+struct CatalogueText {
+    TeskString text;
+    const TextCatalogue* catalogue;
+};
+
 /// The texts of one language. Immutable but for the keys that nobody knows; any thread.
 class TextCatalogue {
 public:
@@ -27,14 +35,23 @@ public:
     /// cost a verdict.
     TextCatalogue(const std::vector<TextSource>& sources, std::string_view language);
 
+    TextCatalogue(const TextCatalogue&) = delete;
+    TextCatalogue& operator=(const TextCatalogue&) = delete;
+    ~TextCatalogue() = default;
+
     /// The text of `key`, or the key itself. The reference stays valid as long as the catalogue.
-    const TeskString& textOf(const TeskString& key);
+    const CatalogueText& find(const TeskString& key);
+    /// The same without its owner.
+    const TeskString& textOf(const TeskString& key) { return find(key).text; }
 
 private:
-    std::map<TeskString, TeskString> m_texts;
+    std::map<TeskString, CatalogueText> m_texts;
     std::mutex m_mutex;
-    std::map<TeskString, TeskString> m_unknown;
+    std::map<TeskString, CatalogueText> m_unknown;
 };
+
+/// The catalogue of the language in force. Any thread; cheap but for the first call in a language.
+TextCatalogue& catalogueInForce();
 
 /// The folders in which the texts of a part are looked for: below `executableFolder`, then below
 /// the current one.

@@ -9,6 +9,7 @@
 #include <mrl/System.h>
 
 #include <algorithm>
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -50,12 +51,17 @@ std::string usersLanguage() {
     return FALLBACK_LANGUAGE;
 }
 
+// The catalogue in force once it is settled, for the many calls that only look.
+constinit std::atomic<TextCatalogue*> g_settled{nullptr};
+
 // The languages used so far. Catalogues stay, because texts are handed out by reference.
 class UsedLanguages {
 public:
     TextCatalogue& current() {
         const std::lock_guard lock(m_mutex);
-        return *settled().catalogue;
+        TextCatalogue& catalogue = *settled().catalogue;
+        g_settled = &catalogue;
+        return catalogue;
     }
     std::string tag() {
         const std::lock_guard lock(m_mutex);
@@ -65,6 +71,7 @@ public:
         const std::lock_guard lock(m_mutex);
         m_chosen = std::move(tag);
         m_current = nullptr;
+        g_settled = nullptr;
     }
 
     static UsedLanguages& instance() {
@@ -101,8 +108,13 @@ private:
 
 } // namespace
 
+TextCatalogue& catalogueInForce() {
+    TextCatalogue* const settled = g_settled.load(std::memory_order_acquire);
+    return settled != nullptr ? *settled : UsedLanguages::instance().current();
+}
+
 const TeskString& textOf(const TeskString& key) {
-    return UsedLanguages::instance().current().textOf(key);
+    return catalogueInForce().textOf(key);
 }
 
 std::string message(const TeskString& key, const Event::Variables& variables) {

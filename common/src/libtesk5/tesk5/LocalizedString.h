@@ -3,7 +3,11 @@
 
 #include <tesk5/TeskString.h>
 
+#include <atomic>
+
 namespace tesk5 {
+
+struct CatalogueText;
 
 /// One key of the text catalogue. Made with DiagModule::createLocalizedString, owned by the
 /// framework, alive until the process ends.
@@ -20,6 +24,8 @@ public:
 
 private:
     TeskString m_key;
+    // What the last call found, with the mark of its language: records are filled by the thousand.
+    mutable std::atomic<const CatalogueText*> m_found{nullptr};
 };
 
 } // namespace tesk5

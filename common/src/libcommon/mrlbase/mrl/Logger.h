@@ -75,13 +75,21 @@ public:
     static Logger& createLogger(std::string_view name);
 
     /// The global threshold; OFF at start.
-    static int getPriority();
-    static void setPriority(int priority);
+    static int getPriority() { return s_threshold.load(std::memory_order_relaxed); }
+    static void setPriority(int priority) { s_threshold = priority; }
 
     /// Where lines go from now on; null for nowhere.
     /// \return what was there before
     static std::shared_ptr<LogSink> setSink(std::shared_ptr<LogSink> sink);
+
+private:
+    // Here, so that a place that logs costs a look at it while nobody wants to read.
+    static inline constinit std::atomic<int> s_threshold{OFF};
 };
+
+inline bool Logger::admits(int priority) const {
+    return LogFactory::getPriority() <= priority && getPriority() <= priority;
+}
 
 /// A sink that appends lines to the file `path` (UTF-8), each flushed as it is written:
 /// `2026-11-20T19:55:01.123Z 1 mrlrantenna: text` (time, priority, logger, text).

@@ -13,12 +13,24 @@ public:
     static constexpr int PRIORITY = 0;
 
     /// `logger` may be null: then nothing is written.
-    TraceLogger(Logger* logger, const char* name, const char* file, int line);
+    TraceLogger(Logger* logger, const char* name, const char* file, int line)
+        : m_logger(logger == nullptr ? nullptr : logger->admitting(PRIORITY)), m_name(name) {
+        if (m_logger != nullptr) {
+            open(file, line);
+        }
+    }
     TraceLogger(const TraceLogger&) = delete;
     TraceLogger& operator=(const TraceLogger&) = delete;
-    ~TraceLogger();
+    ~TraceLogger() {
+        if (m_logger != nullptr) {
+            close();
+        }
+    }
 
 private:
+    void open(const char* file, int line);
+    void close();
+
     Logger* m_logger; // null when the opening line was not wanted
     const char* m_name;
 };

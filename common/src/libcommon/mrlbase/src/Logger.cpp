@@ -22,8 +22,6 @@ Registry& registry() {
     return *instance;
 }
 
-constinit std::atomic<int> g_threshold{LogFactory::OFF};
-
 } // namespace
 
 LogSink::~LogSink() = default;
@@ -35,10 +33,6 @@ int Logger::getPriority() const {
         }
     }
     return 0;
-}
-
-bool Logger::admits(int priority) const {
-    return LogFactory::getPriority() <= priority && getPriority() <= priority;
 }
 
 void Logger::write(int priority, std::string_view utf8) {
@@ -77,14 +71,6 @@ Logger& LogFactory::createLogger(std::string_view name) {
             return *logger;
         }
     }
-}
-
-int LogFactory::getPriority() {
-    return g_threshold.load(std::memory_order_relaxed);
-}
-
-void LogFactory::setPriority(int priority) {
-    g_threshold = priority;
 }
 
 std::shared_ptr<LogSink> LogFactory::setSink(std::shared_ptr<LogSink> sink) {

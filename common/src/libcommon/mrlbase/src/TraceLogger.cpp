@@ -4,12 +4,11 @@
 
 namespace mrl {
 
-TraceLogger::TraceLogger(Logger* logger, const char* name, const char* file, int line)
-    : m_logger(logger == nullptr ? nullptr : logger->admitting(PRIORITY)), m_name(name) {
-    LoggerStream(m_logger, PRIORITY) << "> " << name << " (" << file << ":" << line << ")";
+void TraceLogger::open(const char* file, int line) {
+    LoggerStream(m_logger, PRIORITY) << "> " << m_name << " (" << file << ":" << line << ")";
 }
 
-TraceLogger::~TraceLogger() {
+void TraceLogger::close() {
     LoggerStream(m_logger, PRIORITY) << "< " << m_name;
 }
 

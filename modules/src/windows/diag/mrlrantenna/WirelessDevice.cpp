@@ -137,17 +137,17 @@ constinit std::atomic<const mrl::Char*> g_lastInterfaceStateText{nullptr};
 // An algorithm's words: a name of the trade that no language translates, or a localized text.
 struct AlgorithmWords {
     DOT11_AUTH_ALGORITHM algorithm;
-    const char* name;
+    const mrl::Char* name;
     tesk5::LocalizedString* const* text;
 };
 constexpr AlgorithmWords algorithmWords[] = {
     {DOT11_AUTH_ALGO_80211_OPEN, nullptr, &texts::authenticationOpen},
     {DOT11_AUTH_ALGO_80211_SHARED_KEY, nullptr, &texts::authenticationSharedKey},
-    {DOT11_AUTH_ALGO_WPA, "WPA", nullptr},
-    {DOT11_AUTH_ALGO_WPA_PSK, "WPA PSK", nullptr},
-    {DOT11_AUTH_ALGO_WPA_NONE, "WPA none", nullptr},
-    {DOT11_AUTH_ALGO_RSNA, "RSNA", nullptr},
-    {DOT11_AUTH_ALGO_RSNA_PSK, "RSNA PSK", nullptr},
+    {DOT11_AUTH_ALGO_WPA, MRL_TEXT("WPA"), nullptr},
+    {DOT11_AUTH_ALGO_WPA_PSK, MRL_TEXT("WPA PSK"), nullptr},
+    {DOT11_AUTH_ALGO_WPA_NONE, MRL_TEXT("WPA none"), nullptr},
+    {DOT11_AUTH_ALGO_RSNA, MRL_TEXT("RSNA"), nullptr},
+    {DOT11_AUTH_ALGO_RSNA_PSK, MRL_TEXT("RSNA PSK"), nullptr},
 };
 
 // Unknown counts as off: a technician must not be sent to the antennas of a dead radio.
@@ -156,11 +156,6 @@ bool isOn(DOT11_RADIO_STATE state) {
 }
 
 } // namespace
-
-mrl::Logger* deviceLogger() {
-    static mrl::Logger& logger = mrl::LogFactory::createLogger("mrlrnetwork.WirelessDevice");
-    return logger.admitting(1);
-}
 
 // Positions are 16 bits wide; a name longer than that, or one without a brace, has no GUID.
 String WirelessDevice::guidTextOf(const String& deviceSystemName) {

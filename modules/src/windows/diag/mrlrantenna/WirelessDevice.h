@@ -4,6 +4,7 @@
 // reader of the log could use it, by one line to the logger "mrlrnetwork.WirelessDevice".
 #pragma once
 
+#include "ContainedNames.h"
 #include "Radio.h"
 #include "VisibleNetwork.h"
 
@@ -183,4 +184,8 @@ public:
 private:
     bool refreshRadio();
     bool queryNamed(WLAN_INTF_OPCODE opcode, const char* paddedName);
+    // isSame() without the copies that its callers' records need and a snapshot's do not.
+    static bool isSameInPlace(const VisibleNetwork& first, const VisibleNetwork& second);
+
+    ContainedNames m_visibleNames; ///< those of m_visibleNetworks
 };

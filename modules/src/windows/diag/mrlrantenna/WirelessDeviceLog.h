@@ -10,7 +10,10 @@ inline constexpr const char* DEVICE_SOURCE_FILE =
     "modules/src/windows/diag/mrlrantenna/WirelessDevice.cpp";
 
 /// The logger "mrlrnetwork.WirelessDevice", or null when a line of priority 1 would not be written.
-mrl::Logger* deviceLogger();
+inline mrl::Logger* deviceLogger() {
+    static mrl::Logger& logger = mrl::LogFactory::createLogger("mrlrnetwork.WirelessDevice");
+    return logger.admitting(1);
+}
 
 // The compilers' own place of the caller: this project's clang-tidy has no std::source_location.
 

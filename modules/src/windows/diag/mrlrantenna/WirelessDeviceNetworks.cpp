@@ -79,6 +79,7 @@ bool WirelessDevice::getVisibleNetworkList() {
         return false;
     }
     m_visibleNetworks.clear();
+    m_visibleNames.clear();
     nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
     // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NDIS_DOT11_POWER_STATE_INVALID,
     // ERROR_NOT_ENOUGH_MEMORY, RPC errors
@@ -182,15 +183,19 @@ void WirelessDevice::printNetworkInfo(const WLAN_AVAILABLE_NETWORK* network) {
 
 // The first record of a name stays, and a longer name that contains it counts as the same network:
 // cards report one network per profile, and technicians know it by its shortest name.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the record may lie in the list that grows
 void WirelessDevice::addVisibleNetwork(VisibleNetwork network) {
     const mrl::TraceLogger trace = deviceTrace("addVisibleNetwork()");
-    const bool duplicate =
-        std::any_of(m_visibleNetworks.begin(), m_visibleNetworks.end(),
-                    [&network](const VisibleNetwork& known) {
-                        return network.m_ssid.find(known.m_ssid) != String::NOT_FOUND;
-                    });
-    if (!duplicate) {
+    if (m_visibleNames.size() != m_visibleNetworks.size()) {
+        // The list is open: somebody else has changed it, or emptied it.
+        m_visibleNames.clear();
+        for (const VisibleNetwork& known : m_visibleNetworks) {
+            m_visibleNames.add(known.m_ssid.view());
+        }
+    }
+    if (!m_visibleNames.anyWithin(network.m_ssid.view())) {
         m_visibleNetworks.append(network);
+        m_visibleNames.add(network.m_ssid.view());
     }
 }
 
@@ -198,6 +203,10 @@ void WirelessDevice::addVisibleNetwork(VisibleNetwork network) {
 // replaces.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool WirelessDevice::isSame(VisibleNetwork first, VisibleNetwork second) {
+    return isSameInPlace(first, second);
+}
+
+bool WirelessDevice::isSameInPlace(const VisibleNetwork& first, const VisibleNetwork& second) {
     const mrl::TraceLogger trace = deviceTrace("isSame()");
     return first.m_ssid.find(second.m_ssid) != String::NOT_FOUND;
 }

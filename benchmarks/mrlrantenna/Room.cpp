@@ -1,0 +1,44 @@
+#include "Room.h"
+
+#include <array>
+#include <string>
+
+namespace bench {
+
+namespace {
+
+// What people call their networks: short and long ones, in the order in which cards report them.
+constexpr std::array BEGINNINGS = {"Lab",       "Meeting Room", "Guest",     "Production Line",
+                                   "Warehouse", "Cafe",         "Reception", "Home Network 5 GHz"};
+
+radiosim::Scenario scenario(std::size_t networks) {
+    radiosim::Scenario room;
+    std::vector<radiosim::AccessPoint>& points = room.interfaces.front().accessPoints;
+    points.reserve(networks);
+    for (std::size_t i = 0; i < networks; ++i) {
+        // Four digits behind a blank: no name is a part of another.
+        const std::string number = std::to_string(10000 + i).substr(1);
+        points.push_back({.ssid = std::string(BEGINNINGS[i % BEGINNINGS.size()]) + " " + number,
+                          .signal = static_cast<std::uint32_t>(1 + i % 99),
+                          .secured = i % 4 != 0});
+    }
+    return room;
+}
+
+tesk5::DiagDevice firstInterface() {
+    return {"Simulated Wireless Adapter",
+            tesk5::DeviceCapability::Wireless(),
+            {{"DeviceSystemName",
+              tesk5::TeskString("\\DEVICE\\{" + std::string(radiosim::FIRST_INTERFACE) + "}")}}};
+}
+
+} // namespace
+
+void StillClock::waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& condition,
+                           Duration /*deadline*/) {
+    condition.wait(lock);
+}
+
+Room::Room(std::size_t networks) : m_radio(scenario(networks)), m_device(firstInterface()) {}
+
+} // namespace bench
