@@ -49,6 +49,33 @@ TEST_F(Files, AreReadByteForByte) {
     EXPECT_EQ(mrl::readWholeFile(fileWith(large), large.size()), large);
 }
 
+TEST_F(Files, AreWrittenByteForByteFromTheBeginning) {
+    const std::string bytes("\0\r\n\x1A\xFF", 5);
+    const std::filesystem::path path = fileWith("something longer");
+    mrl::FileToWrite file(path);
+    file.write(bytes);
+    file.write(std::string(300000, 'x'));
+    file.close();
+    EXPECT_EQ(mrl::readWholeFile(path, 400000), bytes + std::string(300000, 'x'));
+}
+
+TEST_F(Files, AreClosedByTheirEndToo) {
+    const std::filesystem::path path = m_folder.path() / "new";
+    { mrl::FileToWrite(path).write("new"); }
+    EXPECT_EQ(mrl::readWholeFile(path, 8), "new");
+    EXPECT_TRUE(std::filesystem::remove(path));
+}
+
+TEST_F(Files, ThatCannotBeWrittenHaveTheSystemsReason) {
+    try {
+        const mrl::FileToWrite file(m_folder.path() / "missing" / "f");
+        GTEST_FAIL() << "it was made";
+    } catch (const FileFailure& failure) {
+        EXPECT_EQ(failure.reason, Reason::system);
+        EXPECT_EQ(failure.error, std::errc::no_such_file_or_directory);
+    }
+}
+
 TEST_F(Files, AreNotReadBeyondTheLimit) {
     EXPECT_EQ(failureOf(fileWith("123456789")), Reason::tooLarge);
     EXPECT_EQ(failureOf(fileWith(std::string(300000, 'x'))), Reason::tooLarge);
@@ -104,6 +131,16 @@ TEST_F(Files, AreNoDevices) {
     expectRefused("/dev/zero");
     std::filesystem::create_symlink("/dev/null", m_folder.path() / "link");
     expectRefused(m_folder.path() / "link");
+}
+
+TEST_F(Files, OnAFullDiskSaySo) {
+    mrl::FileToWrite file("/dev/full");
+    try {
+        file.write("x");
+        GTEST_FAIL() << "it was written";
+    } catch (const FileFailure& failure) {
+        EXPECT_EQ(failure.error, std::errc::no_space_on_device);
+    }
 }
 
 TEST_F(Files, AreNoPipesAndDoNotWaitForTheOtherEnd) {

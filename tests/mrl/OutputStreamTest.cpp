@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <fcntl.h>
+#include <fstream>
 
 #ifdef _WIN32
 #include <io.h>
@@ -26,10 +27,11 @@ public:
 // Sends the process's own stream to a file while it lives.
 class StreamToFile {
 public:
-    StreamToFile(std::FILE* stream, const std::string& path) : m_stream(stream) {
+    StreamToFile(std::FILE* stream, const std::string& path, const char* mode = "wb")
+        : m_stream(stream) {
         std::fflush(stream);
         m_before = dup(fileno(stream));
-        std::FILE* const file = std::fopen(path.c_str(), "wb");
+        std::FILE* const file = std::fopen(path.c_str(), mode);
         dup2(fileno(file), fileno(stream));
         std::fclose(file);
     }
@@ -95,6 +97,22 @@ TEST_P(ProcessStreams, AFileGetsTheBytesAndIsNoTerminal) {
         GetParam().stream->flush();
     }
     EXPECT_EQ(test::bytesOfFile(path), "first\nM\xC3\xBCller\nlast");
+}
+
+TEST_P(ProcessStreams, WhatFollowsALossHasALineOfItsOwn) {
+    const test::TemporaryFolder folder;
+    const std::string path = folder.file("out.txt");
+    std::ofstream(path) << "untouched";
+    {
+        const StreamToFile readOnly(GetParam().file, path, "rb");
+        *GetParam().stream << "lost" << mrl::endl << "lost too" << mrl::endl;
+    }
+    EXPECT_EQ(test::bytesOfFile(path), "untouched");
+    {
+        const StreamToFile writable(GetParam().file, path);
+        *GetParam().stream << "next" << mrl::endl << "last" << mrl::endl;
+    }
+    EXPECT_EQ(test::bytesOfFile(path), "\nnext\nlast\n");
 }
 
 INSTANTIATE_TEST_SUITE_P(Both, ProcessStreams,

@@ -60,6 +60,20 @@ TEST_F(LeftBehind, ANewReportOnAFullDiskIsAbsent) {
     EXPECT_THAT(filesThere(), ElementsAre("devices.json"));
 }
 
+TEST_F(LeftBehind, EachReportThatAFullDiskHasNoRoomForIsNamed) {
+    const FullDisk disk(100);
+    try {
+        start({"run", "--json", file("r.json"), "--junit", file("r.xml"), "--html", file("r.htm")});
+        GTEST_FAIL() << "there was room";
+    } catch (const tesk5::TeskException& failure) {
+        const std::string text = failure.toString().getUTF8String().bytes();
+        for (const char* name : {"r.json", "r.xml", "r.htm"}) {
+            EXPECT_THAT(text, testing::HasSubstr(std::string(name) + "\" could not be written: "));
+        }
+    }
+    EXPECT_THAT(filesThere(), ElementsAre("devices.json"));
+}
+
 TEST_F(LeftBehind, ALogOnAFullDiskCostsNoVerdict) {
     const FullDisk disk(10);
     EXPECT_EQ(start({"run", "--log", file("r.log"), "--log-level", "0"}), 0);

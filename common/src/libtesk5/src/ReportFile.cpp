@@ -23,28 +23,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string lastError() {
-    return lastSystemReason(Message("INPUT_FILE_UNWRITABLE")).text();
-}
-
 constexpr const char* TEMPORARY = ".tmp";
 
 // A new file in the folder of `target`, removed again unless it takes the target's place.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const fs::path& target) : m_path(freeNameBeside(target)) {
-        errno = 0;
-        m_file.open(m_path, std::ios::binary | std::ios::out | std::ios::trunc);
-        if (!m_file) {
-            m_failure = lastError();
-        } else if (std::error_code ignored; !fs::is_regular_file(m_path, ignored)) {
+        m_failure = whatFails([this] { m_file.emplace(m_path); });
+        if (std::error_code ignored; !m_failure && !fs::is_regular_file(m_path, ignored)) {
             m_failure = message("INPUT_FILE_IS_DEVICE"); // NUL.anything is NUL still
         }
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile() {
-        m_file.close();
+        m_file.reset();
         std::error_code ignored;
         fs::remove(m_path, ignored);
     }
@@ -54,10 +47,10 @@ public:
 
     /// \return why it did not work; nothing when it did
     std::optional<std::string> write(const std::string& text) {
-        errno = 0;
-        m_file.write(text.data(), static_cast<std::streamsize>(text.size()));
-        m_file.close();
-        return m_file ? std::nullopt : std::optional(lastError());
+        return whatFails([&] {
+            m_file->write(text);
+            m_file->close();
+        });
     }
 
     /// \return why it did not work; nothing when it did
@@ -70,6 +63,15 @@ public:
     }
 
 private:
+    template <class Operation>
+    static std::optional<std::string> whatFails(Operation operation) {
+        try {
+            operation();
+            return std::nullopt;
+        } catch (const mrl::FileFailure& failure) {
+            return systemReason(failure.error, Message("INPUT_FILE_UNWRITABLE")).text();
+        }
+    }
     static fs::path freeNameBeside(const fs::path& target) {
         std::random_device random;
         std::error_code ignored;
@@ -82,7 +84,7 @@ private:
     }
 
     fs::path m_path;
-    std::ofstream m_file;
+    std::optional<mrl::FileToWrite> m_file;
     std::optional<std::string> m_failure;
 };
 
@@ -130,7 +132,7 @@ std::optional<std::string> whyNotReplaceable(const fs::path& target) {
         errno = 0;
         const std::fstream present(target, std::ios::binary | std::ios::in | std::ios::out);
         if (!present) {
-            return lastError();
+            return lastSystemReason(Message("INPUT_FILE_UNWRITABLE")).text();
         }
     }
     return TemporaryFile(target).failure();

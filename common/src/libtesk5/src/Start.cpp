@@ -149,19 +149,19 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
     return record;
 }
 
-// Writes every report, also those after one that fails.
+// Writes every report, also those after one that fails, and tells of all that failed.
 void writeReports(const std::vector<RequestedReport>& requested,
                   const std::vector<std::unique_ptr<ReportFile>>& files, const RunRecord& record) {
-    std::optional<TeskException> failure;
+    std::vector<std::string> failures;
     for (std::size_t i = 0; i < files.size(); ++i) {
         try {
             files[i]->replace(requested[i].kind->text(record));
         } catch (const TeskException& exception) {
-            failure = exception;
+            failures.push_back(exception.toString().getUTF8String().bytes());
         }
     }
-    if (failure) {
-        throw TeskException(*failure);
+    if (!failures.empty()) {
+        throw TeskException(TeskString(phrasesListed(failures)));
     }
 }
 

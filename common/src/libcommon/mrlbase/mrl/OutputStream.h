@@ -4,10 +4,14 @@
 
 #include <mrl/String.h>
 
+#include <atomic>
+
 namespace mrl {
 
 /// A stream of UTF-8 text. On Windows a console gets it as UTF-16, so that names in any script
 /// appear right whatever the console's code page; files and pipes get the bytes.
+/// What a file or a pipe does not take, for want of room say, is lost; what comes after that has a
+/// line of its own, behind whatever the lost piece left.
 /// Threads: pieces of several threads may interleave.
 class OutputStream {
 public:
@@ -59,6 +63,7 @@ private:
     Target m_target;
     Receiver* m_receiver = nullptr;
     Colours m_colours = Colours::automatic;
+    std::atomic<bool> m_lost = false; ///< and no line end since
 };
 
 /// Ends the line with "\n" and flushes.

@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <utility>
+
 namespace mrl {
 
 namespace {
@@ -70,6 +72,40 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
         if (count == 0) {
             return bytes;
         }
+    }
+}
+
+namespace {
+constexpr int CLOSED = -1;
+} // namespace
+
+FileToWrite::FileToWrite(const std::filesystem::path& path)
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): how the system has it
+    : m_handle(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY | O_CLOEXEC, 0666)) {
+    if (m_handle == CLOSED) {
+        failWithLastError();
+    }
+}
+
+FileToWrite::~FileToWrite() {
+    if (m_handle != CLOSED) {
+        ::close(static_cast<int>(m_handle));
+    }
+}
+
+void FileToWrite::write(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(static_cast<int>(m_handle), bytes.data(), bytes.size());
+        if (count < 0) {
+            failWithLastError();
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+}
+
+void FileToWrite::close() {
+    if (::close(static_cast<int>(std::exchange(m_handle, CLOSED))) != 0) {
+        failWithLastError();
     }
 }
 

@@ -8,6 +8,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace mrl {
 
@@ -133,6 +134,56 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
         if (count == 0) {
             return bytes;
         }
+    }
+}
+
+namespace {
+
+HANDLE handleOf(std::intptr_t value) {
+    return reinterpret_cast<HANDLE>(value);
+}
+
+const auto CLOSED = reinterpret_cast<std::intptr_t>(INVALID_HANDLE_VALUE);
+
+} // namespace
+
+FileToWrite::FileToWrite(const std::filesystem::path& path)
+    // ERROR_PATH_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION, ERROR_INVALID_NAME,
+    // ERROR_DISK_FULL
+    : m_handle(reinterpret_cast<std::intptr_t>(
+          CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                      CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr))) {
+    if (m_handle == CLOSED) {
+        fail(GetLastError());
+    }
+}
+
+FileToWrite::~FileToWrite() {
+    if (m_handle != CLOSED) {
+        CloseHandle(handleOf(m_handle));
+    }
+}
+
+void FileToWrite::write(std::string_view bytes) {
+    constexpr std::size_t PIECE = 0x1000000;
+    while (!bytes.empty()) {
+        DWORD count = 0;
+        // ERROR_DISK_FULL, ERROR_HANDLE_DISK_FULL, and whatever else the disk reports
+        if (WriteFile(handleOf(m_handle), bytes.data(),
+                      static_cast<DWORD>(std::min(bytes.size(), PIECE)), &count, nullptr) == 0) {
+            fail(GetLastError());
+        }
+        if (count == 0) {
+            fail(ERROR_DISK_FULL); // taken for success, but nothing more goes in
+        }
+        bytes.remove_prefix(count); // a part, where only that had room: the rest tells why
+    }
+}
+
+void FileToWrite::close() {
+    // ERROR_INVALID_HANDLE, and whatever the disk reports
+    if (CloseHandle(handleOf(std::exchange(m_handle, CLOSED))) == 0) {
+        fail(GetLastError());
     }
 }
 

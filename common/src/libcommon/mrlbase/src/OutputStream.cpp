@@ -56,16 +56,17 @@ std::size_t columnsOfConsole(OutputStream::Target target) {
 
 // The console's own code page knows few of the characters that a network name can hold, so it gets
 // UTF-16. A pipe or a file gets UTF-8.
-void writeTo(OutputStream::Target target, std::string_view utf8) {
+// \return whether all of it was taken, as far as is known by now
+bool writeTo(OutputStream::Target target, std::string_view utf8) {
     if (const HANDLE console = consoleOf(target)) {
         const CharString text = toUtf16(utf8);
         DWORD written = 0;
         WriteConsoleW(console, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
-        return;
+        return true; // a console's lines are for eyes
     }
     // Without this the runtime library would turn each \n into two characters.
     _setmode(_fileno(fileOf(target)), _O_BINARY);
-    std::fwrite(utf8.data(), 1, utf8.size(), fileOf(target));
+    return std::fwrite(utf8.data(), 1, utf8.size(), fileOf(target)) == utf8.size();
 }
 
 #else
@@ -83,8 +84,8 @@ std::size_t columnsOfConsole(OutputStream::Target target) {
     return ioctl(fileno(fileOf(target)), TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
-void writeTo(OutputStream::Target target, std::string_view utf8) {
-    std::fwrite(utf8.data(), 1, utf8.size(), fileOf(target));
+bool writeTo(OutputStream::Target target, std::string_view utf8) {
+    return std::fwrite(utf8.data(), 1, utf8.size(), fileOf(target)) == utf8.size();
 }
 
 #endif
@@ -99,8 +100,13 @@ OutputStream::Receiver::~Receiver() = default;
 OutputStream& OutputStream::operator<<(std::string_view utf8) {
     if (m_receiver != nullptr) {
         m_receiver->write(utf8);
-    } else {
-        writeTo(m_target, utf8);
+        return *this;
+    }
+    if (m_lost) {
+        m_lost = !writeTo(m_target, "\n");
+    }
+    if (!writeTo(m_target, utf8)) {
+        m_lost = true;
     }
     return *this;
 }
@@ -110,8 +116,9 @@ OutputStream& OutputStream::operator<<(const String& text) {
 }
 
 void OutputStream::flush() {
-    if (m_receiver == nullptr) {
-        std::fflush(fileOf(m_target));
+    // The runtime library forgets what it could not write.
+    if (m_receiver == nullptr && std::fflush(fileOf(m_target)) != 0) {
+        m_lost = true;
     }
 }
 

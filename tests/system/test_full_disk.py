@@ -1,0 +1,322 @@
+"""A disk that is really full: a small file system of the test's own, filled to the page.
+
+Reports are whole or absent there, the old one stays, no temporary file is left, the verdict is
+shown and the exit value is the documented one; with room again, the next run works.
+"""
+import ctypes
+import json
+import os
+import pathlib
+import re
+import subprocess
+import tempfile
+import time
+import unittest
+
+from display import Prefix
+from program import (EXECUTABLE, LIMIT_SECONDS, RESULTS, SCENARIOS, VERIFICATION, WRONG_USAGE,
+                     ProgramTest, environment)
+
+# The file system counts in these.
+PAGE = os.sysconf("SC_PAGESIZE")
+DISK_PAGES = 64
+CARDS = 10
+KINDS = {"--json": "report.json", "--junit": "report.xml", "--html": "report.html"}
+CLONE_NEWNS, CLONE_NEWUSER = 0x00020000, 0x10000000
+
+
+def leave_for_a_namespace():
+    """From here on, what this process mounts is seen by it and its children alone, and goes with
+    them. Root may do that, and everybody else where the system lets users have namespaces."""
+    libc = ctypes.CDLL(None, use_errno=True)
+    user, group = os.getuid(), os.getgid()
+    if libc.unshare(CLONE_NEWNS) != 0:
+        if libc.unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0:
+            raise RuntimeError("nothing may be mounted here, so a full disk cannot be shown: "
+                               f"{os.strerror(ctypes.get_errno())}. Run this test as root, or allow "
+                               "user namespaces (sysctl kernel.unprivileged_userns_clone=1)")
+        own = pathlib.Path("/proc/self")
+        (own / "setgroups").write_text("deny", encoding="ascii")
+        (own / "uid_map").write_text(f"0 {user} 1", encoding="ascii")
+        (own / "gid_map").write_text(f"0 {group} 1", encoding="ascii")
+    subprocess.run(["mount", "--make-rprivate", "/"], check=True)
+
+
+def setUpModule():
+    leave_for_a_namespace()
+    # Wine's server opens the files, so it must see the mounts: a server of our own.
+    prefix = Prefix()
+    unittest.addModuleCleanup(prefix.close)
+    os.environ["WINEPREFIX"] = str(prefix.path)
+
+
+class FullDisk(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.beside = self.folder  # a folder on another disk
+        disk = tempfile.TemporaryDirectory()
+        self.addCleanup(disk.cleanup)
+        self.folder = pathlib.Path(disk.name)
+        self.mount()
+
+    def mount(self, *options):
+        subprocess.run(["mount", "-t", "tmpfs", "-o",
+                        ",".join((f"size={DISK_PAGES * PAGE}", *options)), "test",
+                        str(self.folder)], check=True)
+        self.addCleanup(subprocess.run, ["umount", "--lazy", str(self.folder)], check=True)
+
+    # The disk.
+
+    def free_pages(self):
+        return os.statvfs(self.folder).f_bavail * os.statvfs(self.folder).f_frsize // PAGE
+
+    def leave(self, pages):
+        """Fills the disk until just so many pages are free."""
+        filler = self.folder / "filler"
+        filler.unlink(missing_ok=True)
+        filler.write_bytes(bytes((self.free_pages() - pages) * PAGE))
+        self.assertEqual(self.free_pages(), pages)
+
+    def make_room(self):
+        (self.folder / "filler").unlink()
+
+    def there(self):
+        """What lies on the disk, besides what fills it."""
+        return sorted(path.name for path in self.folder.iterdir() if path.name != "filler")
+
+    # The runs.
+
+    def cards(self, padding):
+        """Devices that make for reports of several pages, and no pause: no network is named."""
+        path = self.beside / "cards.json"
+        path.write_text(json.dumps([
+            {"name": f"Card {number}", "capabilities": ["Wireless", "NetworkCard"],
+             "properties": {"wlanAPISupported": "", "DeviceSystemName": "x" * padding}}
+            for number in range(CARDS)]), encoding="utf-8")
+        return path
+
+    def run_of_cards(self, padding, *arguments):
+        return self.run_program("run", VERIFICATION, "--devices", str(self.cards(padding)),
+                                *arguments)
+
+    def padding_to_the_middle_of_a_page(self, option, name):
+        """For a report that takes the same number of pages in each run, whatever the time of day
+        and the milliseconds of a run; returns padding and pages."""
+        sizes = []
+        for padding in (1000, 1000 + PAGE // 8 // CARDS):
+            self.assertEqual(self.run_of_cards(padding, option, name).exit, RESULTS["BADPARAMS"])
+            sizes.append((self.folder / name).stat().st_size)
+        (self.folder / name).unlink()
+        for padding, size in zip((1000, 1000 + PAGE // 8 // CARDS), sizes):
+            if PAGE // 16 < size % PAGE < PAGE - PAGE // 16:
+                return padding, size // PAGE + 1
+        self.fail(f"sizes {sizes} are all at a page's end")
+
+    def assert_not_replaced(self, run, *names):
+        """The run went on to its end and told its verdicts; then these reports failed."""
+        self.assertEqual(run.exit, RESULTS["EXITEDABNORMALLY"], run)
+        self.assertEqual(run.out.count("BADPARAMS after"), CARDS, run)
+        for name in names:
+            self.assertIn(f'the report "{name}" could not be written: the disk is full', run.err)
+
+
+class Reports(FullDisk):
+    def at_every_level(self, option):
+        name = KINDS[option]
+        padding, pages = self.padding_to_the_middle_of_a_page(option, name)
+        self.assertGreater(pages, 2)
+        path = self.folder / name
+        for old in (None, '{"an older": "report"}'):
+            for free in (0, 1, pages - 1):
+                with self.subTest(free=free, old=old):
+                    path.unlink(missing_ok=True)
+                    if old is not None:
+                        path.write_text(old, encoding="utf-8")
+                    self.leave(free)
+                    self.assert_not_replaced(self.run_of_cards(padding, option, name), name)
+                    self.assertEqual(self.there(), [] if old is None else [name])
+                    if old is not None:
+                        self.assertEqual(path.read_text(encoding="utf-8"), old)
+            with self.subTest("just enough", old=old):
+                self.leave(pages)
+                run = self.run_of_cards(padding, option, name)
+                self.assertEqual(run.exit, RESULTS["BADPARAMS"], run)
+                self.assertEqual(self.there(), [name])
+                whole = path.read_text(encoding="utf-8")
+                self.assert_is_whole(option, whole)
+        with self.subTest("the next run, with room"):
+            self.leave(0)
+            self.assert_not_replaced(self.run_of_cards(padding, option, name), name)
+            self.assertEqual(path.read_text(encoding="utf-8"), whole)
+            self.make_room()
+            run = self.run_of_cards(padding, option, name)
+            self.assertEqual(run.exit, RESULTS["BADPARAMS"], run)
+            self.assertEqual(self.there(), [name])
+            self.assert_is_whole(option, path.read_text(encoding="utf-8"))
+
+    def assert_is_whole(self, option, text):
+        for number in range(CARDS):
+            self.assertIn(f"Card {number}", text)
+        if option == "--json":
+            self.assertEqual(len(json.loads(text)["results"]), CARDS)
+        else:
+            self.assertRegex(text, r"</(testsuites|html)>\s*\Z")
+
+    def test_of_json(self):
+        self.at_every_level("--json")
+
+    def test_of_junit(self):
+        self.at_every_level("--junit")
+
+    def test_of_html(self):
+        self.at_every_level("--html")
+
+    def test_that_all_fail_are_all_named(self):
+        self.leave(0)
+        run = self.run_of_cards(1000, *(part for kind in KINDS.items() for part in kind))
+        self.assert_not_replaced(run, *KINDS.values())
+        self.assertEqual(self.there(), [])
+
+    def test_that_fit_are_written_though_others_fail(self):
+        padding, pages = self.padding_to_the_middle_of_a_page("--junit", "report.xml")
+        self.leave(pages)
+        run = self.run_of_cards(padding, "--html", "report.html", "--junit", "report.xml")
+        self.assert_not_replaced(run, "report.html")
+        self.assertNotIn("report.xml", run.err)
+        self.assertEqual(self.there(), ["report.xml"])
+
+    def test_find_room_where_a_killed_run_left_its_temporary_file(self):
+        padding, pages = self.padding_to_the_middle_of_a_page("--json", "report.json")
+        (self.folder / "report.json.42.tmp").write_bytes(bytes(pages * PAGE))
+        self.leave(0)
+        run = self.run_of_cards(padding, "--json", "report.json")
+        self.assertEqual(run.exit, RESULTS["BADPARAMS"], run)
+        self.assertEqual(self.there(), ["report.json"])
+
+    def test_that_cannot_even_begin_are_refused_before_anything_runs(self):
+        self.mount("nr_inodes=3")  # the folder's, and two files
+        for name in ("a", "b"):
+            (self.folder / name).touch()
+        run = self.run_of_cards(10, "--json", "report.json")
+        self.assertEqual(run.exit, WRONG_USAGE, run)
+        self.assertIn("the disk is full", run.err)
+        self.assertEqual(run.out, "")
+        self.assertEqual(self.there(), ["a", "b"])
+
+
+class Verdicts(FullDisk):
+    """Of a run that measures: its pauses are real."""
+
+    def test_are_shown_whatever_cannot_be_written(self):
+        (self.folder / "report.json").write_text('{"an older": "report"}', encoding="utf-8")
+        self.leave(0)
+        run = self.run_program(
+            "run", VERIFICATION, "--set", "SSID=Lab", "--set", "FailingSignalStrength=40",
+            "--json", "report.json", "--junit", "report.xml", "--html", "report.html",
+            "--log", "run.log", "--log-level", "0", scenario=SCENARIOS / "weak-signal.json")
+        self.assertEqual(run.exit, RESULTS["EXITEDABNORMALLY"], run)
+        self.assertRegex(run.out, r"FAIL after \d+\.\d s")
+        for name in KINDS.values():
+            self.assertIn(f'"{name}" could not be written: the disk is full', run.err)
+        self.assertEqual(self.read_json("report.json"), {"an older": "report"})
+        self.assertEqual(self.there(), ["report.json", "run.log"])
+        self.assertEqual((self.folder / "run.log").stat().st_size, 0)
+
+
+class Logs(FullDisk):
+    # Time, priority, logger and text.
+    LINE = re.compile(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z \d [\w.]+: .+")
+
+    def test_cost_no_verdict_and_are_cut_in_one_line_only(self):
+        log = self.folder / "run.log"
+        for room in (0, 1, 300, PAGE - 1):
+            with self.subTest(room=room):
+                # What is left of a file's last page is all the room that there is.
+                old = "2026-11-20T19:55:01.123Z 1 older: " + "x" * (PAGE - room - 35) + "\n"
+                log.write_text(old if room < PAGE - 35 else "\n" * (PAGE - room), encoding="utf-8")
+                old = log.read_text(encoding="utf-8")
+                self.assertEqual(len(old), PAGE - room)
+                self.leave(0)
+                arguments = ("--log", "run.log", "--log-level", "0")
+                run = self.run_of_cards(10, *arguments)
+                self.assertEqual(run.exit, RESULTS["BADPARAMS"], run)
+                self.assertIn("exit value 4", run.out)
+                text = log.read_text(encoding="utf-8")
+                self.assertTrue(text.startswith(old))
+                self.assertEqual(len(text), PAGE, "as much as there was room for")
+                *whole, cut = text[len(old):].split("\n")
+                for line in whole:
+                    self.assertRegex(line, self.LINE)
+                self.make_room()
+                self.assertEqual(self.run_of_cards(10, *arguments).exit, RESULTS["BADPARAMS"])
+                after = log.read_text(encoding="utf-8")
+                self.assertTrue(after.startswith(text))
+                self.assertTrue(after.endswith("\n"))
+                added = after[len(text):].removesuffix("\n").split("\n")
+                if cut:
+                    self.assertEqual(added.pop(0), "", "the line that was cut has ended")
+                for line in added:
+                    self.assertRegex(line, self.LINE)
+
+
+class Events(FullDisk):
+    """Standard output goes into a file on the disk."""
+
+    def start(self, *arguments, scenario=None):
+        with open(self.folder / "events.jsonl", "ab") as out, \
+                open(self.beside / "err.txt", "wb") as err:
+            program = subprocess.Popen(["wine", str(EXECUTABLE), "run", VERIFICATION, "--events",
+                                        *arguments], cwd=self.folder, env=environment(scenario),
+                                       stdin=subprocess.DEVNULL, stdout=out, stderr=err)
+        self.addCleanup(program.wait, LIMIT_SECONDS)
+        self.addCleanup(program.kill)
+        return program
+
+    def lines(self):
+        return (self.folder / "events.jsonl").read_bytes().split(b"\n")
+
+    def test_that_do_not_fit_cost_no_report_and_no_exit_value(self):
+        cards = str(self.cards(10))
+        for free in (0, 1, 2):
+            with self.subTest(free=free):
+                (self.folder / "events.jsonl").write_bytes(b"")
+                self.leave(free)
+                program = self.start("--devices", cards, "--json", str(self.beside / "r.json"))
+                self.assertEqual(program.wait(LIMIT_SECONDS), RESULTS["BADPARAMS"])
+                self.assertEqual((self.folder / "events.jsonl").stat().st_size, free * PAGE)
+                for number, line in enumerate(self.lines()[:-1], 1):
+                    self.assertEqual(json.loads(line)["sequence"], number)
+                report = json.loads((self.beside / "r.json").read_text(encoding="utf-8"))
+                self.assertEqual(len(report["results"]), CARDS)
+
+    def test_that_come_when_there_is_room_again_have_lines_of_their_own(self):
+        # The first line finds room for its beginning only: what is left of a page.
+        earlier = "x" * (PAGE - 100) + "\n"
+        (self.folder / "events.jsonl").write_text(earlier, encoding="ascii")
+        self.leave(0)
+        program = self.start("--set", "SSID=Lab", "--set", "FailingSignalStrength=40",
+                             scenario=SCENARIOS / "weak-signal.json")
+        self.wait_until_full()
+        self.make_room()
+        self.assertEqual(program.wait(LIMIT_SECONDS), RESULTS["FAIL"])
+        _, cut, *rest, end = self.lines()
+        self.assertTrue(cut.startswith(b'{"type":"runStarted"'), cut)
+        self.assertEqual(len(earlier) + len(cut), PAGE, "the next line has begun behind it")
+        self.assertEqual(end, b"")
+        events = [json.loads(line) for line in rest]
+        self.assertEqual([event["type"] for event in events[-2:]], ["testEnded", "runEnded"])
+        numbers = [event["sequence"] for event in events]
+        self.assertEqual(numbers, list(range(numbers[0], numbers[0] + len(numbers))))
+        self.assertGreater(numbers[0], 2, "what was lost has its numbers")
+
+    def wait_until_full(self):
+        """Until nothing more goes in, and then into the forced scan's pause."""
+        end = time.monotonic() + LIMIT_SECONDS
+        while (self.folder / "events.jsonl").stat().st_size < PAGE:
+            self.assertLess(time.monotonic(), end, "the program writes nothing")
+            time.sleep(0.05)
+        time.sleep(2)
+
+
+if __name__ == "__main__":
+    unittest.main()
