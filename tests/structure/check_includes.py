@@ -73,8 +73,9 @@ WIN32_PLACES = re.compile(
     r"(common/src/libmfc/.*|common/src/libuikit/.*"
     r"|common/src/libnativewifi/nativewifi/WlanTypes\.h|common/src/libnativewifi/src/[^/]*Win32\.cpp"
     # A console needs UTF-16 from the system itself; only the system knows what a name leads to, its
-    # own path and the languages.
-    r"|common/src/libcommon/mrlbase/src/(OutputStream|FilesWin32|SystemLibraryWin32|SystemWin32)\.cpp"
+    # own path and the languages, its DLLs and its process's secret.
+    r"|common/src/libcommon/mrlbase/src/"
+    r"(OutputStream|(Files|System|SystemLibrary|DelayLoad|StackGuard)Win32)\.cpp"
     r"|tools/radiosim/dll/.*|tools/dialogprobe/.*)$")
 
 # Headers, what they are called, and the places that may include them.

@@ -81,9 +81,28 @@ class PlantedDlls(ProgramTest):
 
 
 class Imports(unittest.TestCase):
-    def test_are_dlls_that_windows_never_takes_from_a_programs_directory(self):
-        imported = set(pe.Image(EXECUTABLE).imported_dlls())
-        self.assertEqual(imported - KNOWN_TO_WINDOWS, set())
+    def setUp(self):
+        self.linked = (ROOT / "build" / "windows" / "mrlrantenna.map").read_text(encoding="utf-8")
+
+    def loaded_late(self):
+        """DLLs that are loaded when one of their functions is first called."""
+        return {f"{name}.dll" for name in re.findall(r"^delay_imports/(\w+)/lib", self.linked,
+                                                     re.MULTILINE)}
+
+    def test_at_the_start_are_the_system_and_its_run_time_library_alone(self):
+        self.assertEqual(set(pe.Image(EXECUTABLE).imported_dlls()), {"kernel32.dll", "msvcrt.dll"})
+
+    def test_of_later_are_dlls_that_windows_never_takes_from_a_programs_directory(self):
+        self.assertEqual(self.loaded_late(), {"gdi32.dll", "gdiplus.dll", "ole32.dll", "rpcrt4.dll",
+                                              "shlwapi.dll", "user32.dll"})
+        self.assertEqual(self.loaded_late() - KNOWN_TO_WINDOWS, set())
+
+    def test_of_later_are_loaded_by_the_programs_own_function(self):
+        """And so from the system directory alone: see the sources' calls below."""
+        loader = re.search(r"^ \.text\$__delayLoadHelper2\n +0x\w+ +0x\w+ (\S+)$", self.linked,
+                           re.MULTILINE)
+        self.assertIsNotNone(loader)
+        self.assertTrue(loader[1].endswith("libmrlbase.a(DelayLoadWin32.cpp.obj)"), loader[1])
 
     def test_sources_load_libraries_from_the_system_directory_alone(self):
         calls = [(path.name, line.strip()) for path in SOURCES

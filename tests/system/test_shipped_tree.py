@@ -15,6 +15,9 @@ WINDOWS_DLLS = {
     "shell32.dll", "shlwapi.dll", "user32.dll", "uxtheme.dll", "version.dll",
     "windowscodecs.dll", "oleacc.dll",
 }
+# What only the dialog needs.
+PARTS_OF_WINDOWS = {"gdi32.dll", "gdiplus.dll", "imm32.dll", "ole32.dll", "shell32.dll",
+                    "shlwapi.dll", "user32.dll"}
 # What programs open network connections with.
 NETWORK_DLLS = (
     "dnsapi", "mpr", "mswsock", "netapi32", "rasapi32", "urlmon", "webservices", "websocket",
@@ -44,6 +47,26 @@ class ShippedTree(ProgramTest):
         run = self.run_program("run")
         self.assertEqual(run.exit, 4, run)
         self.assertIn("No access point was named", run.out, "the texts are compiled in as well")
+
+
+class Processes(ProgramTest):
+    """Windows and pictures cost more than all else at a program's start."""
+
+    def loaded(self, *arguments):
+        run = self.run_program(*arguments, WINEDEBUG="+loaddll")
+        found = re.findall(r'Loaded L"[^"]*\\\\([^"\\]+)"', run.err)
+        self.assertIn("mrlrantenna.k5x", found, run)
+        return {name.lower() for name in found[found.index("mrlrantenna.k5x"):]}
+
+    def test_load_nothing_of_windows_and_pictures_for_a_list(self):
+        loaded = self.loaded("list")
+        self.assertIn("wlanapi.dll", loaded)
+        self.assertEqual(loaded & PARTS_OF_WINDOWS, set())
+
+    def test_load_nothing_of_windows_and_pictures_for_a_measurement(self):
+        loaded = self.loaded("run", "--set", "SSID=Lab", "--set", "WarningSignalStrength=20")
+        self.assertIn("rpcrt4.dll", loaded)
+        self.assertEqual(loaded & PARTS_OF_WINDOWS, set())
 
 
 class Resources(ProgramTest):

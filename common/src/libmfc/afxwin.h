@@ -108,7 +108,7 @@ public:
     HICON LoadIcon(UINT nIDResource) const;
 
     /// Calls rCmdInfo.ParseParam() for each argument of the process but its name.
-    /// Platform: GetCommandLineW, CommandLineToArgvW
+    /// Platform: GetCommandLineW
     void ParseCommandLine(CCommandLineInfo& rCmdInfo);
 
     /// What AfxMessageBox() does.
@@ -512,10 +512,11 @@ BOOL AFXAPI AfxWinInit(HINSTANCE hInstance, HINSTANCE hPrevInstance, LPTSTR lpCm
 /// \return the process's exit code; -1 when there is no application object
 int AFXAPI AfxWinMain(HINSTANCE hInstance, HINSTANCE hPrevInstance, LPTSTR lpCmdLine, int nCmdShow);
 
-/// A window class with these properties, registered with the executable on the first call.
+/// A window class with these properties, registered with the executable on the first call; in a
+/// process that has not loaded user32.dll, right before its first window.
 /// \return its name, made from the properties: equal ones give the same name. Valid until the
 /// thread's next call.
-/// Failure: AfxThrowResourceException().
+/// Failure: AfxThrowResourceException(); for a class that waited, no window can be created.
 /// Platform: RegisterClassW, DefWindowProcW
 LPCTSTR AFXAPI AfxRegisterWndClass(UINT nClassStyle, HCURSOR hCursor = nullptr,
                                    HBRUSH hbrBackground = nullptr, HICON hIcon = nullptr);

@@ -4,9 +4,9 @@
 #include "OleThread.h"
 #include "ThreadState.h"
 
+#include <mrl/CommandLineText.h>
+
 #include <filesystem>
-#include <memory>
-#include <shellapi.h>
 
 namespace {
 
@@ -26,10 +26,6 @@ std::wstring executableName() {
         path.resize(path.size() * 2);
     }
 }
-
-struct LocalFreeDeleter {
-    void operator()(LPWSTR* arguments) const { LocalFree(arguments); }
-};
 
 } // namespace
 
@@ -56,17 +52,11 @@ HICON CWinApp::LoadIcon(UINT nIDResource) const {
 }
 
 void CWinApp::ParseCommandLine(CCommandLineInfo& rCmdInfo) {
-    int count = 0;
-    // ERROR_NOT_ENOUGH_MEMORY and the like: then there is nothing to hand out
-    const std::unique_ptr<LPWSTR, LocalFreeDeleter> arguments(
-        CommandLineToArgvW(GetCommandLineW(), &count));
-    if (arguments == nullptr) {
-        return;
-    }
-    for (int i = 1; i < count; ++i) {
-        LPCWSTR argument = arguments.get()[i];
+    const std::vector<mrl::CharString> arguments = mrl::splitCommandLine(GetCommandLineW());
+    for (std::size_t i = 1; i < arguments.size(); ++i) {
+        const wchar_t* const argument = arguments[i].c_str();
         const bool flag = argument[0] == L'-' || argument[0] == L'/';
-        rCmdInfo.ParseParam(flag ? argument + 1 : argument, flag, i + 1 == count);
+        rCmdInfo.ParseParam(flag ? argument + 1 : argument, flag, i + 1 == arguments.size());
     }
 }
 

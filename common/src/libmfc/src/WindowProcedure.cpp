@@ -2,6 +2,7 @@
 // frames of Windows.
 #include "WindowProcedure.h"
 
+#include "FirstWindow.h"
 #include "ThreadState.h"
 
 #include <utility>
@@ -84,6 +85,9 @@ LRESULT CALLBACK AfxWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
 namespace afx {
 
 CreationHook::CreationHook(CWnd& object) {
+    if (!startPromisedOle() || !registerPromisedClasses()) {
+        return;
+    }
     threadState().creating = &object;
     // ERROR_NOT_ENOUGH_MEMORY and the like
     m_hook = SetWindowsHookExW(WH_CBT, creationHook, nullptr, GetCurrentThreadId());

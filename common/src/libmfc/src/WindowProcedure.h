@@ -18,7 +18,8 @@ public:
 
 namespace afx {
 
-/// While it lives, the first window that the thread creates becomes `object`'s.
+/// While it lives, the first window that the thread creates becomes `object`'s. What waits for the
+/// process's or the thread's first window is done before.
 class CreationHook {
 public:
     explicit CreationHook(CWnd& object);
@@ -26,11 +27,11 @@ public:
     CreationHook& operator=(const CreationHook&) = delete;
     ~CreationHook();
 
-    /// Whether there is a hook; without one the window would stay foreign.
+    /// Whether there is a hook; without one the window would stay foreign, or lack what it needs.
     bool isSet() const { return m_hook != nullptr; }
 
 private:
-    HHOOK m_hook;
+    HHOOK m_hook = nullptr;
 };
 
 } // namespace afx

@@ -2,29 +2,12 @@
 // arrive whole, so the process's command line is asked again.
 #include <libUikit/CommandLineParser.h>
 
+#include <mrl/CommandLineText.h>
 #include <mrl/Unicode.h>
-
-#include <memory>
-#include <shellapi.h>
 
 namespace libUikit {
 
 namespace {
-
-struct LocalFreeDeleter {
-    void operator()(LPWSTR* arguments) const { LocalFree(arguments); }
-};
-
-std::vector<std::wstring> typedArguments() {
-    int count = 0;
-    // Null with ERROR_NOT_ENOUGH_MEMORY and the like: then the flag characters are guessed
-    const std::unique_ptr<LPWSTR, LocalFreeDeleter> arguments(
-        CommandLineToArgvW(GetCommandLineW(), &count));
-    if (arguments == nullptr) {
-        return {};
-    }
-    return {arguments.get(), arguments.get() + count};
-}
 
 bool corresponds(std::wstring_view typed, std::wstring_view parameter, bool flag) {
     if (!flag) {
@@ -36,7 +19,8 @@ bool corresponds(std::wstring_view typed, std::wstring_view parameter, bool flag
 } // namespace
 
 CommandLineParser::CommandLineParser(const mrl::String& moduleName)
-    : m_typed(typedArguments()), m_arguments{moduleName.getUTF8String().bytes()} {}
+    : m_typed(mrl::splitCommandLine(GetCommandLineW())), m_arguments{
+                                                             moduleName.getUTF8String().bytes()} {}
 
 void CommandLineParser::ParseParam(const TCHAR* pszParam, BOOL bFlag, BOOL) {
     const std::wstring_view parameter(pszParam);

@@ -65,8 +65,18 @@ bool writeTo(OutputStream::Target target, std::string_view utf8) {
         return true; // a console's lines are for eyes
     }
     // Without this the runtime library would turn each \n into two characters.
-    _setmode(_fileno(fileOf(target)), _O_BINARY);
-    return std::fwrite(utf8.data(), 1, utf8.size(), fileOf(target)) == utf8.size();
+    const int file = _fileno(fileOf(target));
+    _setmode(file, _O_BINARY);
+    // Not through std::fwrite, which may hand over byte by byte to what it takes for a console.
+    std::fflush(fileOf(target));
+    while (!utf8.empty()) {
+        const int written = _write(file, utf8.data(), static_cast<unsigned>(utf8.size()));
+        if (written <= 0) {
+            return false; // EBADF, ENOSPC, EPIPE
+        }
+        utf8.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
 }
 
 #else

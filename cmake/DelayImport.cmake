@@ -1,0 +1,46 @@
+# DLLs that a program loads when it first calls one of their functions, and not when it starts.
+#
+# mrl::SystemLibrary does the loading, from the system directory alone. The import libraries are
+# made of the names in the tool chain's own.
+
+# mrlr_delay_import(<target> <DLL>...) links <target>, and whoever links that, with such an import
+# library for each DLL.
+function(mrlr_delay_import target)
+    foreach(dll ${ARGN})
+        string(TOLOWER "${dll}" name)
+        set(library "delayed_${name}")
+        if(NOT TARGET ${library})
+            mrlr_delay_import_library(${library} ${dll} ${name})
+        endif()
+        target_link_libraries(${target} PUBLIC ${library})
+    endforeach()
+endfunction()
+
+function(mrlr_delay_import_library library dll name)
+    find_library(import_library_of_${name} NAMES lib${name}.a REQUIRED)
+    mark_as_advanced(import_library_of_${name})
+    execute_process(COMMAND "${CMAKE_NM}" --defined-only "${import_library_of_${name}}"
+        OUTPUT_VARIABLE symbols ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY)
+    string(REGEX MATCHALL " T [A-Za-z0-9_]+\n" functions "${symbols}")
+    list(TRANSFORM functions REPLACE " T ([A-Za-z0-9_]+)\n" "\\1")
+    list(SORT functions)
+    list(JOIN functions "\n" functions)
+    # A folder each: the tool leaves its temporary files where it runs.
+    set(folder "${CMAKE_BINARY_DIR}/delay_imports/${name}")
+    file(CONFIGURE OUTPUT "${folder}/${name}.def" @ONLY CONTENT
+        "LIBRARY \"@dll@.dll\"\nEXPORTS\n@functions@\n")
+    set(archive "${folder}/lib${library}.a")
+    add_custom_command(
+        OUTPUT "${archive}"
+        COMMAND "${CMAKE_DLLTOOL}" --machine i386:x86-64 --kill-at
+            --input-def "${name}.def" --dllname "${dll}.dll" --output-delaylib "lib${library}.a"
+        DEPENDS "${folder}/${name}.def"
+        WORKING_DIRECTORY "${folder}"
+        COMMENT "Making the delay-import library of ${dll}.dll"
+        VERBATIM)
+    add_custom_target(${library}_archive DEPENDS "${archive}")
+    add_library(${library} STATIC IMPORTED GLOBAL)
+    set_target_properties(${library} PROPERTIES IMPORTED_LOCATION "${archive}")
+    target_link_libraries(${library} INTERFACE mrlbase)
+    add_dependencies(${library} ${library}_archive)
+endfunction()
