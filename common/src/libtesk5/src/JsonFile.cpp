@@ -48,8 +48,7 @@ public:
             break;
         case Json::parse_event_t::key:
             if (!m_open.back().insert(parsed.get<std::string>()).second) {
-                throw JsonFailure(
-                    Message("INPUT_JSON_MEMBER_TWICE", {{"Member", parsed.get<std::string>()}}));
+                throw memberTwice(parsed.get<std::string>());
             }
             break;
         default:
@@ -80,12 +79,29 @@ Json parseJson(const std::string& text) {
     }
 }
 
-Json readJsonFile(const std::filesystem::path& path) {
+bool JsonReceiver::parse_error(std::size_t /*position*/, const std::string& /*token*/,
+                               const nlohmann::detail::exception& failure) {
+    throw JsonFailure(syntaxProblem(failure.what()));
+}
+
+void parseJson(const std::string& text, JsonReceiver& receiver) {
+    Json::sax_parse(text, &receiver);
+}
+
+JsonFailure memberTwice(const std::string& member) {
+    return JsonFailure(Message("INPUT_JSON_MEMBER_TWICE", {{"Member", member}}));
+}
+
+std::string readJsonText(const std::filesystem::path& path) {
     try {
-        return parseJson(mrl::readWholeFile(path, LARGEST_FILE));
+        return mrl::readWholeFile(path, LARGEST_FILE);
     } catch (const mrl::FileFailure& failure) {
         throw JsonFailure(fileReason(failure));
     }
+}
+
+Json readJsonFile(const std::filesystem::path& path) {
+    return parseJson(readJsonText(path));
 }
 
 } // namespace tesk5

@@ -17,31 +17,14 @@ namespace {
 constexpr int PRIORITY = 4;
 constexpr std::string_view FALLBACK_LANGUAGE = "en";
 
-using Texts = std::map<TeskString, CatalogueText>;
-
-Texts textsOf(const Json& json, const TextCatalogue* catalogue) {
-    if (!json.is_object()) {
-        throw JsonFailure(Message("INPUT_TEXTS_NO_OBJECT"));
-    }
-    Texts texts;
-    for (const auto& [key, text] : json.items()) {
-        if (!text.is_string()) {
-            throw JsonFailure(Message("INPUT_TEXTS_NO_STRING", {{"Key", key}}));
-        }
-        texts.emplace(TeskString(key),
-                      CatalogueText{TeskString(text.get<std::string>()), catalogue});
-    }
-    return texts;
-}
-
 void tellUnusable(const std::string& what, const JsonFailure& failure) {
     mrl::Logger& logger = mrl::LogFactory::createLogger("tesk5.texts");
     mrl::LoggerStream(logger.admitting(PRIORITY), PRIORITY)
         << "The texts of " << what << " are not used: " << failure.what();
 }
 
-Texts firstUsable(const std::vector<std::filesystem::path>& folders, std::string_view language,
-                  const TextCatalogue* catalogue) {
+TextsByKey firstUsable(const std::vector<std::filesystem::path>& folders,
+                       std::string_view language) {
     for (const std::filesystem::path& folder : folders) {
         const std::filesystem::path file =
             folder / mrl::System::path(std::string(language) + ".json");
@@ -49,7 +32,7 @@ Texts firstUsable(const std::vector<std::filesystem::path>& folders, std::string
             continue;
         }
         try {
-            return textsOf(readJsonFile(file), catalogue);
+            return textsOf(readJsonText(file));
         } catch (const JsonFailure& failure) {
             const std::u8string name = file.u8string();
             tellUnusable(std::string(name.begin(), name.end()), failure);
@@ -58,9 +41,9 @@ Texts firstUsable(const std::vector<std::filesystem::path>& folders, std::string
     return {};
 }
 
-Texts builtInTexts(std::string_view builtIn, const TextCatalogue* catalogue) {
+TextsByKey builtInTexts(std::string_view builtIn) {
     try {
-        return textsOf(parseJson(std::string(builtIn)), catalogue);
+        return textsOf(std::string(builtIn));
     } catch (const JsonFailure& failure) {
         tellUnusable("the program itself", failure);
         return {};
@@ -70,28 +53,42 @@ Texts builtInTexts(std::string_view builtIn, const TextCatalogue* catalogue) {
 } // namespace
 
 TextCatalogue::TextCatalogue(const std::vector<TextSource>& sources, std::string_view language) {
-    // merge() keeps what is there already: the nearer source wins.
     std::vector<std::string> languages = fallbacksOf(language);
     if (std::find(languages.begin(), languages.end(), FALLBACK_LANGUAGE) == languages.end()) {
         languages.emplace_back(FALLBACK_LANGUAGE);
     }
     for (const std::string& tag : languages) {
         for (const TextSource& source : sources) {
-            m_texts.merge(firstUsable(source.folders, tag, this));
+            m_unread.emplace_back(
+                [folders = source.folders, tag] { return firstUsable(folders, tag); });
         }
     }
     for (const TextSource& source : sources) {
-        m_texts.merge(builtInTexts(source.builtIn, this));
+        m_unread.emplace_back([builtIn = source.builtIn] { return builtInTexts(builtIn); });
     }
 }
 
+const std::string& TextCatalogue::lookUp(const std::string& key) {
+    for (std::size_t i = 0; i < m_read.size() || !m_unread.empty(); ++i) {
+        if (i == m_read.size()) {
+            m_read.push_back(m_unread.front()());
+            m_unread.pop_front();
+        }
+        const auto known = m_read[i].find(key);
+        if (known != m_read[i].end()) {
+            return known->second;
+        }
+    }
+    return key;
+}
+
 const CatalogueText& TextCatalogue::find(const TeskString& key) {
-    const auto known = m_texts.find(key);
-    if (known != m_texts.end()) {
+    const std::lock_guard lock(m_mutex);
+    const auto known = m_given.find(key);
+    if (known != m_given.end()) {
         return known->second;
     }
-    const std::lock_guard lock(m_mutex);
-    return m_unknown.try_emplace(key, CatalogueText{key, this}).first->second;
+    return m_given.emplace(key, CatalogueText{TeskString(lookUp(key.utf8())), this}).first->second;
 }
 
 std::vector<std::filesystem::path> textFolders(std::string_view part,

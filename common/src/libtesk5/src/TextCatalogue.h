@@ -3,7 +3,11 @@
 
 #include <tesk5/TeskString.h>
 
+#include "TextFile.h"
+
+#include <deque>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string_view>
@@ -26,28 +30,32 @@ struct CatalogueText {
     const TextCatalogue* catalogue;
 };
 
-/// The texts of one language. Immutable but for the keys that nobody knows; any thread.
+/// The texts of one language. Any thread.
 class TextCatalogue {
 public:
-    /// Reads the files of `language`, then, for the keys that they lack, those of its less specific
-    /// tags and of English, then the compiled-in texts; of two sources the earlier one wins. A file
-    /// that cannot be used is named in the log and passed over: a damaged installation must not
-    /// cost a verdict.
+    /// The texts come from the files of `language`, then, for the keys that they lack, from those
+    /// of its less specific tags and of English, then from the compiled-in ones; of two sources the
+    /// earlier one wins. Each is read when a key is wanted that those before it lack.
     TextCatalogue(const std::vector<TextSource>& sources, std::string_view language);
 
     TextCatalogue(const TextCatalogue&) = delete;
     TextCatalogue& operator=(const TextCatalogue&) = delete;
     ~TextCatalogue() = default;
 
-    /// The text of `key`, or the key itself. The reference stays valid as long as the catalogue.
+    /// The text of `key`, or the key itself. The reference stays valid as long as the catalogue. A
+    /// file that cannot be used is named in the log and passed over: a damaged installation must
+    /// not cost a verdict.
     const CatalogueText& find(const TeskString& key);
     /// The same without its owner.
     const TeskString& textOf(const TeskString& key) { return find(key).text; }
 
 private:
-    std::map<TeskString, CatalogueText> m_texts;
+    const std::string& lookUp(const std::string& key);
+
     std::mutex m_mutex;
-    std::map<TeskString, CatalogueText> m_unknown;
+    std::deque<std::function<TextsByKey()>> m_unread;
+    std::vector<TextsByKey> m_read;
+    std::map<TeskString, CatalogueText> m_given;
 };
 
 /// The catalogue of the language in force. Any thread; cheap but for the first call in a language.
