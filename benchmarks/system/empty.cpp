@@ -1,0 +1,4 @@
+// The least that a process costs.
+int main() {
+    return 0;
+}
