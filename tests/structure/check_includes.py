@@ -9,10 +9,10 @@
 Win32 and third-party headers have their places too. Prints `file:line: message` for each offence.
 """
 
-import argparse
-import pathlib
 import re
 import sys
+
+import tree_check
 
 FOLDERS = ("common", "modules", "tools")
 # Resource scripts are left out: they are Win32 through and through and link nothing.
@@ -191,17 +191,9 @@ def check(root):
 
 
 def main(arguments=None):
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--root", metavar="DIR", type=pathlib.Path,
-                        default=pathlib.Path(__file__).resolve().parents[2],
-                        help="the top of the tree (default: the one this script is in)")
-    root = parser.parse_args(arguments).root
-    if not any((root / folder).is_dir() for folder in FOLDERS):
-        parser.error(f"{root}: none of {', '.join(FOLDERS)} is there")
-    offences = check(root)
-    for line in offences:
-        print(line)
-    return 1 if offences else 0
+    return tree_check.run(__doc__, check, arguments, lambda root: (
+        None if any((root / folder).is_dir() for folder in FOLDERS)
+        else f"none of {', '.join(FOLDERS)} is there"))
 
 
 if __name__ == "__main__":

@@ -6,11 +6,11 @@ literal names would be translated for nobody. A literal that ends with an unders
 that begins with it. Prints `file: message` for each offence.
 """
 
-import argparse
 import json
-import pathlib
 import re
 import sys
+
+import tree_check
 
 # The folders of a part's code, by the folder of its resources.
 CODE = {
@@ -75,14 +75,7 @@ def check(root):
 
 
 def main(arguments=None):
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--root", metavar="DIR", type=pathlib.Path,
-                        default=pathlib.Path(__file__).resolve().parents[2],
-                        help="the top of the tree (default: the one this script is in)")
-    offences = check(parser.parse_args(arguments).root)
-    for line in offences:
-        print(line)
-    return 1 if offences else 0
+    return tree_check.run(__doc__, check, arguments)
 
 
 if __name__ == "__main__":

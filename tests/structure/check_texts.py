@@ -5,12 +5,12 @@ A translation has every key and no other, every placeholder and no other, an acc
 English text has one, and no access key twice in a file. Prints `file: message` for each offence.
 """
 
-import argparse
 import collections
 import json
-import pathlib
 import re
 import sys
+
+import tree_check
 
 ENGLISH = "en.json"
 # A language as its file is named: de, zh-Hans, pt-BR.
@@ -128,17 +128,8 @@ def check(root):
 
 
 def main(arguments=None):
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--root", metavar="DIR", type=pathlib.Path,
-                        default=pathlib.Path(__file__).resolve().parents[2],
-                        help="the top of the tree (default: the one this script is in)")
-    root = parser.parse_args(arguments).root
-    if not (root / "resources").is_dir():
-        parser.error(f"{root}: no folder resources is there")
-    offences = check(root)
-    for line in offences:
-        print(line)
-    return 1 if offences else 0
+    return tree_check.run(__doc__, check, arguments, lambda root: (
+        None if (root / "resources").is_dir() else "no folder resources is there"))
 
 
 if __name__ == "__main__":
