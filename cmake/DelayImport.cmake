@@ -3,20 +3,19 @@
 # mrl::SystemLibrary does the loading, from the system directory alone. The import libraries are
 # made of the names in the tool chain's own.
 
-# mrlr_delay_import(<target> <DLL>...) links <target>, and whoever links that, with such an import
-# library for each DLL.
+# mrlr_delay_import(<target> <dll>...) links <target>, and whoever links that, with such an import
+# library for each DLL. Names are in lower case and without ending.
 function(mrlr_delay_import target)
-    foreach(dll ${ARGN})
-        string(TOLOWER "${dll}" name)
+    foreach(name ${ARGN})
         set(library "delayed_${name}")
         if(NOT TARGET ${library})
-            mrlr_delay_import_library(${library} ${dll} ${name})
+            mrlr_delay_import_library(${library} ${name})
         endif()
         target_link_libraries(${target} PUBLIC ${library})
     endforeach()
 endfunction()
 
-function(mrlr_delay_import_library library dll name)
+function(mrlr_delay_import_library library name)
     find_library(import_library_of_${name} NAMES lib${name}.a REQUIRED)
     mark_as_advanced(import_library_of_${name})
     execute_process(COMMAND "${CMAKE_NM}" --defined-only "${import_library_of_${name}}"
@@ -28,15 +27,15 @@ function(mrlr_delay_import_library library dll name)
     # A folder each: the tool leaves its temporary files where it runs.
     set(folder "${CMAKE_BINARY_DIR}/delay_imports/${name}")
     file(CONFIGURE OUTPUT "${folder}/${name}.def" @ONLY CONTENT
-        "LIBRARY \"@dll@.dll\"\nEXPORTS\n@functions@\n")
+        "LIBRARY \"@name@.dll\"\nEXPORTS\n@functions@\n")
     set(archive "${folder}/lib${library}.a")
     add_custom_command(
         OUTPUT "${archive}"
         COMMAND "${CMAKE_DLLTOOL}" --machine i386:x86-64 --kill-at
-            --input-def "${name}.def" --dllname "${dll}.dll" --output-delaylib "lib${library}.a"
+            --input-def "${name}.def" --dllname "${name}.dll" --output-delaylib "lib${library}.a"
         DEPENDS "${folder}/${name}.def"
         WORKING_DIRECTORY "${folder}"
-        COMMENT "Making the delay-import library of ${dll}.dll"
+        COMMENT "Making the delay-import library of ${name}.dll"
         VERBATIM)
     add_custom_target(${library}_archive DEPENDS "${archive}")
     add_library(${library} STATIC IMPORTED GLOBAL)

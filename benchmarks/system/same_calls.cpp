@@ -45,7 +45,7 @@ void CALLBACK ignore(WLAN_NOTIFICATION_DATA*, void*) {}
 // The client functions, found as the executable finds them.
 struct Wifi : nativewifi::WlanFunctions {
     Wifi() {
-        const HMODULE library = load(L"Wlanapi.dll");
+        const HMODULE library = load(L"wlanapi.dll");
 #define FIND(result, name, arguments) name = find<result WINAPI arguments>(library, #name);
         NATIVEWIFI_WLAN_FUNCTIONS(FIND)
 #undef FIND
@@ -54,7 +54,7 @@ struct Wifi : nativewifi::WlanFunctions {
 
 // The list of network adapters, then that of wireless ones.
 void listDevices(const Wifi& wifi) {
-    const HMODULE library = load(L"Iphlpapi.dll");
+    const HMODULE library = load(L"iphlpapi.dll");
     const auto getAdapters = find<decltype(GetAdaptersAddresses)>(library, "GetAdaptersAddresses");
     void* const adapters = std::malloc(FIRST_SIZE);
     ULONG size = FIRST_SIZE;
@@ -109,7 +109,7 @@ void poll(const Wifi& wifi, HANDLE client, const GUID& guid) {
 
 GUID interfaceGuid() {
     const auto fromText =
-        find<RPC_STATUS WINAPI(const wchar_t*, GUID*)>(load(L"Rpcrt4.dll"), "UuidFromStringW");
+        find<RPC_STATUS WINAPI(const wchar_t*, GUID*)>(load(L"rpcrt4.dll"), "UuidFromStringW");
     GUID guid{};
     fromText(L"8C2F6B1E-4D37-4A59-9E0B-5F6A7D3C1B20", &guid);
     return guid;

@@ -10,8 +10,8 @@ template <typename Function>
 Function* inComctl32(const char* name) {
     // Some systems' controls ask for this one by name alone when they first blend; a DLL that is
     // there already is not searched for.
-    static const mrl::SystemLibrary blending(L"Msimg32.dll");
-    static const mrl::SystemLibrary library(L"Comctl32.dll");
+    static const mrl::SystemLibrary blending(L"msimg32.dll");
+    static const mrl::SystemLibrary library(L"comctl32.dll");
     return library.find<Function>(name);
 }
 

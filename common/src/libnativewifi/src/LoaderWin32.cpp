@@ -23,7 +23,7 @@ RPC_STATUS WINAPI rpcStringFree(mrl::Char** text) {
 
 AnyFunction findWlanFunction(const char* name, DWORD& error) {
     // Kept until the process ends: notification threads run inside it.
-    static const mrl::SystemLibrary library(L"Wlanapi.dll");
+    static const mrl::SystemLibrary library(L"wlanapi.dll");
     if (!library.loaded()) {
         error = library.error();
         return nullptr;

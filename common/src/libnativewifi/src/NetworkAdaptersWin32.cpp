@@ -40,7 +40,7 @@ GUID guidOf(const IP_ADAPTER_ADDRESSES& adapter) {
 } // namespace
 
 std::vector<NetworkAdapter> networkAdapters() {
-    static const mrl::SystemLibrary library(L"Iphlpapi.dll");
+    static const mrl::SystemLibrary library(L"iphlpapi.dll");
     const auto getAdapters = library.find<decltype(GetAdaptersAddresses)>("GetAdaptersAddresses");
     if (getAdapters == nullptr) {
         return {};

@@ -18,7 +18,7 @@ std::shared_ptr<GdiplusSession> GdiplusSession::acquire() {
     }
     // GDI+ asks for its decoders by name alone when the first picture is read; a DLL that is there
     // already is not searched for.
-    static const mrl::SystemLibrary decoders(L"Windowscodecs.dll");
+    static const mrl::SystemLibrary decoders(L"windowscodecs.dll");
     std::shared_ptr<GdiplusSession> session(new GdiplusSession); // the constructor is private
     Gdiplus::GdiplusStartupInput input;
     // OutOfMemory, UnsupportedGdiplusVersion

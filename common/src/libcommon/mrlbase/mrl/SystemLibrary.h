@@ -12,6 +12,8 @@ namespace mrl {
 /// Platform: LoadLibraryExW with LOAD_LIBRARY_SEARCH_SYSTEM32, GetProcAddress
 class SystemLibrary {
 public:
+    /// `name` in lower case: Windows does not mind, Wine looks through the whole directory
+    /// otherwise.
     explicit SystemLibrary(const Char* name);
 
     bool loaded() const { return m_module != nullptr; }

@@ -117,21 +117,26 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
     if (GetFileType(file.get()) != FILE_TYPE_DISK) {
         throw FileFailure{Reason::notOrdinary, {}};
     }
+    // As much as there is, and one byte to see the end by; a file that grows meanwhile takes more.
+    constexpr DWORD PIECE = 0x10000;
+    LARGE_INTEGER size{};
+    // Fails for nothing that is a file of a disk; then pieces do.
+    const bool known = GetFileSizeEx(file.get(), &size) != 0 && size.QuadPart < PIECE;
+    DWORD piece = known ? static_cast<DWORD>(size.QuadPart) + 1 : PIECE;
     std::string bytes;
-    for (;;) {
-        constexpr DWORD PIECE = 0x10000;
+    for (;; piece = PIECE) {
         const std::size_t begin = bytes.size();
-        bytes.resize(begin + PIECE);
+        bytes.resize(begin + piece);
         DWORD count = 0;
         // ERROR_LOCK_VIOLATION, and whatever the disk reports
-        if (ReadFile(file.get(), bytes.data() + begin, PIECE, &count, nullptr) == 0) {
+        if (ReadFile(file.get(), bytes.data() + begin, piece, &count, nullptr) == 0) {
             fail(GetLastError());
         }
         bytes.resize(begin + count);
         if (bytes.size() > limit) {
             throw FileFailure{Reason::tooLarge, {}};
         }
-        if (count == 0) {
+        if (count < piece) {
             return bytes;
         }
     }
