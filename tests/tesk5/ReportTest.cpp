@@ -4,6 +4,7 @@
 #include <ReportJson.h>
 
 #include <tesk5/StopRequest.h>
+#include <tesk5/TeskException.h>
 
 #include <mrl/Exception.h>
 
@@ -119,6 +120,17 @@ TEST_F(Reports, TellOfRunsThatAStopRequestForestalled) {
     EXPECT_EQ(report()["results"][1]["result"], "USERABORTED");
     EXPECT_EQ(report()["results"][1]["seconds"], 0);
     EXPECT_EQ(report()["exit"], 6);
+}
+
+TEST_F(Reports, TellWhatBrokeATestOffAndOnlyThat) {
+    registerTest("A", [](const DiagDevice&) -> TestResult {
+        throw tesk5::TeskException("the card \xfc vanished");
+    });
+    registerTest("B", TestResult::PASS());
+    EXPECT_EQ(start(toReport()), 5);
+    EXPECT_EQ(report()["results"][0]["result"], "INTERNALERROR");
+    EXPECT_EQ(report()["results"][0]["failure"], "the card \xEF\xBF\xBD vanished");
+    EXPECT_FALSE(report()["results"][1].contains("failure"));
 }
 
 TEST_F(Reports, AreWrittenWithoutAnyDeviceToo) {

@@ -134,6 +134,9 @@ Json jsonOf(const Outcome& outcome) {
     json["device"] = jsonOf(*outcome.device);
     json["result"] = outcome.result.name();
     json["value"] = outcome.result.value();
+    if (!outcome.failure.empty()) {
+        json["failure"] = outcome.failure;
+    }
     json["started"] = reportTime(outcome.time);
     json["seconds"] = roundedToMilliseconds(outcome.seconds);
     json["parameters"] = parametersJson(outcome.parameters);
