@@ -1,4 +1,5 @@
 // The hook for the end of a scan.
+#include "AnnouncedScan.h"
 #include "DeviceTest.h"
 
 #include <ScanNotification.h>
@@ -9,6 +10,7 @@
 
 namespace {
 
+using test::announceScan;
 using testing::IsEmpty;
 
 // The slot is the process's: each test leaves it as it found it.
@@ -37,26 +39,20 @@ protected:
         ++dialog.refreshes;
         dialog.thread = std::this_thread::get_id();
     }
-    static void callBack(DWORD source, DWORD code) {
-        WLAN_NOTIFICATION_DATA notification{};
-        notification.NotificationSource = source;
-        notification.NotificationCode = code;
-        scanNotificationCallback(&notification, nullptr);
-    }
 
     Dialog m_dialog;
 };
 
 TEST_F(ScanNotification, CallsTheHandlerWithItsContextOnceForCodeSeven) {
     hook();
-    callBack(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    announceScan(7);
     EXPECT_EQ(m_dialog.refreshes, 1);
 }
 
 TEST_F(ScanNotification, IgnoresEveryOtherCode) {
     hook();
     for (const DWORD code : {0U, 1U, 6U, 8U, 9U, 10U, 0x107U, 0x70000U, 0x80000007U, 0xFFFFFFFFU}) {
-        callBack(WLAN_NOTIFICATION_SOURCE_ACM, code);
+        announceScan(code);
         EXPECT_EQ(m_dialog.refreshes, 0) << code;
     }
 }
@@ -65,15 +61,15 @@ TEST_F(ScanNotification, TakesCodeSevenFromEverySource) {
     hook();
     int expected = 0;
     for (const DWORD source : {0U, 0x04U, 0x08U, 0x10U, 0x20U, 0x40U, 0x80U, 0xFFFFU}) {
-        callBack(source, 7);
+        announceScan(7, source);
         EXPECT_EQ(m_dialog.refreshes, ++expected) << source;
     }
 }
 
 TEST_F(ScanNotification, DoesNothingWithAnEmptySlot) {
-    callBack(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    announceScan(7);
     g_scanCompleteContext = &m_dialog;
-    callBack(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    announceScan(7);
     EXPECT_EQ(m_dialog.refreshes, 0);
 }
 
@@ -81,13 +77,13 @@ TEST_F(ScanNotification, DoesNothingWithAHandlerWithoutAContext) {
     static int calls = 0;
     calls = 0;
     g_scanCompleteHandler = [](void* /*context*/) { ++calls; };
-    callBack(WLAN_NOTIFICATION_SOURCE_ACM, 7);
+    announceScan(7);
     EXPECT_EQ(calls, 0);
 }
 
 TEST_F(ScanNotification, LogsAndTracesNothing) {
     hook();
-    EXPECT_THAT(scopesOf([] { callBack(WLAN_NOTIFICATION_SOURCE_ACM, 7); }), IsEmpty());
+    EXPECT_THAT(scopesOf([] { announceScan(7); }), IsEmpty());
     EXPECT_THAT(lines(), IsEmpty());
 }
 

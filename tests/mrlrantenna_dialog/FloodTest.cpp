@@ -1,9 +1,10 @@
 // Floods of notifications from the threads of the service, at every stage of the dialog's life.
 #include "DialogTest.h"
 
+#include <mrlrantenna/AnnouncedScan.h>
+
 #include <MRLrAntenna.h>
 #include <ModuleObjects.h>
-#include <ScanNotification.h>
 
 #include <algorithm>
 #include <atomic>
@@ -14,19 +15,13 @@
 namespace {
 
 using tesk5::TestResult;
+using test::announceScan;
 using test::Dialog;
 using test::network;
 using testing::ElementsAre;
 
 constexpr int FLOOD = 10000;
 constexpr int SERVICE_THREADS = 4;
-
-void announceScan() {
-    WLAN_NOTIFICATION_DATA notification{};
-    notification.NotificationSource = WLAN_NOTIFICATION_SOURCE_ACM;
-    notification.NotificationCode = wlan_notification_acm_scan_complete;
-    scanNotificationCallback(&notification, nullptr);
-}
 
 // Calls back without end while it lives.
 class Flood {

@@ -1,6 +1,8 @@
 // The timer's ticks, the connection's state, and the refresh at the end of a scan.
 #include "DialogTest.h"
 
+#include <mrlrantenna/AnnouncedScan.h>
+
 #include <ScanNotification.h>
 
 #include <MRLrAntenna.h>
@@ -10,6 +12,7 @@
 
 namespace {
 
+using test::announceScan;
 using test::Dialog;
 using test::entries;
 using test::network;
@@ -35,13 +38,6 @@ std::vector<radiosim::AccessPoint> twoNetworks() {
 
 radiosim::Fault failing(const char* function) {
     return {.function = function, .code = ERROR_GEN_FAILURE};
-}
-
-void announceScan(std::uint32_t code = wlan_notification_acm_scan_complete) {
-    WLAN_NOTIFICATION_DATA notification{};
-    notification.NotificationSource = WLAN_NOTIFICATION_SOURCE_ACM;
-    notification.NotificationCode = code;
-    scanNotificationCallback(&notification, nullptr);
 }
 
 // The reading's own, and that for the colour in which the text is painted at once.

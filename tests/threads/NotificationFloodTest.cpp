@@ -1,5 +1,6 @@
 // Notifications from the threads of the service while the device is refreshed and measured, while
 // the dialog ends, and while a second run goes on.
+#include <mrlrantenna/AnnouncedScan.h>
 #include <mrlrantenna/DeviceTest.h>
 #include <mrlrantenna/VerificationRun.h>
 
@@ -13,18 +14,12 @@
 
 namespace {
 
+using test::announceScan;
 using testing::ElementsAre;
 
 constexpr int SERVICE_THREADS = 4;
 constexpr int REFRESHES = 30;
 constexpr int DIALOGS = 50;
-
-void announceScan() {
-    WLAN_NOTIFICATION_DATA notification{};
-    notification.NotificationSource = WLAN_NOTIFICATION_SOURCE_ACM;
-    notification.NotificationCode = wlan_notification_acm_scan_complete;
-    scanNotificationCallback(&notification, nullptr);
-}
 
 // Calls back without end, from several threads and through the simulated service too.
 class Flood {
