@@ -23,9 +23,14 @@ function(mrlr_delay_import_library library name)
     string(REGEX MATCHALL " T [A-Za-z0-9_]+\n" functions "${symbols}")
     list(TRANSFORM functions REPLACE " T ([A-Za-z0-9_]+)\n" "\\1")
     list(SORT functions)
-    list(JOIN functions "\n" functions)
+    mrlr_delay_import_archive(${library} ${name} ${functions})
+endfunction()
+
+# mrlr_delay_import_archive(<library> <dll> <function>...): the import library of these functions.
+function(mrlr_delay_import_archive library name)
+    list(JOIN ARGN "\n" functions)
     # A folder each: the tool leaves its temporary files where it runs.
-    set(folder "${CMAKE_BINARY_DIR}/delay_imports/${name}")
+    set(folder "${CMAKE_BINARY_DIR}/delay_imports/${library}")
     file(CONFIGURE OUTPUT "${folder}/${name}.def" @ONLY CONTENT
         "LIBRARY \"@name@.dll\"\nEXPORTS\n@functions@\n")
     set(archive "${folder}/lib${library}.a")

@@ -86,7 +86,7 @@ class Imports(unittest.TestCase):
 
     def loaded_late(self):
         """DLLs that are loaded when one of their functions is first called."""
-        return {f"{name}.dll" for name in re.findall(r"^delay_imports/(\w+)/lib", self.linked,
+        return {f"{name}.dll" for name in re.findall(r"^delay_imports/delayed_(\w+)/lib", self.linked,
                                                      re.MULTILINE)}
 
     def test_at_the_start_are_the_system_and_its_run_time_library_alone(self):
