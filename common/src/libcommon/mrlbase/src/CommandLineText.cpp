@@ -30,7 +30,7 @@ CharString takeName(CharView& line) {
     }
     const auto end = quoted ? std::find(line.begin(), line.end(), QUOTE)
                             : std::find_if(line.begin(), line.end(), isBlank);
-    const CharString name(line.begin(), end);
+    CharString name(line.begin(), end);
     line.remove_prefix(name.size());
     if (quoted && !line.empty()) {
         line.remove_prefix(1);
