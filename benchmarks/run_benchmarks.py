@@ -36,7 +36,8 @@ def native(program, quick, keys):
     output = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
                             check=True).stdout
     runs = {}
-    for run in json.loads(output)["benchmarks"]:
+    # A program that has none of these writes nothing.
+    for run in json.loads(output)["benchmarks"] if output.strip() else ():
         if run["run_type"] != "iteration":
             continue
         key, side = run["run_name"].split("/")[:2]
