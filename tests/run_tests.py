@@ -3,7 +3,8 @@
 
 A suite is a GoogleTest program of a native build (under ThreadSanitizer: that of the threads alone),
 one of the Windows build (under Wine), a fuzzer (its seeds and what was found before, then a fixed
-number of inputs of its own), or a file of Python tests. Each suite's output is kept in
+number of inputs of its own), a program of benchmarks (each runs once, whatever its figure), or a
+file of Python tests. Each suite's output is kept in
 build/test-logs and shown when it fails.
 """
 import collections
@@ -89,6 +90,31 @@ def run_fuzzer(program):
     return seeds + 1, 0
 
 
+def benchmark_programs():
+    for program in sorted((ROOT / "build" / "native" / "benchmarks" / "bin").glob("bench_*")):
+        yield f"native/{program.name}", program
+
+
+def run_benchmarks(program):
+    """Runs each benchmark of a program for a moment; returns (passed, failed)."""
+    log = LOGS / f"{program.name}.log"
+    with open(log, "wb") as output:
+        command = [program, "--benchmark_min_time=0.001", "--benchmark_format=json"]
+        result = subprocess.run(command, stdout=subprocess.PIPE, stderr=output, check=False,
+                                timeout=SUITE_LIMIT_SECONDS)
+        output.write(result.stdout)
+    try:
+        runs = json.loads(result.stdout)["benchmarks"]
+        failed = sum(1 for run in runs if run.get("error_occurred"))
+    except (ValueError, KeyError):
+        runs, failed = [], 1
+    if result.returncode != 0 or not runs:
+        failed = max(failed, 1)
+    if failed:
+        print(log.read_text(encoding="utf-8", errors="replace")[-20000:])
+    return max(len(runs) - failed, 0), failed
+
+
 def run_python(path):
     """Runs one unittest file; returns (passed, failed)."""
     command = [sys.executable, "-m", "unittest", "-v", path.stem]
@@ -116,6 +142,7 @@ def main(patterns):
     programs = collections.deque((name, run_google_test, (name, command))
                                  for name, command in google_test_suites())
     programs.extend((name, run_fuzzer, (program,)) for name, program in fuzzers())
+    programs.extend((name, run_benchmarks, (program,)) for name, program in benchmark_programs())
     scripts = collections.deque((f"python/{path.parent.name}/{path.stem}", run_python, (path,))
                                 for folder in PYTHON_FOLDERS
                                 for path in sorted((ROOT / "tests" / folder).glob("test_*.py")))
