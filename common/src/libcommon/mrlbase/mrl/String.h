@@ -67,7 +67,7 @@ public:
     /// Length in UTF-16 units.
     std::size_t length() const { return m_length; }
     /// The units, terminated; valid until the text changes or the object goes.
-    const Char* getUCS2Buffer() const { return isShort() ? m_place.units : m_place.block; }
+    const Char* getUCS2Buffer() const { return isShort() ? shortUnits() : block(); }
     CharView view() const { return {getUCS2Buffer(), m_length}; }
 
     /// The text as UTF-8; a surrogate without its partner becomes U+FFFD.
@@ -101,7 +101,17 @@ public:
 
 private:
     bool isShort() const { return m_capacity == SHORT_LENGTH; }
-    Char* units() { return isShort() ? m_place.units : m_place.block; }
+    // Which of the two there is, the capacity says.
+    // NOLINTBEGIN(cppcoreguidelines-pro-type-union-access)
+    const Char* shortUnits() const { return m_place.units; }
+    Char* shortUnits() { return m_place.units; }
+    Char* block() const { return m_place.block; }
+    void setBlock(Char* larger, Uint32 capacity) {
+        m_place.block = larger;
+        m_capacity = capacity;
+    }
+    // NOLINTEND(cppcoreguidelines-pro-type-union-access)
+    Char* units() { return isShort() ? shortUnits() : block(); }
     // Of a short text that is all there is; a block would have two owners then.
     void copyMembersOf(const String& other) noexcept {
         m_place = other.m_place;

@@ -41,14 +41,13 @@ void String::append(CharView text) {
     }
     if (length > m_capacity) {
         const std::size_t capacity = std::max<std::size_t>(length, 2 * std::size_t{m_capacity});
-        Char* const block = std::allocator<Char>().allocate(capacity + 1);
-        std::copy_n(units(), m_length, block);
-        std::copy_n(text.data(), text.size(), block + m_length); // before what it may lie in goes
+        Char* const larger = std::allocator<Char>().allocate(capacity + 1);
+        std::copy_n(units(), m_length, larger);
+        std::copy_n(text.data(), text.size(), larger + m_length); // before what it may lie in goes
         if (!isShort()) {
             release();
         }
-        m_place.block = block;
-        m_capacity = static_cast<Uint32>(capacity);
+        setBlock(larger, static_cast<Uint32>(capacity));
     } else {
         std::copy_n(text.data(), text.size(), units() + m_length);
     }
@@ -57,7 +56,7 @@ void String::append(CharView text) {
 }
 
 void String::release() noexcept {
-    std::allocator<Char>().deallocate(m_place.block, std::size_t{m_capacity} + 1);
+    std::allocator<Char>().deallocate(block(), std::size_t{m_capacity} + 1);
 }
 
 CString String::getUTF8String() const {
