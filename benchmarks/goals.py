@@ -33,7 +33,7 @@ GOALS = (
          "the sum of its pauses, and that program's start", ratio=1.01),
     Goal("start", "From the start of the executable to the first call of the framework", "ms",
          "an empty program, statically linked", ratio=1.5),
-    Goal("list", "list", "ms", "an empty program, statically linked", ratio=1.5),
+    Goal("list", "The command `list`", "ms", "an empty program, statically linked", ratio=1.5),
     Goal("run_memory", "Memory that a search in vain gains, from its first scan to its end", "KiB",
          "the lists that its calls hand out and that are kept, without the executable", ratio=1.5),
     Goal("size", "The executable, stripped", "MB", limit=3),
