@@ -184,8 +184,6 @@ public:
 private:
     bool refreshRadio();
     bool queryNamed(WLAN_INTF_OPCODE opcode, const char* paddedName);
-    // isSame() without the copies that its callers' records need and a snapshot's do not.
-    static bool isSameInPlace(const VisibleNetwork& first, const VisibleNetwork& second);
 
     ContainedNames m_visibleNames; ///< those of m_visibleNetworks
 };

@@ -203,10 +203,6 @@ void WirelessDevice::addVisibleNetwork(VisibleNetwork network) {
 // replaces.
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool WirelessDevice::isSame(VisibleNetwork first, VisibleNetwork second) {
-    return isSameInPlace(first, second);
-}
-
-bool WirelessDevice::isSameInPlace(const VisibleNetwork& first, const VisibleNetwork& second) {
     const mrl::TraceLogger trace = deviceTrace("isSame()");
     return first.m_ssid.find(second.m_ssid) != String::NOT_FOUND;
 }

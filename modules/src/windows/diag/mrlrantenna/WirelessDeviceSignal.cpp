@@ -34,7 +34,7 @@ mrl::Int32 WirelessDevice::getSignalStrength(const VisibleNetwork& network) {
     for (const mrl::MRLArray<VisibleNetwork>& snapshot : snapshots) {
         for (const VisibleNetwork& entry : snapshot) {
             // A name that is a part of the wanted one counts too: Lab is the same site as Lab-5G.
-            if (isSameInPlace(network, entry)) {
+            if (isSame(network, entry)) {
                 sum += static_cast<mrl::Uint32>(entry.m_signalQuality);
                 ++count;
             }
