@@ -24,9 +24,13 @@ REGISTRY = """
 
 
 def share(source, target):
-    """Makes one more name for a file, unless it has just gone."""
+    """Makes one more name for a file, unless it has just gone. A registry's file is copied: one with
+    two names Wine empties and writes in place, under the eyes of both prefixes."""
     try:
-        os.link(source, target, follow_symlinks=False)
+        if pathlib.Path(source).suffix == ".reg":
+            shutil.copy2(source, target)
+        else:
+            os.link(source, target, follow_symlinks=False)
     except FileNotFoundError:
         pass
 
@@ -107,15 +111,13 @@ class Prefix:
 
     def __init__(self, dpi=96):
         source = pathlib.Path(environment()["WINEPREFIX"])
-        # Beside its source: nearly all files are shared with it by hard links. Wine replaces the
-        # registry's files when it changes them.
+        # Beside its source: nearly all files are shared with it by hard links.
         self.path = pathlib.Path(tempfile.mkdtemp(prefix="dialog-", dir=source.parent))
         try:
             shutil.copytree(source, self.path, symlinks=True, copy_function=share,
                             ignore=what_is_temporary, dirs_exist_ok=True)
             registry = self.path / "user.reg"
             text = registry.read_text(encoding="utf-8", errors="surrogateescape")
-            registry.unlink()
             registry.write_text(text + REGISTRY.format(dpi=dpi), encoding="utf-8",
                                 errors="surrogateescape")
         except BaseException:
