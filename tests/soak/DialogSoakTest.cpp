@@ -38,8 +38,10 @@ protected:
         mrl::Clock::current().sleep(std::chrono::seconds(10));
         radio().settle();
     }
-    /// Forgets what the test's own doubles keep of a round.
+    /// Forgets what the test's own doubles keep of a round, and frees the temporary objects that
+    /// the next dialog's loop would free when it is idle: whether this one's came to it is chance.
     void forget() {
+        CWnd::DeleteTempMap();
         radio().clearCalls();
         log().clear();
         clock().forgetSleeps();
