@@ -1,5 +1,7 @@
 #include "Room.h"
 
+#include "../FirstInterface.h"
+
 #include <array>
 #include <string>
 
@@ -23,13 +25,6 @@ radiosim::Scenario scenario(std::size_t networks) {
                           .secured = i % 4 != 0});
     }
     return room;
-}
-
-tesk5::DiagDevice firstInterface() {
-    return {"Simulated Wireless Adapter",
-            tesk5::DeviceCapability::Wireless(),
-            {{"DeviceSystemName",
-              tesk5::TeskString("\\DEVICE\\{" + std::string(radiosim::FIRST_INTERFACE) + "}")}}};
 }
 
 } // namespace

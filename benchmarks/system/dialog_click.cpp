@@ -1,6 +1,8 @@
 // Clicks on the network list of the real dialog, with real windows and painting, and prints the
 // median time to the new details as JSON. On a clock that only sleeping moves: the pauses of a
 // refresh take no time, and what is left is the program's, the window system's and the simulator's.
+#include "../FirstInterface.h"
+
 #include <MRLrAntenna.h>
 
 #include <mrlrantenna_dialog/DialogTest.h>
@@ -45,14 +47,6 @@ radiosim::Scenario usualRoom() {
     return scenario;
 }
 
-tesk5::DiagDevice card() {
-    return tesk5::DiagDevice(
-        "Simulated Wireless Adapter",
-        tesk5::DeviceCapability::Wireless() | tesk5::DeviceCapability::NetworkCard(),
-        {{"DeviceSystemName",
-          tesk5::TeskString("\\DEVICE\\{" + std::string(radiosim::FIRST_INTERFACE) + "}")}});
-}
-
 double median(std::vector<double> values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
@@ -89,7 +83,7 @@ int main(int argumentCount, char** arguments) {
     }
     {
         const test::DialogDriver driver(std::move(steps), test::DialogDriver::Place::ON_SCREEN);
-        DiversityTest(card());
+        DiversityTest(bench::firstInterface());
         wrong = wrong || driver.stepsLeft() != 0;
     }
     if (wrong) {
