@@ -45,6 +45,14 @@ else()
     endif()
 endif()
 
+# A compiler cache, where one is installed, makes a second build of the same sources cheap.
+find_program(MRLR_CCACHE ccache)
+mark_as_advanced(MRLR_CCACHE)
+if(MRLR_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${MRLR_CCACHE}")
+    set(CMAKE_C_COMPILER_LAUNCHER "${MRLR_CCACHE}")
+endif()
+
 find_package(Threads REQUIRED)
 
 # The project's own code is compiled with these; third-party sources are not.
