@@ -4,9 +4,9 @@
 
 #include <support/InputFile.h>
 
-#include <CommandLine.h>
-#include <Languages.h>
-#include <Plan.h>
+#include <commandline/CommandLine.h>
+#include <run/Plan.h>
+#include <texts/Languages.h>
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include <support/InputFile.h>
 
-#include <ConfigFile.h>
-#include <Plan.h>
+#include <commandline/ConfigFile.h>
+#include <run/Plan.h>
 
 #include <tesk5/Texts.h>
 

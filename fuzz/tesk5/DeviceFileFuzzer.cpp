@@ -4,9 +4,9 @@
 #include <support/Captured.h>
 #include <support/InputFile.h>
 
-#include <Console.h>
-#include <DeviceList.h>
-#include <ReportJson.h>
+#include <console/Console.h>
+#include <devices/DeviceList.h>
+#include <reports/ReportJson.h>
 
 #include <tesk5/Registry.h>
 

@@ -4,7 +4,7 @@
 #include <support/Inert.h>
 #include <support/Promise.h>
 
-#include <BadInput.h>
+#include <texts/BadInput.h>
 
 #include <mrl/Unicode.h>
 

@@ -5,11 +5,11 @@
 #include <support/Input.h>
 #include <support/Promise.h>
 
-#include <Console.h>
-#include <EventStream.h>
-#include <LiveLine.h>
-#include <LogKeeper.h>
-#include <ReportKinds.h>
+#include <console/Console.h>
+#include <console/LiveLine.h>
+#include <reports/EventStream.h>
+#include <reports/ReportKinds.h>
+#include <run/LogKeeper.h>
 
 #include <tesk5/Texts.h>
 

@@ -4,8 +4,8 @@
 #include <support/InputFile.h>
 #include <support/Promise.h>
 
-#include <TextCatalogue.h>
-#include <TextLayout.h>
+#include <texts/TextCatalogue.h>
+#include <texts/TextLayout.h>
 
 #include <tesk5/Texts.h>
 

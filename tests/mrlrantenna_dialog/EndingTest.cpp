@@ -1,7 +1,7 @@
 // How the dialog ends, and what the test reports of it.
 #include "DialogTest.h"
 
-#include <ModuleState.h>
+#include <run/ModuleState.h>
 
 #include <nativewifi/WlanTypes.h>
 

@@ -2,8 +2,8 @@
 #include "DialogTest.h"
 #include "TemplateReader.h"
 
-#include <JsonFile.h>
 #include <LanguageFont.h>
+#include <texts/JsonFile.h>
 
 #include <libUikit/UiLanguage.h>
 

@@ -1,7 +1,7 @@
 // Whatever cannot be used: exit value 64, one line, nothing run, nothing written.
 #include "FrameworkTest.h"
 
-#include <BadInput.h>
+#include <texts/BadInput.h>
 
 #include <tesk5/Registry.h>
 

@@ -1,6 +1,6 @@
 #include "FrameworkTest.h"
 
-#include <CommandLine.h>
+#include <commandline/CommandLine.h>
 
 #include <mrl/Logger.h>
 #include <mrl/LoggerStream.h>

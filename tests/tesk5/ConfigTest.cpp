@@ -1,8 +1,8 @@
 // What stands in a configuration file counts as if it stood on the command line, until it does.
 #include "FrameworkTest.h"
 
-#include <CommandLine.h>
-#include <ConfigFile.h>
+#include <commandline/CommandLine.h>
+#include <commandline/ConfigFile.h>
 
 #include <tesk5/Registry.h>
 #include <tesk5/Texts.h>

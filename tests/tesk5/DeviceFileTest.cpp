@@ -1,7 +1,7 @@
 #include <support/TemporaryFolder.h>
 
-#include <BadInput.h>
-#include <DeviceList.h>
+#include <devices/DeviceList.h>
+#include <texts/BadInput.h>
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 #include "FrameworkTest.h"
 
-#include <CommandLine.h>
-#include <EventStream.h>
+#include <commandline/CommandLine.h>
+#include <reports/EventStream.h>
 
 #include <tesk5/StopRequest.h>
 

@@ -1,4 +1,4 @@
-#include <Gauge.h>
+#include <reports/Gauge.h>
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 // What is left of reports and logs when the disk is full or a process was killed while it wrote.
 #include "FrameworkTest.h"
 
-#include <ReportFile.h>
+#include <reports/ReportFile.h>
 
 #ifndef _WIN32
 #include <support/FullDisk.h>

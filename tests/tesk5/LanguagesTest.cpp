@@ -1,7 +1,7 @@
 #include <support/TemporaryFolder.h>
 
-#include <Languages.h>
-#include <TextCatalogue.h>
+#include <texts/Languages.h>
+#include <texts/TextCatalogue.h>
 
 #include <gmock/gmock.h>
 

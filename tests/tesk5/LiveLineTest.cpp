@@ -1,7 +1,7 @@
 // The live line on a terminal that is only remembered.
 #include "FrameworkTest.h"
 
-#include <LiveLine.h>
+#include <console/LiveLine.h>
 
 #include <future>
 

@@ -1,4 +1,4 @@
-#include <LogKeeper.h>
+#include <run/LogKeeper.h>
 
 #include <support/CapturedLog.h>
 

@@ -1,6 +1,6 @@
 #include "FrameworkTest.h"
 
-#include <DeviceList.h>
+#include <devices/DeviceList.h>
 
 #include <nativewifi/Guid.h>
 

@@ -1,7 +1,7 @@
 #include "FrameworkTest.h"
 
-#include <MeasurementText.h>
 #include <tesk5/TestRecorder.h>
+#include <texts/MeasurementText.h>
 
 namespace test {
 

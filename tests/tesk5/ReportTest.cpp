@@ -1,7 +1,7 @@
 #include "FrameworkTest.h"
 
-#include <ReportFile.h>
-#include <ReportJson.h>
+#include <reports/ReportFile.h>
+#include <reports/ReportJson.h>
 
 #include <tesk5/StopRequest.h>
 #include <tesk5/TeskException.h>

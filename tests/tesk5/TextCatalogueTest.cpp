@@ -1,7 +1,7 @@
 #include <support/CapturedLog.h>
 #include <support/TemporaryFolder.h>
 
-#include <TextCatalogue.h>
+#include <texts/TextCatalogue.h>
 
 #include <gmock/gmock.h>
 

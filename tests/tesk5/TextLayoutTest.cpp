@@ -1,4 +1,4 @@
-#include <TextLayout.h>
+#include <texts/TextLayout.h>
 
 #include <mrl/DisplayWidth.h>
 

@@ -1,0 +1,286 @@
+// The command line, read by CLI11. Every option belongs to the program rather than to a command,
+// so that it may stand before the command or after it.
+#include "commandline/CommandLine.h"
+
+#include <tesk5/Texts.h>
+
+#include "model/Decimal.h"
+#include "reports/ReportKinds.h"
+#include "texts/BadInput.h"
+#include "texts/Enumeration.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <map>
+
+namespace tesk5 {
+
+namespace {
+
+constexpr mrl::Uint32 HIGHEST_LOG_LEVEL = 5;
+
+const OptionDescription* optionNamed(std::string_view name) {
+    for (const OptionDescription& option : optionDescriptions()) {
+        if (name == option.name) {
+            return &option;
+        }
+    }
+    return nullptr;
+}
+
+const CommandDescription* commandNamed(std::string_view name) {
+    for (const CommandDescription& command : commandDescriptions()) {
+        if (name == command.name) {
+            return &command;
+        }
+    }
+    return nullptr;
+}
+
+std::string needsValue(const OptionDescription& option) {
+    return message(
+        "INPUT_OPTION_WITHOUT_VALUE",
+        {{"Option", option.name}, {"Argument", option.argument}, {"Example", option.example}});
+}
+
+// The parser would take whatever follows an option as its value, the next option included, and
+// skip an empty value: a report named "--log" is not what anybody meant. Of a switch's value it
+// would make what it likes.
+void refuseMisplacedValues(const std::vector<std::string>& arguments) {
+    for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
+        const std::string& argument = arguments[i];
+        const std::size_t equals = argument.find('=');
+        const OptionDescription* option = optionNamed(argument.substr(0, equals));
+        if (option == nullptr) {
+            continue;
+        }
+        if (option->argument == nullptr) {
+            if (equals != std::string::npos) {
+                throw BadInput{
+                    message("INPUT_OPTION_TAKES_NO_VALUE",
+                            {{"Option", option->name}, {"Text", argument.substr(equals)}})};
+            }
+            continue;
+        }
+        if (equals != std::string::npos) {
+            if (equals + 1 == argument.size()) {
+                throw BadInput{needsValue(*option)};
+            }
+            continue;
+        }
+        ++i;
+        if (i == arguments.size() || arguments[i].empty() || arguments[i].starts_with("--")) {
+            throw BadInput{needsValue(*option)};
+        }
+    }
+}
+
+// What the parser made of the arguments, still as texts.
+class ParsedArguments {
+public:
+    explicit ParsedArguments(const std::vector<std::string>& arguments) {
+        m_app.allow_windows_style_options(false); // "/x" is the same everywhere: no option
+        m_app.fallthrough();
+        m_app.require_subcommand(0, 1);
+        m_app.set_help_flag("--help,-h");
+        m_app.set_version_flag("--version", std::string());
+        for (const OptionDescription& option : optionDescriptions()) {
+            if (option.argument != nullptr) {
+                m_options[option.name] =
+                    m_app.add_option(option.name)->take_all()->allow_extra_args(false);
+            } else if (m_app.get_option_no_throw(option.name) == nullptr) {
+                m_options[option.name] = m_app.add_flag(option.name);
+            }
+        }
+        for (const CommandDescription& command : commandDescriptions()) {
+            CLI::App* app = m_app.add_subcommand(command.name);
+            if (command.command == Command::run) {
+                m_tests = app->add_option("TEST", m_testNames);
+            }
+        }
+        parse(arguments);
+    }
+
+    bool helpWanted() const { return m_helpWanted; }
+    bool versionWanted() const { return m_versionWanted; }
+    /// The command that is named; nothing when none is.
+    const CommandDescription* command() const {
+        const std::vector<CLI::App*> named = m_app.get_subcommands();
+        return named.empty() ? nullptr : commandNamed(named.front()->get_name());
+    }
+    bool given(const char* option) const {
+        const auto known = m_options.find(option);
+        return known != m_options.end() && known->second->count() > 0;
+    }
+    const std::vector<std::string>& tests() const { return m_tests->results(); }
+
+    const std::vector<std::string>& values(const char* option) const {
+        return m_options.at(option)->results();
+    }
+
+    /// The value of an option that may be given once.
+    std::optional<std::string> value(const char* option) const {
+        const std::vector<std::string>& all = values(option);
+        if (all.size() > 1) {
+            throw BadInput{message("INPUT_OPTION_TWICE",
+                                   {{"Option", option}, {"Count", std::to_string(all.size())}})};
+        }
+        return all.empty() ? std::nullopt : std::optional(all.front());
+    }
+
+private:
+    void parse(std::vector<std::string> arguments) {
+        std::reverse(arguments.begin(), arguments.end()); // the parser takes them from the back
+        try {
+            m_app.parse(std::move(arguments));
+        } catch (const CLI::CallForHelp&) {
+            m_helpWanted = true;
+        } catch (const CLI::CallForVersion&) {
+            m_versionWanted = true;
+        } catch (const CLI::ExtrasError&) {
+            const std::vector<std::string> unknown = m_app.remaining(true);
+            throw BadInput{refusalOf(unknown.empty() ? std::string() : unknown.front())};
+        } catch (const CLI::ParseError& failure) {
+            throw BadInput{message("INPUT_USAGE", {{"Problem", failure.what()}})};
+        }
+    }
+
+    std::string refusalOf(const std::string& argument) const {
+        if (argument.starts_with("-")) {
+            std::vector<std::string> names;
+            for (const OptionDescription& option : optionDescriptions()) {
+                names.emplace_back(option.name);
+            }
+            return aboutUnknown({"INPUT_UNKNOWN_OPTION", "INPUT_UNKNOWN_OPTION_NEAREST"}, argument,
+                                names);
+        }
+        const CommandDescription* named = command();
+        if (named == nullptr) {
+            std::vector<std::string> names;
+            for (const CommandDescription& known : commandDescriptions()) {
+                names.emplace_back(known.name);
+            }
+            return message("INPUT_UNKNOWN_COMMAND",
+                           {{"Name", argument}, {"Commands", listedWithAnd(names)}});
+        }
+        return message("INPUT_COMMAND_TAKES_NO", {{"Command", named->name}, {"Name", argument}});
+    }
+
+    CLI::App m_app;
+    CLI::Option* m_tests = nullptr;
+    std::vector<std::string> m_testNames;
+    std::map<std::string, CLI::Option*> m_options;
+    bool m_helpWanted = false;
+    bool m_versionWanted = false;
+};
+
+Setting settingOf(const std::string& text) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos || equals == 0) {
+        throw BadInput{message("INPUT_SETTING_MALFORMED", {{"Text", text}})};
+    }
+    return {TeskString(text.substr(0, equals)), TeskString(text.substr(equals + 1))};
+}
+
+int logLevelOf(const std::string& text) {
+    const std::optional<mrl::Uint32> level = parseUint32(text);
+    if (!level || *level > HIGHEST_LOG_LEVEL) {
+        throw BadInput{message("INPUT_LOG_LEVEL", {{"Text", text}})};
+    }
+    return static_cast<int>(*level);
+}
+
+void refuseForeignOptions(const ParsedArguments& parsed, Command command) {
+    for (const OptionDescription& option : optionDescriptions()) {
+        if (!parsed.given(option.name) || goesWith(option, command)) {
+            continue;
+        }
+        if (command == Command::run) {
+            throw BadInput{message("CONFIG_OPTION_NOT_WITH_RUN", {{"Option", option.name}})};
+        }
+        const CommandDescription* named = parsed.command();
+        const bool forRun = command == Command::list && goesWith(option, Command::run);
+        throw BadInput{forRun || named == nullptr
+                           ? message("INPUT_OPTION_NEEDS_RUN", {{"Option", option.name}})
+                           : message("INPUT_COMMAND_TAKES_NO",
+                                     {{"Command", named->name}, {"Name", option.name}})};
+    }
+}
+
+} // namespace
+
+bool goesWith(const OptionDescription& option, Command command) {
+    return option.commands.empty() || std::find(option.commands.begin(), option.commands.end(),
+                                                command) != option.commands.end();
+}
+
+std::optional<std::string> languageAskedFor(const std::vector<std::string>& arguments) {
+    constexpr std::string_view OPTION = "--language";
+    for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
+        const std::string& argument = arguments[i];
+        if (argument == OPTION && i + 1 < arguments.size()) {
+            return arguments[i + 1];
+        }
+        if (argument.starts_with(OPTION) && argument.substr(OPTION.size()).starts_with("=")) {
+            return argument.substr(OPTION.size() + 1);
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<mrl::OutputStream::Colours> coloursNamed(const std::string& word) {
+    using Colours = mrl::OutputStream::Colours;
+    static const std::map<std::string, Colours> words = {
+        {"auto", Colours::automatic}, {"always", Colours::always}, {"never", Colours::never}};
+    const auto known = words.find(word);
+    return known == words.end() ? std::nullopt : std::optional(known->second);
+}
+
+CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
+    refuseMisplacedValues(arguments);
+    const ParsedArguments parsed(arguments);
+    CommandLine line;
+    if (parsed.helpWanted() || parsed.versionWanted()) {
+        line.command = parsed.helpWanted() ? Command::help : Command::version;
+        line.helpOn = parsed.command();
+        return line;
+    }
+    if (parsed.command() != nullptr) {
+        line.command = parsed.command()->command;
+    }
+    refuseForeignOptions(parsed, line.command);
+    if (parsed.given("--config-template")) {
+        line.command = Command::configTemplate;
+    }
+    for (const std::string& name : parsed.tests()) {
+        line.tests.emplace_back(name);
+    }
+    for (const std::string& text : parsed.values("--set")) {
+        line.settings.push_back(settingOf(text));
+    }
+    line.device = parsed.value("--device");
+    line.devicesFile = parsed.value("--devices");
+    for (const ReportKind& kind : reportKinds()) {
+        if (std::optional<std::string> file = parsed.value(kind.option)) {
+            line.reports.push_back({&kind, std::move(*file)});
+        }
+    }
+    line.events = parsed.given("--events");
+    line.configFile = parsed.value("--config");
+    line.logFile = parsed.value("--log");
+    line.quiet = parsed.given("--quiet");
+    if (const std::optional<std::string> when = parsed.value("--color")) {
+        line.colours = coloursNamed(*when);
+        if (!line.colours) {
+            throw BadInput{message("INPUT_COLOR", {{"Text", *when}})};
+        }
+    }
+    line.language = parsed.value("--language");
+    if (const std::optional<std::string> level = parsed.value("--log-level")) {
+        line.logLevel = logLevelOf(*level);
+    }
+    return line;
+}
+
+} // namespace tesk5

@@ -1,0 +1,119 @@
+#include <tesk5/DiagModule.h>
+
+#include <tesk5/Registry.h>
+#include <tesk5/StopRequest.h>
+#include <tesk5/TestRecorder.h>
+#include <tesk5/Texts.h>
+
+#include "run/ModuleState.h"
+
+#include <mrl/System.h>
+
+namespace tesk5 {
+
+namespace {
+
+// Makes one object of the registry, unless its name is taken among its own kind.
+template <typename Object, typename... Rest>
+Object* create(std::deque<Object>& objects, const Object* known, const char* kind,
+               const TeskString& name, Rest&&... rest) {
+    if (known != nullptr) {
+        throw TeskException(
+            TeskString(std::string("the ") + kind + " \"" + name.utf8() + "\" exists already"));
+    }
+    Object& object = objects.emplace_back(name, std::forward<Rest>(rest)...);
+    Registry::instance().order.push_back(name);
+    return &object;
+}
+
+void raise(const Event* event, Severity severity, const TeskString& sourceFile, int line) {
+    if (event == nullptr) {
+        throw TeskException("an event was to be raised, but there is none");
+    }
+    TestRecorder::record(RaisedEvent{
+        event->key(), severity, fillPlaceholders(textOf(event->key()).utf8(), event->variables()),
+        event->variables(), sourceFile.utf8(), line, mrl::Clock::current().utcNow()});
+}
+
+} // namespace
+
+Test* DiagModule::createTest(const TeskString& name, const DeviceCapability& capability,
+                             Test::Function function) {
+    if (function == nullptr) {
+        throw TeskException(TeskString("the test \"" + name.utf8() + "\" has no function"));
+    }
+    Registry& all = Registry::instance();
+    return create(all.tests, all.findTest(name), "test", name, capability, function);
+}
+
+Parameter* DiagModule::createParameter(const TeskString& name, const DataType& type,
+                                       const TeskString& defaultValue, bool multiValued,
+                                       bool optional) {
+    Registry& all = Registry::instance();
+    return create(all.parameters, all.findParameter(name), "parameter", name, type, defaultValue,
+                  multiValued, optional);
+}
+
+Event* DiagModule::createEvent(const TeskString& key) {
+    Registry& all = Registry::instance();
+    return create(all.events, all.findEvent(key), "event", key);
+}
+
+LocalizedString* DiagModule::createLocalizedString(const TeskString& key) {
+    Registry& all = Registry::instance();
+    return create(all.localizedStrings, all.findLocalizedString(key), "localized string", key);
+}
+
+void DiagModule::setCmdLineArgs(int argc, const char** argv) {
+    ModuleState& module = ModuleState::instance();
+    module.program.clear();
+    module.arguments.clear();
+    if (argc > 0 && argv[0] != nullptr) {
+        const std::u8string name = mrl::System::path(argv[0]).filename().u8string();
+        module.program.assign(name.begin(), name.end());
+    }
+    for (int i = 1; i < argc && argv[i] != nullptr; ++i) {
+        module.arguments.emplace_back(argv[i]);
+    }
+}
+
+void DiagModule::setVersion(unsigned major, unsigned minor, const TeskString& build) {
+    ModuleState& module = ModuleState::instance();
+    module.major = major;
+    module.minor = minor;
+    module.build = build;
+}
+
+void DiagModule::setModuleInitCallback(void (*callback)()) {
+    ModuleState::instance().initialize = callback;
+}
+
+void DiagModule::warning(Event* event, const TeskString& sourceFile, int line) {
+    raise(event, Severity::warning, sourceFile, line);
+}
+
+void DiagModule::error(Event* event, const TeskString& sourceFile, int line) {
+    raise(event, Severity::error, sourceFile, line);
+}
+
+void DiagModule::measured(Measurement measurement) {
+    TestRecorder::record(std::move(measurement));
+}
+
+void DiagModule::surveyed(Survey survey) {
+    TestRecorder::record(std::move(survey));
+}
+
+void DiagModule::progresses(const TeskString& key, std::optional<double> longestSeconds) {
+    TestRecorder::record(Progress{key, textOf(key).utf8(), longestSeconds});
+}
+
+bool DiagModule::checkForStop() {
+    return StopRequest::raised();
+}
+
+void DiagModule::requestAbort() {
+    ModuleState::instance().abortRequested = true;
+}
+
+} // namespace tesk5

@@ -1,0 +1,215 @@
+// The help page, made from the tables of commands, options and exit values.
+#include "commandline/CommandLine.h"
+
+#include <tesk5/TestResult.h>
+#include <tesk5/Texts.h>
+
+#include "texts/BadInput.h"
+#include "texts/Enumeration.h"
+#include "texts/TextLayout.h"
+
+#include <mrl/DisplayWidth.h>
+
+#include <algorithm>
+
+namespace tesk5 {
+
+namespace {
+
+struct ExitMeaning {
+    int value;
+    const char* word;
+    const char* meaning; ///< key of a text
+};
+
+// From good to bad, as start() ranks them.
+const ExitMeaning exitMeanings[] = {
+    {0, "", "HELP_EXIT_GOOD"},
+    {TestResult::WARN().value(), "WARN", "HELP_EXIT_WARN"},
+    {TestResult::USERABORTED().value(), "USERABORTED", "HELP_EXIT_USERABORTED"},
+    {TestResult::CANNOTRUN().value(), "CANNOTRUN", "HELP_EXIT_CANNOTRUN"},
+    {TestResult::BADPARAMS().value(), "BADPARAMS", "HELP_EXIT_BADPARAMS"},
+    {TestResult::FAIL().value(), "FAIL", "HELP_EXIT_FAIL"},
+    {TestResult::INTERNALERROR().value(), "INTERNALERROR", "HELP_EXIT_INTERNALERROR"},
+    {TestResult::EXITEDABNORMALLY().value(), "EXITEDABNORMALLY", "HELP_EXIT_EXITEDABNORMALLY"},
+    {BadInput::VALUE, "", "HELP_EXIT_UNUSABLE"},
+};
+
+// One less than a terminal has: some go to the next line after the last column.
+constexpr std::size_t COLUMNS = 79;
+
+// `text` in lines behind `indent` columns; `head` stands in those of the first line.
+std::string paragraph(const std::string& text, std::size_t indent, const std::string& head = {}) {
+    std::string lines;
+    for (const std::string& line : wrapped(text, COLUMNS - indent)) {
+        const std::string margin = lines.empty() ? head : std::string();
+        lines += (indent == 0 ? margin : padded(margin, indent)) + line + "\n";
+    }
+    return lines;
+}
+
+std::string headOf(const OptionDescription& option) {
+    return std::string("  ") + option.name +
+           (option.argument == nullptr ? std::string() : std::string(" ") + option.argument);
+}
+
+std::string headOf(const ExitMeaning& exit) {
+    constexpr std::size_t VALUE_COLUMNS = 4;
+    return "  " + padded(std::to_string(exit.value), VALUE_COLUMNS) + exit.word;
+}
+
+// Where the texts behind all heads begin.
+template <typename Table>
+std::size_t indentBehind(const Table& table) {
+    constexpr std::size_t GAP = 2;
+    std::size_t widest = 0;
+    for (const auto& row : table) {
+        widest = std::max(widest, mrl::columnsOf(headOf(row)));
+    }
+    return widest + GAP;
+}
+
+std::string headingOf(const std::vector<Command>& commands) {
+    if (commands.empty()) {
+        return message("HELP_OPTIONS_OF_ALL");
+    }
+    std::vector<std::string> names;
+    for (const CommandDescription& command : commandDescriptions()) {
+        if (std::find(commands.begin(), commands.end(), command.command) != commands.end()) {
+            names.emplace_back(command.name);
+        }
+    }
+    return message("HELP_OPTIONS_OF", {{"Commands", listedWithAnd(names)}});
+}
+
+// The options that `wanted` takes, those of the same commands together, common ones last.
+template <typename Wanted>
+std::string optionGroups(Wanted wanted, bool withExamples) {
+    std::vector<std::vector<Command>> groups;
+    for (const OptionDescription& option : optionDescriptions()) {
+        if (wanted(option) &&
+            std::find(groups.begin(), groups.end(), option.commands) == groups.end()) {
+            groups.push_back(option.commands);
+        }
+    }
+    std::stable_partition(groups.begin(), groups.end(),
+                          [](const std::vector<Command>& group) { return !group.empty(); });
+    const std::size_t indent = indentBehind(optionDescriptions());
+    std::string page;
+    for (const std::vector<Command>& group : groups) {
+        page += "\n" + paragraph(headingOf(group), 0);
+        for (const OptionDescription& option : optionDescriptions()) {
+            if (option.commands != group) {
+                continue;
+            }
+            page += paragraph(message(option.help), indent, headOf(option));
+            if (withExamples) {
+                page += paragraph(message("HELP_EXAMPLE", {{"Example", option.example}}), indent);
+            }
+        }
+    }
+    return page;
+}
+
+std::string usage(const std::string& program, const CommandDescription& command) {
+    const bool optional = command.command == CommandLine().command;
+    const std::string name = optional ? "[" + std::string(command.name) + "]" : command.name;
+    const std::string arguments =
+        *command.arguments != 0 ? " " + std::string(command.arguments) : "";
+    return program + " " + name + arguments + " [OPTIONS]";
+}
+
+std::string overview(const std::string& program) {
+    constexpr std::size_t INDENT = 6;
+    std::string page = paragraph(message("HELP_PURPOSE"), 0);
+    for (const CommandDescription& command : commandDescriptions()) {
+        page += "\n  " + usage(program, command) + "\n" + paragraph(message(command.help), INDENT) +
+                paragraph(message("HELP_EXAMPLE",
+                                  {{"Example", program + " " + command.examples.front()}}),
+                          INDENT);
+    }
+    page += optionGroups([](const OptionDescription&) { return true; }, false);
+    page += "\n" + paragraph(message("HELP_EXIT_VALUES"), 0);
+    const std::size_t indent = indentBehind(exitMeanings);
+    for (const ExitMeaning& exit : exitMeanings) {
+        page += paragraph(message(exit.meaning), indent, headOf(exit));
+    }
+    return page + "\n" + paragraph(message("HELP_MORE", {{"Program", program}}), 0);
+}
+
+std::string pageOn(const CommandDescription& command, const std::string& program) {
+    std::string page =
+        "  " + usage(program, command) + "\n\n" + paragraph(message(command.help), 0);
+    page += "\n" + paragraph(message("HELP_EXAMPLES"), 0);
+    for (const char* example : command.examples) {
+        page += "  " + program + " " + example + "\n";
+    }
+    page += optionGroups(
+        [&command](const OptionDescription& option) { return goesWith(option, command.command); },
+        true);
+    return page + "\n" + paragraph(message("HELP_OVERVIEW", {{"Program", program}}), 0);
+}
+
+} // namespace
+
+const std::vector<CommandDescription>& commandDescriptions() {
+    static const std::vector<CommandDescription> commands = {
+        {Command::list, "list", "", "HELP_LIST", {"list", "list --device intel"}},
+        {Command::run,
+         "run",
+         "[TEST...]",
+         "HELP_RUN",
+         {"run --set SSID=Lab", "run --set SSID=Lab --json report.json",
+          "run DiversityTest --device intel"}},
+        {Command::doctor, "doctor", "", "HELP_DOCTOR", {"doctor", "doctor --set SSID=Lab"}},
+    };
+    return commands;
+}
+
+const std::vector<OptionDescription>& optionDescriptions() {
+    static const std::vector<OptionDescription> options = {
+        {"--set",
+         "NAME=VALUE",
+         "HELP_SET",
+         "--set SSID=Lab --set WarningSignalStrength=40",
+         {Command::run, Command::doctor}},
+        {"--device",
+         "TEXT",
+         "HELP_DEVICE",
+         "--device intel",
+         {Command::list, Command::run, Command::doctor}},
+        {"--devices",
+         "FILE",
+         "HELP_DEVICES",
+         "--devices cards.json",
+         {Command::list, Command::run, Command::doctor}},
+        {"--json", "FILE", "HELP_JSON", "--json report.json", {Command::run}},
+        {"--junit", "FILE", "HELP_JUNIT", "--junit report.xml", {Command::run}},
+        {"--html", "FILE", "HELP_HTML", "--html report.html", {Command::run}},
+        {"--events", nullptr, "HELP_EVENTS", "run --events --set SSID=Lab", {Command::run}},
+        {"--config",
+         "FILE",
+         "CONFIG_HELP_CONFIG",
+         "run --config station.toml --set SSID=Lab",
+         {Command::run}},
+        {"--config-template",
+         nullptr,
+         "CONFIG_HELP_TEMPLATE",
+         "list --config-template",
+         {Command::list}},
+        {"--log", "FILE", "HELP_LOG", "--log antenna.log"},
+        {"--log-level", "N", "HELP_LOG_LEVEL", "--log-level 0"},
+        {"--quiet", nullptr, "HELP_QUIET", "run --set SSID=Lab --quiet", {Command::run}},
+        {"--color", "WHEN", "HELP_COLOR", "--color never"},
+        {"--language", "TAG", "HELP_LANGUAGE", "--language de"},
+        {"--version", nullptr, "HELP_VERSION", "--version"},
+        {"--help", nullptr, "HELP_HELP", "run --help"},
+    };
+    return options;
+}
+
+std::string helpPage(const std::string& program, const CommandDescription* command) {
+    return command == nullptr ? overview(program) : pageOn(*command, program);
+}
+
+} // namespace tesk5

@@ -1,0 +1,308 @@
+// The one call that does what the command line asks for.
+//
+// Everything that could be refused is looked at before anything happens: the log and the report
+// are touched only when there is nothing left to refuse.
+#include <tesk5/DiagModule.h>
+
+#include <tesk5/ModuleInfo.h>
+#include <tesk5/StopRequest.h>
+#include <tesk5/Texts.h>
+
+#include "commandline/ConfigFile.h"
+#include "console/Console.h"
+#include "reports/EventStream.h"
+#include "reports/ReportFile.h"
+#include "reports/ReportKinds.h"
+#include "run/Doctor.h"
+#include "run/LogKeeper.h"
+#include "run/ModuleState.h"
+#include "texts/BadInput.h"
+#include "texts/Enumeration.h"
+
+#include <mrl/Exception.h>
+#include <mrl/Logger.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace tesk5 {
+
+namespace {
+
+constexpr int LOG_LEVEL_WITH_FILE = 1;
+
+void initializeModule() {
+    if (ModuleState::instance().initialize != nullptr) {
+        ModuleState::instance().initialize();
+    }
+}
+
+void refuseSharedFiles(const CommandLine& line) {
+    struct NamedFile {
+        const char* option;
+        std::string path;
+    };
+    std::vector<NamedFile> files;
+    const auto add = [&files](const char* option, const std::optional<std::string>& path) {
+        if (path) {
+            files.push_back({option, *path});
+        }
+    };
+    add("--config", line.configFile);
+    add("--devices", line.devicesFile);
+    for (const RequestedReport& report : line.reports) {
+        files.push_back({report.kind->option, report.file});
+    }
+    add("--log", line.logFile);
+    for (auto a = files.begin(); a != files.end(); ++a) {
+        for (auto b = a + 1; b != files.end(); ++b) {
+            if (nameSameFile(a->path, b->path)) {
+                throw BadInput{message(
+                    "INPUT_FILE_SHARED",
+                    {{"Option", a->option}, {"OtherOption", b->option}, {"File", b->path}})};
+            }
+        }
+    }
+}
+
+void openLog(const CommandLine& line) {
+    if (line.logFile) {
+        try {
+            mrl::LogFactory::setSink(mrl::fileLogSink(*line.logFile));
+        } catch (const mrl::Exception& failure) {
+            const std::string reason =
+                whyNotWritable(*line.logFile).value_or(failure.toString().getUTF8String().bytes());
+            throw BadInput{
+                message("INPUT_LOG_UNWRITABLE", {{"File", *line.logFile}, {"Reason", reason}})};
+        }
+    } else if (line.logLevel) {
+        mrl::LogFactory::setSink(mrl::standardErrorLogSink());
+    }
+    if (line.logFile || line.logLevel) {
+        mrl::LogFactory::setPriority(line.logLevel.value_or(LOG_LEVEL_WITH_FILE));
+    }
+}
+
+// What the devices come from, asked before the log is open and read after: a file is input that
+// may be refused, this PC is not.
+DeviceList devicesFor(const CommandLine& line) {
+    std::optional<DeviceList> fromFile;
+    if (line.devicesFile) {
+        fromFile = devicesFromFile(*line.devicesFile);
+    }
+    openLog(line);
+    return fromFile ? std::move(*fromFile) : machineDevices(nativewifi::networkAdapters());
+}
+
+int list(const CommandLine& line) {
+    refuseSharedFiles(line);
+    showList(Registry::instance(), devicesFor(line), line.device);
+    return 0;
+}
+
+int doctor(const CommandLine& line) {
+    Registry& registry = Registry::instance();
+    std::vector<const Test*> tests;
+    for (const Test& test : registry.tests) {
+        tests.push_back(&test);
+    }
+    applySettings(registry, line.settings, tests);
+    refuseSharedFiles(line);
+    return showDiagnosis(diagnosis(registry.tests, devicesFor(line), line.device));
+}
+
+// Why `test` has no device: a line for each device.
+std::vector<std::string> whyWithoutDevice(const Test& test, const DeviceList& devices,
+                                          const std::optional<std::string>& filter) {
+    std::vector<std::string> reasons;
+    for (const DiagDevice& device : devices.devices) {
+        reasons.push_back(
+            message("LIST_NAME_AND_VALUE",
+                    {{"Name", device.name()},
+                     {"Value", phrasesListed(reasonsAgainst(test, device, filter))}}));
+    }
+    return reasons;
+}
+
+RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devices,
+                  const CommandLine& line, RunListener& listener) {
+    RunRecord record;
+    std::vector<PlannedRun> plan;
+    for (const Test* test : tests) {
+        const std::vector<PlannedRun> runs = runsOf(*test, devices.devices, line.device);
+        plan.insert(plan.end(), runs.begin(), runs.end());
+        if (runs.empty()) {
+            record.withoutDevice.push_back(
+                {test, whyWithoutDevice(*test, devices, line.device), adviceFor(*test, devices)});
+        }
+    }
+    record.started = mrl::Clock::current().utcNow();
+    listener.runStarts(record, plan.size());
+    const InterruptWatch interrupts([&listener] { listener.stopping(); });
+    record.outcomes = runAll(plan, listener, record.leftOut);
+    record.ended = mrl::Clock::current().utcNow();
+    std::vector<TestResult> results(record.withoutDevice.size(), TestResult::CANNOTRUN());
+    for (const Outcome& outcome : record.outcomes) {
+        results.push_back(outcome.result);
+    }
+    record.exitValue = exitValueOf(results);
+    return record;
+}
+
+// Writes every report, also those after one that fails, and tells of all that failed.
+void writeReports(const std::vector<RequestedReport>& requested,
+                  const std::vector<std::unique_ptr<ReportFile>>& files, const RunRecord& record) {
+    std::vector<std::string> failures;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        try {
+            files[i]->replace(requested[i].kind->text(record));
+        } catch (const TeskException& exception) {
+            failures.push_back(exception.toString().getUTF8String().bytes());
+        }
+    }
+    if (!failures.empty()) {
+        throw TeskException(TeskString(phrasesListed(failures)));
+    }
+}
+
+// Where standard output is the stream of events, only the console's words of what went wrong are
+// left of it: they go to standard error.
+class Troubles final : public RunListener {
+public:
+    explicit Troubles(Console& console) : m_console(console) {}
+
+    void runStarts(const RunRecord& record, std::size_t planned) override {
+        m_console.runStarts(record, planned);
+    }
+    void broken(const PlannedRun& run, const std::string& reason) override {
+        m_console.broken(run, reason);
+    }
+    void stopping() override { m_console.stopping(); }
+
+private:
+    Console& m_console;
+};
+
+void useColoursOf(const CommandLine& line) {
+    mrl::cout.useColours(line.colours.value_or(mrl::OutputStream::Colours::automatic));
+}
+
+ConsoleStyle styleFor(const CommandLine& line) {
+    // A log on standard error would be written into the middle of a live line.
+    const bool logAmong = line.logLevel && !line.logFile;
+    return {line.quiet, mrl::cout.isTerminal() && !line.quiet && !logAmong};
+}
+
+int run(const CommandLine& given) {
+    Registry& registry = Registry::instance();
+    const CommandLine line = withConfiguration(given, registry);
+    useColoursOf(line);
+    const std::vector<const Test*> tests = chooseTests(registry, line.tests);
+    applySettings(registry, line.settings, tests);
+    demandValues(line.settings, tests);
+    refuseSharedFiles(line);
+    std::vector<std::unique_ptr<ReportFile>> reports;
+    for (const RequestedReport& report : line.reports) {
+        reports.push_back(std::make_unique<ReportFile>(report.file));
+    }
+    const DeviceList devices = devicesFor(line);
+    Console console(styleFor(line));
+    Troubles troubles(console);
+    EventStream events(mrl::cout);
+    RunListeners listeners;
+    if (line.events) {
+        listeners.add(troubles);
+        listeners.add(events);
+    } else {
+        listeners.add(console);
+    }
+    std::optional<LogKeeper> log;
+    if (std::any_of(line.reports.begin(), line.reports.end(),
+                    [](const RequestedReport& report) { return report.kind->showsLog; })) {
+        log.emplace();
+    }
+    RunRecord record = execute(tests, devices, line, listeners);
+    if (log) {
+        record.log = log->log();
+    }
+    writeReports(line.reports, reports, record);
+    listeners.runEnded(record);
+    return record.exitValue;
+}
+
+// Comes before everything else that can be said, so that it is said in the right language.
+void useLanguageAskedFor() {
+    const std::optional<std::string> tag = languageAskedFor(ModuleState::instance().arguments);
+    if (tag && !setLanguage(*tag)) {
+        throw BadInput{message("INPUT_UNKNOWN_LANGUAGE",
+                               {{"Language", *tag}, {"Languages", listed(availableLanguages())}})};
+    }
+}
+
+std::string programName() {
+    const std::string& program = ModuleState::instance().program;
+    return program.empty() ? std::string(moduleInfo().name) : program;
+}
+
+int showConfigTemplate() {
+    mrl::cout << std::string_view(configTemplate(Registry::instance(), programName()));
+    mrl::cout.flush();
+    return 0;
+}
+
+int version() {
+    const ModuleState& module = ModuleState::instance();
+    writeLine(mrl::cout, message("HELP_VERSION_LINE", {{"Program", std::string(moduleInfo().name)},
+                                                       {"Version", module.version()},
+                                                       {"Build", module.build}}));
+    return 0;
+}
+
+int help(const CommandLine& line) {
+    mrl::cout << std::string_view(helpPage(programName(), line.helpOn));
+    mrl::cout.flush();
+    return 0;
+}
+
+int follow(const CommandLine& line) {
+    useColoursOf(line);
+    switch (line.command) {
+    case Command::help:
+        return help(line);
+    case Command::version:
+        return version();
+    case Command::run:
+        initializeModule();
+        return run(line);
+    case Command::configTemplate:
+        initializeModule();
+        return showConfigTemplate();
+    case Command::doctor:
+        initializeModule();
+        return doctor(line);
+    case Command::list:
+        break;
+    }
+    initializeModule();
+    return list(line);
+}
+
+} // namespace
+
+int DiagModule::start() {
+    try {
+        useLanguageAskedFor();
+        return follow(parseCommandLine(ModuleState::instance().arguments));
+    } catch (const BadInput& input) {
+        writeLine(mrl::cerr, std::string(moduleInfo().name) + ": " + input.line);
+        return BadInput::VALUE;
+    } catch (const LeftByException& left) {
+        std::rethrow_exception(left.cause);
+    } catch (const std::exception& failure) {
+        // Of the framework itself or of the module's callback: without words it would be taken for
+        // the unknown exception of a test.
+        throw TeskException(TeskString(failure.what()));
+    }
+}
+
+} // namespace tesk5

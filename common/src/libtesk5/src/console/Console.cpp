@@ -1,0 +1,220 @@
+#include "console/Console.h"
+
+#include <tesk5/ModuleInfo.h>
+#include <tesk5/Texts.h>
+
+#include "reports/ReportWords.h"
+#include "texts/BadInput.h"
+#include "texts/MeasurementText.h"
+
+#include <mrl/DisplayWidth.h>
+#include <mrl/Unicode.h>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace tesk5 {
+
+namespace {
+
+// Colours of a terminal, by how bad a result is; none where nobody looks.
+const char* colourOf(const TestResult& result) {
+    if (!mrl::cout.showsColours()) {
+        return "";
+    }
+    if (result.good()) {
+        return "\x1b[32m";
+    }
+    return result == TestResult::WARN() || result == TestResult::USERABORTED() ? "\x1b[33m"
+                                                                               : "\x1b[31m";
+}
+
+const char* colourEnd() {
+    return mrl::cout.showsColours() ? "\x1b[0m" : "";
+}
+
+constexpr std::size_t BAR_CELLS = 25;
+
+std::string secondsText(double seconds) {
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.1f", seconds);
+    return buffer;
+}
+
+void writeEvent(const RaisedEvent& event) {
+    const std::string head =
+        "  " + message(event.severity == Severity::error ? "CONSOLE_ERROR" : "CONSOLE_WARNING") +
+        " ";
+    writeLine(mrl::cout, head + event.text);
+    for (const auto& [name, value] : unspokenVariables(event)) {
+        writeLine(mrl::cout, std::string(mrl::columnsOf(head), ' ') + name.utf8() + ": " +
+                                 value.valueString().utf8());
+    }
+}
+
+void writeMeasurement(const Measurement& measurement) {
+    const std::string comparison = comparisonText(measurement);
+    writeLine(mrl::cout, "  " + measuredText(measurement) + " " +
+                             measurementBar(measurement, BAR_CELLS) +
+                             (comparison.empty() ? comparison : " " + comparison));
+}
+
+// "1 FAIL, 2 PASS": every result that occurs, the worst first.
+std::string tally(const std::vector<Outcome>& outcomes) {
+    std::vector<TestResult> kinds;
+    for (const Outcome& outcome : outcomes) {
+        if (std::find(kinds.begin(), kinds.end(), outcome.result) == kinds.end()) {
+            kinds.push_back(outcome.result);
+        }
+    }
+    std::stable_sort(kinds.begin(), kinds.end(), [](const TestResult& a, const TestResult& b) {
+        return a.severity() > b.severity();
+    });
+    std::vector<std::string> parts;
+    for (const TestResult& kind : kinds) {
+        const auto count =
+            std::count_if(outcomes.begin(), outcomes.end(),
+                          [&kind](const Outcome& outcome) { return outcome.result == kind; });
+        parts.push_back(std::to_string(count) + " " + kind.name());
+    }
+    return joined(parts, ", ");
+}
+
+std::string programPrefix() {
+    return std::string(moduleInfo().name) + ": ";
+}
+
+std::string runText(const char* key, const PlannedRun& run) {
+    return message(key, {{"Test", run.test->name()}, {"Device", run.device->name()}});
+}
+
+void writeVerdict(const Outcome& outcome) {
+    const std::string result = outcome.result.name();
+    std::string text = mrl::escapeControls(
+        outcome.started ? message("CONSOLE_ENDED",
+                                  {{"Result", result}, {"Seconds", secondsText(outcome.seconds)}})
+                        : message("CONSOLE_NOT_STARTED", {{"Result", result}}));
+    // The colours go in last: whatever else looks like them has been made visible by then.
+    const std::size_t place = text.find(result);
+    if (place != std::string::npos) {
+        text.replace(place, result.size(), colourOf(outcome.result) + result + colourEnd());
+    }
+    if (!outcome.failure.empty()) {
+        text += ": " + mrl::escapeControls(outcome.failure);
+    }
+    mrl::cout << std::string_view("  " + text) << mrl::endl;
+}
+
+} // namespace
+
+void writeLine(mrl::OutputStream& stream, const std::string& text) {
+    stream << std::string_view(mrl::escapeControls(text) + "\n");
+    stream.flush();
+}
+
+std::string joined(const std::vector<std::string>& texts, const char* separator) {
+    std::string all;
+    for (const std::string& text : texts) {
+        all += (all.empty() ? "" : separator) + text;
+    }
+    return all;
+}
+
+Console::Console(ConsoleStyle style)
+    : m_quiet(style.quiet), m_liveLine(mrl::cout, mrl::cout.columns()), m_live(style.live) {}
+
+void writeAdvice(mrl::OutputStream& stream, const Findings& advice) {
+    for (const Finding& finding : advice) {
+        writeLine(stream, "  " + message("DOCTOR_CAUSE") + ": " + finding.text());
+    }
+}
+
+void Console::runStarts(const RunRecord& record, std::size_t /*planned*/) {
+    for (const TestWithoutDevice& without : record.withoutDevice) {
+        writeLine(mrl::cerr,
+                  programPrefix() + message(without.reasons.empty() ? "CONSOLE_NO_DEVICE_AT_ALL"
+                                                                    : "CONSOLE_NO_DEVICE",
+                                            {{"Test", without.test->name()}}));
+        for (const std::string& reason : without.reasons) {
+            writeLine(mrl::cerr, "  " + reason);
+        }
+        writeAdvice(mrl::cerr, without.advice);
+    }
+}
+
+void Console::writeHead(const PlannedRun& run) {
+    writeLine(mrl::cout, runText("CONSOLE_RUN", run));
+}
+
+void Console::starts(const PlannedRun& run) {
+    if (!m_quiet) {
+        writeHead(run);
+    }
+    if (m_live) {
+        constexpr std::chrono::milliseconds REDRAWN_EVERY(500);
+        m_liveLine.begin();
+        m_ticker.emplace(REDRAWN_EVERY, [this] { m_liveLine.draw(); });
+    }
+}
+
+void Console::progresses(const Progress& progress) {
+    m_liveLine.tell(progress.text, progress.longestSeconds);
+}
+
+void Console::endLiveLine() {
+    m_ticker.reset();
+    m_liveLine.end();
+}
+
+void Console::ended(const Outcome& outcome) {
+    endLiveLine();
+    if (m_quiet && outcome.result.good()) {
+        return;
+    }
+    if (m_quiet || !outcome.started) {
+        writeHead({outcome.test, outcome.device});
+    }
+    for (const RaisedEvent& event : outcome.events) {
+        writeEvent(event);
+    }
+    for (const Measurement& measurement : outcome.measurements) {
+        writeMeasurement(measurement);
+    }
+    writeVerdict(outcome);
+    writeAdvice(mrl::cout, outcome.advice);
+}
+
+void Console::broken(const PlannedRun& run, const std::string& reason) {
+    endLiveLine();
+    writeLine(mrl::cerr, programPrefix() + runText("CONSOLE_BROKEN", run) +
+                             (reason.empty() ? std::string() : ": " + reason));
+}
+
+void Console::runEnded(const RunRecord& record) {
+    if (m_quiet) {
+        return;
+    }
+    std::vector<std::string> parts;
+    if (record.outcomes.empty()) {
+        parts.push_back(message("CONSOLE_RUNS", {{"Count", Value("0")}}));
+    } else {
+        parts.push_back(
+            message("CONSOLE_RUNS_TALLY", {{"Count", std::to_string(record.outcomes.size())},
+                                           {"Tally", tally(record.outcomes)}}));
+    }
+    if (!record.withoutDevice.empty()) {
+        parts.push_back(message("CONSOLE_WITHOUT_DEVICE",
+                                {{"Count", std::to_string(record.withoutDevice.size())}}));
+    }
+    if (record.leftOut > 0) {
+        parts.push_back(message("CONSOLE_LEFT_OUT", {{"Count", std::to_string(record.leftOut)}}));
+    }
+    parts.push_back(message("CONSOLE_EXIT", {{"Value", std::to_string(record.exitValue)}}));
+    writeLine(mrl::cout, joined(parts, message("CONSOLE_SEPARATOR").c_str()));
+}
+
+void Console::stopping() {
+    m_liveLine.yieldTo([] { writeLine(mrl::cerr, programPrefix() + message("CONSOLE_STOPPING")); });
+}
+
+} // namespace tesk5

@@ -1,0 +1,153 @@
+#include "console/Console.h"
+
+#include <tesk5/Texts.h>
+
+#include "texts/Enumeration.h"
+#include "texts/TextLayout.h"
+
+#include <mrl/DisplayWidth.h>
+
+#include <algorithm>
+
+namespace tesk5 {
+
+namespace {
+
+void line(const std::string& text) {
+    writeLine(mrl::cout, text);
+}
+
+std::string described(const Test::PropertyCondition& condition) {
+    std::string text = condition.property.utf8();
+    if (!condition.value.empty()) {
+        text += " = " + condition.value.utf8();
+    }
+    return text;
+}
+
+std::string describedAll(const std::vector<Test::PropertyCondition>& conditions) {
+    std::vector<std::string> texts;
+    texts.reserve(conditions.size());
+    for (const Test::PropertyCondition& condition : conditions) {
+        texts.push_back(described(condition));
+    }
+    return listed(texts);
+}
+
+std::string described(const Parameter& parameter) {
+    std::vector<std::string> details = {
+        parameter.type().name(), message(parameter.optional() ? "LIST_OPTIONAL" : "LIST_REQUIRED")};
+    if (parameter.multiValued()) {
+        details.push_back(message("LIST_SEVERAL_VALUES"));
+    }
+    if (!parameter.defaultValue().empty()) {
+        details.push_back(message("LIST_DEFAULT", {{"Value", parameter.defaultValue()}}));
+    }
+    return message("LIST_PARAMETER_DETAILS",
+                   {{"Name", parameter.name()}, {"Details", listed(details)}});
+}
+
+constexpr const char* conditionLabels[] = {"LIST_CAPABILITIES", "LIST_ONLY_WITH", "LIST_NOT_WITH",
+                                           "LIST_PARAMETER"};
+
+// The values behind these labels stand below each other.
+std::size_t labelColumns() {
+    std::size_t widest = 0;
+    for (const char* label : conditionLabels) {
+        widest = std::max(widest, mrl::columnsOf(message(label)));
+    }
+    return widest + 1;
+}
+
+void condition(const char* label, const std::string& text) {
+    line("    " + padded(message(label), labelColumns()) + text);
+}
+
+std::string nameAndValue(const TeskString& name, const std::string& value) {
+    return message("LIST_NAME_AND_VALUE", {{"Name", name}, {"Value", value}});
+}
+
+void showTest(const Test& test) {
+    const std::string& name = test.name().utf8();
+    line("  " + (test.interactive() ? message("LIST_INTERACTIVE", {{"Test", name}}) : name));
+    condition("LIST_CAPABILITIES", listed(test.capability().names()));
+    if (!test.requirements().empty()) {
+        condition("LIST_ONLY_WITH", describedAll(test.requirements()));
+    }
+    if (!test.exclusions().empty()) {
+        condition("LIST_NOT_WITH", describedAll(test.exclusions()));
+    }
+    if (test.enumeratesOnlyOnce()) {
+        line("    " + message("LIST_ONCE"));
+    }
+    for (const Parameter* parameter : test.parameters()) {
+        condition("LIST_PARAMETER", described(*parameter));
+        // A module may have a text under the parameter's own name.
+        if (const TeskString& meaning = textOf(parameter->name()); meaning != parameter->name()) {
+            line("    " + padded({}, labelColumns()) + meaning.utf8());
+        }
+    }
+}
+
+void showDevice(const DiagDevice& device) {
+    line("  " + device.name().utf8());
+    line("    " + padded(message("LIST_CAPABILITIES"), 0) + listed(device.capability().names()));
+    for (const auto& [name, value] : device.properties()) {
+        line("    " + nameAndValue(name, value.utf8()));
+    }
+}
+
+// Whether the pair would run, in words.
+std::string verdictOn(const Test& test, const DiagDevice& device, bool first,
+                      const std::optional<std::string>& filter) {
+    const std::vector<std::string> reasons = reasonsAgainst(test, device, filter);
+    if (!reasons.empty()) {
+        return message("LIST_NO", {{"Reasons", phrasesListed(reasons)}});
+    }
+    if (test.enumeratesOnlyOnce() && !first) {
+        return message("LIST_NO_LONGER_FIRST");
+    }
+    return message(test.interactive() ? "LIST_YES_WHEN_NAMED" : "LIST_YES");
+}
+
+void showPairs(const Test& test, const DeviceList& devices,
+               const std::optional<std::string>& filter) {
+    line("  " + test.name().utf8());
+    bool first = true;
+    for (const DiagDevice& device : devices.devices) {
+        line("    " + nameAndValue(device.name(), verdictOn(test, device, first, filter)));
+        first = first && !reasonsAgainst(test, device, filter).empty();
+    }
+}
+
+} // namespace
+
+void showList(const Registry& registry, const DeviceList& devices,
+              const std::optional<std::string>& filter) {
+    line(message("LIST_TESTS"));
+    for (const Test& test : registry.tests) {
+        showTest(test);
+    }
+    line("");
+    line(message("LIST_DEVICES"));
+    for (const DiagDevice& device : devices.devices) {
+        showDevice(device);
+    }
+    if (devices.devices.empty()) {
+        line("  " + message("LIST_NONE"));
+    }
+    if (devices.failure) {
+        line("  " + devices.failure->text());
+    }
+    if (devices.devices.empty()) {
+        line("  " + message("DOCTOR_MAY_HELP"));
+        return;
+    }
+    line("");
+    line(message("LIST_WHAT_WOULD_RUN"));
+    for (const Test& test : registry.tests) {
+        showPairs(test, devices, filter);
+    }
+}
+
+} // namespace tesk5

@@ -1,0 +1,130 @@
+#include "devices/DeviceList.h"
+
+#include <nativewifi/Guid.h>
+#include <nativewifi/Handles.h>
+
+#include <mrl/LoggerStream.h>
+
+#include <algorithm>
+
+namespace tesk5 {
+
+const char* const DEVICE_SYSTEM_NAME = "DeviceSystemName";
+
+namespace {
+
+constexpr int PRIORITY = 1;
+constexpr DWORD CLIENT_VERSION = 2; // Windows Vista and later
+
+// What a failure of the first two calls means to somebody who stands before the PC.
+struct Explanation {
+    DWORD error;
+    const char* key;
+};
+constexpr Explanation explanations[] = {
+    {ERROR_SERVICE_NOT_ACTIVE, "DOCTOR_SERVICE_STOPPED"},
+    {ERROR_MOD_NOT_FOUND, "DOCTOR_NO_WLANAPI"},
+    {ERROR_PROC_NOT_FOUND, "DOCTOR_WLANAPI_TOO_OLD"},
+    {ERROR_ACCESS_DENIED, "DOCTOR_SERVICE_DENIED"},
+    {ERROR_NOT_ENOUGH_MEMORY, "DOCTOR_MEMORY_SHORT"},
+    {ERROR_REMOTE_SESSION_LIMIT_EXCEEDED, "DOCTOR_SERVICE_CROWDED"},
+};
+
+Finding failureOf(const char* function, DWORD error) {
+    const auto* const known =
+        std::find_if(std::begin(explanations), std::end(explanations),
+                     [error](const Explanation& candidate) { return candidate.error == error; });
+    mrl::Logger& logger = mrl::LogFactory::createLogger("tesk5.devices");
+    mrl::LoggerStream(logger.admitting(PRIORITY), PRIORITY)
+        << function << " failed with error " << error;
+    return {known != std::end(explanations) ? known->key : "DOCTOR_SERVICE_FAILS",
+            false,
+            {{"Function", function}, {"Error", error}}};
+}
+
+TeskString systemName(const GUID& guid) {
+    std::string text = nativewifi::guidText(guid).getUTF8String().bytes();
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return c >= 'a' && c <= 'f' ? static_cast<char>(c - 32) : c; });
+    return TeskString("\\DEVICE\\{" + text + "}");
+}
+
+// A description fills its array to the last place at worst.
+TeskString descriptionOf(const WLAN_INTERFACE_INFO& info) {
+    const auto* const end = std::find(std::begin(info.strInterfaceDescription),
+                                      std::end(info.strInterfaceDescription), WCHAR());
+    return TeskString(
+        mrl::String(mrl::CharView(info.strInterfaceDescription,
+                                  static_cast<std::size_t>(end - info.strInterfaceDescription))));
+}
+
+struct WirelessInterfaces {
+    nativewifi::WlanMemory<WLAN_INTERFACE_INFO_LIST> list;
+    std::optional<Finding> failure;
+};
+
+WirelessInterfaces wirelessInterfaces() {
+    WirelessInterfaces found;
+    nativewifi::ClientHandle client;
+    DWORD negotiated = 0;
+    // ERROR_INVALID_PARAMETER, ERROR_NOT_ENOUGH_MEMORY, ERROR_REMOTE_SESSION_LIMIT_EXCEEDED,
+    // ERROR_SERVICE_NOT_ACTIVE, RPC errors; ERROR_MOD_NOT_FOUND and the like without the DLL
+    DWORD result =
+        nativewifi::api().WlanOpenHandle(CLIENT_VERSION, nullptr, &negotiated, out(client));
+    if (result != ERROR_SUCCESS) {
+        found.failure = failureOf("WlanOpenHandle", result);
+        return found;
+    }
+    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, ERROR_ACCESS_DENIED,
+    // RPC errors
+    result = nativewifi::api().WlanEnumInterfaces(client.get(), nullptr, out(found.list));
+    if (result != ERROR_SUCCESS) {
+        found.failure = failureOf("WlanEnumInterfaces", result);
+    }
+    return found;
+}
+
+DiagDevice wirelessDevice(const WLAN_INTERFACE_INFO& info) {
+    return {descriptionOf(info),
+            DeviceCapability::Wireless() | DeviceCapability::NetworkCard(),
+            {{DEVICE_SYSTEM_NAME, systemName(info.InterfaceGuid)}, {"wlanAPISupported", "true"}}};
+}
+
+DiagDevice otherDevice(const nativewifi::NetworkAdapter& adapter) {
+    DiagDevice::Properties properties = {{DEVICE_SYSTEM_NAME, systemName(adapter.guid)}};
+    if (adapter.mobileBroadband) {
+        properties.emplace_back("WirelessWAN", "true");
+    }
+    return {TeskString(adapter.name), DeviceCapability::NetworkCard(), std::move(properties)};
+}
+
+} // namespace
+
+std::optional<Finding> wirelessFailure() {
+    return wirelessInterfaces().failure;
+}
+
+DeviceList machineDevices(const std::vector<nativewifi::NetworkAdapter>& adapters) {
+    DeviceList all;
+    WirelessInterfaces wireless = wirelessInterfaces();
+    all.failure = std::move(wireless.failure);
+    std::vector<GUID> listed;
+    if (!all.failure && wireless.list) {
+        for (DWORD i = 0; i < wireless.list->dwNumberOfItems; ++i) {
+            const WLAN_INTERFACE_INFO& info = wireless.list->InterfaceInfo[i];
+            all.devices.push_back(wirelessDevice(info));
+            listed.push_back(info.InterfaceGuid);
+        }
+    }
+    for (const nativewifi::NetworkAdapter& adapter : adapters) {
+        const bool known = std::any_of(listed.begin(), listed.end(), [&adapter](const GUID& guid) {
+            return nativewifi::sameGuid(guid, adapter.guid);
+        });
+        if (!known) {
+            all.devices.push_back(otherDevice(adapter));
+        }
+    }
+    return all;
+}
+
+} // namespace tesk5

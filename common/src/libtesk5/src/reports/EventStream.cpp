@@ -1,0 +1,101 @@
+#include "reports/EventStream.h"
+
+#include "reports/ReportJson.h"
+
+namespace tesk5 {
+
+namespace {
+constexpr int PROTOCOL = 1;
+constexpr int NO_INDENT = -1;
+} // namespace
+
+void EventStream::write(const char* type, const Json& members) {
+    const std::lock_guard guard(m_mutex);
+    Json line;
+    line["type"] = type;
+    line["sequence"] = ++m_sequence;
+    line["time"] = reportTime(mrl::Clock::current().utcNow());
+    line.update(members);
+    // Hosts read pipes with code pages of their own; ASCII is in all of them. An exception's words
+    // may be in any encoding, so what is no UTF-8 is replaced rather than refused.
+    m_stream << std::string_view(line.dump(NO_INDENT, ' ', true, Json::error_handler_t::replace) +
+                                 "\n");
+    m_stream.flush();
+}
+
+void EventStream::writeOfRun(const char* type, const Json& members) {
+    Json numbered;
+    numbered["run"] = m_run;
+    numbered.update(members);
+    write(type, numbered);
+}
+
+void EventStream::runStarts(const RunRecord& record, std::size_t planned) {
+    Json members;
+    members["protocol"] = PROTOCOL;
+    members["module"] = moduleJson();
+    members["planned"] = planned;
+    members["withoutDevice"] = listOf(record.withoutDevice);
+    write("runStarted", members);
+}
+
+void EventStream::starts(const PlannedRun& run) {
+    ++m_run;
+    Json members;
+    members["test"] = run.test->name().utf8();
+    members["interactive"] = run.test->interactive();
+    members["device"] = jsonOf(*run.device);
+    members["parameters"] = parametersJson(parametersInForce(*run.test));
+    writeOfRun("testStarted", members);
+}
+
+void EventStream::raised(const RaisedEvent& event) {
+    writeOfRun("event", {{"event", jsonOf(event)}});
+}
+
+void EventStream::measured(const Measurement& measurement) {
+    writeOfRun("measurement", {{"measurement", jsonOf(measurement)}});
+}
+
+void EventStream::surveyed(const Survey& survey) {
+    writeOfRun("survey", {{"survey", jsonOf(survey)}});
+}
+
+void EventStream::progresses(const Progress& progress) {
+    Json members;
+    members["key"] = progress.key.utf8();
+    members["text"] = progress.text;
+    members["longestSeconds"] =
+        progress.longestSeconds ? Json(*progress.longestSeconds) : Json(nullptr);
+    writeOfRun("progress", members);
+}
+
+void EventStream::ended(const Outcome& outcome) {
+    if (!outcome.started) {
+        ++m_run;
+    }
+    Json members;
+    members["called"] = outcome.started;
+    members["failure"] = outcome.failure;
+    members["result"] = jsonOf(outcome);
+    writeOfRun("testEnded", members);
+}
+
+void EventStream::broken(const PlannedRun& /*run*/, const std::string& reason) {
+    writeOfRun("broken", {{"reason", reason}});
+}
+
+void EventStream::stopping() {
+    write("stopping", Json::object());
+}
+
+void EventStream::runEnded(const RunRecord& record) {
+    Json members;
+    members["exit"] = record.exitValue;
+    members["started"] = reportTime(record.started);
+    members["ended"] = reportTime(record.ended);
+    members["leftOut"] = record.leftOut;
+    write("runEnded", members);
+}
+
+} // namespace tesk5

@@ -1,0 +1,42 @@
+// The run as lines of JSON while it happens; docs/hosts.md is their description for people.
+#pragma once
+
+#include "run/RunListener.h"
+#include "texts/JsonFile.h"
+
+#include <mrl/OutputStream.h>
+
+#include <mutex>
+
+namespace tesk5 {
+
+/// Writes one line of JSON for each thing that happens, in one piece and flushed at once. The lines
+/// are pure ASCII: whatever a name holds, it stands there in JSON's notation.
+/// Failure: none is reported. When nobody reads any more, the lines are lost and the run goes on.
+/// Threads: those of RunListener; lines keep the order of their sequence numbers.
+class EventStream final : public RunListener {
+public:
+    explicit EventStream(mrl::OutputStream& stream) : m_stream(stream) {}
+
+    void runStarts(const RunRecord& record, std::size_t planned) override;
+    void starts(const PlannedRun& run) override;
+    void raised(const RaisedEvent& event) override;
+    void measured(const Measurement& measurement) override;
+    void surveyed(const Survey& survey) override;
+    void progresses(const Progress& progress) override;
+    void ended(const Outcome& outcome) override;
+    void broken(const PlannedRun& run, const std::string& reason) override;
+    void stopping() override;
+    void runEnded(const RunRecord& record) override;
+
+private:
+    void write(const char* type, const Json& members);
+    void writeOfRun(const char* type, const Json& members);
+
+    mrl::OutputStream& m_stream;
+    std::mutex m_mutex; ///< guards the stream and the sequence number
+    mrl::Uint32 m_sequence = 0;
+    std::size_t m_run = 0; ///< which of the planned runs is on, from 1; of the run's thread
+};
+
+} // namespace tesk5

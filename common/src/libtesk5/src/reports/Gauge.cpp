@@ -1,0 +1,109 @@
+#include "reports/Gauge.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tesk5 {
+
+namespace {
+
+constexpr double WHOLE = 100;
+// Room for "100 %" where the drawing is narrowest.
+constexpr double LABEL_ROOM = 15;
+constexpr double EDGE = 8;
+
+// Places on the scale, in percent from its left end.
+class Scale {
+public:
+    Scale(const Measurement& measurement, bool mirrored)
+        : m_measurement(measurement), m_mirrored(mirrored) {}
+
+    double x(mrl::Uint32 value) const {
+        const double share = WHOLE * this->share(value);
+        return m_mirrored ? WHOLE - share : share;
+    }
+    Gauge::Zone zone(mrl::Uint32 from, mrl::Uint32 to, std::optional<Severity> severity) const {
+        return {std::min(x(from), x(to)), std::abs(x(to) - x(from)), severity};
+    }
+
+private:
+    double share(mrl::Uint32 value) const {
+        return shareOfScale(value, m_measurement.lowest, m_measurement.highest);
+    }
+
+    const Measurement& m_measurement;
+    bool m_mirrored;
+};
+
+std::vector<Limit> sortedLimits(const Measurement& measurement) {
+    std::vector<Limit> limits = measurement.limits;
+    std::stable_sort(limits.begin(), limits.end(),
+                     [](const Limit& a, const Limit& b) { return a.value < b.value; });
+    return limits;
+}
+
+std::vector<Gauge::Zone> zonesOf(const Measurement& measurement, const Scale& scale) {
+    std::vector<Gauge::Zone> zones;
+    const std::vector<Limit> limits = sortedLimits(measurement);
+    mrl::Uint32 from = measurement.lowest;
+    for (auto limit = limits.begin(); limit != limits.end(); ++limit) {
+        const bool grave = std::any_of(limit, limits.end(), [](const Limit& above) {
+            return above.severity == Severity::error;
+        });
+        zones.push_back(
+            scale.zone(from, limit->value, grave ? Severity::error : Severity::warning));
+        from = limit->value;
+    }
+    zones.push_back(scale.zone(from, measurement.highest, std::nullopt));
+    return zones;
+}
+
+// The ends of the scale come first, so that limits make way for them.
+std::vector<Gauge::Label> labelsOf(const Measurement& measurement, const Scale& scale) {
+    std::vector<mrl::Uint32> values = {measurement.lowest, measurement.highest};
+    for (const Limit& limit : sortedLimits(measurement)) {
+        if (std::find(values.begin(), values.end(), limit.value) == values.end()) {
+            values.push_back(limit.value);
+        }
+    }
+    std::vector<Gauge::Label> labels;
+    for (const mrl::Uint32 value : values) {
+        Gauge::Label label{scale.x(value), value, 0};
+        const auto touched = [&label](const Gauge::Label& other) {
+            return other.row == label.row && std::abs(other.x - label.x) < LABEL_ROOM;
+        };
+        while (std::any_of(labels.begin(), labels.end(), touched)) {
+            ++label.row;
+        }
+        labels.push_back(label);
+    }
+    return labels;
+}
+
+} // namespace
+
+Gauge gaugeOf(const Measurement& measurement, bool mirrored) {
+    const Scale scale(measurement, mirrored);
+    Gauge gauge{zonesOf(measurement, scale),
+                scale.zone(measurement.lowest, measurement.value, std::nullopt),
+                scale.x(measurement.value),
+                labelsOf(measurement, scale),
+                {},
+                1};
+    for (const Limit& limit : measurement.limits) {
+        gauge.limits.push_back(scale.x(limit.value));
+    }
+    for (const Gauge::Label& label : gauge.labels) {
+        gauge.rows = std::max(gauge.rows, label.row + 1);
+    }
+    return gauge;
+}
+
+const char* sideOfText(double x) {
+    if (x < EDGE) {
+        return "left";
+    }
+    return x > WHOLE - EDGE ? "right" : "middle";
+}
+
+} // namespace tesk5

@@ -1,0 +1,14 @@
+// The report for people: one page that needs nothing but itself.
+#pragma once
+
+#include "run/Runner.h"
+
+#include <string>
+
+namespace tesk5 {
+
+/// The page, in UTF-8 and in the language in force. It holds no script and loads nothing; whatever
+/// strangers named is shown as text, isolated in its reading direction.
+std::string htmlReportOf(const RunRecord& run);
+
+} // namespace tesk5

@@ -1,0 +1,171 @@
+#include "reports/ReportJson.h"
+
+#include <tesk5/ModuleInfo.h>
+
+#include "run/ModuleState.h"
+
+#include <mrl/Unicode.h>
+
+#include <cmath>
+#include <cstdio>
+
+namespace tesk5 {
+
+namespace {
+
+Json jsonOf(const Value& value) {
+    return value.type() == DataType::UINT32() ? Json(value.valueUint32())
+                                              : Json(value.valueString().utf8());
+}
+
+// Named things become the members of an object, in their order.
+template <typename Pairs, typename ToJson>
+Json objectOf(const Pairs& pairs, ToJson toJson) {
+    Json object = Json::object();
+    for (const auto& [name, value] : pairs) {
+        object[name.utf8()] = toJson(value);
+    }
+    return object;
+}
+
+} // namespace
+
+std::string reportTime(mrl::Clock::UtcTime time) {
+    using namespace std::chrono;
+    const auto milliseconds = floor<std::chrono::milliseconds>(time);
+    const auto day = floor<days>(milliseconds);
+    const year_month_day date(day);
+    const hh_mm_ss clock(milliseconds - day);
+    char buffer[64];
+    std::snprintf(
+        buffer, sizeof buffer, "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ", static_cast<int>(date.year()),
+        static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+        static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+        static_cast<int>(clock.seconds().count()), static_cast<int>(clock.subseconds().count()));
+    return buffer;
+}
+
+double roundedToMilliseconds(double seconds) {
+    return std::round(seconds * 1000) / 1000;
+}
+
+std::string indentedJson(const Json& json) {
+    constexpr int INDENT = 2;
+    mrl::CharString text;
+    for (const mrl::Char unit :
+         mrl::toUtf16(json.dump(INDENT, ' ', false, Json::error_handler_t::replace))) {
+        // Line ends are the layout's own: those of names are escaped by now.
+        if (unit == '\n' || !mrl::deceivesReaders(unit)) {
+            text += unit;
+            continue;
+        }
+        char escape[8];
+        std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(unit));
+        text.append(escape, escape + std::char_traits<char>::length(escape));
+    }
+    return mrl::toUtf8(text) + "\n";
+}
+
+Json jsonOf(const RaisedEvent& event) {
+    Json json;
+    json["key"] = event.key.utf8();
+    json["severity"] = severityName(event.severity);
+    json["text"] = event.text;
+    json["variables"] = objectOf(event.variables, [](const Value& value) { return jsonOf(value); });
+    json["file"] = event.file;
+    json["line"] = event.line;
+    json["time"] = reportTime(event.time);
+    return json;
+}
+
+Json jsonOf(const Measurement& measurement) {
+    Json json;
+    json["name"] = measurement.name.utf8();
+    json["value"] = measurement.value;
+    json["unit"] = measurement.unit.utf8();
+    json["lowest"] = measurement.lowest;
+    json["highest"] = measurement.highest;
+    json["limits"] = Json::array();
+    for (const Limit& limit : measurement.limits) {
+        json["limits"].push_back({{"name", limit.name.utf8()},
+                                  {"value", limit.value},
+                                  {"severity", severityName(limit.severity)}});
+    }
+    const Limit* broken = measurement.brokenLimit();
+    json["brokenLimit"] = broken == nullptr ? Json(nullptr) : Json(broken->name.utf8());
+    return json;
+}
+
+Json jsonOf(const Survey& survey) {
+    Json json;
+    json["name"] = survey.name.utf8();
+    json["unit"] = survey.unit.utf8();
+    json["lowest"] = survey.lowest;
+    json["highest"] = survey.highest;
+    json["entries"] = Json::array();
+    for (const Survey::Entry& entry : survey.entries) {
+        json["entries"].push_back(
+            {{"name", entry.name.utf8()}, {"value", entry.value}, {"measured", entry.measured}});
+    }
+    return json;
+}
+
+Json jsonOf(const Finding& finding) {
+    Json json;
+    json["key"] = finding.key.utf8();
+    json["good"] = finding.good;
+    json["text"] = finding.text();
+    json["variables"] =
+        objectOf(finding.variables, [](const Value& value) { return jsonOf(value); });
+    return json;
+}
+
+Json jsonOf(const DiagDevice& device) {
+    Json json;
+    json["name"] = device.name().utf8();
+    json["properties"] =
+        objectOf(device.properties(), [](const TeskString& text) { return Json(text.utf8()); });
+    return json;
+}
+
+Json jsonOf(const Outcome& outcome) {
+    Json json;
+    json["test"] = outcome.test->name().utf8();
+    json["device"] = jsonOf(*outcome.device);
+    json["result"] = outcome.result.name();
+    json["value"] = outcome.result.value();
+    if (!outcome.failure.empty()) {
+        json["failure"] = outcome.failure;
+    }
+    json["started"] = reportTime(outcome.time);
+    json["seconds"] = roundedToMilliseconds(outcome.seconds);
+    json["parameters"] = parametersJson(outcome.parameters);
+    json["events"] = listOf(outcome.events);
+    json["measurements"] = listOf(outcome.measurements);
+    json["surveys"] = listOf(outcome.surveys);
+    json["advice"] = listOf(outcome.advice);
+    return json;
+}
+
+Json jsonOf(const TestWithoutDevice& without) {
+    Json json;
+    json["test"] = without.test->name().utf8();
+    json["reasons"] = without.reasons;
+    json["advice"] = listOf(without.advice);
+    return json;
+}
+
+Json moduleJson() {
+    const ModuleState& module = ModuleState::instance();
+    Json json;
+    json["name"] = moduleInfo().name;
+    json["version"] = module.version();
+    json["build"] = module.build.utf8();
+    return json;
+}
+
+Json parametersJson(const std::vector<std::pair<TeskString, Value>>& parameters) {
+    return objectOf(parameters, [](const Value& value) { return jsonOf(value); });
+}
+
+} // namespace tesk5

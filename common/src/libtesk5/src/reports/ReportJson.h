@@ -1,0 +1,42 @@
+// The parts of a run in JSON, the same in reports and on the stream of events.
+#pragma once
+
+#include "run/Runner.h"
+#include "texts/JsonFile.h"
+
+#include <string>
+
+namespace tesk5 {
+
+/// `time` as reports write it: 2026-11-20T19:55:01.123Z, cut to milliseconds.
+std::string reportTime(mrl::Clock::UtcTime time);
+/// A duration as reports write it.
+double roundedToMilliseconds(double seconds);
+
+/// `json` in lines, indented for people. What a terminal or a reader could be deceived with stands
+/// in JSON's own notation (\u202e); the value is the same.
+std::string indentedJson(const Json& json);
+
+Json jsonOf(const RaisedEvent& event);
+Json jsonOf(const Measurement& measurement);
+Json jsonOf(const Survey& survey);
+Json jsonOf(const Finding& finding);
+Json jsonOf(const DiagDevice& device);
+Json jsonOf(const Outcome& outcome);
+Json jsonOf(const TestWithoutDevice& without);
+/// Name, version and build of the program.
+Json moduleJson();
+/// The parameters of a run with the values in force.
+Json parametersJson(const std::vector<std::pair<TeskString, Value>>& parameters);
+
+/// A list of what there is a jsonOf() for.
+template <typename Things>
+Json listOf(const Things& things) {
+    Json list = Json::array();
+    for (const auto& thing : things) {
+        list.push_back(jsonOf(thing));
+    }
+    return list;
+}
+
+} // namespace tesk5

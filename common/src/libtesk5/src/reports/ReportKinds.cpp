@@ -1,0 +1,15 @@
+#include "reports/ReportKinds.h"
+
+#include "reports/HtmlReport.h"
+#include "reports/JUnitReport.h"
+#include "reports/Report.h"
+
+namespace tesk5 {
+
+const std::vector<ReportKind>& reportKinds() {
+    static const std::vector<ReportKind> kinds = {
+        {"--json", &reportOf}, {"--junit", &junitReportOf}, {"--html", &htmlReportOf, true}};
+    return kinds;
+}
+
+} // namespace tesk5

@@ -1,0 +1,21 @@
+// The kinds of report that a run can leave behind.
+#pragma once
+
+#include "run/Runner.h"
+
+#include <string>
+#include <vector>
+
+namespace tesk5 {
+
+struct ReportKind {
+    const char* option = nullptr; ///< names the file on the command line
+    /// The report's whole text.
+    std::string (*text)(const RunRecord& run) = nullptr;
+    bool showsLog = false; ///< whether it wants RunRecord::log
+};
+
+/// Every kind, in the order of the help page.
+const std::vector<ReportKind>& reportKinds();
+
+} // namespace tesk5

@@ -1,0 +1,81 @@
+#include "reports/ReportWords.h"
+
+#include <tesk5/Texts.h>
+
+#include "texts/MeasurementText.h"
+
+#include <algorithm>
+
+namespace tesk5 {
+
+namespace {
+
+void append(std::vector<std::string>& lines, const std::vector<std::string>& more) {
+    lines.insert(lines.end(), more.begin(), more.end());
+}
+
+std::string measurementLine(const Measurement& measurement) {
+    constexpr std::size_t BAR_CELLS = 25;
+    const std::string comparison = comparisonText(measurement);
+    return measuredText(measurement) + " " + measurementBar(measurement, BAR_CELLS) +
+           (comparison.empty() ? comparison : " " + comparison);
+}
+
+std::vector<std::string> surveyLines(const Survey& survey) {
+    std::vector<std::string> lines = {textOf(survey.name).utf8() + ":"};
+    for (const Survey::Entry& entry : strongestFirst(survey)) {
+        lines.push_back("  " + std::to_string(entry.value) + " " + survey.unit.utf8() + "  " +
+                        entry.name.utf8() +
+                        (entry.measured ? "  (" + message("REPORT_MEASURED") + ")" : ""));
+    }
+    return lines;
+}
+
+} // namespace
+
+std::string resultInWords(const TestResult& result) {
+    return textOf(TeskString(std::string("REPORT_RESULT_") + result.name())).utf8();
+}
+
+std::vector<std::string> observationLines(const Outcome& outcome) {
+    std::vector<std::string> lines;
+    for (const Measurement& measurement : outcome.measurements) {
+        lines.push_back(measurementLine(measurement));
+    }
+    for (const Survey& survey : outcome.surveys) {
+        append(lines, surveyLines(survey));
+    }
+    append(lines, adviceLines(outcome.advice));
+    return lines;
+}
+
+Event::Variables unspokenVariables(const RaisedEvent& event) {
+    const std::string& pattern = textOf(event.key).utf8();
+    Event::Variables unspoken;
+    for (const auto& [name, value] : event.variables) {
+        if (pattern.find("{" + name.utf8() + "}") == std::string::npos) {
+            unspoken.emplace_back(name, value);
+        }
+    }
+    return unspoken;
+}
+
+std::vector<std::string> adviceLines(const Findings& advice) {
+    std::vector<std::string> lines;
+    for (const Finding& finding : advice) {
+        if (!finding.good) {
+            lines.push_back(finding.text());
+        }
+    }
+    return lines;
+}
+
+std::vector<Survey::Entry> strongestFirst(const Survey& survey) {
+    std::vector<Survey::Entry> entries = survey.entries;
+    std::stable_sort(
+        entries.begin(), entries.end(),
+        [](const Survey::Entry& a, const Survey::Entry& b) { return a.value > b.value; });
+    return entries;
+}
+
+} // namespace tesk5

@@ -1,0 +1,149 @@
+#include "run/Doctor.h"
+
+#include <tesk5/ModuleInfo.h>
+#include <tesk5/Texts.h>
+
+#include "console/Console.h"
+#include "texts/Enumeration.h"
+
+#include <algorithm>
+
+namespace tesk5 {
+
+namespace {
+
+// Whether `device` is what `test` is about, whatever its properties say.
+bool isOfKind(const Test& test, const DiagDevice& device) {
+    return device.capability().includes(test.capability());
+}
+
+bool anyOfKind(const Test& test, const DeviceList& devices) {
+    return std::any_of(devices.devices.begin(), devices.devices.end(),
+                       [&test](const DiagDevice& device) { return isOfKind(test, device); });
+}
+
+Finding noAdapterFor(const std::vector<std::string>& tests) {
+    return {"DOCTOR_NO_ADAPTER", false, {{"Tests", listed(tests)}}};
+}
+
+// The tests that have the same to say about one device.
+struct Opinion {
+    std::vector<std::string> reasons; // against the device; none when it suits
+    bool good = true;
+    std::vector<std::string> tests;
+};
+
+std::vector<Opinion> opinionsOn(const DiagDevice& device, const std::deque<Test>& tests,
+                                const DeviceList& devices,
+                                const std::optional<std::string>& filter) {
+    std::vector<Opinion> opinions;
+    for (const Test& test : tests) {
+        const std::vector<std::string> reasons = reasonsAgainst(test, device, filter);
+        // A device of another kind is no problem, nor is one too many.
+        const bool good = reasons.empty() || !isOfKind(test, device) ||
+                          !runsOf(test, devices.devices, filter).empty();
+        auto same = std::find_if(opinions.begin(), opinions.end(), [&](const Opinion& opinion) {
+            return opinion.reasons == reasons && opinion.good == good;
+        });
+        if (same == opinions.end()) {
+            same = opinions.insert(same, {reasons, good, {}});
+        }
+        same->tests.push_back(test.name().utf8());
+    }
+    return opinions;
+}
+
+Finding findingOf(const Opinion& opinion, const DiagDevice& device) {
+    Finding finding{"DOCTOR_DEVICE_SUITS",
+                    opinion.good,
+                    {{"Device", device.name()}, {"Tests", listed(opinion.tests)}}};
+    if (!opinion.reasons.empty()) {
+        finding.key = "DOCTOR_DEVICE_LEFT_OUT";
+        finding.variables.emplace_back("Reasons", phrasesListed(opinion.reasons));
+    }
+    return finding;
+}
+
+void addDevices(const std::deque<Test>& tests, const DeviceList& devices,
+                const std::optional<std::string>& filter, Findings& findings) {
+    std::vector<std::string> withoutAny;
+    for (const Test& test : tests) {
+        if (!anyOfKind(test, devices)) {
+            withoutAny.push_back(test.name().utf8());
+        }
+    }
+    if (!withoutAny.empty()) {
+        findings.push_back(noAdapterFor(withoutAny));
+    }
+    for (const DiagDevice& device : devices.devices) {
+        bool suits = false;
+        for (const Opinion& opinion : opinionsOn(device, tests, devices, filter)) {
+            findings.push_back(findingOf(opinion, device));
+            suits = suits || opinion.reasons.empty();
+        }
+        if (suits && moduleInfo().examine != nullptr) {
+            moduleInfo().examine(device, Patience::SECONDS, findings);
+        }
+    }
+}
+
+bool isGood(const Finding& finding) {
+    return finding.good;
+}
+
+} // namespace
+
+Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
+                   const std::optional<std::string>& filter) {
+    if (devices.failure) {
+        return {*devices.failure};
+    }
+    // Devices out of a file need the service as much as those that it lists.
+    Findings findings = {wirelessFailure().value_or(Finding{"DOCTOR_SERVICE_ANSWERS", true, {}})};
+    if (isGood(findings.front())) {
+        addDevices(tests, devices, filter, findings);
+    }
+    return findings;
+}
+
+Findings adviceFor(const Test& test, const DeviceList& devices) {
+    if (devices.failure) {
+        return {*devices.failure};
+    }
+    return anyOfKind(test, devices) ? Findings() : Findings{noAdapterFor({test.name().utf8()})};
+}
+
+Findings adviceFor(const Outcome& outcome) {
+    const bool withoutVerdict =
+        outcome.result == TestResult::CANNOTRUN() ||
+        (outcome.result == TestResult::FAIL() && outcome.measurements.empty());
+    if (!withoutVerdict) {
+        return {};
+    }
+    if (std::optional<Finding> failure = wirelessFailure()) {
+        return {std::move(*failure)};
+    }
+    Findings findings;
+    if (moduleInfo().examine != nullptr) {
+        moduleInfo().examine(*outcome.device, Patience::NONE, findings);
+    }
+    std::erase_if(findings, isGood);
+    return findings;
+}
+
+int showDiagnosis(const Findings& findings) {
+    for (const Finding& finding : findings) {
+        writeLine(mrl::cout,
+                  message(finding.good ? "DOCTOR_OK" : "DOCTOR_PROBLEM") + ": " + finding.text());
+    }
+    const auto problems =
+        findings.size() -
+        static_cast<std::size_t>(std::count_if(findings.begin(), findings.end(), isGood));
+    const int exitValue = problems == 0 ? 0 : TestResult::CANNOTRUN().value();
+    writeLine(mrl::cout, message(problems == 0 ? "DOCTOR_ALL_WELL" : "DOCTOR_PROBLEMS",
+                                 {{"Count", static_cast<mrl::Uint32>(problems)},
+                                  {"ExitValue", static_cast<mrl::Uint32>(exitValue)}}));
+    return exitValue;
+}
+
+} // namespace tesk5

@@ -1,0 +1,165 @@
+#include "run/Plan.h"
+
+#include <tesk5/Texts.h>
+
+#include "texts/BadInput.h"
+
+#include <mrl/Unicode.h>
+
+#include <algorithm>
+#include <map>
+
+namespace tesk5 {
+
+namespace {
+
+template <typename Named>
+std::vector<std::string> namesOf(const std::vector<const Named*>& objects) {
+    std::vector<std::string> names;
+    names.reserve(objects.size());
+    for (const Named* object : objects) {
+        names.push_back(object->name().utf8());
+    }
+    return names;
+}
+
+// Every parameter of the tests once, in their order.
+std::vector<const Parameter*> parametersOf(const std::vector<const Test*>& tests) {
+    std::vector<const Parameter*> parameters;
+    for (const Test* test : tests) {
+        for (const Parameter* parameter : test->parameters()) {
+            if (std::find(parameters.begin(), parameters.end(), parameter) == parameters.end()) {
+                parameters.push_back(parameter);
+            }
+        }
+    }
+    return parameters;
+}
+
+std::string textOf(const Setting& setting) {
+    return "--set " + setting.name.utf8() + "=" + setting.value.utf8();
+}
+
+void refuseUnknown(const Setting& setting, const std::vector<const Parameter*>& known) {
+    const std::vector<std::string> names = namesOf(known);
+    if (std::find(names.begin(), names.end(), setting.name.utf8()) != names.end()) {
+        return;
+    }
+    if (names.empty()) {
+        throw BadInput{message("INPUT_SETTING_WITHOUT_PARAMETERS", {{"Setting", textOf(setting)}})};
+    }
+    throw BadInput{aboutUnknown({"INPUT_UNKNOWN_PARAMETER", "INPUT_UNKNOWN_PARAMETER_NEAREST"},
+                                setting.name.utf8(), names, {{"Setting", textOf(setting)}})};
+}
+
+void apply(Parameter& parameter, const Setting& setting, int timesBefore) {
+    if (timesBefore > 0 && !parameter.multiValued()) {
+        throw BadInput{message("INPUT_PARAMETER_TWICE",
+                               {{"Setting", textOf(setting)}, {"Name", setting.name}})};
+    }
+    if (const auto reason = parameter.refuses(setting.value)) {
+        throw BadInput{
+            message("INPUT_SETTING_REFUSED", {{"Setting", textOf(setting)}, {"Reason", *reason}})};
+    }
+    parameter.set(setting.value);
+}
+
+mrl::CharString folded(mrl::CharView text) {
+    mrl::CharString result(text);
+    std::transform(result.begin(), result.end(), result.begin(), mrl::foldCase);
+    return result;
+}
+
+} // namespace
+
+std::vector<const Test*> chooseTests(const Registry& registry,
+                                     const std::vector<TeskString>& names) {
+    std::vector<const Test*> tests;
+    for (const Test& test : registry.tests) {
+        if (names.empty() && !test.interactive()) {
+            tests.push_back(&test);
+        }
+    }
+    if (names.empty() && tests.empty()) {
+        throw BadInput{registry.tests.empty() ? message("INPUT_NO_TEST")
+                                              : message("INPUT_NO_AUTOMATIC_TEST",
+                                                        {{"Test", registry.tests.front().name()}})};
+    }
+    for (const TeskString& name : names) {
+        const Test* test = registry.findTest(name);
+        if (test == nullptr) {
+            std::vector<std::string> known;
+            for (const Test& candidate : registry.tests) {
+                known.push_back(candidate.name().utf8());
+            }
+            throw BadInput{aboutUnknown({"INPUT_UNKNOWN_TEST", "INPUT_UNKNOWN_TEST_NEAREST"},
+                                        name.utf8(), known)};
+        }
+        if (std::find(tests.begin(), tests.end(), test) != tests.end()) {
+            throw BadInput{message("INPUT_TEST_TWICE", {{"Name", name}})};
+        }
+        tests.push_back(test);
+    }
+    return tests;
+}
+
+void applySettings(Registry& registry, const std::vector<Setting>& settings,
+                   const std::vector<const Test*>& tests) {
+    for (Parameter& parameter : registry.parameters) {
+        parameter.reset();
+    }
+    const std::vector<const Parameter*> wanted = parametersOf(tests);
+    std::map<TeskString, int> times;
+    for (const Setting& setting : settings) {
+        refuseUnknown(setting, wanted);
+        apply(*registry.findParameter(setting.name), setting, times[setting.name]++);
+    }
+}
+
+void demandValues(const std::vector<Setting>& settings, const std::vector<const Test*>& tests) {
+    for (const Parameter* parameter : parametersOf(tests)) {
+        const bool given =
+            std::any_of(settings.begin(), settings.end(), [parameter](const Setting& setting) {
+                return setting.name == parameter->name();
+            });
+        if (!parameter->optional() && !given) {
+            throw BadInput{message("INPUT_PARAMETER_WITHOUT_VALUE", {{"Name", parameter->name()}})};
+        }
+    }
+}
+
+bool answersTo(const DiagDevice& device, const std::string& text) {
+    const mrl::CharString wanted = folded(mrl::toUtf16(text));
+    const DeviceProperty systemName = device.property(DEVICE_SYSTEM_NAME);
+    for (const TeskString& candidate : {device.name(), systemName.value()}) {
+        if (folded(candidate.mrlString().view()).find(wanted) != mrl::CharString::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::vector<std::string> reasonsAgainst(const Test& test, const DiagDevice& device,
+                                        const std::optional<std::string>& filter) {
+    std::vector<std::string> reasons = test.reasonsAgainst(device);
+    if (filter && !answersTo(device, *filter)) {
+        reasons.push_back(message("LIST_NAMED_OTHERWISE", {{"Text", *filter}}));
+    }
+    return reasons;
+}
+
+std::vector<PlannedRun> runsOf(const Test& test, const std::vector<DiagDevice>& devices,
+                               const std::optional<std::string>& filter) {
+    std::vector<PlannedRun> runs;
+    for (const DiagDevice& device : devices) {
+        if (reasonsAgainst(test, device, filter).empty()) {
+            runs.push_back({&test, &device});
+            if (test.enumeratesOnlyOnce()) {
+                break;
+            }
+        }
+    }
+    return runs;
+}
+
+} // namespace tesk5

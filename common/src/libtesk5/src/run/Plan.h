@@ -1,0 +1,45 @@
+// Which tests are to run on which devices, with which parameters.
+#pragma once
+
+#include "commandline/CommandLine.h"
+#include "devices/DeviceList.h"
+
+#include <tesk5/Registry.h>
+
+#include <vector>
+
+namespace tesk5 {
+
+/// One call of a test function that is to be made.
+struct PlannedRun {
+    const Test* test;
+    const DiagDevice* device;
+};
+
+/// The tests of these names in this order; without names every test that is not interactive, in
+/// the order of registration.
+/// Failure: throws BadInput for a name that is unknown or given twice
+std::vector<const Test*> chooseTests(const Registry& registry,
+                                     const std::vector<TeskString>& names);
+
+/// Gives every parameter its value: the default, or what `settings` say.
+/// Failure: throws BadInput for a setting that no parameter of `tests` takes
+void applySettings(Registry& registry, const std::vector<Setting>& settings,
+                   const std::vector<const Test*>& tests);
+
+/// Failure: throws BadInput for a parameter of `tests` that needs a value and has none in
+/// `settings`
+void demandValues(const std::vector<Setting>& settings, const std::vector<const Test*>& tests);
+
+/// Whether `device` has `text` in its name or its system name, in any letter case.
+bool answersTo(const DiagDevice& device, const std::string& text);
+
+/// Every reason why `test` does not run on `device` when --device says `filter`; none when it does.
+std::vector<std::string> reasonsAgainst(const Test& test, const DiagDevice& device,
+                                        const std::optional<std::string>& filter);
+
+/// The runs of `test` in the order of the devices; only the first for a test that enumerates once.
+std::vector<PlannedRun> runsOf(const Test& test, const std::vector<DiagDevice>& devices,
+                               const std::optional<std::string>& filter);
+
+} // namespace tesk5

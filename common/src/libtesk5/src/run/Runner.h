@@ -1,0 +1,71 @@
+// Calls the test functions of a plan, one after another.
+#pragma once
+
+#include "run/LogKeeper.h"
+#include "run/Plan.h"
+
+#include <tesk5/Finding.h>
+#include <tesk5/TestRecorder.h>
+
+#include <mrl/Clock.h>
+
+#include <exception>
+
+namespace tesk5 {
+
+class RunListener;
+
+/// How one run of a test on a device went.
+struct Outcome {
+    const Test* test;
+    const DiagDevice* device;
+    TestResult result;
+    bool started; ///< false for a run that a stop request forestalled
+    mrl::Clock::UtcTime time;
+    double seconds;
+    std::vector<std::pair<TeskString, Value>> parameters;
+    std::vector<RaisedEvent> events;
+    std::vector<Measurement> measurements;
+    std::vector<Survey> surveys;
+    Findings advice;     ///< what may stand behind a missing verdict
+    std::string failure; ///< the text of the exception behind an INTERNALERROR
+};
+
+/// A test that was to run and found no device.
+struct TestWithoutDevice {
+    const Test* test;
+    std::vector<std::string> reasons; ///< a line for each device
+    Findings advice;
+};
+
+/// A whole run.
+struct RunRecord {
+    mrl::Clock::UtcTime started;
+    mrl::Clock::UtcTime ended;
+    std::vector<Outcome> outcomes;
+    std::vector<TestWithoutDevice> withoutDevice;
+    std::size_t leftOut = 0; ///< runs that requestAbort() forestalled
+    int exitValue = 0;
+    KeptLog log; ///< empty unless a report shows it
+};
+
+/// Thrown for an exception, other than a TeskException, that left a test function: it is to go on
+/// to whoever started the run, and no failure of the framework is to be taken for it.
+struct LeftByException {
+    std::exception_ptr cause;
+};
+
+/// Every parameter of `test` with the value in force.
+std::vector<std::pair<TeskString, Value>> parametersInForce(const Test& test);
+
+/// Runs `runs` in order. A TeskException makes the result INTERNALERROR. requestAbort() ends the
+/// run after the function in which it was called. After a stop request no further function starts;
+/// what is left counts as USERABORTED.
+/// Failure: throws LeftByException
+std::vector<Outcome> runAll(const std::vector<PlannedRun>& runs, RunListener& listener,
+                            std::size_t& leftOut);
+
+/// The value that stands for a run: that of the worst result, 0 when all are good.
+int exitValueOf(const std::vector<TestResult>& results);
+
+} // namespace tesk5

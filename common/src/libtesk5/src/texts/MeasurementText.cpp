@@ -1,0 +1,66 @@
+#include "texts/MeasurementText.h"
+
+#include <tesk5/Texts.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tesk5 {
+
+namespace {
+
+// A comparison in one language's words, by what the limit means.
+struct LimitWords {
+    Severity severity;
+    const char* kept;
+    const char* broken;
+};
+constexpr LimitWords limitWords[] = {
+    {Severity::warning, "MEASUREMENT_ABOVE_WARNING", "MEASUREMENT_AT_WARNING"},
+    {Severity::error, "MEASUREMENT_ABOVE_FAILING", "MEASUREMENT_AT_FAILING"},
+};
+
+std::string limitText(const Limit& limit, const TeskString& unit, const char* LimitWords::*words) {
+    const auto* const found =
+        std::find_if(std::begin(limitWords), std::end(limitWords),
+                     [&limit](const auto& row) { return row.severity == limit.severity; });
+    return message(found->*words, {{"Limit", limit.value}, {"Unit", unit}});
+}
+
+} // namespace
+
+std::string measuredText(const Measurement& measurement) {
+    return message("MEASUREMENT", {{"Name", textOf(measurement.name)},
+                                   {"Value", measurement.value},
+                                   {"Unit", measurement.unit}});
+}
+
+std::string comparisonText(const Measurement& measurement) {
+    if (const Limit* broken = measurement.brokenLimit()) {
+        return limitText(*broken, measurement.unit, &LimitWords::broken);
+    }
+    // The nearest limit says it all: what is above it is above the others too.
+    const auto nearest =
+        std::max_element(measurement.limits.begin(), measurement.limits.end(),
+                         [](const Limit& a, const Limit& b) { return a.value < b.value; });
+    return nearest == measurement.limits.end()
+               ? std::string()
+               : limitText(*nearest, measurement.unit, &LimitWords::kept);
+}
+
+std::string measurementBar(const Measurement& measurement, std::size_t cells) {
+    const auto share = [&measurement](mrl::Uint32 value) {
+        return shareOfScale(value, measurement.lowest, measurement.highest);
+    };
+    const double length = static_cast<double>(cells);
+    const auto filled = static_cast<std::size_t>(std::lround(share(measurement.value) * length));
+    std::string bar(filled, '#');
+    bar.resize(cells, '.');
+    for (const Limit& limit : measurement.limits) {
+        const auto place = static_cast<std::size_t>(share(limit.value) * length);
+        bar[std::min(place, cells - 1)] = '|';
+    }
+    return "[" + bar + "]";
+}
+
+} // namespace tesk5
