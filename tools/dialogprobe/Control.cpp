@@ -5,7 +5,7 @@
 #include <commctrl.h>
 #include <stdexcept>
 
-using nlohmann::json;
+using mrl::Json;
 
 namespace dialogprobe {
 
@@ -13,8 +13,8 @@ namespace {
 
 constexpr UINT ANSWER_LIMIT_MS = 30000;
 
-json entriesOf(const Control& combo) {
-    json entries = json::array();
+Json entriesOf(const Control& combo) {
+    Json entries = Json::array();
     const LRESULT count = combo.send(CB_GETCOUNT);
     for (LRESULT index = 0; index < count; ++index) {
         const auto entry = static_cast<WPARAM>(index);
@@ -60,10 +60,10 @@ std::wstring Control::text() const {
     return text;
 }
 
-json Control::description() const {
+Json Control::description() const {
     RECT place{};
     GetWindowRect(m_window, &place);
-    json told = {{"id", id()},
+    Json told = {{"id", id()},
                  {"class", mrl::toUtf8(className())},
                  {"text", mrl::toUtf8(text())},
                  {"visible", IsWindowVisible(m_window) != FALSE},

@@ -1,7 +1,7 @@
 // A window of another process: what it shows, and what a person does to it.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <mrl/Json.h>
 
 #include <windows.h>
 
@@ -28,7 +28,7 @@ public:
     std::wstring text() const;
     /// Id, class, text, state, style and place on the screen; a combo box with its entries and its
     /// selection, a progress bar with its position and its range.
-    nlohmann::json description() const;
+    mrl::Json description() const;
     /// The window of its thread that has the keyboard, or null.
     HWND focus() const;
 

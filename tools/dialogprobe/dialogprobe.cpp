@@ -5,7 +5,7 @@
 
 #include <mrl/Unicode.h>
 
-#include <nlohmann/json.hpp>
+#include <mrl/Json.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -20,7 +20,7 @@
 #include <vector>
 
 using dialogprobe::Control;
-using nlohmann::json;
+using mrl::Json;
 
 namespace {
 
@@ -111,8 +111,8 @@ private:
     };
     static const std::map<std::string, Command>& commands();
 
-    static void answer(const json& line) {
-        std::cout << line.dump(-1, ' ', false, json::error_handler_t::replace) << "\n";
+    static void answer(const Json& line) {
+        std::cout << line.dump(-1, ' ', false, Json::error_handler_t::replace) << "\n";
     }
 
     HWND dialog();
@@ -252,7 +252,7 @@ void Probe::objects(const Arguments& /*arguments*/) {
 }
 
 void tell(const std::runtime_error& error) {
-    std::cout << json{{"error", error.what()}}.dump() << "\n";
+    std::cout << Json{{"error", error.what()}}.dump() << "\n";
 }
 
 void obeyInput(Probe& probe) {

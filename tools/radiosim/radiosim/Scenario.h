@@ -199,7 +199,7 @@ struct Scenario {
     /// Failure: ScenarioError
     static Scenario fromJson(std::string_view text);
 
-    /// The same from a file.
+    /// The same from a file of at most 16 MiB.
     /// Failure: ScenarioError, without a place when the file cannot be read
     static Scenario fromFile(const std::filesystem::path& file);
 

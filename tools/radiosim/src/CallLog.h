@@ -3,7 +3,7 @@
 
 #include <radiosim/Engine.h>
 
-#include <nlohmann/json.hpp>
+#include <mrl/Json.h>
 
 #include <functional>
 #include <mutex>
@@ -13,7 +13,7 @@
 
 namespace radiosim {
 
-using Json = nlohmann::ordered_json;
+using mrl::Json;
 
 /// Compact, in ASCII where the text allows; ill-formed UTF-8 is mended.
 std::string compact(const Json& value);

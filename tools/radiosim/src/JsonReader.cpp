@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <set>
 
 namespace radiosim {
 
@@ -10,24 +9,6 @@ namespace {
 
 std::string inQuotes(std::string_view text) {
     return '"' + std::string(text) + '"';
-}
-
-// The library's message without its own name and place: "... column 5: syntax error ..." ends so.
-std::string reasonOf(const nlohmann::json::parse_error& error) {
-    const std::string message = error.what();
-    const std::size_t column = message.find("column ");
-    const std::size_t colon = message.find(": ", column == std::string::npos ? 0 : column);
-    return colon == std::string::npos ? message : message.substr(colon + 2);
-}
-
-std::string placeOf(std::string_view text, std::size_t byte) {
-    // The library counts the byte that it stumbled over; the one past the end is possible.
-    const std::string_view before = text.substr(0, std::min(byte == 0 ? 0 : byte - 1, text.size()));
-    const auto lines = std::count(before.begin(), before.end(), '\n');
-    const std::size_t lineStart = before.rfind('\n');
-    const std::size_t column =
-        lineStart == std::string_view::npos ? before.size() : before.size() - lineStart - 1;
-    return "line " + std::to_string(lines + 1) + ", column " + std::to_string(column + 1);
 }
 
 int hexDigit(char digit) {
@@ -57,36 +38,23 @@ ScenarioError::ScenarioError(std::string place, std::string reason)
     : std::runtime_error(place.empty() ? reason : place + ": " + reason), m_place(std::move(place)),
       m_reason(std::move(reason)) {}
 
-JsonReader::Value JsonReader::parse(std::string_view text) {
-    // Of two keys with one name the library silently keeps the last; in a scenario that is an
-    // access point that quietly is not what the writer sees.
-    std::vector<std::set<std::string>> keys;
-    std::string twice;
-    const auto watch = [&](int /*depth*/, Value::parse_event_t event, const Value& parsed) {
-        if (event == Value::parse_event_t::object_start) {
-            keys.emplace_back();
-        } else if (event == Value::parse_event_t::object_end) {
-            keys.pop_back();
-        } else if (event == Value::parse_event_t::key) {
-            const auto key = parsed.get<std::string>();
-            if (!keys.back().insert(key).second && twice.empty()) {
-                twice = key;
-            }
-        }
-        return true;
-    };
-    Value value;
+mrl::Json JsonReader::parse(std::string_view text) {
     try {
-        value = Value::parse(text, watch);
-    } catch (const Value::parse_error& error) {
-        throw ScenarioError(placeOf(text, error.byte), reasonOf(error));
-    } catch (const Value::exception& error) {
-        throw ScenarioError("/", error.what()); // a number that no type can hold
+        return mrl::parseJson(text);
+    } catch (const mrl::JsonFailure& failure) {
+        switch (failure.reason) {
+        case mrl::JsonFailure::Reason::syntax:
+            throw ScenarioError("line " + std::to_string(failure.line) + ", column " +
+                                    std::to_string(failure.column),
+                                failure.detail);
+        case mrl::JsonFailure::Reason::memberTwice:
+            throw ScenarioError("/", "the key " + inQuotes(failure.detail) +
+                                         " stands twice in one object");
+        case mrl::JsonFailure::Reason::number:
+            break;
+        }
+        throw ScenarioError("/", failure.detail);
     }
-    if (!twice.empty()) {
-        throw ScenarioError("/", "the key " + inQuotes(twice) + " stands twice in one object");
-    }
-    return value;
 }
 
 void JsonReader::refuse(const std::string& reason) const {

@@ -1,9 +1,9 @@
-// Reads a JSON value with a knowledge of where it stands, so that every refusal can say so.
+// Reads the values of a scenario; every refusal names the path of the value.
 #pragma once
 
 #include <radiosim/Scenario.h>
 
-#include <nlohmann/json.hpp>
+#include <mrl/Json.h>
 
 #include <cstdint>
 #include <initializer_list>
@@ -26,13 +26,14 @@ using Words = std::vector<Word>;
 /// ScenarioError that names the path.
 class JsonReader {
 public:
-    using Value = nlohmann::json;
+    /// The value of `text`.
+    /// Failure: throws ScenarioError: malformed text with its line and column, a key that stands
+    /// twice in one object with its name
+    static mrl::Json parse(std::string_view text);
 
-    /// Parses `text`; malformed text is refused with its line and column, a key that stands twice
-    /// in one object with its name. The result owns the value.
-    static Value parse(std::string_view text);
-
-    JsonReader(const Value& value, std::string path) : m_value(value), m_path(std::move(path)) {}
+    /// \param value must outlive the reader
+    JsonReader(const mrl::Json& value, std::string path)
+        : m_value(value), m_path(std::move(path)) {}
 
     [[noreturn]] void refuse(const std::string& reason) const;
 
@@ -68,7 +69,7 @@ public:
     }
 
 private:
-    const Value& m_value;
+    const mrl::Json& m_value;
     std::string m_path;
 };
 

@@ -7,9 +7,9 @@
 
 #include <nativewifi/Guid.h>
 
+#include <mrl/Files.h>
 #include <mrl/Unicode.h>
 
-#include <fstream>
 #include <limits>
 #include <utility>
 
@@ -43,6 +43,7 @@ constexpr std::size_t NAME_LENGTH = 255;
 constexpr std::size_t MAC_LENGTH = 6;
 constexpr std::size_t MAX_PHYS = 64;
 constexpr std::int64_t MAX_BLOCK = 0x1000000;
+constexpr std::size_t LARGEST_FILE = 0x1000000;
 
 std::string readText(const JsonReader& reader) {
     return reader.text();
@@ -372,7 +373,7 @@ void refuseSameGuids(const JsonReader& interfaces, const std::vector<Interface>&
 } // namespace
 
 Scenario Scenario::fromJson(std::string_view text) {
-    const JsonReader::Value value = JsonReader::parse(text);
+    const mrl::Json value = JsonReader::parse(text);
     const JsonReader reader(value, "");
     reader.expectKeys({"description", "interfaces", "faults", "notifications", "serviceVersion"});
     if (reader.has("description")) {
@@ -391,17 +392,11 @@ Scenario Scenario::fromJson(std::string_view text) {
 }
 
 Scenario Scenario::fromFile(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::string text;
-    char part[4096];
-    // Not through iterators: those throw where a folder opens like a file.
-    while (stream.read(part, sizeof part) || stream.gcount() > 0) {
-        text.append(part, static_cast<std::size_t>(stream.gcount()));
-    }
-    if (!stream.eof()) {
+    try {
+        return fromJson(mrl::readWholeFile(file, LARGEST_FILE));
+    } catch (const mrl::FileFailure&) {
         throw ScenarioError("", "the file cannot be read");
     }
-    return fromJson(text);
 }
 
 Scenario Scenario::builtIn() {

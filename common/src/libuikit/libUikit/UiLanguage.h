@@ -20,7 +20,7 @@ void setUiLanguage(LANGID language);
 LANGID languageOf(const wchar_t* tag);
 
 /// Whether `language` is written from right to left, so that layouts are mirrored.
-/// Platform: GetLocaleInfoW with LOCALE_IREADINGLAYOUT
+/// Platform: LCIDToLocaleName
 bool isRightToLeft(LANGID language);
 
 } // namespace libUikit

@@ -1,13 +1,13 @@
 #include <libUikit/UiLanguage.h>
 
+#include <mrl/Languages.h>
+#include <mrl/Unicode.h>
+
 #include <atomic>
 
 namespace libUikit {
 
 namespace {
-
-// Values of LOCALE_IREADINGLAYOUT: 0 left to right, 1 right to left, 2 and 3 vertical.
-constexpr DWORD RIGHT_TO_LEFT = 1;
 
 std::atomic<LANGID> g_language = 0; // 0: the user's
 
@@ -31,12 +31,11 @@ LANGID languageOf(const wchar_t* tag) {
 }
 
 bool isRightToLeft(LANGID language) {
-    DWORD layout = 0;
+    wchar_t tag[LOCALE_NAME_MAX_LENGTH] = L"";
     // 0 with ERROR_INVALID_PARAMETER for a language that the system does not know
-    const int length = GetLocaleInfoW(
-        MAKELCID(language, SORT_DEFAULT), LOCALE_IREADINGLAYOUT | LOCALE_RETURN_NUMBER,
-        reinterpret_cast<LPWSTR>(&layout), sizeof layout / sizeof(WCHAR));
-    return length != 0 && layout == RIGHT_TO_LEFT;
+    LCIDToLocaleName(MAKELCID(language, SORT_DEFAULT), tag, LOCALE_NAME_MAX_LENGTH,
+                     LOCALE_ALLOW_NEUTRAL_NAMES);
+    return mrl::isRightToLeft(mrl::toUtf8(tag));
 }
 
 } // namespace libUikit

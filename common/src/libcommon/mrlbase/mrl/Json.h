@@ -1,0 +1,43 @@
+// JSON from files and texts that come from outside. The one place that parses JSON.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <cstddef>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace mrl {
+
+/// A JSON value whose members keep their order.
+using Json = nlohmann::ordered_json;
+
+/// Why a text was refused. what() is the whole refusal in English, for logs.
+class JsonFailure : public std::runtime_error {
+public:
+    enum class Reason {
+        syntax,      ///< at `line` and `column`; `detail` is the parser's description
+        memberTwice, ///< `detail` is the name that one object has twice
+        number       ///< too large for any type; `detail` is the parser's description
+    };
+
+    JsonFailure(Reason why, std::string about, std::size_t inLine = 0, std::size_t inColumn = 0);
+
+    Reason reason;
+    std::string detail;
+    std::size_t line;   ///< from 1; 0 unless the syntax is wrong
+    std::size_t column; ///< in bytes, from 1; 0 unless the syntax is wrong
+};
+
+/// The value of a JSON text in UTF-8. Any thread.
+/// Failure: throws JsonFailure
+Json parseJson(std::string_view text);
+
+/// The value of a JSON file.
+/// \param limit the largest size in bytes that the file may have
+/// Failure: throws JsonFailure, and FileFailure as readWholeFile() does
+Json readJsonFile(const std::filesystem::path& path, std::size_t limit);
+
+} // namespace mrl
