@@ -198,19 +198,19 @@ void checkReports(const Twins& twins) {
 
 // Tells a listener the whole run.
 void tell(tesk5::RunListener& listener, const tesk5::RunRecord& run) {
-    listener.runStarts(run, run.outcomes.size());
+    listener.onRunStart(run, run.outcomes.size());
     for (const tesk5::Outcome& outcome : run.outcomes) {
         const tesk5::PlannedRun planned{outcome.test, outcome.device};
-        listener.starts(planned);
-        listener.progresses({"PLAIN", outcome.events[0].text, 3.5});
-        listener.raised(outcome.events[0]);
-        listener.measured(outcome.measurements[0]);
-        listener.surveyed(outcome.surveys[0]);
-        listener.ended(outcome);
-        listener.broken(planned, outcome.failure);
+        listener.onTestStart(planned);
+        listener.onProgress({"PLAIN", outcome.events[0].text, 3.5});
+        listener.onEvent(outcome.events[0]);
+        listener.onMeasurement(outcome.measurements[0]);
+        listener.onSurvey(outcome.surveys[0]);
+        listener.onTestEnd(outcome);
+        listener.onTestBroken(planned, outcome.failure);
     }
-    listener.stopping();
-    listener.runEnded(run);
+    listener.onStopRequest();
+    listener.onRunEnd(run);
 }
 
 std::string consoleOf(const tesk5::RunRecord& run) {

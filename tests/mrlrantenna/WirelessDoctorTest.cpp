@@ -12,8 +12,8 @@ namespace {
 
 using radiosim::AccessPoint;
 using radiosim::Phy;
+using tesk5::ExaminationDepth;
 using tesk5::Findings;
-using tesk5::Patience;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -35,9 +35,9 @@ protected:
 
     // What it says of `device`: "ok: ..." or "problem: ...".
     static std::vector<std::string> sayingsOn(const tesk5::DiagDevice& device,
-                                              Patience patience = Patience::NONE) {
+                                              ExaminationDepth depth = ExaminationDepth::QUICK) {
         Findings findings;
-        examineWirelessDevice(device, patience, findings);
+        examineWirelessDevice(device, depth, findings);
         std::vector<std::string> lines;
         for (const tesk5::Finding& finding : findings) {
             std::string text = finding.text();
@@ -49,8 +49,8 @@ protected:
         }
         return lines;
     }
-    static std::vector<std::string> sayings(Patience patience = Patience::NONE) {
-        return sayingsOn(device(), patience);
+    static std::vector<std::string> sayings(ExaminationDepth depth = ExaminationDepth::QUICK) {
+        return sayingsOn(device(), depth);
     }
     // The last finding when the parameter "SSID" is `wanted`.
     static std::string sayingOnName(const char* wanted) {
@@ -82,20 +82,21 @@ TEST_F(WirelessDoctor, SaysThatRadioAndNetworksAreThere) {
 
 TEST_F(WirelessDoctor, WaitsForAScanOfItsOwnWhenItMay) {
     startRadio({{.ssid = "Lab", .visible = radiosim::Visible::AFTER_SCAN}});
-    EXPECT_THAT(sayings(Patience::SECONDS), Contains("ok: Card: visible networks with a name: 1."));
+    EXPECT_THAT(sayings(ExaminationDepth::THOROUGH),
+                Contains("ok: Card: visible networks with a name: 1."));
     EXPECT_THAT(clock().sleeps(), ElementsAre(4000));
     EXPECT_EQ(radio().callCount("WlanScan"), 1U);
 }
 
 TEST_F(WirelessDoctor, NeitherScansNorWaitsAfterARun) {
-    sayings(Patience::NONE);
+    sayings(ExaminationDepth::QUICK);
     EXPECT_THAT(clock().sleeps(), IsEmpty());
     EXPECT_EQ(radio().callCount("WlanScan"), 0U);
 }
 
 TEST_F(WirelessDoctor, GoesOnWithoutAScanThatFails) {
     startRadioWith({.function = "WlanScan", .code = ERROR_BUSY});
-    EXPECT_EQ(sayings(Patience::SECONDS).front(), "ok: Card: the radio is on.");
+    EXPECT_EQ(sayings(ExaminationDepth::THOROUGH).front(), "ok: Card: the radio is on.");
     EXPECT_THAT(clock().sleeps(), IsEmpty());
     EXPECT_EQ(radio().callCount("WlanGetAvailableNetworkList"), 1U);
 }
@@ -145,7 +146,7 @@ TEST_F(WirelessDoctor, NamesTheLocationSettingOnceWhenWindowsDeniesTheScanToo) {
     scenario.faults = {{.function = "WlanScan", .code = ERROR_ACCESS_DENIED},
                        {.function = "WlanGetAvailableNetworkList", .code = ERROR_ACCESS_DENIED}};
     startRadio(std::move(scenario));
-    const std::vector<std::string> lines = sayings(Patience::SECONDS);
+    const std::vector<std::string> lines = sayings(ExaminationDepth::THOROUGH);
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_THAT(lines.back(), testing::HasSubstr("(WlanScan: error 5). In Settings > Privacy"));
     EXPECT_THAT(clock().sleeps(), IsEmpty());

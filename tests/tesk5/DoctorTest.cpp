@@ -9,9 +9,9 @@ namespace {
 using radiosim::Scenario;
 using tesk5::DiagDevice;
 using tesk5::DiagModule;
+using tesk5::ExaminationDepth;
 using tesk5::Findings;
 using tesk5::Measurement;
-using tesk5::Patience;
 using tesk5::TestResult;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -30,10 +30,10 @@ struct Doctor : FrameworkTest {
     }
     // The module's half: writes down what it is asked, and says what `findings` has.
     void examineSaying(Findings findings) {
-        setExamination([this, findings = std::move(findings)](const DiagDevice& device,
-                                                              Patience patience, Findings& all) {
+        setExamination([this, findings = std::move(findings)](
+                           const DiagDevice& device, ExaminationDepth depth, Findings& all) {
             examined.push_back(device.name().utf8() +
-                               (patience == Patience::NONE ? " at once" : " with patience"));
+                               (depth == ExaminationDepth::QUICK ? " quickly" : " thoroughly"));
             all.insert(all.end(), findings.begin(), findings.end());
         });
     }
@@ -162,7 +162,7 @@ TEST_F(Doctor, LetsTheModuleExamineEachDeviceThatSuitsATest) {
     examineSaying({{"WEAK", false, {{"Name", "a\x1b[2J"}, {"Strength", mrl::Uint32(7)}}},
                    {"PLAIN", true, {}}});
     EXPECT_EQ(start({"doctor"}), CANNOTRUN);
-    EXPECT_THAT(examined, ElementsAre("Card with patience"));
+    EXPECT_THAT(examined, ElementsAre("Card thoroughly"));
     EXPECT_THAT(output(), HasSubstr("ok: Card can be tested by A.\n"
                                     "problem: The signal of a\\x1B[2J is 7 %.\n"
                                     "ok: Something happened.\n"
@@ -190,7 +190,7 @@ TEST_F(Doctor, GivesAdviceUnderARunThatCouldNotRun) {
                         "  CANNOTRUN after 0.0 s\n"
                         "  possible cause: Something happened.\n"
                         "Runs: 1 (1 CANNOTRUN); exit value 3\n");
-    EXPECT_THAT(examined, ElementsAre("Card 1 at once"));
+    EXPECT_THAT(examined, ElementsAre("Card 1 quickly"));
 }
 
 TEST_F(Doctor, GivesAdviceUnderAFailureThatMeasuredNothing) {

@@ -266,7 +266,7 @@ TEST_F(EventStreams, AreAskedForByASwitchWithoutAValue) {
 TEST(EventStreamStops, AreTold) {
     const VirtualClock clock;
     const CapturedStream captured(mrl::cout);
-    tesk5::EventStream(mrl::cout).stopping();
+    tesk5::EventStream(mrl::cout).onStopRequest();
     EXPECT_EQ(captured.text(),
               "{\"type\":\"stopping\",\"sequence\":1,\"time\":\"2026-11-20T19:55:01.123Z\"}\n");
 }
@@ -278,7 +278,7 @@ TEST(EventStreamThreads, WriteWholeLinesInTheOrderOfTheirNumbers) {
     constexpr int TIMES = 200;
     std::thread other([&stream] {
         for (int i = 0; i < TIMES; ++i) {
-            stream.stopping();
+            stream.onStopRequest();
         }
     });
     for (int i = 0; i < TIMES; ++i) {

@@ -12,11 +12,13 @@
 
 namespace {
 
-std::function<void(const tesk5::DiagDevice&, tesk5::Patience, tesk5::Findings&)> g_examination;
+std::function<void(const tesk5::DiagDevice&, tesk5::ExaminationDepth, tesk5::Findings&)>
+    g_examination;
 
-void examine(const tesk5::DiagDevice& device, tesk5::Patience patience, tesk5::Findings& findings) {
+void examine(const tesk5::DiagDevice& device, tesk5::ExaminationDepth depth,
+             tesk5::Findings& findings) {
     if (g_examination) {
-        g_examination(device, patience, findings);
+        g_examination(device, depth, findings);
     }
 }
 
@@ -103,7 +105,7 @@ radiosim::Engine& FrameworkTest::startRadio(radiosim::Scenario scenario) {
 }
 
 void FrameworkTest::setExamination(
-    std::function<void(const tesk5::DiagDevice&, tesk5::Patience, tesk5::Findings&)> what) {
+    std::function<void(const tesk5::DiagDevice&, tesk5::ExaminationDepth, tesk5::Findings&)> what) {
     g_examination = std::move(what);
 }
 

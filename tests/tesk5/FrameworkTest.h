@@ -52,7 +52,8 @@ protected:
 
     /// What the module has to say about a device; nothing unless told.
     static void setExamination(
-        std::function<void(const tesk5::DiagDevice&, tesk5::Patience, tesk5::Findings&)> what);
+        std::function<void(const tesk5::DiagDevice&, tesk5::ExaminationDepth, tesk5::Findings&)>
+            what);
 
     /// Runs the module with these arguments, on devices "Card 1", "Card 2", ... unless told others.
     int start(std::vector<std::string> arguments);

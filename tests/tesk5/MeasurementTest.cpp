@@ -84,14 +84,14 @@ TEST_F(Measurements, AreRecordedWithSurveysInTheOrderInWhichTheyCome) {
 TEST_F(Measurements, AndEverythingElseReachTheObserverAsItHappens) {
     struct Observer final : tesk5::TestObserver {
         std::vector<std::string> seen;
-        void raised(const tesk5::RaisedEvent& event) override { seen.push_back(event.text); }
-        void measured(const Measurement& measurement) override {
+        void onEvent(const tesk5::RaisedEvent& event) override { seen.push_back(event.text); }
+        void onMeasurement(const Measurement& measurement) override {
             seen.push_back("measured " + std::to_string(measurement.value));
         }
-        void surveyed(const Survey& survey) override {
+        void onSurvey(const Survey& survey) override {
             seen.push_back("saw " + std::to_string(survey.entries.size()));
         }
-        void progresses(const tesk5::Progress& progress) override {
+        void onProgress(const tesk5::Progress& progress) override {
             seen.push_back(progress.text + (progress.longestSeconds ? " with" : " without") +
                            " an end");
         }

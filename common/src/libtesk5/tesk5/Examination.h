@@ -1,4 +1,4 @@
-// A module's own look at what its tests need, for the command doctor and for runs without a
+// A module's own check of what its tests need, for the command doctor and for runs without a
 // verdict.
 #pragma once
 
@@ -7,18 +7,18 @@
 
 namespace tesk5 {
 
-/// How long an examination may take.
-enum class Patience {
-    NONE,    ///< no waiting: a person waits for the end of a run
-    SECONDS, ///< some seconds, as for a scan of its own
+/// How far an examination goes.
+enum class ExaminationDepth {
+    QUICK,    ///< without waiting
+    THOROUGH, ///< may wait for some seconds, for a scan for instance
 };
 
-/// Adds what there is to say about `device`, one that suits a test, to `findings`; parameters have
-/// the values that the person gave. Is asked by the command doctor, and, without patience, after
-/// each run that ended with CANNOTRUN or with a FAIL that measured nothing: there only what is not
-/// good is shown. Runs on the thread of the tests, outside of any test; events that it raises are
-/// dropped.
-/// Failure: whatever keeps it from looking is a finding; an exception ends the program
-using Examination = void (*)(const DiagDevice& device, Patience patience, Findings& findings);
+/// Adds to `findings` what keeps `device`, one that suits a test, from being tested, and what is as
+/// it should be; parameters have the values that were given. The framework calls it thoroughly for
+/// the command doctor, and quickly after each run that ended with CANNOTRUN or with a FAIL that
+/// measured nothing: the findings that are not good are then shown.
+/// Failure: a call that fails becomes a finding; an exception ends the program
+/// Threads: the tests' thread, outside any test; events that it raises are dropped
+using Examination = void (*)(const DiagDevice& device, ExaminationDepth depth, Findings& findings);
 
 } // namespace tesk5

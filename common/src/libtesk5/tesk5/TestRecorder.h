@@ -39,10 +39,10 @@ public:
     TestObserver& operator=(const TestObserver&) = delete;
     virtual ~TestObserver();
 
-    virtual void raised(const RaisedEvent& event);
-    virtual void measured(const Measurement& measurement);
-    virtual void surveyed(const Survey& survey);
-    virtual void progresses(const Progress& progress);
+    virtual void onEvent(const RaisedEvent& event);
+    virtual void onMeasurement(const Measurement& measurement);
+    virtual void onSurvey(const Survey& survey);
+    virtual void onProgress(const Progress& progress);
 };
 
 /// Collects what a test tells while the recorder lives; an outer recorder gets nothing meanwhile.

@@ -137,8 +137,8 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
         }
     }
     record.started = mrl::Clock::current().utcNow();
-    listener.runStarts(record, plan.size());
-    const InterruptWatch interrupts([&listener] { listener.stopping(); });
+    listener.onRunStart(record, plan.size());
+    const InterruptWatch interrupts([&listener] { listener.onStopRequest(); });
     record.outcomes = runAll(plan, listener, record.leftOut);
     record.ended = mrl::Clock::current().utcNow();
     std::vector<TestResult> results(record.withoutDevice.size(), TestResult::CANNOTRUN());
@@ -167,17 +167,17 @@ void writeReports(const std::vector<RequestedReport>& requested,
 
 // Where standard output is the stream of events, only the console's words of what went wrong are
 // left of it: they go to standard error.
-class Troubles final : public RunListener {
+class FailureOutput final : public RunListener {
 public:
-    explicit Troubles(Console& console) : m_console(console) {}
+    explicit FailureOutput(Console& console) : m_console(console) {}
 
-    void runStarts(const RunRecord& record, std::size_t planned) override {
-        m_console.runStarts(record, planned);
+    void onRunStart(const RunRecord& record, std::size_t planned) override {
+        m_console.onRunStart(record, planned);
     }
-    void broken(const PlannedRun& run, const std::string& reason) override {
-        m_console.broken(run, reason);
+    void onTestBroken(const PlannedRun& run, const std::string& reason) override {
+        m_console.onTestBroken(run, reason);
     }
-    void stopping() override { m_console.stopping(); }
+    void onStopRequest() override { m_console.onStopRequest(); }
 
 private:
     Console& m_console;
@@ -207,11 +207,11 @@ int run(const CommandLine& given) {
     }
     const DeviceList devices = devicesFor(line);
     Console console(styleFor(line));
-    Troubles troubles(console);
+    FailureOutput failures(console);
     EventStream events(mrl::cout);
     RunListeners listeners;
     if (line.events) {
-        listeners.add(troubles);
+        listeners.add(failures);
         listeners.add(events);
     } else {
         listeners.add(console);
@@ -226,7 +226,7 @@ int run(const CommandLine& given) {
         record.log = log->log();
     }
     writeReports(line.reports, reports, record);
-    listeners.runEnded(record);
+    listeners.onRunEnd(record);
     return record.exitValue;
 }
 

@@ -129,7 +129,7 @@ void writeAdvice(mrl::OutputStream& stream, const Findings& advice) {
     }
 }
 
-void Console::runStarts(const RunRecord& record, std::size_t /*planned*/) {
+void Console::onRunStart(const RunRecord& record, std::size_t /*planned*/) {
     for (const TestWithoutDevice& without : record.withoutDevice) {
         writeLine(mrl::cerr,
                   programPrefix() + message(without.reasons.empty() ? "CONSOLE_NO_DEVICE_AT_ALL"
@@ -146,7 +146,7 @@ void Console::writeHead(const PlannedRun& run) {
     writeLine(mrl::cout, runText("CONSOLE_RUN", run));
 }
 
-void Console::starts(const PlannedRun& run) {
+void Console::onTestStart(const PlannedRun& run) {
     if (!m_quiet) {
         writeHead(run);
     }
@@ -157,7 +157,7 @@ void Console::starts(const PlannedRun& run) {
     }
 }
 
-void Console::progresses(const Progress& progress) {
+void Console::onProgress(const Progress& progress) {
     m_liveLine.tell(progress.text, progress.longestSeconds);
 }
 
@@ -166,7 +166,7 @@ void Console::endLiveLine() {
     m_liveLine.end();
 }
 
-void Console::ended(const Outcome& outcome) {
+void Console::onTestEnd(const Outcome& outcome) {
     endLiveLine();
     if (m_quiet && outcome.result.good()) {
         return;
@@ -184,13 +184,13 @@ void Console::ended(const Outcome& outcome) {
     writeAdvice(mrl::cout, outcome.advice);
 }
 
-void Console::broken(const PlannedRun& run, const std::string& reason) {
+void Console::onTestBroken(const PlannedRun& run, const std::string& reason) {
     endLiveLine();
     writeLine(mrl::cerr, programPrefix() + runText("CONSOLE_BROKEN", run) +
                              (reason.empty() ? std::string() : ": " + reason));
 }
 
-void Console::runEnded(const RunRecord& record) {
+void Console::onRunEnd(const RunRecord& record) {
     if (m_quiet) {
         return;
     }
@@ -213,7 +213,7 @@ void Console::runEnded(const RunRecord& record) {
     writeLine(mrl::cout, joined(parts, message("CONSOLE_SEPARATOR").c_str()));
 }
 
-void Console::stopping() {
+void Console::onStopRequest() {
     m_liveLine.yieldTo([] { writeLine(mrl::cerr, programPrefix() + message("CONSOLE_STOPPING")); });
 }
 

@@ -31,13 +31,13 @@ class Console final : public RunListener {
 public:
     explicit Console(ConsoleStyle style);
 
-    void runStarts(const RunRecord& record, std::size_t planned) override;
-    void starts(const PlannedRun& run) override;
-    void progresses(const Progress& progress) override;
-    void ended(const Outcome& outcome) override;
-    void broken(const PlannedRun& run, const std::string& reason) override;
-    void stopping() override;
-    void runEnded(const RunRecord& record) override;
+    void onRunStart(const RunRecord& record, std::size_t planned) override;
+    void onTestStart(const PlannedRun& run) override;
+    void onProgress(const Progress& progress) override;
+    void onTestEnd(const Outcome& outcome) override;
+    void onTestBroken(const PlannedRun& run, const std::string& reason) override;
+    void onStopRequest() override;
+    void onRunEnd(const RunRecord& record) override;
 
 private:
     static void writeHead(const PlannedRun& run);

@@ -30,7 +30,7 @@ void EventStream::writeOfRun(const char* type, const Json& members) {
     write(type, numbered);
 }
 
-void EventStream::runStarts(const RunRecord& record, std::size_t planned) {
+void EventStream::onRunStart(const RunRecord& record, std::size_t planned) {
     Json members;
     members["protocol"] = PROTOCOL;
     members["module"] = moduleJson();
@@ -39,7 +39,7 @@ void EventStream::runStarts(const RunRecord& record, std::size_t planned) {
     write("runStarted", members);
 }
 
-void EventStream::starts(const PlannedRun& run) {
+void EventStream::onTestStart(const PlannedRun& run) {
     ++m_run;
     Json members;
     members["test"] = run.test->name().utf8();
@@ -49,19 +49,19 @@ void EventStream::starts(const PlannedRun& run) {
     writeOfRun("testStarted", members);
 }
 
-void EventStream::raised(const RaisedEvent& event) {
+void EventStream::onEvent(const RaisedEvent& event) {
     writeOfRun("event", {{"event", jsonOf(event)}});
 }
 
-void EventStream::measured(const Measurement& measurement) {
+void EventStream::onMeasurement(const Measurement& measurement) {
     writeOfRun("measurement", {{"measurement", jsonOf(measurement)}});
 }
 
-void EventStream::surveyed(const Survey& survey) {
+void EventStream::onSurvey(const Survey& survey) {
     writeOfRun("survey", {{"survey", jsonOf(survey)}});
 }
 
-void EventStream::progresses(const Progress& progress) {
+void EventStream::onProgress(const Progress& progress) {
     Json members;
     members["key"] = progress.key.utf8();
     members["text"] = progress.text;
@@ -70,7 +70,7 @@ void EventStream::progresses(const Progress& progress) {
     writeOfRun("progress", members);
 }
 
-void EventStream::ended(const Outcome& outcome) {
+void EventStream::onTestEnd(const Outcome& outcome) {
     if (!outcome.started) {
         ++m_run;
     }
@@ -81,15 +81,15 @@ void EventStream::ended(const Outcome& outcome) {
     writeOfRun("testEnded", members);
 }
 
-void EventStream::broken(const PlannedRun& /*run*/, const std::string& reason) {
+void EventStream::onTestBroken(const PlannedRun& /*run*/, const std::string& reason) {
     writeOfRun("broken", {{"reason", reason}});
 }
 
-void EventStream::stopping() {
+void EventStream::onStopRequest() {
     write("stopping", Json::object());
 }
 
-void EventStream::runEnded(const RunRecord& record) {
+void EventStream::onRunEnd(const RunRecord& record) {
     Json members;
     members["exit"] = record.exitValue;
     members["started"] = reportTime(record.started);

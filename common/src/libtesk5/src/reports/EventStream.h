@@ -18,16 +18,16 @@ class EventStream final : public RunListener {
 public:
     explicit EventStream(mrl::OutputStream& stream) : m_stream(stream) {}
 
-    void runStarts(const RunRecord& record, std::size_t planned) override;
-    void starts(const PlannedRun& run) override;
-    void raised(const RaisedEvent& event) override;
-    void measured(const Measurement& measurement) override;
-    void surveyed(const Survey& survey) override;
-    void progresses(const Progress& progress) override;
-    void ended(const Outcome& outcome) override;
-    void broken(const PlannedRun& run, const std::string& reason) override;
-    void stopping() override;
-    void runEnded(const RunRecord& record) override;
+    void onRunStart(const RunRecord& record, std::size_t planned) override;
+    void onTestStart(const PlannedRun& run) override;
+    void onEvent(const RaisedEvent& event) override;
+    void onMeasurement(const Measurement& measurement) override;
+    void onSurvey(const Survey& survey) override;
+    void onProgress(const Progress& progress) override;
+    void onTestEnd(const Outcome& outcome) override;
+    void onTestBroken(const PlannedRun& run, const std::string& reason) override;
+    void onStopRequest() override;
+    void onRunEnd(const RunRecord& record) override;
 
 private:
     void write(const char* type, const Json& members);

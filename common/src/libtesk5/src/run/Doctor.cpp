@@ -82,7 +82,7 @@ void addDevices(const std::deque<Test>& tests, const DeviceList& devices,
             suits = suits || opinion.reasons.empty();
         }
         if (suits && moduleInfo().examine != nullptr) {
-            moduleInfo().examine(device, Patience::SECONDS, findings);
+            moduleInfo().examine(device, ExaminationDepth::THOROUGH, findings);
         }
     }
 }
@@ -125,7 +125,7 @@ Findings adviceFor(const Outcome& outcome) {
     }
     Findings findings;
     if (moduleInfo().examine != nullptr) {
-        moduleInfo().examine(*outcome.device, Patience::NONE, findings);
+        moduleInfo().examine(*outcome.device, ExaminationDepth::QUICK, findings);
     }
     std::erase_if(findings, isGood);
     return findings;

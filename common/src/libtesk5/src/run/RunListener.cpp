@@ -2,70 +2,70 @@
 
 namespace tesk5 {
 
-void RunListener::runStarts(const RunRecord& /*record*/, std::size_t /*planned*/) {}
-void RunListener::starts(const PlannedRun& /*run*/) {}
-void RunListener::ended(const Outcome& /*outcome*/) {}
-void RunListener::broken(const PlannedRun& /*run*/, const std::string& /*reason*/) {}
-void RunListener::stopping() {}
-void RunListener::runEnded(const RunRecord& /*record*/) {}
+void RunListener::onRunStart(const RunRecord& /*record*/, std::size_t /*planned*/) {}
+void RunListener::onTestStart(const PlannedRun& /*run*/) {}
+void RunListener::onTestEnd(const Outcome& /*outcome*/) {}
+void RunListener::onTestBroken(const PlannedRun& /*run*/, const std::string& /*reason*/) {}
+void RunListener::onStopRequest() {}
+void RunListener::onRunEnd(const RunRecord& /*record*/) {}
 
-void RunListeners::runStarts(const RunRecord& record, std::size_t planned) {
+void RunListeners::onRunStart(const RunRecord& record, std::size_t planned) {
     for (RunListener* listener : m_listeners) {
-        listener->runStarts(record, planned);
+        listener->onRunStart(record, planned);
     }
 }
 
-void RunListeners::starts(const PlannedRun& run) {
+void RunListeners::onTestStart(const PlannedRun& run) {
     for (RunListener* listener : m_listeners) {
-        listener->starts(run);
+        listener->onTestStart(run);
     }
 }
 
-void RunListeners::raised(const RaisedEvent& event) {
+void RunListeners::onEvent(const RaisedEvent& event) {
     for (RunListener* listener : m_listeners) {
-        listener->raised(event);
+        listener->onEvent(event);
     }
 }
 
-void RunListeners::measured(const Measurement& measurement) {
+void RunListeners::onMeasurement(const Measurement& measurement) {
     for (RunListener* listener : m_listeners) {
-        listener->measured(measurement);
+        listener->onMeasurement(measurement);
     }
 }
 
-void RunListeners::surveyed(const Survey& survey) {
+void RunListeners::onSurvey(const Survey& survey) {
     for (RunListener* listener : m_listeners) {
-        listener->surveyed(survey);
+        listener->onSurvey(survey);
     }
 }
 
-void RunListeners::progresses(const Progress& progress) {
+void RunListeners::onProgress(const Progress& progress) {
     for (RunListener* listener : m_listeners) {
-        listener->progresses(progress);
+        listener->onProgress(progress);
     }
 }
 
-void RunListeners::ended(const Outcome& outcome) {
+void RunListeners::onTestEnd(const Outcome& outcome) {
     for (RunListener* listener : m_listeners) {
-        listener->ended(outcome);
+        listener->onTestEnd(outcome);
     }
 }
 
-void RunListeners::broken(const PlannedRun& run, const std::string& reason) {
+void RunListeners::onTestBroken(const PlannedRun& run, const std::string& reason) {
     for (RunListener* listener : m_listeners) {
-        listener->broken(run, reason);
+        listener->onTestBroken(run, reason);
     }
 }
 
-void RunListeners::stopping() {
+void RunListeners::onStopRequest() {
     for (RunListener* listener : m_listeners) {
-        listener->stopping();
+        listener->onStopRequest();
     }
 }
 
-void RunListeners::runEnded(const RunRecord& record) {
+void RunListeners::onRunEnd(const RunRecord& record) {
     for (RunListener* listener : m_listeners) {
-        listener->runEnded(record);
+        listener->onRunEnd(record);
     }
 }
 

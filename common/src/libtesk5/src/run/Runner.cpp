@@ -78,7 +78,7 @@ std::string reasonInFlight() {
 
 Outcome executeAndTell(const PlannedRun& run, RunListener& listener) {
     log(PROGRESS, described(run) + " starts");
-    listener.starts(run);
+    listener.onTestStart(run);
     try {
         Outcome outcome = execute(run, listener);
         log(PROGRESS, described(run) + " ends with " + outcome.result.name());
@@ -86,7 +86,7 @@ Outcome executeAndTell(const PlannedRun& run, RunListener& listener) {
     } catch (...) {
         const std::string reason = reasonInFlight();
         log(TROUBLE, described(run) + " is left by an exception " + reason);
-        listener.broken(run, reason);
+        listener.onTestBroken(run, reason);
         throw LeftByException{std::current_exception()};
     }
 }
@@ -116,7 +116,7 @@ std::vector<Outcome> runAll(const std::vector<PlannedRun>& runs, RunListener& li
             outcomes.push_back(executeAndTell(run, listener));
             outcomes.back().advice = adviceFor(outcomes.back());
         }
-        listener.ended(outcomes.back());
+        listener.onTestEnd(outcomes.back());
     }
     return outcomes;
 }

@@ -7,10 +7,10 @@ TestRecorder* g_innermost = nullptr;
 } // namespace
 
 TestObserver::~TestObserver() = default;
-void TestObserver::raised(const RaisedEvent& /*event*/) {}
-void TestObserver::measured(const Measurement& /*measurement*/) {}
-void TestObserver::surveyed(const Survey& /*survey*/) {}
-void TestObserver::progresses(const Progress& /*progress*/) {}
+void TestObserver::onEvent(const RaisedEvent& /*event*/) {}
+void TestObserver::onMeasurement(const Measurement& /*measurement*/) {}
+void TestObserver::onSurvey(const Survey& /*survey*/) {}
+void TestObserver::onProgress(const Progress& /*progress*/) {}
 
 template <typename What>
 void TestRecorder::keep(std::vector<What> TestRecorder::*list, What what,
@@ -32,20 +32,20 @@ TestRecorder::~TestRecorder() {
 }
 
 void TestRecorder::record(RaisedEvent event) {
-    keep(&TestRecorder::m_events, std::move(event), &TestObserver::raised);
+    keep(&TestRecorder::m_events, std::move(event), &TestObserver::onEvent);
 }
 
 void TestRecorder::record(Measurement measurement) {
-    keep(&TestRecorder::m_measurements, std::move(measurement), &TestObserver::measured);
+    keep(&TestRecorder::m_measurements, std::move(measurement), &TestObserver::onMeasurement);
 }
 
 void TestRecorder::record(Survey survey) {
-    keep(&TestRecorder::m_surveys, std::move(survey), &TestObserver::surveyed);
+    keep(&TestRecorder::m_surveys, std::move(survey), &TestObserver::onSurvey);
 }
 
 void TestRecorder::record(const Progress& progress) {
     if (g_innermost != nullptr && g_innermost->m_observer != nullptr) {
-        g_innermost->m_observer->progresses(progress);
+        g_innermost->m_observer->onProgress(progress);
     }
 }
 

@@ -117,11 +117,11 @@ public:
     Examination(const tesk5::DiagDevice& device, Findings& findings)
         : m_device(device), m_findings(findings) {}
 
-    void run(tesk5::Patience patience) {
+    void run(tesk5::ExaminationDepth depth) {
         if (!open() || !findInterface() || !radioIsOn()) {
             return;
         }
-        if (patience == tesk5::Patience::SECONDS) {
+        if (depth == tesk5::ExaminationDepth::THOROUGH) {
             scan();
         }
         lookAtNetworks();
@@ -271,9 +271,9 @@ private:
 
 } // namespace
 
-void examineWirelessDevice(const tesk5::DiagDevice& device, tesk5::Patience patience,
+void examineWirelessDevice(const tesk5::DiagDevice& device, tesk5::ExaminationDepth depth,
                            Findings& findings) {
-    Examination(device, findings).run(patience);
+    Examination(device, findings).run(depth);
 }
 
 Finding findingOnName(const TeskString& device, const String& wanted,

@@ -14,13 +14,13 @@
 /// "SSID" has a value, for that name as the verification test looks for it. What keeps the wireless
 /// service itself from answering is left to the framework.
 ///
-/// With patience it has the adapter scan first, and blocks for 4 s, the longest that a driver may
+/// A thorough one has the adapter scan first, and blocks for 4 s, the longest that a driver may
 /// take for a scan.
 /// Failure: what goes wrong is a finding
 /// Threads: the caller's
 /// Platform: WlanOpenHandle, WlanEnumInterfaces, WlanQueryInterface, WlanScan,
 /// WlanGetAvailableNetworkList, WlanFreeMemory, WlanCloseHandle
-void examineWirelessDevice(const tesk5::DiagDevice& device, tesk5::Patience patience,
+void examineWirelessDevice(const tesk5::DiagDevice& device, tesk5::ExaminationDepth depth,
                            tesk5::Findings& findings);
 
 /// What keeps the verification test from finding `wanted` (as the parameter gives it) in a list of
