@@ -46,7 +46,7 @@ void CALLBACK ignore(WLAN_NOTIFICATION_DATA*, void*) {}
 struct Wifi : nativewifi::WlanFunctions {
     Wifi() {
         const HMODULE library = load(L"wlanapi.dll");
-#define FIND(result, name, arguments) name = find<result WINAPI arguments>(library, #name);
+#define FIND(result, name, arguments, errors) name = find<result WINAPI arguments>(library, #name);
         NATIVEWIFI_WLAN_FUNCTIONS(FIND)
 #undef FIND
     }

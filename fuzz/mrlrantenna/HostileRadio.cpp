@@ -225,7 +225,7 @@ HostileRadio::HostileRadio(Input& input) : m_input(input), m_log(0) {
     g_radio = this;
     m_interface = *nativewifi::parseGuid(mrl::toUtf16(INTERFACE));
     static_cast<nativewifi::RpcFunctions&>(m_table) = nativewifi::platformRpcFunctions();
-#define HOSTILE_FUNCTION(result, name, arguments) m_table.name = &Functions::name;
+#define HOSTILE_FUNCTION(result, name, arguments, errors) m_table.name = &Functions::name;
     NATIVEWIFI_WLAN_FUNCTIONS(HOSTILE_FUNCTION)
 #undef HOSTILE_FUNCTION
     m_scope = std::make_unique<nativewifi::ScopedApi>(m_table);

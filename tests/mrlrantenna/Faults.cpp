@@ -1,5 +1,7 @@
 #include "Faults.h"
 
+#include <nativewifi/Api.h>
+
 #include <algorithm>
 #include <iostream>
 #include <iterator>
@@ -8,26 +10,16 @@ namespace test {
 
 namespace {
 
-// By their numbers: the headers of the two builds do not name the same ones.
-constexpr std::uint32_t ACCESS_DENIED = 5;
-constexpr std::uint32_t INVALID_HANDLE = 6;
-constexpr std::uint32_t NO_MEMORY = 8;
-constexpr std::uint32_t GENERAL_FAILURE = 31;
-constexpr std::uint32_t NOT_SUPPORTED = 50;
-constexpr std::uint32_t INVALID_PARAMETER = 87;
-constexpr std::uint32_t BUSY = 170;
-constexpr std::uint32_t SERVICE_NOT_ACTIVE = 1062;
-constexpr std::uint32_t NOT_FOUND = 1168;
-constexpr std::uint32_t SESSION_LIMIT = 1220;
-constexpr std::uint32_t INVALID_UUID_TEXT = 1705;
-constexpr std::uint32_t INVALID_STATE = 5023;
-constexpr std::uint32_t RADIO_IS_OFF = 0x80342002;
+// A stopped service; of the RPC runtime: server unavailable, server too busy, call failed, no such
+// endpoint.
+constexpr std::uint32_t SERVICE_ERRORS[] = {ERROR_SERVICE_NOT_ACTIVE, 1722, 1723, 1726, 1753};
 
-// Server unavailable, server too busy, call failed, no such endpoint.
-constexpr std::uint32_t RPC_ERRORS[] = {1722, 1723, 1726, 1753};
-
-std::vector<std::uint32_t> andRpcErrors(std::vector<std::uint32_t> codes) {
-    codes.insert(codes.end(), std::begin(RPC_ERRORS), std::end(RPC_ERRORS));
+std::vector<std::uint32_t> andServiceErrors(std::vector<std::uint32_t> codes) {
+    for (const std::uint32_t code : SERVICE_ERRORS) {
+        if (std::find(codes.begin(), codes.end(), code) == codes.end()) {
+            codes.push_back(code);
+        }
+    }
     return codes;
 }
 
@@ -57,27 +49,14 @@ const CombinationCount& g_registeredBeforeTheTestsRun = combinations();
 } // namespace
 
 const std::vector<FunctionErrors>& documentedErrors() {
-    static const std::vector<FunctionErrors> all = {
-        {"WlanOpenHandle", andRpcErrors({INVALID_PARAMETER, NO_MEMORY, SESSION_LIMIT})},
-        {"WlanCloseHandle", andRpcErrors({INVALID_PARAMETER, INVALID_HANDLE})},
-        {"WlanEnumInterfaces", andRpcErrors({INVALID_PARAMETER, INVALID_HANDLE, NO_MEMORY})},
-        {"WlanQueryInterface", andRpcErrors({ACCESS_DENIED, INVALID_HANDLE, INVALID_PARAMETER,
-                                             INVALID_STATE, NO_MEMORY})},
-        {"WlanSetInterface", andRpcErrors({ACCESS_DENIED, GENERAL_FAILURE, INVALID_HANDLE,
-                                           INVALID_PARAMETER, INVALID_STATE})},
-        {"WlanRegisterNotification", andRpcErrors({INVALID_PARAMETER, INVALID_HANDLE, NO_MEMORY})},
-        {"WlanGetAvailableNetworkList",
-         andRpcErrors({INVALID_PARAMETER, INVALID_HANDLE, RADIO_IS_OFF, NO_MEMORY})},
-        {"WlanReasonCodeToString", andRpcErrors({INVALID_PARAMETER})},
-        {"WlanFreeMemory", {}},
-        {"WlanScan", andRpcErrors({INVALID_PARAMETER, INVALID_HANDLE, NO_MEMORY, BUSY})},
-        {"WlanGetNetworkBssList",
-         andRpcErrors({INVALID_HANDLE, INVALID_PARAMETER, NO_MEMORY, NOT_SUPPORTED,
-                       SERVICE_NOT_ACTIVE, NOT_FOUND, RADIO_IS_OFF})},
-        {"UuidFromStringW", {INVALID_UUID_TEXT}},
-        {"UuidToStringW", {14}}, // RPC_S_OUT_OF_MEMORY
-        {"RpcStringFreeW", {}},
-    };
+#define NATIVEWIFI_ERROR(code, meaning) static_cast<std::uint32_t>(code),
+#define TEST_ROW(result, name, arguments, errors) {#name, {errors}},
+#define TEST_SERVICE_ROW(result, name, arguments, errors) {#name, andServiceErrors({errors})},
+    static const std::vector<FunctionErrors> all = {NATIVEWIFI_WLAN_FUNCTIONS(TEST_SERVICE_ROW)
+                                                        NATIVEWIFI_RPC_FUNCTIONS(TEST_ROW)};
+#undef TEST_SERVICE_ROW
+#undef TEST_ROW
+#undef NATIVEWIFI_ERROR
     return all;
 }
 
@@ -101,17 +80,17 @@ std::string Place::name() const {
 
 std::string querySentence(std::uint32_t code) {
     switch (code) {
-    case INVALID_PARAMETER:
+    case ERROR_INVALID_PARAMETER:
         return "# Client Handle is NULL or invalid, Interface Guid is NULL, Reserved is not NULL, "
                "pointer of pointer to Data is NULL, or Data Size is NULL.";
-    case INVALID_HANDLE:
+    case ERROR_INVALID_HANDLE:
         return "# The handle to Client Handle was not found in the handle table.";
-    case INVALID_STATE:
+    case ERROR_INVALID_STATE:
         return "# The Op Code is set to wlan_intf_opcode_current_connection and the client is not "
                "currently connected to a network";
-    case NO_MEMORY:
+    case ERROR_NOT_ENOUGH_MEMORY:
         return "# Failed to allocate memory for the query results.";
-    case ACCESS_DENIED:
+    case ERROR_ACCESS_DENIED:
         return "# The user does not have sufficient permissions to query the parameters";
     default:
         return "# Unknown error code";
@@ -121,22 +100,22 @@ std::string querySentence(std::uint32_t code) {
 ListFailure listFailure(std::uint32_t code) {
     constexpr const char* SOURCE = "modules/src/windows/diag/mrlrantenna/WirelessDevice.cpp:";
     switch (code) {
-    case INVALID_PARAMETER:
+    case ERROR_INVALID_PARAMETER:
         return {{"1172 The win32 call of WlanGetAvailableNetworkList returned an error related to "
                  "Client Handle is NULL or invalid, Interface Guid is NULL, Reserved is not NULL, "
                  "Available Network List is NULL, or the dwFlags parameter value is not set to one "
                  "of the valid values"},
                 {}};
-    case INVALID_HANDLE:
+    case ERROR_INVALID_HANDLE:
         return {{"1180 The win32 call of WlanGetAvailableNetworkList returned an error related to "
                  "client handle where the client handle was not found in the handle table."},
                 {}};
-    case RADIO_IS_OFF:
+    case ERROR_NDIS_DOT11_POWER_STATE_INVALID:
         return {{"1188 The win32 call of WlanGetAvailableNetworkList returned an error related to "
                  "the radio being turned off. The radio for the interface is turned off. There are "
                  "no available networks when the radio is off."},
                 {std::string("error ERROR_NDIS_DOT11_POWER_STATE_INVALID ") + SOURCE + "1189"}};
-    case NO_MEMORY:
+    case ERROR_NOT_ENOUGH_MEMORY:
         return {{"1195 The win32 call of WlanGetAvailableNetworkList returned an error related to "
                  "memory allocation. Failed to allocate memory for the query results."},
                 {std::string("error ERROR_NOT_ENOUGH_MEMORY ") + SOURCE + "1196"}};

@@ -1,5 +1,5 @@
-// What each platform function may answer instead of success, as its public documentation names it,
-// and some codes that it does not name: the material of the generated fault tables.
+// What each platform function may answer instead of success, documented or not: the material of the
+// generated fault tables.
 #pragma once
 
 #include <radiosim/Engine.h>
@@ -19,12 +19,13 @@ struct FunctionErrors {
     std::vector<std::uint32_t> codes; ///< empty: the documentation names none
 };
 
-/// One row a function of nativewifi::Api. Where the documentation says "an RPC error", the four
-/// that a stopped, busy or restarted service gives stand for all.
+/// One row a function of nativewifi::Api, from its own list. A client function has the errors of a
+/// stopped, busy or restarted service too.
 const std::vector<FunctionErrors>& documentedErrors();
 
-/// Codes that no function's documentation names; the ends of the range among them.
-inline constexpr std::uint32_t UNDOCUMENTED_ERRORS[] = {1, 259, 0x7FFFFFFF, 0x80070005, 0xFFFFFFFF};
+/// Codes that no function's documentation names; ERROR_BUSY and the ends of the range among them.
+inline constexpr std::uint32_t UNDOCUMENTED_ERRORS[] = {1,          170,        259,
+                                                        0x7FFFFFFF, 0x80070005, 0xFFFFFFFF};
 
 /// All codes to try at `function`; none for one that returns nothing.
 std::vector<std::uint32_t> errorsOf(const std::string& function);

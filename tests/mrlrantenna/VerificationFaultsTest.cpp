@@ -285,18 +285,6 @@ TEST_F(VerificationFaults, StrikeEveryCallOfARun) {
     }
 }
 
-// As many rows as the table of functions has, in its order.
-TEST(DocumentedErrors, HaveARowForEachFunctionThatIsCalled) {
-    std::vector<std::string> names;
-    for (const test::FunctionErrors& each : test::documentedErrors()) {
-        names.emplace_back(each.function);
-    }
-#define TEST_NAME(result, name, arguments) #name,
-    EXPECT_EQ(names, (std::vector<std::string>{NATIVEWIFI_WLAN_FUNCTIONS(TEST_NAME)
-                                                   NATIVEWIFI_RPC_FUNCTIONS(TEST_NAME)}));
-#undef TEST_NAME
-}
-
 struct Combination {
     const Row* row;
     std::uint32_t code;

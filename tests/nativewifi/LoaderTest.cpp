@@ -10,7 +10,7 @@ namespace {
 
 TEST(Table, HasNoNullPointer) {
     const Api& table = api();
-#define EXPECT_THERE(result, name, arguments) EXPECT_NE(table.name, nullptr) << #name;
+#define EXPECT_THERE(result, name, arguments, errors) EXPECT_NE(table.name, nullptr) << #name;
     NATIVEWIFI_WLAN_FUNCTIONS(EXPECT_THERE)
     NATIVEWIFI_RPC_FUNCTIONS(EXPECT_THERE)
 #undef EXPECT_THERE
@@ -94,7 +94,7 @@ TEST(SystemLibrary, IsCalledThroughTheTable) {
         GTEST_FAIL() << "the simulator's wlanapi.dll must stand in the system directory";
     }
     const HMODULE module = GetModuleHandleW(L"Wlanapi.dll");
-#define EXPECT_FOUND(result, name, arguments)                                                      \
+#define EXPECT_FOUND(result, name, arguments, errors)                                              \
     EXPECT_EQ(reinterpret_cast<void*>(api().name),                                                 \
               reinterpret_cast<void*>(GetProcAddress(module, #name)));
     NATIVEWIFI_WLAN_FUNCTIONS(EXPECT_FOUND)

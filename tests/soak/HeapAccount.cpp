@@ -77,7 +77,7 @@ struct OnAccount<member, Result (WINAPI* Table::*)(Arguments...)> {
 nativewifi::Api tableOnAccount() {
     service() = &nativewifi::api();
     nativewifi::Api table{};
-#define TEST_ON_ACCOUNT(result, name, arguments)                                                   \
+#define TEST_ON_ACCOUNT(result, name, arguments, errors)                                           \
     table.name = &OnAccount<&nativewifi::Api::name>::call;
     NATIVEWIFI_WLAN_FUNCTIONS(TEST_ON_ACCOUNT)
     NATIVEWIFI_RPC_FUNCTIONS(TEST_ON_ACCOUNT)

@@ -10,7 +10,7 @@ namespace radiosim {
 
 namespace {
 
-#define RADIOSIM_NAME(result, name, arguments) #name,
+#define RADIOSIM_NAME(result, name, arguments, errors) #name,
 constexpr std::string_view functionNames[] = {NATIVEWIFI_WLAN_FUNCTIONS(RADIOSIM_NAME)
                                                   NATIVEWIFI_RPC_FUNCTIONS(RADIOSIM_NAME)};
 #undef RADIOSIM_NAME

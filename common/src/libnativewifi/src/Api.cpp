@@ -4,49 +4,34 @@
 #include "Loader.h"
 
 #include <atomic>
+#include <type_traits>
 
 namespace nativewifi {
 
 namespace {
 
-// Stands for a function that the system does not have: returns why. One instance a function, so
-// that each can have a reason of its own.
-template <int function, typename Signature>
+// Stands for a function that the system does not have.
+template <typename Pointer>
 struct Missing;
-
-template <int function, typename... Arguments>
-struct Missing<function, DWORD(WINAPI*)(Arguments...)> {
-    static inline DWORD error = ERROR_PROC_NOT_FOUND;
-    static DWORD WINAPI call(Arguments...) { return error; }
-};
-
-template <int function, typename... Arguments>
-struct Missing<function, void(WINAPI*)(Arguments...)> {
-    static inline DWORD error = ERROR_PROC_NOT_FOUND;
-    static void WINAPI call(Arguments...) {}
-};
-
-enum FunctionIndex : int {
-#define NATIVEWIFI_INDEX(result, name, arguments) index_##name,
-    NATIVEWIFI_WLAN_FUNCTIONS(NATIVEWIFI_INDEX)
-#undef NATIVEWIFI_INDEX
-};
-
-template <int function, typename Pointer>
-void fill(Pointer& slot, const char* name) {
-    DWORD error = ERROR_SUCCESS;
-    if (const AnyFunction found = findWlanFunction(name, error)) {
-        slot = reinterpret_cast<Pointer>(found);
-        return;
+template <typename Result, typename... Arguments>
+struct Missing<Result(WINAPI*)(Arguments...)> {
+    static Result WINAPI call(Arguments...) {
+        if constexpr (!std::is_void_v<Result>) {
+            return missingFunctionError();
+        }
     }
-    Missing<function, Pointer>::error = error;
-    slot = &Missing<function, Pointer>::call;
+};
+
+template <typename Pointer>
+void fill(Pointer& slot, const char* name) {
+    const AnyFunction found = findWlanFunction(name);
+    slot = found != nullptr ? reinterpret_cast<Pointer>(found) : &Missing<Pointer>::call;
 }
 
 Api loadApi() {
     Api table{};
     static_cast<RpcFunctions&>(table) = platformRpcFunctions();
-#define NATIVEWIFI_FILL(result, name, arguments) fill<index_##name>(table.name, #name);
+#define NATIVEWIFI_FILL(result, name, arguments, errors) fill(table.name, #name);
     NATIVEWIFI_WLAN_FUNCTIONS(NATIVEWIFI_FILL)
 #undef NATIVEWIFI_FILL
     return table;

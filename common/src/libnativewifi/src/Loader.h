@@ -8,8 +8,11 @@ namespace nativewifi {
 /// A function that Api.h declares, by its address in the platform's client library.
 using AnyFunction = void (*)();
 
-/// Looks `name` up in the system directory's Wlanapi.dll, which stays loaded.
-/// \return its address, or null with the loader's error code in `error`
-AnyFunction findWlanFunction(const char* name, DWORD& error);
+/// The address of `name` in the system directory's Wlanapi.dll, which stays loaded; null when the
+/// DLL or the function is missing.
+AnyFunction findWlanFunction(const char* name);
+
+/// The error code of a call to a function that findWlanFunction() does not find.
+DWORD missingFunctionError();
 
 } // namespace nativewifi

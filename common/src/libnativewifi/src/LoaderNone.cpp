@@ -34,9 +34,12 @@ RPC_STATUS rpcStringFree(mrl::Char** text) {
 
 } // namespace
 
-AnyFunction findWlanFunction(const char* /*name*/, DWORD& error) {
-    error = ERROR_MOD_NOT_FOUND;
+AnyFunction findWlanFunction(const char* /*name*/) {
     return nullptr;
+}
+
+DWORD missingFunctionError() {
+    return ERROR_MOD_NOT_FOUND;
 }
 
 const RpcFunctions& platformRpcFunctions() {

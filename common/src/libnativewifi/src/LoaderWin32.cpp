@@ -6,6 +6,12 @@ namespace nativewifi {
 
 namespace {
 
+// Kept until the process ends: notification threads run inside it.
+const mrl::SystemLibrary& wlanLibrary() {
+    static const mrl::SystemLibrary library(L"wlanapi.dll");
+    return library;
+}
+
 // The RPC runtime's own types for texts and GUIDs differ in name only.
 RPC_STATUS WINAPI uuidFromString(const mrl::Char* text, GUID* guid) {
     return UuidFromStringW(reinterpret_cast<RPC_WSTR>(const_cast<mrl::Char*>(text)), guid);
@@ -21,18 +27,12 @@ RPC_STATUS WINAPI rpcStringFree(mrl::Char** text) {
 
 } // namespace
 
-AnyFunction findWlanFunction(const char* name, DWORD& error) {
-    // Kept until the process ends: notification threads run inside it.
-    static const mrl::SystemLibrary library(L"wlanapi.dll");
-    if (!library.loaded()) {
-        error = library.error();
-        return nullptr;
-    }
-    const AnyFunction found = library.find<void()>(name);
-    if (found == nullptr) {
-        error = GetLastError();
-    }
-    return found;
+AnyFunction findWlanFunction(const char* name) {
+    return wlanLibrary().find<void()>(name);
+}
+
+DWORD missingFunctionError() {
+    return wlanLibrary().loaded() ? ERROR_PROC_NOT_FOUND : wlanLibrary().error();
 }
 
 const RpcFunctions& platformRpcFunctions() {
