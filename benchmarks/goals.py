@@ -18,8 +18,6 @@ GOALS = (
          "the simulator's call, and each name copied into a buffer that is there already", ratio=4),
     Goal("refresh_logged", "The same, logging at priority 1 to a file", "us",
          "the logging library alone formatting and writing the same lines", ratio=1.5),
-    Goal("growth", "A refresh of 4,096 distinct names, for each name", "ns",
-         "the same for each of 64 names", ratio=1.3),
     Goal("record_copy", "A copy of a record", "ns", "copying as many bytes", ratio=8),
     Goal("mean", "Three snapshots of 64 records and the mean over them, without the pauses", "us",
          "copying as many bytes", ratio=8),

@@ -44,7 +44,7 @@ def native(program, quick, keys):
         # A count stands in "value"; a time may be that of several things at once.
         value = run.get("value")
         if value is None:
-            value = run["real_time"] * IN_NANOSECONDS[run["time_unit"]] / run.get("parts", 1)
+            value = run["real_time"] * IN_NANOSECONDS[run["time_unit"]]
         runs.setdefault(key, {}).setdefault(side, []).append((value, "value" in run))
     figures = {}
     for key, sides in runs.items():

@@ -1,5 +1,5 @@
-// A refresh of the visible-network list: against the radio's own share of it, in rooms of two
-// sizes, and with every line of the log written.
+// A refresh of the visible-network list, against the radio's own share of it and with every line of
+// the log written.
 #include "Room.h"
 
 #include <nativewifi/Api.h>
@@ -19,8 +19,7 @@ namespace {
 
 using bench::Room;
 
-constexpr std::size_t USUAL_ROOM = 64;
-constexpr std::size_t VAST_ROOM = 4096;
+constexpr std::size_t NETWORKS = 64;
 constexpr int USUAL_PRIORITY = 1;
 
 // What the radio and the clock write down of a call costs memory: it goes at these intervals.
@@ -40,24 +39,20 @@ void measure(benchmark::State& state, Room& room, Operation operation) {
     }
 }
 
-void refreshes(benchmark::State& state, std::size_t networks) {
-    Room room(networks);
+void refresh(benchmark::State& state) {
+    Room room(NETWORKS);
     measure(state, room, [&room] { room.device().getVisibleNetworkList(); });
-    if (room.device().m_visibleNetworks.size() != networks) {
+    if (room.device().m_visibleNetworks.size() != NETWORKS) {
         state.SkipWithError("not every network was listed");
     }
 }
-
-void refresh(benchmark::State& state) {
-    refreshes(state, USUAL_ROOM);
-}
 BENCHMARK(refresh)->Name("refresh/figure")->Unit(benchmark::kMicrosecond);
 
-// What nobody can do without: the call itself, and the names taken out of its answer.
+// The unavoidable part: the call itself, and the names taken out of its answer.
 void callAndNames(benchmark::State& state) {
-    Room room(USUAL_ROOM);
+    Room room(NETWORKS);
     room.device().getVisibleNetworkList(); // opens the handle
-    std::vector<UCHAR> names(USUAL_ROOM * DOT11_SSID_MAX_LENGTH);
+    std::vector<UCHAR> names(NETWORKS * DOT11_SSID_MAX_LENGTH);
     measure(state, room, [&room, &names] {
         nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
         if (nativewifi::api().WlanGetAvailableNetworkList(room.device().m_clientHandle,
@@ -76,20 +71,7 @@ void callAndNames(benchmark::State& state) {
 }
 BENCHMARK(callAndNames)->Name("refresh/floor")->Unit(benchmark::kMicrosecond);
 
-void growth(benchmark::State& state) {
-    refreshes(state, VAST_ROOM);
-    state.counters["parts"] = static_cast<double>(VAST_ROOM);
-}
-BENCHMARK(growth)->Name("growth/figure");
-
-void growthFloor(benchmark::State& state) {
-    refreshes(state, USUAL_ROOM);
-    state.counters["parts"] = static_cast<double>(USUAL_ROOM);
-}
-BENCHMARK(growthFloor)->Name("growth/floor");
-
-// --- With the log
-// ---------------------------------------------------------------------------------
+// --- With the log ---
 
 // A log file that is gone in the end.
 class LogFile {
@@ -128,7 +110,7 @@ private:
 };
 
 void refreshLogged(benchmark::State& state) {
-    Room room(USUAL_ROOM);
+    Room room(NETWORKS);
     const LogFile file("mrlrantenna-benchmark-figure.log");
     const LoggingTo log(mrl::fileLogSink(file.path()));
     measure(state, room, [&room] { room.device().getVisibleNetworkList(); });
@@ -155,7 +137,7 @@ private:
 // The same lines, ready, in the same form, each in the file before the next: a log that is read
 // after a crash must end with what happened last.
 void libraryAlone(benchmark::State& state) {
-    Room room(USUAL_ROOM);
+    Room room(NETWORKS);
     const auto collector = std::make_shared<Collector>();
     {
         const LoggingTo log(collector);

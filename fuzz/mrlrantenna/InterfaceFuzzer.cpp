@@ -34,10 +34,8 @@ void checkRadio(WirelessDevice& device, mrl::Int32 phy) {
     const mrl::Uint32 state = device.getRadioState(phy);
     fuzz::promise(state == 0 || state == 5 || state == 6 || state == 9 || state == 10,
                   "a radio is on or off in software and in hardware");
-    fuzz::promise(device.m_radio.m_numberOfPhys >= 0 &&
-                      device.m_radio.m_numberOfPhys <= Radio::MAX_PHYS,
-                  "there are at most as many PHYs as the table has entries");
     device.isRadioEnabled(phy);
+    device.getRadioState(device.m_radio.lastPhy());
     device.setRadioState(static_cast<mrl::Uint32>(phy), phy % 2 == 0);
 }
 

@@ -84,8 +84,8 @@ TEST_F(RadioOfADevice, APhyThatDoesNotExistIsOff) {
 TEST_F(RadioOfADevice, TheLastPhyOfNoneIsOff) {
     WirelessDevice& device = openedWith({});
     ASSERT_EQ(device.m_radio.m_numberOfPhys, 0);
-    EXPECT_EQ(device.getRadioState(device.m_radio.m_numberOfPhys - 1), BOTH_OFF);
-    EXPECT_FALSE(device.isRadioEnabled(device.m_radio.m_numberOfPhys - 1));
+    EXPECT_EQ(device.getRadioState(device.m_radio.lastPhy()), BOTH_OFF);
+    EXPECT_FALSE(device.isRadioEnabled(device.m_radio.lastPhy()));
 }
 
 TEST_F(RadioOfADevice, HoldsSixtyFourPhys) {
@@ -98,15 +98,31 @@ TEST_F(RadioOfADevice, HoldsSixtyFourPhys) {
     EXPECT_EQ(device.getRadioState(64), BOTH_OFF);
 }
 
-TEST_F(RadioOfADevice, ACountBeyondTheTableIsCutToIt) {
-    for (const std::uint32_t count : {65U, 1000U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
+TEST_F(RadioOfADevice, ACountBeyondTheTableIsKeptAndLeadsNowhereBehindIt) {
+    for (const std::uint32_t count : {65U, 1000U, 0x7FFFFFFFU}) {
         startRadio(radiosim::Scenario{});
         radio().addFault({.function = "WlanQueryInterface", .opcode = 4U, .count = count});
         WirelessDevice& device = opened();
-        EXPECT_EQ(device.m_radio.m_numberOfPhys, 64) << count;
+        EXPECT_EQ(device.m_radio.m_numberOfPhys, static_cast<mrl::Int32>(count));
         EXPECT_TRUE(device.isRadioEnabled(0)) << count;
         EXPECT_EQ(device.getRadioState(63), BOTH_OFF) << count;
         EXPECT_EQ(device.getRadioState(64), BOTH_OFF) << count;
+        EXPECT_EQ(device.getRadioState(device.m_radio.lastPhy()), BOTH_OFF) << count;
+        close();
+    }
+}
+
+TEST_F(RadioOfADevice, ANegativeCountIsKeptAndNoPhyExists) {
+    for (const std::uint32_t count : {0x80000000U, 0xFFFFFFFFU}) {
+        startRadio(radiosim::Scenario{});
+        radio().addFault({.function = "WlanQueryInterface", .opcode = 4U, .count = count});
+        WirelessDevice& device = opened();
+        EXPECT_EQ(device.m_radio.m_numberOfPhys, static_cast<mrl::Int32>(count));
+        for (const mrl::Int32 index : {0, 63, -1, -2, INT32_MIN, device.m_radio.lastPhy()}) {
+            EXPECT_EQ(device.getRadioState(index), BOTH_OFF) << index;
+            EXPECT_FALSE(device.isRadioEnabled(index)) << index;
+        }
+        EXPECT_EQ(device.m_radio.m_phys[0].software, dot11_radio_state_unknown);
         close();
     }
 }

@@ -404,11 +404,22 @@ TEST_F(VisibleNetworks, RecordsThatOthersPutIntoTheListCountToo) {
     VisibleNetwork guests;
     guests.m_ssid = "Attic guests";
     device.addVisibleNetwork(guests);
-    EXPECT_EQ(device.m_visibleNetworks.size(), 2U);
+    EXPECT_THAT(namesOf(device), ElementsAre("Lab", "Attic"));
     device.m_visibleNetworks.clear();
     device.addVisibleNetwork(guests);
-    ASSERT_EQ(device.m_visibleNetworks.size(), 1U);
-    EXPECT_EQ(device.m_visibleNetworks[0].m_ssid, guests.m_ssid);
+    EXPECT_THAT(namesOf(device), ElementsAre("Attic guests"));
+}
+
+TEST_F(VisibleNetworks, ARecordRenamedInTheListCountsUnderItsNewName) {
+    WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
+    device.getVisibleNetworkList();
+    device.m_visibleNetworks[0].m_ssid = "Attic";
+    VisibleNetwork added;
+    for (const char* name : {"Lab-5G", "Attic guests"}) {
+        added.m_ssid = name;
+        device.addVisibleNetwork(added);
+    }
+    EXPECT_THAT(namesOf(device), ElementsAre("Attic", "Lab-5G"));
 }
 
 TEST_F(VisibleNetworks, AnAddedRecordIsACopy) {

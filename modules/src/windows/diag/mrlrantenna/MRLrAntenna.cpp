@@ -91,7 +91,7 @@ mrl::Uint32 findNetwork(const WirelessDevice& device, mrl::Uint32 count, const S
             continue;
         }
         moduleLog(179) << "getAccessPointSignalStrength::SSID Being Compared: " << name;
-        if (String::equalNoCase(ssid, name)) {
+        if (isAccessPoint(name, ssid)) {
             return i;
         }
     }

@@ -28,3 +28,11 @@ mrl::String VisibleNetwork::getSignalQualityText() {
     }
     return m_signalQualityText;
 }
+
+bool countsAs(const mrl::String& name, const mrl::String& known) {
+    return name.find(known) != mrl::String::NOT_FOUND;
+}
+
+bool isAccessPoint(mrl::String name, const mrl::String& wanted) {
+    return mrl::String::equalNoCase(wanted, name.trim());
+}

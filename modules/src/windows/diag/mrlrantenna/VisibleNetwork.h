@@ -36,3 +36,11 @@ public:
     mrl::String m_signalQualityText; ///< empty until getSignalQualityText() is called
     bool m_isConnected = false;      ///< the same as m_connectedText, for code
 };
+
+/// The rule that merges names: whether a network `name` counts as the one of the name `known`. It
+/// does when `known` occurs in it, by letter case: Lab-5G counts as Lab.
+bool countsAs(const mrl::String& name, const mrl::String& known);
+
+/// Whether the network `name` is the access point that a person named `wanted`: without white space
+/// at its ends it is the same in any letter case. `wanted` is taken as it is.
+bool isAccessPoint(mrl::String name, const mrl::String& wanted);

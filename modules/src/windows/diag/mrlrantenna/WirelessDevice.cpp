@@ -5,6 +5,7 @@
 #include "ScanNotification.h"
 #include "WirelessDeviceLog.h"
 
+#include <nativewifi/DeviceSystemName.h>
 #include <nativewifi/FixedText.h>
 #include <nativewifi/Guid.h>
 #include <nativewifi/Handles.h>
@@ -18,15 +19,15 @@ namespace {
 
 constexpr DWORD CLIENT_VERSION = 2;
 
+constexpr const char* VIRTUAL_NAME = "VirtualDeviceSystemName";
+
 String systemNameOf(const tesk5::DiagDevice& device) {
-    constexpr const char* VIRTUAL_NAME = "VirtualDeviceSystemName";
-    if (device.property(VIRTUAL_NAME).exists()) {
+    const char* const property = WirelessDevice::systemNameProperty(device);
+    if (property == VIRTUAL_NAME) {
         deviceLog() << "Found the VirtualDeviceSystemName property, so using that as the device "
                        "system name.";
-        return device.property(VIRTUAL_NAME).value().mrlString();
     }
-    // A device without either name reads as an empty one, which has no GUID.
-    return device.property("DeviceSystemName").value().mrlString();
+    return device.property(property).value().mrlString();
 }
 
 struct ErrorSentence {
@@ -54,8 +55,8 @@ const char* queryErrorSentence(DWORD error) {
     return "Unknown error code";
 }
 
-// What to expect of an opcode's answer and where to keep it. The sizes are exact: of the lists,
-// only those of one item are taken.
+// What to expect of an opcode's answer and where to keep it. The sizes are exact: a list is taken
+// only when it has one item.
 struct QueryRule {
     WLAN_INTF_OPCODE opcode;
     DWORD size;
@@ -65,7 +66,7 @@ struct QueryRule {
 BOOL answered(PVOID block) {
     return block != nullptr ? TRUE : FALSE;
 }
-mrl::Uint32 addressMark(PVOID block) {
+mrl::Uint32 lowAddressBits(PVOID block) {
     return static_cast<mrl::Uint32>(reinterpret_cast<std::uintptr_t>(block));
 }
 template <typename T>
@@ -97,7 +98,7 @@ const QueryRule queryRules[] = {
     {wlan_intf_opcode_current_connection, sizeof(WLAN_CONNECTION_ATTRIBUTES),
      [](WirelessDevice& device, PVOID block) { keepBlock(device.m_connectionAttributes, block); }},
     {wlan_intf_opcode_channel_number, sizeof(ULONG),
-     [](WirelessDevice& device, PVOID block) { device.m_channelNumber = addressMark(block); }},
+     [](WirelessDevice& device, PVOID block) { device.m_channelNumber = lowAddressBits(block); }},
     {wlan_intf_opcode_supported_infrastructure_auth_cipher_pairs,
      sizeof(WLAN_AUTH_CIPHER_PAIR_LIST),
      [](WirelessDevice& device, PVOID block) {
@@ -112,7 +113,7 @@ const QueryRule queryRules[] = {
      [](WirelessDevice& device, PVOID block) { keepBlock(device.m_statistics, block); }},
     {wlan_intf_opcode_rssi, sizeof(LONG),
      [](WirelessDevice& device, PVOID block) {
-         device.m_rssi = static_cast<mrl::Int32>(addressMark(block));
+         device.m_rssi = static_cast<mrl::Int32>(lowAddressBits(block));
      }},
 };
 
@@ -131,10 +132,10 @@ constexpr StateWords stateWords[] = {
     {wlan_interface_state_authenticating, MRL_TEXT("\"authenticating\"")},
 };
 
-// The words given out last, for a debugger that looks at a process from outside.
+// The words given out last. No code reads them.
 constinit std::atomic<const mrl::Char*> g_lastInterfaceStateText{nullptr};
 
-// An algorithm's words: a name of the trade that no language translates, or a localized text.
+// An algorithm's words: its name in the standard, or a localized text.
 struct AlgorithmWords {
     DOT11_AUTH_ALGORITHM algorithm;
     const mrl::Char* name;
@@ -150,30 +151,20 @@ constexpr AlgorithmWords algorithmWords[] = {
     {DOT11_AUTH_ALGO_RSNA_PSK, MRL_TEXT("RSNA PSK"), nullptr},
 };
 
-// Unknown counts as off: a technician must not be sent to the antennas of a dead radio.
-bool isOn(DOT11_RADIO_STATE state) {
-    return state != dot11_radio_state_unknown && state != dot11_radio_state_off;
-}
-
 } // namespace
-
-// Positions are 16 bits wide; a name longer than that, or one without a brace, has no GUID.
-String WirelessDevice::guidTextOf(const String& deviceSystemName) {
-    const std::size_t brace = deviceSystemName.find(MRL_TEXT('{'));
-    if (brace == String::NOT_FOUND || brace > UINT16_MAX || deviceSystemName.length() < brace + 2) {
-        return String();
-    }
-    return deviceSystemName.subString(brace + 1, deviceSystemName.length() - brace - 2);
-}
 
 WirelessDevice::WirelessDevice(const tesk5::DiagDevice& device)
     : m_device(device), m_deviceSystemName(systemNameOf(device)),
-      m_interfaceGuidText(guidTextOf(m_deviceSystemName)) {
+      m_interfaceGuidText(nativewifi::guidTextOf(m_deviceSystemName)) {
     refreshRadio();
 }
 
 WirelessDevice::~WirelessDevice() {
     closeHandle();
+}
+
+const char* WirelessDevice::systemNameProperty(const tesk5::DiagDevice& device) {
+    return device.property(VIRTUAL_NAME).exists() ? VIRTUAL_NAME : "DeviceSystemName";
 }
 
 bool WirelessDevice::initialize() {
@@ -184,11 +175,9 @@ bool WirelessDevice::initialize() {
     if (!openHandle() || !isAPIVersionSupported()) {
         return false;
     }
-    // RPC_S_INVALID_STRING_UUID
     if (api().UuidFromStringW(m_interfaceGuidText.getUCS2Buffer(), &m_interfaceGuid) != RPC_S_OK) {
         return false;
     }
-    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, RPC errors
     return api().WlanRegisterNotification(m_clientHandle, WLAN_NOTIFICATION_SOURCE_ALL, TRUE,
                                           &scanNotificationCallback, nullptr, nullptr,
                                           nullptr) == ERROR_SUCCESS;
@@ -197,8 +186,6 @@ bool WirelessDevice::initialize() {
 bool WirelessDevice::openHandle() {
     const mrl::TraceLogger trace = deviceTrace("openHandle()");
     closeHandle();
-    // ERROR_INVALID_PARAMETER, ERROR_NOT_ENOUGH_MEMORY, ERROR_REMOTE_SESSION_LIMIT_EXCEEDED, RPC
-    // errors
     m_handleOpen = api().WlanOpenHandle(CLIENT_VERSION, nullptr, &m_negotiatedVersion,
                                         &m_clientHandle) == ERROR_SUCCESS;
     return m_handleOpen;
@@ -216,7 +203,6 @@ bool WirelessDevice::isAPIVersionSupported() {
 void WirelessDevice::closeHandle() {
     const mrl::TraceLogger trace = deviceTrace("closeHandle()");
     if (m_clientHandle != nullptr) {
-        // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, RPC errors: nothing could be done
         api().WlanCloseHandle(m_clientHandle, nullptr);
     }
     m_clientHandle = nullptr;
@@ -231,8 +217,6 @@ bool WirelessDevice::queryWirelessLanInterface(const WLAN_INTF_OPCODE& opcode) {
     }
     DWORD size = 0;
     PVOID block = nullptr;
-    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_INVALID_STATE, ERROR_NOT_ENOUGH_MEMORY,
-    // ERROR_ACCESS_DENIED, RPC errors
     const DWORD result = api().WlanQueryInterface(m_clientHandle, &m_interfaceGuid, opcode, nullptr,
                                                   &size, &block, nullptr);
     if (result != ERROR_SUCCESS) {
@@ -245,7 +229,7 @@ bool WirelessDevice::queryWirelessLanInterface(const WLAN_INTF_OPCODE& opcode) {
     for (const QueryRule& rule : queryRules) {
         if (rule.opcode == opcode) {
             if (size != rule.size) {
-                return false; // not given back either: one rule for all blocks
+                return false;
             }
             rule.keep(*this, block);
             break;
@@ -262,8 +246,7 @@ bool WirelessDevice::queryNamed(WLAN_INTF_OPCODE opcode, const char* paddedName)
     return false;
 }
 
-// The names carry the blanks that set them off from "failed", not the same number each: log
-// readers match these lines as they are.
+// Each name carries its own number of blanks before "failed": log readers compare these lines.
 
 bool WirelessDevice::populateRadioState() {
     const mrl::TraceLogger trace = deviceTrace("populateRadioState()");
@@ -293,24 +276,12 @@ bool WirelessDevice::refreshRadio() {
 
 RadioStateFlags WirelessDevice::getRadioState(mrl::Int32 phyIndex) {
     const mrl::TraceLogger trace = deviceTrace("getRadioState()");
-    if (!refreshRadio()) {
-        return RADIO_STATE_NONE;
-    }
-    const Radio::Phy* phy = m_radio.phy(phyIndex);
-    if (phy == nullptr) {
-        return SOFTWARE_OFF | HARDWARE_OFF;
-    }
-    return (isOn(phy->software) ? SOFTWARE_ON : SOFTWARE_OFF) |
-           (isOn(phy->hardware) ? HARDWARE_ON : HARDWARE_OFF);
+    return refreshRadio() ? m_radio.flags(phyIndex) : RADIO_STATE_NONE;
 }
 
 bool WirelessDevice::isRadioEnabled(mrl::Int32 phyIndex) {
     const mrl::TraceLogger trace = deviceTrace("isRadioEnabled()");
-    if (!refreshRadio()) {
-        return false;
-    }
-    const Radio::Phy* phy = m_radio.phy(phyIndex);
-    return phy != nullptr && isOn(phy->software) && isOn(phy->hardware);
+    return refreshRadio() && m_radio.isOn(phyIndex);
 }
 
 bool WirelessDevice::setRadioState(mrl::Uint32 phyIndex, bool enable) {
@@ -321,15 +292,13 @@ bool WirelessDevice::setRadioState(mrl::Uint32 phyIndex, bool enable) {
     }
     WLAN_PHY_RADIO_STATE state{phyIndex, enable ? dot11_radio_state_on : dot11_radio_state_off,
                                dot11_radio_state_unknown};
-    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_INVALID_STATE, ERROR_ACCESS_DENIED,
-    // ERROR_GEN_FAILURE, RPC errors
     m_lastSetResult =
         api().WlanSetInterface(m_clientHandle, &m_interfaceGuid, wlan_intf_opcode_radio_state,
                                sizeof state, &state, nullptr);
     if (m_lastSetResult == ERROR_SUCCESS) {
         return true;
     }
-    // One wording whatever the code: the radio stays as it is, and the code is in m_lastSetResult.
+    // One wording whatever the code, which is in m_lastSetResult.
     deviceLog() << "WlanSetInterface returned ERROR_INVALID_STATE when setting "
                    "wlan_intf_opcode_radio_state. The radio "
                 << static_cast<mrl::Int32>(phyIndex) << " could not be enabled or disabled";
@@ -341,9 +310,8 @@ bool WirelessDevice::enumerateInterfaces() {
     if (!initialize()) {
         return false;
     }
-    // Never given back, as the blocks of queries are not.
+    // Never freed, as the blocks of queries are not.
     WLAN_INTERFACE_INFO_LIST* interfaces = nullptr;
-    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, RPC errors
     if (api().WlanEnumInterfaces(m_clientHandle, nullptr, &interfaces) != ERROR_SUCCESS ||
         interfaces == nullptr) {
         return false;
@@ -354,7 +322,6 @@ bool WirelessDevice::enumerateInterfaces() {
         const mrl::CharView description = nativewifi::fixedText(listed.strInterfaceDescription);
         deviceLog() << "Interface : " << i;
         nativewifi::RpcText guid;
-        // RPC_S_OUT_OF_MEMORY
         if (api().UuidToStringW(&listed.InterfaceGuid, out(guid)) == RPC_S_OK) {
             deviceLog() << "GUID: " << guid.get();
         }
@@ -364,8 +331,8 @@ bool WirelessDevice::enumerateInterfaces() {
         } else {
             deviceLog() << "Interface Description -NOT USED-: " << description;
         }
-        // Asked for the line's sake only, so m_connected follows the interfaces while somebody
-        // logs and not otherwise.
+        // getInterfaceStateString() sets m_connected: it follows the interfaces only while logging
+        // is on.
         if (deviceLogger() != nullptr) {
             deviceLog() << "State: " << getInterfaceStateString(listed.isState);
         }

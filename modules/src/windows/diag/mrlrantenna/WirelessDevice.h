@@ -4,7 +4,6 @@
 // reader of the log could use it, by one line to the logger "mrlrnetwork.WirelessDevice".
 #pragma once
 
-#include "ContainedNames.h"
 #include "Radio.h"
 #include "VisibleNetwork.h"
 
@@ -25,19 +24,17 @@
 /// of queries a second at most. The next query of the same kind only replaces the pointer.
 class WirelessDevice {
 public:
-    /// Takes the interface's GUID out of the device's system name ("VirtualDeviceSystemName" if the
-    /// device has it, else "DeviceSystemName"): what stands between the first "{" and the last
-    /// character. Then opens and registers the client handle and reads the radio state. Never
-    /// fails: a name without a GUID, or a service that is not there, makes later queries fail.
+    /// Takes the interface's GUID out of the device's system name, opens and registers the client
+    /// handle and reads the radio state.
+    /// Failure: none; without a GUID in the name or without a service, later queries fail.
     explicit WirelessDevice(const tesk5::DiagDevice& device);
     WirelessDevice(const WirelessDevice&) = delete;
     WirelessDevice& operator=(const WirelessDevice&) = delete;
     /// Closes the client handle.
     ~WirelessDevice();
 
-    /// The text of the GUID in a system name: what stands between the first "{" and the last
-    /// character; empty when there is none, which no GUID is parsed from.
-    static mrl::String guidTextOf(const mrl::String& deviceSystemName);
+    /// The name of the property that carries a device's system name.
+    static const char* systemNameProperty(const tesk5::DiagDevice& device);
 
     // --- The client handle -----------------------------------------------------------------------
 
@@ -184,6 +181,4 @@ public:
 private:
     bool refreshRadio();
     bool queryNamed(WLAN_INTF_OPCODE opcode, const char* paddedName);
-
-    ContainedNames m_visibleNames; ///< those of m_visibleNetworks
 };

@@ -5,10 +5,9 @@
 
 #include <nativewifi/FixedText.h>
 #include <nativewifi/Handles.h>
+#include <nativewifi/Ssid.h>
 
 #include <tesk5/DiagModule.h>
-
-#include <mrl/System.h>
 
 #include <algorithm>
 
@@ -21,8 +20,7 @@ namespace {
 constexpr std::size_t SSID_BUFFER_SIZE = DOT11_SSID_MAX_LENGTH + 1;
 constexpr DWORD REASON_BUFFER_SIZE = 256;
 
-// The ends of the scale are not taken on trust: the current connection, where it is the same
-// network, knows better.
+// Qualities that the current connection replaces where it is the same network.
 constexpr ULONG DISTRUSTED_QUALITIES[] = {0, 100};
 
 bool isDistrusted(ULONG quality) {
@@ -79,14 +77,10 @@ bool WirelessDevice::getVisibleNetworkList() {
         return false;
     }
     m_visibleNetworks.clear();
-    m_visibleNames.clear();
     nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
-    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NDIS_DOT11_POWER_STATE_INVALID,
-    // ERROR_NOT_ENOUGH_MEMORY, RPC errors
     const DWORD result =
         api().WlanGetAvailableNetworkList(m_clientHandle, &m_interfaceGuid, 0, nullptr, out(list));
     if (result != ERROR_SUCCESS) {
-        // What it would mean for a test is of no use here: the events tell the host.
         reportNetworkListError("WlanGetAvailableNetworkList", result);
         return false;
     }
@@ -174,8 +168,7 @@ void WirelessDevice::printNetworkInfo(const WLAN_AVAILABLE_NETWORK* network) {
 
     record.m_authAlgorithm = getAuthAlgoString(network->dot11DefaultAuthAlgorithm);
     deviceLog(1351) << "Default authentication algorithm: " << record.m_authAlgorithm;
-    // The cipher is told by the authentication's words: each algorithm that is shown to a
-    // technician implies its cipher.
+    // The authentication's words, not the cipher's: log readers compare this line.
     deviceLog(1355) << "Default cipher algorithm: " << record.m_authAlgorithm;
 
     addVisibleNetwork(record);
@@ -186,16 +179,11 @@ void WirelessDevice::printNetworkInfo(const WLAN_AVAILABLE_NETWORK* network) {
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the record may lie in the list that grows
 void WirelessDevice::addVisibleNetwork(VisibleNetwork network) {
     const mrl::TraceLogger trace = deviceTrace("addVisibleNetwork()");
-    if (m_visibleNames.size() != m_visibleNetworks.size()) {
-        // The list is open: somebody else has changed it, or emptied it.
-        m_visibleNames.clear();
-        for (const VisibleNetwork& known : m_visibleNetworks) {
-            m_visibleNames.add(known.m_ssid.view());
-        }
-    }
-    if (!m_visibleNames.anyWithin(network.m_ssid.view())) {
+    const bool isKnown = std::any_of(
+        m_visibleNetworks.begin(), m_visibleNetworks.end(),
+        [&network](const VisibleNetwork& known) { return countsAs(network.m_ssid, known.m_ssid); });
+    if (!isKnown) {
         m_visibleNetworks.append(network);
-        m_visibleNames.add(network.m_ssid.view());
     }
 }
 
@@ -204,13 +192,12 @@ void WirelessDevice::addVisibleNetwork(VisibleNetwork network) {
 // NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool WirelessDevice::isSame(VisibleNetwork first, VisibleNetwork second) {
     const mrl::TraceLogger trace = deviceTrace("isSame()");
-    return first.m_ssid.find(second.m_ssid) != String::NOT_FOUND;
+    return countsAs(first.m_ssid, second.m_ssid);
 }
 
 void WirelessDevice::printReason(WLAN_REASON_CODE reasonCode) {
     const mrl::TraceLogger trace = deviceTrace("printReason()");
     WCHAR reason[REASON_BUFFER_SIZE] = {};
-    // ERROR_INVALID_PARAMETER
     if (api().WlanReasonCodeToString(reasonCode, REASON_BUFFER_SIZE, reason, nullptr) ==
         ERROR_SUCCESS) {
         deviceLog(1377) << " The reason is \"" << nativewifi::fixedText(reason) << "\".";
@@ -232,11 +219,9 @@ mrl::Char* WirelessDevice::SsidToStringW(mrl::Char* buffer, std::size_t capacity
     if (capacity == 0) {
         return buffer;
     }
-    const std::size_t length =
-        std::min<std::size_t>({ssid->uSSIDLength, DOT11_SSID_MAX_LENGTH, capacity - 1});
-    for (std::size_t i = 0; i < length; ++i) {
-        buffer[i] = mrl::System::byteToChar(static_cast<char>(ssid->ucSSID[i]));
-    }
+    const String name = nativewifi::ssidText(*ssid);
+    const std::size_t length = std::min(name.length(), capacity - 1);
+    std::copy_n(name.getUCS2Buffer(), length, buffer);
     buffer[length] = 0;
     return buffer;
 }

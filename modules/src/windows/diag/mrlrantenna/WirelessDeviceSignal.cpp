@@ -16,7 +16,7 @@ constexpr int REFRESHES = 3;
 constexpr unsigned int REFRESH_PAUSE_MS = 100;
 
 constexpr DWORD SCAN_CLIENT_VERSION = 1;
-// A fixed wait stands in for the scan's end: a report that never comes must not hold a test up.
+// A fixed wait: the report of the scan's end is not awaited.
 constexpr unsigned int SCAN_PAUSE_MS = 7000;
 
 } // namespace
@@ -45,19 +45,15 @@ mrl::Int32 WirelessDevice::getSignalStrength(const VisibleNetwork& network) {
 }
 
 bool WirelessDevice::forceScanMatched(const String& ssid, mrl::Uint32& signalStrength) {
-    // A client handle of its own, deliberately never closed, and neither list is freed: the rule
-    // for this scan is that it leaves the device's own handle and whatever it has asked for
-    // untouched, and a run leaves two of them behind at most, until the process ends.
+    // A client handle of its own. Deliberately, it is never closed and neither list is freed; a run
+    // leaves two of each behind at most, until the process ends.
     HANDLE scanHandle = nullptr;
     DWORD negotiatedVersion = 0;
-    // ERROR_INVALID_PARAMETER, ERROR_NOT_ENOUGH_MEMORY, ERROR_REMOTE_SESSION_LIMIT_EXCEEDED, RPC
-    // errors
     if (api().WlanOpenHandle(SCAN_CLIENT_VERSION, nullptr, &negotiatedVersion, &scanHandle) !=
         ERROR_SUCCESS) {
         return false;
     }
     WLAN_INTERFACE_INFO_LIST* interfaces = nullptr;
-    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, RPC errors
     if (api().WlanEnumInterfaces(scanHandle, nullptr, &interfaces) != ERROR_SUCCESS) {
         return false;
     }
@@ -67,15 +63,11 @@ bool WirelessDevice::forceScanMatched(const String& ssid, mrl::Uint32& signalStr
     if (interfaces != nullptr && interfaces->dwNumberOfItems != 0) {
         interfaceGuid = interfaces->InterfaceInfo[0].InterfaceGuid;
     }
-    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, ERROR_BUSY, RPC
-    // errors
     if (api().WlanScan(scanHandle, &interfaceGuid, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
         return false;
     }
     mrl::System::mssleep(SCAN_PAUSE_MS);
     WLAN_BSS_LIST* heard = nullptr;
-    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, ERROR_NOT_SUPPORTED,
-    // ERROR_NDIS_DOT11_POWER_STATE_INVALID, ERROR_NOT_FOUND, ERROR_SERVICE_NOT_ACTIVE, RPC errors
     if (api().WlanGetNetworkBssList(scanHandle, &interfaceGuid, nullptr, dot11_BSS_type_any, FALSE,
                                     nullptr, &heard) != ERROR_SUCCESS ||
         heard == nullptr) {
@@ -84,14 +76,13 @@ bool WirelessDevice::forceScanMatched(const String& ssid, mrl::Uint32& signalStr
     for (DWORD i = 0; i < heard->dwNumberOfItems; ++i) {
         const WLAN_BSS_ENTRY& entry = heard->wlanBssEntries[i];
         mrl::Char buffer[DOT11_SSID_MAX_LENGTH + 1];
-        String name(SsidToStringW(buffer, std::size(buffer), &entry.dot11Ssid));
+        const String name(SsidToStringW(buffer, std::size(buffer), &entry.dot11Ssid));
         if (name.empty()) {
             continue;
         }
         deviceLog(1601) << "forceScanMatched::Enumerated SSID: " << name;
-        name.trim();
         deviceLog(1603) << "forceScanMatched::Test SSID: " << ssid;
-        if (String::equalNoCase(ssid, name)) {
+        if (isAccessPoint(name, ssid)) {
             signalStrength = entry.uLinkQuality;
             return true;
         }
@@ -102,7 +93,6 @@ bool WirelessDevice::forceScanMatched(const String& ssid, mrl::Uint32& signalStr
 bool WirelessDevice::getSigTransReceieveRate() {
     const mrl::TraceLogger trace = deviceTrace("getSigTransReceieveRate()");
     if (m_connectionQueryBlocked) {
-        m_connectionQueryBlocked = true; // stays blocked until somebody clears it
         return false;
     }
     if (!populateWLANConnectionAtrributes() || m_connectionAttributes == nullptr) {

@@ -4,8 +4,10 @@
 #include "Radio.h"
 #include "WirelessDevice.h"
 
+#include <nativewifi/DeviceSystemName.h>
 #include <nativewifi/Guid.h>
 #include <nativewifi/Handles.h>
+#include <nativewifi/Ssid.h>
 
 #include <mrl/System.h>
 #include <mrl/Unicode.h>
@@ -28,54 +30,33 @@ constexpr std::size_t MOST_NAMES_SHOWN = 10;
 
 // One network of the list that has a name.
 struct NamedNetwork {
-    String name;    // one character a byte, as the tests read it
+    String name;    // as the tests read it
     String decoded; // the bytes taken for UTF-8, as other programs show it
     mrl::Uint32 quality;
-    const NamedNetwork* hider; // the one that takes its place in the tests' list, or null
+    const NamedNetwork* keptInstead; // the one for which the tests' list drops this one, or null
 };
-
-// The name of a network as the tests read it: a byte of 0 ends it.
-String nameAsRead(const DOT11_SSID& ssid) {
-    mrl::CharString name;
-    for (ULONG i = 0; i < std::min<ULONG>(ssid.uSSIDLength, DOT11_SSID_MAX_LENGTH); ++i) {
-        const mrl::Char letter = mrl::System::byteToChar(static_cast<char>(ssid.ucSSID[i]));
-        if (letter == 0) {
-            break;
-        }
-        name += letter;
-    }
-    return String(std::move(name));
-}
-
-String decodedName(const DOT11_SSID& ssid) {
-    return String(std::string_view(reinterpret_cast<const char*>(ssid.ucSSID),
-                                   std::min<ULONG>(ssid.uSSIDLength, DOT11_SSID_MAX_LENGTH)));
-}
 
 // The networks with a name, and which of them the tests' list leaves out.
 std::vector<NamedNetwork> namedNetworks(const WLAN_AVAILABLE_NETWORK_LIST& list) {
     std::vector<NamedNetwork> networks;
-    networks.reserve(list.dwNumberOfItems); // hiders are pointed at
+    networks.reserve(list.dwNumberOfItems); // keptInstead points into it
     for (DWORD i = 0; i < list.dwNumberOfItems; ++i) {
         const WLAN_AVAILABLE_NETWORK& entry = list.Network[i];
-        NamedNetwork network{nameAsRead(entry.dot11Ssid), decodedName(entry.dot11Ssid),
-                             entry.wlanSignalQuality, nullptr};
+        NamedNetwork network{.name = nativewifi::ssidText(entry.dot11Ssid),
+                             .decoded = String(nativewifi::ssidBytes(entry.dot11Ssid)),
+                             .quality = entry.wlanSignalQuality,
+                             .keptInstead = nullptr};
         if (network.name.empty()) {
             continue;
         }
-        const auto hider =
+        const auto kept =
             std::find_if(networks.begin(), networks.end(), [&](const NamedNetwork& earlier) {
-                return earlier.hider == nullptr &&
-                       network.name.find(earlier.name) != String::NOT_FOUND;
+                return earlier.keptInstead == nullptr && countsAs(network.name, earlier.name);
             });
-        network.hider = hider == networks.end() ? nullptr : &*hider;
+        network.keptInstead = kept == networks.end() ? nullptr : &*kept;
         networks.push_back(std::move(network));
     }
     return networks;
-}
-
-bool sameName(String name, const String& wanted) {
-    return String::equalNoCase(name.trim(), wanted);
 }
 
 bool contains(const String& name, const String& part) {
@@ -88,12 +69,12 @@ bool contains(const String& name, const String& part) {
            all.end();
 }
 
-// The names in the tests' list, each in quotes; not more than a person reads.
+// The names in the tests' list, each in quotes; the first MOST_NAMES_SHOWN of them.
 std::string shownNames(const std::vector<NamedNetwork>& networks) {
     std::string all;
     std::size_t count = 0;
     for (const NamedNetwork& network : networks) {
-        if (network.hider != nullptr) {
+        if (network.keptInstead != nullptr) {
             continue;
         }
         if (count++ == MOST_NAMES_SHOWN) {
@@ -102,13 +83,6 @@ std::string shownNames(const std::vector<NamedNetwork>& networks) {
         all += (all.empty() ? "\"" : ", \"") + network.name.getUTF8String().bytes() + "\"";
     }
     return all;
-}
-
-String systemNameOf(const tesk5::DiagDevice& device) {
-    const tesk5::DeviceProperty virtualName = device.property("VirtualDeviceSystemName");
-    return (virtualName.exists() ? virtualName : device.property("DeviceSystemName"))
-        .value()
-        .mrlString();
 }
 
 // One examination of one adapter.
@@ -138,8 +112,6 @@ private:
 
     bool open() {
         DWORD negotiated = 0;
-        // ERROR_INVALID_PARAMETER, ERROR_NOT_ENOUGH_MEMORY, ERROR_REMOTE_SESSION_LIMIT_EXCEEDED,
-        // ERROR_SERVICE_NOT_ACTIVE, RPC errors; ERROR_MOD_NOT_FOUND and the like without the DLL
         if (api().WlanOpenHandle(CLIENT_VERSION, nullptr, &negotiated, out(m_client)) !=
             ERROR_SUCCESS) {
             return false;
@@ -151,14 +123,13 @@ private:
         return true;
     }
 
-    // Whether the system has the interface that the device's system name tells of.
+    // Whether the system has the interface that the device's system name names.
     bool findInterface() {
-        const String systemName = systemNameOf(m_device);
+        const char* const property = WirelessDevice::systemNameProperty(m_device);
+        const String systemName = m_device.property(property).value().mrlString();
         const std::optional<GUID> guid =
-            nativewifi::parseGuid(WirelessDevice::guidTextOf(systemName).view());
+            nativewifi::parseGuid(nativewifi::guidTextOf(systemName).view());
         nativewifi::WlanMemory<WLAN_INTERFACE_INFO_LIST> list;
-        // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY,
-        // ERROR_ACCESS_DENIED, RPC errors
         if (api().WlanEnumInterfaces(m_client.get(), nullptr, out(list)) != ERROR_SUCCESS ||
             !list) {
             return false;
@@ -177,8 +148,6 @@ private:
     bool radioIsOn() {
         DWORD size = 0;
         PVOID data = nullptr;
-        // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_INVALID_STATE,
-        // ERROR_NOT_ENOUGH_MEMORY, ERROR_ACCESS_DENIED, RPC errors
         const DWORD result =
             api().WlanQueryInterface(m_client.get(), &m_interface, wlan_intf_opcode_radio_state,
                                      nullptr, &size, &data, nullptr);
@@ -198,15 +167,14 @@ private:
             add("DOCTOR_RADIO_UNKNOWN", false);
             return false;
         }
-        const bool hardwareOff = phy->hardware == dot11_radio_state_off;
-        const bool softwareOff = phy->software == dot11_radio_state_off;
-        if (hardwareOff) {
+        const RadioStateFlags flags = radio.flags(TESTED_PHY);
+        if ((flags & HARDWARE_OFF) != 0) {
             add("DOCTOR_RADIO_HARDWARE_OFF", false);
         }
-        if (softwareOff) {
+        if ((flags & SOFTWARE_OFF) != 0) {
             add("DOCTOR_RADIO_SOFTWARE_OFF", false);
         }
-        if (hardwareOff || softwareOff) {
+        if (!radio.isOn(TESTED_PHY)) {
             return false;
         }
         add("DOCTOR_RADIO_ON", true);
@@ -220,11 +188,8 @@ private:
         m_denied = true;
     }
 
-    // A scan that fails for another reason than its denial is no hindrance: the tests go on then,
-    // too, with what the list shows.
+    // Goes on after a failed scan, as the tests do, unless access was denied.
     void scan() {
-        // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY,
-        // ERROR_ACCESS_DENIED, RPC errors
         const DWORD result =
             api().WlanScan(m_client.get(), &m_interface, nullptr, nullptr, nullptr);
         if (result == ERROR_ACCESS_DENIED) {
@@ -236,8 +201,6 @@ private:
 
     void lookAtNetworks() {
         nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
-        // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NDIS_DOT11_POWER_STATE_INVALID,
-        // ERROR_NOT_ENOUGH_MEMORY, ERROR_ACCESS_DENIED, RPC errors
         const DWORD result =
             api().WlanGetAvailableNetworkList(m_client.get(), &m_interface, 0, nullptr, out(list));
         if (result == ERROR_ACCESS_DENIED) {
@@ -286,8 +249,8 @@ Finding findingOnName(const TeskString& device, const String& wanted,
         finding.key = key;
         finding.variables.emplace_back("Found", TeskString(found.name));
         finding.variables.emplace_back("Quality", found.quality);
-        if (found.hider != nullptr) {
-            finding.variables.emplace_back("Hider", TeskString(found.hider->name));
+        if (found.keptInstead != nullptr) {
+            finding.variables.emplace_back("Hider", TeskString(found.keptInstead->name));
         }
         return finding;
     };
@@ -302,18 +265,19 @@ Finding findingOnName(const TeskString& device, const String& wanted,
         return finding;
     }
     if (const NamedNetwork* taken = first([&name](const NamedNetwork& network) {
-            return network.hider == nullptr && sameName(network.name, name);
+            return network.keptInstead == nullptr && isAccessPoint(network.name, name);
         })) {
         finding.good = true;
         return conclude(taken->name == name ? "DOCTOR_NAME_VISIBLE" : "DOCTOR_NAME_SPELT_OTHERWISE",
                         *taken);
     }
-    if (const NamedNetwork* hidden =
-            first([&name](const NamedNetwork& network) { return sameName(network.name, name); })) {
+    if (const NamedNetwork* hidden = first(
+            [&name](const NamedNetwork& network) { return isAccessPoint(network.name, name); })) {
         return conclude("DOCTOR_NAME_HIDDEN", *hidden);
     }
-    if (const NamedNetwork* encoded = first(
-            [&name](const NamedNetwork& network) { return sameName(network.decoded, name); })) {
+    if (const NamedNetwork* encoded = first([&name](const NamedNetwork& network) {
+            return isAccessPoint(network.decoded, name);
+        })) {
         return conclude("DOCTOR_NAME_ENCODED", *encoded);
     }
     if (const NamedNetwork* longer =

@@ -167,7 +167,7 @@ void MRLRAntennaDlg::switchRadioOnAtStart() {
 }
 
 mrl::Int32 MRLRAntennaDlg::lastPhy() const {
-    return m_wirelessDevice->m_radio.m_numberOfPhys - 1;
+    return m_wirelessDevice->m_radio.lastPhy();
 }
 
 void MRLRAntennaDlg::OnPaint() {

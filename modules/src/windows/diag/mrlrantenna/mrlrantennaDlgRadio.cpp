@@ -67,8 +67,6 @@ void MRLRAntennaDlg::OnTimer(UINT_PTR nIDEvent) {
     if (nIDEvent != SIGNAL_TIMER_ID) {
         return;
     }
-    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, ERROR_BUSY, RPC
-    // errors
     if (m_wirelessDevice->isScanEnabled() &&
         nativewifi::api().WlanScan(m_wirelessDevice->m_clientHandle,
                                    &m_wirelessDevice->m_interfaceGuid, nullptr, nullptr,
