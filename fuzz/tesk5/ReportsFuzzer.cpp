@@ -129,7 +129,7 @@ private:
             const char* key = extra ? "PLAIN" : "WEAK";
             outcome.events = {{key,
                                severity,
-                               tesk5::fillPlaceholders(tesk5::textOf(key).utf8(), variables),
+                               tesk5::fillPlaceholders(tesk5::translation(key).utf8(), variables),
                                variables,
                                TeskString(file.of[which]).utf8(),
                                245,

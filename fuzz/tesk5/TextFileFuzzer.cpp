@@ -16,9 +16,9 @@ namespace {
 constexpr std::string_view BUILT_IN = R"({"PLAIN": "built in"})";
 constexpr std::size_t COLUMNS = 20;
 
-void look(tesk5::TextCatalogue& catalogue) {
-    for (const char* key : {"PLAIN", "WEAK", "", "{"}) {
-        const std::string& pattern = catalogue.textOf(key).utf8();
+void look(const tesk5::TextCatalogue& catalogue) {
+    for (const tesk5::TeskString key : {"PLAIN", "WEAK", "", "{"}) {
+        const std::string& pattern = catalogue.find(key).utf8();
         const std::string text = tesk5::fillPlaceholders(
             pattern, {{"Name", "{Name}\r\n"}, {"Strength", mrl::Uint32{12}}, {"", pattern}});
         std::string shown;
@@ -36,15 +36,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view bytes = fuzz::viewOf(data, size);
     const test::CapturedLog log;
     file.write(bytes);
-    tesk5::TextCatalogue fromFile({{{file.folder()}, BUILT_IN}}, "de-AT");
+    const tesk5::TextCatalogue fromFile({{{file.folder()}, BUILT_IN}}, "de-AT");
     look(fromFile);
-    tesk5::TextCatalogue fromProgram({{{}, bytes}}, "de");
+    const tesk5::TextCatalogue fromProgram({{{}, bytes}}, "de");
     look(fromProgram);
     const std::vector<std::string> lines = log.texts();
     for (const std::string& line : lines) {
         fuzz::promiseNone(test::offenceIn(line), "a line of the log");
     }
-    const bool used = fromFile.textOf("PLAIN").utf8() != "built in";
+    const tesk5::TeskString plain("PLAIN");
+    const bool used = fromFile.find(plain).utf8() != "built in";
     fuzz::promise(lines.empty() || !used || lines.size() == 1,
                   "a file is used or named in the log");
     return 0;

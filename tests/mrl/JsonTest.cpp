@@ -1,7 +1,4 @@
-// What every reader of a JSON file gets: values in their order, and refusals with their place.
-#include <support/TemporaryFolder.h>
-
-#include <mrl/Files.h>
+// What every reader of JSON gets: values in their order, and refusals with their place.
 #include <mrl/Json.h>
 
 #include <gtest/gtest.h>
@@ -63,15 +60,6 @@ TEST(JsonTexts, WithANumberThatNoTypeHoldsAreRefused) {
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->reason, Reason::number);
     EXPECT_STREQ(failure->what(), "number overflow parsing '1e999'");
-}
-
-TEST(JsonFiles, AreReadWholeUpToTheLimit) {
-    const TemporaryFolder folder;
-    const std::filesystem::path file = folder.path() / "a.json";
-    std::ofstream(file) << "[1, 2]";
-    EXPECT_EQ(mrl::readJsonFile(file, 6).dump(), "[1,2]");
-    EXPECT_THROW(mrl::readJsonFile(file, 5), mrl::FileFailure);
-    EXPECT_THROW(mrl::readJsonFile(folder.path(), 100), mrl::FileFailure);
 }
 
 } // namespace

@@ -58,7 +58,7 @@ protected:
     }
 
     /// The text of a key, as the user reads it.
-    static std::string localized(const char* key) { return tesk5::textOf(key).utf8(); }
+    static std::string localized(const char* key) { return tesk5::translation(key).utf8(); }
 
 private:
     std::optional<WirelessDevice> m_device;

@@ -100,8 +100,8 @@ TEST(ModuleObjects, KeysThatNoCodeReadsAreKnownAllTheSame) {
 
 TEST(ModuleObjects, EveryKeyHasAnEnglishText) {
     const auto expectText = [](const TeskString& key) {
-        EXPECT_NE(tesk5::textOf(key).utf8(), key.utf8()) << "no text for this key";
-        EXPECT_NE(tesk5::textOf(key).utf8(), "");
+        EXPECT_NE(tesk5::translation(key).utf8(), key.utf8()) << "no text for this key";
+        EXPECT_NE(tesk5::translation(key).utf8(), "");
     };
     const Registry& all = Registry::instance();
     for (const auto& text : all.localizedStrings) {

@@ -86,7 +86,7 @@ struct Display {
 std::string text(const Display& display) {
     return std::string("adapter ") + display.adapter + "; list " + display.list + "; chosen " +
            display.chosen + "; details " + display.details + "; radio " +
-           tesk5::textOf(display.radio).utf8() + "; picture " + display.picture;
+           tesk5::translation(display.radio).utf8() + "; picture " + display.picture;
 }
 
 std::string textOn(const Dialog& dialog) {

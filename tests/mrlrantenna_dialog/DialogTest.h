@@ -71,7 +71,7 @@ protected:
     /// How often the list of networks was asked for.
     std::size_t looks() { return radio().callCount("WlanGetAvailableNetworkList"); }
 
-    static std::string localized(const char* key) { return tesk5::textOf(key).utf8(); }
+    static std::string localized(const char* key) { return tesk5::translation(key).utf8(); }
 
 private:
     ControlJournal m_journal;

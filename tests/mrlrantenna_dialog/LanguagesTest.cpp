@@ -115,7 +115,7 @@ bool fits(SIZE needed, SIZE room) {
 }
 
 // Texts of one language that have no room at one density, as "control key".
-std::vector<std::string> clipped(const tesk5::Json& texts, LANGID language, int dpi) {
+std::vector<std::string> clipped(const mrl::Json& texts, LANGID language, int dpi) {
     const SIZE units = Measure(templateFont(dpi)).dialogUnits();
     const Measure measure(libUikit::fontForLanguage(templateFont(dpi), language));
     std::map<int, TemplateControl> controls;
@@ -148,8 +148,8 @@ std::vector<std::string> clipped(const tesk5::Json& texts, LANGID language, int 
 
 TEST(DialogInEveryLanguage, HasRoomForEveryTextAtEveryDensityOfTheScreen) {
     for (const char* tag : SHIPPED) {
-        const tesk5::Json texts = tesk5::readJsonFile(shippedTree() / "resources" / "mrlrantenna" /
-                                                      "texts" / (std::string(tag) + ".json"));
+        const mrl::Json texts = tesk5::readJsonFile(shippedTree() / "resources" / "mrlrantenna" /
+                                                    "texts" / (std::string(tag) + ".json"));
         for (const int dpi : DENSITIES) {
             EXPECT_THAT(clipped(texts, languageOf(tag), dpi), IsEmpty()) << tag << " " << dpi;
         }
@@ -215,7 +215,7 @@ TEST_F(DialogInALanguage, ShowsEveryTextWholeInTheDialogsOwnFont) {
             const LONG full = letterHeight(dialog, IDC_NETWORK_COMBO);
             for (const Showing& showing : showings) {
                 for (const char* key : showing.keys) {
-                    dialog.SetDlgItemText(showing.id, tesk5::textOf(key).getUCS2Buffer());
+                    dialog.SetDlgItemText(showing.id, tesk5::translation(key).getUCS2Buffer());
                     EXPECT_EQ(letterHeight(dialog, showing.id), full) << tag << " " << key;
                 }
             }

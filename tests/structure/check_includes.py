@@ -83,7 +83,7 @@ THIRD_PARTY = (
     (re.compile(r"(spdlog|fmt)/"), "spdlog",
      re.compile(r"common/src/libcommon/mrlbase/src/LogSinks\.cpp$")),
     (re.compile(r"nlohmann/"), "nlohmann",
-     re.compile(r"common/src/(libcommon/mrlbase/mrl/Json\.h$|libtesk5/src/)")),
+     re.compile(r"common/src/libcommon/mrlbase/mrl/Json\.h$")),
     (re.compile(r"kainjow/"), "kainjow",
      re.compile(r"common/src/libtesk5/src/reports/HtmlReport\.cpp$")),
     (re.compile(r"toml\+\+/"), "toml++",

@@ -1,4 +1,4 @@
-// The catalogue of texts behind keys of localized strings, events and the framework's own words.
+// Texts in the user's language, by the keys of localized strings, events, parameters and tests.
 #pragma once
 
 #include <tesk5/Event.h>
@@ -10,12 +10,11 @@
 
 namespace tesk5 {
 
-/// The text of `key` in the language in force; the key itself when no catalogue has it. Texts come
-/// from resources/<module>/texts/<language>.json and resources/tesk5/texts/<language>.json beside
-/// the executable, else below the current directory; a key that they lack comes from the English
-/// files, else from the compiled-in English. Files are read on the first call in a language. The
-/// reference stays valid until the process ends. Any thread.
-const TeskString& textOf(const TeskString& key);
+/// The text of `key` in the language in force; the key itself when there is none. Texts come from
+/// resources/<module>/texts/<language>.json and resources/tesk5/texts/<language>.json beside the
+/// executable, else below the current directory; a key that they lack comes from the English files,
+/// else from the compiled-in English. The first call in a language reads its files. Any thread.
+TeskString translation(const TeskString& key);
 
 /// The text of `key` with its placeholders filled.
 std::string message(const TeskString& key, const Event::Variables& variables = {});

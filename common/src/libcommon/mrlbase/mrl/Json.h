@@ -1,10 +1,9 @@
-// JSON from files and texts that come from outside. The one place that parses JSON.
+// JSON values, and the one place that parses them.
 #pragma once
 
 #include <nlohmann/json.hpp>
 
 #include <cstddef>
-#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -34,10 +33,5 @@ public:
 /// The value of a JSON text in UTF-8. Any thread.
 /// Failure: throws JsonFailure
 Json parseJson(std::string_view text);
-
-/// The value of a JSON file.
-/// \param limit the largest size in bytes that the file may have
-/// Failure: throws JsonFailure, and FileFailure as readWholeFile() does
-Json readJsonFile(const std::filesystem::path& path, std::size_t limit);
 
 } // namespace mrl

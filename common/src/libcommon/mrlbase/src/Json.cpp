@@ -1,7 +1,5 @@
 #include <mrl/Json.h>
 
-#include <mrl/Files.h>
-
 #include <algorithm>
 #include <set>
 #include <vector>
@@ -91,10 +89,6 @@ Json parseJson(std::string_view text) {
     } catch (const Json::exception& failure) {
         throw JsonFailure(JsonFailure::Reason::number, detailOf(failure));
     }
-}
-
-Json readJsonFile(const std::filesystem::path& path, std::size_t limit) {
-    return parseJson(readWholeFile(path, limit));
 }
 
 } // namespace mrl

@@ -98,7 +98,7 @@ std::string commentOn(const Parameter& parameter, const Registry& registry) {
     if (!users.empty()) {
         phrases.push_back(message("CONFIG_PARAMETER_OF", {{"Tests", listed(users)}}));
     }
-    const TeskString& described = textOf(parameter.name());
+    const TeskString described = translation(parameter.name());
     return (described == parameter.name() ? "" : described.utf8() + "\n") + phrasesListed(phrases);
 }
 

@@ -30,9 +30,10 @@ void raise(const Event* event, Severity severity, const TeskString& sourceFile, 
     if (event == nullptr) {
         throw TeskException("an event was to be raised, but there is none");
     }
-    TestRecorder::record(RaisedEvent{
-        event->key(), severity, fillPlaceholders(textOf(event->key()).utf8(), event->variables()),
-        event->variables(), sourceFile.utf8(), line, mrl::Clock::current().utcNow()});
+    TestRecorder::record(
+        RaisedEvent{event->key(), severity,
+                    fillPlaceholders(translation(event->key()).utf8(), event->variables()),
+                    event->variables(), sourceFile.utf8(), line, mrl::Clock::current().utcNow()});
 }
 
 } // namespace
@@ -105,7 +106,7 @@ void DiagModule::surveyed(Survey survey) {
 }
 
 void DiagModule::progresses(const TeskString& key, std::optional<double> longestSeconds) {
-    TestRecorder::record(Progress{key, textOf(key).utf8(), longestSeconds});
+    TestRecorder::record(Progress{key, translation(key).utf8(), longestSeconds});
 }
 
 bool DiagModule::checkForStop() {

@@ -83,7 +83,8 @@ void showTest(const Test& test) {
     for (const Parameter* parameter : test.parameters()) {
         condition("LIST_PARAMETER", described(*parameter));
         // A module may have a text under the parameter's own name.
-        if (const TeskString& meaning = textOf(parameter->name()); meaning != parameter->name()) {
+        if (const TeskString meaning = translation(parameter->name());
+            meaning != parameter->name()) {
             line("    " + padded({}, labelColumns()) + meaning.utf8());
         }
     }

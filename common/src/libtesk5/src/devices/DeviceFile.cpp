@@ -13,7 +13,7 @@ namespace {
 
 // A value of the file together with the path that leads to it.
 struct Place {
-    const Json& value;
+    const mrl::Json& value;
     std::string path;
 
     Place member(const std::string& name) const { return {value.at(name), path + "." + name}; }
@@ -23,7 +23,7 @@ struct Place {
     /// \param key of a text with {Place} in it
     [[noreturn]] void refuse(const char* key, Event::Variables variables = {}) const {
         variables.emplace_back("Place", path);
-        throw JsonFailure(Message(key, std::move(variables)));
+        throw UnusableInput(Message(key, std::move(variables)));
     }
 };
 
@@ -84,7 +84,7 @@ DiagDevice deviceOf(const Place& place) {
 
 DeviceList devicesFromFile(const std::string& path) {
     try {
-        const Json root = readJsonFile(mrl::System::path(path));
+        const mrl::Json root = readJsonFile(mrl::System::path(path));
         const Place whole{root, "$"};
         if (!root.is_array()) {
             whole.refuse("INPUT_DEVICES_LIST");
@@ -94,7 +94,7 @@ DeviceList devicesFromFile(const std::string& path) {
             all.devices.push_back(deviceOf(whole.item(i)));
         }
         return all;
-    } catch (const JsonFailure& failure) {
+    } catch (const UnusableInput& failure) {
         throw BadInput{
             message("INPUT_DEVICES_UNUSABLE", {{"File", path}, {"Reason", failure.reason()}})};
     }

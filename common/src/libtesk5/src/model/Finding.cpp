@@ -5,7 +5,7 @@
 namespace tesk5 {
 
 std::string Finding::text() const {
-    return fillPlaceholders(textOf(key).utf8(), variables);
+    return fillPlaceholders(translation(key).utf8(), variables);
 }
 
 } // namespace tesk5

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "run/RunListener.h"
-#include "texts/JsonFile.h"
 
+#include <mrl/Json.h>
 #include <mrl/OutputStream.h>
 
 #include <mutex>
@@ -30,8 +30,8 @@ public:
     void onRunEnd(const RunRecord& record) override;
 
 private:
-    void write(const char* type, const Json& members);
-    void writeOfRun(const char* type, const Json& members);
+    void write(const char* type, const mrl::Json& members);
+    void writeOfRun(const char* type, const mrl::Json& members);
 
     mrl::OutputStream& m_stream;
     std::mutex m_mutex; ///< guards the stream and the sequence number

@@ -105,7 +105,7 @@ std::string sentenceMarkup(const TeskString& key, const Event::Variables& variab
         const std::string text = fillPlaceholders("{" + name.utf8() + "}", {{name, value}});
         isolated.emplace_back(name, "<bdi>" + inMarkup(text) + "</bdi>");
     }
-    return fillPlaceholders(inMarkup(textOf(key).utf8()), isolated);
+    return fillPlaceholders(inMarkup(translation(key).utf8()), isolated);
 }
 
 Data eventData(const RaisedEvent& event) {
@@ -206,7 +206,7 @@ Data measurementData(const Measurement& measurement, bool mirrored) {
         legend << data;
     }
     Data data;
-    data.set("name", textOf(measurement.name).utf8());
+    data.set("name", translation(measurement.name).utf8());
     data.set("value", withUnit(measurement.value, measurement.unit));
     data.set("comparison", comparisonText(measurement));
     data.set("kind", broken != nullptr            ? kindOf(broken->severity)
@@ -231,7 +231,7 @@ Data surveyData(const Survey& survey, bool mirrored) {
         entries << data;
     }
     Data data;
-    data.set("name", textOf(survey.name).utf8());
+    data.set("name", translation(survey.name).utf8());
     data.set("entries", entries);
     return data;
 }
@@ -239,7 +239,7 @@ Data surveyData(const Survey& survey, bool mirrored) {
 Data parametersData(const Outcome& outcome) {
     Data list(Data::type::list);
     for (const auto& [name, value] : outcome.parameters) {
-        const std::string& meaning = textOf(name).utf8();
+        const std::string meaning = translation(name).utf8();
         const std::string text = value.valueString().utf8();
         Data data;
         data.set("name", name.utf8());
@@ -296,7 +296,7 @@ Data outcomeData(const Outcome& outcome, bool mirrored) {
         surveys << surveyData(survey, mirrored);
     }
     Data data = resultData(outcome.result);
-    data.set("test", textOf(outcome.test->name()).utf8());
+    data.set("test", translation(outcome.test->name()).utf8());
     data.set("device", outcome.device->name().utf8());
     data.set("started", timeData(outcome.time));
     data.set("duration", outcome.started ? Data(secondsText(outcome.seconds)) : Data(false));
@@ -318,7 +318,7 @@ Data withoutDeviceData(const TestWithoutDevice& without, const RunRecord& run) {
         reasons << Data(reason);
     }
     Data data = resultData(TestResult::CANNOTRUN());
-    data.set("test", textOf(without.test->name()).utf8());
+    data.set("test", translation(without.test->name()).utf8());
     data.set("device", false);
     data.set("started", timeData(run.started));
     data.set("duration", false);
@@ -382,7 +382,7 @@ void setTexts(Data& page, std::string_view tmpl) {
          tag = tmpl.find(OPEN, tag + 1)) {
         const std::size_t start = tag + 2;
         const std::string key(tmpl.substr(start, tmpl.find("}}", start) - start));
-        page.set(key, textOf(TeskString(key)).utf8());
+        page.set(key, translation(TeskString(key)).utf8());
     }
 }
 

@@ -2,11 +2,14 @@
 #pragma once
 
 #include "run/Runner.h"
-#include "texts/JsonFile.h"
+
+#include <mrl/Json.h>
 
 #include <string>
 
 namespace tesk5 {
+
+using mrl::Json;
 
 /// `time` as reports write it: 2026-11-20T19:55:01.123Z, cut to milliseconds.
 std::string reportTime(mrl::Clock::UtcTime time);

@@ -22,7 +22,7 @@ std::string measurementLine(const Measurement& measurement) {
 }
 
 std::vector<std::string> surveyLines(const Survey& survey) {
-    std::vector<std::string> lines = {textOf(survey.name).utf8() + ":"};
+    std::vector<std::string> lines = {translation(survey.name).utf8() + ":"};
     for (const Survey::Entry& entry : strongestFirst(survey)) {
         lines.push_back("  " + std::to_string(entry.value) + " " + survey.unit.utf8() + "  " +
                         entry.name.utf8() +
@@ -34,7 +34,7 @@ std::vector<std::string> surveyLines(const Survey& survey) {
 } // namespace
 
 std::string resultInWords(const TestResult& result) {
-    return textOf(TeskString(std::string("REPORT_RESULT_") + result.name())).utf8();
+    return translation(TeskString(std::string("REPORT_RESULT_") + result.name())).utf8();
 }
 
 std::vector<std::string> observationLines(const Outcome& outcome) {
@@ -50,7 +50,7 @@ std::vector<std::string> observationLines(const Outcome& outcome) {
 }
 
 Event::Variables unspokenVariables(const RaisedEvent& event) {
-    const std::string& pattern = textOf(event.key).utf8();
+    const std::string pattern = translation(event.key).utf8();
     Event::Variables unspoken;
     for (const auto& [name, value] : event.variables) {
         if (pattern.find("{" + name.utf8() + "}") == std::string::npos) {

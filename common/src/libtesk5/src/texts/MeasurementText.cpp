@@ -30,7 +30,7 @@ std::string limitText(const Limit& limit, const TeskString& unit, const char* Li
 } // namespace
 
 std::string measuredText(const Measurement& measurement) {
-    return message("MEASUREMENT", {{"Name", textOf(measurement.name)},
+    return message("MEASUREMENT", {{"Name", translation(measurement.name)},
                                    {"Value", measurement.value},
                                    {"Unit", measurement.unit}});
 }

@@ -21,8 +21,8 @@ std::string Message::text() const {
 }
 
 std::string Message::inEnglish() const {
-    static TextCatalogue english({{{}, frameworkTexts()}}, "en");
-    return m_key.empty() ? m_words : fillPlaceholders(english.textOf(m_key).utf8(), m_variables);
+    static const TextCatalogue english({{{}, frameworkTexts()}}, "en");
+    return m_key.empty() ? m_words : fillPlaceholders(english.find(m_key).utf8(), m_variables);
 }
 
 } // namespace tesk5

@@ -3,9 +3,9 @@
 #include "texts/JsonFile.h"
 #include "texts/Languages.h"
 
+#include <mrl/Files.h>
 #include <mrl/LoggerStream.h>
 #include <mrl/System.h>
-#include <mrl/Unicode.h>
 
 #include <algorithm>
 #include <set>
@@ -14,81 +14,80 @@ namespace tesk5 {
 
 namespace {
 
-constexpr int PRIORITY = 4;
 constexpr std::string_view FALLBACK_LANGUAGE = "en";
 
-void tellUnusable(const std::string& what, const JsonFailure& failure) {
+void logUnusable(const std::string& what, const UnusableInput& failure) {
+    constexpr int PRIORITY = 4;
     mrl::Logger& logger = mrl::LogFactory::createLogger("tesk5.texts");
     mrl::LoggerStream(logger.admitting(PRIORITY), PRIORITY)
         << "The texts of " << what << " are not used: " << failure.what();
 }
 
-TextsByKey firstUsable(const std::vector<std::filesystem::path>& folders,
-                       std::string_view language) {
+// Refuses what is no object of texts.
+const mrl::Json& checkedTexts(const mrl::Json& texts) {
+    if (!texts.is_object()) {
+        throw UnusableInput(Message("INPUT_TEXTS_NO_OBJECT"));
+    }
+    for (const auto& [key, text] : texts.items()) {
+        if (!text.is_string()) {
+            throw UnusableInput(Message("INPUT_TEXTS_NO_STRING", {{"Key", key}}));
+        }
+    }
+    return texts;
+}
+
+// The texts of the first usable file; an empty object when there is none.
+mrl::Json firstUsable(const std::vector<std::filesystem::path>& folders,
+                      const std::string& language) {
     for (const std::filesystem::path& folder : folders) {
-        const std::filesystem::path file =
-            folder / mrl::System::path(std::string(language) + ".json");
-        if (!isFile(file)) {
+        const std::filesystem::path file = folder / mrl::System::path(language + ".json");
+        if (mrl::fileKind(file) != mrl::FileKind::ordinary) {
             continue;
         }
         try {
-            return textsOf(readJsonText(file));
-        } catch (const JsonFailure& failure) {
+            return checkedTexts(readJsonFile(file));
+        } catch (const UnusableInput& failure) {
             const std::u8string name = file.u8string();
-            tellUnusable(std::string(name.begin(), name.end()), failure);
+            logUnusable(std::string(name.begin(), name.end()), failure);
         }
     }
-    return {};
+    return mrl::Json::object();
 }
 
-TextsByKey builtInTexts(std::string_view builtIn) {
+mrl::Json builtInTexts(std::string_view builtIn) {
     try {
-        return textsOf(std::string(builtIn));
-    } catch (const JsonFailure& failure) {
-        tellUnusable("the program itself", failure);
-        return {};
+        return checkedTexts(parseJson(builtIn));
+    } catch (const UnusableInput& failure) {
+        logUnusable("the program itself", failure);
+        return mrl::Json::object();
     }
 }
 
 } // namespace
 
 TextCatalogue::TextCatalogue(const std::vector<TextSource>& sources, std::string_view language) {
-    std::vector<std::string> languages = fallbacksOf(language);
-    if (std::find(languages.begin(), languages.end(), FALLBACK_LANGUAGE) == languages.end()) {
-        languages.emplace_back(FALLBACK_LANGUAGE);
+    const auto add = [this](const mrl::Json& texts) {
+        for (const auto& [key, text] : texts.items()) {
+            m_texts.try_emplace(key, text.get_ref<const std::string&>());
+        }
+    };
+    std::vector<std::string> tags = fallbacksOf(language);
+    if (std::find(tags.begin(), tags.end(), FALLBACK_LANGUAGE) == tags.end()) {
+        tags.emplace_back(FALLBACK_LANGUAGE);
     }
-    for (const std::string& tag : languages) {
+    for (const std::string& tag : tags) {
         for (const TextSource& source : sources) {
-            m_unread.emplace_back(
-                [folders = source.folders, tag] { return firstUsable(folders, tag); });
+            add(firstUsable(source.folders, tag));
         }
     }
     for (const TextSource& source : sources) {
-        m_unread.emplace_back([builtIn = source.builtIn] { return builtInTexts(builtIn); });
+        add(builtInTexts(source.builtIn));
     }
 }
 
-const std::string& TextCatalogue::lookUp(const std::string& key) {
-    for (std::size_t i = 0; i < m_read.size() || !m_unread.empty(); ++i) {
-        if (i == m_read.size()) {
-            m_read.push_back(m_unread.front()());
-            m_unread.pop_front();
-        }
-        const auto known = m_read[i].find(key);
-        if (known != m_read[i].end()) {
-            return known->second;
-        }
-    }
-    return key;
-}
-
-const CatalogueText& TextCatalogue::find(const TeskString& key) {
-    const std::lock_guard lock(m_mutex);
-    const auto known = m_given.find(key);
-    if (known != m_given.end()) {
-        return known->second;
-    }
-    return m_given.emplace(key, CatalogueText{TeskString(lookUp(key.utf8())), this}).first->second;
+const TeskString& TextCatalogue::find(const TeskString& key) const {
+    const auto found = m_texts.find(key.utf8());
+    return found != m_texts.end() ? found->second : key;
 }
 
 std::vector<std::filesystem::path> textFolders(std::string_view part,

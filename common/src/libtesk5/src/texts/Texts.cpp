@@ -9,8 +9,7 @@
 #include <mrl/System.h>
 
 #include <algorithm>
-#include <atomic>
-#include <memory>
+#include <map>
 #include <mutex>
 #include <optional>
 
@@ -51,78 +50,45 @@ std::string usersLanguage() {
     return FALLBACK_LANGUAGE;
 }
 
-// The catalogue in force once it is settled, for the many calls that only look.
-constinit std::atomic<TextCatalogue*> g_settled{nullptr};
+// The languages read so far by tag. They stay, because texts are handed out by reference.
+struct Languages {
+    std::mutex mutex;
+    std::string chosen; ///< empty for the user's
+    std::map<std::string, TextCatalogue> read;
+    const std::pair<const std::string, TextCatalogue>* current = nullptr; ///< null until needed
 
-// The languages used so far. Catalogues stay, because texts are handed out by reference.
-class UsedLanguages {
-public:
-    TextCatalogue& current() {
-        const std::lock_guard lock(m_mutex);
-        TextCatalogue& catalogue = *settled().catalogue;
-        g_settled = &catalogue;
-        return catalogue;
-    }
-    std::string tag() {
-        const std::lock_guard lock(m_mutex);
-        return settled().tag;
-    }
-    void choose(std::string tag) {
-        const std::lock_guard lock(m_mutex);
-        m_chosen = std::move(tag);
-        m_current = nullptr;
-        g_settled = nullptr;
-    }
-
-    static UsedLanguages& instance() {
-        static UsedLanguages languages;
+    static Languages& instance() {
+        static Languages languages;
         return languages;
     }
-
-private:
-    struct Language {
-        std::string tag;
-        std::unique_ptr<TextCatalogue> catalogue;
-    };
-
-    Language& settled() {
-        if (m_current == nullptr) {
-            const std::string tag = m_chosen.empty() ? usersLanguage() : m_chosen;
-            const auto known = std::find_if(m_used.begin(), m_used.end(),
-                                            [&tag](const auto& used) { return used->tag == tag; });
-            m_current = known != m_used.end()
-                            ? known->get()
-                            : m_used
-                                  .emplace_back(std::make_unique<Language>(Language{
-                                      tag, std::make_unique<TextCatalogue>(sources(), tag)}))
-                                  .get();
-        }
-        return *m_current;
-    }
-
-    std::mutex m_mutex;
-    std::string m_chosen;
-    std::vector<std::unique_ptr<Language>> m_used;
-    Language* m_current = nullptr;
 };
+
+const std::pair<const std::string, TextCatalogue>& languageInForce() {
+    Languages& languages = Languages::instance();
+    const std::lock_guard lock(languages.mutex);
+    if (languages.current == nullptr) {
+        const std::string tag = languages.chosen.empty() ? usersLanguage() : languages.chosen;
+        languages.current = &*languages.read.try_emplace(tag, sources(), tag).first;
+    }
+    return *languages.current;
+}
 
 } // namespace
 
-TextCatalogue& catalogueInForce() {
-    TextCatalogue* const settled = g_settled.load(std::memory_order_acquire);
-    return settled != nullptr ? *settled : UsedLanguages::instance().current();
+const TextCatalogue& catalogueInForce() {
+    return languageInForce().second;
 }
 
-const TeskString& textOf(const TeskString& key) {
-    return catalogueInForce().textOf(key);
+TeskString translation(const TeskString& key) {
+    return catalogueInForce().find(key);
 }
 
 std::string message(const TeskString& key, const Event::Variables& variables) {
-    return fillPlaceholders(textOf(key).utf8(), variables);
+    return fillPlaceholders(translation(key).utf8(), variables);
 }
 
 std::string language() {
-    return UsedLanguages::instance().tag();
+    return languageInForce().first;
 }
 
 bool setLanguage(std::string_view tag) {
@@ -134,7 +100,10 @@ bool setLanguage(std::string_view tag) {
         }
         chosen = *found;
     }
-    UsedLanguages::instance().choose(std::move(chosen));
+    Languages& languages = Languages::instance();
+    const std::lock_guard lock(languages.mutex);
+    languages.chosen = std::move(chosen);
+    languages.current = nullptr;
     return true;
 }
 
