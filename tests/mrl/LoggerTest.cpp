@@ -1,9 +1,12 @@
 #include <mrl/LoggerStream.h>
+#include <mrl/TraceLogger.h>
 
 #include <support/CapturedLog.h>
+#include <support/VirtualClock.h>
 
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -14,10 +17,13 @@ using mrl::LogFactory;
 using mrl::Logger;
 using mrl::LoggerStream;
 using test::CapturedLog;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
-// Loggers live for ever: each test takes names of its own.
+// Loggers live as long as the process: each test uses names of its own.
 Logger& logger(const std::string& name) {
     const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
     return LogFactory::createLogger(std::string(test->name()) + name);
@@ -42,9 +48,116 @@ TEST(LogFactory, OddNamesAreNames) {
     }
 }
 
-TEST(LogFactory, NothingIsAdmittedUntilTheThresholdIsLowered) {
-    EXPECT_EQ(LogFactory::getPriority(), LogFactory::OFF);
+TEST(LogFactory, WithTheThresholdOffNothingIsAdmitted) {
+    LogFactory::setPriority(LogFactory::OFF);
     EXPECT_FALSE(logger("").admits(1000));
+}
+
+// The lines before the first setPriority() of a process: each test runs in a process of its own.
+class EarlyLinesDeathTest : public testing::Test {
+protected:
+    EarlyLinesDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+
+    static void logEarly() {
+        test::VirtualClock clock;
+        log(logger(".early"), 0, "trace");
+        clock.sleep(std::chrono::seconds(1));
+        log(logger(".early"), 1, "first");
+        clock.sleep(std::chrono::seconds(1));
+        log(logger(".early"), 4, "second\n");
+    }
+    /// Opens the log on standard error and ends the process.
+    [[noreturn]] static void openLogAndExit(int threshold) {
+        LogFactory::setSink(mrl::standardErrorLogSink());
+        LogFactory::setPriority(threshold);
+        const test::VirtualClock clock;
+        log(logger(".late"), 5, "late");
+        std::exit(LogFactory::getPriority() == threshold ? 0 : 1);
+    }
+};
+
+TEST_F(EarlyLinesDeathTest, AreWrittenInTheirOrderWithTheirTimesWhenTheLogOpens) {
+    EXPECT_EXIT(
+        {
+            logEarly();
+            openLogAndExit(0);
+        },
+        testing::ExitedWithCode(0),
+        HasSubstr("2026-11-20T19:55:01.123Z 0 "
+                  "AreWrittenInTheirOrderWithTheirTimesWhenTheLogOpens.early: trace\n"
+                  "2026-11-20T19:55:02.123Z 1 "
+                  "AreWrittenInTheirOrderWithTheirTimesWhenTheLogOpens.early: first\n"
+                  "2026-11-20T19:55:03.123Z 4 "
+                  "AreWrittenInTheirOrderWithTheirTimesWhenTheLogOpens.early: second\\n\n"
+                  "2026-11-20T19:55:01.123Z 5 "
+                  "AreWrittenInTheirOrderWithTheirTimesWhenTheLogOpens.late: late\n"));
+}
+
+TEST_F(EarlyLinesDeathTest, BelowTheThresholdAreDiscarded) {
+    EXPECT_EXIT(
+        {
+            logEarly();
+            openLogAndExit(2);
+        },
+        testing::ExitedWithCode(0),
+        AllOf(Not(HasSubstr("trace")), Not(HasSubstr("first")), HasSubstr("second"),
+              HasSubstr("late")));
+}
+
+TEST_F(EarlyLinesDeathTest, AreDiscardedByARunWithoutALog) {
+    EXPECT_EXIT(
+        {
+            logEarly();
+            LogFactory::setPriority(LogFactory::OFF);
+            openLogAndExit(0);
+        },
+        testing::ExitedWithCode(0), AllOf(Not(HasSubstr("early")), HasSubstr("late")));
+}
+
+TEST_F(EarlyLinesDeathTest, AreKeptUpToALimit) {
+    static_assert(LogFactory::MOST_KEPT_LINES == 100);
+    EXPECT_EXIT(
+        {
+            for (int i = 1; i <= 101; ++i) {
+                log(logger(""), 1, ("line " + std::to_string(i) + ".").c_str());
+            }
+            openLogAndExit(0);
+        },
+        testing::ExitedWithCode(0),
+        AllOf(HasSubstr("line 1."), HasSubstr("line 100."), Not(HasSubstr("line 101."))));
+}
+
+TEST_F(EarlyLinesDeathTest, ASinkAloneDoesNotReceive) {
+    EXPECT_EXIT(
+        {
+            LogFactory::setSink(mrl::standardErrorLogSink());
+            logEarly();
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), Not(HasSubstr("early")));
+}
+
+TEST_F(EarlyLinesDeathTest, AScopeThatIsOpenWhenTheLogOpensClosesInIt) {
+    EXPECT_EXIT(
+        {
+            {
+                const mrl::TraceLogger scope(&logger(""), "scope", "f", 1);
+                LogFactory::setSink(mrl::standardErrorLogSink());
+                LogFactory::setPriority(0);
+            }
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), AllOf(HasSubstr("> scope (f:1)"), HasSubstr("< scope")));
+    EXPECT_EXIT(
+        {
+            {
+                const mrl::TraceLogger scope(&logger(""), "scope", "f", 1);
+                LogFactory::setSink(mrl::standardErrorLogSink());
+                LogFactory::setPriority(1);
+            }
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), Not(HasSubstr("scope")));
 }
 
 TEST(LogFactory, SetSinkHandsBackTheOneBefore) {
@@ -54,7 +167,7 @@ TEST(LogFactory, SetSinkHandsBackTheOneBefore) {
     EXPECT_EQ(LogFactory::setSink(captured), nullptr);
 }
 
-TEST(Logger, WithoutASinkALineGoesNowhere) {
+TEST(Logger, WithoutASinkALineIsLost) {
     const CapturedLog captured(0);
     const auto sink = LogFactory::setSink(nullptr);
     log(logger(""), 5, "lost");
@@ -106,13 +219,13 @@ TEST(Logger, ThePriorityComesFromTheNearestLoggerAboveThatHasOne) {
     EXPECT_EQ(leaf.getPriority(), 1);
 }
 
-TEST(Logger, ALoggerMadeLaterAboveAnotherStillCounts) {
+TEST(Logger, ALoggerMadeLaterPassesItsPriorityToThoseBelow) {
     Logger& leaf = logger(".b.c");
     logger(".b").setPriority(4);
     EXPECT_EQ(leaf.getPriority(), 4);
 }
 
-TEST(Logger, ANameThatOnlyBeginsAlikeInheritsNothing) {
+TEST(Logger, ALongerNameWithoutADotInheritsNothing) {
     logger(".device").setPriority(9);
     EXPECT_EQ(logger(".deviceTwo").getPriority(), 0);
 }
@@ -123,7 +236,7 @@ TEST(Logger, OneCallIsOneLine) {
     EXPECT_THAT(captured.texts(), ElementsAre("first\\nsecond\\r\\n\\x1B[2Jthird"));
 }
 
-TEST(Logger, ANameThatTurnsTheReadingDirectionIsDisarmed) {
+TEST(Logger, ACharacterThatReversesTheReadingDirectionIsEscaped) {
     const CapturedLog captured;
     log(logger(""), 1,
         "SSID \xE2\x80\xAE"
@@ -143,7 +256,7 @@ TEST(Logger, AFailingSinkLosesTheLineAndNothingElse) {
     EXPECT_THAT(captured.texts(), ElementsAre("kept"));
 }
 
-TEST(Logger, ServesSeveralThreadsAtOnce) {
+TEST(Logger, MayBeUsedByManyThreadsAtOnce) {
     constexpr int THREADS = 4;
     constexpr int LINES = 200;
     const CapturedLog captured;

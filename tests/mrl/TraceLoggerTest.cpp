@@ -81,13 +81,13 @@ TEST(TraceLogger, AScopeThatDidNotOpenDoesNotClose) {
     EXPECT_THAT(captured.texts(), IsEmpty());
 }
 
-TEST(TraceLogger, AScopeThatOpenedCloses) {
+TEST(TraceLogger, AThresholdThatIsRaisedInsideHidesTheClosingLine) {
     const CapturedLog captured(0);
     {
         const TraceLogger scope(&logger(), "scope", "f", 1);
         LogFactory::setPriority(1);
     }
-    EXPECT_THAT(captured.texts(), ElementsAre("> scope (f:1)", "< scope"));
+    EXPECT_THAT(captured.texts(), ElementsAre("> scope (f:1)"));
 }
 
 TEST(TraceLogger, WithoutALoggerNothingIsWritten) {

@@ -77,6 +77,23 @@ class BadInput(ProgramTest):
         self.refused("list", "--colour", naming=["--colour"])
 
 
+class Log(ProgramTest):
+    def lines(self, level):
+        """The lines of the log that `list` writes at `level`, without their times."""
+        run = self.run_program("list", "--log", "run.log", "--log-level", level)
+        self.assertEqual(run.exit, 0, run)
+        log = (self.folder / "run.log").read_text(encoding="utf-8")
+        return [line.partition(" ")[2] for line in log.splitlines()]
+
+    def test_level_0_begins_and_ends_with_the_scope_of_the_run(self):
+        lines = self.lines("0")
+        self.assertRegex(lines[0], r"^0 mrlrantenna: > MRLRAntenna Run \(.*:112\)$")
+        self.assertEqual(lines[-1], "0 mrlrantenna: < MRLRAntenna Run")
+
+    def test_level_1_has_no_scopes(self):
+        self.assertNotIn("MRLRAntenna Run", "\n".join(self.lines("1")))
+
+
 class Listing(ProgramTest):
     def test_no_command_lists_tests_and_devices(self):
         run = self.run_program()

@@ -1,7 +1,12 @@
 // Logging: named loggers, each with a priority, below one global threshold.
 //
 // A line of priority p is written when the global threshold and the logger's resolved priority are
-// both at most p. Nothing is written until a sink is set and the threshold is lowered from OFF.
+// both at most p, and a sink is set.
+//
+// Lines that are written before the first setPriority() are kept with their times, up to
+// MOST_KEPT_LINES; that call writes those that the new threshold admits to the sink, and discards
+// the others. So a log that is opened after the command line is read has the lines before that.
+//
 // Everything here may be called from any thread, and during static initialisation.
 #pragma once
 
@@ -23,7 +28,7 @@ struct LogRecord {
     std::string_view text; ///< UTF-8, control characters escaped
 };
 
-/// Where lines go. write() is called by one thread at a time.
+/// The destination of lines. write() is called by one thread at a time.
 class LogSink {
 public:
     LogSink() = default;
@@ -36,9 +41,9 @@ public:
 /// A named source of lines. Loggers live for the life of the process and are owned by LogFactory.
 class Logger {
 public:
-    /// A priority of its own for this logger and for those below it that have none.
+    /// Sets the priority of this logger, and of the loggers below it that have none of their own.
     void setPriority(int priority) { m_priority = priority; }
-    /// Back to the priority of the logger above.
+    /// Inherits the priority of the logger above again.
     void clearPriority() { m_priority = INHERITED; }
     /// The priority of its own, or else of the nearest logger above it (the name up to the last
     /// dot) that has one, or else 0.
@@ -46,11 +51,12 @@ public:
 
     /// Whether a line of `priority` would be written now.
     bool admits(int priority) const;
-    /// This logger when it admits `priority`, else null: what an accessor hands to LoggerStream.
+    /// This logger when it admits `priority`, else null; the argument for LoggerStream.
     Logger* admitting(int priority) { return admits(priority) ? this : nullptr; }
 
-    /// Writes one line; to be guarded with admits(). Control characters are escaped, so that one
-    /// call is one line. A failing sink loses the line, never the program.
+    /// Writes one line, whatever the priorities: the caller asks admits() first. Control characters
+    /// are escaped, so that one call writes one line.
+    /// Failure: when the sink throws, the line is lost; nothing is reported.
     void write(int priority, std::string_view utf8);
 
     const std::string& name() const { return m_name; }
@@ -71,20 +77,26 @@ public:
     /// The threshold at which nothing is written.
     static constexpr int OFF = std::numeric_limits<int>::max();
 
+    /// How many lines are kept before the first setPriority(): the first ones.
+    static constexpr std::size_t MOST_KEPT_LINES = 100;
+
     /// The logger of that name, made on the first call. Names form a tree by their dots.
     static Logger& createLogger(std::string_view name);
 
-    /// The global threshold; OFF at start.
+    /// The global threshold. Before the first setPriority() it is 0, so that lines are kept; code
+    /// that does something only while logging is on does it then too.
     static int getPriority() { return s_threshold.load(std::memory_order_relaxed); }
-    static void setPriority(int priority) { s_threshold = priority; }
+    /// Sets the threshold. The first call ends the keeping of lines, so set the sink before it; a
+    /// run without a log calls it with OFF.
+    static void setPriority(int priority);
 
-    /// Where lines go from now on; null for nowhere.
-    /// \return what was there before
+    /// Sets the destination of lines; null for none.
+    /// \return the sink before
     static std::shared_ptr<LogSink> setSink(std::shared_ptr<LogSink> sink);
 
 private:
-    // Here, so that a place that logs costs a look at it while nobody wants to read.
-    static inline constinit std::atomic<int> s_threshold{OFF};
+    // Inline, so that a log that is switched off costs one comparison at each line.
+    static inline constinit std::atomic<int> s_threshold{0};
 };
 
 inline bool Logger::admits(int priority) const {

@@ -1,4 +1,4 @@
-// Follows the program through its operations.
+// Traces operations as scopes in the log.
 #pragma once
 
 #include <mrl/Logger.h>
@@ -6,7 +6,8 @@
 namespace mrl {
 
 /// A scope in the log, at priority 0: `> name (file:line)` when it opens and `< name` when it
-/// closes, however it is left. The arguments must outlive the scope.
+/// closes, also when an exception leaves it. The closing line is written only when the opening one
+/// was admitted, and priority 0 still is. The arguments must outlive the scope.
 class TraceLogger {
 public:
     /// The priority of both lines.
@@ -31,7 +32,7 @@ private:
     void open(const char* file, int line);
     void close();
 
-    Logger* m_logger; // null when the opening line was not wanted
+    Logger* m_logger; // null when the opening line was not admitted
     const char* m_name;
 };
 

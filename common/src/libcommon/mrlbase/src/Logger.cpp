@@ -3,10 +3,19 @@
 
 #include <map>
 #include <mutex>
+#include <optional>
+#include <vector>
 
 namespace mrl {
 
 namespace {
+
+struct KeptLine {
+    Clock::UtcTime time;
+    int priority;
+    std::string_view logger; // loggers live for the life of the process
+    std::string text;
+};
 
 // Loggers and sink, made on first use: other objects log while they are being initialised.
 struct Registry {
@@ -14,12 +23,24 @@ struct Registry {
     std::map<std::string, std::unique_ptr<Logger>, std::less<>> loggers;
     std::mutex writing;
     std::shared_ptr<LogSink> sink;
+    // The lines before the first setPriority(); empty since.
+    std::optional<std::vector<KeptLine>> kept{std::in_place};
 };
 
 Registry& registry() {
-    // Never destroyed: objects with static life log from their destructors too.
-    static auto* const instance = new Registry; // NOLINT(cppcoreguidelines-owning-memory)
+    // Never destroyed: static objects log from their destructors too.
+    static auto* const instance = new Registry;
     return *instance;
+}
+
+void writeToSink(Registry& all, const LogRecord& record) {
+    if (all.sink == nullptr) {
+        return;
+    }
+    try {
+        all.sink->write(record);
+    } catch (...) { // NOLINT(bugprone-empty-catch): a full disk must not change a test's result
+    }
 }
 
 } // namespace
@@ -39,12 +60,11 @@ void Logger::write(int priority, std::string_view utf8) {
     const std::string text = escapeControls(utf8);
     Registry& all = registry();
     const std::lock_guard lock(all.writing);
-    if (all.sink == nullptr) {
-        return;
-    }
-    try {
-        all.sink->write({Clock::current().utcNow(), priority, m_name, text});
-    } catch (...) { // NOLINT(bugprone-empty-catch): a full disk must not change a test's result
+    const Clock::UtcTime time = Clock::current().utcNow();
+    if (!all.kept) {
+        writeToSink(all, {time, priority, m_name, text});
+    } else if (all.kept->size() < LogFactory::MOST_KEPT_LINES) {
+        all.kept->push_back({time, priority, m_name, text});
     }
 }
 
@@ -70,6 +90,20 @@ Logger& LogFactory::createLogger(std::string_view name) {
         if (dot == std::string_view::npos) {
             return *logger;
         }
+    }
+}
+
+void LogFactory::setPriority(int priority) {
+    Registry& all = registry();
+    const std::lock_guard lock(all.writing);
+    s_threshold = priority;
+    if (all.kept) {
+        for (const KeptLine& line : *all.kept) {
+            if (line.priority >= priority) {
+                writeToSink(all, {line.time, line.priority, line.logger, line.text});
+            }
+        }
+        all.kept.reset();
     }
 }
 

@@ -9,7 +9,7 @@ void TraceLogger::open(const char* file, int line) {
 }
 
 void TraceLogger::close() {
-    LoggerStream(m_logger, PRIORITY) << "< " << m_name;
+    LoggerStream(m_logger->admitting(PRIORITY), PRIORITY) << "< " << m_name;
 }
 
 } // namespace mrl

@@ -78,9 +78,9 @@ void openLog(const CommandLine& line) {
     } else if (line.logLevel) {
         mrl::LogFactory::setSink(mrl::standardErrorLogSink());
     }
-    if (line.logFile || line.logLevel) {
-        mrl::LogFactory::setPriority(line.logLevel.value_or(LOG_LEVEL_WITH_FILE));
-    }
+    // Also without a log: the lines that were kept until now are written or discarded.
+    mrl::LogFactory::setPriority(
+        line.logLevel.value_or(line.logFile ? LOG_LEVEL_WITH_FILE : mrl::LogFactory::OFF));
 }
 
 // What the devices come from, asked before the log is open and read after: a file is input that
