@@ -22,6 +22,7 @@ mrlr_header_only(third_party_mustache kainjow libkainjow-mustache-dev)
 mrlr_header_only(third_party_toml toml++ libtomlplusplus-dev)
 mrlr_header_only(third_party_fmt fmt libfmt-dev)
 mrlr_header_only(third_party_spdlog spdlog libspdlog-dev)
+mrlr_header_only(third_party_utf8 utf8cpp libutfcpp-dev)
 target_compile_definitions(third_party_fmt INTERFACE FMT_HEADER_ONLY)
 target_compile_definitions(third_party_spdlog INTERFACE
     SPDLOG_HEADER_ONLY SPDLOG_FMT_EXTERNAL $<$<BOOL:${WIN32}>:SPDLOG_WCHAR_FILENAMES>)

@@ -1,5 +1,5 @@
-// A refresh of the visible-network list, against the radio's own share of it and with every line of
-// the log written.
+// A refresh of the visible-network list: compared with the platform call alone, and with logging to
+// a file.
 #include "Room.h"
 
 #include <nativewifi/Api.h>
@@ -22,7 +22,7 @@ using bench::Room;
 constexpr std::size_t NETWORKS = 64;
 constexpr int USUAL_PRIORITY = 1;
 
-// What the radio and the clock write down of a call costs memory: it goes at these intervals.
+// The radio's record of calls is cleared after so many refreshes.
 constexpr int FORGET_EVERY = 64;
 
 // Runs `operation` once an iteration.
@@ -48,7 +48,7 @@ void refresh(benchmark::State& state) {
 }
 BENCHMARK(refresh)->Name("refresh/figure")->Unit(benchmark::kMicrosecond);
 
-// The unavoidable part: the call itself, and the names taken out of its answer.
+// The least that a refresh must do: the call itself, and the names copied from its answer.
 void callAndNames(benchmark::State& state) {
     Room room(NETWORKS);
     room.device().getVisibleNetworkList(); // opens the handle
@@ -71,9 +71,7 @@ void callAndNames(benchmark::State& state) {
 }
 BENCHMARK(callAndNames)->Name("refresh/floor")->Unit(benchmark::kMicrosecond);
 
-// --- With the log ---
-
-// A log file that is gone in the end.
+// A log file that is removed at the end.
 class LogFile {
 public:
     explicit LogFile(const char* name) : m_path(std::filesystem::temp_directory_path() / name) {
@@ -91,7 +89,7 @@ private:
     std::filesystem::path m_path;
 };
 
-// Lines go to `sink` while it lives.
+// While it lives, lines are written to `sink`.
 class LoggingTo {
 public:
     explicit LoggingTo(std::shared_ptr<mrl::LogSink> sink)
@@ -134,8 +132,8 @@ private:
     std::vector<Line> m_lines;
 };
 
-// The same lines, ready, in the same form, each in the file before the next: a log that is read
-// after a crash must end with what happened last.
+// The same lines in the same form, each flushed before the next, as the log does so that it is
+// complete after a crash.
 void libraryAlone(benchmark::State& state) {
     Room room(NETWORKS);
     const auto collector = std::make_shared<Collector>();

@@ -9,7 +9,7 @@ namespace bench {
 
 namespace {
 
-// What people call their networks: short and long ones, in the order in which cards report them.
+// Usual network names, short and long.
 constexpr std::array BEGINNINGS = {"Lab",       "Meeting Room", "Guest",     "Production Line",
                                    "Warehouse", "Cafe",         "Reception", "Home Network 5 GHz"};
 
@@ -18,7 +18,7 @@ radiosim::Scenario scenario(std::size_t networks) {
     std::vector<radiosim::AccessPoint>& points = room.interfaces.front().accessPoints;
     points.reserve(networks);
     for (std::size_t i = 0; i < networks; ++i) {
-        // Four digits behind a blank: no name is a part of another.
+        // Four digits after a blank: no name is part of another.
         const std::string number = std::to_string(10000 + i).substr(1);
         points.push_back({.ssid = std::string(BEGINNINGS[i % BEGINNINGS.size()]) + " " + number,
                           .signal = static_cast<std::uint32_t>(1 + i % 99),

@@ -1,5 +1,5 @@
-// A room of networks on the simulated radio, and a device that looks at it: what the benchmarks of
-// the module start from.
+// A simulated radio with many networks, and a device on it: the environment of the module's
+// benchmarks.
 #pragma once
 
 #include <WirelessDevice.h>
@@ -12,13 +12,13 @@
 
 namespace bench {
 
-/// Time stands still, and pauses take none.
+/// Time stands still, and pauses return at once.
 class StillClock final : public mrl::Clock {
 public:
     Duration now() override { return Duration(0); }
     UtcTime utcNow() override { return UtcTime(); }
     void sleep(Duration /*duration*/) override {}
-    /// Until somebody notifies.
+    /// Blocks until `condition` is notified.
     void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& condition,
                    Duration deadline) override;
 
@@ -34,8 +34,8 @@ public:
     WirelessDevice& device() { return m_device; }
     radiosim::Engine& radio() { return m_radio; }
 
-    /// Forgets what the radio has written down of the calls so far; to be called now and then,
-    /// outside of what is measured.
+    /// Clears the radio's record of calls, which grows with each call; to be called at intervals,
+    /// outside what is measured.
     void forget() { m_radio.clearCalls(); }
 
 private:

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <utility>
 
 namespace {
 
@@ -21,7 +20,7 @@ TEST(String, GoesToUtf8AndBack) {
     EXPECT_EQ(String(text).length(), 11U) << "the last character takes two units";
 }
 
-TEST(String, KeepsANullInside) {
+TEST(String, KeepsANullCharacterInside) {
     const String text(std::string_view("a\0b", 3));
     EXPECT_EQ(text.length(), 3U);
     EXPECT_EQ(text.getUTF8String().bytes(), std::string("a\0b", 3));
@@ -53,98 +52,6 @@ TEST(String, CopiesAreIndependent) {
     EXPECT_EQ(copy, String("Lab"));
 }
 
-// Short texts lie in the object, longer ones in a block: neither may show.
-class StringOfLength : public testing::TestWithParam<std::size_t> {
-protected:
-    static std::string bytes(std::size_t length) {
-        std::string text;
-        for (std::size_t i = 0; i < length; ++i) {
-            text += static_cast<char>('a' + i % 26);
-        }
-        return text;
-    }
-    const std::string m_bytes = bytes(GetParam());
-    String m_text{std::string_view(m_bytes)};
-
-    static void expectText(const String& text, const std::string& expected) {
-        EXPECT_EQ(text.getUTF8String().bytes(), expected);
-        EXPECT_EQ(text.length(), expected.size());
-        EXPECT_EQ(text.empty(), expected.empty());
-        EXPECT_EQ(text.getUCS2Buffer()[expected.size()], Char(0));
-    }
-};
-INSTANTIATE_TEST_SUITE_P(AroundTheLongestShortOne, StringOfLength,
-                         testing::Values(0U, 1U, String::SHORT_LENGTH - 1, String::SHORT_LENGTH,
-                                         String::SHORT_LENGTH + 1, 2 * String::SHORT_LENGTH,
-                                         2 * String::SHORT_LENGTH + 1, 1000U));
-
-TEST_P(StringOfLength, HoldsItsUnits) {
-    expectText(m_text, m_bytes);
-}
-
-TEST_P(StringOfLength, ACopyOutlivesItsSource) {
-    auto source = std::make_unique<String>(m_text);
-    const String copy(*source);
-    *source += "and more";
-    source.reset();
-    expectText(copy, m_bytes);
-}
-
-TEST_P(StringOfLength, ReplacesTextsOfEveryLength) {
-    for (const std::size_t length : {std::size_t{0}, std::size_t{3}, String::SHORT_LENGTH,
-                                     String::SHORT_LENGTH + 1, std::size_t{500}}) {
-        const std::string before = bytes(length);
-        String copied(before);
-        copied = m_text;
-        expectText(copied, m_bytes);
-        String moved(before);
-        moved = String(m_text);
-        expectText(moved, m_bytes);
-        String one(before);
-        String other(m_text);
-        one.swap(other);
-        expectText(one, m_bytes);
-        expectText(other, before);
-    }
-    expectText(m_text, m_bytes);
-}
-
-TEST_P(StringOfLength, AssignedToItselfItStays) {
-    const String& itself = m_text;
-    m_text = itself;
-    expectText(m_text, m_bytes);
-}
-
-TEST_P(StringOfLength, MovedFromItIsEmpty) {
-    const String moved(std::move(m_text));
-    expectText(moved, m_bytes);
-    expectText(m_text, ""); // NOLINT(bugprone-use-after-move): what is left is a promise
-}
-
-TEST_P(StringOfLength, GrowsUnitByUnitAndByItself) {
-    String grown;
-    for (const char unit : m_bytes) {
-        grown += String(std::string_view(&unit, 1));
-    }
-    expectText(grown, m_bytes);
-    grown += grown;
-    expectText(grown, m_bytes + m_bytes);
-}
-
-TEST_P(StringOfLength, TrimsToNothingAndToLess) {
-    String padded = String("  \t") + m_text + "   ";
-    expectText(padded.trim(), m_bytes);
-    String blanks(std::string_view(std::string(GetParam(), ' ')));
-    expectText(blanks.trim(), "");
-}
-
-TEST_P(StringOfLength, ClearedItTakesAnotherText) {
-    m_text.clear();
-    expectText(m_text, "");
-    m_text += "Lab";
-    expectText(m_text, "Lab");
-}
-
 TEST(String, ClearLeavesNothing) {
     String text("Lab");
     text.clear();
@@ -155,6 +62,20 @@ TEST(String, ClearLeavesNothing) {
 TEST(String, AddingJoins) {
     EXPECT_EQ(String("Lab") + "-5G", String("Lab-5G"));
     EXPECT_EQ(String() + "", String());
+}
+
+TEST(String, AddsItselfToItself) {
+    String text("Lab");
+    text += text;
+    EXPECT_EQ(text, String("LabLab"));
+}
+
+TEST(String, SwapExchangesTheTexts) {
+    String one("Lab");
+    String other("a text that is too long for the object itself");
+    one.swap(other);
+    EXPECT_EQ(one, String("a text that is too long for the object itself"));
+    EXPECT_EQ(other, String("Lab"));
 }
 
 TEST(String, ComparesUnitByUnit) {
@@ -211,18 +132,18 @@ TEST(String, TrimTakesWhiteSpaceFromBothEndsOnly) {
     EXPECT_EQ(trimmed(""), String());
 }
 
-TEST(String, TrimLeavesTheNullAlone) {
+TEST(String, TrimLeavesNullCharacters) {
     EXPECT_EQ(String(std::string_view("\0 ", 2)).trim().length(), 1U);
 }
 
-TEST(String, EqualNoCaseForgetsLetterCase) {
+TEST(String, EqualNoCaseIgnoresLetterCase) {
     EXPECT_TRUE(String::equalNoCase("LAB-5g", "lab-5G"));
     EXPECT_TRUE(String::equalNoCase("M\xC3\x9CLLER \xC3\x85", "m\xC3\xBCller \xC3\xA5"));
     EXPECT_TRUE(String::equalNoCase("\xC3\xBF", "\xC5\xB8")) << "y with diaeresis";
     EXPECT_TRUE(String::equalNoCase("", ""));
 }
 
-TEST(String, EqualNoCaseForgetsNothingElse) {
+TEST(String, EqualNoCaseIgnoresNothingElse) {
     EXPECT_FALSE(String::equalNoCase("Lab", "Lab "));
     EXPECT_FALSE(String::equalNoCase("Lab", "La"));
     EXPECT_FALSE(String::equalNoCase("Lab", ""));

@@ -1,4 +1,4 @@
-// Dialogs without end: each gives back all that it takes, but for the answers that the module keeps
+// Many dialogs in a row: each frees all that it allocates, except the answers that the module keeps
 // on purpose.
 #include "HeapAccount.h"
 #include "Soak.h"
@@ -19,7 +19,7 @@ using test::heapUse;
 using test::Owner;
 
 constexpr long USUAL_DIALOGS = 12;
-// After these, what is made on first use has been made.
+// After these, everything that is made on first use exists.
 constexpr long WARMING_UP = 4;
 
 class DialogSoak : public test::DialogTest {
@@ -38,8 +38,8 @@ protected:
         mrl::Clock::current().sleep(std::chrono::seconds(10));
         radio().settle();
     }
-    /// Forgets what the test's own doubles keep of a round, and frees the temporary objects that
-    /// the next dialog's loop would free when it is idle: whether this one's came to it is chance.
+    /// Discards what the test doubles have recorded in a round, and frees the temporary window
+    /// objects, which a message loop frees only when it becomes idle.
     void forget() {
         CWnd::DeleteTempMap();
         radio().clearCalls();

@@ -11,12 +11,11 @@ namespace {
 struct Account {
     std::atomic<long long> bytes = 0;
     std::atomic<long long> blocks = 0;
-    std::atomic<long long> allocations = 0;
 };
 constinit Account g_accounts[2];
-thread_local Owner g_owner = Owner::RADIO; // of a thread of the service, until it says otherwise
+thread_local Owner g_owner = Owner::RADIO; // the simulator's threads never set it
 
-// Stands before each block; as long as the strictest alignment that plain new promises.
+// Precedes each block. Its size keeps the block aligned as plain new promises.
 struct alignas(__STDCPP_DEFAULT_NEW_ALIGNMENT__) Head {
     std::size_t size;
     Owner owner;
@@ -39,7 +38,6 @@ void* allocate(std::size_t size) noexcept {
     }
     Head* const head = new (memory) Head{size, g_owner};
     book(*head, 1);
-    ++accountOf(head->owner).allocations;
     return head + 1;
 }
 
@@ -63,7 +61,7 @@ const nativewifi::Api*& service() {
     return table;
 }
 
-// A function of the table with the account changed around it.
+// Calls a function of the table with allocations counted for the radio.
 template <auto member, typename Type = decltype(member)>
 struct OnAccount;
 template <auto member, typename Table, typename Result, typename... Arguments>
@@ -92,10 +90,6 @@ HeapUse heapUse(Owner owner) {
     return {account.bytes, account.blocks};
 }
 
-long long allocations(Owner owner) {
-    return accountOf(owner).allocations;
-}
-
 AllocatesFor::AllocatesFor(Owner owner) : m_before(g_owner) {
     g_owner = owner;
 }
@@ -107,8 +101,8 @@ SeparateAccounts::SeparateAccounts() : m_table(tableOnAccount()), m_scope(m_tabl
 
 } // namespace test
 
-// All forms, so that no block is allocated here and freed elsewhere. Those with an alignment are
-// here for blocks that state one without need; a stricter one than plain new's is not to be had.
+// All forms, so that no block is allocated here and freed elsewhere. The aligned forms serve types
+// that state plain new's own alignment; a stricter one is refused.
 void* operator new(std::size_t size) {
     return test::allocateOrThrow(size);
 }

@@ -1,5 +1,5 @@
-// An account of every byte that the program allocates with new: what the module holds and what the
-// simulated radio holds stand apart, so that nothing of the one hides behind the other.
+// Counts every byte that the program allocates with new, apart for the module and for the simulated
+// radio, so that a leak of the one cannot be hidden by blocks of the other.
 #pragma once
 
 #include <nativewifi/Api.h>
@@ -18,10 +18,9 @@ struct HeapUse {
     friend bool operator==(const HeapUse&, const HeapUse&) = default;
 };
 HeapUse heapUse(Owner owner);
-/// How many blocks were ever allocated, those among them that are gone.
-long long allocations(Owner owner);
 
-/// While it lives, this thread allocates for `owner`; otherwise every thread does for the radio.
+/// While it lives, allocations of this thread count for `owner`. Without one, those of any thread
+/// count for the radio.
 class AllocatesFor {
 public:
     explicit AllocatesFor(Owner owner);
@@ -33,8 +32,8 @@ private:
     Owner m_before;
 };
 
-/// While it lives, this thread allocates for the module, but in the functions of the table in
-/// force.
+/// While it lives, allocations of this thread count for the module, except in the functions of the
+/// Native Wifi table that is in use.
 class SeparateAccounts {
 public:
     SeparateAccounts();

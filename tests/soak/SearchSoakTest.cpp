@@ -1,5 +1,5 @@
-// Polls and forced scans without end: what they leave behind is what the module keeps on purpose,
-// to the byte, and nothing else.
+// Many polls and forced scans: they leave behind what the module keeps on purpose, to the byte, and
+// nothing else.
 #include "HeapAccount.h"
 #include "Soak.h"
 
@@ -21,47 +21,20 @@ constexpr long POLLS_OF_A_SEARCH = 301;
 
 class SearchSoak : public test::ModuleTest {
 protected:
-    // One network that is asked about, one with a reason, one in between.
+    // One network that the tests ask for, one with a reason not to connect, one with neither.
     SearchSoak() {
         startRadio({{.ssid = "Lab", .signal = 70U},
                     {.ssid = "Attic", .signal = 30U, .connectable = false, .reason = 0x28002},
                     {.ssid = "Cellar", .signal = 100U}});
     }
 
-    /// Forgets what the test's own doubles keep of a round.
+    /// Discards what the test doubles have recorded in a round.
     void forget() {
         radio().clearCalls();
         log().clear();
         clock().forgetSleeps();
     }
 };
-
-// A PC sees more networks than one thinks, ten times a second: a refresh asks for the blocks of its
-// list, and each record owns its texts without a block of their own.
-TEST_F(SearchSoak, ARefreshAllocatesTheBlocksOfItsListAndNothingForEachNetwork) {
-    constexpr std::size_t LONGEST_NAME = 32;
-    constexpr int NETWORKS = 64;
-    constexpr long long LIST_BLOCKS = 4; // room for 8, 16, 32 and 64 records
-    std::vector<radiosim::AccessPoint> many;
-    for (int i = 0; i < NETWORKS; ++i) {
-        std::string name = std::to_string(1000 + i);
-        name.resize(i % 2 == 0 ? name.size() : LONGEST_NAME, 'x');
-        many.push_back({.ssid = name, .signal = 50U, .secured = i % 4 < 2});
-    }
-    startRadio(many);
-    const test::SeparateAccounts accounts;
-    WirelessDevice subject(device());
-    subject.getVisibleNetworkList(); // makes what is made on first use
-    const mrl::Uint32 seen = subject.m_visibleNetworks.size();
-    const int priority = mrl::LogFactory::getPriority();
-    mrl::LogFactory::setPriority(mrl::LogFactory::OFF);
-    const long long before = test::allocations(Owner::MODULE);
-    subject.getVisibleNetworkList();
-    const long long after = test::allocations(Owner::MODULE);
-    mrl::LogFactory::setPriority(priority);
-    EXPECT_EQ(seen, static_cast<mrl::Uint32>(NETWORKS));
-    EXPECT_EQ(after - before, LIST_BLOCKS);
-}
 
 TEST_F(SearchSoak, PollsLeaveTheAnswersToTheirRadioQueriesAndNothingElse) {
     const long polls = test::soakLength("SOAK_POLLS", USUAL_POLLS);
@@ -81,7 +54,7 @@ TEST_F(SearchSoak, PollsLeaveTheAnswersToTheirRadioQueriesAndNothingElse) {
         EXPECT_EQ(radio().callCount("WlanGetAvailableNetworkList"), POLLS_OF_A_SEARCH);
         forget();
         if (searches == 1) {
-            module = heapUse(Owner::MODULE); // what is made on first use has been made
+            module = heapUse(Owner::MODULE); // everything that is made on first use exists
         }
     }
     ASSERT_GT(searches, 2);

@@ -1,4 +1,4 @@
-// How long a soak is, and what it says of itself.
+// The length of a soak, and its line of figures.
 #pragma once
 
 #include <cstdlib>
@@ -13,7 +13,7 @@ inline long soakLength(const char* name, long usual) {
     return asked == nullptr ? usual : std::strtol(asked, nullptr, 10);
 }
 
-/// One line for the reader of a long run.
+/// Prints one line among GoogleTest's output.
 inline void report(const std::string& line) {
     std::cout << "[ SOAK     ] " << line << std::endl;
 }

@@ -82,6 +82,8 @@ WIN32_PLACES = re.compile(
 THIRD_PARTY = (
     (re.compile(r"(spdlog|fmt)/"), "spdlog",
      re.compile(r"common/src/libcommon/mrlbase/src/LogSinks\.cpp$")),
+    (re.compile(r"utf8cpp/"), "utf8cpp",
+     re.compile(r"common/src/libcommon/mrlbase/src/Unicode\.cpp$")),
     (re.compile(r"nlohmann/"), "nlohmann",
      re.compile(r"common/src/libcommon/mrlbase/mrl/Json\.h$")),
     (re.compile(r"kainjow/"), "kainjow",

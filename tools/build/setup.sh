@@ -6,7 +6,7 @@
 PACKAGES=(
     cmake ninja-build g++ g++-mingw-w64-x86-64-posix             # both builds
     nlohmann-json3-dev libcli11-dev libspdlog-dev libfmt-dev     # libraries, used header-only
-    libkainjow-mustache-dev libtomlplusplus-dev                  # the same
+    libkainjow-mustache-dev libtomlplusplus-dev libutfcpp-dev    # the same
     googletest                                                   # tests, built from its sources
     clang                                                        # the fuzzers
     libbenchmark-dev                                             # the benchmarks

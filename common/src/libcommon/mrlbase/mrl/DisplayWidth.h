@@ -1,4 +1,4 @@
-// How much room a text takes on a terminal, where East Asian characters are two columns wide.
+// The width of a text on a terminal, where East Asian characters are two columns wide.
 // All functions are pure and may be called from any thread.
 #pragma once
 
@@ -8,13 +8,12 @@
 
 namespace mrl {
 
-/// Columns that the UTF-8 `text` takes: 2 for wide characters, 0 for marks that stand on the
-/// character before, 1 for everything else. Controls are no business of this; make them visible
-/// first.
+/// Columns that the UTF-8 `text` takes: 2 for wide characters, 0 for marks that combine with the
+/// character before, 1 for everything else. Controls must have been escaped (escapeControls()).
 std::size_t columnsOf(std::string_view text);
 
-/// `text`, or as many of its first characters as fit into `columns` with an ellipsis ("…") behind
-/// them.
+/// `text` when it fits into `columns`; else as many of its first characters as fit together with
+/// an ellipsis ("…").
 std::string fittedToColumns(const std::string& text, std::size_t columns);
 
 } // namespace mrl

@@ -24,51 +24,27 @@ private:
 
 /// UTF-16 text. Copies are independent. Not synchronised: one thread at a time an object.
 ///
-/// Short texts lie inside the object. That makes it large, and copying records full of short texts
-/// (names of networks, words of a dialog) a matter of copying bytes: no memory is asked for.
+/// Failure, of every operation that makes a text longer: std::bad_alloc, std::length_error.
 class String {
 public:
-    /// The longest text, in UTF-16 units, that takes no memory of its own: longer than any SSID.
-    static constexpr std::size_t SHORT_LENGTH = 35;
-
     /// Returned by find() when nothing was found.
     static constexpr std::size_t NOT_FOUND = CharView::npos;
 
-    String() noexcept = default;
-    String(const String& other) {
-        if (other.isShort()) {
-            copyMembersOf(other);
-        } else {
-            append(other.view());
-        }
-    }
-    String(String&& other) noexcept { swap(other); }
-    String& operator=(const String& other);
-    String& operator=(String&& other) noexcept {
-        String taken(std::move(other));
-        swap(taken);
-        return *this;
-    }
-    ~String() {
-        if (!isShort()) {
-            release();
-        }
-    }
+    String() = default;
     /// From UTF-8; ill-formed sequences become U+FFFD. A null pointer gives the empty text.
-    String(const char* utf8); // NOLINT(google-explicit-constructor): texts are written as literals
+    /// Implicit, because texts are written as literals.
+    String(const char* utf8);
     explicit String(std::string_view utf8);
     /// From terminated UTF-16. A null pointer gives the empty text.
     explicit String(const Char* text);
-    /// Failure, here and wherever a text grows: std::bad_alloc; std::length_error beyond 2^31
-    /// units.
-    explicit String(CharView text) : String() { append(text); }
+    explicit String(CharView text) : m_units(text) {}
 
-    bool empty() const { return m_length == 0; }
+    bool empty() const { return m_units.empty(); }
     /// Length in UTF-16 units.
-    std::size_t length() const { return m_length; }
-    /// The units, terminated; valid until the text changes or the object goes.
-    const Char* getUCS2Buffer() const { return isShort() ? shortUnits() : block(); }
-    CharView view() const { return {getUCS2Buffer(), m_length}; }
+    std::size_t length() const { return m_units.size(); }
+    /// The units, terminated; valid until the text changes or the object is destroyed.
+    const Char* getUCS2Buffer() const { return m_units.c_str(); }
+    CharView view() const { return m_units; }
 
     /// The text as UTF-8; a surrogate without its partner becomes U+FFFD.
     CString getUTF8String() const;
@@ -84,51 +60,19 @@ public:
     /// Removes white space from both ends: blank, \t, \n, \v, \f, \r and the no-break space.
     /// \return this text
     String& trim();
-    void clear() { *this = String(); }
-    void swap(String& other) noexcept {
-        std::swap(m_place, other.m_place);
-        std::swap(m_length, other.m_length);
-        std::swap(m_capacity, other.m_capacity);
-    }
+    void clear() { m_units.clear(); }
+    void swap(String& other) noexcept { m_units.swap(other.m_units); }
 
     String& operator+=(const String& other);
     friend String operator+(String left, const String& right) { return left += right; }
     friend bool operator==(const String& a, const String& b) { return a.view() == b.view(); }
     friend auto operator<=>(const String& a, const String& b) { return a.view() <=> b.view(); }
 
-    /// Whether the two are the same but for letter case (mrl::foldCase).
+    /// Whether the two are the same except for letter case (mrl::foldCase).
     static bool equalNoCase(const String& a, const String& b);
 
 private:
-    bool isShort() const { return m_capacity == SHORT_LENGTH; }
-    // Which of the two there is, the capacity says.
-    // NOLINTBEGIN(cppcoreguidelines-pro-type-union-access)
-    const Char* shortUnits() const { return m_place.units; }
-    Char* shortUnits() { return m_place.units; }
-    Char* block() const { return m_place.block; }
-    void setBlock(Char* larger, Uint32 capacity) {
-        m_place.block = larger;
-        m_capacity = capacity;
-    }
-    // NOLINTEND(cppcoreguidelines-pro-type-union-access)
-    Char* units() { return isShort() ? shortUnits() : block(); }
-    // Of a short text that is all there is; a block would have two owners then.
-    void copyMembersOf(const String& other) noexcept {
-        m_place = other.m_place;
-        m_length = other.m_length;
-        m_capacity = other.m_capacity;
-    }
-    // `text` may be this text, or lie in it.
-    void append(CharView text);
-    void release() noexcept;
-
-    union Place {
-        Char units[SHORT_LENGTH + 1];
-        Char* block; ///< of more than SHORT_LENGTH units, with a terminator
-    };
-    Place m_place = {};
-    Uint32 m_length = 0;
-    Uint32 m_capacity = SHORT_LENGTH; ///< in units, without the terminator
+    CharString m_units;
 };
 
 } // namespace mrl

@@ -49,22 +49,12 @@ std::size_t columnsOf(char32_t character) {
     return range != std::end(ranges) && character >= range->first ? range->columns : 1;
 }
 
-// Reads one character of well-formed UTF-16 and moves on behind it.
-char32_t next(CharView text, std::size_t& place) {
-    const char32_t unit = text[place++];
-    if (unit < 0xD800 || unit > 0xDBFF || place == text.size()) {
-        return unit;
-    }
-    return 0x10000 + ((unit - 0xD800) << 10) + (char32_t{text[place++]} - 0xDC00);
-}
-
 } // namespace
 
 std::size_t columnsOf(std::string_view text) {
-    const CharString units = toUtf16(text);
     std::size_t columns = 0;
-    for (std::size_t place = 0; place < units.size();) {
-        columns += columnsOf(next(units, place));
+    for (const char32_t character : toUtf32(text)) {
+        columns += columnsOf(character);
     }
     return columns;
 }
@@ -76,17 +66,13 @@ std::string fittedToColumns(const std::string& text, std::size_t columns) {
     if (columns == 0) {
         return {};
     }
-    const CharString units = toUtf16(text);
+    const std::u32string characters = toUtf32(text);
     std::size_t taken = 0;
-    std::size_t end = 0;
-    for (std::size_t place = 0; place < units.size();) {
-        taken += columnsOf(next(units, place));
-        if (taken > columns - 1) {
-            break;
-        }
-        end = place;
-    }
-    return toUtf8(CharView(units).substr(0, end)) + "…";
+    const auto end = std::find_if(characters.begin(), characters.end(), [&](char32_t character) {
+        taken += columnsOf(character);
+        return taken > columns - 1;
+    });
+    return toUtf8(std::u32string(characters.begin(), end)) + "…";
 }
 
 } // namespace mrl

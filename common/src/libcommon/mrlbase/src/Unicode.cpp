@@ -1,13 +1,56 @@
 #include <mrl/Unicode.h>
 
+#include <utf8cpp/utf8.h>
+
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 namespace mrl {
 
 namespace {
 
 constexpr char32_t REPLACEMENT = 0xFFFD;
+constexpr std::string_view REPLACEMENT_UTF8 = "\xEF\xBF\xBD";
+
+// Whether `bytes` can begin a character: with the least or the greatest of the bytes that may
+// follow them, they are well-formed.
+bool beginsCharacter(std::string_view bytes) {
+    constexpr std::size_t LONGEST = 4;
+    for (const char following : {'\x80', '\xBF'}) {
+        for (std::string filled(bytes); filled.size() <= LONGEST; filled += following) {
+            if (utf8::is_valid(filled)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+// How many bytes of `text`, which begins ill-formed, become one replacement character: the longest
+// beginning of a character, as the Unicode Standard recommends and as browsers do.
+std::size_t illFormedLength(std::string_view text) {
+    std::size_t length = 1;
+    while (length < text.size() && beginsCharacter(text.substr(0, length + 1))) {
+        ++length;
+    }
+    return length;
+}
+
+std::string withReplacements(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (;;) {
+        const std::size_t wellFormed = utf8::find_invalid(text);
+        out += text.substr(0, wellFormed);
+        if (wellFormed == std::string_view::npos) {
+            return out;
+        }
+        text.remove_prefix(wellFormed);
+        out += REPLACEMENT_UTF8;
+        text.remove_prefix(illFormedLength(text));
+    }
+}
 
 constexpr bool isHighSurrogate(char32_t unit) {
     return unit >= 0xD800 && unit <= 0xDBFF;
@@ -16,8 +59,7 @@ constexpr bool isLowSurrogate(char32_t unit) {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// Takes the next code point from a text and drops its units; ill-formed input gives U+FFFD and
-// drops what cannot be the start of anything better.
+// Takes the next code point from a text and drops its units.
 char32_t takeCodePoint(CharView& text) {
     const char32_t first = static_cast<Uint16>(text.front());
     text.remove_prefix(1);
@@ -31,79 +73,11 @@ char32_t takeCodePoint(CharView& text) {
     return isHighSurrogate(first) || isLowSurrogate(first) ? REPLACEMENT : first;
 }
 
-// The well-formed UTF-8 sequences: by lead byte, the range that the second byte must lie in and
-// the number of bytes that follow the lead.
-struct LeadRange {
-    Uint8 firstLead, lastLead;
-    Uint8 secondMin, secondMax;
-    Uint8 followers;
-};
-constexpr LeadRange leadRanges[] = {
-    {0xC2, 0xDF, 0x80, 0xBF, 1}, {0xE0, 0xE0, 0xA0, 0xBF, 2}, {0xE1, 0xEC, 0x80, 0xBF, 2},
-    {0xED, 0xED, 0x80, 0x9F, 2}, {0xEE, 0xEF, 0x80, 0xBF, 2}, {0xF0, 0xF0, 0x90, 0xBF, 3},
-    {0xF1, 0xF3, 0x80, 0xBF, 3}, {0xF4, 0xF4, 0x80, 0x8F, 3},
-};
-
-char32_t takeCodePoint(std::string_view& text) {
-    const auto lead = static_cast<Uint8>(text.front());
-    text.remove_prefix(1);
-    if (lead < 0x80) {
-        return lead;
-    }
-    const auto* range = std::find_if(
-        std::begin(leadRanges), std::end(leadRanges), [lead](const LeadRange& candidate) {
-            return lead >= candidate.firstLead && lead <= candidate.lastLead;
-        });
-    if (range == std::end(leadRanges)) {
-        return REPLACEMENT;
-    }
-    char32_t codePoint = lead & (0x3FU >> range->followers);
-    for (int i = 0; i < range->followers; ++i) {
-        const Uint8 least = i == 0 ? range->secondMin : 0x80;
-        const Uint8 most = i == 0 ? range->secondMax : 0xBF;
-        if (text.empty() || static_cast<Uint8>(text.front()) < least ||
-            static_cast<Uint8>(text.front()) > most) {
-            return REPLACEMENT; // the offending byte may start a sequence of its own
-        }
-        codePoint = (codePoint << 6) | (static_cast<Uint8>(text.front()) & 0x3FU);
-        text.remove_prefix(1);
-    }
-    return codePoint;
-}
-
-void appendUtf8(std::string& out, char32_t codePoint) {
-    const auto byte = [&out](char32_t value) { out += static_cast<char>(value); };
-    if (codePoint < 0x80) {
-        byte(codePoint);
-    } else if (codePoint < 0x800) {
-        byte(0xC0 | (codePoint >> 6));
-        byte(0x80 | (codePoint & 0x3F));
-    } else if (codePoint < 0x10000) {
-        byte(0xE0 | (codePoint >> 12));
-        byte(0x80 | ((codePoint >> 6) & 0x3F));
-        byte(0x80 | (codePoint & 0x3F));
-    } else {
-        byte(0xF0 | (codePoint >> 18));
-        byte(0x80 | ((codePoint >> 12) & 0x3F));
-        byte(0x80 | ((codePoint >> 6) & 0x3F));
-        byte(0x80 | (codePoint & 0x3F));
-    }
-}
-
-void appendUtf16(CharString& out, char32_t codePoint) {
-    if (codePoint < 0x10000) {
-        out += static_cast<Char>(codePoint);
-    } else {
-        out += static_cast<Char>(0xD800 + ((codePoint - 0x10000) >> 10));
-        out += static_cast<Char>(0xDC00 + ((codePoint - 0x10000) & 0x3FF));
-    }
-}
-
 constexpr bool within(char32_t value, char32_t first, char32_t last) {
     return value >= first && value <= last;
 }
 
-// Characters that show nothing themselves but change how the rest is read.
+// Characters without a shape of their own that change how the rest is read.
 constexpr bool changesReading(char32_t codePoint) {
     return codePoint == 0x00AD || codePoint == 0x061C || within(codePoint, 0x200B, 0x200F) ||
            within(codePoint, 0x2028, 0x202E) || within(codePoint, 0x2060, 0x206F) ||
@@ -137,7 +111,7 @@ void appendEscaped(std::string& out, char32_t codePoint) {
         std::snprintf(buffer, sizeof buffer, "\\u%04X", static_cast<unsigned>(codePoint));
         out += buffer;
     } else {
-        appendUtf8(out, codePoint);
+        utf8::append(codePoint, out);
     }
 }
 
@@ -162,34 +136,31 @@ constexpr PairedRange pairedRanges[] = {
     {0x0460, 0x0481}, {0x048A, 0x04BF}, {0x04C1, 0x04CE}, {0x04D0, 0x052F},
 };
 
-// Appends what `text` begins with, as long as it is printable ASCII, and drops it there: nearly all
-// of nearly every text, and the same in both encodings and for every reader.
-template <typename Out, typename View>
-void takePlain(Out& out, View& text) {
-    const auto plain = [](auto unit) { return unit >= 0x20 && unit < 0x7F; };
-    const auto end = std::find_if_not(text.begin(), text.end(), plain);
-    out.append(text.begin(), end);
-    text.remove_prefix(static_cast<std::size_t>(end - text.begin()));
-}
-
 } // namespace
 
 std::string toUtf8(CharView text) {
     std::string out;
     out.reserve(text.size());
-    for (takePlain(out, text); !text.empty(); takePlain(out, text)) {
-        appendUtf8(out, takeCodePoint(text));
+    while (!text.empty()) {
+        utf8::append(takeCodePoint(text), out);
     }
     return out;
 }
 
+std::string toUtf8(std::u32string_view text) {
+    return utf8::utf32to8(text);
+}
+
 CharString toUtf16(std::string_view text) {
+    const std::string wellFormed = withReplacements(text);
     CharString out;
-    out.reserve(text.size());
-    for (takePlain(out, text); !text.empty(); takePlain(out, text)) {
-        appendUtf16(out, takeCodePoint(text));
-    }
+    out.reserve(wellFormed.size());
+    utf8::unchecked::utf8to16(wellFormed.begin(), wellFormed.end(), std::back_inserter(out));
     return out;
+}
+
+std::u32string toUtf32(std::string_view text) {
+    return utf8::utf8to32(withReplacements(text));
 }
 
 Char foldCase(Char unit) {
@@ -219,8 +190,8 @@ bool deceivesReaders(char32_t codePoint) {
 std::string escapeControls(std::string_view utf8) {
     std::string out;
     out.reserve(utf8.size());
-    for (takePlain(out, utf8); !utf8.empty(); takePlain(out, utf8)) {
-        appendEscaped(out, takeCodePoint(utf8));
+    for (const char32_t codePoint : toUtf32(utf8)) {
+        appendEscaped(out, codePoint);
     }
     return out;
 }
