@@ -4,7 +4,7 @@ import pathlib
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-# What the tree holds of a fuzzer's inputs anyway.
+# Files of the tree that serve as inputs too.
 SHIPPED = {
     "scenario": ("tools/radiosim/scenarios",),
     "text_file": ("resources/tesk5/texts", "resources/mrlrantenna/texts"),
@@ -12,7 +12,7 @@ SHIPPED = {
 
 
 def seed_folders(name):
-    """Corpus, regressions, and files of the tree, as far as they are there."""
+    """The corpus, the regressions and the files of the tree, as far as they exist."""
     folders = [f"fuzz/corpus/{name}", f"fuzz/regressions/{name}", *SHIPPED.get(name, ())]
     return [ROOT / folder for folder in folders if (ROOT / folder).is_dir()]
 

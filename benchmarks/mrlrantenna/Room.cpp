@@ -2,6 +2,8 @@
 
 #include "../FirstInterface.h"
 
+#include <mrl/Logger.h>
+
 #include <array>
 #include <string>
 
@@ -34,6 +36,8 @@ void StillClock::waitUntil(std::unique_lock<std::mutex>& lock, std::condition_va
     condition.wait(lock);
 }
 
-Room::Room(std::size_t networks) : m_radio(scenario(networks)), m_device(firstInterface()) {}
+Room::Room(std::size_t networks) : m_radio(scenario(networks)), m_device(firstInterface()) {
+    mrl::LogFactory::setPriority(mrl::LogFactory::OFF);
+}
 
 } // namespace bench

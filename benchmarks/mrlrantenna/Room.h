@@ -28,7 +28,7 @@ private:
 
 class Room {
 public:
-    /// `networks` distinct names, none contained in another; at most 10,000.
+    /// `networks` distinct names, none contained in another; at most 10,000. Switches logging off.
     explicit Room(std::size_t networks);
 
     WirelessDevice& device() { return m_device; }

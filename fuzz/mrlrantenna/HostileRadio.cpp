@@ -1,7 +1,7 @@
 #include "HostileRadio.h"
 
-#include <support/Inert.h>
-#include <support/Promise.h>
+#include <support/Require.h>
+#include <support/SafeText.h>
 
 #include <nativewifi/Guid.h>
 
@@ -42,7 +42,7 @@ std::uint32_t rightSize(int opcode) {
 } // namespace
 
 DWORD HostileRadio::answer() {
-    // Success is far more often than one failure, or nothing deeper would be reached.
+    // Mostly success, so that the code behind the first calls is reached.
     return m_input.number(0, 15) != 1
                ? ERROR_SUCCESS
                : m_input.number({ERROR_ACCESS_DENIED, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY,
@@ -51,7 +51,7 @@ DWORD HostileRadio::answer() {
 }
 
 void* HostileRadio::newBlock(std::size_t size, bool networkList) {
-    void* memory = std::malloc(size); // to the byte: a reader beyond it is caught
+    void* memory = std::malloc(size); // exactly `size`: AddressSanitizer reports reads beyond it
     std::memset(memory, 0xA5, size);
     m_blocks.emplace(memory, Block{{memory, &std::free}, networkList});
     m_liveNetworkLists += networkList ? 1 : 0;
@@ -130,7 +130,7 @@ struct HostileRadio::Functions {
         return result;
     }
     static DWORD WlanCloseHandle(HANDLE handle, PVOID /*reserved*/) {
-        promise(handle == &g_client, "a handle that is closed was opened");
+        require(handle == &g_client, "a handle that is closed was opened");
         return g_radio->answer();
     }
     static DWORD WlanEnumInterfaces(HANDLE /*handle*/, PVOID /*reserved*/,
@@ -200,7 +200,7 @@ struct HostileRadio::Functions {
     }
     static void WlanFreeMemory(PVOID memory) {
         const auto known = g_radio->m_blocks.find(memory);
-        promise(known != g_radio->m_blocks.end(), "a block that is freed was handed out");
+        require(known != g_radio->m_blocks.end(), "a block that is freed was handed out");
         g_radio->m_liveNetworkLists -= known->second.networkList ? 1 : 0;
         g_radio->m_blocks.erase(known);
     }
@@ -244,13 +244,13 @@ void HostileRadio::notify() {
     data.NotificationSource = m_input.number({WLAN_NOTIFICATION_SOURCE_ACM});
     data.NotificationCode = m_input.number({7, 8});
     data.dwDataSize = m_input.number();
-    data.pData = nullptr; // whatever the size says: nobody may look
+    data.pData = nullptr; // whatever the size says: the module must not read it
     m_callback(&data, nullptr);
 }
 
 void HostileRadio::checkLog() const {
     for (const std::string& line : m_log.texts()) {
-        promiseNone(test::offenceIn(line), "a line of the log");
+        requireNone(test::findUnsafe(line), "a line of the log");
     }
 }
 

@@ -1,11 +1,11 @@
-// A Native Wifi service that answers with the fuzzer's bytes and keeps to the interface's contract
-// in one point alone: a block is as long as its count or its size says.
+// A Native Wifi service whose answers consist of the fuzzer's bytes, with one guarantee: a block is
+// as long as its count or its size says.
 //
-// In contract, and so what the module must stand: fewer items than the block has room for; none at
-// all; success without a block; names of any length field, arrays without a terminator, numbers out
-// of every range; sizes that fit no structure, in blocks of just that size; any error code.
-// Out of contract: a count beyond the block. A network list comes without its size, so a client
-// cannot see that, and must take the count's word.
+// The module must survive: fewer items than the block has room for, or none; success without a
+// block; names with any length field, arrays without a terminator, numbers out of range; sizes that
+// fit no structure, in blocks of that size; any error code.
+// Not tried: a count beyond the block. A network list comes without its size, so a client cannot
+// check the count.
 #pragma once
 
 #include <support/Input.h>
@@ -32,11 +32,11 @@ public:
 
     static constexpr const char* INTERFACE = "8c2f6b1e-4d37-4a59-9e0b-5f6a7d3c1b20";
 
-    /// Sends the module a notification, if it has registered for any.
+    /// Sends the module a notification if it has registered for one.
     void notify();
-    /// Blocks of this kind that are not given back.
+    /// How many network lists have not been freed.
     std::size_t liveNetworkLists() const { return m_liveNetworkLists; }
-    /// Every line that has been logged must be harmless and one line.
+    /// Requires that every logged line is safe to show.
     void checkLog() const;
 
     struct Functions; ///< of the table

@@ -1,9 +1,9 @@
-// Everything else that the interface answers: the connection's attributes, the radio, the list of
-// interfaces, and the device's own name.
+// The other queries: the connection's attributes, the radio, the list of interfaces and the name of
+// the device.
 #include "HostileRadio.h"
 
-#include <support/Inert.h>
-#include <support/Promise.h>
+#include <support/Require.h>
+#include <support/SafeText.h>
 
 #include <WirelessDevice.h>
 
@@ -11,7 +11,7 @@
 
 namespace {
 
-// More would only repeat what a shorter input does.
+// More rounds would only repeat what a shorter input does.
 constexpr int ROUNDS = 3;
 
 tesk5::DiagDevice card(fuzz::Input& input) {
@@ -25,14 +25,14 @@ tesk5::DiagDevice card(fuzz::Input& input) {
 
 void checkConnection(WirelessDevice& device) {
     const bool read = device.getSigTransReceieveRate();
-    fuzz::promise(read ||
+    fuzz::require(read ||
                       (device.m_signalQuality == 0 && device.m_rxRate == 0 && device.m_txRate == 0),
                   "without a connection there are no readings");
 }
 
 void checkRadio(WirelessDevice& device, mrl::Int32 phy) {
     const mrl::Uint32 state = device.getRadioState(phy);
-    fuzz::promise(state == 0 || state == 5 || state == 6 || state == 9 || state == 10,
+    fuzz::require(state == 0 || state == 5 || state == 6 || state == 9 || state == 10,
                   "a radio is on or off in software and in hardware");
     device.isRadioEnabled(phy);
     device.getRadioState(device.m_radio.lastPhy());
@@ -49,10 +49,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         checkConnection(device);
         checkRadio(device, static_cast<mrl::Int32>(input.number({0, 63, 64, 0xFFFFFFFF})));
         const mrl::String description = device.getInterfaceDescription();
-        fuzz::promise(description.length() <= WLAN_MAX_NAME_LENGTH,
-                      "a description is in its array");
-        fuzz::promiseNone(test::offenceIn(mrl::escapeControls(description.getUTF8String().bytes())),
-                          "a description");
+        fuzz::require(description.length() <= WLAN_MAX_NAME_LENGTH,
+                      "a description is no longer than its array");
+        fuzz::requireNone(
+            test::findUnsafe(mrl::escapeControls(description.getUTF8String().bytes())),
+            "a description");
         device.isScanEnabled();
         device.queryWirelessLanInterface(static_cast<WLAN_INTF_OPCODE>(
             input.number({1, 3, 5, 6, 7, 8, 9, 10, 11, 12, 0x10000101, 0x10000102})));

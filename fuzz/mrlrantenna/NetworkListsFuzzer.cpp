@@ -1,13 +1,14 @@
-// The lists of networks, from the interface's blocks to the module's records and log lines.
+// The lists of networks, from the blocks of the interface to the records and log lines of the
+// module.
 #include "HostileRadio.h"
 
-#include <support/Promise.h>
+#include <support/Require.h>
 
 #include <WirelessDevice.h>
 
 namespace {
 
-// More would only repeat what a shorter input does.
+// More rounds would only repeat what a shorter input does.
 constexpr int ROUNDS = 3;
 
 tesk5::DiagDevice card() {
@@ -21,10 +22,10 @@ void checkRecords(WirelessDevice& device) {
     const mrl::MRLArray<VisibleNetwork>& networks = device.m_visibleNetworks;
     for (mrl::Uint32 i = 0; i < networks.size(); ++i) {
         const mrl::String& name = networks[i].m_ssid;
-        fuzz::promise(!name.empty() && name.length() <= DOT11_SSID_MAX_LENGTH,
+        fuzz::require(!name.empty() && name.length() <= DOT11_SSID_MAX_LENGTH,
                       "a record has a name of at most 32 characters");
         for (mrl::Uint32 earlier = 0; earlier < i; ++earlier) {
-            fuzz::promise(name.find(networks[earlier].m_ssid) == mrl::String::NOT_FOUND,
+            fuzz::require(name.find(networks[earlier].m_ssid) == mrl::String::NOT_FOUND,
                           "no record's name contains that of an earlier one");
         }
         VisibleNetwork copy = networks[i];
@@ -39,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::HostileRadio radio(input);
     WirelessDevice device(card());
     for (int round = 0; round < ROUNDS && !input.empty(); ++round) {
-        fuzz::promise(device.getNumVisibleNetworks() == device.m_visibleNetworks.size(),
+        fuzz::require(device.getNumVisibleNetworks() == device.m_visibleNetworks.size(),
                       "the count is that of the records");
         checkRecords(device);
         if (device.m_visibleNetworks.size() != 0) {
@@ -49,8 +50,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         constexpr mrl::Uint32 UNTOUCHED = 0xABCD;
         mrl::Uint32 strength = UNTOUCHED;
         const bool heard = device.forceScanMatched(wanted, strength);
-        fuzz::promise(heard || strength == UNTOUCHED, "a strength is told of what was heard alone");
-        fuzz::promise(radio.liveNetworkLists() == 0, "every network list is given back");
+        fuzz::require(heard || strength == UNTOUCHED,
+                      "the strength stays when the network was not found");
+        fuzz::require(radio.liveNetworkLists() == 0, "every network list is freed");
     }
     radio.checkLog();
     return 0;

@@ -1,6 +1,7 @@
-// Scenario files: refused with a place and a reason, or served without a mistake in the accounts.
+// Scenario files: the simulator serves them without freeing a block twice, or refuses them with a
+// place and a reason.
 #include <support/InputFile.h>
-#include <support/Promise.h>
+#include <support/Require.h>
 
 #include <support/VirtualClock.h>
 
@@ -12,7 +13,7 @@ namespace {
 
 using nativewifi::api;
 
-// Asks everything that a client can ask, and gives back what it got.
+// Calls every function that reads or switches an interface, and frees the answers.
 void ask(const GUID& interface, HANDLE handle) {
     nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> networks;
     if (api().WlanGetAvailableNetworkList(handle, &interface, 0, nullptr, out(networks)) ==
@@ -45,7 +46,7 @@ void serve(const radiosim::Scenario& scenario) {
     }
     nativewifi::WlanMemory<WLAN_INTERFACE_INFO_LIST> interfaces;
     const DWORD result = api().WlanEnumInterfaces(handle.get(), nullptr, out(interfaces));
-    // A fault may make the count lie, on purpose: the scenario knows how many there are.
+    // A planned fault may report a wrong count; the scenario has the right one.
     for (std::size_t i = 0; result == ERROR_SUCCESS && interfaces && i < scenario.interfaces.size();
          ++i) {
         const GUID& interface = interfaces->InterfaceInfo[i].InterfaceGuid;
@@ -55,7 +56,7 @@ void serve(const radiosim::Scenario& scenario) {
         engine.settle();
         ask(interface, handle.get());
     }
-    fuzz::promise(engine.badFrees() == 0, "nothing is freed that was not handed out");
+    fuzz::require(engine.badFrees() == 0, "only blocks of the simulator are freed");
 }
 
 } // namespace
@@ -64,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         serve(radiosim::Scenario::fromJson(fuzz::viewOf(data, size)));
     } catch (const radiosim::ScenarioError& refused) {
-        fuzz::promise(!refused.place().empty() && !refused.reason().empty(),
+        fuzz::require(!refused.place().empty() && !refused.reason().empty(),
                       "a refusal says where and why");
     }
     return 0;

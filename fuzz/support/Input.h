@@ -1,4 +1,4 @@
-// The fuzzer's bytes as what a structure needs: numbers, names, arrays without a terminator.
+// Makes numbers, texts and arrays, with and without terminators, from the fuzzer's bytes.
 #pragma once
 
 #include <fuzzer/FuzzedDataProvider.h>
@@ -12,7 +12,7 @@
 
 namespace fuzz {
 
-/// Used up from front to back; when nothing is left, numbers are 0 and texts empty.
+/// Each operation consumes a part of the bytes; when none are left, numbers are 0 and texts empty.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size) : m_data(data, size) {}
@@ -25,16 +25,16 @@ public:
     std::uint32_t number(std::uint32_t least, std::uint32_t most) {
         return m_data.ConsumeIntegralInRange<std::uint32_t>(least, most);
     }
-    /// Any number, but often one of these.
+    /// Any number, with a preference for `likely`.
     std::uint32_t number(std::initializer_list<std::uint32_t> likely) {
         const auto choice = number(0, static_cast<std::uint32_t>(likely.size()));
         return choice < likely.size() ? *std::next(likely.begin(), choice) : number();
     }
-    /// At most so many bytes, whatever they are.
+    /// At most `most` arbitrary bytes.
     std::string bytes(std::size_t most) { return m_data.ConsumeRandomLengthString(most); }
 
-    /// Fills an array of characters or bytes: a text from the input, then a terminator and the text
-    /// again, or the text again and again with no terminator anywhere.
+    /// Fills an array of characters or bytes with a text from the input, repeated to the end,
+    /// either with a terminator after each or without any terminator.
     template <typename Unit, std::size_t SIZE>
     void fill(Unit (&array)[SIZE]) {
         std::string text = bytes(SIZE * sizeof(Unit));

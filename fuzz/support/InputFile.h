@@ -1,4 +1,4 @@
-// The fuzzer's bytes as a file, for readers that want one.
+// The fuzzer's bytes as a file, for code that reads files.
 #pragma once
 
 #include <support/TemporaryFolder.h>
@@ -8,7 +8,7 @@
 
 namespace fuzz {
 
-/// One file in a folder of the process's own, written anew for each input.
+/// One file in a temporary folder of this process, overwritten for each input.
 class InputFile {
 public:
     explicit InputFile(const char* name) : m_path(m_folder.file(name)) {}

@@ -1,4 +1,4 @@
-// Configuration files: what they add to a command line, or one line with the place and the reason.
+// Configuration files: they are merged into a command line, or refused with one line.
 #include "ExampleModule.h"
 #include "Refusal.h"
 
@@ -20,15 +20,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     line.settings = {{"SSID", "Given"}};
     try {
         const tesk5::CommandLine whole = tesk5::withConfiguration(line, registry);
-        fuzz::promise(whole.configFile == line.configFile, "the command line stays");
-        fuzz::promise(!whole.settings.empty() && whole.settings[0].value == "Given",
-                      "what the command line gives wins");
-        fuzz::promise(!whole.logLevel || (*whole.logLevel >= 0 && *whole.logLevel <= 5),
-                      "a log level is one");
+        fuzz::require(whole.configFile == line.configFile, "the name of the file stays");
+        fuzz::require(!whole.settings.empty() && whole.settings[0].value == "Given",
+                      "the command line overrides the file");
+        fuzz::require(!whole.logLevel || (*whole.logLevel >= 0 && *whole.logLevel <= 5),
+                      "a log level is from 0 to 5");
         const auto tests = tesk5::chooseTests(registry, whole.tests);
         tesk5::applySettings(registry, whole.settings, tests);
     } catch (const tesk5::BadInput& refused) {
-        fuzz::promiseRefusal(refused);
+        fuzz::requireReadableRefusal(refused);
     }
     return 0;
 }

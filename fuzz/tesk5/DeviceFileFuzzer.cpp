@@ -1,7 +1,7 @@
-// Device files: devices whose every text can be shown, or one line that says what is wrong.
+// Device files: they give devices whose texts are all safe to show, or are refused with one line.
 #include "Refusal.h"
 
-#include <support/Captured.h>
+#include <support/CapturedOutput.h>
 #include <support/InputFile.h>
 
 #include <console/Console.h>
@@ -15,15 +15,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     file.write(fuzz::viewOf(data, size));
     try {
         const tesk5::DeviceList list = tesk5::devicesFromFile(file.path());
-        fuzz::Captured output(mrl::cout);
+        fuzz::CapturedOutput output(mrl::cout);
         tesk5::showList(tesk5::Registry::instance(), list, "Card");
-        fuzz::promiseNone(test::offenceInLines(output.text()), "the list of devices");
+        fuzz::requireNone(test::findUnsafeInLines(output.text()), "the list of devices");
         for (const tesk5::DiagDevice& device : list.devices) {
             const tesk5::Json json = tesk5::jsonOf(device);
-            fuzz::promise(tesk5::Json::parse(json.dump()) == json, "a device is whole in JSON");
+            fuzz::require(tesk5::Json::parse(json.dump()) == json,
+                          "a device comes back from its JSON");
         }
     } catch (const tesk5::BadInput& refused) {
-        fuzz::promiseRefusal(refused);
+        fuzz::requireReadableRefusal(refused);
     }
     return 0;
 }

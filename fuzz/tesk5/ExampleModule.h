@@ -1,4 +1,4 @@
-// The module that the framework's fuzzers run on.
+// A module for the framework's fuzzers.
 #pragma once
 
 #include <tesk5/Registry.h>

@@ -1,8 +1,8 @@
-// Unusable input: one clear line.
+// The requirements on the line that refuses unusable input.
 #pragma once
 
-#include <support/Inert.h>
-#include <support/Promise.h>
+#include <support/Require.h>
+#include <support/SafeText.h>
 
 #include <texts/BadInput.h>
 
@@ -10,9 +10,9 @@
 
 namespace fuzz {
 
-inline void promiseRefusal(const tesk5::BadInput& refused) {
-    promise(!refused.line.empty(), "a refusal has words");
-    promiseNone(test::offenceIn(mrl::escapeControls(refused.line)), "a refusal");
+inline void requireReadableRefusal(const tesk5::BadInput& refused) {
+    require(!refused.line.empty(), "a refusal has a text");
+    requireNone(test::findUnsafe(mrl::escapeControls(refused.line)), "a refusal");
 }
 
 } // namespace fuzz

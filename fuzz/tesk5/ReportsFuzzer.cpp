@@ -1,9 +1,9 @@
-// Everything that is written of a run, with names that strangers chose: each output is held against
-// that of a twin of the run whose names are harmless, from which it may differ in texts alone.
-#include <support/Captured.h>
-#include <support/Inert.h>
+// Every output of a run with arbitrary names. Each is compared with the output of the same run with
+// harmless names, from which it may differ in texts alone.
+#include <support/CapturedOutput.h>
 #include <support/Input.h>
-#include <support/Promise.h>
+#include <support/Require.h>
+#include <support/SafeText.h>
 
 #include <console/Console.h>
 #include <console/LiveLine.h>
@@ -44,13 +44,13 @@ const TestResult results[] = {
     TestResult::USERABORTED(), TestResult::COMPLETED(), TestResult::EXITEDABNORMALLY(),
 };
 
-// A run and what it stands on.
+// A record of a run, with the devices that it points to.
 struct Run {
     std::deque<tesk5::DiagDevice> devices;
     tesk5::RunRecord record;
 };
 
-// The run and its twin, made side by side from the same input.
+// Two runs from the same input: one with the names of the input, one with harmless names.
 class Twins {
 public:
     explicit Twins(fuzz::Input& input) : m_input(input) {
@@ -76,11 +76,11 @@ public:
 
     const Run& hostile() const { return m_runs[0]; }
     const Run& harmless() const { return m_runs[1]; }
-    /// Every name that the hostile run has been given.
+    /// The names of the hostile run.
     const std::vector<std::string>& names() const { return m_names; }
 
 private:
-    // A name for each of the two; empty for both or for none.
+    // A name for each of the two runs; both are empty or neither is.
     struct Names {
         std::string of[2];
     };
@@ -167,17 +167,17 @@ private:
 };
 
 void checkJson(const std::string& text, const tesk5::RunRecord& run) {
-    fuzz::promiseNone(test::offenceInLines(text), "the JSON report");
+    fuzz::requireNone(test::findUnsafeInLines(text), "the JSON report");
     const Json json = Json::parse(text);
     for (std::size_t i = 0; i < run.outcomes.size(); ++i) {
         const tesk5::Outcome& outcome = run.outcomes[i];
         const Json& result = json["results"][i];
-        fuzz::promise(result["device"]["name"] == outcome.device->name().utf8(),
+        fuzz::require(result["device"]["name"] == outcome.device->name().utf8(),
                       "a device keeps its name in JSON");
-        fuzz::promise(result["surveys"][0]["entries"][0]["name"] ==
+        fuzz::require(result["surveys"][0]["entries"][0]["name"] ==
                           outcome.surveys[0].entries[0].name.utf8(),
                       "a network keeps its name in JSON");
-        fuzz::promise(result["events"][0]["variables"]["Name"] ==
+        fuzz::require(result["events"][0]["variables"]["Name"] ==
                           outcome.events[0].variables[0].second.valueString().utf8(),
                       "a variable keeps its value in JSON");
     }
@@ -190,14 +190,15 @@ void checkReports(const Twins& twins) {
             checkJson(text, twins.hostile().record);
             continue;
         }
-        fuzz::promiseNone(test::offenceInMarkup(text), kind.option);
-        fuzz::promise(test::bonesOf(text) == test::bonesOf(kind.text(twins.harmless().record)),
+        fuzz::requireNone(test::findUnsafeInMarkup(text), kind.option);
+        fuzz::require(test::skeletonOf(text) ==
+                          test::skeletonOf(kind.text(twins.harmless().record)),
                       std::string("a name is no markup: ") + kind.option);
     }
 }
 
-// Tells a listener the whole run.
-void tell(tesk5::RunListener& listener, const tesk5::RunRecord& run) {
+// Sends a listener all events of the run.
+void replay(tesk5::RunListener& listener, const tesk5::RunRecord& run) {
     listener.onRunStart(run, run.outcomes.size());
     for (const tesk5::Outcome& outcome : run.outcomes) {
         const tesk5::PlannedRun planned{outcome.test, outcome.device};
@@ -214,15 +215,15 @@ void tell(tesk5::RunListener& listener, const tesk5::RunRecord& run) {
 }
 
 std::string consoleOf(const tesk5::RunRecord& run) {
-    const fuzz::Captured output(mrl::cout);
-    const fuzz::Captured errors(mrl::cerr);
+    const fuzz::CapturedOutput output(mrl::cout);
+    const fuzz::CapturedOutput errors(mrl::cerr);
     tesk5::Console console({false, false});
-    tell(console, run);
+    replay(console, run);
     return output.text() + errors.text();
 }
 
 std::string listOf(const Run& run) {
-    const fuzz::Captured output(mrl::cout);
+    const fuzz::CapturedOutput output(mrl::cout);
     tesk5::showList(tesk5::Registry::instance(), {{run.devices.begin(), run.devices.end()}, {}},
                     std::nullopt);
     return output.text();
@@ -231,29 +232,29 @@ std::string listOf(const Run& run) {
 void checkConsole(const Twins& twins) {
     const std::string text = consoleOf(twins.hostile().record) + listOf(twins.hostile());
     const std::string twin = consoleOf(twins.harmless().record) + listOf(twins.harmless());
-    fuzz::promiseNone(test::offenceInLines(text), "the console");
-    fuzz::promise(test::linesOf(text).size() == test::linesOf(twin).size(),
-                  "a name takes no line of its own on the console");
+    fuzz::requireNone(test::findUnsafeInLines(text), "the console");
+    fuzz::require(test::linesOf(text).size() == test::linesOf(twin).size(),
+                  "a name does not break a line of the console");
 }
 
 void checkEvents(const tesk5::RunRecord& run) {
-    fuzz::Captured output(mrl::cout);
+    fuzz::CapturedOutput output(mrl::cout);
     tesk5::EventStream events(mrl::cout);
-    tell(events, run);
+    replay(events, run);
     const std::vector<std::string> lines = test::linesOf(output.text());
-    // Start, stop and end of the run, and seven things of each test.
-    fuzz::promise(lines.size() == 3 + 7 * run.outcomes.size(), "an event is a line");
+    // Start, stop and end of the run, and seven events of each test.
+    fuzz::require(lines.size() == 3 + 7 * run.outcomes.size(), "an event is a line");
     for (const std::string& line : lines) {
         for (const char c : line) {
-            fuzz::promise(c >= 0x20 && c < 0x7F, "events are ASCII");
+            fuzz::require(c >= 0x20 && c < 0x7F, "events are ASCII");
         }
-        fuzz::promise(Json::parse(line).is_object(), "an event is an object");
+        fuzz::require(Json::parse(line).is_object(), "an event is an object");
     }
 }
 
-// What a terminal gets between two moves of its cursor is text that has room.
+// The text between two movements of the cursor fits into the line.
 void checkLiveLine(const std::string& name) {
-    fuzz::Captured output(mrl::cout);
+    fuzz::CapturedOutput output(mrl::cout);
     constexpr std::size_t COLUMNS = ROOM;
     tesk5::LiveLine live(mrl::cout, COLUMNS);
     live.begin();
@@ -264,13 +265,13 @@ void checkLiveLine(const std::string& name) {
         const std::size_t end = std::min(text.find('\r', place), text.size());
         std::string piece = text.substr(place, end - place);
         piece.erase(std::find(piece.begin(), piece.end(), '\b'), piece.end());
-        fuzz::promiseNone(test::offenceIn(piece), "the live line");
-        fuzz::promise(mrl::columnsOf(piece) < COLUMNS, "the live line has room");
+        fuzz::requireNone(test::findUnsafe(piece), "the live line");
+        fuzz::require(mrl::columnsOf(piece) < COLUMNS, "the live line fits");
         place = end + 1;
     }
 }
 
-// Also of a name far longer than any, for a kept line is cut somewhere.
+// With a very long line too, because kept lines are cut.
 void checkLog(const std::string& name) {
     constexpr std::size_t MANY = 30;
     std::string repeated;
@@ -282,9 +283,9 @@ void checkLog(const std::string& name) {
     mrl::LoggerStream(&logger, 1, 1268) << "SSID: " << name;
     mrl::LoggerStream(&logger, 1, 1268) << repeated;
     const tesk5::KeptLog log = keeper.log();
-    fuzz::promise(log.first.size() == 2, "a line of the log is one");
+    fuzz::require(log.first.size() == 2, "each line of the log is kept");
     for (const tesk5::LoggedLine& line : log.first) {
-        fuzz::promiseNone(test::offenceIn(line.text), "the log");
+        fuzz::requireNone(test::findUnsafe(line.text), "the log");
     }
 }
 
@@ -292,12 +293,13 @@ void checkLog(const std::string& name) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     mrl::cout.useColours(mrl::OutputStream::Colours::never);
+    mrl::LogFactory::setPriority(mrl::LogFactory::OFF); // ends the keeping of early lines
     fuzz::Input input(data, size);
     const Twins twins(input);
     checkReports(twins);
     checkConsole(twins);
     checkEvents(twins.hostile().record);
-    // The last name is one that is always there.
+    // The last name exists in every input.
     checkLiveLine(twins.names().back());
     checkLog(twins.names().back());
     return 0;

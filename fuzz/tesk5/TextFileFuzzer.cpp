@@ -1,8 +1,8 @@
-// Files of texts: used or passed over with one line in the log, never a reason to stop.
+// Text files: they are used, or ignored with one line in the log.
 #include <support/CapturedLog.h>
-#include <support/Inert.h>
 #include <support/InputFile.h>
-#include <support/Promise.h>
+#include <support/Require.h>
+#include <support/SafeText.h>
 
 #include <texts/TextCatalogue.h>
 #include <texts/TextLayout.h>
@@ -25,7 +25,7 @@ void look(const tesk5::TextCatalogue& catalogue) {
         for (const std::string& line : tesk5::wrapped(text, COLUMNS)) {
             shown += mrl::escapeControls(line) + "\n";
         }
-        fuzz::promiseNone(test::offenceInLines(shown), "a text");
+        fuzz::requireNone(test::findUnsafeInLines(shown), "a text");
     }
 }
 
@@ -42,11 +42,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     look(fromProgram);
     const std::vector<std::string> lines = log.texts();
     for (const std::string& line : lines) {
-        fuzz::promiseNone(test::offenceIn(line), "a line of the log");
+        fuzz::requireNone(test::findUnsafe(line), "a line of the log");
     }
     const tesk5::TeskString plain("PLAIN");
     const bool used = fromFile.find(plain).utf8() != "built in";
-    fuzz::promise(lines.empty() || !used || lines.size() == 1,
-                  "a file is used or named in the log");
+    fuzz::require(lines.empty() || !used || lines.size() == 1,
+                  "a file is used, or named in one line of the log");
     return 0;
 }

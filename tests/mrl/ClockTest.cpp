@@ -14,7 +14,7 @@ using mrl::Clock;
 using testing::ElementsAre;
 using namespace std::chrono_literals;
 
-TEST(Clock, TheSystemsDoesNotGoBack) {
+TEST(Clock, TheSystemsNeverDecreases) {
     Clock::Duration last = Clock::current().now();
     for (int i = 0; i < 1000; ++i) {
         const Clock::Duration next = Clock::current().now();
@@ -31,7 +31,7 @@ TEST(Clock, TheSystemsWaitEndsAtADeadlineThatHasPassed) {
     EXPECT_TRUE(lock.owns_lock());
 }
 
-TEST(Clock, AnotherClockIsInForceForItsLifeOnly) {
+TEST(Clock, AScopedClockReplacesTheClockWhileItLives) {
     Clock& system = Clock::current();
     {
         test::VirtualClock outer;
@@ -52,7 +52,7 @@ TEST(Clock, SleepingMovesTheVirtualDate) {
     EXPECT_EQ(clock.utcNow() - start, 7s);
 }
 
-TEST(Clock, AWaiterReturnsWhenSomebodySleepsPastItsDeadline) {
+TEST(Clock, AWaiterReturnsWhenAThreadSleepsPastItsDeadline) {
     test::VirtualClock clock;
     std::mutex mutex;
     std::condition_variable condition;
@@ -67,7 +67,7 @@ TEST(Clock, AWaiterReturnsWhenSomebodySleepsPastItsDeadline) {
     EXPECT_DOUBLE_EQ(clock.elapsedSeconds(), 10);
 }
 
-TEST(System, SleepsOnTheClockInForce) {
+TEST(System, SleepsOnTheClockInUse) {
     test::VirtualClock clock;
     mrl::System::mssleep(100);
     mrl::System::mssleep(0);

@@ -20,23 +20,23 @@ TEST(DisplayWidth, OfEastAsianCharactersIsTwo) {
     EXPECT_EQ(columnsOf("📶"), 2U);
 }
 
-TEST(DisplayWidth, OfMarksOnTheCharacterBeforeIsNone) {
+TEST(DisplayWidth, OfCombiningMarksIsZero) {
     EXPECT_EQ(columnsOf("e\u0301"), 1U);
     EXPECT_EQ(columnsOf("قُوّة"), 3U);
 }
 
-TEST(DisplayWidth, OfBytesThatAreNoTextIsThatOfTheirReplacement) {
+TEST(DisplayWidth, OfIllFormedBytesIsThatOfTheirReplacement) {
     EXPECT_EQ(columnsOf("\xff"), 1U);
     EXPECT_EQ(columnsOf("a\xff\xffz"), 4U);
 }
 
-TEST(FittedText, StaysWholeWhereItFits) {
+TEST(FittedText, IsNotCutWhenItFits) {
     EXPECT_EQ(fittedToColumns("Lab", 3), "Lab");
     EXPECT_EQ(fittedToColumns("信号", 4), "信号");
     EXPECT_EQ(fittedToColumns("", 0), "");
 }
 
-TEST(FittedText, IsCutBehindAWholeCharacterAndSaysSo) {
+TEST(FittedText, IsCutAfterAWholeCharacterAndEndsWithAnEllipsis) {
     EXPECT_EQ(fittedToColumns("Laboratory", 4), "Lab…");
     EXPECT_EQ(fittedToColumns("信号強度", 6), "信号…");
     EXPECT_EQ(fittedToColumns("信号強度", 5), "信号…");

@@ -59,7 +59,7 @@ TEST_F(Files, AreWrittenByteForByteFromTheBeginning) {
     EXPECT_EQ(mrl::readWholeFile(path, 400000), bytes + std::string(300000, 'x'));
 }
 
-TEST_F(Files, AreClosedByTheirEndToo) {
+TEST_F(Files, AreClosedByTheirDestructor) {
     const std::filesystem::path path = m_folder.path() / "new";
     { mrl::FileToWrite(path).write("new"); }
     EXPECT_EQ(mrl::readWholeFile(path, 8), "new");
@@ -93,21 +93,21 @@ TEST_F(Files, ThatAreNotThereHaveTheSystemsReason) {
     }
 }
 
-TEST_F(Files, AreNoFolders) {
+TEST_F(Files, AreNotFolders) {
     EXPECT_EQ(mrl::fileKind(m_folder.path()), FileKind::directory);
     EXPECT_EQ(failureOf(m_folder.path()), Reason::directory);
 }
 
 #ifdef _WIN32
 
-TEST_F(Files, AreNoDevicesWhateverTheirFolder) {
+TEST_F(Files, AreNotDevicesInAnyFolder) {
     for (const char* name : {"NUL", "nul", "CON", "CONIN$", "COM1", "LPT1", "AUX", "PRN",
                              "\\\\.\\COM1", "\\\\.\\C:", "\\\\.\\PhysicalDrive0", "//./NUL"}) {
         expectRefused(mrl::System::path(name));
     }
 }
 
-TEST_F(Files, AreNoPipesAndMailSlots) {
+TEST_F(Files, AreNotPipesOrMailSlots) {
     for (const char* name :
          {"\\\\.\\pipe\\x", "\\\\?\\pipe\\x", "\\\\server\\pipe\\x", "\\\\server\\PIPE\\x",
           "//server/pipe/x", "\\\\?\\UNC\\server\\pipe\\x", "\\\\server\\mailslot\\x",
@@ -126,14 +126,14 @@ TEST_F(Files, MayHaveLongVerbatimNames) {
 
 #else
 
-TEST_F(Files, AreNoDevices) {
+TEST_F(Files, AreNotDevices) {
     expectRefused("/dev/null");
     expectRefused("/dev/zero");
     std::filesystem::create_symlink("/dev/null", m_folder.path() / "link");
     expectRefused(m_folder.path() / "link");
 }
 
-TEST_F(Files, OnAFullDiskSaySo) {
+TEST_F(Files, OnAFullDiskReportTheReason) {
     mrl::FileToWrite file("/dev/full");
     try {
         file.write("x");
@@ -143,7 +143,7 @@ TEST_F(Files, OnAFullDiskSaySo) {
     }
 }
 
-TEST_F(Files, AreNoPipesAndDoNotWaitForTheOtherEnd) {
+TEST_F(Files, AreNotPipesAndAreNotWaitedFor) {
     const std::filesystem::path pipe = m_folder.path() / "pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     expectRefused(pipe);

@@ -21,7 +21,7 @@ using test::bytesOfFile;
 using test::TemporaryFolder;
 using testing::HasSubstr;
 
-// Logs to `sink` while it lives.
+// While it lives, log lines are written to `sink`.
 class Logging {
 public:
     explicit Logging(std::shared_ptr<mrl::LogSink> sink) {
@@ -85,7 +85,7 @@ TEST(FileLogSink, AppendsToWhatIsThere) {
               "2026-11-20T19:55:01.123Z 1 mrlrantenna: second\n");
 }
 
-TEST(FileLogSink, BeginsAFreshLineAfterOneThatWasCut) {
+TEST(FileLogSink, BeginsANewLineAfterAnIncompleteOne) {
     const TemporaryFolder folder;
     const test::VirtualClock clock;
     std::ofstream(folder.path() / "log.txt", std::ios::binary) << "2026-11-20T19:55:01.123Z 1 mrl";
@@ -101,7 +101,7 @@ TEST(FileLogSink, BeginsAFreshLineAfterOneThatWasCut) {
 
 #ifndef _WIN32
 
-TEST(FileLogSink, BeginsAFreshLineWhenTheDiskHasRoomAgain) {
+TEST(FileLogSink, BeginsANewLineWhenTheDiskHasSpaceAgain) {
     const TemporaryFolder folder;
     const test::VirtualClock clock;
     const Logging logging(mrl::fileLogSink(folder.file("log.txt")));
@@ -122,7 +122,7 @@ TEST(FileLogSink, OpensNoDevice) {
 
 #endif
 
-TEST(FileLogSink, ThePathMayBeInAnyScript) {
+TEST(FileLogSink, ThePathMayHaveCharactersOfAnyScript) {
     const TemporaryFolder folder;
     const std::string name = "Pr\xC3\xBC"
                              "fung \xE6\x97\xA5\xE6\x9C\xAC \xF0\x9F\x93\xB6.log";
@@ -144,7 +144,7 @@ TEST(FileLogSink, AFolderIsRefusedWithTheReason) {
                 testing::AnyOf(HasSubstr("Is a directory"), HasSubstr("Permission denied")));
 }
 
-TEST(FileLogSink, AMissingFolderIsRefusedAndNotMade) {
+TEST(FileLogSink, AMissingFolderIsRefusedAndNotCreated) {
     const TemporaryFolder folder;
     const std::string reason = reasonOf(folder.file("m\xC3\xBC"
                                                     "ssing/log.txt"));
@@ -176,26 +176,26 @@ TEST(StandardErrorLogSink, WritesTheSameLinesToTheErrorStream) {
                 testing::ElementsAre("2026-11-20T19:55:01.123Z 1 mrlrantenna: M\xC3\xBCller\\n\n"));
 }
 
-// Made before anything of Basekit is used, so it goes after everything made later has gone.
-struct LastWords {
-    ~LastWords() {
+// Constructed before Basekit is used, so destroyed after everything that is constructed later.
+struct LogsWhenDestroyed {
+    ~LogsWhenDestroyed() {
         if (armed) {
-            log("said at the end");
+            log("logged at the end");
         }
     }
     bool armed = false;
-} g_lastWords;
+} g_logsWhenDestroyed;
 
-TEST(LogAtTheEndDeathTest, ObjectsWithStaticLifeLogFromTheirDestructors) {
+TEST(LogAtTheEndDeathTest, StaticObjectsLogFromTheirDestructors) {
     EXPECT_EXIT(
         {
             LogFactory::setSink(mrl::standardErrorLogSink());
             LogFactory::setPriority(0);
-            log("said before");
-            g_lastWords.armed = true;
+            log("logged before");
+            g_logsWhenDestroyed.armed = true;
             std::exit(0);
         },
-        testing::ExitedWithCode(0), "said at the end");
+        testing::ExitedWithCode(0), "logged at the end");
 }
 
 } // namespace

@@ -18,7 +18,7 @@ namespace {
 
 using mrl::OutputStream;
 
-class Kept final : public OutputStream::Receiver {
+class CollectedText final : public OutputStream::Receiver {
 public:
     void write(std::string_view utf8) override { text += utf8; }
     std::string text;
@@ -50,17 +50,17 @@ private:
 
 TEST(OutputStream, AReceiverGetsWhatIsWrittenAsUtf8) {
     OutputStream stream(OutputStream::Target::standardOutput);
-    Kept kept;
+    CollectedText kept;
     stream.redirect(&kept);
     stream << "a " << std::string_view("view\0!", 6) << mrl::String(MRL_TEXT(" \u00fc\u65e5"))
            << mrl::endl;
     EXPECT_EQ(kept.text, std::string("a view\0! \xC3\xBC\xE6\x97\xA5\n", 15));
 }
 
-TEST(OutputStream, RedirectHandsBackTheReceiverBefore) {
+TEST(OutputStream, RedirectReturnsThePreviousReceiver) {
     OutputStream stream(OutputStream::Target::standardError);
-    Kept first;
-    Kept second;
+    CollectedText first;
+    CollectedText second;
     EXPECT_EQ(stream.redirect(&first), nullptr);
     stream << "one";
     EXPECT_EQ(stream.redirect(&second), &first);
@@ -70,9 +70,9 @@ TEST(OutputStream, RedirectHandsBackTheReceiverBefore) {
     EXPECT_EQ(second.text, "two");
 }
 
-TEST(OutputStream, AReceiverIsNoTerminal) {
+TEST(OutputStream, AReceiverIsNotATerminal) {
     OutputStream stream(OutputStream::Target::standardOutput);
-    Kept kept;
+    CollectedText kept;
     stream.redirect(&kept);
     EXPECT_FALSE(stream.isTerminal());
 }
@@ -85,7 +85,7 @@ struct ProcessStream {
 
 class ProcessStreams : public testing::TestWithParam<ProcessStream> {};
 
-TEST_P(ProcessStreams, AFileGetsTheBytesAndIsNoTerminal) {
+TEST_P(ProcessStreams, AFileGetsTheBytesAndIsNotATerminal) {
     const test::TemporaryFolder folder;
     const std::string path = folder.file("out.txt");
     {
@@ -99,7 +99,7 @@ TEST_P(ProcessStreams, AFileGetsTheBytesAndIsNoTerminal) {
     EXPECT_EQ(test::bytesOfFile(path), "first\nM\xC3\xBCller\nlast");
 }
 
-TEST_P(ProcessStreams, WhatFollowsALossHasALineOfItsOwn) {
+TEST_P(ProcessStreams, TextAfterALossBeginsANewLine) {
     const test::TemporaryFolder folder;
     const std::string path = folder.file("out.txt");
     std::ofstream(path) << "untouched";

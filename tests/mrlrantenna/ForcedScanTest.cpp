@@ -39,6 +39,7 @@ protected:
 
 TEST_F(ForcedScan, ScansOnAHandleOfItsOwnWaitsAndReadsWhatWasHeard) {
     WirelessDevice& device = openedHearing({{.ssid = "Lab", .signal = 64U}});
+    const test::Journal journal;
     EXPECT_EQ(scan(device, "Lab"), heard(64));
     const std::string guid = radiosim::FIRST_INTERFACE;
     EXPECT_THAT(
@@ -51,10 +52,10 @@ TEST_F(ForcedScan, ScansOnAHandleOfItsOwnWaitsAndReadsWhatWasHeard) {
                     R"(WlanGetNetworkBssList {"handle":"h2","interface":")" + guid +
                         R"(","ssid":null,"bssType":3,"securityEnabled":false,"reserved":null})"
                         R"( = 0 {"entries":1})"));
-    EXPECT_THAT(clock().sleeps(), ElementsAre(7000));
-    const std::vector<radiosim::Call> made = radio().calls();
-    EXPECT_EQ(made[2].at, radiosim::Milliseconds(0));
-    EXPECT_EQ(made[3].at, radiosim::Milliseconds(7000));
+    EXPECT_THAT(journal.entries({"call", "pause"}),
+                ElementsAre("call WlanOpenHandle = 0", "call WlanEnumInterfaces = 0",
+                            "call WlanScan = 0", "pause 7000 ms",
+                            "call WlanGetNetworkBssList = 0"));
 }
 
 TEST_F(ForcedScan, HearsWhatAppearsWithTheScan) {

@@ -2,7 +2,7 @@
 // terminator ends. What the module makes of them is harmless text, one line a line.
 #include "DeviceTest.h"
 
-#include <support/Inert.h>
+#include <support/SafeText.h>
 
 #include <cstring>
 #include <numeric>
@@ -55,7 +55,7 @@ protected:
     /// Everything that was logged since the last look must be harmless.
     void expectHarmlessLines(const std::string& of) {
         for (const std::string& line : lines()) {
-            EXPECT_EQ(test::offenceIn(line), "") << of << ": " << line;
+            EXPECT_EQ(test::findUnsafe(line), "") << of << ": " << line;
         }
         log().clear();
     }

@@ -4,7 +4,12 @@
 
 namespace test {
 
-ModuleTest::ModuleTest() {
+void ModuleTest::NotesEvents::onEvent(const tesk5::RaisedEvent& event) {
+    Journal::note(std::string("event ") + tesk5::severityName(event.severity) + " " +
+                  event.key.utf8());
+}
+
+ModuleTest::ModuleTest() : m_recorder(&m_notesEvents) {
     startRadio(radiosim::Scenario{});
 }
 
@@ -17,7 +22,11 @@ void ModuleTest::TearDown() {
 
 radiosim::Engine& ModuleTest::startRadio(radiosim::Scenario scenario) {
     m_radio.reset();
-    return m_radio.emplace(std::move(scenario));
+    radiosim::Engine& radio = m_radio.emplace(std::move(scenario));
+    radio.onCall([](const radiosim::Call& call) {
+        Journal::note("call " + call.function + " = " + std::to_string(call.result));
+    });
+    return radio;
 }
 
 radiosim::Engine& ModuleTest::startRadio(std::vector<radiosim::AccessPoint> accessPoints) {

@@ -1,8 +1,9 @@
-// What every test of the module starts from: a virtual clock, a captured log, the events raised,
-// and a radio environment of the test's own.
+// The environment of every test of the module: a virtual clock, a captured log, the events raised
+// and a simulated radio. All four note what happens in the Journal of a test that has one.
 #pragma once
 
 #include <support/CapturedLog.h>
+#include <support/Journal.h>
 #include <support/VirtualClock.h>
 
 #include <radiosim/Engine.h>
@@ -29,7 +30,8 @@ protected:
     /// A planned fault that never fired makes a test say less than it claims.
     void TearDown() override;
 
-    /// Puts a radio environment in force; the one before ends.
+    /// Starts a radio environment; the previous one ends. Its calls are noted in the Journal unless
+    /// the test sets an onCall() hook of its own.
     radiosim::Engine& startRadio(radiosim::Scenario scenario);
     /// One interface that sees `accessPoints`.
     radiosim::Engine& startRadio(std::vector<radiosim::AccessPoint> accessPoints);
@@ -54,8 +56,13 @@ protected:
     std::vector<std::string> raisedKeys() const;
 
 private:
+    class NotesEvents final : public tesk5::TestObserver {
+        void onEvent(const tesk5::RaisedEvent& event) override;
+    };
+
     VirtualClock m_clock;
     CapturedLog m_log;
+    NotesEvents m_notesEvents;
     tesk5::TestRecorder m_recorder;
     std::optional<radiosim::Engine> m_radio;
 };

@@ -1,5 +1,7 @@
 #include <support/CapturedLog.h>
 
+#include <support/Journal.h>
+
 #include <mutex>
 
 namespace test {
@@ -7,6 +9,8 @@ namespace test {
 class CapturedLog::Sink final : public mrl::LogSink {
 public:
     void write(const mrl::LogRecord& record) override {
+        Journal::note("log " + std::to_string(record.priority) + " " + std::string(record.logger) +
+                      ": " + std::string(record.text));
         const std::lock_guard lock(m_mutex);
         m_lines.push_back({record.priority, std::string(record.logger), std::string(record.text)});
     }

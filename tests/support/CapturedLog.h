@@ -9,7 +9,8 @@
 
 namespace test {
 
-/// While it lives, lines of at least `threshold` are kept here; afterwards logging is off.
+/// While it lives, lines of priority `threshold` and above are kept here; afterwards logging is
+/// off.
 class CapturedLog {
 public:
     explicit CapturedLog(int threshold = 1);
@@ -26,7 +27,7 @@ public:
     std::vector<Line> lines() const;
     /// The texts alone, of `logger` or, without one, of every logger.
     std::vector<std::string> texts(const std::string& logger = {}) const;
-    /// Forgets what has been kept.
+    /// Discards the lines so far.
     void clear();
 
 private:

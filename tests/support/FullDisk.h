@@ -1,4 +1,4 @@
-// A disk that is full beyond so many bytes a file, for tests of what is left then. Not on Windows.
+// Simulates a full disk through the limit on the size of files. Not on Windows.
 #pragma once
 
 #include <csignal>
@@ -6,7 +6,7 @@
 
 namespace test {
 
-/// While it lives, no file of this process grows beyond `bytes`.
+/// While it lives, no file that this process writes grows beyond `bytes`.
 class FullDisk {
 public:
     explicit FullDisk(rlim_t bytes) : m_signal(std::signal(SIGXFSZ, SIG_IGN)) {

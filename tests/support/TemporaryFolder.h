@@ -1,4 +1,4 @@
-// A folder for the files of one test, gone with everything in it when the test ends.
+// A folder for the files of one test, removed with its contents at the end of the test.
 #pragma once
 
 #include <mrl/System.h>

@@ -1,5 +1,7 @@
 #include <support/VirtualClock.h>
 
+#include <support/Journal.h>
+
 #include <algorithm>
 
 namespace test {
@@ -27,6 +29,7 @@ void VirtualClock::sleep(Duration duration) {
         const std::lock_guard lock(m_mutex);
         m_now += duration;
         m_sleeps.push_back(duration_cast<milliseconds>(duration).count());
+        Journal::note("pause " + std::to_string(m_sleeps.back()) + " ms");
         waiters = m_waiters;
     }
     for (const Waiter& waiter : waiters) {

@@ -1,4 +1,4 @@
-// A clock that moves when somebody sleeps, so that half a minute of polling is over at once.
+// A clock that moves only when a thread sleeps, so that half a minute of polling takes no time.
 #pragma once
 
 #include <mrl/Clock.h>
@@ -8,7 +8,7 @@
 
 namespace test {
 
-/// Starts at 0 s, on 2026-11-20T19:55:01.123Z. Installed as the clock in force while it lives.
+/// Starts at 0 s, on 2026-11-20T19:55:01.123Z. It is the clock in use while it lives.
 class VirtualClock final : public mrl::Clock {
 public:
     VirtualClock();
@@ -22,7 +22,7 @@ public:
 
     /// Every sleep so far, in order, in milliseconds.
     std::vector<long long> sleeps();
-    /// What was slept so far is no longer listed.
+    /// Discards the list of sleeps.
     void forgetSleeps();
     /// Seconds since the start.
     double elapsedSeconds();

@@ -2,7 +2,7 @@
 // of it stays well-formed and one line a line, wherever it is written.
 #include "FrameworkTest.h"
 
-#include <support/Inert.h>
+#include <support/SafeText.h>
 
 #include <tesk5/Registry.h>
 #include <tesk5/TeskException.h>
@@ -125,15 +125,15 @@ private:
 TEST_F(HostileNames, DoNothingToConsoleLogAndReportsButStandThere) {
     const std::vector<std::string> names = hostileNames();
     EXPECT_EQ(runWith(names, false), 5);
-    EXPECT_EQ(offenceInLines(output()), "");
-    EXPECT_EQ(offenceInLines(errors()), "");
+    EXPECT_EQ(findUnsafeInLines(output()), "");
+    EXPECT_EQ(findUnsafeInLines(errors()), "");
     // Heads and verdicts of two tests, two lines an event, and the sum.
     EXPECT_EQ(linesOf(output()).size(), 5 + 2 * names.size());
-    EXPECT_EQ(offenceInLines(written("r.log")), "");
-    EXPECT_EQ(offenceInMarkup(written("r.xml")), "");
-    EXPECT_EQ(offenceInMarkup(written("r.html")), "");
+    EXPECT_EQ(findUnsafeInLines(written("r.log")), "");
+    EXPECT_EQ(findUnsafeInMarkup(written("r.xml")), "");
+    EXPECT_EQ(findUnsafeInMarkup(written("r.html")), "");
     const std::string json = written("r.json");
-    EXPECT_EQ(offenceInLines(json), "");
+    EXPECT_EQ(findUnsafeInLines(json), "");
     const ordered_json report = ordered_json::parse(json);
     for (std::size_t i = 0; i < names.size(); ++i) {
         EXPECT_EQ(report["results"][0]["surveys"][0]["entries"][i]["name"],
@@ -144,8 +144,8 @@ TEST_F(HostileNames, DoNothingToConsoleLogAndReportsButStandThere) {
 TEST_F(HostileNames, DoNotTurnIntoMarkup) {
     const std::vector<std::string> names = hostileNames();
     runWith(names, false);
-    const std::string junit = bonesOf(written("r.xml"));
-    const std::string html = bonesOf(written("r.html"));
+    const std::string junit = skeletonOf(written("r.xml"));
+    const std::string html = skeletonOf(written("r.html"));
     tesk5::Registry::instance().tests.clear();
     std::vector<std::string> harmless;
     harmless.reserve(names.size());
@@ -153,8 +153,8 @@ TEST_F(HostileNames, DoNotTurnIntoMarkup) {
         harmless.emplace_back(name.empty() ? "" : "x");
     }
     runWith(harmless, false);
-    EXPECT_EQ(junit, bonesOf(written("r.xml")));
-    EXPECT_EQ(html, bonesOf(written("r.html")));
+    EXPECT_EQ(junit, skeletonOf(written("r.xml")));
+    EXPECT_EQ(html, skeletonOf(written("r.html")));
 }
 
 TEST_F(HostileNames, LeaveTheStreamOfEventsOneObjectALineAndAscii) {

@@ -145,7 +145,7 @@ public:
     ~CDC() override;
 
     HDC GetSafeHdc() const { return m_hDC; }
-    operator HDC() const { return m_hDC; } // NOLINT(google-explicit-constructor)
+    operator HDC() const { return m_hDC; }
     /// Takes over `hDC`. \return FALSE for null
     BOOL Attach(HDC hDC);
     /// Gives the handle back to the caller.
@@ -201,7 +201,7 @@ public:
     // Handles.
 
     HWND GetSafeHwnd() const { return m_hWnd; }
-    operator HWND() const { return m_hWnd; } // NOLINT(google-explicit-constructor)
+    operator HWND() const { return m_hWnd; }
 
     /// The object attached to `hWnd` on this thread, or else a temporary one.
     /// \return null for a null handle. A temporary object lives until the thread's loop is next

@@ -29,8 +29,8 @@ public:
     CRect(int l, int t, int r, int b) : RECT{l, t, r, b} {}
     explicit CRect(const RECT& srcRect) : RECT(srcRect) {}
 
-    operator LPRECT() { return this; }        // NOLINT(google-explicit-constructor)
-    operator LPCRECT() const { return this; } // NOLINT(google-explicit-constructor)
+    operator LPRECT() { return this; }
+    operator LPCRECT() const { return this; }
 
     int Width() const { return right - left; }
     int Height() const { return bottom - top; }

@@ -4,6 +4,8 @@
 
 #include <tesk5/DiagModule.h>
 
+#include <support/Journal.h>
+
 #include <deque>
 
 // Takes the place of the framework's own file of the same operations when the program is linked.
@@ -73,10 +75,12 @@ int DiagModule::start() {
 
 void DiagModule::warning(Event* event, const TeskString& /*sourceFile*/, int /*line*/) {
     note("warning " + event->key().utf8());
+    test::Journal::note("event warning " + event->key().utf8());
 }
 
 void DiagModule::error(Event* event, const TeskString& /*sourceFile*/, int /*line*/) {
     note("error " + event->key().utf8());
+    test::Journal::note("event error " + event->key().utf8());
 }
 
 // The framework's signatures: it takes what it keeps.

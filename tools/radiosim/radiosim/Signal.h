@@ -34,10 +34,10 @@ public:
 
     /// The same value at all times. Values above 100 are possible and reported as they are: a
     /// client must live with a card that does this.
-    Signal(std::uint32_t constant = 50) // NOLINT(google-explicit-constructor): .signal = 50
+    Signal(std::uint32_t constant = 50) // .signal = 50
         : m_shape(constant) {}
-    Signal(Series series);               // NOLINT(google-explicit-constructor)
-    Signal(Walk walk) : m_shape(walk) {} // NOLINT(google-explicit-constructor)
+    Signal(Series series);
+    Signal(Walk walk) : m_shape(walk) {}
 
     /// The value at `elapsed`; times before the start count as the start.
     std::uint32_t at(Milliseconds elapsed) const;

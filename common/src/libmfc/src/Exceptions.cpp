@@ -3,7 +3,7 @@
 
 void CException::Delete() {
     if (m_bAutoDelete) {
-        delete this; // NOLINT(cppcoreguidelines-owning-memory): made with new by whoever threw it
+        delete this; // made with new by whoever threw it
     }
 }
 
@@ -13,7 +13,7 @@ namespace {
 template <class Exception>
 [[noreturn]] void throwTheOne() {
     static Exception exception(FALSE);
-    throw &exception; // NOLINT(misc-throw-by-value-catch-by-reference): the documented form
+    throw &exception; // the documented form
 }
 
 } // namespace

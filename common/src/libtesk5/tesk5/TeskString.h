@@ -11,7 +11,7 @@ class TeskString {
 public:
     TeskString() = default;
     /// From UTF-8; ill-formed sequences become U+FFFD. A null pointer gives the empty text.
-    TeskString(const char* utf8); // NOLINT(google-explicit-constructor): keys are literals
+    TeskString(const char* utf8); // keys are literals
     explicit TeskString(const std::string& utf8);
     explicit TeskString(const mrl::String& text);
 

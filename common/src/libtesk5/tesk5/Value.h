@@ -31,12 +31,11 @@ private:
 class Value {
 public:
     /// A text.
-    Value(const TeskString& text) : m_value(text) {}       // NOLINT(google-explicit-constructor)
-    Value(const char* utf8) : m_value(TeskString(utf8)) {} // NOLINT(google-explicit-constructor)
-    Value(const std::string& utf8)                         // NOLINT(google-explicit-constructor)
-        : m_value(TeskString(utf8)) {}
+    Value(const TeskString& text) : m_value(text) {}
+    Value(const char* utf8) : m_value(TeskString(utf8)) {}
+    Value(const std::string& utf8) : m_value(TeskString(utf8)) {}
     /// A number.
-    Value(mrl::Uint32 number) : m_value(number) {} // NOLINT(google-explicit-constructor)
+    Value(mrl::Uint32 number) : m_value(number) {}
 
     const DataType& type() const;
     /// The text; a number in decimal.

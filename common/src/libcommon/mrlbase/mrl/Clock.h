@@ -1,5 +1,5 @@
-// Time as the program sees it: one clock behind every wait, stopwatch and time stamp, so that a
-// test can put a clock in its place that moves when somebody sleeps.
+// The clock behind every wait, stopwatch and time stamp. Tests replace it by one that moves only
+// when a thread sleeps.
 #pragma once
 
 #include <chrono>
@@ -19,23 +19,23 @@ public:
     Clock& operator=(const Clock&) = delete;
     virtual ~Clock();
 
-    /// Time since some fixed moment; never goes back.
+    /// Time since a fixed moment; never decreases.
     virtual Duration now() = 0;
     /// The date and time of day.
     virtual UtcTime utcNow() = 0;
     /// Blocks the calling thread for `duration`.
     virtual void sleep(Duration duration) = 0;
-    /// Blocks until `condition` is notified or now() reaches `deadline`; may also return for no
-    /// reason, so call it in a loop that looks at the facts. `lock` is held before and after.
+    /// Blocks until `condition` is notified or now() reaches `deadline`; may also return earlier,
+    /// so call it in a loop that checks what it waits for. `lock` is held before and after.
     virtual void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& condition,
                            Duration deadline) = 0;
 
-    /// The clock in force: the system's, unless a ScopedClock has replaced it.
+    /// The clock in use: the system's, unless a ScopedClock has replaced it.
     static Clock& current();
 };
 
-/// Puts another clock in force for its own lifetime. To be nested properly; install it before the
-/// threads that use it start.
+/// Replaces the clock in use while it lives. Nested ones must end in reverse order. Construct it
+/// before the threads that use the clock start.
 class ScopedClock {
 public:
     explicit ScopedClock(Clock& clock);

@@ -5,7 +5,7 @@
 
 namespace mrl {
 
-/// A failure that a program can name in words.
+/// A failure with a text for the user.
 class Exception {
 public:
     explicit Exception(String text) : m_text(std::move(text)) {}
@@ -13,15 +13,15 @@ public:
     Exception& operator=(const Exception&) = default;
     virtual ~Exception();
 
-    /// What went wrong, for a person.
+    /// What went wrong, for the user.
     virtual String toString() const { return m_text; }
 
 private:
     String m_text;
 };
 
-/// A broken invariant, raised with a code and no arguments. Deliberately no mrl::Exception: it is
-/// no failure that a program can handle by its words, and only catch-all handlers see it.
+/// A broken invariant, raised with a code and no arguments. Deliberately not an mrl::Exception:
+/// only catch-all handlers see it.
 struct StructuredException {
     Uint32 code;
 };

@@ -1,5 +1,5 @@
-// Files that people name. A name can lead to what is no file at all: a device, a pipe of another
-// program, a folder. Nothing here opens those, because opening alone can already do something.
+// Files whose names come from the user. A name can also lead to a device, a pipe of another program
+// or a folder. These are not opened, because opening alone can have effects.
 #pragma once
 
 #include <cstdint>
@@ -14,36 +14,37 @@ enum class FileKind {
     missing,
     ordinary,
     directory,
-    other ///< a device, pipe or mail slot, by its kind or by a name such as NUL or COM1
+    other ///< a device, pipe or mail slot, recognised by its kind or by a name such as NUL or COM1
 };
 
-/// What `path` names, links followed, found out without opening it. What cannot be looked at, for
-/// want of permission say, counts as missing.
+/// The kind of what `path` names, links followed, without opening it. It is `missing` too when the
+/// system refuses to say, for example without permission.
 /// Platform: GetFullPathNameW, GetFileAttributesW; stat
 FileKind fileKind(const std::filesystem::path& path);
 
-/// Why a file was not read or written.
+/// Why a file could not be read or written.
 struct FileFailure {
     enum class Reason {
         directory,
         notOrdinary, ///< FileKind::other
         tooLarge,
-        system ///< the system has its own reason, which is in `error`
+        system ///< the system's reason, which is in `error`
     };
     Reason reason;
     std::error_code error;
 };
 
-/// The bytes of an ordinary file. A pipe's server is not told who asks.
-/// \param limit the most bytes that the file may have
+/// The bytes of an ordinary file. If the name leads to a pipe after all, its server does not learn
+/// the user's identity.
+/// \param limit the greatest size of the file in bytes
 /// Failure: throws FileFailure
 /// Platform: CreateFileW, ReadFile; open, read
 std::string readWholeFile(const std::filesystem::path& path, std::size_t limit);
 
-/// A file that is made, or emptied, to be written from its beginning.
+/// A file that is created, or emptied, and written from its beginning.
 ///
-/// The run-time libraries' streams do not serve for that: of a disk that gets full in the middle
-/// of a piece some of them know that something went wrong, but no longer what.
+/// The runtime libraries' streams are not used: when a disk becomes full in the middle of a piece,
+/// some of them report a failure without its reason.
 class FileToWrite {
 public:
     /// Failure: throws FileFailure, with the system's reason
@@ -54,17 +55,17 @@ public:
     /// Closes the file.
     ~FileToWrite();
 
-    /// Adds all of `bytes`.
-    /// Failure: throws FileFailure, with the system's reason; a part may have been written then
+    /// Writes all of `bytes`.
+    /// Failure: throws FileFailure with the system's reason; a part may have been written
     /// Platform: WriteFile; write
     void write(std::string_view bytes);
-    /// Closes the file; it takes nothing more.
-    /// Failure: throws FileFailure: on some disks only the end shows that there was no room
+    /// Closes the file; nothing more can be written.
+    /// Failure: throws FileFailure; some file systems report a full disk only here
     /// Platform: CloseHandle; close
     void close();
 
 private:
-    std::intptr_t m_handle; ///< what the system calls it
+    std::intptr_t m_handle; ///< the system's handle or descriptor
 };
 
 } // namespace mrl

@@ -7,13 +7,13 @@
 
 namespace mrl {
 
-/// One line: pieces go in with <<, the line is written when the object ends (usually at the end of
-/// the statement). With a null logger nothing is converted, built or written.
+/// One line: pieces are added with <<, and the line is written by the destructor, usually at the
+/// end of the statement. With a null logger nothing is converted or written.
 class LoggerStream {
 public:
-    /// `logger` as an accessor hands it out: null when lines of `priority` are not wanted.
+    /// `logger` is null when it does not admit `priority` (Logger::admitting()).
     LoggerStream(Logger* logger, int priority) : m_logger(logger), m_priority(priority) {}
-    /// Begins the line with `line`, the number of the place that writes it, and a blank.
+    /// Begins the line with `line`, the source line number, and a blank.
     LoggerStream(Logger* logger, int priority, Uint32 line) : LoggerStream(logger, priority) {
         *this << line << " ";
     }

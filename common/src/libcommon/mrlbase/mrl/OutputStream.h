@@ -1,5 +1,5 @@
-// Basekit's own output streams. They go past the runtime library's iostreams: a diagnostic must be
-// able to say its last words when those are not up yet or no longer.
+// Basekit's output streams. They do not use the runtime library's iostreams, so that they work
+// during static initialisation and destruction too.
 #pragma once
 
 #include <mrl/String.h>
@@ -8,14 +8,14 @@
 
 namespace mrl {
 
-/// A stream of UTF-8 text. On Windows a console gets it as UTF-16, so that names in any script
-/// appear right whatever the console's code page; files and pipes get the bytes.
-/// What a file or a pipe does not take, for want of room say, is lost; what comes after that has a
-/// line of its own, behind whatever the lost piece left.
+/// A stream of UTF-8 text. A Windows console gets it as UTF-16, so that names in any script appear
+/// whatever the console's code page; files and pipes get the bytes.
+/// A piece that cannot be written, on a full disk for instance, is lost; the next piece that can be
+/// written begins a new line.
 /// Threads: pieces of several threads may interleave.
 class OutputStream {
 public:
-    /// Receives what is written instead of the process's stream.
+    /// Receives the text instead of the process's stream.
     class Receiver {
     public:
         Receiver() = default;
@@ -32,44 +32,44 @@ public:
     OutputStream& operator<<(std::string_view utf8);
     OutputStream& operator<<(const char* utf8) { return *this << std::string_view(utf8); }
     OutputStream& operator<<(const String& text);
-    /// For manipulators.
+    /// Applies a manipulator, such as endl.
     OutputStream& operator<<(OutputStream& (*manipulator)(OutputStream&)) {
         return manipulator(*this);
     }
     void flush();
 
-    /// Whether a person is reading: the stream is a terminal and has no receiver.
+    /// Whether the stream is a terminal and has no receiver.
     bool isTerminal() const;
 
-    /// Width of the terminal in columns; 0 when there is none or it does not tell.
+    /// Width of the terminal in columns; 0 when there is none or its width is unknown.
     /// Platform: GetConsoleScreenBufferInfo, ioctl
     std::size_t columns() const;
 
-    /// When to show colours: in a terminal that wants them, or whatever there is.
+    /// When to show colours; automatic: in a terminal that supports them.
     enum class Colours { automatic, always, never };
     /// Decides for showsColours() from now on.
     void useColours(Colours when) { m_colours = when; }
 
-    /// Whether useColours() wants colours; by itself, whether a terminal reads that follows escape
-    /// sequences, colours among them. Tells a Windows console to follow them. False where the
-    /// environment has NO_COLOR. Platform: GetConsoleMode, SetConsoleMode
+    /// Whether to write colours: as useColours() decides, or else whether the stream is a terminal
+    /// that supports escape sequences and the environment has no NO_COLOR. Switches escape
+    /// sequences on in a Windows console. Platform: GetConsoleMode, SetConsoleMode
     bool showsColours() const;
 
-    /// Sends everything to `receiver` from now on; null for the process's stream again.
-    /// \return the receiver before
+    /// Sends all further text to `receiver`; null restores the process's stream.
+    /// \return the previous receiver
     Receiver* redirect(Receiver* receiver);
 
 private:
     Target m_target;
     Receiver* m_receiver = nullptr;
     Colours m_colours = Colours::automatic;
-    std::atomic<bool> m_lost = false; ///< and no line end since
+    std::atomic<bool> m_lost = false; ///< a piece was lost, and nothing has been written since
 };
 
 /// Ends the line with "\n" and flushes.
 OutputStream& endl(OutputStream& stream);
 
 extern OutputStream cout; ///< results
-extern OutputStream cerr; ///< what went wrong
+extern OutputStream cerr; ///< errors
 
 } // namespace mrl

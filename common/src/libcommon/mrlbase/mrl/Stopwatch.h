@@ -1,11 +1,11 @@
-// Measures elapsed time on the clock in force.
+// Measures elapsed time on the clock in use.
 #pragma once
 
 #include <mrl/Clock.h>
 
 namespace mrl {
 
-/// Runs from its construction on.
+/// Starts with its construction.
 class Stopwatch {
 public:
     Stopwatch() : m_start(Clock::current().now()) {}

@@ -12,8 +12,8 @@ using Uint16 = std::uint16_t;
 using Uint32 = std::uint32_t;
 using Int32 = std::int32_t;
 
-// One UTF-16 code unit. On Windows it is the type of the system's own texts, so that buffers go to
-// and fro without a copy; elsewhere wchar_t has another size.
+// One UTF-16 code unit. On Windows it is the character type of the system's functions; elsewhere
+// wchar_t has another size.
 #ifdef _WIN32
 using Char = wchar_t;
 /// A UTF-16 literal: MRL_TEXT("...").

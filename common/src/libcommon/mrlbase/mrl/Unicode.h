@@ -27,9 +27,9 @@ Char foldCase(Char unit);
 /// Whether `a` and `b` are equal when every unit is folded with foldCase().
 bool equalNoCase(CharView a, CharView b);
 
-/// Whether a character shows nothing itself but could move a cursor, break a line or turn the
-/// reading direction: what escapeControls() makes visible.
-bool deceivesReaders(char32_t codePoint);
+/// Whether escapeControls() escapes the character: it could move a cursor, break a line or reverse
+/// the reading direction.
+bool isUnsafeToShow(char32_t codePoint);
 
 /// `text` with everything that could move a cursor, break a line or turn the reading direction
 /// made visible: C0 and C1 controls and DEL as \n, \r, \t or \xNN; line and paragraph separators,

@@ -19,8 +19,8 @@ public:
 };
 
 SystemClock& systemClock() {
-    // Never destroyed: objects with static life log, with a time, from their destructors too.
-    static auto* const clock = new SystemClock; // NOLINT(cppcoreguidelines-owning-memory)
+    // Never destroyed: static objects log, with a time, from their destructors too.
+    static auto* const clock = new SystemClock;
     return *clock;
 }
 

@@ -15,8 +15,8 @@ struct WidthRange {
     std::size_t columns;
 };
 
-// Everything that is not one column wide, in ascending order; blocks rather than characters, since
-// terminals differ in the details anyway.
+// The characters that are not one column wide, in ascending order. Whole blocks are enough, because
+// terminals differ in the details.
 constexpr WidthRange ranges[] = {
     {0x0300, 0x036F, 0},   // combining marks
     {0x0483, 0x0489, 0},   // Cyrillic combining marks

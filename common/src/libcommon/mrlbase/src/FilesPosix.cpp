@@ -55,7 +55,7 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
     if (!S_ISREG(status.st_mode)) {
         throw FileFailure{S_ISDIR(status.st_mode) ? Reason::directory : Reason::notOrdinary, {}};
     }
-    // Read to the end rather than to the size: some systems' ordinary files have none to tell.
+    // Read to the end: the files of /proc, for example, report a size of 0.
     std::string bytes;
     for (;;) {
         constexpr std::size_t PIECE = 0x10000;
@@ -80,7 +80,6 @@ constexpr int CLOSED = -1;
 } // namespace
 
 FileToWrite::FileToWrite(const std::filesystem::path& path)
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): how the system has it
     : m_handle(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY | O_CLOEXEC, 0666)) {
     if (m_handle == CLOSED) {
         failWithLastError();

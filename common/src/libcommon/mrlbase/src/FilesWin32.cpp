@@ -1,5 +1,5 @@
-// Windows finds devices in every folder (NUL, COM1, con.txt) and takes pipes for files, so names
-// are looked at before anything is opened, and handles before anything is read.
+// Windows finds devices in every folder (NUL, COM1, con.txt) and opens pipes like files, so names
+// are checked before opening, and handles before reading.
 #include <mrl/Files.h>
 
 #include <mrl/Types.h>
@@ -36,7 +36,7 @@ CharString fullName(const std::filesystem::path& path) {
         const DWORD length =
             GetFullPathNameW(path.c_str(), static_cast<DWORD>(name.size()), name.data(), nullptr);
         if (length < name.size()) {
-            name.resize(length); // 0 for what is no name, such as the empty one
+            name.resize(length); // 0 for an invalid name, such as the empty one
             return name;
         }
         name.resize(length);
@@ -47,8 +47,8 @@ bool startsWith(CharView text, CharView start) {
     return equalNoCase(text.substr(0, start.size()), start);
 }
 
-// Whether a full name leads into the system's name space for devices, or to another computer's
-// pipes and mail slots.
+// Whether a full name leads into the name space for devices, or to another computer's pipes and
+// mail slots.
 bool namesDevice(CharView name) {
     constexpr CharView DEVICES = L"\\\\.\\";
     constexpr CharView VERBATIM = L"\\\\?\\";
@@ -62,7 +62,7 @@ bool namesDevice(CharView name) {
         share = name.substr(VERBATIM_SHARE.size());
     } else if (startsWith(name, VERBATIM)) {
         const CharView rest = name.substr(VERBATIM.size());
-        return rest.size() < 2 || rest[1] != L':'; // all but a drive
+        return rest.size() < 2 || rest[1] != L':'; // everything except a drive
     } else if (startsWith(name, SHARE)) {
         share = name.substr(SHARE.size());
     } else {
@@ -105,7 +105,7 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
     default:
         break;
     }
-    // A link may still lead to a pipe: with SECURITY_ANONYMOUS its server learns nothing.
+    // A link may still lead to a pipe: with SECURITY_ANONYMOUS its server cannot identify the user.
     // ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION,
     // ERROR_INVALID_NAME
     const FileHandle file(CreateFileW(
@@ -117,10 +117,10 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
     if (GetFileType(file.get()) != FILE_TYPE_DISK) {
         throw FileFailure{Reason::notOrdinary, {}};
     }
-    // As much as there is, and one byte to see the end by; a file that grows meanwhile takes more.
+    // One piece of the file's size and one byte, by which the end is seen, when that is small.
     constexpr DWORD PIECE = 0x10000;
     LARGE_INTEGER size{};
-    // Fails for nothing that is a file of a disk; then pieces do.
+    // ERROR_INVALID_PARAMETER: the file system has no sizes; then fixed pieces are read
     const bool known = GetFileSizeEx(file.get(), &size) != 0 && size.QuadPart < PIECE;
     DWORD piece = known ? static_cast<DWORD>(size.QuadPart) + 1 : PIECE;
     std::string bytes;
@@ -128,7 +128,7 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
         const std::size_t begin = bytes.size();
         bytes.resize(begin + piece);
         DWORD count = 0;
-        // ERROR_LOCK_VIOLATION, and whatever the disk reports
+        // ERROR_LOCK_VIOLATION, and errors of the disk
         if (ReadFile(file.get(), bytes.data() + begin, piece, &count, nullptr) == 0) {
             fail(GetLastError());
         }
@@ -173,20 +173,20 @@ void FileToWrite::write(std::string_view bytes) {
     constexpr std::size_t PIECE = 0x1000000;
     while (!bytes.empty()) {
         DWORD count = 0;
-        // ERROR_DISK_FULL, ERROR_HANDLE_DISK_FULL, and whatever else the disk reports
+        // ERROR_DISK_FULL, ERROR_HANDLE_DISK_FULL, and other errors of the disk
         if (WriteFile(handleOf(m_handle), bytes.data(),
                       static_cast<DWORD>(std::min(bytes.size(), PIECE)), &count, nullptr) == 0) {
             fail(GetLastError());
         }
         if (count == 0) {
-            fail(ERROR_DISK_FULL); // taken for success, but nothing more goes in
+            fail(ERROR_DISK_FULL); // some file systems report success here
         }
-        bytes.remove_prefix(count); // a part, where only that had room: the rest tells why
+        bytes.remove_prefix(count); // only a part may have had room; the next call says why
     }
 }
 
 void FileToWrite::close() {
-    // ERROR_INVALID_HANDLE, and whatever the disk reports
+    // ERROR_INVALID_HANDLE, and errors of the disk
     if (CloseHandle(handleOf(std::exchange(m_handle, CLOSED))) == 0) {
         fail(GetLastError());
     }

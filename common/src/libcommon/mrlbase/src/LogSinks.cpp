@@ -1,4 +1,4 @@
-// The sinks of the product, on spdlog. Everything of that library stays inside this file.
+// The sinks of the product, on spdlog, which no other file uses.
 #include <mrl/Exception.h>
 #include <mrl/Files.h>
 #include <mrl/Logger.h>
@@ -39,7 +39,7 @@ private:
     std::string m_line;
 };
 
-// Through Basekit's stream rather than the C library's, for the sake of Windows' consoles.
+// Writes to Basekit's stream, which gives Windows consoles UTF-16.
 class ErrorStreamSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex> {
     void sink_it_(const spdlog::details::log_msg& message) override {
         spdlog::memory_buf_t line;
@@ -49,8 +49,7 @@ class ErrorStreamSink final : public spdlog::sinks::base_sink<spdlog::details::n
     void flush_() override { cerr.flush(); }
 };
 
-// Whether the file ends in the middle of a line, which a process leaves that is killed or finds the
-// disk full.
+// Whether the file ends in the middle of a line, because a process was killed or the disk was full.
 bool endsInALine(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     char last = '\n';
@@ -60,8 +59,8 @@ bool endsInALine(const std::filesystem::path& path) {
     return last != '\n';
 }
 
-// Each line goes out in one piece and at once; a line that went out in part is ended before the
-// next.
+// Writes each line in one piece, unbuffered. After a line that was written in part, the next begins
+// on a line of its own.
 class LineFileSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex> {
 public:
     explicit LineFileSink(const std::filesystem::path& path) : m_lineOpen(endsInALine(path)) {
@@ -98,7 +97,7 @@ private:
     bool m_lineOpen;
 };
 
-// Opening would make missing folders: a slip in a path must not leave a trail on the disk.
+// A missing folder is an error: a mistyped path must not create folders.
 void requireFolderOf(std::string_view path) {
     const std::filesystem::path folder = System::path(path).parent_path();
     std::error_code ignored;
@@ -113,7 +112,7 @@ void requireFolderOf(std::string_view path) {
 
 std::shared_ptr<LogSink> fileLogSink(std::string_view path) {
     requireFolderOf(path);
-    // Opening alone can already do something: a port is claimed, a pipe connected.
+    // Opening alone has effects: a port is claimed, a pipe connected.
     if (fileKind(System::path(path)) == FileKind::other) {
         throw Exception(String("Failed opening file " + std::string(path) +
                                " for writing: it is no ordinary file"));

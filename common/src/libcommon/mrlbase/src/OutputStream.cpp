@@ -37,7 +37,7 @@ bool isConsole(OutputStream::Target target) {
     return consoleOf(target) != nullptr;
 }
 
-// A console before Windows 10 refuses.
+// Consoles before Windows 10 do not support them.
 bool followsEscapeSequences(OutputStream::Target target) {
     const HANDLE console = consoleOf(target);
     DWORD mode = 0;
@@ -54,20 +54,20 @@ std::size_t columnsOfConsole(OutputStream::Target target) {
     return static_cast<std::size_t>(std::max(info.srWindow.Right - info.srWindow.Left + 1, 0));
 }
 
-// The console's own code page knows few of the characters that a network name can hold, so it gets
-// UTF-16. A pipe or a file gets UTF-8.
-// \return whether all of it was taken, as far as is known by now
+// A console gets UTF-16, because its code page lacks most characters of network names. A pipe or a
+// file gets UTF-8.
+// \return false when a part is known to be lost
 bool writeTo(OutputStream::Target target, std::string_view utf8) {
     if (const HANDLE console = consoleOf(target)) {
         const CharString text = toUtf16(utf8);
         DWORD written = 0;
         WriteConsoleW(console, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
-        return true; // a console's lines are for eyes
+        return true; // a console keeps nothing that could be incomplete
     }
-    // Without this the runtime library would turn each \n into two characters.
+    // Otherwise the runtime library writes \r\n for \n.
     const int file = _fileno(fileOf(target));
     _setmode(file, _O_BINARY);
-    // Not through std::fwrite, which may hand over byte by byte to what it takes for a console.
+    // Not std::fwrite, which may write byte by byte to character devices.
     std::fflush(fileOf(target));
     while (!utf8.empty()) {
         const int written = _write(file, utf8.data(), static_cast<unsigned>(utf8.size()));
@@ -126,7 +126,7 @@ OutputStream& OutputStream::operator<<(const String& text) {
 }
 
 void OutputStream::flush() {
-    // The runtime library forgets what it could not write.
+    // The runtime library discards what it could not write.
     if (m_receiver == nullptr && std::fflush(fileOf(m_target)) != 0) {
         m_lost = true;
     }
@@ -143,7 +143,7 @@ std::size_t OutputStream::columns() const {
 bool OutputStream::showsColours() const {
     if (m_colours != Colours::automatic) {
         if (m_colours == Colours::always && isTerminal()) {
-            followsEscapeSequences(m_target); // a console must be told to, and may refuse
+            followsEscapeSequences(m_target); // switches them on in a console
         }
         return m_colours == Colours::always;
     }

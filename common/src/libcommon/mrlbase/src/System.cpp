@@ -15,12 +15,11 @@ void System::mssleep(unsigned int milliseconds) {
 Char System::byteToChar(char byte) {
 #ifdef _WIN32
     wchar_t character = 0;
-    // The result is of no interest: a byte that the locale cannot convert leaves the 0.
+    // The result is not needed: a byte that the locale cannot convert leaves the 0.
     static_cast<void>(std::mbtowc(&character, &byte, 1));
     return character;
 #else
-    // Other systems' minimal locales differ in what they make of bytes above 127; this program's
-    // names do not.
+    // Minimal locales of other systems differ for bytes above 127; the result here must not.
     return static_cast<unsigned char>(byte);
 #endif
 }

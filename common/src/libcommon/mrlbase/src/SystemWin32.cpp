@@ -1,4 +1,4 @@
-// What only Windows itself can tell of the process and its user.
+// The process's folder and the user's languages, from Windows.
 #include <mrl/System.h>
 
 #include <mrl/Unicode.h>
@@ -7,8 +7,8 @@
 
 namespace mrl {
 
-// The runtime library knows the path only in the code page of the process, which cannot hold every
-// folder's name.
+// The runtime library has the path only in the code page of the process, which lacks characters of
+// some folders' names.
 std::filesystem::path System::executableFolder() {
     CharString path(MAX_PATH, Char());
     for (;;) {

@@ -183,7 +183,7 @@ bool equalNoCase(CharView a, CharView b) {
                       [](Char left, Char right) { return foldCase(left) == foldCase(right); });
 }
 
-bool deceivesReaders(char32_t codePoint) {
+bool isUnsafeToShow(char32_t codePoint) {
     return isControl(codePoint) || changesReading(codePoint);
 }
 

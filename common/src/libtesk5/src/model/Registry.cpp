@@ -20,7 +20,7 @@ auto* findIn(Objects& objects, Name name, const TeskString& wanted) {
 
 Registry& Registry::instance() {
     // Never destroyed: objects with static life may use what they registered until the very end.
-    static auto* const registry = new Registry; // NOLINT(cppcoreguidelines-owning-memory)
+    static auto* const registry = new Registry;
     return *registry;
 }
 

@@ -55,7 +55,7 @@ std::string indentedJson(const Json& json) {
     for (const mrl::Char unit :
          mrl::toUtf16(json.dump(INDENT, ' ', false, Json::error_handler_t::replace))) {
         // Line ends are the layout's own: those of names are escaped by now.
-        if (unit == '\n' || !mrl::deceivesReaders(unit)) {
+        if (unit == '\n' || !mrl::isUnsafeToShow(unit)) {
             text += unit;
             continue;
         }

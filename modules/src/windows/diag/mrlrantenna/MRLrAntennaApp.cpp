@@ -58,7 +58,7 @@ int CMRLrAntennaGUIApp::Run() {
         result = exitedAbnormally("Exception: ", exception.toString());
     } catch (const tesk5::TeskException& exception) {
         result = exitedAbnormally("TeskException: ", exception.toString());
-    } catch (...) { // NOLINT(bugprone-empty-catch)
+    } catch (...) {
         // Nobody knows what it was, so nothing is claimed of it: no message, and the value of a run
         // without a verdict.
     }

@@ -135,8 +135,7 @@ BOOL MRLRAntennaDlg::OnInitDialog() {
 }
 
 void MRLRAntennaDlg::createToolTip() {
-    m_toolTip =
-        new CToolTipCtrl; // NOLINT(cppcoreguidelines-owning-memory): deleted with the dialog
+    m_toolTip = new CToolTipCtrl; // deleted with the dialog
     if (!m_toolTip->Create(this, 0)) {
         dialogLog(4) << "Unable To create ToolTip";
         return; // the dialog goes on without tool tips

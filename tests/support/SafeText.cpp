@@ -1,4 +1,4 @@
-#include <support/Inert.h>
+#include <support/SafeText.h>
 
 #include <algorithm>
 #include <array>
@@ -13,7 +13,7 @@ namespace {
 struct Range {
     char32_t first, last;
 };
-constexpr Range deceivers[] = {
+constexpr Range unsafeRanges[] = {
     {0x0000, 0x001F}, // C0: bells, line ends, escape sequences
     {0x007F, 0x009F}, // DEL and C1: the one-character forms of escape sequences
     {0x00AD, 0x00AD}, // soft hyphen
@@ -26,15 +26,17 @@ constexpr Range deceivers[] = {
     {0xFFFE, 0xFFFF}, // no characters, and not allowed in XML
 };
 
-bool deceives(char32_t codePoint) {
-    return std::any_of(std::begin(deceivers), std::end(deceivers), [codePoint](const Range& range) {
-        return codePoint >= range.first && codePoint <= range.last;
-    });
+bool isUnsafe(char32_t codePoint) {
+    return std::any_of(std::begin(unsafeRanges), std::end(unsafeRanges),
+                       [codePoint](const Range& range) {
+                           return codePoint >= range.first && codePoint <= range.last;
+                       });
 }
 
 constexpr char32_t ILL_FORMED = 0xFFFFFFFF;
 
-// The strict reading: the shortest form, no surrogates, nothing above U+10FFFF.
+// Takes the next code point from well-formed UTF-8: the shortest form, no surrogates, nothing above
+// U+10FFFF.
 char32_t take(std::string_view& rest) {
     const auto byteAt = [&rest](std::size_t place) {
         return static_cast<std::uint8_t>(rest[place]);
@@ -65,7 +67,7 @@ char32_t take(std::string_view& rest) {
     return codePoint;
 }
 
-// `text` from `place` on up to and without `end`; `place` moves behind that.
+// The part of `text` from `place` up to `end`, without it; moves `place` behind `end`.
 std::string_view takeUntil(std::string_view text, std::size_t& place, std::string_view end) {
     const std::size_t found = std::min(text.find(end, place), text.size());
     const std::string_view taken = text.substr(place, found - place);
@@ -73,7 +75,7 @@ std::string_view takeUntil(std::string_view text, std::size_t& place, std::strin
     return taken;
 }
 
-// A tag from its "<" on, with the values of its attributes emptied.
+// The tag that begins at `place`, without the values of its attributes; moves `place` behind it.
 std::string takeTag(std::string_view markup, std::size_t& place) {
     std::string tag;
     char quote = 0;
@@ -95,14 +97,14 @@ std::string takeTag(std::string_view markup, std::size_t& place) {
 
 } // namespace
 
-std::string offenceIn(std::string_view utf8) {
+std::string findUnsafe(std::string_view utf8) {
     for (std::string_view rest = utf8; !rest.empty();) {
         const std::size_t place = utf8.size() - rest.size();
         const char32_t codePoint = take(rest);
         if (codePoint == ILL_FORMED) {
             return "ill-formed UTF-8 at byte " + std::to_string(place);
         }
-        if (deceives(codePoint)) {
+        if (isUnsafe(codePoint)) {
             char name[16];
             std::snprintf(name, sizeof name, "U+%04X", static_cast<unsigned>(codePoint));
             return std::string(name) + " at byte " + std::to_string(place);
@@ -111,15 +113,15 @@ std::string offenceIn(std::string_view utf8) {
     return {};
 }
 
-std::string offenceInLines(std::string_view utf8) {
+std::string findUnsafeInLines(std::string_view utf8) {
     if (!utf8.empty() && utf8.back() != '\n') {
         return "no line end at the end";
     }
     const std::vector<std::string> lines = linesOf(utf8);
     for (std::size_t i = 0; i < lines.size(); ++i) {
-        const std::string offence = offenceIn(lines[i]);
-        if (!offence.empty()) {
-            return offence + " of line " + std::to_string(i + 1);
+        const std::string found = findUnsafe(lines[i]);
+        if (!found.empty()) {
+            return found + " of line " + std::to_string(i + 1);
         }
     }
     return {};
@@ -133,23 +135,23 @@ std::vector<std::string> linesOf(std::string_view text) {
     return lines;
 }
 
-std::string bonesOf(std::string_view markup) {
-    std::string bones;
+std::string skeletonOf(std::string_view markup) {
+    std::string skeleton;
     for (std::size_t place = markup.find('<'); place < markup.size();
          place = markup.find('<', place)) {
         const std::string tag = takeTag(markup, place);
-        bones += tag + "\n";
+        skeleton += tag + "\n";
         for (const std::string_view raw : {"script", "style"}) {
             if (tag.substr(1).starts_with(raw) && !tag.ends_with("/>")) {
-                bones += takeUntil(markup, place, "</" + std::string(raw) + ">");
-                bones += "\n";
+                skeleton += takeUntil(markup, place, "</" + std::string(raw) + ">");
+                skeleton += "\n";
             }
         }
     }
-    return bones;
+    return skeleton;
 }
 
-std::string offenceInMarkup(std::string_view markup) {
+std::string findUnsafeInMarkup(std::string_view markup) {
     std::string shown(markup);
     for (const std::string_view raw : {"script", "style"}) {
         for (std::size_t open = shown.find("<" + std::string(raw)); open != std::string::npos;
@@ -169,7 +171,7 @@ std::string offenceInMarkup(std::string_view markup) {
             return "a bare & at byte " + std::to_string(at);
         }
     }
-    return offenceInLines(shown);
+    return findUnsafeInLines(shown);
 }
 
 } // namespace test

@@ -1,4 +1,4 @@
-// What the program writes, kept instead of shown.
+// Collects what is written to one of Basekit's streams.
 #pragma once
 
 #include <mrl/OutputStream.h>
@@ -7,12 +7,12 @@
 
 namespace fuzz {
 
-/// While it lives, `stream` writes here.
-class Captured final : public mrl::OutputStream::Receiver {
+/// While it lives, text that is written to `stream` is collected here.
+class CapturedOutput final : public mrl::OutputStream::Receiver {
 public:
-    explicit Captured(mrl::OutputStream& stream)
+    explicit CapturedOutput(mrl::OutputStream& stream)
         : m_stream(stream), m_before(stream.redirect(this)) {}
-    ~Captured() override { m_stream.redirect(m_before); }
+    ~CapturedOutput() override { m_stream.redirect(m_before); }
 
     void write(std::string_view utf8) override { m_text += utf8; }
     const std::string& text() const { return m_text; }
