@@ -14,6 +14,7 @@
 #include <tesk5/Texts.h>
 
 #include <mrl/DisplayWidth.h>
+#include <mrl/Json.h>
 #include <mrl/LoggerStream.h>
 #include <mrl/Unicode.h>
 
@@ -21,7 +22,7 @@
 
 namespace {
 
-using tesk5::Json;
+using mrl::Json;
 using tesk5::TeskString;
 using tesk5::TestResult;
 
