@@ -5,7 +5,7 @@
 #include <support/InputFile.h>
 
 #include <console/Console.h>
-#include <devices/DeviceList.h>
+#include <devices/DeviceFile.h>
 #include <reports/ReportJson.h>
 
 #include <tesk5/Registry.h>

@@ -34,8 +34,8 @@ TEST_P(Registration, RunsForEveryMatchingDevice) {
 TEST_P(Registration, WantsAWirelessNetworkCard) {
     EXPECT_EQ(registered().capability(),
               DeviceCapability::Wireless() | DeviceCapability::NetworkCard());
-    EXPECT_THAT(registered().reasonsAgainst(DiagDevice("cable", DeviceCapability::NetworkCard(),
-                                                       {{"wlanAPISupported", "true"}})),
+    EXPECT_THAT(registered().mismatches(DiagDevice("cable", DeviceCapability::NetworkCard(),
+                                                   {{"wlanAPISupported", "true"}})),
                 Not(IsEmpty()));
 }
 
@@ -45,10 +45,9 @@ TEST_P(Registration, ExcludesMobileBroadbandThenWimaxWhateverTheirValue) {
     EXPECT_EQ(registered().exclusions()[0].value, "");
     EXPECT_EQ(registered().exclusions()[1].property, "WiMAX");
     EXPECT_EQ(registered().exclusions()[1].value, "");
-    EXPECT_THAT(
-        registered().reasonsAgainst(card({{"wlanAPISupported", "true"}, {"WirelessWAN", "x"}})),
-        Not(IsEmpty()));
-    EXPECT_THAT(registered().reasonsAgainst(card({{"wlanAPISupported", "true"}, {"WiMAX", ""}})),
+    EXPECT_THAT(registered().mismatches(card({{"wlanAPISupported", "true"}, {"WirelessWAN", "x"}})),
+                Not(IsEmpty()));
+    EXPECT_THAT(registered().mismatches(card({{"wlanAPISupported", "true"}, {"WiMAX", ""}})),
                 Not(IsEmpty()));
 }
 
@@ -56,8 +55,8 @@ TEST_P(Registration, RequiresNativeWifiSupportWhateverItsValue) {
     ASSERT_EQ(registered().requirements().size(), 1U);
     EXPECT_EQ(registered().requirements()[0].property, "wlanAPISupported");
     EXPECT_EQ(registered().requirements()[0].value, "");
-    EXPECT_THAT(registered().reasonsAgainst(card({{"wlanAPISupported", ""}})), IsEmpty());
-    EXPECT_THAT(registered().reasonsAgainst(card({})), Not(IsEmpty()));
+    EXPECT_THAT(registered().mismatches(card({{"wlanAPISupported", ""}})), IsEmpty());
+    EXPECT_THAT(registered().mismatches(card({})), Not(IsEmpty()));
 }
 
 INSTANTIATE_TEST_SUITE_P(BothTests, Registration,

@@ -40,7 +40,7 @@ protected:
         examineWirelessDevice(device, depth, findings);
         std::vector<std::string> lines;
         for (const tesk5::Finding& finding : findings) {
-            std::string text = finding.text();
+            std::string text = message(finding);
             const std::size_t card = text.find(CARD);
             if (card != std::string::npos) {
                 text.replace(card, std::string(CARD).size(), "Card");

@@ -1,14 +1,18 @@
 #!/usr/bin/env python3
 """Reads every #include of the product and refuses an arrow that the house does not have.
 
-    mrl  <-  nativewifi  <-  tesk5  <-  module
+    mrl  <-  nativewifi  <-  networkadapters  <-  module
+    mrl  <-  tesk5       <-  networkadapters
     mrl  <-  libmfc  <-  libUikit   <-  module's Win32 half
     mrl, nativewifi  <-  radiosim
     mrl  <-  dialogprobe
+    inside tesk5:  model <- texts <- devices <- run <- reports, console <- commandline
 
-Win32 and third-party headers have their places too. Prints `file:line: message` for each offence.
+Of a chain, the end may include every link before it. Win32 and third-party headers have their
+places too. Prints `file:line: message` for each offence.
 """
 
+import pathlib
 import re
 import sys
 
@@ -29,7 +33,8 @@ COMPONENTS = {
     "mrl": ("common/src/libcommon",
             ("common/src/libcommon/mrlbase", "common/src/libcommon/mrlarray")),
     "nativewifi": ("common/src/libnativewifi", ("common/src/libnativewifi",)),
-    "tesk5": ("common/src/libtesk5", ("common/src/libtesk5",)),
+    "tesk5": ("common/src/libtesk5", ("common/src/libtesk5", "common/src/libtesk5/src")),
+    "networkadapters": ("common/src/libnetworkadapters", ("common/src/libnetworkadapters",)),
     "libmfc": ("common/src/libmfc", ("common/src/libmfc",)),
     "libUikit": ("common/src/libuikit", ("common/src/libuikit",)),
     "radiosim": ("tools/radiosim", ("tools/radiosim",)),
@@ -42,13 +47,28 @@ COMPONENTS = {
 ARROWS = {
     "mrl": set(),
     "nativewifi": {"mrl"},
-    "tesk5": {"mrl", "nativewifi"},
+    "tesk5": {"mrl"},
+    "networkadapters": {"mrl", "nativewifi", "tesk5"},
     "libmfc": {"mrl"},
     "libUikit": {"mrl", "libmfc"},
     "radiosim": {"mrl", "nativewifi"},
     "dialogprobe": {"mrl"},
-    "module": {"mrl", "nativewifi", "tesk5"},
-    "module's Win32 half": {"mrl", "nativewifi", "tesk5", "module", "libmfc", "libUikit"},
+    "module": {"mrl", "nativewifi", "tesk5", "networkadapters"},
+    "module's Win32 half": {"mrl", "nativewifi", "tesk5", "networkadapters", "module", "libmfc",
+                            "libUikit"},
+}
+
+# The rooms of the framework, and what each may include besides its own headers. A public header is
+# of the room that has its source, one without a source of the model.
+FRAMEWORK = "common/src/libtesk5"
+ROOMS = {
+    "model": set(),
+    "texts": {"model"},
+    "devices": {"model", "texts"},
+    "run": {"model", "texts", "devices"},
+    "reports": {"model", "texts", "devices", "run"},
+    "console": {"model", "texts", "devices", "run"},
+    "commandline": {"model", "texts", "devices", "run", "reports", "console"},
 }
 
 # Headers known by name wherever they lie, so that an arrow is seen before its end exists.
@@ -56,6 +76,7 @@ NAMES = (
     (re.compile(r"mrl/"), "mrl"),
     (re.compile(r"nativewifi/"), "nativewifi"),
     (re.compile(r"tesk5/"), "tesk5"),
+    (re.compile(r"networkadapters/"), "networkadapters"),
     (re.compile(r"(libmfc/|afx\w*\.h$)"), "libmfc"),
     (re.compile(r"(libUikit|libuikit)/"), "libUikit"),
     (re.compile(r"radiosim/"), "radiosim"),
@@ -71,7 +92,7 @@ WIN32_HEADERS = re.compile(
 
 WIN32_PLACES = re.compile(
     r"(common/src/libmfc/.*|common/src/libuikit/.*"
-    r"|common/src/libnativewifi/nativewifi/WlanTypes\.h|common/src/libnativewifi/src/[^/]*Win32\.cpp"
+    r"|common/src/libnativewifi/nativewifi/WlanTypes\.h|common/src/lib(nativewifi|networkadapters)/src/[^/]*Win32\.cpp"
     # A console needs UTF-16 from the system itself; only the system knows what a name leads to, its
     # own path and the languages, its DLLs and its process's secret.
     r"|common/src/libcommon/mrlbase/src/"
@@ -127,6 +148,27 @@ def component_of(path):
     return None
 
 
+def room_of(root, path):
+    """The room of the framework's file `path`, or None for one that lies in none."""
+    inside = path.removeprefix(f"{FRAMEWORK}/").split("/")
+    if inside[0] == "src":
+        return inside[1] if len(inside) > 2 and inside[1] in ROOMS else None
+    sources = (root / FRAMEWORK / "src").glob(f"*/{pathlib.PurePath(path).stem}.cpp")
+    return next((source.parent.name for source in sources), "model")
+
+
+def room_offence(root, path, target_path, header):
+    """What is wrong with one file of the framework including another, or None."""
+    room, target = room_of(root, path), room_of(root, target_path)
+    if room is None or target is None:
+        return f"{path if room is None else target_path} lies in no room of tesk5"
+    if path.startswith(f"{FRAMEWORK}/tesk5/") and target_path.startswith(f"{FRAMEWORK}/src/"):
+        return f"{header} is private, and this header is public"
+    if target != room and target not in ROOMS[room]:
+        return f"tesk5's {room} must not include its {target} ({header})"
+    return None
+
+
 def target_of(root, source, component, header, quoted):
     """Where `header` leads: a component and, when the file exists, its path below the root."""
     places = [source.parent] if quoted else []
@@ -154,7 +196,8 @@ def offence(root, source, header, quoted):
     target, target_path = target_of(root, source, component, header, quoted)
     if target is not None:
         if target == component:
-            return None
+            return room_offence(root, path, target_path, header) \
+                if target == "tesk5" and target_path else None
         if target not in ARROWS[component]:
             return f"{component} must not include {target} ({header})"
         if target_path and any(target_path.startswith(f"{r}/src/") for r in COMPONENTS[target][1]):

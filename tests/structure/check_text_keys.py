@@ -15,6 +15,7 @@ import tree_check
 # The folders of a part's code, by the folder of its resources.
 CODE = {
     "tesk5": ("common/src/libtesk5",),
+    "networkadapters": ("common/src/libnetworkadapters",),
     "mrlrantenna": ("modules/src/windows/diag/mrlrantenna", "common/src/libuikit"),
 }
 SUFFIXES = (".h", ".cpp", ".rc", ".html")

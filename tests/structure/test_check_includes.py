@@ -11,6 +11,7 @@ import check_includes
 MRL = "common/src/libcommon/mrlbase"
 WIFI = "common/src/libnativewifi"
 TESK5 = "common/src/libtesk5"
+ADAPTERS = "common/src/libnetworkadapters"
 MFC = "common/src/libmfc"
 UIKIT = "common/src/libuikit"
 MODULE = "modules/src/windows/diag/mrlrantenna"
@@ -58,7 +59,8 @@ class Arrows(Tree):
     FILES = {
         "mrl": f"{MRL}/src/A.cpp",
         "nativewifi": f"{WIFI}/src/A.cpp",
-        "tesk5": f"{TESK5}/src/A.cpp",
+        "tesk5": f"{TESK5}/src/run/A.cpp",
+        "networkadapters": f"{ADAPTERS}/src/A.cpp",
         "libmfc": f"{MFC}/src/A.cpp",
         "libUikit": f"{UIKIT}/src/A.cpp",
         "radiosim": f"{RADIOSIM}/src/A.cpp",
@@ -70,6 +72,7 @@ class Arrows(Tree):
         "mrl": "mrl/String.h",
         "nativewifi": "nativewifi/Api.h",
         "tesk5": "tesk5/Test.h",
+        "networkadapters": "networkadapters/MachineDevices.h",
         "libmfc": "afxwin.h",
         "libUikit": "libUikit/PngControl.h",
         "radiosim": "radiosim/Engine.h",
@@ -77,13 +80,15 @@ class Arrows(Tree):
     ALLOWED = {
         "mrl": {"mrl"},
         "nativewifi": {"mrl", "nativewifi"},
-        "tesk5": {"mrl", "nativewifi", "tesk5"},
+        "tesk5": {"mrl", "tesk5"},
+        "networkadapters": {"mrl", "nativewifi", "tesk5", "networkadapters"},
         "libmfc": {"mrl", "libmfc"},
         "libUikit": {"mrl", "libmfc", "libUikit"},
         "radiosim": {"mrl", "nativewifi", "radiosim"},
         "dialogprobe": {"mrl"},
-        "module": {"mrl", "nativewifi", "tesk5"},
-        "module's Win32 half": {"mrl", "nativewifi", "tesk5", "libmfc", "libUikit"},
+        "module": {"mrl", "nativewifi", "tesk5", "networkadapters"},
+        "module's Win32 half": {"mrl", "nativewifi", "tesk5", "networkadapters", "libmfc",
+                                "libUikit"},
     }
 
     def test_every_arrow_of_the_picture_passes_and_every_other_is_refused(self):
@@ -126,17 +131,70 @@ class Arrows(Tree):
     def test_what_a_library_keeps_in_src_is_its_own(self):
         self.file(f"{WIFI}/src/Loader.h")
         self.assert_passes(self.FILES["nativewifi"], '"Loader.h"')
-        self.assert_refused(self.FILES["tesk5"], '"../../libnativewifi/src/Loader.h"',
+        self.assert_refused(self.FILES["networkadapters"], '"../../libnativewifi/src/Loader.h"',
                             "../../libnativewifi/src/Loader.h is private to nativewifi")
 
     def test_a_header_beside_the_source_wins_over_one_of_that_name_elsewhere(self):
-        self.file(f"{TESK5}/src/Plan.h")
+        self.file(f"{TESK5}/src/run/Plan.h")
         self.file(f"{MODULE}/Plan.h")
         self.assert_passes(self.FILES["tesk5"], '"Plan.h"')
 
     def test_a_file_outside_every_component_is_refused(self):
         self.assert_refused("common/src/libother/A.cpp", "vector",
                             "lies in no component of the house")
+
+
+class Rooms(Tree):
+    """The rooms of the framework, each with a private header and a public one that it implements."""
+
+    # Every room, and those that it may include.
+    ALLOWED = {
+        "model": "",
+        "texts": "model",
+        "devices": "model texts",
+        "run": "model texts devices",
+        "reports": "model texts devices run",
+        "console": "model texts devices run",
+        "commandline": "model texts devices run reports console",
+    }
+
+    def setUp(self):
+        super().setUp()
+        for room in self.ALLOWED:
+            self.file(f"{TESK5}/src/{room}/{room.title()}.h")
+            self.file(f"{TESK5}/tesk5/Public{room.title()}.h")
+            self.file(f"{TESK5}/src/{room}/Public{room.title()}.cpp")
+
+    def test_every_arrow_of_the_picture_passes_and_every_other_is_refused(self):
+        for room, allowed in self.ALLOWED.items():
+            for target in self.ALLOWED:
+                for header in (f'"{target}/{target.title()}.h"', f"tesk5/Public{target.title()}.h"):
+                    path = f"{TESK5}/src/{room}/A.cpp"
+                    if target == room or target in allowed.split():
+                        self.assert_passes(path, header)
+                    else:
+                        name = header.strip('"')
+                        self.assert_refused(path, header,
+                                            f"tesk5's {room} must not include its {target} ({name})")
+
+    def test_a_public_header_is_of_the_room_that_implements_it(self):
+        self.assert_refused(f"{TESK5}/tesk5/PublicModel.h", "tesk5/PublicTexts.h",
+                            "tesk5's model must not include its texts (tesk5/PublicTexts.h)")
+        self.assert_passes(f"{TESK5}/tesk5/PublicTexts.h", "tesk5/PublicModel.h")
+
+    def test_a_public_header_without_a_source_is_of_the_model(self):
+        self.assert_refused(f"{TESK5}/tesk5/Plain.h", "tesk5/PublicTexts.h",
+                            "tesk5's model must not include its texts (tesk5/PublicTexts.h)")
+
+    def test_a_public_header_leads_to_no_private_one(self):
+        self.assert_refused(f"{TESK5}/tesk5/PublicRun.h", '"run/Run.h"',
+                            "run/Run.h is private, and this header is public")
+
+    def test_a_file_in_no_room_is_refused(self):
+        self.assert_refused(f"{TESK5}/src/A.cpp", '"model/Model.h"',
+                            f"{TESK5}/src/A.cpp lies in no room of tesk5")
+        self.assert_refused(f"{TESK5}/src/attic/A.cpp", '"model/Model.h"',
+                            f"{TESK5}/src/attic/A.cpp lies in no room of tesk5")
 
 
 class Win32Headers(Tree):

@@ -1,6 +1,6 @@
 #include <support/TemporaryFolder.h>
 
-#include <devices/DeviceList.h>
+#include <devices/DeviceFile.h>
 #include <texts/BadInput.h>
 
 #include <gmock/gmock.h>

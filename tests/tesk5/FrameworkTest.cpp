@@ -22,16 +22,28 @@ void examine(const tesk5::DiagDevice& device, tesk5::ExaminationDepth depth,
     }
 }
 
+tesk5::Finding g_service{"SERVICE_ANSWERS", true, {}};
+tesk5::DeviceList g_devices;
+
 } // namespace
 
 namespace tesk5 {
 
 const ModuleInfo& moduleInfo() {
-    static const ModuleInfo info{"example", R"({
-        "WEAK": "The signal of {Name} is {Strength} %.",
-        "PLAIN": "Something happened."
-    })",
-                                 &examine};
+    static const ModuleInfo info{
+        .name = "example",
+        .builtInTexts = R"({
+            "WEAK": "The signal of {Name} is {Strength} %.",
+            "PLAIN": "Something happened.",
+            "SERVICE_ANSWERS": "The service answers.",
+            "SERVICE_STOPPED": "The service does not run (error {Error}).",
+            "NO_DEVICE": "There is no device for {Tests}."
+        })",
+        .examine = &examine,
+        .devices = [] { return g_devices; },
+        .checkService = [] { return g_service; },
+        .noDevice = "NO_DEVICE",
+    };
     return info;
 }
 
@@ -68,6 +80,8 @@ void forgetEverything() {
     all.localizedStrings.clear();
     all.order.clear();
     g_examination = nullptr;
+    g_service = {"SERVICE_ANSWERS", true, {}};
+    g_devices = {};
     DiagModule::setCmdLineArgs(0, nullptr);
     DiagModule::setVersion(6, 5, "000000001");
     DiagModule::setModuleInitCallback(nullptr);
@@ -82,7 +96,6 @@ FrameworkTest::FrameworkTest() {
     forgetEverything();
     tesk5::setLanguage("en");
     setDevices(1);
-    startRadio({});
 }
 
 FrameworkTest::~FrameworkTest() {
@@ -99,9 +112,12 @@ tesk5::Test* FrameworkTest::registerTest(const char* name, TestResult result) {
     return registerTest(name, [result](const DiagDevice&) { return result; });
 }
 
-radiosim::Engine& FrameworkTest::startRadio(radiosim::Scenario scenario) {
-    m_radio.reset();
-    return m_radio.emplace(std::move(scenario));
+void FrameworkTest::setService(tesk5::Finding finding) {
+    g_service = std::move(finding);
+}
+
+void FrameworkTest::setMachineDevices(tesk5::DeviceList devices) {
+    g_devices = std::move(devices);
 }
 
 void FrameworkTest::setExamination(

@@ -2,13 +2,11 @@
 // clock, and a console that is read.
 #pragma once
 
-#include <radiosim/Engine.h>
-
 #include <support/TemporaryFolder.h>
 #include <support/VirtualClock.h>
 
 #include <tesk5/DiagModule.h>
-#include <tesk5/Examination.h>
+#include <tesk5/ModuleInfo.h>
 
 #include <mrl/OutputStream.h>
 
@@ -50,19 +48,21 @@ protected:
     /// One that only returns `result`.
     static tesk5::Test* registerTest(const char* name, tesk5::TestResult result);
 
-    /// What the module has to say about a device; nothing unless told.
+    /// What the module examines a device with; at first it finds nothing.
     static void setExamination(
         std::function<void(const tesk5::DiagDevice&, tesk5::ExaminationDepth, tesk5::Findings&)>
             what);
 
-    /// Runs the module with these arguments, on devices "Card 1", "Card 2", ... unless told others.
+    /// Runs the module with these arguments, on devices "Card 1", "Card 2", ... unless others are
+    /// set.
     int start(std::vector<std::string> arguments);
     /// The same with exactly these arguments.
     static int startBare(const std::vector<std::string>& arguments);
 
-    /// Puts another radio environment in force; at first there is a wireless service that answers.
-    radiosim::Engine& startRadio(radiosim::Scenario scenario);
-    radiosim::Engine& radio() { return *m_radio; }
+    /// What the check of the module's service finds; at first "SERVICE_ANSWERS".
+    static void setService(tesk5::Finding finding);
+    /// The devices of this PC; at first none.
+    static void setMachineDevices(tesk5::DeviceList devices);
 
     /// Describes the devices of start() in a device file's JSON.
     void setDevices(const std::string& json);
@@ -84,7 +84,6 @@ protected:
 
 private:
     VirtualClock m_clock;
-    std::optional<radiosim::Engine> m_radio;
     TemporaryFolder m_folder;
     CapturedStream m_output{mrl::cout};
     CapturedStream m_errors{mrl::cerr};

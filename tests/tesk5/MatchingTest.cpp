@@ -1,4 +1,5 @@
 #include <tesk5/Test.h>
+#include <tesk5/Texts.h>
 
 #include <gmock/gmock.h>
 
@@ -21,7 +22,12 @@ struct Matching : testing::Test {
 
     std::vector<std::string> against(DeviceCapability capability,
                                      DiagDevice::Properties properties = {}) const {
-        return check.reasonsAgainst(DiagDevice("Card", capability, std::move(properties)));
+        std::vector<std::string> phrases;
+        for (const tesk5::Mismatch& reason :
+             check.mismatches(DiagDevice("Card", capability, std::move(properties)))) {
+            phrases.push_back(tesk5::message(reason));
+        }
+        return phrases;
     }
     /// The same of a device with every capability.
     std::vector<std::string> againstWith(DiagDevice::Properties properties) const {
@@ -39,7 +45,7 @@ TEST_F(Matching, NeedsEveryCapabilityOfTheTest) {
 
 TEST_F(Matching, MoreCapabilitiesThanNeededAreFine) {
     const tesk5::Test plain("Test", DeviceCapability::NetworkCard(), nothing);
-    EXPECT_THAT(plain.reasonsAgainst(DiagDevice("Card", check.capability())), IsEmpty());
+    EXPECT_THAT(plain.mismatches(DiagDevice("Card", check.capability())), IsEmpty());
 }
 
 TEST_F(Matching, AnExclusionWithoutValueMeansThePropertyItself) {

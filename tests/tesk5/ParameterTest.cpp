@@ -24,7 +24,7 @@ TEST_F(NumericParameter, ReadsAsZeroWithoutAValue) {
 
 TEST_F(NumericParameter, TakesEveryUnsigned32BitNumber) {
     for (const char* text : {"0", "1", "40", "007", "4294967295"}) {
-        EXPECT_EQ(parameter.refuses(text), std::nullopt) << text;
+        EXPECT_TRUE(parameter.accepts(text)) << text;
     }
     parameter.set("4294967295");
     EXPECT_EQ(parameter.value().valueUint32(), 4294967295U);
@@ -35,10 +35,7 @@ TEST_F(NumericParameter, TakesEveryUnsigned32BitNumber) {
 TEST_F(NumericParameter, RefusesEverythingElse) {
     for (const char* text : {"4294967296", "99999999999999999999", "-1", "+1", " 1", "1 ", "1e3",
                              "0x10", "1.0", "1,000", "ten", "\u0661", "-"}) {
-        EXPECT_EQ(parameter.refuses(text), "\"" + std::string(text) +
-                                               "\" is not a whole number from 0 to 4294967295 in "
-                                               "decimal digits; give such a number")
-            << text;
+        EXPECT_FALSE(parameter.accepts(text)) << text;
         EXPECT_THROW(parameter.set(text), TeskException) << text;
     }
     EXPECT_EQ(parameter.value().valueUint32(), 0U);
@@ -51,7 +48,7 @@ TEST_F(NumericParameter, SaysWhatItRefusesAndWhy) {
     } catch (const TeskException& exception) {
         EXPECT_EQ(exception.toString(),
                   mrl::String("parameter \"Threshold\": \"1e3\" is not a whole number from 0 to "
-                              "4294967295 in decimal digits; give such a number"));
+                              "4294967295"));
     }
 }
 
@@ -69,7 +66,7 @@ TEST(Parameters, GoBackToTheirDefault) {
 TEST(Parameters, OfTextTakeAnything) {
     Parameter parameter("Name", DataType::STRING(), "", false, true);
     for (const char* text : {"", " ", "-1", "a=b", "\n", "\U0001F4F6"}) {
-        EXPECT_EQ(parameter.refuses(text), std::nullopt);
+        EXPECT_TRUE(parameter.accepts(text));
     }
 }
 

@@ -45,7 +45,10 @@ Event* DiagModule::createEvent(const TeskString& key) {
 
 LocalizedString* DiagModule::createLocalizedString(const TeskString& key) {
     note("text " + key.utf8());
-    return &made<LocalizedString>().emplace_back(key);
+    return &made<LocalizedString>().emplace_back(
+        key, [](const TeskString&, const CatalogueText* before) -> const CatalogueText& {
+            return *before;
+        });
 }
 
 void DiagModule::setCmdLineArgs(int argc, const char** argv) {

@@ -1,21 +1,17 @@
-// What stands in the way of a test, and what to do about it, in words for a technician.
+// What keeps a test from working, and what to do about it, for a technician.
 #pragma once
 
 #include <tesk5/Event.h>
 
-#include <string>
 #include <vector>
 
 namespace tesk5 {
 
-/// One thing that was looked at.
+/// One thing that was looked at. message() puts it into words: what is wrong, and the remedy.
 struct Finding {
     TeskString key; ///< for programs, and the key of its text
     bool good;      ///< whether it is as it should be
     Event::Variables variables;
-
-    /// The finding in the language in force: what is wrong, and the remedy.
-    std::string text() const;
 };
 
 using Findings = std::vector<Finding>;

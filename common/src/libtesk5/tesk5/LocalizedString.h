@@ -9,7 +9,11 @@ namespace tesk5 {
 /// framework, alive until the process ends.
 class LocalizedString {
 public:
-    explicit LocalizedString(TeskString key);
+    /// Finds the text of `key` in the language in force; it stays valid until the process ends. Any
+    /// thread.
+    using LookUp = const TeskString& (*)(const TeskString& key);
+
+    LocalizedString(TeskString key, LookUp lookUp);
     LocalizedString(const LocalizedString&) = delete;
     LocalizedString& operator=(const LocalizedString&) = delete;
 
@@ -20,6 +24,7 @@ public:
 
 private:
     TeskString m_key;
+    LookUp m_lookUp;
 };
 
 } // namespace tesk5

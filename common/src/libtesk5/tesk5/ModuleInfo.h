@@ -1,23 +1,46 @@
-// What the framework must know of the module without the module having said anything.
+// What the framework must know of the module before the module has registered anything: its name,
+// its texts, and the operations that only the module can do.
 #pragma once
 
+#include <tesk5/DeviceList.h>
 #include <tesk5/Examination.h>
+#include <tesk5/ModuleCommand.h>
 
+#include <span>
 #include <string_view>
 
 namespace tesk5 {
 
-struct ModuleInfo {
-    /// Name of the module, as reports and the resource folder carry it: texts are looked up in
-    /// resources/<name>/texts/.
+/// The texts of one part of the program.
+struct TextPart {
+    /// The part's folder: texts are looked up in resources/<name>/texts/.
     std::string_view name;
-    /// The English text catalogue in JSON, for when the file of it is missing.
+    /// The English texts in JSON, for when their file is missing.
     std::string_view builtInTexts;
-    /// The module's own look at a device; null when it has none.
-    Examination examine = nullptr;
 };
 
-/// Defined once in each program that links the framework.
+/// Every pointer may be null: the framework does without what the module does not bring.
+struct ModuleInfo {
+    /// Name of the module, as reports and its folder of texts carry it.
+    std::string_view name;
+    /// The module's English texts in JSON, for when their file is missing.
+    std::string_view builtInTexts;
+    /// The module's own look at a device.
+    Examination examine = nullptr;
+    /// Texts of libraries that the module brings; those of the module win over them.
+    std::span<const TextPart> sharedTexts = {};
+    /// The devices of this PC, for runs without a device file.
+    DeviceList (*devices)() = nullptr;
+    /// Whether the service that all tests need answers: a good finding, or the reason with its
+    /// remedy. Any thread of the framework; must not wait.
+    Finding (*checkService)() = nullptr;
+    /// Key of the finding that there is no device for {Tests}.
+    const char* noDevice = nullptr;
+    /// The module's own commands, in the order of the help page.
+    std::span<const ModuleCommand> commands = {};
+};
+
+/// Defined once in each program that links the framework. Any thread.
 const ModuleInfo& moduleInfo();
 
 } // namespace tesk5

@@ -1,4 +1,4 @@
-// What a test can be told.
+// An input of tests.
 #pragma once
 
 #include <tesk5/Value.h>
@@ -28,12 +28,11 @@ public:
     /// The value in force. An empty number reads as 0.
     Value value() const;
 
-    /// Why `text` cannot be a value of this parameter, and what can, in the language in force;
-    /// nothing when it can. A number must lie in 0 to 4294967295 and be written in decimal digits
-    /// alone; the empty text is every type's "not set".
-    std::optional<std::string> refuses(const TeskString& text) const;
+    /// Whether `text` can be a value of this parameter. A number must lie in 0 to 4294967295 and be
+    /// written in decimal digits alone; the empty text is every type's "not set".
+    bool accepts(const TeskString& text) const;
     /// Sets the value from its text.
-    /// Failure: throws TeskException when refuses() has a reason
+    /// Failure: throws TeskException for a text that it does not accept
     void set(const TeskString& text);
     /// Back to the default.
     void reset();

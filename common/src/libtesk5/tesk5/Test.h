@@ -2,12 +2,19 @@
 #pragma once
 
 #include <tesk5/DiagDevice.h>
+#include <tesk5/Event.h>
 #include <tesk5/Parameter.h>
 #include <tesk5/TestResult.h>
 
 #include <vector>
 
 namespace tesk5 {
+
+/// Why a device does not suit a test: the key of a phrase for people, and what fills it.
+struct Mismatch {
+    TeskString key;
+    Event::Variables variables;
+};
 
 /// A test function with the conditions for running it. Made with DiagModule::createTest, owned by
 /// the framework, alive until the process ends. The setters return the test itself, for chains.
@@ -47,8 +54,8 @@ public:
     const std::vector<PropertyCondition>& requirements() const { return m_requirements; }
     const std::vector<const Parameter*>& parameters() const { return m_parameters; }
 
-    /// Every reason why `device` does not match, each a phrase for people; empty when it matches.
-    std::vector<std::string> reasonsAgainst(const DiagDevice& device) const;
+    /// Every reason why `device` does not match; empty when it matches.
+    std::vector<Mismatch> mismatches(const DiagDevice& device) const;
 
 private:
     TeskString m_name;

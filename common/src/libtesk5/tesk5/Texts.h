@@ -2,7 +2,9 @@
 #pragma once
 
 #include <tesk5/Event.h>
+#include <tesk5/Finding.h>
 #include <tesk5/TeskString.h>
+#include <tesk5/Test.h>
 
 #include <string>
 #include <string_view>
@@ -16,8 +18,16 @@ namespace tesk5 {
 /// else from the compiled-in English. The first call in a language reads its files. Any thread.
 TeskString translation(const TeskString& key);
 
+/// The same by reference, for texts that are shown again and again. Valid until the process ends and
+/// as long as `key`.
+const TeskString& lookUpText(const TeskString& key);
+
 /// The text of `key` with its placeholders filled.
 std::string message(const TeskString& key, const Event::Variables& variables = {});
+/// The finding in words.
+std::string message(const Finding& finding);
+/// The reason in words.
+std::string message(const Mismatch& reason);
 
 /// `text` with each {name} replaced by the variable of that name, without the line end (\r\n) that
 /// a system message ends with. A placeholder that no variable fills stays as it is.

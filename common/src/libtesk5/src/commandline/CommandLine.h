@@ -1,7 +1,7 @@
 // The command line as a plain value.
 #pragma once
 
-#include <tesk5/TeskString.h>
+#include "run/Plan.h"
 
 #include <mrl/OutputStream.h>
 
@@ -15,12 +15,6 @@ struct ReportKind;
 struct CommandDescription;
 
 enum class Command { list, run, doctor, configTemplate, help, version };
-
-/// One --set.
-struct Setting {
-    TeskString name;
-    TeskString value;
-};
 
 /// A report to be written.
 struct RequestedReport {

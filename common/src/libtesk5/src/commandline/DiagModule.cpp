@@ -62,7 +62,8 @@ Event* DiagModule::createEvent(const TeskString& key) {
 
 LocalizedString* DiagModule::createLocalizedString(const TeskString& key) {
     Registry& all = Registry::instance();
-    return create(all.localizedStrings, all.findLocalizedString(key), "localized string", key);
+    return create(all.localizedStrings, all.findLocalizedString(key), "localized string", key,
+                  &lookUpText);
 }
 
 void DiagModule::setCmdLineArgs(int argc, const char** argv) {

@@ -10,6 +10,8 @@
 
 #include "commandline/ConfigFile.h"
 #include "console/Console.h"
+#include "console/DoctorOutput.h"
+#include "devices/DeviceFile.h"
 #include "reports/EventStream.h"
 #include "reports/ReportFile.h"
 #include "reports/ReportKinds.h"
@@ -91,7 +93,10 @@ DeviceList devicesFor(const CommandLine& line) {
         fromFile = devicesFromFile(*line.devicesFile);
     }
     openLog(line);
-    return fromFile ? std::move(*fromFile) : machineDevices(nativewifi::networkAdapters());
+    if (fromFile) {
+        return std::move(*fromFile);
+    }
+    return moduleInfo().devices != nullptr ? moduleInfo().devices() : DeviceList();
 }
 
 int list(const CommandLine& line) {

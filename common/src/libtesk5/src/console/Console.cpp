@@ -3,7 +3,7 @@
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
 
-#include "reports/ReportWords.h"
+#include "run/ReportWords.h"
 #include "texts/BadInput.h"
 #include "texts/MeasurementText.h"
 
@@ -125,7 +125,7 @@ Console::Console(ConsoleStyle style)
 
 void writeAdvice(mrl::OutputStream& stream, const Findings& advice) {
     for (const Finding& finding : advice) {
-        writeLine(stream, "  " + message("DOCTOR_CAUSE") + ": " + finding.text());
+        writeLine(stream, "  " + message("DOCTOR_CAUSE") + ": " + message(finding));
     }
 }
 

@@ -138,7 +138,7 @@ void showList(const Registry& registry, const DeviceList& devices,
         line("  " + message("LIST_NONE"));
     }
     if (devices.failure) {
-        line("  " + devices.failure->text());
+        line("  " + message(*devices.failure));
     }
     if (devices.devices.empty()) {
         line("  " + message("DOCTOR_MAY_HELP"));

@@ -1,4 +1,4 @@
-#include "devices/DeviceList.h"
+#include "devices/DeviceFile.h"
 
 #include <tesk5/Texts.h>
 

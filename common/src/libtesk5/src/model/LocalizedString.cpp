@@ -1,13 +1,12 @@
 #include <tesk5/LocalizedString.h>
 
-#include "texts/TextCatalogue.h"
-
 namespace tesk5 {
 
-LocalizedString::LocalizedString(TeskString key) : m_key(std::move(key)) {}
+LocalizedString::LocalizedString(TeskString key, LookUp lookUp)
+    : m_key(std::move(key)), m_lookUp(lookUp) {}
 
 const TeskString& LocalizedString::localizedString() const {
-    return catalogueInForce().find(m_key);
+    return m_lookUp(m_key);
 }
 
 } // namespace tesk5

@@ -1,7 +1,6 @@
 #include <tesk5/Parameter.h>
 
 #include <tesk5/TeskException.h>
-#include <tesk5/Texts.h>
 
 #include "model/Decimal.h"
 
@@ -20,16 +19,14 @@ Value Parameter::value() const {
     return Value(text);
 }
 
-std::optional<std::string> Parameter::refuses(const TeskString& text) const {
-    if (m_type == DataType::UINT32() && !text.empty() && !parseUint32(text.utf8())) {
-        return message("INPUT_NOT_A_NUMBER", {{"Value", text}});
-    }
-    return std::nullopt;
+bool Parameter::accepts(const TeskString& text) const {
+    return m_type != DataType::UINT32() || text.empty() || parseUint32(text.utf8()).has_value();
 }
 
 void Parameter::set(const TeskString& text) {
-    if (const auto reason = refuses(text)) {
-        throw TeskException(TeskString("parameter \"" + m_name.utf8() + "\": " + *reason));
+    if (!accepts(text)) {
+        throw TeskException(TeskString("parameter \"" + m_name.utf8() + "\": \"" + text.utf8() +
+                                       "\" is not a whole number from 0 to 4294967295"));
     }
     m_given = text;
 }

@@ -1,7 +1,6 @@
 #include <tesk5/Test.h>
 
 #include <tesk5/TeskException.h>
-#include <tesk5/Texts.h>
 
 #include <algorithm>
 
@@ -10,10 +9,10 @@ namespace tesk5 {
 namespace {
 
 // A phrase on a condition, by whether it asks for a value.
-std::string phrase(const char* key, const char* keyWithValue,
-                   const Test::PropertyCondition& condition) {
-    return message(condition.value.empty() ? key : keyWithValue,
-                   {{"Property", condition.property}, {"Value", condition.value}});
+Mismatch mismatch(const char* key, const char* keyWithValue,
+                  const Test::PropertyCondition& condition) {
+    return {condition.value.empty() ? key : keyWithValue,
+            {{"Property", condition.property}, {"Value", condition.value}}};
 }
 
 } // namespace
@@ -57,21 +56,21 @@ Test* Test::addParameter(const Parameter* parameter) {
     return this;
 }
 
-std::vector<std::string> Test::reasonsAgainst(const DiagDevice& device) const {
-    std::vector<std::string> reasons;
+std::vector<Mismatch> Test::mismatches(const DiagDevice& device) const {
+    std::vector<Mismatch> reasons;
     for (const std::string& name : m_capability.names()) {
         if (!device.capability().includes(*DeviceCapability::fromName(name))) {
-            reasons.push_back(message("LIST_LACKS_CAPABILITY", {{"Capability", name}}));
+            reasons.push_back({"LIST_LACKS_CAPABILITY", {{"Capability", name}}});
         }
     }
     for (const PropertyCondition& exclusion : m_exclusions) {
         if (exclusion.holdsFor(device)) {
-            reasons.push_back(phrase("LIST_HAS_PROPERTY", "LIST_HAS_VALUE", exclusion));
+            reasons.push_back(mismatch("LIST_HAS_PROPERTY", "LIST_HAS_VALUE", exclusion));
         }
     }
     for (const PropertyCondition& requirement : m_requirements) {
         if (!requirement.holdsFor(device)) {
-            reasons.push_back(phrase("LIST_LACKS_PROPERTY", "LIST_LACKS_VALUE", requirement));
+            reasons.push_back(mismatch("LIST_LACKS_PROPERTY", "LIST_LACKS_VALUE", requirement));
         }
     }
     return reasons;

@@ -9,8 +9,8 @@
 #include "reports/Markup.h"
 #include "reports/ReportJson.h"
 #include "reports/ReportPage.h"
-#include "reports/ReportWords.h"
 #include "run/ModuleState.h"
+#include "run/ReportWords.h"
 #include "texts/MeasurementText.h"
 
 #include <kainjow/mustache.hpp>

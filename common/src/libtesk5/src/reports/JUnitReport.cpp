@@ -4,9 +4,9 @@
 #include <tesk5/Texts.h>
 
 #include "reports/ReportJson.h"
-#include "reports/ReportWords.h"
 #include "reports/XmlWriter.h"
 #include "run/ModuleState.h"
+#include "run/ReportWords.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -171,7 +171,7 @@ std::string reasonFor(const Outcome& outcome) {
     }
     for (const Finding& finding : outcome.advice) {
         if (!finding.good) {
-            return finding.text();
+            return message(finding);
         }
     }
     return resultInWords(outcome.result);

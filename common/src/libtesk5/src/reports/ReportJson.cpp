@@ -1,6 +1,7 @@
 #include "reports/ReportJson.h"
 
 #include <tesk5/ModuleInfo.h>
+#include <tesk5/Texts.h>
 
 #include "run/ModuleState.h"
 
@@ -114,7 +115,7 @@ Json jsonOf(const Finding& finding) {
     Json json;
     json["key"] = finding.key.utf8();
     json["good"] = finding.good;
-    json["text"] = finding.text();
+    json["text"] = message(finding);
     json["variables"] =
         objectOf(finding.variables, [](const Value& value) { return jsonOf(value); });
     return json;

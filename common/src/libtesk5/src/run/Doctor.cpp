@@ -3,7 +3,6 @@
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
 
-#include "console/Console.h"
 #include "texts/Enumeration.h"
 
 #include <algorithm>
@@ -22,8 +21,12 @@ bool anyOfKind(const Test& test, const DeviceList& devices) {
                        [&test](const DiagDevice& device) { return isOfKind(test, device); });
 }
 
-Finding noAdapterFor(const std::vector<std::string>& tests) {
-    return {"DOCTOR_NO_ADAPTER", false, {{"Tests", listed(tests)}}};
+// What the module says of tests without a device; nothing when it has no words for that.
+Findings noDeviceFor(const std::vector<std::string>& tests) {
+    if (tests.empty() || moduleInfo().noDevice == nullptr) {
+        return {};
+    }
+    return {{moduleInfo().noDevice, false, {{"Tests", listed(tests)}}}};
 }
 
 // The tests that have the same to say about one device.
@@ -72,8 +75,8 @@ void addDevices(const std::deque<Test>& tests, const DeviceList& devices,
             withoutAny.push_back(test.name().utf8());
         }
     }
-    if (!withoutAny.empty()) {
-        findings.push_back(noAdapterFor(withoutAny));
+    for (const Finding& finding : noDeviceFor(withoutAny)) {
+        findings.push_back(finding);
     }
     for (const DiagDevice& device : devices.devices) {
         bool suits = false;
@@ -91,6 +94,11 @@ bool isGood(const Finding& finding) {
     return finding.good;
 }
 
+Findings serviceFindings() {
+    return moduleInfo().checkService == nullptr ? Findings()
+                                                : Findings{moduleInfo().checkService()};
+}
+
 } // namespace
 
 Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
@@ -99,8 +107,8 @@ Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
         return {*devices.failure};
     }
     // Devices out of a file need the service as much as those that it lists.
-    Findings findings = {wirelessFailure().value_or(Finding{"DOCTOR_SERVICE_ANSWERS", true, {}})};
-    if (isGood(findings.front())) {
+    Findings findings = serviceFindings();
+    if (std::all_of(findings.begin(), findings.end(), isGood)) {
         addDevices(tests, devices, filter, findings);
     }
     return findings;
@@ -110,7 +118,7 @@ Findings adviceFor(const Test& test, const DeviceList& devices) {
     if (devices.failure) {
         return {*devices.failure};
     }
-    return anyOfKind(test, devices) ? Findings() : Findings{noAdapterFor({test.name().utf8()})};
+    return anyOfKind(test, devices) ? Findings() : noDeviceFor({test.name().utf8()});
 }
 
 Findings adviceFor(const Outcome& outcome) {
@@ -120,30 +128,12 @@ Findings adviceFor(const Outcome& outcome) {
     if (!withoutVerdict) {
         return {};
     }
-    if (std::optional<Finding> failure = wirelessFailure()) {
-        return {std::move(*failure)};
-    }
-    Findings findings;
-    if (moduleInfo().examine != nullptr) {
+    Findings findings = serviceFindings();
+    if (std::all_of(findings.begin(), findings.end(), isGood) && moduleInfo().examine != nullptr) {
         moduleInfo().examine(*outcome.device, ExaminationDepth::QUICK, findings);
     }
     std::erase_if(findings, isGood);
     return findings;
-}
-
-int showDiagnosis(const Findings& findings) {
-    for (const Finding& finding : findings) {
-        writeLine(mrl::cout,
-                  message(finding.good ? "DOCTOR_OK" : "DOCTOR_PROBLEM") + ": " + finding.text());
-    }
-    const auto problems =
-        findings.size() -
-        static_cast<std::size_t>(std::count_if(findings.begin(), findings.end(), isGood));
-    const int exitValue = problems == 0 ? 0 : TestResult::CANNOTRUN().value();
-    writeLine(mrl::cout, message(problems == 0 ? "DOCTOR_ALL_WELL" : "DOCTOR_PROBLEMS",
-                                 {{"Count", static_cast<mrl::Uint32>(problems)},
-                                  {"ExitValue", static_cast<mrl::Uint32>(exitValue)}}));
-    return exitValue;
 }
 
 } // namespace tesk5

@@ -1,29 +1,25 @@
-// What stands in the way of the tests on this PC, in words for a technician.
+// What keeps the tests from working on this PC, as findings.
 #pragma once
 
-#include "devices/DeviceList.h"
 #include "run/Runner.h"
+#include <tesk5/DeviceList.h>
 
 namespace tesk5 {
 
-/// Everything that there is to say, good and bad: the wireless service, which device suits which of
-/// `tests` when --device says `filter`, and the module's examination of those that suit one. Once
-/// the service fails, nothing is said about the devices that it would have listed.
-/// Blocks for as long as the module's patient examination takes.
+/// Every finding, good and bad: the service that the module checks, which device suits which of
+/// `tests` with --device `filter`, and the module's examination of the devices that suit a test.
+/// When the service fails, its failure is the only finding.
+/// Blocks for as long as the module's thorough examination takes.
 Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
                    const std::optional<std::string>& filter);
 
-/// What may be behind it that no device was found for `test`; the devices themselves are no part
-/// of it. Nothing is asked.
+/// Why no device may have been found for `test`, without a look at the devices themselves. Makes
+/// no call to the system.
 Findings adviceFor(const Test& test, const DeviceList& devices);
 
-/// What may be behind a run without a verdict: one that ended with CANNOTRUN, or with a FAIL that
-/// measured nothing. Nothing for any other run. Does not wait.
-/// Platform: WlanOpenHandle, WlanEnumInterfaces, and what the module's examination calls
+/// Why a run may have ended without a verdict: with CANNOTRUN, or with a FAIL that measured
+/// nothing. Empty for any other run. Does not wait.
+/// Platform: what the module's check of the service and its examination call
 Findings adviceFor(const Outcome& outcome);
-
-/// Shows a line a finding, and how many are bad, on standard output.
-/// \return the process's exit value: 0, or that of CANNOTRUN when a finding is bad
-int showDiagnosis(const Findings& findings);
 
 } // namespace tesk5

@@ -36,7 +36,7 @@ std::vector<const Parameter*> parametersOf(const std::vector<const Test*>& tests
     return parameters;
 }
 
-std::string textOf(const Setting& setting) {
+std::string asTyped(const Setting& setting) {
     return "--set " + setting.name.utf8() + "=" + setting.value.utf8();
 }
 
@@ -46,20 +46,23 @@ void refuseUnknown(const Setting& setting, const std::vector<const Parameter*>& 
         return;
     }
     if (names.empty()) {
-        throw BadInput{message("INPUT_SETTING_WITHOUT_PARAMETERS", {{"Setting", textOf(setting)}})};
+        throw BadInput{
+            message("INPUT_SETTING_WITHOUT_PARAMETERS", {{"Setting", asTyped(setting)}})};
     }
     throw BadInput{aboutUnknown({"INPUT_UNKNOWN_PARAMETER", "INPUT_UNKNOWN_PARAMETER_NEAREST"},
-                                setting.name.utf8(), names, {{"Setting", textOf(setting)}})};
+                                setting.name.utf8(), names, {{"Setting", asTyped(setting)}})};
 }
 
 void apply(Parameter& parameter, const Setting& setting, int timesBefore) {
     if (timesBefore > 0 && !parameter.multiValued()) {
         throw BadInput{message("INPUT_PARAMETER_TWICE",
-                               {{"Setting", textOf(setting)}, {"Name", setting.name}})};
+                               {{"Setting", asTyped(setting)}, {"Name", setting.name}})};
     }
-    if (const auto reason = parameter.refuses(setting.value)) {
+    if (!parameter.accepts(setting.value)) {
         throw BadInput{
-            message("INPUT_SETTING_REFUSED", {{"Setting", textOf(setting)}, {"Reason", *reason}})};
+            message("INPUT_SETTING_REFUSED",
+                    {{"Setting", asTyped(setting)},
+                     {"Reason", message("INPUT_NOT_A_NUMBER", {{"Value", setting.value}})}})};
     }
     parameter.set(setting.value);
 }
@@ -141,7 +144,10 @@ bool answersTo(const DiagDevice& device, const std::string& text) {
 
 std::vector<std::string> reasonsAgainst(const Test& test, const DiagDevice& device,
                                         const std::optional<std::string>& filter) {
-    std::vector<std::string> reasons = test.reasonsAgainst(device);
+    std::vector<std::string> reasons;
+    for (const Mismatch& reason : test.mismatches(device)) {
+        reasons.push_back(message(reason));
+    }
     if (filter && !answersTo(device, *filter)) {
         reasons.push_back(message("LIST_NAMED_OTHERWISE", {{"Text", *filter}}));
     }

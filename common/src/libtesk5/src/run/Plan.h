@@ -1,14 +1,20 @@
 // Which tests are to run on which devices, with which parameters.
 #pragma once
 
-#include "commandline/CommandLine.h"
-#include "devices/DeviceList.h"
-
+#include <tesk5/DeviceList.h>
 #include <tesk5/Registry.h>
 
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace tesk5 {
+
+/// One --set.
+struct Setting {
+    TeskString name;
+    TeskString value;
+};
 
 /// One call of a test function that is to be made.
 struct PlannedRun {

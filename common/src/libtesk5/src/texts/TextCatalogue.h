@@ -37,9 +37,6 @@ private:
     std::unordered_map<std::string, TeskString> m_texts;
 };
 
-/// The catalogue of the language in force; stays until the process ends. Any thread.
-const TextCatalogue& catalogueInForce();
-
 /// The folders in which the texts of a part are looked for: below `executableFolder`, then below
 /// the current one.
 std::vector<std::filesystem::path> textFolders(std::string_view part,

@@ -22,9 +22,13 @@ constexpr const char* FALLBACK_LANGUAGE = "en";
 const std::vector<TextSource>& sources() {
     static const std::vector<TextSource> all = [] {
         const std::filesystem::path folder = mrl::System::executableFolder();
-        return std::vector<TextSource>{
-            {textFolders(moduleInfo().name, folder), moduleInfo().builtInTexts},
-            {textFolders("tesk5", folder), frameworkTexts()}};
+        std::vector<TextSource> found = {
+            {textFolders(moduleInfo().name, folder), moduleInfo().builtInTexts}};
+        for (const TextPart& part : moduleInfo().sharedTexts) {
+            found.push_back({textFolders(part.name, folder), part.builtInTexts});
+        }
+        found.push_back({textFolders("tesk5", folder), frameworkTexts()});
+        return found;
     }();
     return all;
 }
@@ -75,16 +79,24 @@ const std::pair<const std::string, TextCatalogue>& languageInForce() {
 
 } // namespace
 
-const TextCatalogue& catalogueInForce() {
-    return languageInForce().second;
+const TeskString& lookUpText(const TeskString& key) {
+    return languageInForce().second.find(key);
 }
 
 TeskString translation(const TeskString& key) {
-    return catalogueInForce().find(key);
+    return lookUpText(key);
 }
 
 std::string message(const TeskString& key, const Event::Variables& variables) {
     return fillPlaceholders(translation(key).utf8(), variables);
+}
+
+std::string message(const Finding& finding) {
+    return message(finding.key, finding.variables);
+}
+
+std::string message(const Mismatch& reason) {
+    return message(reason.key, reason.variables);
 }
 
 std::string language() {

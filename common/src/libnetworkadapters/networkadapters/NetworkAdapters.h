@@ -7,7 +7,7 @@
 
 #include <vector>
 
-namespace nativewifi {
+namespace networkadapters {
 
 /// One adapter as the system's IP layer knows it.
 struct NetworkAdapter {
@@ -21,4 +21,4 @@ struct NetworkAdapter {
 /// Platform: GetAdaptersAddresses
 std::vector<NetworkAdapter> networkAdapters();
 
-} // namespace nativewifi
+} // namespace networkadapters

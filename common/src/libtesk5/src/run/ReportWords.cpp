@@ -1,4 +1,4 @@
-#include "reports/ReportWords.h"
+#include "run/ReportWords.h"
 
 #include <tesk5/Texts.h>
 
@@ -64,7 +64,7 @@ std::vector<std::string> adviceLines(const Findings& advice) {
     std::vector<std::string> lines;
     for (const Finding& finding : advice) {
         if (!finding.good) {
-            lines.push_back(finding.text());
+            lines.push_back(message(finding));
         }
     }
     return lines;

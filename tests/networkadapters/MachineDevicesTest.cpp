@@ -1,15 +1,37 @@
-#include "FrameworkTest.h"
+#include <networkadapters/AdapterTexts.h>
+#include <networkadapters/MachineDevices.h>
 
-#include <devices/DeviceList.h>
+#include <radiosim/Engine.h>
+
+#include <tesk5/Texts.h>
 
 #include <nativewifi/Guid.h>
+
+#include <gmock/gmock.h>
+
+#include <optional>
+#include <string>
+
+namespace tesk5 {
+
+// The texts are those of the library alone.
+const ModuleInfo& moduleInfo() {
+    static const TextPart sharedTexts[] = {networkadapters::adapterTexts()};
+    static const ModuleInfo info{
+        .name = "example", .builtInTexts = "{}", .sharedTexts = sharedTexts};
+    return info;
+}
+
+} // namespace tesk5
 
 namespace test {
 
 namespace {
 
+using networkadapters::checkWirelessService;
+using networkadapters::devicesAmong;
+using networkadapters::NetworkAdapter;
 using radiosim::Scenario;
-using tesk5::machineDevices;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
@@ -17,7 +39,14 @@ using testing::Pair;
 constexpr const char* FIRST_GUID = "8c2f6b1e-4d37-4a59-9e0b-5f6a7d3c1b20";
 constexpr const char* OTHER_GUID = "00000000-1111-2222-3333-abcdefabcdef";
 
-struct MachineDevices : FrameworkTest {
+struct MachineDevices : testing::Test {
+    MachineDevices() { tesk5::setLanguage("en"); }
+
+    radiosim::Engine& startRadio(Scenario scenario) {
+        m_radio.reset();
+        return m_radio.emplace(std::move(scenario));
+    }
+    radiosim::Engine& radio() { return *m_radio; }
     Scenario twoInterfaces() {
         Scenario scenario;
         scenario.interfaces = {
@@ -25,8 +54,8 @@ struct MachineDevices : FrameworkTest {
             {.guid = "11111111-1111-1111-1111-111111111111", .description = "Wi-Fi 2"}};
         return scenario;
     }
-    static nativewifi::NetworkAdapter adapter(const char* name, const char* guid,
-                                              bool mobileBroadband = false) {
+    static NetworkAdapter adapter(const char* name, const char* guid,
+                                  bool mobileBroadband = false) {
         return {mrl::String(name), *nativewifi::parseGuid(mrl::String(guid).view()),
                 mobileBroadband};
     }
@@ -41,11 +70,14 @@ struct MachineDevices : FrameworkTest {
         EXPECT_EQ(radio().leaks(), radiosim::Leaks());
         EXPECT_THAT(radio().unfiredFaults(), IsEmpty());
     }
+
+private:
+    std::optional<radiosim::Engine> m_radio;
 };
 
 TEST_F(MachineDevices, AreTheNativeWifiInterfaces) {
     startRadio(twoInterfaces());
-    const auto list = machineDevices({});
+    const auto list = devicesAmong({});
     EXPECT_THAT(namesOf(list), ElementsAre("Wi-Fi Kärte", "Wi-Fi 2"));
     EXPECT_FALSE(list.failure);
     EXPECT_THAT(list.devices[0].capability().names(), ElementsAre("Wireless", "NetworkCard"));
@@ -60,8 +92,8 @@ TEST_F(MachineDevices, AreTheNativeWifiInterfaces) {
 TEST_F(MachineDevices, AreTheOtherAdaptersToo) {
     startRadio(twoInterfaces());
     const auto list =
-        machineDevices({adapter("Ethernet", OTHER_GUID),
-                        adapter("Modem", "22222222-1111-2222-3333-abcdefabcdef", true)});
+        devicesAmong({adapter("Ethernet", OTHER_GUID),
+                      adapter("Modem", "22222222-1111-2222-3333-abcdefabcdef", true)});
     EXPECT_THAT(namesOf(list), ElementsAre("Wi-Fi Kärte", "Wi-Fi 2", "Ethernet", "Modem"));
     EXPECT_THAT(list.devices[2].capability().names(), ElementsAre("NetworkCard"));
     EXPECT_THAT(
@@ -73,7 +105,7 @@ TEST_F(MachineDevices, AreTheOtherAdaptersToo) {
 
 TEST_F(MachineDevices, AreListedOnceThoughTheSystemKnowsThemTwice) {
     startRadio(twoInterfaces());
-    const auto list = machineDevices({adapter("Wi-Fi as an adapter", FIRST_GUID)});
+    const auto list = devicesAmong({adapter("Wi-Fi as an adapter", FIRST_GUID)});
     EXPECT_THAT(namesOf(list), ElementsAre("Wi-Fi Kärte", "Wi-Fi 2"));
 }
 
@@ -81,7 +113,7 @@ TEST_F(MachineDevices, AreNoneWithoutInterfaces) {
     Scenario scenario;
     scenario.interfaces.clear();
     startRadio(std::move(scenario));
-    const auto list = machineDevices({});
+    const auto list = devicesAmong({});
     EXPECT_THAT(list.devices, IsEmpty());
     EXPECT_FALSE(list.failure);
 }
@@ -90,7 +122,7 @@ TEST_F(MachineDevices, ComeWithTheReasonWhenTheServiceCannotBeOpened) {
     Scenario scenario = twoInterfaces();
     scenario.faults = {{.function = "WlanOpenHandle", .code = ERROR_SERVICE_NOT_ACTIVE}};
     startRadio(std::move(scenario));
-    const auto list = machineDevices({adapter("Ethernet", OTHER_GUID)});
+    const auto list = devicesAmong({adapter("Ethernet", OTHER_GUID)});
     EXPECT_THAT(namesOf(list), ElementsAre("Ethernet"));
     ASSERT_TRUE(list.failure);
     EXPECT_EQ(list.failure->key, "DOCTOR_SERVICE_STOPPED");
@@ -103,7 +135,7 @@ TEST_F(MachineDevices, ComeWithTheReasonWhenTheyCannotBeEnumerated) {
     Scenario scenario = twoInterfaces();
     scenario.faults = {{.function = "WlanEnumInterfaces", .code = 1702}};
     startRadio(std::move(scenario));
-    const auto list = machineDevices({});
+    const auto list = devicesAmong({});
     EXPECT_THAT(list.devices, IsEmpty());
     ASSERT_TRUE(list.failure);
     EXPECT_EQ(list.failure->key, "DOCTOR_SERVICE_FAILS");
@@ -112,25 +144,54 @@ TEST_F(MachineDevices, ComeWithTheReasonWhenTheyCannotBeEnumerated) {
     EXPECT_EQ(radio().openHandles(), 0U);
 }
 
-TEST_F(MachineDevices, AreWhatARunTakesWithoutADeviceFile) {
+TEST_F(MachineDevices, AreAskedForWithTheServiceTheyNeed) {
     startRadio(twoInterfaces());
-    std::vector<std::string> seen;
-    registerTest("A", [&seen](const tesk5::DiagDevice& device) {
-        seen.push_back(device.name().utf8());
-        return tesk5::TestResult::PASS();
-    });
-    EXPECT_EQ(startBare({"run", "--device", "8C2F6B1E"}), 0);
-    EXPECT_THAT(seen, ElementsAre("Wi-Fi Kärte"));
+    const tesk5::Finding finding = checkWirelessService();
+    EXPECT_TRUE(finding.good);
+    EXPECT_EQ(message(finding), "The wireless service (WLAN AutoConfig) answers.");
+    EXPECT_EQ(radio().openHandles(), 0U);
 }
 
-TEST_F(MachineDevices, MissingForAReasonAreExplainedByTheRun) {
-    Scenario scenario;
-    scenario.faults = {{.function = "WlanOpenHandle", .code = ERROR_MOD_NOT_FOUND}};
-    startRadio(std::move(scenario));
-    registerTest("A", tesk5::TestResult::PASS());
-    EXPECT_EQ(startBare({"run"}), tesk5::TestResult::CANNOTRUN().value());
-    EXPECT_THAT(errors(), testing::HasSubstr("  possible cause: This Windows has no Wlanapi.dll "
-                                             "(WlanOpenHandle: error 126)."));
+TEST_F(MachineDevices, ComeWithTheRemedyForEachFailureOfTheService) {
+    struct Case {
+        DWORD error;
+        const char* line;
+    };
+    const Case cases[] = {
+        {ERROR_MOD_NOT_FOUND,
+         "This Windows has no Wlanapi.dll (WlanOpenHandle: error 126). On a server "
+         "edition, add the feature \"Wireless LAN Service\" in Server Manager, or type "
+         "\"Install-WindowsFeature Wireless-Networking\" in PowerShell as administrator; then "
+         "restart the PC."},
+        {ERROR_PROC_NOT_FOUND,
+         "This Windows' Wlanapi.dll is too old or damaged (WlanOpenHandle: error 127). "
+         "Install all updates of Windows; if that does not help, type \"sfc /scannow\" as "
+         "administrator."},
+        {ERROR_SERVICE_NOT_ACTIVE,
+         "The wireless service (WLAN AutoConfig) is not running (WlanOpenHandle: error "
+         "1062). Start \"WLAN AutoConfig\" in services.msc and set its startup type to Automatic, "
+         "or type \"net start WlanSvc\" as administrator."},
+        {ERROR_ACCESS_DENIED,
+         "This user may not use the wireless service (WlanOpenHandle: error 5). Sign in "
+         "as another user, or start the program as administrator."},
+        {ERROR_NOT_ENOUGH_MEMORY,
+         "There is not enough memory to talk to the wireless service (WlanOpenHandle: "
+         "error 8). Close other programs."},
+        {ERROR_REMOTE_SESSION_LIMIT_EXCEEDED,
+         "Too many programs use the wireless service (WlanOpenHandle: error 1220). Close "
+         "other programs, or restart the PC."},
+        {1722, "The wireless service does not answer (WlanOpenHandle: error 1722). "
+               "Restart \"WLAN AutoConfig\" in services.msc, or restart the PC."},
+    };
+    for (const Case& test : cases) {
+        Scenario scenario;
+        scenario.faults = {{.function = "WlanOpenHandle", .code = test.error}};
+        startRadio(std::move(scenario));
+        const tesk5::Finding finding = checkWirelessService();
+        EXPECT_FALSE(finding.good);
+        EXPECT_EQ(message(finding), test.line);
+        EXPECT_THAT(radio().unfiredFaults(), IsEmpty());
+    }
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 #include <nativewifi/Guid.h>
-#include <nativewifi/NetworkAdapters.h>
+#include <networkadapters/NetworkAdapters.h>
 
 #include <mrl/SystemLibrary.h>
 
@@ -12,7 +12,7 @@
 #include <cstddef>
 #include <memory>
 
-namespace nativewifi {
+namespace networkadapters {
 
 namespace {
 
@@ -34,7 +34,7 @@ GUID guidOf(const IP_ADAPTER_ADDRESSES& adapter) {
     if (text.length() > 2) {
         text = text.subString(1, text.length() - 2);
     }
-    return parseGuid(text.view()).value_or(GUID{});
+    return nativewifi::parseGuid(text.view()).value_or(GUID{});
 }
 
 } // namespace
@@ -72,4 +72,4 @@ std::vector<NetworkAdapter> networkAdapters() {
     return adapters;
 }
 
-} // namespace nativewifi
+} // namespace networkadapters

@@ -1,5 +1,7 @@
-#include "devices/DeviceList.h"
+#include <networkadapters/MachineDevices.h>
 
+#include <nativewifi/DeviceSystemName.h>
+#include <nativewifi/FixedText.h>
 #include <nativewifi/Guid.h>
 #include <nativewifi/Handles.h>
 
@@ -7,16 +9,20 @@
 
 #include <algorithm>
 
-namespace tesk5 {
-
-const char* const DEVICE_SYSTEM_NAME = "DeviceSystemName";
+namespace networkadapters {
 
 namespace {
+
+using tesk5::DeviceCapability;
+using tesk5::DeviceList;
+using tesk5::DiagDevice;
+using tesk5::Finding;
+using tesk5::TeskString;
 
 constexpr int PRIORITY = 1;
 constexpr DWORD CLIENT_VERSION = 2; // Windows Vista and later
 
-// What a failure of the first two calls means to somebody who stands before the PC.
+// What a failure of the first two calls means, and its remedy.
 struct Explanation {
     DWORD error;
     const char* key;
@@ -34,7 +40,7 @@ Finding failureOf(const char* function, DWORD error) {
     const auto* const known =
         std::find_if(std::begin(explanations), std::end(explanations),
                      [error](const Explanation& candidate) { return candidate.error == error; });
-    mrl::Logger& logger = mrl::LogFactory::createLogger("tesk5.devices");
+    mrl::Logger& logger = mrl::LogFactory::createLogger("networkadapters.devices");
     mrl::LoggerStream(logger.admitting(PRIORITY), PRIORITY)
         << function << " failed with error " << error;
     return {known != std::end(explanations) ? known->key : "DOCTOR_SERVICE_FAILS",
@@ -43,19 +49,11 @@ Finding failureOf(const char* function, DWORD error) {
 }
 
 TeskString systemName(const GUID& guid) {
-    std::string text = nativewifi::guidText(guid).getUTF8String().bytes();
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'a' && c <= 'f' ? static_cast<char>(c - 32) : c; });
-    return TeskString("\\DEVICE\\{" + text + "}");
+    return TeskString(nativewifi::deviceSystemName(guid));
 }
 
-// A description fills its array to the last place at worst.
 TeskString descriptionOf(const WLAN_INTERFACE_INFO& info) {
-    const auto* const end = std::find(std::begin(info.strInterfaceDescription),
-                                      std::end(info.strInterfaceDescription), WCHAR());
-    return TeskString(
-        mrl::String(mrl::CharView(info.strInterfaceDescription,
-                                  static_cast<std::size_t>(end - info.strInterfaceDescription))));
+    return TeskString(mrl::String(nativewifi::fixedText(info.strInterfaceDescription)));
 }
 
 struct WirelessInterfaces {
@@ -87,11 +85,12 @@ WirelessInterfaces wirelessInterfaces() {
 DiagDevice wirelessDevice(const WLAN_INTERFACE_INFO& info) {
     return {descriptionOf(info),
             DeviceCapability::Wireless() | DeviceCapability::NetworkCard(),
-            {{DEVICE_SYSTEM_NAME, systemName(info.InterfaceGuid)}, {"wlanAPISupported", "true"}}};
+            {{tesk5::DEVICE_SYSTEM_NAME, systemName(info.InterfaceGuid)},
+             {"wlanAPISupported", "true"}}};
 }
 
-DiagDevice otherDevice(const nativewifi::NetworkAdapter& adapter) {
-    DiagDevice::Properties properties = {{DEVICE_SYSTEM_NAME, systemName(adapter.guid)}};
+DiagDevice otherDevice(const NetworkAdapter& adapter) {
+    DiagDevice::Properties properties = {{tesk5::DEVICE_SYSTEM_NAME, systemName(adapter.guid)}};
     if (adapter.mobileBroadband) {
         properties.emplace_back("WirelessWAN", "true");
     }
@@ -100,11 +99,7 @@ DiagDevice otherDevice(const nativewifi::NetworkAdapter& adapter) {
 
 } // namespace
 
-std::optional<Finding> wirelessFailure() {
-    return wirelessInterfaces().failure;
-}
-
-DeviceList machineDevices(const std::vector<nativewifi::NetworkAdapter>& adapters) {
+DeviceList devicesAmong(const std::vector<NetworkAdapter>& adapters) {
     DeviceList all;
     WirelessInterfaces wireless = wirelessInterfaces();
     all.failure = std::move(wireless.failure);
@@ -116,7 +111,7 @@ DeviceList machineDevices(const std::vector<nativewifi::NetworkAdapter>& adapter
             listed.push_back(info.InterfaceGuid);
         }
     }
-    for (const nativewifi::NetworkAdapter& adapter : adapters) {
+    for (const NetworkAdapter& adapter : adapters) {
         const bool known = std::any_of(listed.begin(), listed.end(), [&adapter](const GUID& guid) {
             return nativewifi::sameGuid(guid, adapter.guid);
         });
@@ -127,4 +122,12 @@ DeviceList machineDevices(const std::vector<nativewifi::NetworkAdapter>& adapter
     return all;
 }
 
-} // namespace tesk5
+DeviceList machineDevices() {
+    return devicesAmong(networkAdapters());
+}
+
+Finding checkWirelessService() {
+    return wirelessInterfaces().failure.value_or(Finding{"DOCTOR_SERVICE_ANSWERS", true, {}});
+}
+
+} // namespace networkadapters
