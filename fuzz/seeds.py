@@ -7,7 +7,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 # Files of the tree that serve as inputs too.
 SHIPPED = {
     "scenario": ("tools/radiosim/scenarios",),
-    "text_file": ("resources/tesk5/texts", "resources/mrlrantenna/texts"),
+    "text_file": ("resources/tesk5/texts", "resources/networkadapters/texts",
+                  "resources/mrlrantenna/texts"),
 }
 
 

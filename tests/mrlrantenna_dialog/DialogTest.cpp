@@ -117,11 +117,11 @@ void press(const Dialog& dialog, WPARAM key) {
 DialogTest::DialogTest() : m_journal(clock()), m_folderBefore(std::filesystem::current_path()) {
     std::filesystem::current_path(m_folder.path());
     doubles::tabletPc = false;
-    tesk5::StopRequest::clear();
+    tesk5::RunContext::current().stopRequest.clear();
 }
 
 DialogTest::~DialogTest() {
-    tesk5::StopRequest::clear();
+    tesk5::RunContext::current().stopRequest.clear();
     std::filesystem::current_path(m_folderBefore);
 }
 

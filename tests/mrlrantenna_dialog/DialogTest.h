@@ -9,7 +9,7 @@
 
 #include <support/TemporaryFolder.h>
 
-#include <tesk5/StopRequest.h>
+#include <tesk5/RunContext.h>
 #include <tesk5/TestResult.h>
 
 namespace test {

@@ -1,13 +1,10 @@
 // How the dialog ends, and what the test reports of it.
 #include "DialogTest.h"
 
-#include <run/ModuleState.h>
-
 #include <nativewifi/WlanTypes.h>
 
 namespace {
 
-using tesk5::StopRequest;
 using tesk5::TestResult;
 using test::Dialog;
 using test::DialogDriver;
@@ -24,7 +21,7 @@ protected:
     ~EndOfTheDialog() override { abortRequested() = false; }
 
     static std::atomic<bool>& abortRequested() {
-        return tesk5::ModuleState::instance().abortRequested;
+        return tesk5::RunContext::current().abortRequested;
     }
     static void pushButton(const Dialog& dialog, int controlId) {
         dialog.GetDlgItem(controlId)->SendMessage(BM_CLICK);
@@ -152,7 +149,7 @@ TEST_F(EndOfTheDialog, TheTestWaitsASecondBeforeItsDialog) {
 // --- The wish to stop ----------------------------------------------------------------------------
 
 TEST_F(EndOfTheDialog, AStopRequestBeforeItOpensAbortsTheTest) {
-    StopRequest::raise();
+    tesk5::RunContext::current().stopRequest.raise();
     EXPECT_EQ(runTest({}), TestResult::USERABORTED());
     EXPECT_TRUE(ended());
     EXPECT_EQ(looks(), 1U); // the details look at the list before they ask whether to go on
@@ -161,7 +158,7 @@ TEST_F(EndOfTheDialog, AStopRequestBeforeItOpensAbortsTheTest) {
 TEST_F(EndOfTheDialog, AStopRequestAtTheEndOfOpeningAbortsTheTest) {
     journal().onEntry = [](const std::string& entry) {
         if (entry == "meter step 1") {
-            StopRequest::raise();
+            tesk5::RunContext::current().stopRequest.raise();
         }
     };
     EXPECT_EQ(runTest({}), TestResult::USERABORTED());
@@ -170,7 +167,7 @@ TEST_F(EndOfTheDialog, AStopRequestAtTheEndOfOpeningAbortsTheTest) {
 
 TEST_F(EndOfTheDialog, AStopRequestIsSeenWhenTheDialogIsPainted) {
     EXPECT_EQ(runTest({[](Dialog& dialog) {
-                          StopRequest::raise();
+                          tesk5::RunContext::current().stopRequest.raise();
                           dialog.Invalidate();
                           dialog.UpdateWindow();
                           EXPECT_FALSE(dialog.ContinueModal());
@@ -184,7 +181,7 @@ TEST_F(EndOfTheDialog, AStopRequestIsSeenAtATickWhichDoesNothingElse) {
     EXPECT_EQ(runTest({[&](Dialog& dialog) {
                   radio().clearCalls();
                   journal().clear();
-                  StopRequest::raise();
+                  tesk5::RunContext::current().stopRequest.raise();
                   test::tick(dialog);
                   EXPECT_FALSE(dialog.ContinueModal());
                   EXPECT_THAT(radio().callNames(), IsEmpty());
@@ -198,12 +195,12 @@ TEST_F(EndOfTheDialog, AStopRequestKeepsARefreshFromBeginning) {
     run({[&](Dialog& dialog) {
         journal().clear();
         radio().clearCalls();
-        StopRequest::raise();
+        tesk5::RunContext::current().stopRequest.raise();
         dialog.populateAvailableNetworks();
         EXPECT_THAT(journal().entries(), IsEmpty());
         EXPECT_THAT(radio().callNames(), IsEmpty());
         EXPECT_THAT(test::entries(dialog), ElementsAre("Lab"));
-        StopRequest::clear();
+        tesk5::RunContext::current().stopRequest.clear();
     }});
     EXPECT_FALSE(ended());
 }
@@ -213,13 +210,13 @@ TEST_F(EndOfTheDialog, AStopRequestKeepsAnEmptiedListEmpty) {
         radio().clearCalls();
         journal().onEntry = [](const std::string& entry) {
             if (entry == "list empty") {
-                StopRequest::raise();
+                tesk5::RunContext::current().stopRequest.raise();
             }
         };
         dialog.populateAvailableNetworks();
         EXPECT_THAT(radio().callNames(), IsEmpty());
         EXPECT_THAT(test::entries(dialog), IsEmpty());
-        StopRequest::clear();
+        tesk5::RunContext::current().stopRequest.clear();
     }});
     EXPECT_FALSE(ended());
 }
@@ -230,14 +227,14 @@ TEST_F(EndOfTheDialog, AStopRequestDuringTheLookLeavesTheDetailsAlone) {
         radio().clearCalls();
         radio().onCall([](const radiosim::Call& call) {
             if (call.function == "WlanGetAvailableNetworkList") {
-                StopRequest::raise();
+                tesk5::RunContext::current().stopRequest.raise();
             }
         });
         dialog.updateSelectedNetworkInformation();
         EXPECT_EQ(radio().callCount("WlanQueryInterface"), 0U); // nor the radio's state
         EXPECT_THAT(journal().entries(), ElementsAre("sleep 50"));
         radio().onCall(nullptr);
-        StopRequest::clear();
+        tesk5::RunContext::current().stopRequest.clear();
     }});
     EXPECT_FALSE(ended());
 }
@@ -249,7 +246,7 @@ TEST_F(EndOfTheDialog, AStopRequestDuringTheMeasurementLeavesTheFieldsAsTheyAre)
         radio().clearCalls();
         radio().onCall([this](const radiosim::Call&) {
             if (looks() == 4) { // the third of the measurement
-                StopRequest::raise();
+                tesk5::RunContext::current().stopRequest.raise();
             }
         });
         dialog.updateSelectedNetworkInformation();
@@ -257,7 +254,7 @@ TEST_F(EndOfTheDialog, AStopRequestDuringTheMeasurementLeavesTheFieldsAsTheyAre)
         EXPECT_THAT(journal().entries({"text 1031", "text 1041", "meter"}), IsEmpty());
         EXPECT_EQ(shown(dialog, IDC_SSID), "Lab");
         radio().onCall(nullptr);
-        StopRequest::clear();
+        tesk5::RunContext::current().stopRequest.clear();
     }});
     EXPECT_FALSE(ended());
 }

@@ -97,6 +97,8 @@ WIN32_PLACES = re.compile(
     # own path and the languages, its DLLs and its process's secret.
     r"|common/src/libcommon/mrlbase/src/"
     r"(OutputStream|(Files|System|SystemLibrary|DelayLoad|StackGuard)Win32)\.cpp"
+    # Console events.
+    r"|common/src/libtesk5/src/run/InterruptWatchWin32\.cpp"
     r"|tools/radiosim/dll/.*|tools/dialogprobe/.*)$")
 
 # Headers, what they are called, and the places that may include them.

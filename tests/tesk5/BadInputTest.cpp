@@ -75,7 +75,7 @@ TEST_F(BadInputs, ATestNamedTwice) {
 }
 
 TEST_F(BadInputs, NothingToRun) {
-    tesk5::Registry::instance().tests.clear();
+    registry().tests.clear();
     refuses({"run"}, "there is no test to run; use the command list");
     registerTest("Asks", TestResult::COMPLETED())->setInteractive(true);
     refuses({"run"}, "every test is interactive; name one, as in run Asks");

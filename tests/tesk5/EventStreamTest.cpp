@@ -3,7 +3,7 @@
 #include <commandline/CommandLine.h>
 #include <reports/EventStream.h>
 
-#include <tesk5/StopRequest.h>
+#include <tesk5/RunContext.h>
 
 #include <mrl/Exception.h>
 
@@ -189,7 +189,7 @@ TEST_F(EventStreams, TellWhatMadeATestAnInternalError) {
 
 TEST_F(EventStreams, TellOfRunsThatAStopRequestForestalled) {
     registerTest("A", [](const DiagDevice&) {
-        tesk5::StopRequest::raise();
+        tesk5::RunContext::current().stopRequest.raise();
         return TestResult::PASS();
     });
     registerTest("B", TestResult::PASS());

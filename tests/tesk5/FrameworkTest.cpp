@@ -1,8 +1,6 @@
 #include "FrameworkTest.h"
 
 #include <tesk5/ModuleInfo.h>
-#include <tesk5/Registry.h>
-#include <tesk5/StopRequest.h>
 #include <tesk5/Texts.h>
 
 #include <mrl/Logger.h>
@@ -22,6 +20,15 @@ void examine(const tesk5::DiagDevice& device, tesk5::ExaminationDepth depth,
     }
 }
 
+// A command of the module: its arguments and the version of its run, and their number.
+int echo(const std::vector<std::string>& arguments, tesk5::RunContext& context) {
+    for (const std::string& argument : arguments) {
+        mrl::cout << argument << " ";
+    }
+    mrl::cout << context.version.text() << "\n";
+    return static_cast<int>(arguments.size());
+}
+
 tesk5::Finding g_service{"SERVICE_ANSWERS", true, {}};
 tesk5::DeviceList g_devices;
 
@@ -30,6 +37,10 @@ tesk5::DeviceList g_devices;
 namespace tesk5 {
 
 const ModuleInfo& moduleInfo() {
+    static const ModuleCommand commands[] = {
+        {"echo", "[WORD...]", "PLAIN", "echo one two", &echo},
+        {"bare", "", "PLAIN", "bare", &echo},
+    };
     static const ModuleInfo info{
         .name = "example",
         .builtInTexts = R"({
@@ -43,6 +54,7 @@ const ModuleInfo& moduleInfo() {
         .devices = [] { return g_devices; },
         .checkService = [] { return g_service; },
         .noDevice = "NO_DEVICE",
+        .commands = commands,
     };
     return info;
 }
@@ -55,7 +67,6 @@ namespace {
 
 using tesk5::DiagDevice;
 using tesk5::DiagModule;
-using tesk5::Registry;
 using tesk5::TestResult;
 
 // The framework takes plain functions; each slot is one, and looks up what it is to do.
@@ -72,38 +83,24 @@ constexpr tesk5::Test::Function functions[SLOTS] = {
     callBody<4>, callBody<5>, callBody<6>, callBody<7>,
 };
 
-void forgetEverything() {
-    Registry& all = Registry::instance();
-    all.tests.clear();
-    all.parameters.clear();
-    all.events.clear();
-    all.localizedStrings.clear();
-    all.order.clear();
-    g_examination = nullptr;
-    g_service = {"SERVICE_ANSWERS", true, {}};
-    g_devices = {};
-    DiagModule::setCmdLineArgs(0, nullptr);
-    DiagModule::setVersion(6, 5, "000000001");
-    DiagModule::setModuleInitCallback(nullptr);
-    tesk5::StopRequest::clear();
-    mrl::LogFactory::setSink(nullptr);
-    mrl::LogFactory::setPriority(mrl::LogFactory::OFF);
-}
-
 } // namespace
 
 FrameworkTest::FrameworkTest() {
-    forgetEverything();
+    g_examination = nullptr;
+    g_service = {"SERVICE_ANSWERS", true, {}};
+    g_devices = {};
+    DiagModule::setVersion(6, 5, "000000001");
     tesk5::setLanguage("en");
     setDevices(1);
 }
 
 FrameworkTest::~FrameworkTest() {
-    forgetEverything();
+    mrl::LogFactory::setSink(nullptr);
+    mrl::LogFactory::setPriority(mrl::LogFactory::OFF);
 }
 
 tesk5::Test* FrameworkTest::registerTest(const char* name, Body body) {
-    const std::size_t slot = Registry::instance().tests.size();
+    const std::size_t slot = registry().tests.size();
     g_bodies.at(slot) = std::move(body);
     return DiagModule::createTest(name, tesk5::DeviceCapability::Wireless(), functions[slot]);
 }

@@ -1,5 +1,5 @@
-// What every test of the framework starts from: nothing registered, nothing asked for, a virtual
-// clock, and a console that is read.
+// What every test of the framework starts from: a run context of its own with nothing registered, a
+// virtual clock, and a console that is read.
 #pragma once
 
 #include <support/TemporaryFolder.h>
@@ -7,6 +7,7 @@
 
 #include <tesk5/DiagModule.h>
 #include <tesk5/ModuleInfo.h>
+#include <tesk5/RunContext.h>
 
 #include <mrl/OutputStream.h>
 
@@ -74,6 +75,9 @@ protected:
     std::string fileWith(const std::string& name, const std::string& text) const;
     std::vector<std::string> filesThere() const;
 
+    /// What the tests, parameters and so on of this test are registered in.
+    static tesk5::Registry& registry() { return tesk5::RunContext::current().registry; }
+
     const std::string& output() const { return m_output.text(); }
     const std::string& errors() const { return m_errors.text(); }
     VirtualClock& clock() { return m_clock; }
@@ -83,6 +87,9 @@ protected:
     }
 
 private:
+    tesk5::Registry m_registry;
+    tesk5::RunContext m_context{m_registry};
+    tesk5::RunContext::Scope m_scope{m_context};
     VirtualClock m_clock;
     TemporaryFolder m_folder;
     CapturedStream m_output{mrl::cout};

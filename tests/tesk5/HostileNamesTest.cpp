@@ -146,7 +146,7 @@ TEST_F(HostileNames, DoNotTurnIntoMarkup) {
     runWith(names, false);
     const std::string junit = skeletonOf(written("r.xml"));
     const std::string html = skeletonOf(written("r.html"));
-    tesk5::Registry::instance().tests.clear();
+    registry().tests.clear();
     std::vector<std::string> harmless;
     harmless.reserve(names.size());
     for (const std::string& name : names) {

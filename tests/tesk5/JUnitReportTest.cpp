@@ -1,6 +1,6 @@
 #include "FrameworkTest.h"
 
-#include <tesk5/StopRequest.h>
+#include <tesk5/RunContext.h>
 #include <tesk5/TeskException.h>
 
 namespace test {
@@ -144,7 +144,7 @@ TEST_F(JUnitReports, ATestWithoutADeviceIsSkippedWithTheReasonsAgainstEachDevice
 
 TEST_F(JUnitReports, WhatCtrlCForestalledIsAnError) {
     registerTest("A", [](const DiagDevice&) {
-        tesk5::StopRequest::raise();
+        tesk5::RunContext::current().stopRequest.raise();
         return TestResult::PASS();
     });
     registerTest("B", TestResult::PASS());

@@ -30,7 +30,7 @@ TEST_F(Registration, KeepsTheOrderOfCreationAcrossKinds) {
     registerTest("Test", TestResult::PASS());
     DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
     DiagModule::createLocalizedString("EXCELLENT");
-    EXPECT_THAT(Registry::instance().order,
+    EXPECT_THAT(registry().order,
                 testing::ElementsAre("TITLE", "WEAK", "Test", "SSID", "EXCELLENT"));
 }
 
@@ -39,7 +39,7 @@ TEST_F(Registration, FindsEachKindByItsName) {
     auto* event = DiagModule::createEvent("WEAK");
     auto* check = registerTest("Test", TestResult::PASS());
     auto* parameter = DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
-    Registry& all = Registry::instance();
+    Registry& all = registry();
     EXPECT_EQ(all.findLocalizedString("TITLE"), text);
     EXPECT_EQ(all.findEvent("WEAK"), event);
     EXPECT_EQ(all.findTest("Test"), check);
@@ -61,7 +61,7 @@ TEST_F(Registration, RefusesANameThatItsKindHasAlready) {
     EXPECT_EQ(
         reasonOf([] { DiagModule::createParameter("A", DataType::UINT32(), "", false, true); }),
         "the parameter \"A\" exists already");
-    EXPECT_EQ(Registry::instance().order.size(), 4U);
+    EXPECT_EQ(registry().order.size(), 4U);
 }
 
 TEST_F(Registration, ObjectsKeepTheirAddressesWhileOthersJoinThem) {
@@ -69,7 +69,7 @@ TEST_F(Registration, ObjectsKeepTheirAddressesWhileOthersJoinThem) {
     for (int i = 1; i < 1000; ++i) {
         DiagModule::createEvent(tesk5::TeskString(std::to_string(i)));
     }
-    EXPECT_EQ(Registry::instance().findEvent("0"), first);
+    EXPECT_EQ(registry().findEvent("0"), first);
     EXPECT_EQ(first->key(), "0");
 }
 
@@ -112,7 +112,7 @@ TEST_F(Registration, TheCallbackRunsInsideStartBeforeTheTestsAreLookedAt) {
     calls = 0;
     DiagModule::setModuleInitCallback([] {
         ++calls;
-        Registry::instance().findTest("Test")->addParameter(
+        registry().findTest("Test")->addParameter(
             DiagModule::createParameter("SSID", DataType::STRING(), "", false, true));
     });
     EXPECT_EQ(calls, 0);

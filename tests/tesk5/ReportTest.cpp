@@ -3,7 +3,7 @@
 #include <reports/ReportFile.h>
 #include <reports/ReportJson.h>
 
-#include <tesk5/StopRequest.h>
+#include <tesk5/RunContext.h>
 #include <tesk5/TeskException.h>
 
 #include <mrl/Exception.h>
@@ -112,7 +112,7 @@ TEST_F(Reports, ReplaceTheOldOneAndLeaveNothingElse) {
 
 TEST_F(Reports, TellOfRunsThatAStopRequestForestalled) {
     registerTest("A", [](const DiagDevice&) {
-        tesk5::StopRequest::raise();
+        tesk5::RunContext::current().stopRequest.raise();
         return TestResult::PASS();
     });
     registerTest("B", TestResult::PASS());

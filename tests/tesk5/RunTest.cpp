@@ -1,6 +1,6 @@
 #include "FrameworkTest.h"
 
-#include <tesk5/StopRequest.h>
+#include <tesk5/RunContext.h>
 
 #include <mrl/Exception.h>
 
@@ -166,7 +166,7 @@ TEST_F(Runs, EndAfterTheTestThatRequestsAnAbort) {
 
 TEST_F(Runs, StartNothingMoreAfterAStopRequestAndCountItAsAborted) {
     registerTest("A", [this](const DiagDevice&) {
-        tesk5::StopRequest::raise();
+        tesk5::RunContext::current().stopRequest.raise();
         EXPECT_TRUE(DiagModule::checkForStop());
         m_calls.emplace_back("A");
         return TestResult::PASS();
@@ -183,7 +183,7 @@ TEST_F(Runs, StartNothingMoreAfterAStopRequestAndCountItAsAborted) {
 
 TEST_F(Runs, AStopRequestDuringTheLastTestChangesNothing) {
     registerTest("A", [](const DiagDevice&) {
-        tesk5::StopRequest::raise();
+        tesk5::RunContext::current().stopRequest.raise();
         return TestResult::PASS();
     });
     EXPECT_EQ(start({"run"}), 0);
@@ -211,11 +211,15 @@ TEST_F(Runs, LetExceptionsOfAnyTypePass) {
     auto* check = registerTest(
         "A", [](const DiagDevice&) -> TestResult { throw mrl::StructuredException{7}; });
     EXPECT_THROW(start({"run"}), mrl::StructuredException);
-    EXPECT_EQ(errors(), "example: A on Card 1 was left by an exception; the run ends here\n");
+    EXPECT_EQ(errors(), "example: A on Card 1 was left by an exception; the run ends here: "
+                        "structured exception with code 7\n");
     static_cast<void>(check);
     registerTest("B", [](const DiagDevice&) -> TestResult { throw std::runtime_error("oops"); });
     EXPECT_THROW(start({"run", "B"}), std::runtime_error);
     EXPECT_THAT(errors(), HasSubstr("the run ends here: oops\n"));
+    registerTest("C", [](const DiagDevice&) -> TestResult { throw 7; });
+    EXPECT_THROW(start({"run", "C"}), int);
+    EXPECT_THAT(errors(), HasSubstr("C on Card 1 was left by an exception; the run ends here\n"));
 }
 
 TEST_F(Runs, TurnAFailureOfTheModulesCallbackIntoOneWithWords) {

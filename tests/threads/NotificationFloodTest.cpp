@@ -7,7 +7,7 @@
 #include <PostedRefresh.h>
 #include <ScanNotification.h>
 
-#include <tesk5/StopRequest.h>
+#include <tesk5/RunContext.h>
 
 #include <atomic>
 #include <thread>
@@ -108,13 +108,13 @@ private:
 class NotificationFlood : public test::VerificationRun {
 protected:
     NotificationFlood() {
-        tesk5::StopRequest::clear();
+        tesk5::RunContext::current().stopRequest.clear();
         startRadio({{.ssid = "Attic", .signal = 30U}, {.ssid = "Lab", .signal = 50U}});
     }
     ~NotificationFlood() override {
         g_scanCompleteHandler = nullptr;
         g_scanCompleteContext = nullptr;
-        tesk5::StopRequest::clear();
+        tesk5::RunContext::current().stopRequest.clear();
     }
 };
 
@@ -196,13 +196,13 @@ TEST_F(NotificationFlood, MayComeWhileSomebodyWishesToStop) {
     const Flood flood(radio());
     std::thread person([&flood] {
         flood.goesOn();
-        tesk5::StopRequest::raise();
+        tesk5::RunContext::current().stopRequest.raise();
     });
     do {
         screen.refresh();
-    } while (!tesk5::StopRequest::raised());
+    } while (!tesk5::RunContext::current().stopRequest.raised());
     person.join();
-    EXPECT_TRUE(tesk5::StopRequest::raised());
+    EXPECT_TRUE(tesk5::RunContext::current().stopRequest.raised());
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// The module's way to the framework: what it has, what it tells, and the call that runs it.
+// The module's way to the framework: registration, what a test reports, and the call that runs it.
 #pragma once
 
 #include <tesk5/Event.h>
@@ -12,9 +12,9 @@
 
 namespace tesk5 {
 
-/// All operations are static; there is one module a process. Creation may happen during static
-/// initialisation. Except checkForStop() and requestAbort(), which any thread may call, everything
-/// belongs to the thread that runs the module.
+/// All operations are static and work on RunContext::current(): in a program that is the process's
+/// own context. Creation may happen during static initialisation. Threads: any for checkForStop()
+/// and requestAbort(); everything else belongs to the thread that runs the module.
 class DiagModule {
 public:
     /// Registers a test; the framework owns it.
@@ -38,7 +38,7 @@ public:
     /// The process's arguments in UTF-8, the program's name first. They are copied.
     static void setCmdLineArgs(int argc, const char** argv);
     static void setVersion(unsigned major, unsigned minor, const TeskString& build);
-    /// What start() calls before it looks at the tests.
+    /// What start() calls before it reads the tests' parameters.
     static void setModuleInitCallback(void (*callback)());
 
     /// Does what the command line asks for.
@@ -53,18 +53,18 @@ public:
     static void warning(Event* event, const TeskString& sourceFile, int line);
     static void error(Event* event, const TeskString& sourceFile, int line);
 
-    /// Records what a test has measured; consoles, reports and followers show it with its limits.
-    /// Like events, what is told outside a test function is dropped.
+    /// Records a measurement; console, reports and event stream show it with its limits. Outside a
+    /// test function it is dropped, as events are.
     static void measured(Measurement measurement);
-    /// Records what else was there to be measured.
+    /// Records what else could have been measured.
     static void surveyed(Survey survey);
-    /// Tells a waiting person what is going on.
-    /// \param key of the text that says it
-    /// \param longestSeconds the longest that the test can still take; nothing when a person
-    /// decides
+    /// Shows what the test does now.
+    /// \param key of the text
+    /// \param longestSeconds the longest that the test can still take; nothing when a person ends
+    /// it
     static void progresses(const TeskString& key, std::optional<double> longestSeconds);
 
-    /// Whether somebody wants the run to end (Ctrl+C, Ctrl+Break). Cheap.
+    /// Whether the run is to end (Ctrl+C, Ctrl+Break). Cheap.
     static bool checkForStop();
     /// Ends the run after the current test function; does not make checkForStop() true.
     static void requestAbort();

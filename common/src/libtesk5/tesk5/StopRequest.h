@@ -1,37 +1,21 @@
-// The wish of the person at the console that the run should end.
+// The request that a run should end.
 #pragma once
 
 #include <atomic>
-#include <functional>
-#include <thread>
 
 namespace tesk5 {
 
-/// Set by Ctrl+C or Ctrl+Break during a run, or by a program that hosts the framework; stays until
-/// it is cleared. Any thread, and from a signal handler.
+/// Raised by Ctrl+C or Ctrl+Break during a run, or by a program that hosts the framework; stays
+/// until it is cleared. Threads: any, and signal handlers.
 class StopRequest {
 public:
-    static void raise();
-    static void clear();
-    static bool raised();
-};
-
-/// While it lives, the first Ctrl+C or Ctrl+Break raises the stop request; a second one ends the
-/// process at once with the value of USERABORTED. One at a time in a process.
-/// Platform: signal, of the runtime library
-class InterruptWatch {
-public:
-    /// \param onFirst called once at the first one, on a thread of this object and not in a signal
-    /// handler, so that it may print; has ended when the destructor has
-    explicit InterruptWatch(std::function<void()> onFirst = {});
-    InterruptWatch(const InterruptWatch&) = delete;
-    InterruptWatch& operator=(const InterruptWatch&) = delete;
-    ~InterruptWatch();
+    void raise() { m_raised.store(true, std::memory_order_relaxed); }
+    void clear() { m_raised.store(false, std::memory_order_relaxed); }
+    bool raised() const { return m_raised.load(std::memory_order_relaxed); }
 
 private:
-    std::function<void()> m_onFirst;
-    std::atomic<bool> m_ending = false;
-    std::thread m_teller;
+    std::atomic<bool> m_raised{false};
+    static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets it");
 };
 
 } // namespace tesk5

@@ -1,4 +1,4 @@
-// Where everything goes that a test tells while it runs.
+// What a test reports while it runs: events, measurements, surveys and progress.
 #pragma once
 
 #include <tesk5/Event.h>
@@ -11,6 +11,8 @@
 #include <vector>
 
 namespace tesk5 {
+
+class RunContext;
 
 /// An event as it was when it was raised.
 struct RaisedEvent {
@@ -27,11 +29,12 @@ struct RaisedEvent {
 struct Progress {
     TeskString key;   ///< of the text that says it
     std::string text; ///< the same in the language in force
-    /// The longest that the test can still take; nothing when a person decides that.
+    /// The longest that the test can still take; nothing when a person ends it.
     std::optional<double> longestSeconds;
 };
 
-/// Is told what a test tells, as it happens, on the test's thread. Does nothing by itself.
+/// Receives a test's events, measurements and progress while it runs, on the test's thread. The
+/// operations here do nothing.
 class TestObserver {
 public:
     TestObserver() = default;
@@ -45,12 +48,13 @@ public:
     virtual void onProgress(const Progress& progress);
 };
 
-/// Collects what a test tells while the recorder lives; an outer recorder gets nothing meanwhile.
-/// The framework has one around each test function. What is told outside any recorder is dropped.
+/// Collects what a test reports in the current context while the recorder lives; an outer recorder
+/// receives nothing meanwhile. The framework has one around each test function. What is reported
+/// without a recorder is dropped.
 /// Threads: that of the test.
 class TestRecorder {
 public:
-    /// \param observer is told the same as it comes; null for nobody
+    /// \param observer receives the same at once; may be null
     explicit TestRecorder(TestObserver* observer = nullptr);
     TestRecorder(const TestRecorder&) = delete;
     TestRecorder& operator=(const TestRecorder&) = delete;
@@ -60,7 +64,7 @@ public:
     const std::vector<Measurement>& measurements() const { return m_measurements; }
     const std::vector<Survey>& surveys() const { return m_surveys; }
 
-    /// Gives what happened to the innermost recorder. Progress is passed on and not kept.
+    /// Hands it to the innermost recorder. Progress goes to its observer and is not kept.
     static void record(RaisedEvent event);
     static void record(Measurement measurement);
     static void record(Survey survey);
@@ -69,8 +73,9 @@ public:
 private:
     template <typename What>
     static void keep(std::vector<What> TestRecorder::*list, What what,
-                     void (TestObserver::*tell)(const What&));
+                     void (TestObserver::*notify)(const What&));
 
+    RunContext& m_context;
     TestRecorder* m_outer;
     TestObserver* m_observer;
     std::vector<RaisedEvent> m_events;

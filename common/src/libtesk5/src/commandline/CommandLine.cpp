@@ -96,7 +96,9 @@ public:
         for (const CommandDescription& command : commandDescriptions()) {
             CLI::App* app = m_app.add_subcommand(command.name);
             if (command.command == Command::run) {
-                m_tests = app->add_option("TEST", m_testNames);
+                m_tests = app->add_option("TEST", m_names);
+            } else if (command.ofModule != nullptr && *command.arguments != 0) {
+                m_moduleArguments.push_back(app->add_option("ARGUMENT", m_names));
             }
         }
         parse(arguments);
@@ -114,6 +116,15 @@ public:
         return known != m_options.end() && known->second->count() > 0;
     }
     const std::vector<std::string>& tests() const { return m_tests->results(); }
+    /// What follows the command of the module that is named.
+    std::vector<std::string> moduleArguments() const {
+        for (const CLI::Option* arguments : m_moduleArguments) {
+            if (arguments->count() > 0) {
+                return arguments->results();
+            }
+        }
+        return {};
+    }
 
     const std::vector<std::string>& values(const char* option) const {
         return m_options.at(option)->results();
@@ -169,7 +180,8 @@ private:
 
     CLI::App m_app;
     CLI::Option* m_tests = nullptr;
-    std::vector<std::string> m_testNames;
+    std::vector<CLI::Option*> m_moduleArguments;
+    std::vector<std::string> m_names; // where the parser puts them; results() has them too
     std::map<std::string, CLI::Option*> m_options;
     bool m_helpWanted = false;
     bool m_versionWanted = false;
@@ -248,6 +260,8 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     }
     if (parsed.command() != nullptr) {
         line.command = parsed.command()->command;
+        line.moduleCommand = parsed.command()->ofModule;
+        line.moduleArguments = parsed.moduleArguments();
     }
     refuseForeignOptions(parsed, line.command);
     if (parsed.given("--config-template")) {

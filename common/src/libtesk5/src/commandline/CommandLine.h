@@ -13,8 +13,9 @@ namespace tesk5 {
 
 struct ReportKind;
 struct CommandDescription;
+struct ModuleCommand;
 
-enum class Command { list, run, doctor, configTemplate, help, version };
+enum class Command { list, run, doctor, configTemplate, help, version, ofModule };
 
 /// A report to be written.
 struct RequestedReport {
@@ -36,6 +37,8 @@ struct CommandLine {
     std::optional<std::string> language;
     std::optional<std::string> configFile;
     const CommandDescription* helpOn = nullptr; ///< the command to help with; null for all of them
+    const ModuleCommand* moduleCommand = nullptr; ///< for Command::ofModule
+    std::vector<std::string> moduleArguments;     ///< what follows it besides options
     bool quiet = false;
     std::optional<mrl::OutputStream::Colours> colours;
 };
@@ -43,8 +46,8 @@ struct CommandLine {
 /// What --color means by "auto", "always" or "never"; nothing for any other word.
 std::optional<mrl::OutputStream::Colours> coloursNamed(const std::string& word);
 
-/// The value of --language, wherever it stands, for texts that are needed before the rest is read;
-/// nothing when it is not there or has no value.
+/// The value of --language, wherever it stands, for messages about the other arguments; nothing
+/// when it is not there or has no value.
 std::optional<std::string> languageAskedFor(const std::vector<std::string>& arguments);
 
 /// The value of `arguments`, which do not hold the program's name.
@@ -58,9 +61,10 @@ struct CommandDescription {
     const char* arguments; ///< what may follow it besides options
     const char* help;      ///< key of a text
     std::vector<const char*> examples;
+    const ModuleCommand* ofModule = nullptr; ///< null for a command of the framework
 };
 
-/// Every command, in the order of the help page.
+/// Every command, in the order of the help page: those of the framework, then the module's.
 const std::vector<CommandDescription>& commandDescriptions();
 
 /// An option of the command line, for parser and help page alike.

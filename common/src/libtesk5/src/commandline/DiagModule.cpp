@@ -1,11 +1,10 @@
 #include <tesk5/DiagModule.h>
 
-#include <tesk5/Registry.h>
-#include <tesk5/StopRequest.h>
+#include <tesk5/RunContext.h>
 #include <tesk5/TestRecorder.h>
 #include <tesk5/Texts.h>
 
-#include "run/ModuleState.h"
+#include "commandline/Program.h"
 
 #include <mrl/System.h>
 
@@ -22,7 +21,7 @@ Object* create(std::deque<Object>& objects, const Object* known, const char* kin
             TeskString(std::string("the ") + kind + " \"" + name.utf8() + "\" exists already"));
     }
     Object& object = objects.emplace_back(name, std::forward<Rest>(rest)...);
-    Registry::instance().order.push_back(name);
+    RunContext::current().registry.order.push_back(name);
     return &object;
 }
 
@@ -43,51 +42,52 @@ Test* DiagModule::createTest(const TeskString& name, const DeviceCapability& cap
     if (function == nullptr) {
         throw TeskException(TeskString("the test \"" + name.utf8() + "\" has no function"));
     }
-    Registry& all = Registry::instance();
+    Registry& all = RunContext::current().registry;
     return create(all.tests, all.findTest(name), "test", name, capability, function);
 }
 
 Parameter* DiagModule::createParameter(const TeskString& name, const DataType& type,
                                        const TeskString& defaultValue, bool multiValued,
                                        bool optional) {
-    Registry& all = Registry::instance();
+    Registry& all = RunContext::current().registry;
     return create(all.parameters, all.findParameter(name), "parameter", name, type, defaultValue,
                   multiValued, optional);
 }
 
 Event* DiagModule::createEvent(const TeskString& key) {
-    Registry& all = Registry::instance();
+    Registry& all = RunContext::current().registry;
     return create(all.events, all.findEvent(key), "event", key);
 }
 
 LocalizedString* DiagModule::createLocalizedString(const TeskString& key) {
-    Registry& all = Registry::instance();
+    Registry& all = RunContext::current().registry;
     return create(all.localizedStrings, all.findLocalizedString(key), "localized string", key,
                   &lookUpText);
 }
 
 void DiagModule::setCmdLineArgs(int argc, const char** argv) {
-    ModuleState& module = ModuleState::instance();
-    module.program.clear();
-    module.arguments.clear();
+    RunContext& context = RunContext::current();
+    context.program.clear();
+    context.arguments.clear();
     if (argc > 0 && argv[0] != nullptr) {
         const std::u8string name = mrl::System::path(argv[0]).filename().u8string();
-        module.program.assign(name.begin(), name.end());
+        context.program.assign(name.begin(), name.end());
     }
     for (int i = 1; i < argc && argv[i] != nullptr; ++i) {
-        module.arguments.emplace_back(argv[i]);
+        context.arguments.emplace_back(argv[i]);
     }
 }
 
 void DiagModule::setVersion(unsigned major, unsigned minor, const TeskString& build) {
-    ModuleState& module = ModuleState::instance();
-    module.major = major;
-    module.minor = minor;
-    module.build = build;
+    RunContext::current().version = {.major = major, .minor = minor, .build = build};
 }
 
 void DiagModule::setModuleInitCallback(void (*callback)()) {
-    ModuleState::instance().initialize = callback;
+    RunContext::current().initialize = callback;
+}
+
+int DiagModule::start() {
+    return runProgram(RunContext::current());
 }
 
 void DiagModule::warning(Event* event, const TeskString& sourceFile, int line) {
@@ -111,11 +111,11 @@ void DiagModule::progresses(const TeskString& key, std::optional<double> longest
 }
 
 bool DiagModule::checkForStop() {
-    return StopRequest::raised();
+    return RunContext::current().stopRequest.raised();
 }
 
 void DiagModule::requestAbort() {
-    ModuleState::instance().abortRequested = true;
+    RunContext::current().abortRequested = true;
 }
 
 } // namespace tesk5

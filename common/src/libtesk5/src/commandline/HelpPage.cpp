@@ -1,6 +1,7 @@
 // The help page, made from the tables of commands, options and exit values.
 #include "commandline/CommandLine.h"
 
+#include <tesk5/ModuleInfo.h>
 #include <tesk5/TestResult.h>
 #include <tesk5/Texts.h>
 
@@ -153,17 +154,28 @@ std::string pageOn(const CommandDescription& command, const std::string& program
 } // namespace
 
 const std::vector<CommandDescription>& commandDescriptions() {
-    static const std::vector<CommandDescription> commands = {
-        {Command::list, "list", "", "HELP_LIST", {"list", "list --device intel"}},
-        {Command::run,
-         "run",
-         "[TEST...]",
-         "HELP_RUN",
-         {"run --set SSID=Lab --set FailingSignalStrength=20",
-          "run --set SSID=Lab --set FailingSignalStrength=20 --json report.json",
-          "run DiversityTest --device intel"}},
-        {Command::doctor, "doctor", "", "HELP_DOCTOR", {"doctor", "doctor --set SSID=Lab"}},
-    };
+    static const std::vector<CommandDescription> commands = [] {
+        std::vector<CommandDescription> all = {
+            {Command::list, "list", "", "HELP_LIST", {"list", "list --device intel"}},
+            {Command::run,
+             "run",
+             "[TEST...]",
+             "HELP_RUN",
+             {"run --set SSID=Lab --set FailingSignalStrength=20",
+              "run --set SSID=Lab --set FailingSignalStrength=20 --json report.json",
+              "run DiversityTest --device intel"}},
+            {Command::doctor, "doctor", "", "HELP_DOCTOR", {"doctor", "doctor --set SSID=Lab"}},
+        };
+        for (const ModuleCommand& command : moduleInfo().commands) {
+            all.push_back({Command::ofModule,
+                           command.name,
+                           command.arguments,
+                           command.help,
+                           {command.example},
+                           &command});
+        }
+        return all;
+    }();
     return commands;
 }
 

@@ -33,7 +33,7 @@ void EventStream::writeOfRun(const char* type, const Json& members) {
 void EventStream::onRunStart(const RunRecord& record, std::size_t planned) {
     Json members;
     members["protocol"] = PROTOCOL;
-    members["module"] = moduleJson();
+    members["module"] = moduleJson(record.version);
     members["planned"] = planned;
     members["withoutDevice"] = listOf(record.withoutDevice);
     write("runStarted", members);

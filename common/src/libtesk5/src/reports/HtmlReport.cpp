@@ -9,7 +9,6 @@
 #include "reports/Markup.h"
 #include "reports/ReportJson.h"
 #include "reports/ReportPage.h"
-#include "run/ModuleState.h"
 #include "run/ReportWords.h"
 #include "texts/MeasurementText.h"
 
@@ -328,17 +327,6 @@ Data withoutDeviceData(const TestWithoutDevice& without, const RunRecord& run) {
     return data;
 }
 
-// The verdict over all, where there is more than one.
-TestResult overallOf(const RunRecord& run) {
-    TestResult worst = run.withoutDevice.empty() ? TestResult::PASS() : TestResult::CANNOTRUN();
-    for (const Outcome& outcome : run.outcomes) {
-        if (outcome.result.severity() > worst.severity()) {
-            worst = outcome.result;
-        }
-    }
-    return worst;
-}
-
 std::string logLine(const LoggedLine& line) {
     return reportTime(line.time) + " " + std::to_string(line.priority) + " " + line.logger + ": " +
            line.text;
@@ -386,11 +374,10 @@ void setTexts(Data& page, std::string_view tmpl) {
     }
 }
 
-std::string programText() {
-    const ModuleState& module = ModuleState::instance();
+std::string programText(const ModuleVersion& version) {
     return message("REPORT_PROGRAM", {{"Name", std::string(moduleInfo().name)},
-                                      {"Version", module.version()},
-                                      {"Build", module.build}});
+                                      {"Version", version.text()},
+                                      {"Build", version.build}});
 }
 
 } // namespace
@@ -398,13 +385,13 @@ std::string programText() {
 std::string htmlReportOf(const RunRecord& run) {
     const std::string tag = language();
     const bool mirrored = readFromTheRight(tag);
-    const TestResult overall = overallOf(run);
+    const TestResult overall = worstResult(run);
     Data page;
     setTexts(page, reportPage());
     page.set("lang", tag);
     page.set("dir", mirrored ? "rtl" : "ltr");
     page.set("title", message("REPORT_TITLE") + ": " + resultInWords(overall));
-    page.set("program", programText());
+    page.set("program", programText(run.version));
     page.set("started", timeData(run.started));
     page.set("ended", timeData(run.ended));
     page.set("exit", message("REPORT_EXIT", {{"Value", std::to_string(run.exitValue)}}));

@@ -5,7 +5,6 @@
 
 #include "reports/ReportJson.h"
 #include "reports/XmlWriter.h"
-#include "run/ModuleState.h"
 #include "run/ReportWords.h"
 
 #include <algorithm>
@@ -272,11 +271,10 @@ void writeSuite(XmlWriter& xml, const Suite& suite, const RunRecord& run) {
                                                                   : suite.outcomes.front()->time)}},
                  suite.counts()));
     {
-        const ModuleState& module = ModuleState::instance();
         Properties properties(xml);
         properties.add("module", std::string(moduleInfo().name));
-        properties.add("version", module.version());
-        properties.add("build", module.build.utf8());
+        properties.add("version", run.version.text());
+        properties.add("build", run.version.build.utf8());
         properties.add("exit", std::to_string(run.exitValue));
         if (run.leftOut > 0) {
             properties.add("leftOut", std::to_string(run.leftOut));

@@ -11,7 +11,7 @@ constexpr int SCHEMA = 1;
 std::string reportOf(const RunRecord& run) {
     Json json;
     json["schema"] = SCHEMA;
-    json["module"] = moduleJson();
+    json["module"] = moduleJson(run.version);
     json["started"] = reportTime(run.started);
     json["ended"] = reportTime(run.ended);
     json["exit"] = run.exitValue;

@@ -3,8 +3,6 @@
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
 
-#include "run/ModuleState.h"
-
 #include <mrl/Unicode.h>
 
 #include <cmath>
@@ -156,12 +154,11 @@ Json jsonOf(const TestWithoutDevice& without) {
     return json;
 }
 
-Json moduleJson() {
-    const ModuleState& module = ModuleState::instance();
+Json moduleJson(const ModuleVersion& version) {
     Json json;
     json["name"] = moduleInfo().name;
-    json["version"] = module.version();
-    json["build"] = module.build.utf8();
+    json["version"] = version.text();
+    json["build"] = version.build.utf8();
     return json;
 }
 

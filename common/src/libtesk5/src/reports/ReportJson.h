@@ -28,7 +28,7 @@ Json jsonOf(const DiagDevice& device);
 Json jsonOf(const Outcome& outcome);
 Json jsonOf(const TestWithoutDevice& without);
 /// Name, version and build of the program.
-Json moduleJson();
+Json moduleJson(const ModuleVersion& version);
 /// The parameters of a run with the values in force.
 Json parametersJson(const std::vector<std::pair<TeskString, Value>>& parameters);
 

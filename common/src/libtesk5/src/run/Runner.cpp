@@ -1,10 +1,9 @@
 #include "run/Runner.h"
 
-#include <tesk5/StopRequest.h>
+#include <tesk5/RunContext.h>
 #include <tesk5/TeskException.h>
 
 #include "run/Doctor.h"
-#include "run/ModuleState.h"
 #include "run/RunListener.h"
 
 #include <mrl/Exception.h>
@@ -71,12 +70,15 @@ std::string reasonInFlight() {
         return exception.toString().getUTF8String().bytes();
     } catch (const std::exception& exception) {
         return exception.what();
+    } catch (const mrl::StructuredException& exception) {
+        // The log has the broken condition.
+        return "structured exception with code " + std::to_string(exception.code);
     } catch (...) {
         return {};
     }
 }
 
-Outcome executeAndTell(const PlannedRun& run, RunListener& listener) {
+Outcome executeAndReport(const PlannedRun& run, RunListener& listener) {
     log(PROGRESS, described(run) + " starts");
     listener.onTestStart(run);
     try {
@@ -102,18 +104,17 @@ std::vector<std::pair<TeskString, Value>> parametersInForce(const Test& test) {
 }
 
 std::vector<Outcome> runAll(const std::vector<PlannedRun>& runs, RunListener& listener,
-                            std::size_t& leftOut) {
-    std::atomic<bool>& abortRequested = ModuleState::instance().abortRequested;
-    abortRequested = false;
+                            std::size_t& leftOut, RunContext& context) {
+    context.abortRequested = false;
     std::vector<Outcome> outcomes;
     for (const PlannedRun& run : runs) {
-        if (StopRequest::raised()) {
+        if (context.stopRequest.raised()) {
             outcomes.push_back(unstarted(run, TestResult::USERABORTED(), false));
-        } else if (abortRequested) {
+        } else if (context.abortRequested) {
             leftOut = static_cast<std::size_t>(&runs.back() - &run) + 1;
             break;
         } else {
-            outcomes.push_back(executeAndTell(run, listener));
+            outcomes.push_back(executeAndReport(run, listener));
             outcomes.back().advice = adviceFor(outcomes.back());
         }
         listener.onTestEnd(outcomes.back());
@@ -121,14 +122,14 @@ std::vector<Outcome> runAll(const std::vector<PlannedRun>& runs, RunListener& li
     return outcomes;
 }
 
-int exitValueOf(const std::vector<TestResult>& results) {
-    TestResult worst = TestResult::PASS();
-    for (const TestResult& result : results) {
-        if (result.severity() > worst.severity()) {
-            worst = result;
+TestResult worstResult(const RunRecord& run) {
+    TestResult worst = run.withoutDevice.empty() ? TestResult::PASS() : TestResult::CANNOTRUN();
+    for (const Outcome& outcome : run.outcomes) {
+        if (outcome.result.severity() > worst.severity()) {
+            worst = outcome.result;
         }
     }
-    return worst.value();
+    return worst;
 }
 
 } // namespace tesk5

@@ -5,6 +5,7 @@
 #include "run/Plan.h"
 
 #include <tesk5/Finding.h>
+#include <tesk5/ModuleVersion.h>
 #include <tesk5/TestRecorder.h>
 
 #include <mrl/Clock.h>
@@ -13,6 +14,7 @@
 
 namespace tesk5 {
 
+class RunContext;
 class RunListener;
 
 /// How one run of a test on a device went.
@@ -40,6 +42,7 @@ struct TestWithoutDevice {
 
 /// A whole run.
 struct RunRecord {
+    ModuleVersion version;
     mrl::Clock::UtcTime started;
     mrl::Clock::UtcTime ended;
     std::vector<Outcome> outcomes;
@@ -49,8 +52,8 @@ struct RunRecord {
     KeptLog log; ///< empty unless a report shows it
 };
 
-/// Thrown for an exception, other than a TeskException, that left a test function: it is to go on
-/// to whoever started the run, and no failure of the framework is to be taken for it.
+/// Thrown for an exception, other than a TeskException, that left a test function: it goes on to
+/// the caller of the run, apart from failures of the framework.
 struct LeftByException {
     std::exception_ptr cause;
 };
@@ -63,9 +66,10 @@ std::vector<std::pair<TeskString, Value>> parametersInForce(const Test& test);
 /// what is left counts as USERABORTED.
 /// Failure: throws LeftByException
 std::vector<Outcome> runAll(const std::vector<PlannedRun>& runs, RunListener& listener,
-                            std::size_t& leftOut);
+                            std::size_t& leftOut, RunContext& context);
 
-/// The value that stands for a run: that of the worst result, 0 when all are good.
-int exitValueOf(const std::vector<TestResult>& results);
+/// The worst result of a run, by severity; a test without a device counts as CANNOTRUN, a run
+/// without anything as PASS.
+TestResult worstResult(const RunRecord& run);
 
 } // namespace tesk5

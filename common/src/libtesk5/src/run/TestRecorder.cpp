@@ -1,10 +1,8 @@
 #include <tesk5/TestRecorder.h>
 
-namespace tesk5 {
+#include <tesk5/RunContext.h>
 
-namespace {
-TestRecorder* g_innermost = nullptr;
-} // namespace
+namespace tesk5 {
 
 TestObserver::~TestObserver() = default;
 void TestObserver::onEvent(const RaisedEvent& /*event*/) {}
@@ -14,21 +12,23 @@ void TestObserver::onProgress(const Progress& /*progress*/) {}
 
 template <typename What>
 void TestRecorder::keep(std::vector<What> TestRecorder::*list, What what,
-                        void (TestObserver::*tell)(const What&)) {
-    if (g_innermost == nullptr) {
+                        void (TestObserver::*notify)(const What&)) {
+    TestRecorder* const recorder = RunContext::current().recorder;
+    if (recorder == nullptr) {
         return;
     }
-    const What& kept = (g_innermost->*list).emplace_back(std::move(what));
-    if (g_innermost->m_observer != nullptr) {
-        (g_innermost->m_observer->*tell)(kept);
+    const What& kept = (recorder->*list).emplace_back(std::move(what));
+    if (recorder->m_observer != nullptr) {
+        (recorder->m_observer->*notify)(kept);
     }
 }
 
 TestRecorder::TestRecorder(TestObserver* observer)
-    : m_outer(std::exchange(g_innermost, this)), m_observer(observer) {}
+    : m_context(RunContext::current()), m_outer(std::exchange(m_context.recorder, this)),
+      m_observer(observer) {}
 
 TestRecorder::~TestRecorder() {
-    g_innermost = m_outer;
+    m_context.recorder = m_outer;
 }
 
 void TestRecorder::record(RaisedEvent event) {
@@ -44,8 +44,9 @@ void TestRecorder::record(Survey survey) {
 }
 
 void TestRecorder::record(const Progress& progress) {
-    if (g_innermost != nullptr && g_innermost->m_observer != nullptr) {
-        g_innermost->m_observer->onProgress(progress);
+    const TestRecorder* const recorder = RunContext::current().recorder;
+    if (recorder != nullptr && recorder->m_observer != nullptr) {
+        recorder->m_observer->onProgress(progress);
     }
 }
 

@@ -1,11 +1,9 @@
-// The one call that does what the command line asks for.
-//
-// Everything that could be refused is looked at before anything happens: the log and the report
-// are touched only when there is nothing left to refuse.
-#include <tesk5/DiagModule.h>
+// Every input is checked before anything happens: the log and the reports are touched only when
+// nothing is left to refuse.
+#include "commandline/Program.h"
 
 #include <tesk5/ModuleInfo.h>
-#include <tesk5/StopRequest.h>
+#include <tesk5/TeskException.h>
 #include <tesk5/Texts.h>
 
 #include "commandline/ConfigFile.h"
@@ -16,8 +14,9 @@
 #include "reports/ReportFile.h"
 #include "reports/ReportKinds.h"
 #include "run/Doctor.h"
+#include "run/InterruptWatch.h"
 #include "run/LogKeeper.h"
-#include "run/ModuleState.h"
+#include "run/Runner.h"
 #include "texts/BadInput.h"
 #include "texts/Enumeration.h"
 
@@ -33,9 +32,9 @@ namespace {
 
 constexpr int LOG_LEVEL_WITH_FILE = 1;
 
-void initializeModule() {
-    if (ModuleState::instance().initialize != nullptr) {
-        ModuleState::instance().initialize();
+void initializeModule(const RunContext& context) {
+    if (context.initialize != nullptr) {
+        context.initialize();
     }
 }
 
@@ -99,14 +98,14 @@ DeviceList devicesFor(const CommandLine& line) {
     return moduleInfo().devices != nullptr ? moduleInfo().devices() : DeviceList();
 }
 
-int list(const CommandLine& line) {
+int list(const CommandLine& line, const RunContext& context) {
     refuseSharedFiles(line);
-    showList(Registry::instance(), devicesFor(line), line.device);
+    showList(context.registry, devicesFor(line), line.device);
     return 0;
 }
 
-int doctor(const CommandLine& line) {
-    Registry& registry = Registry::instance();
+int doctor(const CommandLine& line, RunContext& context) {
+    Registry& registry = context.registry;
     std::vector<const Test*> tests;
     for (const Test& test : registry.tests) {
         tests.push_back(&test);
@@ -130,8 +129,9 @@ std::vector<std::string> whyWithoutDevice(const Test& test, const DeviceList& de
 }
 
 RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devices,
-                  const CommandLine& line, RunListener& listener) {
+                  const CommandLine& line, RunListener& listener, RunContext& context) {
     RunRecord record;
+    record.version = context.version;
     std::vector<PlannedRun> plan;
     for (const Test* test : tests) {
         const std::vector<PlannedRun> runs = runsOf(*test, devices.devices, line.device);
@@ -143,14 +143,10 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
     }
     record.started = mrl::Clock::current().utcNow();
     listener.onRunStart(record, plan.size());
-    const InterruptWatch interrupts([&listener] { listener.onStopRequest(); });
-    record.outcomes = runAll(plan, listener, record.leftOut);
+    const InterruptWatch interrupts(context.stopRequest, [&listener] { listener.onStopRequest(); });
+    record.outcomes = runAll(plan, listener, record.leftOut, context);
     record.ended = mrl::Clock::current().utcNow();
-    std::vector<TestResult> results(record.withoutDevice.size(), TestResult::CANNOTRUN());
-    for (const Outcome& outcome : record.outcomes) {
-        results.push_back(outcome.result);
-    }
-    record.exitValue = exitValueOf(results);
+    record.exitValue = worstResult(record).value();
     return record;
 }
 
@@ -170,8 +166,8 @@ void writeReports(const std::vector<RequestedReport>& requested,
     }
 }
 
-// Where standard output is the stream of events, only the console's words of what went wrong are
-// left of it: they go to standard error.
+// What the console shows of a run whose standard output is the stream of events: only what goes to
+// standard error.
 class FailureOutput final : public RunListener {
 public:
     explicit FailureOutput(Console& console) : m_console(console) {}
@@ -198,8 +194,8 @@ ConsoleStyle styleFor(const CommandLine& line) {
     return {line.quiet, mrl::cout.isTerminal() && !line.quiet && !logAmong};
 }
 
-int run(const CommandLine& given) {
-    Registry& registry = Registry::instance();
+int run(const CommandLine& given, RunContext& context) {
+    Registry& registry = context.registry;
     const CommandLine line = withConfiguration(given, registry);
     useColoursOf(line);
     const std::vector<const Test*> tests = chooseTests(registry, line.tests);
@@ -226,7 +222,7 @@ int run(const CommandLine& given) {
                     [](const RequestedReport& report) { return report.kind->showsLog; })) {
         log.emplace();
     }
-    RunRecord record = execute(tests, devices, line, listeners);
+    RunRecord record = execute(tests, devices, line, listeners, context);
     if (log) {
         record.log = log->log();
     }
@@ -235,77 +231,78 @@ int run(const CommandLine& given) {
     return record.exitValue;
 }
 
-// Comes before everything else that can be said, so that it is said in the right language.
-void useLanguageAskedFor() {
-    const std::optional<std::string> tag = languageAskedFor(ModuleState::instance().arguments);
+// Comes before every message, so that each is in the right language.
+void useLanguageAskedFor(const RunContext& context) {
+    const std::optional<std::string> tag = languageAskedFor(context.arguments);
     if (tag && !setLanguage(*tag)) {
         throw BadInput{message("INPUT_UNKNOWN_LANGUAGE",
                                {{"Language", *tag}, {"Languages", listed(availableLanguages())}})};
     }
 }
 
-std::string programName() {
-    const std::string& program = ModuleState::instance().program;
-    return program.empty() ? std::string(moduleInfo().name) : program;
+std::string programName(const RunContext& context) {
+    return context.program.empty() ? std::string(moduleInfo().name) : context.program;
 }
 
-int showConfigTemplate() {
-    mrl::cout << std::string_view(configTemplate(Registry::instance(), programName()));
+int showConfigTemplate(const RunContext& context) {
+    mrl::cout << std::string_view(configTemplate(context.registry, programName(context)));
     mrl::cout.flush();
     return 0;
 }
 
-int version() {
-    const ModuleState& module = ModuleState::instance();
+int version(const RunContext& context) {
     writeLine(mrl::cout, message("HELP_VERSION_LINE", {{"Program", std::string(moduleInfo().name)},
-                                                       {"Version", module.version()},
-                                                       {"Build", module.build}}));
+                                                       {"Version", context.version.text()},
+                                                       {"Build", context.version.build}}));
     return 0;
 }
 
-int help(const CommandLine& line) {
-    mrl::cout << std::string_view(helpPage(programName(), line.helpOn));
+int help(const CommandLine& line, const RunContext& context) {
+    mrl::cout << std::string_view(helpPage(programName(context), line.helpOn));
     mrl::cout.flush();
     return 0;
 }
 
-int follow(const CommandLine& line) {
+int follow(const CommandLine& line, RunContext& context) {
     useColoursOf(line);
     switch (line.command) {
     case Command::help:
-        return help(line);
+        return help(line, context);
     case Command::version:
-        return version();
-    case Command::run:
-        initializeModule();
-        return run(line);
-    case Command::configTemplate:
-        initializeModule();
-        return showConfigTemplate();
-    case Command::doctor:
-        initializeModule();
-        return doctor(line);
-    case Command::list:
+        return version(context);
+    default:
         break;
     }
-    initializeModule();
-    return list(line);
+    initializeModule(context);
+    switch (line.command) {
+    case Command::run:
+        return run(line, context);
+    case Command::configTemplate:
+        return showConfigTemplate(context);
+    case Command::doctor:
+        return doctor(line, context);
+    case Command::ofModule:
+        openLog(line);
+        return line.moduleCommand->run(line.moduleArguments, context);
+    default:
+        return list(line, context);
+    }
 }
 
 } // namespace
 
-int DiagModule::start() {
+int runProgram(RunContext& context) {
     try {
-        useLanguageAskedFor();
-        return follow(parseCommandLine(ModuleState::instance().arguments));
+        useLanguageAskedFor(context);
+        return follow(parseCommandLine(context.arguments), context);
     } catch (const BadInput& input) {
         writeLine(mrl::cerr, std::string(moduleInfo().name) + ": " + input.line);
         return BadInput::VALUE;
     } catch (const LeftByException& left) {
         std::rethrow_exception(left.cause);
     } catch (const std::exception& failure) {
-        // Of the framework itself or of the module's callback: without words it would be taken for
-        // the unknown exception of a test.
+        // Of the framework itself or of the module's callback. As it is it would count as the
+        // unknown exception of a test.
         throw TeskException(TeskString(failure.what()));
     }
 }

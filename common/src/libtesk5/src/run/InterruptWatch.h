@@ -1,0 +1,32 @@
+// Ctrl+C and its kin while a run is on.
+#pragma once
+
+#include <tesk5/StopRequest.h>
+
+#include <functional>
+#include <memory>
+
+namespace tesk5 {
+
+/// While it lives, the first Ctrl+C or Ctrl+Break raises the stop request, and a second one ends
+/// the process at once with the value of USERABORTED. So does, on the first occasion, whatever
+/// leaves a process no time to end a run: on Windows a closed console, log-off and shutdown.
+/// Reports are replaced whole, so that none is left half-written.
+/// Of several in a process the first receives the interrupts, and the others do nothing: the system
+/// calls one handler for the process, without an argument that could tell runs apart.
+/// Platform: SetConsoleCtrlHandler; sigaction elsewhere
+class InterruptWatch {
+public:
+    /// \param onFirst called once at the first interrupt, on a thread of its own and not in a
+    /// signal handler, so that it may print; has ended when the destructor has
+    explicit InterruptWatch(StopRequest& stopRequest, std::function<void()> onFirst = {});
+    InterruptWatch(const InterruptWatch&) = delete;
+    InterruptWatch& operator=(const InterruptWatch&) = delete;
+    ~InterruptWatch();
+
+private:
+    class Platform;
+    std::unique_ptr<Platform> m_platform;
+};
+
+} // namespace tesk5

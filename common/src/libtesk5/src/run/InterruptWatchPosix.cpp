@@ -1,0 +1,93 @@
+#include "run/InterruptWatch.h"
+
+#include <tesk5/TestResult.h>
+
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+#include <semaphore.h>
+#include <thread>
+
+namespace tesk5 {
+
+namespace {
+
+// What the handler works on. It may run until the process ends, so none of it is destroyed.
+constinit std::atomic<StopRequest*> g_stopRequest{nullptr};
+constinit std::atomic<bool> g_interrupted{false};
+
+// Posting a semaphore is among the few things that a signal handler may do.
+sem_t& interrupted() {
+    static sem_t semaphore;
+    static const int made = sem_init(&semaphore, 0, 0);
+    static_cast<void>(made);
+    return semaphore;
+}
+
+extern "C" void onInterrupt(int /*number*/) {
+    if (g_interrupted.exchange(true)) {
+        // At once means: no destructors, no report. The value is the same on every system, where
+        // their own handling of a second interrupt would end with values of their own.
+        std::_Exit(TestResult::USERABORTED().value());
+    }
+    if (StopRequest* const request = g_stopRequest) {
+        request->raise();
+    }
+    sem_post(&interrupted());
+}
+
+void handleInterrupts(void (*handler)(int)) {
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART; // a write that an interrupt hits goes on
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGINT, &action, nullptr); // EINVAL for a signal that cannot be caught; EFAULT
+}
+
+} // namespace
+
+class InterruptWatch::Platform {
+public:
+    Platform(StopRequest& stopRequest, std::function<void()> onFirst)
+        : m_onFirst(std::move(onFirst)) {
+        StopRequest* none = nullptr;
+        if (!g_stopRequest.compare_exchange_strong(none, &stopRequest)) {
+            return;
+        }
+        while (sem_trywait(&interrupted()) == 0) { // what came too late for the watch before
+        }
+        m_caller = std::thread([this] {
+            while (sem_wait(&interrupted()) != 0) {
+            }
+            if (!m_ending && m_onFirst) {
+                m_onFirst();
+            }
+        });
+        g_interrupted = false;
+        handleInterrupts(onInterrupt);
+    }
+    Platform(const Platform&) = delete;
+    Platform& operator=(const Platform&) = delete;
+    ~Platform() {
+        if (!m_caller.joinable()) { // another watch is the first
+            return;
+        }
+        handleInterrupts(SIG_DFL);
+        m_ending = true;
+        sem_post(&interrupted());
+        m_caller.join();
+        g_stopRequest = nullptr;
+    }
+
+private:
+    std::function<void()> m_onFirst;
+    std::atomic<bool> m_ending = false;
+    std::thread m_caller;
+};
+
+InterruptWatch::InterruptWatch(StopRequest& stopRequest, std::function<void()> onFirst)
+    : m_platform(std::make_unique<Platform>(stopRequest, std::move(onFirst))) {}
+
+InterruptWatch::~InterruptWatch() = default;
+
+} // namespace tesk5

@@ -1,0 +1,136 @@
+#include <run/InterruptWatch.h>
+
+#ifdef _WIN32
+#include <run/InterruptWatchWin32.h>
+#endif
+
+#include <tesk5/DiagModule.h>
+#include <tesk5/RunContext.h>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <future>
+
+namespace test {
+
+namespace {
+
+using tesk5::InterruptWatch;
+using tesk5::StopRequest;
+
+// Ctrl+C as the system delivers it.
+void interrupt() {
+#ifdef _WIN32
+    constexpr unsigned long CTRL_C = 0;
+    tesk5::onConsoleEvent(CTRL_C);
+#else
+    std::raise(SIGINT);
+#endif
+}
+
+struct Stopping : testing::Test {
+    tesk5::RunContext m_context{tesk5::Registry::instance()};
+    StopRequest& m_request = m_context.stopRequest;
+};
+
+TEST_F(Stopping, IsWhatCheckForStopReturns) {
+    const tesk5::RunContext::Scope scope(m_context);
+    EXPECT_FALSE(tesk5::DiagModule::checkForStop());
+    m_request.raise();
+    EXPECT_TRUE(tesk5::DiagModule::checkForStop());
+    m_request.clear();
+    EXPECT_FALSE(tesk5::DiagModule::checkForStop());
+}
+
+TEST_F(Stopping, IsNotWhatRequestAbortAsksFor) {
+    const tesk5::RunContext::Scope scope(m_context);
+    tesk5::DiagModule::requestAbort();
+    EXPECT_TRUE(m_context.abortRequested);
+    EXPECT_FALSE(tesk5::DiagModule::checkForStop());
+}
+
+TEST_F(Stopping, IsRequestedByAnInterruptDuringAWatchWhichReportsItOnce) {
+    std::atomic<int> reports = 0;
+    {
+        std::promise<void> reported;
+        const InterruptWatch watch(m_request, [&] {
+            ++reports;
+            reported.set_value();
+        });
+        EXPECT_FALSE(m_request.raised());
+        interrupt();
+        EXPECT_TRUE(m_request.raised());
+        reported.get_future().wait();
+    }
+    EXPECT_EQ(reports, 1);
+}
+
+using StoppingDeathTest = Stopping;
+
+TEST_F(StoppingDeathTest, EndsTheProcessAtTheSecondInterrupt) {
+    EXPECT_EXIT(
+        {
+            const InterruptWatch watch(m_request);
+            interrupt();
+            interrupt();
+        },
+        testing::ExitedWithCode(6), "");
+}
+
+TEST_F(Stopping, IsWatchedForAgainByTheNextWatch) {
+    for (int i = 0; i < 3; ++i) {
+        m_request.clear();
+        const InterruptWatch watch(m_request);
+        interrupt();
+        EXPECT_TRUE(m_request.raised());
+    }
+}
+
+TEST_F(Stopping, IsRequestedOfTheFirstWatchAlone) {
+    StopRequest other;
+    const InterruptWatch first(m_request);
+    {
+        const InterruptWatch second(other);
+        interrupt();
+    }
+    EXPECT_TRUE(m_request.raised());
+    EXPECT_FALSE(other.raised());
+}
+
+#ifdef _WIN32
+
+TEST_F(StoppingDeathTest, EndsTheProcessWhenTheConsoleClosesOrWindowsEnds) {
+    // CTRL_CLOSE_EVENT, CTRL_LOGOFF_EVENT, CTRL_SHUTDOWN_EVENT
+    for (const unsigned long event : {2UL, 5UL, 6UL}) {
+        EXPECT_EXIT(
+            {
+                const InterruptWatch watch(m_request);
+                tesk5::onConsoleEvent(event);
+            },
+            testing::ExitedWithCode(6), "");
+    }
+}
+
+TEST_F(Stopping, LeavesInterruptsToTheSystemWithoutAWatch) {
+    { const InterruptWatch watch(m_request); }
+    EXPECT_FALSE(tesk5::onConsoleEvent(0));
+    EXPECT_FALSE(m_request.raised());
+}
+
+#else
+
+TEST_F(Stopping, LeavesInterruptsToTheSystemWithoutAWatch) {
+    int reports = 0;
+    {
+        const InterruptWatch watch(m_request, [&reports] { ++reports; });
+    }
+    EXPECT_EQ(std::signal(SIGINT, SIG_DFL), SIG_DFL);
+    EXPECT_EQ(reports, 0);
+}
+
+#endif
+
+} // namespace
+
+} // namespace test
