@@ -5,6 +5,7 @@
 #include <support/InputFile.h>
 
 #include <commandline/CommandLine.h>
+#include <commandline/HelpPage.h>
 #include <run/Plan.h>
 #include <texts/Languages.h>
 

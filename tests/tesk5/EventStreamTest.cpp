@@ -282,7 +282,7 @@ TEST(EventStreamThreads, WriteWholeLinesInTheOrderOfTheirNumbers) {
         }
     });
     for (int i = 0; i < TIMES; ++i) {
-        stream.progresses({"KEY", std::string(300, 'x'), 7.0});
+        stream.onProgress({"KEY", std::string(300, 'x'), 7.0});
     }
     other.join();
     mrl::Uint32 sequence = 0;

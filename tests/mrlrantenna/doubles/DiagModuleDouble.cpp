@@ -46,9 +46,7 @@ Event* DiagModule::createEvent(const TeskString& key) {
 LocalizedString* DiagModule::createLocalizedString(const TeskString& key) {
     note("text " + key.utf8());
     return &made<LocalizedString>().emplace_back(
-        key, [](const TeskString&, const CatalogueText* before) -> const CatalogueText& {
-            return *before;
-        });
+        key, [](const TeskString& itself) -> const TeskString& { return itself; });
 }
 
 void DiagModule::setCmdLineArgs(int argc, const char** argv) {

@@ -222,11 +222,6 @@ void refuseForeignOptions(const ParsedArguments& parsed, Command command) {
 
 } // namespace
 
-bool goesWith(const OptionDescription& option, Command command) {
-    return option.commands.empty() || std::find(option.commands.begin(), option.commands.end(),
-                                                command) != option.commands.end();
-}
-
 std::optional<std::string> languageAskedFor(const std::vector<std::string>& arguments) {
     constexpr std::string_view OPTION = "--language";
     for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {

@@ -1,6 +1,7 @@
 // The command line as a plain value.
 #pragma once
 
+#include "commandline/Commands.h"
 #include "run/Plan.h"
 
 #include <mrl/OutputStream.h>
@@ -12,10 +13,6 @@
 namespace tesk5 {
 
 struct ReportKind;
-struct CommandDescription;
-struct ModuleCommand;
-
-enum class Command { list, run, doctor, configTemplate, help, version, ofModule };
 
 /// A report to be written.
 struct RequestedReport {
@@ -53,36 +50,5 @@ std::optional<std::string> languageAskedFor(const std::vector<std::string>& argu
 /// The value of `arguments`, which do not hold the program's name.
 /// Failure: throws BadInput
 CommandLine parseCommandLine(const std::vector<std::string>& arguments);
-
-/// A command, for parser and help page alike.
-struct CommandDescription {
-    Command command;
-    const char* name;
-    const char* arguments; ///< what may follow it besides options
-    const char* help;      ///< key of a text
-    std::vector<const char*> examples;
-    const ModuleCommand* ofModule = nullptr; ///< null for a command of the framework
-};
-
-/// Every command, in the order of the help page: those of the framework, then the module's.
-const std::vector<CommandDescription>& commandDescriptions();
-
-/// An option of the command line, for parser and help page alike.
-struct OptionDescription {
-    const char* name;
-    const char* argument; ///< what follows it; null for a switch
-    const char* help;     ///< key of a text
-    const char* example;
-    std::vector<Command> commands = {}; ///< those that take it; none for all
-};
-
-/// Every option, in the order of the help page.
-const std::vector<OptionDescription>& optionDescriptions();
-
-/// Whether `command` takes `option`.
-bool goesWith(const OptionDescription& option, Command command);
-
-/// The help page of a program of that name: an overview, or all about one command.
-std::string helpPage(const std::string& program, const CommandDescription* command);
 
 } // namespace tesk5

@@ -3,6 +3,7 @@
 
 #include <tesk5/Texts.h>
 
+#include "commandline/ConfigKeys.h"
 #include "run/Plan.h"
 #include "texts/BadInput.h"
 #include "texts/SystemReason.h"
@@ -191,7 +192,7 @@ private:
             return;
         }
         const bool isFile = key.kind == ConfigKey::Kind::file;
-        if (const auto reason = key.take(line, isFile ? besideTheFile(*value) : *value)) {
+        if (const auto reason = key.apply(line, isFile ? besideTheFile(*value) : *value)) {
             m_problems.push_back({node.source().begin, *reason});
         }
     }

@@ -1,7 +1,9 @@
-#include "commandline/ConfigFile.h"
+#include "commandline/ConfigKeys.h"
 
 #include <tesk5/Texts.h>
 
+#include "commandline/Commands.h"
+#include "commandline/TomlText.h"
 #include "model/Decimal.h"
 #include "reports/ReportKinds.h"
 #include "texts/BadInput.h"
@@ -47,8 +49,8 @@ ConfigKey testsKey(const Registry& registry) {
         names.push_back(test.name().utf8());
         example += (example.empty() ? "" : ", ") + tomlText(test.name().utf8());
     }
-    const auto take = [names](CommandLine& line,
-                              const std::string& value) -> std::optional<std::string> {
+    const auto apply = [names](CommandLine& line,
+                               const std::string& value) -> std::optional<std::string> {
         if (std::find(names.begin(), names.end(), value) == names.end()) {
             return aboutUnknown({"INPUT_UNKNOWN_TEST", "INPUT_UNKNOWN_TEST_NEAREST"}, value, names);
         }
@@ -60,13 +62,13 @@ ConfigKey testsKey(const Registry& registry) {
         return USED;
     };
     return {
-        "",  "tests", ConfigKey::Kind::text, true, 0, message("CONFIG_TESTS"), "[" + example + "]",
-        take};
+        "",   "tests", ConfigKey::Kind::text, true, 0, message("CONFIG_TESTS"), "[" + example + "]",
+        apply};
 }
 
 ConfigKey languageKey() {
     ConfigKey key = textKey("", "language", "CONFIG_LANGUAGE", "en", &CommandLine::language);
-    key.take = [](CommandLine& line, const std::string& value) -> std::optional<std::string> {
+    key.apply = [](CommandLine& line, const std::string& value) -> std::optional<std::string> {
         if (!hasLanguage(value)) {
             return message("INPUT_UNKNOWN_LANGUAGE",
                            {{"Language", value}, {"Languages", listed(availableLanguages())}});
@@ -116,7 +118,7 @@ ConfigKey parameterKey(const Parameter& parameter, const Registry& registry) {
     if (number) {
         key.example = standard.empty() ? "0" : standard;
     }
-    key.take = [&parameter](CommandLine& line, const std::string& value) {
+    key.apply = [&parameter](CommandLine& line, const std::string& value) {
         line.settings.push_back({parameter.name(), TeskString(value)});
         return USED;
     };
@@ -150,7 +152,7 @@ ConfigKey reportKey(const ReportKind& kind) {
 }
 
 ConfigKey logLevelKey() {
-    const auto take = [](CommandLine& line, const std::string& value) {
+    const auto apply = [](CommandLine& line, const std::string& value) {
         line.logLevel = static_cast<int>(parseUint32(value).value_or(0));
         return USED;
     };
@@ -161,26 +163,26 @@ ConfigKey logLevelKey() {
             HIGHEST_LOG_LEVEL,
             message("CONFIG_LOG_LEVEL"),
             "1",
-            take};
+            apply};
 }
 
 ConfigKey quietKey() {
-    const auto take = [](CommandLine& line, const std::string& value) {
+    const auto apply = [](CommandLine& line, const std::string& value) {
         line.quiet = value == "true";
         return USED;
     };
     return {"console", "quiet", ConfigKey::Kind::toggle, false, 0, message("CONFIG_QUIET"),
-            "false",   take};
+            "false",   apply};
 }
 
 ConfigKey colourKey() {
-    const auto take = [](CommandLine& line,
-                         const std::string& value) -> std::optional<std::string> {
+    const auto apply = [](CommandLine& line,
+                          const std::string& value) -> std::optional<std::string> {
         line.colours = coloursNamed(value);
         return line.colours ? USED : message("CONFIG_NO_COLOR", {{"Text", value}});
     };
     return {"console",        "color", ConfigKey::Kind::text, false, 0, message("CONFIG_COLOR"),
-            tomlText("auto"), take};
+            tomlText("auto"), apply};
 }
 
 } // namespace

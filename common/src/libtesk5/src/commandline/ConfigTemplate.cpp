@@ -1,6 +1,9 @@
-#include "commandline/ConfigFile.h"
+#include "commandline/ConfigTemplate.h"
 
 #include <tesk5/Texts.h>
+
+#include "commandline/ConfigKeys.h"
+#include "commandline/TomlText.h"
 
 #include <algorithm>
 
@@ -19,35 +22,7 @@ std::string commented(const std::string& text) {
     return result;
 }
 
-bool isBare(char letter) {
-    return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
-           (letter >= '0' && letter <= '9') || letter == '_' || letter == '-';
-}
-
 } // namespace
-
-std::string tomlText(const std::string& text) {
-    constexpr unsigned char FIRST_PRINTABLE = 0x20;
-    constexpr unsigned char DELETE = 0x7F;
-    constexpr const char* HEXADECIMAL = "0123456789ABCDEF";
-    std::string result = "\"";
-    for (const char letter : text) {
-        const auto code = static_cast<unsigned char>(letter);
-        if (code < FIRST_PRINTABLE || code == DELETE) {
-            result += std::string("\\u00") + HEXADECIMAL[code >> 4U] + HEXADECIMAL[code & 0xFU];
-            continue;
-        }
-        if (letter == '"' || letter == '\\') {
-            result += '\\';
-        }
-        result += letter;
-    }
-    return result + "\"";
-}
-
-std::string tomlKey(const std::string& name) {
-    return !name.empty() && std::all_of(name.begin(), name.end(), isBare) ? name : tomlText(name);
-}
 
 std::string configTemplate(const Registry& registry, const std::string& program) {
     std::string text = commented(message("CONFIG_TEMPLATE_HEAD", {{"Program", program}}));

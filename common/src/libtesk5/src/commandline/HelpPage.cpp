@@ -1,7 +1,6 @@
 // The help page, made from the tables of commands, options and exit values.
-#include "commandline/CommandLine.h"
+#include "commandline/HelpPage.h"
 
-#include <tesk5/ModuleInfo.h>
 #include <tesk5/TestResult.h>
 #include <tesk5/Texts.h>
 
@@ -113,7 +112,7 @@ std::string optionGroups(Wanted wanted, bool withExamples) {
 }
 
 std::string usage(const std::string& program, const CommandDescription& command) {
-    const bool optional = command.command == CommandLine().command;
+    const bool optional = command.command == Command::list;
     const std::string name = optional ? "[" + std::string(command.name) + "]" : command.name;
     const std::string arguments =
         *command.arguments != 0 ? " " + std::string(command.arguments) : "";
@@ -152,82 +151,6 @@ std::string pageOn(const CommandDescription& command, const std::string& program
 }
 
 } // namespace
-
-const std::vector<CommandDescription>& commandDescriptions() {
-    static const std::vector<CommandDescription> commands = [] {
-        std::vector<CommandDescription> all = {
-            {Command::list, "list", "", "HELP_LIST", {"list", "list --device intel"}},
-            {Command::run,
-             "run",
-             "[TEST...]",
-             "HELP_RUN",
-             {"run --set SSID=Lab --set FailingSignalStrength=20",
-              "run --set SSID=Lab --set FailingSignalStrength=20 --json report.json",
-              "run DiversityTest --device intel"}},
-            {Command::doctor, "doctor", "", "HELP_DOCTOR", {"doctor", "doctor --set SSID=Lab"}},
-        };
-        for (const ModuleCommand& command : moduleInfo().commands) {
-            all.push_back({Command::ofModule,
-                           command.name,
-                           command.arguments,
-                           command.help,
-                           {command.example},
-                           &command});
-        }
-        return all;
-    }();
-    return commands;
-}
-
-const std::vector<OptionDescription>& optionDescriptions() {
-    static const std::vector<OptionDescription> options = {
-        {"--set",
-         "NAME=VALUE",
-         "HELP_SET",
-         "--set SSID=Lab --set WarningSignalStrength=40",
-         {Command::run, Command::doctor}},
-        {"--device",
-         "TEXT",
-         "HELP_DEVICE",
-         "--device intel",
-         {Command::list, Command::run, Command::doctor}},
-        {"--devices",
-         "FILE",
-         "HELP_DEVICES",
-         "--devices cards.json",
-         {Command::list, Command::run, Command::doctor}},
-        {"--json", "FILE", "HELP_JSON", "--json report.json", {Command::run}},
-        {"--junit", "FILE", "HELP_JUNIT", "--junit report.xml", {Command::run}},
-        {"--html", "FILE", "HELP_HTML", "--html report.html", {Command::run}},
-        {"--events",
-         nullptr,
-         "HELP_EVENTS",
-         "run --events --set SSID=Lab --set FailingSignalStrength=20",
-         {Command::run}},
-        {"--config",
-         "FILE",
-         "CONFIG_HELP_CONFIG",
-         "run --config station.toml --set SSID=Lab",
-         {Command::run}},
-        {"--config-template",
-         nullptr,
-         "CONFIG_HELP_TEMPLATE",
-         "list --config-template",
-         {Command::list}},
-        {"--log", "FILE", "HELP_LOG", "--log antenna.log"},
-        {"--log-level", "N", "HELP_LOG_LEVEL", "--log-level 0"},
-        {"--quiet",
-         nullptr,
-         "HELP_QUIET",
-         "run --quiet --set SSID=Lab --set FailingSignalStrength=20",
-         {Command::run}},
-        {"--color", "WHEN", "HELP_COLOR", "--color never"},
-        {"--language", "TAG", "HELP_LANGUAGE", "--language de"},
-        {"--version", nullptr, "HELP_VERSION", "--version"},
-        {"--help", nullptr, "HELP_HELP", "run --help"},
-    };
-    return options;
-}
 
 std::string helpPage(const std::string& program, const CommandDescription* command) {
     return command == nullptr ? overview(program) : pageOn(*command, program);

@@ -7,6 +7,8 @@
 #include <tesk5/Texts.h>
 
 #include "commandline/ConfigFile.h"
+#include "commandline/ConfigTemplate.h"
+#include "commandline/HelpPage.h"
 #include "console/Console.h"
 #include "console/DoctorOutput.h"
 #include "devices/DeviceFile.h"
