@@ -82,10 +82,12 @@ TEST_F(BadInputs, NothingToRun) {
 }
 
 TEST_F(BadInputs, AnUnknownCommandOrOption) {
-    refuses({"rn"}, "there is no command \"rn\"; the commands are list, run and doctor");
+    refuses({"rn"},
+            "there is no command \"rn\"; the commands are list, run, doctor, echo and bare");
     refuses({"--jsno", "x", "run"},
             "there is no option \"--jsno\", the nearest is \"--json\"; --help shows what there is");
-    refuses({"/help"}, "there is no command \"/help\"; the commands are list, run and doctor");
+    refuses({"/help"},
+            "there is no command \"/help\"; the commands are list, run, doctor, echo and bare");
     refuses({"list", "Signal"},
             "the command list takes no \"Signal\"; leave it out, or use the command run");
 }

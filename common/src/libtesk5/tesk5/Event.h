@@ -1,4 +1,4 @@
-// What a test has to tell its host besides its result.
+// What a test reports to its host besides its result.
 #pragma once
 
 #include <tesk5/Value.h>

@@ -28,7 +28,7 @@ struct Measurement {
     const Limit* brokenLimit() const;
 };
 
-/// What else was there to be measured: values of one kind under names that strangers chose.
+/// What else could have been measured: values of one kind. The names come from outside the program.
 struct Survey {
     struct Entry {
         TeskString name;

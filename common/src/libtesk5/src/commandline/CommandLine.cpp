@@ -45,8 +45,8 @@ std::string needsValue(const OptionDescription& option) {
 }
 
 // The parser would take whatever follows an option as its value, the next option included, and
-// skip an empty value: a report named "--log" is not what anybody meant. Of a switch's value it
-// would make what it likes.
+// skip an empty value, so that a report could be named "--log". The value of a switch it would read
+// as a number or a word for yes or no.
 void refuseMisplacedValues(const std::vector<std::string>& arguments) {
     for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
         const std::string& argument = arguments[i];
@@ -76,7 +76,7 @@ void refuseMisplacedValues(const std::vector<std::string>& arguments) {
     }
 }
 
-// What the parser made of the arguments, still as texts.
+// The arguments by option and command, still as texts.
 class ParsedArguments {
 public:
     explicit ParsedArguments(const std::vector<std::string>& arguments) {

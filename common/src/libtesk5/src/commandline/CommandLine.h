@@ -20,7 +20,7 @@ struct RequestedReport {
     std::string file;
 };
 
-/// What the command line asks for. Texts of files are paths in UTF-8.
+/// The command line, read. Paths are in UTF-8.
 struct CommandLine {
     Command command = Command::list;
     std::vector<TeskString> tests; ///< as named; none for every non-interactive one

@@ -26,7 +26,7 @@ namespace tesk5 {
 
 namespace {
 
-// Far more than anybody writes by hand.
+// Many times what the template with every key has.
 constexpr std::size_t LARGEST_FILE = 0x10000;
 
 constexpr const char* PARAMETERS = "parameters";
@@ -90,7 +90,7 @@ toml::table parsed(const std::string& file) {
     }
 }
 
-// What a value is, as somebody would call it who has just written it.
+// The kind of a value in words that fit the file, not the parser.
 std::string kindOf(const toml::node& node) {
     switch (node.type()) {
     case toml::node_type::table:
@@ -197,7 +197,7 @@ private:
         }
     }
 
-    /// Key of the text that tells what it takes.
+    /// Key of the message about a value of another kind.
     static const char* wantedOf(const ConfigKey& key) {
         switch (key.kind) {
         case ConfigKey::Kind::number:
@@ -261,7 +261,7 @@ private:
     std::vector<Problem> m_problems;
 };
 
-// Comes before everything else that can be said of the file, so that it is said in its language.
+// Comes before every other message about the file, so that each is in its language.
 void useLanguageOf(const toml::table& root) {
     const toml::value<std::string>* const tag = root["language"].as_string();
     if (tag != nullptr) {

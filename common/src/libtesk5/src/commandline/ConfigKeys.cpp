@@ -79,7 +79,7 @@ ConfigKey languageKey() {
     return key;
 }
 
-// What can be said of a parameter: the module's own words, its kind, and who takes it.
+// The comment on a parameter: the module's own text, its type, and the tests that have it.
 std::string commentOn(const Parameter& parameter, const Registry& registry) {
     std::vector<std::string> users;
     for (const Test& test : registry.tests) {

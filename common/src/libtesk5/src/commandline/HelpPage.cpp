@@ -38,7 +38,7 @@ const ExitMeaning exitMeanings[] = {
 // One less than a terminal has: some go to the next line after the last column.
 constexpr std::size_t COLUMNS = 79;
 
-// `text` in lines behind `indent` columns; `head` stands in those of the first line.
+// `text` in lines behind `indent` columns; the first line has `head` in them.
 std::string paragraph(const std::string& text, std::size_t indent, const std::string& head = {}) {
     std::string lines;
     for (const std::string& line : wrapped(text, COLUMNS - indent)) {
@@ -82,7 +82,7 @@ std::string headingOf(const std::vector<Command>& commands) {
     return message("HELP_OPTIONS_OF", {{"Commands", listedWithAnd(names)}});
 }
 
-// The options that `wanted` takes, those of the same commands together, common ones last.
+// The options that `wanted` accepts, those of the same commands together, common ones last.
 template <typename Wanted>
 std::string optionGroups(Wanted wanted, bool withExamples) {
     std::vector<std::vector<Command>> groups;

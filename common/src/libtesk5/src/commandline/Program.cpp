@@ -86,8 +86,8 @@ void openLog(const CommandLine& line) {
         line.logLevel.value_or(line.logFile ? LOG_LEVEL_WITH_FILE : mrl::LogFactory::OFF));
 }
 
-// What the devices come from, asked before the log is open and read after: a file is input that
-// may be refused, this PC is not.
+// The device file is read before the log is opened: it is input that may be refused. The devices of
+// this PC are enumerated after, so that the log has the calls.
 DeviceList devicesFor(const CommandLine& line) {
     std::optional<DeviceList> fromFile;
     if (line.devicesFile) {
@@ -152,7 +152,7 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
     return record;
 }
 
-// Writes every report, also those after one that fails, and tells of all that failed.
+// Writes every report, also those after one that fails; the exception names all that failed.
 void writeReports(const std::vector<RequestedReport>& requested,
                   const std::vector<std::unique_ptr<ReportFile>>& files, const RunRecord& record) {
     std::vector<std::string> failures;

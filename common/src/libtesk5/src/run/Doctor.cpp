@@ -11,7 +11,7 @@ namespace tesk5 {
 
 namespace {
 
-// Whether `device` is what `test` is about, whatever its properties say.
+// Whether `device` has the capabilities of `test`, whatever its properties.
 bool isOfKind(const Test& test, const DiagDevice& device) {
     return device.capability().includes(test.capability());
 }
@@ -21,7 +21,7 @@ bool anyOfKind(const Test& test, const DeviceList& devices) {
                        [&test](const DiagDevice& device) { return isOfKind(test, device); });
 }
 
-// What the module says of tests without a device; nothing when it has no words for that.
+// The module's finding for tests without a device; none when it has no text for that.
 Findings noDeviceFor(const std::vector<std::string>& tests) {
     if (tests.empty() || moduleInfo().noDevice == nullptr) {
         return {};
@@ -29,7 +29,7 @@ Findings noDeviceFor(const std::vector<std::string>& tests) {
     return {{moduleInfo().noDevice, false, {{"Tests", listed(tests)}}}};
 }
 
-// The tests that have the same to say about one device.
+// The tests that one device suits, or does not suit for the same reasons.
 struct Opinion {
     std::vector<std::string> reasons; // against the device; none when it suits
     bool good = true;

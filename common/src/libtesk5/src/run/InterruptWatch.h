@@ -13,7 +13,7 @@ namespace tesk5 {
 /// leaves a process no time to end a run: on Windows a closed console, log-off and shutdown.
 /// Reports are replaced whole, so that none is left half-written.
 /// Of several in a process the first receives the interrupts, and the others do nothing: the system
-/// calls one handler for the process, without an argument that could tell runs apart.
+/// calls one handler for the process, without an argument.
 /// Platform: SetConsoleCtrlHandler; sigaction elsewhere
 class InterruptWatch {
 public:

@@ -1,4 +1,4 @@
-// What the console tells a program of its end. For tests: no console can be closed in them.
+// The handler of console events, for tests: they cannot close a console.
 #pragma once
 
 namespace tesk5 {

@@ -18,7 +18,7 @@ struct LoggedLine {
 };
 
 /// The beginning and the end of a log. A search for an access point fills thousands of lines that
-/// say the same: what led to it and what came of it is worth keeping.
+/// repeat each other: its beginning and its end are what explains a result.
 struct KeptLog {
     std::vector<LoggedLine> first;
     std::size_t leftOut = 0; ///< number of lines between the two

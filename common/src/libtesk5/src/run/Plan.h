@@ -28,7 +28,7 @@ struct PlannedRun {
 std::vector<const Test*> chooseTests(const Registry& registry,
                                      const std::vector<TeskString>& names);
 
-/// Gives every parameter its value: the default, or what `settings` say.
+/// Gives every parameter its value: that of `settings`, else its default.
 /// Failure: throws BadInput for a setting that no parameter of `tests` takes
 void applySettings(Registry& registry, const std::vector<Setting>& settings,
                    const std::vector<const Test*>& tests);
@@ -40,7 +40,7 @@ void demandValues(const std::vector<Setting>& settings, const std::vector<const 
 /// Whether `device` has `text` in its name or its system name, in any letter case.
 bool answersTo(const DiagDevice& device, const std::string& text);
 
-/// Every reason why `test` does not run on `device` when --device says `filter`; none when it does.
+/// Every reason why `test` does not run on `device` with --device `filter`; none when it does.
 std::vector<std::string> reasonsAgainst(const Test& test, const DiagDevice& device,
                                         const std::optional<std::string>& filter);
 

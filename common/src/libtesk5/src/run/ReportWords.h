@@ -1,4 +1,4 @@
-// What the reports for people and for servers say in the same words.
+// Words that console and reports have in common.
 #pragma once
 
 #include "run/Runner.h"

@@ -1,4 +1,4 @@
-// Everything that watches a run: the console, the live line, the stream of events.
+// What follows a run: the console, the live line, the stream of events.
 #pragma once
 
 #include "run/Runner.h"
@@ -7,7 +7,7 @@
 
 namespace tesk5 {
 
-/// Is told how the run goes, on the thread of the run. Does nothing by itself.
+/// Receives the steps of a run, on the thread of the run. The operations here do nothing.
 class RunListener : public TestObserver {
 public:
     /// Before anything runs; `record` has its start time and the tests without a device.
@@ -15,16 +15,15 @@ public:
     virtual void onRunStart(const RunRecord& record, std::size_t planned);
     virtual void onTestStart(const PlannedRun& run);
     virtual void onTestEnd(const Outcome& outcome);
-    /// An exception leaves the test function, and with it the whole run. `reason` is what it says
-    /// of itself, or empty.
+    /// An exception has left the test function and ends the run. `reason` is its text, or empty.
     virtual void onTestBroken(const PlannedRun& run, const std::string& reason);
-    /// The first Ctrl+C has come. Any thread.
+    /// The first Ctrl+C has arrived. Any thread.
     virtual void onStopRequest();
-    /// All is over and every report is written.
+    /// The run has ended and every report is written.
     virtual void onRunEnd(const RunRecord& record);
 };
 
-/// Tells several listeners, each in its turn. It does not own them.
+/// Passes each step on to several listeners, in the order of add(). Does not own them.
 class RunListeners final : public RunListener {
 public:
     void add(RunListener& listener) { m_listeners.push_back(&listener); }

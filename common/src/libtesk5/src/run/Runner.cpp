@@ -62,7 +62,7 @@ Outcome execute(const PlannedRun& run, TestObserver& observer) {
     return outcome;
 }
 
-// What the exception in flight says of itself.
+// The text of the exception that is being handled; empty for a type without one.
 std::string reasonInFlight() {
     try {
         throw;

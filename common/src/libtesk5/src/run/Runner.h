@@ -29,7 +29,7 @@ struct Outcome {
     std::vector<RaisedEvent> events;
     std::vector<Measurement> measurements;
     std::vector<Survey> surveys;
-    Findings advice;     ///< what may stand behind a missing verdict
+    Findings advice;     ///< why the verdict may be missing
     std::string failure; ///< the text of the exception behind an INTERNALERROR
 };
 
