@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Runs every suite of both builds and counts the tests: the last line is `N passed, M failed`.
+"""Builds the tests, runs every suite and counts the tests: the last line is `N passed, M failed`.
 
-A suite is a GoogleTest program of a native build (under ThreadSanitizer: that of the threads alone),
+The builds run beside the tests of the executable, which mostly wait. A suite is a GoogleTest program of a native build (under ThreadSanitizer: that of the threads alone),
 one of the Windows build (under Wine), a fuzzer (its seeds and what was found before, then a fixed
 number of inputs of its own), a program of benchmarks (each runs once, whatever its figure), or a
 file of Python tests. Each suite's output is kept in
@@ -11,6 +11,7 @@ import collections
 import json
 import os
 import pathlib
+import random
 import re
 import subprocess
 import sys
@@ -20,7 +21,9 @@ import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "fuzz"))
+sys.path.insert(0, str(ROOT / "tests"))
 from seeds import seed_folders
+import wine_starts
 
 LOGS = ROOT / "build" / "test-logs"
 # A suite that takes longer hangs.
@@ -31,12 +34,40 @@ INPUTS_OF_A_FUZZER = 2000
 INPUTS_OF_A_SLOW_FUZZER = {"reports": 300, "text_file": 300}
 
 
-def google_test_suites():
-    for build, launcher in (("native", []), ("thread-sanitizer", []), ("windows-checked", ["wine"])):
-        folder = ROOT / "build" / build / "tests" / "bin"
-        for program in sorted(folder.glob("test_*")):
-            if program.suffix in ("", ".exe"):
-                yield f"{build}/{program.stem}", launcher + [str(program)]
+# Each build with the targets that the suites need, and what starts its programs.
+BUILDS = (("native", ("all", "benchmarks"), ()),
+          ("thread-sanitizer", ("test_threads",), ()),
+          ("windows-checked", ("all",), ("wine",)))
+# The order of the tests in a program; printed, so that a run can be repeated.
+SEED = int(os.environ.get("MRLR_TEST_SEED", random.randint(1, 99999)))
+
+
+def build(preset, targets):
+    """Builds the targets of a preset; returns (passed, failed)."""
+    LOGS.mkdir(parents=True, exist_ok=True)
+    log = LOGS / f"build-{preset}.log"
+    with open(log, "wb") as output:
+        for command in (["cmake", "--preset", preset],
+                        ["cmake", "--build", "--preset", preset, "--target", *targets]):
+            if subprocess.run(command, cwd=ROOT, stdout=output, stderr=subprocess.STDOUT,
+                              check=False).returncode != 0:
+                print(log.read_text(encoding="utf-8", errors="replace")[-20000:])
+                return 0, 1
+    return 0, 0
+
+
+def suites_of(preset, launcher):
+    """The suites of a build: name, function and arguments."""
+    folder = ROOT / "build" / preset
+    for program in sorted((folder / "tests" / "bin").glob("test_*")):
+        if program.suffix in ("", ".exe"):
+            yield f"{preset}/{program.stem}", run_google_test, (
+                f"{preset}/{program.stem}", [*launcher, str(program)])
+    if preset == "native":
+        for program in sorted((folder / "bin").glob("fuzz_*")):
+            yield f"fuzz/{program.name}", run_fuzzer, (program,)
+        for program in sorted((folder / "benchmarks" / "bin").glob("bench_*")):
+            yield f"{preset}/{program.name}", run_benchmarks, (program,)
 
 
 def run_google_test(name, command):
@@ -45,14 +76,22 @@ def run_google_test(name, command):
     with tempfile.TemporaryDirectory() as folder:
         report = pathlib.Path(folder) / "report.json"
         # By name alone: a Windows program does not take this system's absolute paths.
-        arguments = [f"--gtest_output=json:{report.name}", "--gtest_brief=1"]
-        with open(log, "wb") as output:
-            try:
-                code = subprocess.run(command + arguments, stdout=output, stderr=subprocess.STDOUT,
-                                      cwd=folder, timeout=SUITE_LIMIT_SECONDS).returncode
-            except subprocess.TimeoutExpired:
-                output.write(b"\nthe suite did not end in time\n")
-                code = "time-out"
+        arguments = [f"--gtest_output=json:{report.name}", "--gtest_brief=1", "--gtest_shuffle",
+                     f"--gtest_random_seed={SEED}"]
+
+        def start():
+            with open(log, "wb") as output:
+                try:
+                    code = subprocess.run(command + arguments, stdout=output,
+                                          stderr=subprocess.STDOUT, cwd=folder,
+                                          timeout=SUITE_LIMIT_SECONDS, check=False).returncode
+                except subprocess.TimeoutExpired:
+                    output.write(b"\nthe suite did not end in time\n")
+                    code = "time-out"
+            return code, "wine" in command and wine_starts.never_began(
+                code, log.read_bytes(), [report])
+
+        code = wine_starts.with_one_repeat(name, start)
         try:
             counts = json.loads(report.read_text(encoding="utf-8", errors="replace"))
             failed = counts["failures"] + counts.get("errors", 0)
@@ -64,11 +103,6 @@ def run_google_test(name, command):
     if failed:
         print(log.read_text(encoding="utf-8", errors="replace")[-20000:])
     return passed, failed
-
-
-def fuzzers():
-    for program in sorted((ROOT / "build" / "fuzz" / "bin").glob("fuzz_*")):
-        yield f"fuzz/{program.name}", program
 
 
 def run_fuzzer(program):
@@ -88,11 +122,6 @@ def run_fuzzer(program):
         print(log.read_text(encoding="utf-8", errors="replace")[-20000:])
         return 0, 1
     return seeds + 1, 0
-
-
-def benchmark_programs():
-    for program in sorted((ROOT / "build" / "native" / "benchmarks" / "bin").glob("bench_*")):
-        yield f"native/{program.name}", program
 
 
 def run_benchmarks(program):
@@ -133,57 +162,99 @@ def run_python(path):
     return passed, failed
 
 
+def about_repeats(repeats):
+    """What there is to say of starts that Wine failed, and the failures that it counts for."""
+    text = f"Starts that Wine failed and that were repeated: {len(repeats)}"
+    if len(repeats) <= wine_starts.MOST_REPEATS:
+        return text, 0
+    return f"{text}, more than {wine_starts.MOST_REPEATS}:\n  " + "\n  ".join(repeats), 1
+
+
+class Lanes:
+    """Lists of suites that run side by side, and the sum of their counts."""
+
+    def __init__(self, patterns):
+        self._patterns = patterns
+        self._lock = threading.Lock()
+        self.passed = self.failed = 0
+
+    def matches(self, name):
+        return not self._patterns or any(pattern in name for pattern in self._patterns)
+
+    def run(self, name, function, arguments):
+        """Runs one suite or build, counts it and says so."""
+        start = time.monotonic()
+        try:
+            passed, failed = function(*arguments)
+        except (OSError, subprocess.SubprocessError) as failure:
+            print(f"{name}: {failure}")
+            passed, failed = 0, 1
+        with self._lock:
+            self.passed += passed
+            self.failed += failed
+            print(f"{name:<42} {passed:5} passed {failed:4} failed "
+                  f"{time.monotonic() - start:7.1f} s", flush=True)
+
+    def needs(self, preset, scripts):
+        """Whether a pattern may name a suite of the build `preset`."""
+        others = [f"{name}/" for name, _, _ in BUILDS if name != preset]
+        return not self._patterns or any(
+            not pattern.startswith(tuple(others)) and not any(pattern in name for name in scripts)
+            for pattern in self._patterns)
+
+    def run_programs(self, scripts):
+        """Each build, and after it its suites."""
+        for preset, targets, launcher in BUILDS:
+            if not self.needs(preset, scripts):
+                continue
+            self.run(f"build/{preset}", build, (preset, targets))
+            for name, function, arguments in suites_of(preset, launcher):
+                if self.matches(name):
+                    self.run(name, function, arguments)
+
+    def run_scripts(self, scripts):
+        while True:
+            try:
+                name, path = scripts.popleft()
+            except IndexError:
+                return
+            if self.matches(name):
+                self.run(name, run_python, (path,))
+
+
 def main(patterns):
     # The texts that tests compare are English, whatever the person speaks who runs them.
     os.environ["LC_ALL"] = "C.UTF-8"
     LOGS.mkdir(parents=True, exist_ok=True)
-    # Three lanes side by side: the programs keep a processor busy; the executable's real pauses,
-    # which the Python tests mostly consist of, do not.
-    programs = collections.deque((name, run_google_test, (name, command))
-                                 for name, command in google_test_suites())
-    programs.extend((name, run_fuzzer, (program,)) for name, program in fuzzers())
-    programs.extend((name, run_benchmarks, (program,)) for name, program in benchmark_programs())
-    scripts = collections.deque((f"python/{path.parent.name}/{path.stem}", run_python, (path,))
-                                for folder in PYTHON_FOLDERS
-                                for path in sorted((ROOT / "tests" / folder).glob("test_*.py")))
-    lanes = [programs, scripts, scripts]
+    notes = LOGS / "wine-repeats"
+    notes.unlink(missing_ok=True)
+    os.environ[wine_starts.NOTES] = str(notes)
+    print(f"Tests are shuffled with seed {SEED}; MRLR_TEST_SEED={SEED} repeats their order.",
+          flush=True)
+    scripts = {f"python/{folder}/{path.stem}": path for folder in PYTHON_FOLDERS
+               for path in sorted((ROOT / "tests" / folder).glob("test_*.py"))}
     # Wine's services start with its first program and keep that program's output open for good: a
     # test that reads its program's output to the end must not be the first.
     subprocess.run(["wine", "cmd", "/c", "exit"], stdin=subprocess.DEVNULL,
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)
-    totals = {"passed": 0, "failed": 0}
-    lock = threading.Lock()
-
-    def run_lane(lane):
-        while True:
-            try:
-                name, run, arguments = lane.popleft()
-            except IndexError:
-                return
-            if patterns and not any(pattern in name for pattern in patterns):
-                continue
-            start = time.monotonic()
-            try:
-                passed, failed = run(*arguments)
-            except (OSError, subprocess.SubprocessError) as failure:
-                print(f"{name}: {failure}")
-                passed, failed = 0, 1
-            with lock:
-                totals["passed"] += passed
-                totals["failed"] += failed
-                print(f"{name:<42} {passed:5} passed {failed:4} failed "
-                      f"{time.monotonic() - start:7.1f} s", flush=True)
-
-    threads = [threading.Thread(target=run_lane, args=(lane,)) for lane in lanes]
+    # Builds and programs keep a processor busy; the executable's real pauses, which the scripts
+    # mostly consist of, do not.
+    lanes = Lanes(patterns)
+    waiting = collections.deque(scripts.items())
+    threads = [threading.Thread(target=lanes.run_programs, args=(list(scripts),))]
+    threads += [threading.Thread(target=lanes.run_scripts, args=(waiting,)) for _ in range(2)]
     for thread in threads:
         thread.start()
     for thread in threads:
         thread.join()
-    if not any(totals.values()):
+    if lanes.passed == lanes.failed == 0:
         print(f"no suite matches {' '.join(patterns)}; without a pattern every suite runs")
         return 1
-    print(f"{totals['passed']} passed, {totals['failed']} failed")
-    return 1 if totals["failed"] else 0
+    text, failed = about_repeats(wine_starts.repeats(notes))
+    lanes.failed += failed
+    print(text)
+    print(f"{lanes.passed} passed, {lanes.failed} failed")
+    return 1 if lanes.failed else 0
 
 
 if __name__ == "__main__":

@@ -3,11 +3,14 @@ import json
 import os
 import pathlib
 import subprocess
+import sys
 import tempfile
 import time
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+sys.path.insert(0, str(ROOT / "tests"))
+import wine_starts
 DIST = ROOT / "build" / "windows" / "dist"
 EXECUTABLE = DIST / "mrlrantenna.k5x"
 SCENARIOS = ROOT / "tools" / "radiosim" / "scenarios"
@@ -49,34 +52,57 @@ class Run:
 
 class Started:
     """A running program. Its output goes to files: processes that Wine starts beside it may keep a
-    pipe open long after the program has ended."""
+    pipe open long after the program has ended. A start that Wine failed is repeated once."""
 
     def __init__(self, arguments, folder, env):
+        self._command = ["wine", str(EXECUTABLE), *arguments]
+        self._folder = folder
+        self._trace = tempfile.NamedTemporaryFile()
+        self._environment = {"RADIOSIM_TRACE": self._trace.name, **env}
+        self._repeated = False
         self._out = tempfile.TemporaryFile()
         self._err = tempfile.TemporaryFile()
-        self.process = subprocess.Popen(["wine", str(EXECUTABLE), *arguments], cwd=folder, env=env,
+        self._start()
+
+    def _start(self):
+        self.process = subprocess.Popen(self._command, cwd=self._folder, env=self._environment,
                                         stdin=subprocess.DEVNULL, stdout=self._out,
                                         stderr=self._err, start_new_session=True)
+
+    def _written(self):
+        return [os.pread(stream.fileno(), 1 << 24, 0) for stream in (self._out, self._err)]
+
+    def _repeat_if_never_began(self):
+        """After the end of the process: whether the program was started again."""
+        if self._repeated or not wine_starts.never_began(
+                self.process.returncode, b"".join(self._written()),
+                [self._environment["RADIOSIM_TRACE"]]):
+            return False
+        self._repeated = True
+        wine_starts.note_repeat(" ".join(self._command))
+        self._start()
+        return True
 
     def wait_until_it_says(self, text):
         """Waits until standard output has `text`."""
         end = time.monotonic() + LIMIT_SECONDS
-        while text.encode("utf-8") not in os.pread(self._out.fileno(), 1 << 20, 0):
-            if time.monotonic() > end:
-                raise AssertionError(f"the program did not say {text!r}")
+        while text.encode("utf-8") not in self._written()[0]:
+            ended = self.process.poll() is not None and not self._repeat_if_never_began()
+            if ended or time.monotonic() > end:
+                raise AssertionError(f"the program did not say {text!r}: {self._written()}")
             time.sleep(0.1)
 
     def finish(self):
         """Waits for the end; returns the Run."""
         try:
             exit_value = self.process.wait(LIMIT_SECONDS)
+            if self._repeat_if_never_began():
+                exit_value = self.process.wait(LIMIT_SECONDS)
         finally:
             self.process.kill()
             self.process.wait()
-        with self._out, self._err:
-            self._out.seek(0)
-            self._err.seek(0)
-            return Run(exit_value, self._out.read(), self._err.read())
+        with self._out, self._err, self._trace:
+            return Run(exit_value, *self._written())
 
 
 class ProgramTest(unittest.TestCase):

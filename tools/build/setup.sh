@@ -2,16 +2,17 @@
 # Wine.
 # To be sourced from the repository's root.
 
-# Every Debian package that the project needs, by what it is for.
-PACKAGES=(
-    cmake ninja-build g++ g++-mingw-w64-x86-64-posix             # both builds
+# The Debian packages, by what they are for. ./run installs the first list, ./test both.
+RUN_PACKAGES=(
+    cmake ninja-build g++-mingw-w64-x86-64-posix                 # builds the executable
     nlohmann-json3-dev libcli11-dev libspdlog-dev libfmt-dev     # libraries, used header-only
     libkainjow-mustache-dev libtomlplusplus-dev libutfcpp-dev    # the same
-    googletest                                                   # tests, built from its sources
-    clang                                                        # the fuzzers
-    libbenchmark-dev                                             # the benchmarks
-    wine wine64                                                  # runs the Windows programs
-    xvfb xauth xdotool imagemagick                               # a display for them, and eyes
+    wine wine64                                                  # runs the executable
+)
+TEST_PACKAGES=(
+    clang g++ googletest                                         # builds the tests and fuzzers
+    libbenchmark-dev                                             # builds the benchmarks
+    xvfb xauth xdotool imagemagick                               # a display, and eyes
     fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages
     mosquitto mosquitto-clients rsyslog                          # what the examples for stations feed
     python3 python3-jsonschema git                               # packaging, system tests, checks
@@ -19,6 +20,8 @@ PACKAGES=(
     libxml2-utils                                                # JUnit reports against their schema
     chromium poppler-utils                                       # HTML reports, on screen and paper
 )
+# Lends the dialog a display where there is none.
+DISPLAY_PACKAGES=(xvfb xauth)
 # Only the checks of .ci/run need these.
 CHECK_PACKAGES=(clang-format clang-tidy cppcheck)
 
@@ -29,6 +32,13 @@ ROOT=$PWD
 WINE_PREFIX="$ROOT/build/wineprefix"
 
 say() { printf '%s\n' "$*" >&2; }
+
+# size_of PACKAGE...: how much apt-get will fetch and unpack for them, in its own words.
+size_of() {
+    LC_ALL=C apt-get install --assume-no --no-install-recommends "$@" 2>/dev/null |
+        sed -n 's/^Need to get \(.*\) of archives.*/\1 to fetch, /p
+                s/^After this operation, \(.*\) of additional.*/\1 on the disk/p' | tr -d '\n'
+}
 
 # ensure_packages NAME...: installs what is missing of them, and says so only then.
 ensure_packages() {
@@ -48,10 +58,10 @@ ensure_packages() {
         fi
         elevate=(sudo)
     fi
-    say "Installing Debian packages: ${missing[*]}"
-    "${elevate[@]}" apt-get update -qq >&2 &&
-        "${elevate[@]}" env DEBIAN_FRONTEND=noninteractive \
-            apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2 || {
+    "${elevate[@]}" apt-get update -qq >&2
+    say "Installing Debian packages: ${missing[*]} ($(size_of "${missing[@]}"))"
+    "${elevate[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2 || {
         say "The packages could not be installed; see above."
         exit 69
     }
