@@ -23,7 +23,7 @@ TEST_F(ModuleCommands, AreDoneAfterTheInitialisationCallback) {
 }
 
 TEST_F(ModuleCommands, TakeTheOptionsOfEveryCommandAndNoOthers) {
-    EXPECT_EQ(startBare({"echo", "one", "--language", "de"}), 1);
+    EXPECT_EQ(startBare({"echo", "one", "--color", "never"}), 1);
     EXPECT_EQ(output(), "one 6.5\n");
     EXPECT_EQ(startBare({"echo", "--json", file("r.json")}), 64);
     EXPECT_THAT(errors(), HasSubstr("the command echo takes no \"--json\""));
