@@ -118,8 +118,8 @@ TEST_F(WirelessDoctor, TellsTheHardwareSwitchFromTheOneInWindows) {
 
 TEST_F(WirelessDoctor, TakesAnUnknownRadioForOffAsTheTestDoes) {
     const std::string unknown =
-        "problem: Card: the driver does not tell whether the radio is on, and the tests take that "
-        "for off. Install the adapter's current driver.";
+        "problem: Card: the driver does not report whether the radio is on, and the tests treat "
+        "that as off. Install the adapter's current driver.";
     startRadioWith({.software = UNKNOWN, .hardware = ON});
     EXPECT_THAT(sayings(), ElementsAre(unknown));
     startRadioWith({.software = ON, .hardware = UNKNOWN});
@@ -175,7 +175,7 @@ TEST_F(WirelessDoctor, SaysThatTheServiceIsTooOld) {
     scenario.serviceVersion = 1;
     startRadio(std::move(scenario));
     EXPECT_THAT(sayings(),
-                ElementsAre("problem: Card: the wireless service of this Windows speaks version 1 "
+                ElementsAre("problem: Card: the wireless service of this Windows has version 1 "
                             "of its interface, and the tests need version 2. Run them on a current "
                             "Windows."));
 }

@@ -110,7 +110,7 @@ THIRD_PARTY = (
     (re.compile(r"nlohmann/"), "nlohmann",
      re.compile(r"common/src/libcommon/mrlbase/mrl/Json\.h$")),
     (re.compile(r"kainjow/"), "kainjow",
-     re.compile(r"common/src/libtesk5/src/reports/HtmlReport\.cpp$")),
+     re.compile(r"common/src/libtesk5/src/reports/Template\.cpp$")),
     (re.compile(r"toml\+\+/"), "toml++",
      re.compile(r"common/src/libtesk5/src/commandline/ConfigFile\.cpp$")),
     (re.compile(r"CLI/"), "CLI",

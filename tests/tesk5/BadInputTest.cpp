@@ -228,7 +228,7 @@ TEST_F(BadInputs, LeaveLogAndReportAlone) {
             "\"Asks\"");
     setDevices("[1]");
     refuses({"run", "--log", log, "--json", report},
-            "the device file \"" + file("devices.json") + "\" cannot be used: at $[0] ", "");
+            "the device file \"" + file("devices.json") + "\" cannot be used: $[0] ", "");
     EXPECT_EQ(bytesOfFile(log), "log\n");
     EXPECT_EQ(bytesOfFile(report), "old");
 }

@@ -52,7 +52,7 @@ TEST_F(DeviceFiles, MayBeginWithAByteOrderMark) {
 TEST_F(DeviceFiles, AreRefusedWithFilePlaceReasonAndRemedy) {
     EXPECT_EQ(refusal(R"([{"name": "Card", "capabilities": ["Wirless"]}])"),
               "the device file \"" + folder.file("d.json") +
-                  "\" cannot be used: at $[0].capabilities[0] \"Wirless\" is no capability; use "
+                  "\" cannot be used: $[0].capabilities[0]: \"Wirless\" is not a capability; use "
                   "\"Wireless\" or \"NetworkCard\"; mend it, or leave out --devices to use this "
                   "PC's devices");
 }
@@ -64,20 +64,20 @@ TEST_F(DeviceFiles, AreRefusedForEveryMistakeWithItsPlace) {
         {R"([{"name": "a\xff"}])", "line 1, column "},
         {"[{\"name\": \"\xff\"}]", "line 1, column "},
         {R"(["\ud800"])", "line 1, column "},
-        {"{}", "at $ there is a list of devices to be"},
-        {"[1]", "at $[0] there is an object"},
-        {R"([{"capabilities": []}])", "at $[0] the member \"name\" is missing"},
-        {R"([{"name": "a"}])", "at $[0] the member \"capabilities\" is missing"},
-        {R"([{"name": 1, "capabilities": []}])", "at $[0].name there is a text to be, not number"},
-        {R"([{"name": "a", "capabilities": "Wireless"}])", "at $[0].capabilities there is a list"},
+        {"{}", "$ must be a list of devices"},
+        {"[1]", "$[0] must be an object"},
+        {R"([{"capabilities": []}])", "$[0] has no member \"name\""},
+        {R"([{"name": "a"}])", "$[0] has no member \"capabilities\""},
+        {R"([{"name": 1, "capabilities": []}])", "$[0].name must be a text, not number"},
+        {R"([{"name": "a", "capabilities": "Wireless"}])", "$[0].capabilities must be a list"},
         {R"([{"name": "a", "capabilities": [null]}])",
-         "at $[0].capabilities[0] there is a text to be, not null"},
+         "$[0].capabilities[0] must be a text, not null"},
         {R"([{"name": "a", "capabilities": [], "properties": []}])",
-         "at $[0].properties there is an object"},
+         "$[0].properties must be an object"},
         {R"([{"name": "a", "capabilities": [], "properties": {"x": true}}])",
-         "at $[0].properties.x there is a text to be, not boolean"},
+         "$[0].properties.x must be a text, not boolean"},
         {R"([{"name": "a", "capabilities": [], "property": {}}])",
-         "at $[0] the member \"property\" is unknown"},
+         "$[0] has the unknown member \"property\""},
         {R"([{"name": "a", "name": "b", "capabilities": []}])",
          "the member \"name\" is there twice"},
         {R"([{"name": "a", "capabilities": []}] x)", "line 1, column "},

@@ -112,7 +112,7 @@ TEST_F(EventStreams, TellTheWholeRunOneLineForEachThingThatHappens) {
             "\n");
     EXPECT_EQ(errors(), "example: no device for Other\n"
                         "  Card 1: lacks the property \"wired\"\n")
-        << "people are told too, where no program reads";
+        << "standard error has it too, for people";
 }
 
 TEST_F(EventStreams, OfARunInWhichAllIsWellLeaveStandardErrorEmpty) {
@@ -176,7 +176,7 @@ TEST_F(EventStreams, OfABrokenRunSayWhyAndDoNotEnd) {
     EXPECT_EQ(lines().back()["reason"], "no \xef\xbf\xbd"
                                         "ber\n")
         << "in no encoding that is known";
-    EXPECT_THAT(errors(), HasSubstr("B on Card 1 was left by an exception; the run ends here"));
+    EXPECT_THAT(errors(), HasSubstr("an exception ended B on Card 1; the run ends here"));
 }
 
 TEST_F(EventStreams, TellWhatMadeATestAnInternalError) {

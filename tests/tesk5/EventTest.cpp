@@ -88,7 +88,7 @@ TEST(Placeholders, AreFilledWithoutTheLineEndOfASystemMessage) {
     EXPECT_EQ(fillPlaceholders("not: {a}|{b}|{c}|", variables), "not: Access is denied.||x\r\ny |");
 }
 
-TEST(Placeholders, ThatNobodyFillsStay) {
+TEST(Placeholders, ThatNoVariableFillsStay) {
     const Event::Variables variables = {{"a", Value("A")}};
     EXPECT_EQ(fillPlaceholders("{b} {a", variables), "{b} {a");
     EXPECT_EQ(fillPlaceholders("{} {{a}}", variables), "{} {A}");

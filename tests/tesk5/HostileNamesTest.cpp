@@ -77,7 +77,7 @@ protected:
         m_event = DiagModule::createEvent("WEAK");
     }
 
-    /// Runs a test that tells `names`, with a report of every kind and a log.
+    /// Runs a test that reports `names`, with a report of every kind and a log.
     int runWith(const std::vector<std::string>& names, bool events) {
         registerTest("A", [this, names](const DiagDevice&) {
             tesk5::Survey survey{"Networks", "%", 0, 100, {}};

@@ -72,7 +72,7 @@ TEST_F(HtmlReports, HaveNoScriptLoadNothingAndLeaveNoTagOrKeyUnfilled) {
     EXPECT_THAT(page, AllOf(Not(HasSubstr("REPORT_")), Not(HasSubstr("{{"))));
 }
 
-TEST_F(HtmlReports, StrangersNamesAreTextIsolatedInItsDirection) {
+TEST_F(HtmlReports, NamesFromOutsideAreTextIsolatedInItsDirection) {
     auto* event = DiagModule::createEvent("WEAK");
     registerTest("A", [event](const DiagDevice&) {
         DiagModule::surveyed(Survey{"VISIBLE", "%", 0, 100, {{"</bdi><b>\x1b", 5, false}}});
@@ -95,7 +95,7 @@ TEST_F(HtmlReports, SayWhyThereIsNoVerdict) {
     registerTest("Silent", TestResult::CANNOTRUN());
     const std::string page = pageOf();
     EXPECT_THAT(page, HasSubstr("<p class=\"remark\"><bdi>the card vanished</bdi></p>"));
-    EXPECT_THAT(page, HasSubstr("The test gave no reason. Its log may tell more."));
+    EXPECT_THAT(page, HasSubstr("The test gave no reason. The log may show more."));
 }
 
 TEST_F(HtmlReports, OfSeveralRunsBeginWithTheWorst) {
@@ -115,7 +115,7 @@ TEST_F(HtmlReports, TellWhyATestHasNoDevice) {
     EXPECT_THAT(page, HasSubstr("<li><bdi>Cable: "));
 }
 
-TEST_F(HtmlReports, HoldTheLogThoughNobodyAskedForOne) {
+TEST_F(HtmlReports, HoldTheLogWithoutTheOptionForOne) {
     registerTest("A", [](const DiagDevice&) {
         log(1, "the <line>");
         log(0, "a trace");

@@ -113,7 +113,7 @@ TEST_F(JUnitReports, ResultsWithoutAVerdictAreErrorsNamedAfterTheResult) {
                 HasSubstr(R"(<error message="Parameters cannot be used" type="BADPARAMS"/>)"));
 }
 
-TEST_F(JUnitReports, ABreakdownTellsItsReason) {
+TEST_F(JUnitReports, AnInternalErrorHasItsReason) {
     registerTest("A", [](const DiagDevice&) -> TestResult {
         throw tesk5::TeskException(tesk5::TeskString("the <card> vanished"));
     });
@@ -174,7 +174,7 @@ TEST_F(JUnitReports, DevicesOfOneNameAreToldApart) {
     EXPECT_THAT(report, HasSubstr(R"(name="A[Card (2)]")"));
 }
 
-TEST_F(JUnitReports, NamesOfStrangersCannotBreakTheDocument) {
+TEST_F(JUnitReports, NamesFromOutsideCannotBreakTheDocument) {
     registerTest("A", TestResult::PASS());
     setDevices(
         R"([{"name": "<a b=\"'&\u0000\u001B\uFFFE\u202E]]>", "capabilities": ["Wireless"]}])");

@@ -93,7 +93,7 @@ TEST_F(TheLiveLine, NeverFillsTheLastColumn) {
     EXPECT_EQ(shown(), "  Scanning…") << "ten columns and the ellipsis";
 }
 
-TEST_F(TheLiveLine, ShowsNoControlsOfStrangers) {
+TEST_F(TheLiveLine, ShowsNoControlCharactersOfNames) {
     LiveLine line(mrl::cout, WIDE);
     line.begin();
     line.tell("\x1b[2JLab\r", 1);
@@ -101,7 +101,7 @@ TEST_F(TheLiveLine, ShowsNoControlsOfStrangers) {
     EXPECT_EQ(shown(), "  \\x1B[2JLab\\r: 0 s so far, at most 1 s more");
 }
 
-TEST_F(TheLiveLine, IsNotDrawnWhereNobodyLooks) {
+TEST_F(TheLiveLine, IsNotDrawnOutsideATerminal) {
     registerTest("A", [](const tesk5::DiagDevice&) {
         tesk5::DiagModule::progresses("SCANNING", 45);
         return tesk5::TestResult::PASS();
@@ -113,13 +113,13 @@ TEST_F(TheLiveLine, IsNotDrawnWhereNobodyLooks) {
 TEST(ATicker, TicksUntilItIsDestroyed) {
     std::atomic<int> ticks = 0;
     {
-        std::promise<void> thrice;
+        std::promise<void> threeTimes;
         const tesk5::Ticker ticker(milliseconds(1), [&] {
             if (++ticks == 3) {
-                thrice.set_value();
+                threeTimes.set_value();
             }
         });
-        thrice.get_future().wait();
+        threeTimes.get_future().wait();
     }
     const int atEnd = ticks;
     EXPECT_GE(atEnd, 3);

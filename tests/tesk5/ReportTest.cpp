@@ -168,7 +168,7 @@ TEST_F(Reports, ThatCannotBeWrittenInTheEndAreAFailureWithWords) {
     });
     try {
         start(toReport());
-        GTEST_FAIL() << "nobody was told";
+        GTEST_FAIL() << "no exception";
     } catch (const tesk5::TeskException& exception) {
         EXPECT_THAT(exception.toString().getUTF8String().bytes(),
                     HasSubstr("report.json\" could not be written: "));

@@ -203,7 +203,7 @@ TEST_F(Runs, LetEveryOtherExceptionPassAndSaySo) {
     noting("B");
     EXPECT_THROW(start({"run"}), mrl::Exception);
     EXPECT_THAT(m_calls, IsEmpty());
-    EXPECT_EQ(errors(), "example: A on Card 1 was left by an exception; the run ends here: no "
+    EXPECT_EQ(errors(), "example: an exception ended A on Card 1; the run ends here: no "
                         "memory\n");
 }
 
@@ -211,7 +211,7 @@ TEST_F(Runs, LetExceptionsOfAnyTypePass) {
     auto* check = registerTest(
         "A", [](const DiagDevice&) -> TestResult { throw mrl::StructuredException{7}; });
     EXPECT_THROW(start({"run"}), mrl::StructuredException);
-    EXPECT_EQ(errors(), "example: A on Card 1 was left by an exception; the run ends here: "
+    EXPECT_EQ(errors(), "example: an exception ended A on Card 1; the run ends here: "
                         "structured exception with code 7\n");
     static_cast<void>(check);
     registerTest("B", [](const DiagDevice&) -> TestResult { throw std::runtime_error("oops"); });

@@ -14,7 +14,7 @@
 
 namespace radiosim {
 
-/// A word that stands for a number.
+/// The word for a number.
 struct Word {
     std::string_view word;
     std::int32_t value;
@@ -22,8 +22,8 @@ struct Word {
 
 using Words = std::vector<Word>;
 
-/// One value and its path. Each reading operation refuses what it does not expect with a
-/// ScenarioError that names the path.
+/// One value and its path. A reading operation throws a ScenarioError with the path when the value
+/// is not as it expects.
 class JsonReader {
 public:
     /// The value of `text`.
@@ -60,7 +60,7 @@ public:
     /// Pairs of hexadecimal digits, with or without one ':' or '-' or blank between the pairs.
     std::vector<std::uint8_t> hexBytes() const;
 
-    // With a default for keys that are not there.
+    /// Sets `target` when the key is there.
     template <typename Target, typename Read>
     void optional(std::string_view key, Target& target, Read read) const {
         if (has(key)) {

@@ -1,5 +1,5 @@
-// The JSON form of a scenario: which keys there are and what they may hold. The README of this
-// folder is the manual of what is decided here.
+// The JSON form of a scenario: its keys and the values that they take, as tools/radiosim/README.md
+// describes them.
 #include "FaultPlan.h"
 #include "JsonReader.h"
 
@@ -313,7 +313,7 @@ Fault readFault(const JsonReader& reader) {
     reader.optional("delayMs", fault.delay, readMilliseconds);
     reader.optional("code", fault.code, readUnsigned);
     if (reader.has("dataSize")) {
-        // Blocks are made as long as they say; a slip must not ask for gigabytes.
+        // Blocks are allocated in this size; a typing error must not ask for gigabytes.
         fault.dataSize = static_cast<std::uint32_t>(reader.at("dataSize").integer(0, MAX_BLOCK));
     }
     reader.optional("count", fault.count, readUnsigned);
@@ -355,7 +355,7 @@ Notification readNotification(const JsonReader& reader, std::size_t interfaces) 
     return notification;
 }
 
-// The README promises that two adapters of one scenario can be told apart.
+// The README promises that adapters of one scenario have different GUIDs.
 void refuseSameGuids(const JsonReader& interfaces, const std::vector<Interface>& all) {
     const std::vector<JsonReader> readers = interfaces.elements();
     for (std::size_t i = 0; i < all.size(); ++i) {

@@ -1,4 +1,4 @@
-// What a test has measured, apart from the verdict that it draws from it.
+// What a test has measured, apart from its verdict.
 #pragma once
 
 #include <tesk5/Event.h>
@@ -7,7 +7,7 @@
 
 namespace tesk5 {
 
-/// A level that a measured value should lie above.
+/// A value that a measured one should be above.
 struct Limit {
     TeskString name; ///< as the parameter that sets it: "WarningSignalStrength"
     mrl::Uint32 value = 0;
@@ -23,7 +23,7 @@ struct Measurement {
     mrl::Uint32 highest = 100;
     std::vector<Limit> limits;
 
-    /// The gravest limit that the value does not lie above; null when it keeps them all. Of two
+    /// The gravest limit that the value is not above; null when it is above all of them. Of two
     /// equally grave ones the lower counts.
     const Limit* brokenLimit() const;
 };
@@ -43,7 +43,7 @@ struct Survey {
     std::vector<Entry> entries;
 };
 
-/// Where `value` lies between `lowest` and `highest`: 0 to 1, also for a value beyond its scale.
+/// Where `value` is between `lowest` and `highest`: 0 to 1, also for a value outside the scale.
 double shareOfScale(mrl::Uint32 value, mrl::Uint32 lowest, mrl::Uint32 highest);
 
 } // namespace tesk5

@@ -11,13 +11,12 @@
 #include <mrl/Unicode.h>
 
 #include <algorithm>
-#include <cstdio>
 
 namespace tesk5 {
 
 namespace {
 
-// Colours of a terminal, by how bad a result is; none where nobody looks.
+// The colour of a result on a terminal; none elsewhere.
 const char* colourOf(const TestResult& result) {
     if (!mrl::cout.showsColours()) {
         return "";
@@ -33,14 +32,6 @@ const char* colourEnd() {
     return mrl::cout.showsColours() ? "\x1b[0m" : "";
 }
 
-constexpr std::size_t BAR_CELLS = 25;
-
-std::string secondsText(double seconds) {
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.1f", seconds);
-    return buffer;
-}
-
 void writeEvent(const RaisedEvent& event) {
     const std::string head =
         "  " + message(event.severity == Severity::error ? "CONSOLE_ERROR" : "CONSOLE_WARNING") +
@@ -50,13 +41,6 @@ void writeEvent(const RaisedEvent& event) {
         writeLine(mrl::cout, std::string(mrl::columnsOf(head), ' ') + name.utf8() + ": " +
                                  value.valueString().utf8());
     }
-}
-
-void writeMeasurement(const Measurement& measurement) {
-    const std::string comparison = comparisonText(measurement);
-    writeLine(mrl::cout, "  " + measuredText(measurement) + " " +
-                             measurementBar(measurement, BAR_CELLS) +
-                             (comparison.empty() ? comparison : " " + comparison));
 }
 
 // "1 FAIL, 2 PASS": every result that occurs, the worst first.
@@ -94,7 +78,7 @@ void writeVerdict(const Outcome& outcome) {
         outcome.started ? message("CONSOLE_ENDED",
                                   {{"Result", result}, {"Seconds", secondsText(outcome.seconds)}})
                         : message("CONSOLE_NOT_STARTED", {{"Result", result}}));
-    // The colours go in last: whatever else looks like them has been made visible by then.
+    // The colours go in last: escape sequences in names are escaped by then.
     const std::size_t place = text.find(result);
     if (place != std::string::npos) {
         text.replace(place, result.size(), colourOf(outcome.result) + result + colourEnd());
@@ -178,7 +162,7 @@ void Console::onTestEnd(const Outcome& outcome) {
         writeEvent(event);
     }
     for (const Measurement& measurement : outcome.measurements) {
-        writeMeasurement(measurement);
+        writeLine(mrl::cout, "  " + measurementLine(measurement));
     }
     writeVerdict(outcome);
     writeAdvice(mrl::cout, outcome.advice);

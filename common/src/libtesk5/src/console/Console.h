@@ -1,4 +1,4 @@
-// What the person at the console reads of a run.
+// A run as the console shows it.
 #pragma once
 
 #include "console/LiveLine.h"
@@ -10,11 +10,11 @@
 
 namespace tesk5 {
 
-/// Writes one line in one piece. Whatever could move a cursor or break the line is made visible,
-/// for names come from anywhere.
+/// Writes one line in one piece. Characters that could move the cursor or break the line are
+/// escaped: names of networks and devices come from outside.
 void writeLine(mrl::OutputStream& stream, const std::string& text);
 
-/// What may be behind a missing verdict, a line a finding.
+/// Writes the possible causes of a missing verdict, one line for each finding.
 void writeAdvice(mrl::OutputStream& stream, const Findings& advice);
 
 /// `texts` with `separator` between them.
@@ -22,11 +22,11 @@ std::string joined(const std::vector<std::string>& texts, const char* separator)
 
 /// How much of a run the console shows.
 struct ConsoleStyle {
-    bool quiet = false; ///< only runs that did not go well
-    bool live = false;  ///< a live line while a test runs; for terminals only
+    bool quiet = false; ///< only runs with a bad result
+    bool live = false;  ///< a live line while a test runs; for terminals
 };
 
-/// Tells a run on standard output, and what broke it on standard error.
+/// Writes a run to standard output, and what ended it early to standard error.
 class Console final : public RunListener {
 public:
     explicit Console(ConsoleStyle style);
@@ -49,7 +49,7 @@ private:
     std::optional<Ticker> m_ticker; ///< ends before the line does
 };
 
-/// The list of tests, devices, and what would run where.
+/// Writes the tests, the devices, and which test would run on which device.
 void showList(const Registry& registry, const DeviceList& devices,
               const std::optional<std::string>& filter);
 

@@ -50,7 +50,7 @@ std::string described(const Parameter& parameter) {
 constexpr const char* conditionLabels[] = {"LIST_CAPABILITIES", "LIST_ONLY_WITH", "LIST_NOT_WITH",
                                            "LIST_PARAMETER"};
 
-// The values behind these labels stand below each other.
+// The values after these labels are aligned.
 std::size_t labelColumns() {
     std::size_t widest = 0;
     for (const char* label : conditionLabels) {
@@ -98,7 +98,7 @@ void showDevice(const DiagDevice& device) {
     }
 }
 
-// Whether the pair would run, in words.
+// Whether the test would run on the device, in words.
 std::string verdictOn(const Test& test, const DiagDevice& device, bool first,
                       const std::optional<std::string>& filter) {
     const std::vector<std::string> reasons = reasonsAgainst(test, device, filter);

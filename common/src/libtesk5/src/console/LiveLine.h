@@ -1,4 +1,4 @@
-// The line on a terminal that shows a waiting person what is going on and for how long at most.
+// The line on a terminal that shows what a test is doing, and how long it takes at most.
 #pragma once
 
 #include <mrl/Clock.h>
@@ -13,25 +13,25 @@
 
 namespace tesk5 {
 
-/// Draws itself over its own last state and disappears when something lasting is to be written.
-/// Threads: any; each operation is one piece.
+/// Overwrites itself as time passes, and makes way for lines that stay.
+/// Threads: any; operations do not interleave.
 class LiveLine {
 public:
-    /// \param columns width of the terminal, 0 when nobody knows
+    /// \param columns width of the terminal, 0 when it is unknown
     LiveLine(mrl::OutputStream& stream, std::size_t columns);
     LiveLine(const LiveLine&) = delete;
     LiveLine& operator=(const LiveLine&) = delete;
     ~LiveLine() { end(); }
 
-    /// From now on the line is there, with the time that passes from now on.
+    /// Shows the line; its time counts from now.
     void begin();
-    /// What is going on from now on, and the longest (seconds) that it and the rest can take.
+    /// Sets what is going on, and the longest time in seconds that it and the rest can take.
     void tell(std::string activity, std::optional<double> longestSeconds);
-    /// Draws what is so now; nothing outside begin() and end().
+    /// Draws the line with the present time; does nothing outside begin() and end().
     void draw();
-    /// Takes the line away, does `write`, and draws the line again if it was there.
+    /// Erases the line, calls `write`, and draws the line again if it was there.
     void yieldTo(const std::function<void()>& write);
-    /// The line is gone.
+    /// Erases the line.
     void end();
 
 private:
@@ -43,14 +43,14 @@ private:
     std::size_t m_columns;
     std::mutex m_mutex;
     bool m_there = false;
-    std::size_t m_drawn = 0; ///< columns that the last state takes
+    std::size_t m_drawn = 0; ///< width of what was drawn last
     std::string m_activity;
     std::optional<double> m_longestSeconds;
     mrl::Clock::Duration m_begun{};
     mrl::Clock::Duration m_told{};
 };
 
-/// Calls a function again and again, on a thread of its own, until it is destroyed.
+/// Calls a function at intervals, on a thread of its own, until it is destroyed.
 class Ticker {
 public:
     Ticker(std::chrono::milliseconds interval, std::function<void()> tick);

@@ -16,8 +16,8 @@ void EventStream::write(const char* type, const Json& members) {
     line["sequence"] = ++m_sequence;
     line["time"] = reportTime(mrl::Clock::current().utcNow());
     line.update(members);
-    // Hosts read pipes with code pages of their own; ASCII is in all of them. An exception's words
-    // may be in any encoding, so what is no UTF-8 is replaced rather than refused.
+    // Hosts read pipes in code pages of their own; ASCII is in all of them. An exception's words
+    // may be in any encoding, so ill-formed UTF-8 is replaced.
     m_stream << std::string_view(line.dump(NO_INDENT, ' ', true, Json::error_handler_t::replace) +
                                  "\n");
     m_stream.flush();

@@ -1,4 +1,4 @@
-// The run as lines of JSON while it happens; docs/hosts.md is their description for people.
+// The run as lines of JSON while it happens; docs/hosts.md describes them.
 #pragma once
 
 #include "run/RunListener.h"
@@ -10,9 +10,9 @@
 
 namespace tesk5 {
 
-/// Writes one line of JSON for each thing that happens, in one piece and flushed at once. The lines
-/// are pure ASCII: whatever a name holds, it stands there in JSON's notation.
-/// Failure: none is reported. When nobody reads any more, the lines are lost and the run goes on.
+/// Writes one line of JSON for each event of the run, in one piece and flushed at once. The lines
+/// are ASCII: every other character is escaped.
+/// Failure: none is reported. Without a reader the lines are lost and the run goes on.
 /// Threads: those of RunListener; lines keep the order of their sequence numbers.
 class EventStream final : public RunListener {
 public:
@@ -36,7 +36,7 @@ private:
     mrl::OutputStream& m_stream;
     std::mutex m_mutex; ///< guards the stream and the sequence number
     mrl::Uint32 m_sequence = 0;
-    std::size_t m_run = 0; ///< which of the planned runs is on, from 1; of the run's thread
+    std::size_t m_run = 0; ///< number of the planned run, from 1; belongs to the run's thread
 };
 
 } // namespace tesk5

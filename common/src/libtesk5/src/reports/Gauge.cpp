@@ -58,7 +58,7 @@ std::vector<Gauge::Zone> zonesOf(const Measurement& measurement, const Scale& sc
     return zones;
 }
 
-// The ends of the scale come first, so that limits make way for them.
+// The ends of the scale come first and so get the row next to it.
 std::vector<Gauge::Label> labelsOf(const Measurement& measurement, const Scale& scale) {
     std::vector<mrl::Uint32> values = {measurement.lowest, measurement.highest};
     for (const Limit& limit : sortedLimits(measurement)) {

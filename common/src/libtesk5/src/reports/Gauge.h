@@ -1,4 +1,4 @@
-// Where everything lies in the drawing of a measurement: places in percent of its width.
+// The drawing of a measurement: where its parts are, in percent of its width.
 #pragma once
 
 #include <tesk5/Measurement.h>
@@ -12,13 +12,13 @@ namespace tesk5 {
 /// A value on its scale with its limits, from left to right, or mirrored for languages that are
 /// read from right to left.
 struct Gauge {
-    /// A stretch of the scale, by what a value in it means; nothing when that is well.
+    /// A part of the scale, with what a value in it means; no severity when the value is good.
     struct Zone {
         double x;
         double width;
         std::optional<Severity> severity;
     };
-    /// A number under the scale. Rows keep numbers apart that lie close together.
+    /// A number under the scale. Numbers that would overlap are in different rows.
     struct Label {
         double x;
         mrl::Uint32 value;
@@ -35,8 +35,8 @@ struct Gauge {
 
 Gauge gaugeOf(const Measurement& measurement, bool mirrored);
 
-/// "left", "middle" or "right": which part of a text of ordinary length belongs at `x`, so that it
-/// stays inside.
+/// "left", "middle" or "right": the part of a short text that is placed at `x`, so that the text
+/// stays inside the drawing.
 const char* sideOfText(double x);
 
 } // namespace tesk5

@@ -1,5 +1,5 @@
-// Fills the page's template. Strangers' texts reach it as data, which the template engine escapes
-// with inMarkup(); the two kinds of sentences that are markup already are made here.
+// Makes the values of the template res/report.html. Texts from outside reach it as data, which is
+// escaped; the two kinds of sentences that are markup already are made here.
 #include "reports/HtmlReport.h"
 
 #include <tesk5/ModuleInfo.h>
@@ -8,22 +8,21 @@
 #include "reports/Gauge.h"
 #include "reports/Markup.h"
 #include "reports/ReportJson.h"
-#include "reports/ReportPage.h"
+#include "reports/ReportTemplates.h"
+#include "reports/Template.h"
 #include "run/ReportWords.h"
 #include "texts/MeasurementText.h"
 
-#include <kainjow/mustache.hpp>
+#include <mrl/Languages.h>
 
 #include <algorithm>
-#include <cstdio>
+#include <iterator>
 
 namespace tesk5 {
 
 namespace {
 
-using Data = kainjow::mustache::data;
-
-// How something stands, for colour and mark.
+// How good something is, for colour and mark.
 const char* const GOOD = "good";
 const char* const WARNING = "warning";
 const char* const BAD = "bad";
@@ -49,51 +48,36 @@ const char* kindOf(Severity severity) {
     return severity == Severity::error ? BAD : WARNING;
 }
 
-// The template asks for a kind by name and, to draw its mark, whether it is the one.
-void setKind(Data& data, const std::string& kind) {
-    data.set("kind", kind);
-    for (const char* other : {GOOD, WARNING, BAD, NONE}) {
-        data.set(other, kind == other);
+// A tag of the template by its name, and `is.good` and so on for the mark.
+void setKind(Json& json, const char* kind) {
+    json["kind"] = kind;
+    json["is"] = {
+        {GOOD, kind == GOOD}, {WARNING, kind == WARNING}, {BAD, kind == BAD}, {NONE, kind == NONE}};
+}
+
+const char* kindOf(const Measurement& measurement, const std::optional<Severity>& severity) {
+    if (severity) {
+        return kindOf(*severity);
     }
+    return measurement.limits.empty() ? NONE : GOOD;
 }
 
-bool readFromTheRight(const std::string& language) {
-    constexpr std::string_view languages[] = {"ar", "fa", "he", "ur"};
-    const std::string_view first = std::string_view(language).substr(0, language.find('-'));
-    return std::find(std::begin(languages), std::end(languages), first) != std::end(languages);
-}
-
-Data timeData(mrl::Clock::UtcTime time) {
+Json timeJson(mrl::Clock::UtcTime time) {
     const std::string machine = reportTime(time);
     constexpr std::size_t DATE = 10;
     constexpr std::size_t CLOCK = 8;
-    Data data;
-    data.set("machine", machine);
-    data.set("people", machine.substr(0, DATE) + " " + machine.substr(DATE + 1, CLOCK) + " UTC");
-    return data;
-}
-
-std::string secondsText(double seconds) {
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.1f", seconds);
-    return message("REPORT_SECONDS", {{"Seconds", buffer}});
+    return {{"machine", machine},
+            {"people", machine.substr(0, DATE) + " " + machine.substr(DATE + 1, CLOCK) + " UTC"}};
 }
 
 std::string percent(double share) {
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%.2f%%", share);
-    return buffer;
+    constexpr int DIGITS = 2;
+    return fixedPoint(share, DIGITS) + "%";
 }
 
 std::string withUnit(mrl::Uint32 value, const TeskString& unit) {
     constexpr const char* NO_BREAK_SPACE = "\xC2\xA0";
     return std::to_string(value) + NO_BREAK_SPACE + unit.utf8();
-}
-
-// Sets a list and whether there is anything in it: a heading stands once, or not at all.
-void setList(Data& data, const char* has, const char* name, const Data& list) {
-    data.set(has, list.is_non_empty_list());
-    data.set(name, list);
 }
 
 // The sentence of a key with each variable's value isolated: a name that is read the other way
@@ -107,224 +91,178 @@ std::string sentenceMarkup(const TeskString& key, const Event::Variables& variab
     return fillPlaceholders(inMarkup(translation(key).utf8()), isolated);
 }
 
-Data eventData(const RaisedEvent& event) {
-    Data data;
-    setKind(data, kindOf(event.severity));
-    data.set("word",
-             message(event.severity == Severity::error ? "REPORT_ERROR" : "REPORT_WARNING"));
-    data.set("sentence", sentenceMarkup(event.key, event.variables));
-    Data variables(Data::type::list);
-    for (const auto& [name, value] : unspokenVariables(event)) {
-        Data variable;
-        variable.set("name", name.utf8());
-        variable.set("value", value.valueString().utf8());
-        variables << variable;
-    }
-    setList(data, "hasVariables", "variables", variables);
-    return data;
+Json eventJson(const RaisedEvent& event) {
+    Json json;
+    setKind(json, kindOf(event.severity));
+    json["word"] = message(event.severity == Severity::error ? "REPORT_ERROR" : "REPORT_WARNING");
+    json["sentence"] = sentenceMarkup(event.key, event.variables);
+    json["variables"] = listOf(unspokenVariables(event), [](const auto& variable) -> Json {
+        return {{"name", variable.first.utf8()}, {"value", variable.second.valueString().utf8()}};
+    });
+    return json;
 }
 
-Data adviceData(const Findings& advice) {
-    Data list(Data::type::list);
-    for (const Finding& finding : advice) {
-        Data data;
-        setKind(data, finding.good ? GOOD : WARNING);
-        data.set("sentence", sentenceMarkup(finding.key, finding.variables));
-        list << data;
-    }
-    return list;
+Json adviceJson(const Findings& advice) {
+    return listOf(advice, [](const Finding& finding) {
+        Json json;
+        setKind(json, finding.good ? GOOD : WARNING);
+        json["sentence"] = sentenceMarkup(finding.key, finding.variables);
+        return json;
+    });
 }
 
-Data zoneData(const Gauge::Zone& zone) {
-    Data data;
-    data.set("x", percent(zone.x));
-    data.set("width", percent(zone.width));
-    return data;
-}
-
-std::string limitText(const Limit& limit, const TeskString& unit) {
-    return message(limit.severity == Severity::error ? "REPORT_LIMIT_FAILING"
-                                                     : "REPORT_LIMIT_WARNING",
-                   {{"Limit", limit.value}, {"Unit", unit}});
-}
-
-Data gaugeData(const Measurement& measurement, bool mirrored) {
-    constexpr int FIRST_LABEL_Y = 72;
-    constexpr int LABEL_HEIGHT = 18;
+Json gaugeJson(const Measurement& measurement, bool mirrored) {
+    constexpr std::size_t FIRST_LABEL_Y = 72;
+    constexpr std::size_t LABEL_HEIGHT = 18;
+    constexpr std::size_t MARGIN = 6;
     const Gauge gauge = gaugeOf(measurement, mirrored);
-    Data zones(Data::type::list);
-    for (const Gauge::Zone& zone : gauge.zones) {
-        Data data = zoneData(zone);
-        data.set("kind", zone.severity                ? kindOf(*zone.severity)
-                         : measurement.limits.empty() ? NONE
-                                                      : GOOD);
-        zones << data;
-    }
-    Data limits(Data::type::list);
-    for (const double x : gauge.limits) {
-        Data data;
-        data.set("x", percent(x));
-        limits << data;
-    }
-    Data labels(Data::type::list);
-    for (const Gauge::Label& label : gauge.labels) {
-        Data data;
-        data.set("x", percent(label.x));
-        data.set("y", std::to_string(FIRST_LABEL_Y + LABEL_HEIGHT * static_cast<int>(label.row)));
-        data.set("side", sideOfText(label.x));
-        data.set("text", withUnit(label.value, measurement.unit));
-        labels << data;
-    }
-    Data pointer;
-    pointer.set("x", percent(gauge.valueX));
-    pointer.set("side", sideOfText(gauge.valueX));
-    pointer.set("text", withUnit(measurement.value, measurement.unit));
     std::string words = measuredText(measurement);
     for (const Limit& limit : measurement.limits) {
         words += "; " + limitText(limit, measurement.unit);
     }
-    Data data;
-    data.set("height",
-             std::to_string(FIRST_LABEL_Y + LABEL_HEIGHT * static_cast<int>(gauge.rows - 1) + 6));
-    data.set("words", words);
-    data.set("zones", zones);
-    data.set("bar", zoneData(gauge.value));
-    data.set("limits", limits);
-    data.set("pointer", pointer);
-    data.set("labels", labels);
-    return data;
+    Json json;
+    json["height"] = FIRST_LABEL_Y + LABEL_HEIGHT * (gauge.rows - 1) + MARGIN;
+    json["words"] = words;
+    json["zones"] = listOf(gauge.zones, [&measurement](const Gauge::Zone& zone) -> Json {
+        return {{"kind", kindOf(measurement, zone.severity)},
+                {"x", percent(zone.x)},
+                {"width", percent(zone.width)}};
+    });
+    json["bar"] = {{"x", percent(gauge.value.x)}, {"width", percent(gauge.value.width)}};
+    json["limits"] = listOf(gauge.limits, [](double x) {
+        return Json::object({{"x", percent(x)}});
+    });
+    json["pointer"] = {{"x", percent(gauge.valueX)},
+                       {"side", sideOfText(gauge.valueX)},
+                       {"text", withUnit(measurement.value, measurement.unit)}};
+    json["labels"] = listOf(gauge.labels, [&measurement](const Gauge::Label& label) -> Json {
+        return {{"x", percent(label.x)},
+                {"y", FIRST_LABEL_Y + LABEL_HEIGHT * label.row},
+                {"side", sideOfText(label.x)},
+                {"text", withUnit(label.value, measurement.unit)}};
+    });
+    return json;
 }
 
-Data measurementData(const Measurement& measurement, bool mirrored) {
+Json measurementJson(const Measurement& measurement, bool mirrored) {
     const Limit* broken = measurement.brokenLimit();
-    Data legend(Data::type::list);
-    for (const Limit& limit : measurement.limits) {
-        Data data;
-        data.set("kind", kindOf(limit.severity));
-        data.set("text", limitText(limit, measurement.unit));
-        legend << data;
-    }
-    Data data;
-    data.set("name", translation(measurement.name).utf8());
-    data.set("value", withUnit(measurement.value, measurement.unit));
-    data.set("comparison", comparisonText(measurement));
-    data.set("kind", broken != nullptr            ? kindOf(broken->severity)
-                     : measurement.limits.empty() ? NONE
-                                                  : GOOD);
-    data.set("gauge", gaugeData(measurement, mirrored));
-    setList(data, "hasLimits", "legend", legend);
-    return data;
+    Json json;
+    json["name"] = translation(measurement.name).utf8();
+    json["value"] = withUnit(measurement.value, measurement.unit);
+    json["comparison"] = comparisonText(measurement);
+    json["kind"] =
+        kindOf(measurement, broken != nullptr ? std::optional(broken->severity) : std::nullopt);
+    json["gauge"] = gaugeJson(measurement, mirrored);
+    json["legend"] = listOf(measurement.limits, [&measurement](const Limit& limit) -> Json {
+        return {{"kind", kindOf(limit.severity)}, {"text", limitText(limit, measurement.unit)}};
+    });
+    return json;
 }
 
-Data surveyData(const Survey& survey, bool mirrored) {
-    constexpr double WHOLE = 100;
-    Data entries(Data::type::list);
-    for (const Survey::Entry& entry : strongestFirst(survey)) {
-        const double width = WHOLE * shareOfScale(entry.value, survey.lowest, survey.highest);
-        Data data;
-        data.set("name", entry.name.utf8());
-        data.set("value", withUnit(entry.value, survey.unit));
-        data.set("measured", entry.measured);
-        data.set("x", percent(mirrored ? WHOLE - width : 0));
-        data.set("width", percent(width));
-        entries << data;
-    }
-    Data data;
-    data.set("name", translation(survey.name).utf8());
-    data.set("entries", entries);
-    return data;
+Json surveyJson(const Survey& survey, bool mirrored) {
+    return {{"name", translation(survey.name).utf8()},
+            {"entries", listOf(strongestFirst(survey), [&](const Survey::Entry& entry) -> Json {
+                 constexpr double WHOLE = 100;
+                 const double width =
+                     WHOLE * shareOfScale(entry.value, survey.lowest, survey.highest);
+                 return {{"name", entry.name.utf8()},
+                         {"value", withUnit(entry.value, survey.unit)},
+                         {"measured", entry.measured},
+                         {"x", percent(mirrored ? WHOLE - width : 0)},
+                         {"width", percent(width)}};
+             })}};
 }
 
-Data parametersData(const Outcome& outcome) {
-    Data list(Data::type::list);
-    for (const auto& [name, value] : outcome.parameters) {
-        const std::string meaning = translation(name).utf8();
-        const std::string text = value.valueString().utf8();
-        Data data;
-        data.set("name", name.utf8());
-        data.set("meaning", meaning == name.utf8() ? Data(false) : Data(meaning));
-        data.set("value", text.empty() ? Data(false) : Data(text));
-        list << data;
-    }
-    return list;
+// null for the empty text, which leaves its section out.
+Json textOrNull(const std::string& text) {
+    return text.empty() ? Json(nullptr) : Json(text);
 }
 
-Data propertiesData(const DiagDevice& device) {
-    Data list(Data::type::list);
-    for (const auto& [name, value] : device.properties()) {
-        Data data;
-        data.set("name", name.utf8());
-        data.set("value", value.utf8());
-        list << data;
-    }
-    return list;
+Json parametersJson(const Outcome& outcome) {
+    return listOf(outcome.parameters, [](const auto& parameter) -> Json {
+        const std::string& name = parameter.first.utf8();
+        const std::string meaning = translation(parameter.first).utf8();
+        return {{"name", name},
+                {"meaning", textOrNull(meaning == name ? "" : meaning)},
+                {"value", textOrNull(parameter.second.valueString().utf8())}};
+    });
 }
 
-Data resultData(const TestResult& result) {
-    Data data;
-    setKind(data, kindOf(result));
-    data.set("word", resultInWords(result));
-    data.set("code", result.name());
-    return data;
+Json propertiesJson(const DiagDevice& device) {
+    return listOf(device.properties(), [](const auto& property) -> Json {
+        return {{"name", property.first.utf8()}, {"value", property.second.utf8()}};
+    });
 }
 
-// Says why nothing else does.
-Data remarksOf(const Outcome& outcome) {
-    Data remarks(Data::type::list);
+Json resultJson(const TestResult& result) {
+    Json json;
+    setKind(json, kindOf(result));
+    json["word"] = resultInWords(result);
+    json["code"] = result.name();
+    return json;
+}
+
+// What there is to say where nothing else gives the reason.
+Json remarksOn(const Outcome& outcome) {
+    Json remarks = Json::array();
     if (!outcome.started) {
-        remarks << Data(message("REPORT_NOT_STARTED"));
+        remarks.push_back(message("REPORT_NOT_STARTED"));
     } else if (!outcome.failure.empty()) {
-        remarks << Data(outcome.failure);
+        remarks.push_back(outcome.failure);
     } else if (!outcome.result.good() && outcome.events.empty() && outcome.advice.empty()) {
-        remarks << Data(message("REPORT_NO_REASON"));
+        remarks.push_back(message("REPORT_NO_REASON"));
     }
     return remarks;
 }
 
-Data outcomeData(const Outcome& outcome, bool mirrored) {
-    Data events(Data::type::list);
-    for (const RaisedEvent& event : outcome.events) {
-        events << eventData(event);
-    }
-    Data measurements(Data::type::list);
-    for (const Measurement& measurement : outcome.measurements) {
-        measurements << measurementData(measurement, mirrored);
-    }
-    Data surveys(Data::type::list);
-    for (const Survey& survey : outcome.surveys) {
-        surveys << surveyData(survey, mirrored);
-    }
-    Data data = resultData(outcome.result);
-    data.set("test", translation(outcome.test->name()).utf8());
-    data.set("device", outcome.device->name().utf8());
-    data.set("started", timeData(outcome.time));
-    data.set("duration", outcome.started ? Data(secondsText(outcome.seconds)) : Data(false));
-    data.set("remarks", remarksOf(outcome));
-    setList(data, "hasEvents", "events", events);
-    data.set("measurements", measurements);
-    data.set("surveys", surveys);
-    setList(data, "hasAdvice", "advice", adviceData(outcome.advice));
-    setList(data, "hasParameters", "parameters", parametersData(outcome));
-    setList(data, "hasProperties", "properties", propertiesData(*outcome.device));
-    return data;
+Json partJson(const Outcome& outcome, bool mirrored) {
+    const Json duration =
+        outcome.started
+            ? Json(message("REPORT_SECONDS", {{"Seconds", secondsText(outcome.seconds)}}))
+            : Json(nullptr);
+    Json json = resultJson(outcome.result);
+    json["test"] = translation(outcome.test->name()).utf8();
+    json["device"] = outcome.device->name().utf8();
+    json["started"] = timeJson(outcome.time);
+    json["duration"] = duration;
+    json["remarks"] = remarksOn(outcome);
+    json["events"] = listOf(outcome.events, eventJson);
+    json["measurements"] = listOf(outcome.measurements, [mirrored](const Measurement& measurement) {
+        return measurementJson(measurement, mirrored);
+    });
+    json["surveys"] = listOf(
+        outcome.surveys, [mirrored](const Survey& survey) { return surveyJson(survey, mirrored); });
+    json["advice"] = adviceJson(outcome.advice);
+    json["parameters"] = parametersJson(outcome);
+    json["properties"] = propertiesJson(*outcome.device);
+    return json;
 }
 
-Data withoutDeviceData(const TestWithoutDevice& without, const RunRecord& run) {
-    Data remarks(Data::type::list);
-    remarks << Data(message("REPORT_NO_DEVICE"));
-    Data reasons(Data::type::list);
-    for (const std::string& reason : without.reasons) {
-        reasons << Data(reason);
+Json partJson(const TestWithoutDevice& without, const RunRecord& run) {
+    Json json = resultJson(TestResult::CANNOTRUN());
+    json["test"] = translation(without.test->name()).utf8();
+    json["device"] = nullptr;
+    json["started"] = timeJson(run.started);
+    json["duration"] = nullptr;
+    json["remarks"] = Json::array({message("REPORT_NO_DEVICE")});
+    json["reasons"] = without.reasons;
+    json["advice"] = adviceJson(without.advice);
+    return json;
+}
+
+Json partsOf(const RunRecord& run, bool mirrored) {
+    Json parts = Json::array();
+    const auto add = [&parts](Json part) {
+        part["anchor"] = "result-" + std::to_string(parts.size() + 1);
+        parts.push_back(std::move(part));
+    };
+    for (const Outcome& outcome : run.outcomes) {
+        add(partJson(outcome, mirrored));
     }
-    Data data = resultData(TestResult::CANNOTRUN());
-    data.set("test", translation(without.test->name()).utf8());
-    data.set("device", false);
-    data.set("started", timeData(run.started));
-    data.set("duration", false);
-    data.set("remarks", remarks);
-    setList(data, "hasReasons", "reasons", reasons);
-    setList(data, "hasAdvice", "advice", adviceData(without.advice));
-    return data;
+    for (const TestWithoutDevice& without : run.withoutDevice) {
+        add(partJson(without, run));
+    }
+    return parts;
 }
 
 std::string logLine(const LoggedLine& line) {
@@ -332,45 +270,26 @@ std::string logLine(const LoggedLine& line) {
            line.text;
 }
 
-Data logData(const KeptLog& log) {
-    Data lines(Data::type::list);
-    for (const LoggedLine& line : log.first) {
-        lines << Data(logLine(line));
-    }
+Json logJson(const KeptLog& log) {
+    Json lines = listOf(log.first, logLine);
     if (log.leftOut > 0) {
-        lines << Data("... " +
-                      message("REPORT_LOG_LEFT_OUT", {{"Count", std::to_string(log.leftOut)}}));
+        lines.push_back("... " +
+                        message("REPORT_LOG_LEFT_OUT", {{"Count", std::to_string(log.leftOut)}}));
     }
     for (const LoggedLine& line : log.last) {
-        lines << Data(logLine(line));
+        lines.push_back(logLine(line));
     }
     return lines;
 }
 
-Data partsOf(const RunRecord& run, bool mirrored) {
-    Data parts(Data::type::list);
-    int number = 0;
-    const auto add = [&parts, &number](Data part) {
-        part.set("anchor", "result-" + std::to_string(++number));
-        parts << part;
-    };
-    for (const Outcome& outcome : run.outcomes) {
-        add(outcomeData(outcome, mirrored));
-    }
-    for (const TestWithoutDevice& without : run.withoutDevice) {
-        add(withoutDeviceData(without, run));
-    }
-    return parts;
-}
-
 // The tags in capitals are keys of texts.
-void setTexts(Data& page, std::string_view tmpl) {
+void setTexts(Json& page, std::string_view tmpl) {
     constexpr std::string_view OPEN = "{{REPORT_";
     for (std::size_t tag = tmpl.find(OPEN); tag != std::string_view::npos;
          tag = tmpl.find(OPEN, tag + 1)) {
         const std::size_t start = tag + 2;
         const std::string key(tmpl.substr(start, tmpl.find("}}", start) - start));
-        page.set(key, translation(TeskString(key)).utf8());
+        page[key] = translation(TeskString(key)).utf8();
     }
 }
 
@@ -384,31 +303,28 @@ std::string programText(const ModuleVersion& version) {
 
 std::string htmlReportOf(const RunRecord& run) {
     const std::string tag = language();
-    const bool mirrored = readFromTheRight(tag);
+    const bool mirrored = mrl::isRightToLeft(tag);
     const TestResult overall = worstResult(run);
-    Data page;
-    setTexts(page, reportPage());
-    page.set("lang", tag);
-    page.set("dir", mirrored ? "rtl" : "ltr");
-    page.set("title", message("REPORT_TITLE") + ": " + resultInWords(overall));
-    page.set("program", programText(run.version));
-    page.set("started", timeData(run.started));
-    page.set("ended", timeData(run.ended));
-    page.set("exit", message("REPORT_EXIT", {{"Value", std::to_string(run.exitValue)}}));
     const bool several = run.outcomes.size() + run.withoutDevice.size() > 1;
-    page.set("overall", several ? resultData(overall) : Data(false));
-    page.set("parts", partsOf(run, mirrored));
-    page.set("leftOut", run.leftOut == 0 ? Data(false)
-                                         : Data(message("REPORT_LEFT_OUT",
-                                                        {{"Count", std::to_string(run.leftOut)}})));
     const std::size_t lines = run.log.first.size() + run.log.leftOut + run.log.last.size();
-    page.set("logCount", message("REPORT_LOG_LINES", {{"Count", std::to_string(lines)}}));
-    setList(page, "hasLog", "log", logData(run.log));
-    page.set("mark", kainjow::mustache::partial([] { return std::string(reportMark()); }));
-
-    kainjow::mustache::mustache tmpl{std::string(reportPage())};
-    tmpl.set_custom_escape([](const std::string& text) { return inMarkup(text); });
-    return tmpl.render(page);
+    Json page;
+    setTexts(page, pageTemplate());
+    page["lang"] = tag;
+    page["dir"] = mirrored ? "rtl" : "ltr";
+    page["title"] = message("REPORT_TITLE") + ": " + resultInWords(overall);
+    page["program"] = programText(run.version);
+    page["started"] = timeJson(run.started);
+    page["ended"] = timeJson(run.ended);
+    page["exit"] = message("REPORT_EXIT", {{"Value", std::to_string(run.exitValue)}});
+    page["overall"] = several ? resultJson(overall) : Json(nullptr);
+    page["parts"] = partsOf(run, mirrored);
+    page["leftOut"] =
+        run.leftOut == 0
+            ? Json(nullptr)
+            : Json(message("REPORT_LEFT_OUT", {{"Count", std::to_string(run.leftOut)}}));
+    page["logCount"] = message("REPORT_LOG_LINES", {{"Count", std::to_string(lines)}});
+    page["log"] = logJson(run.log);
+    return filled(pageTemplate(), page, {{"mark", markTemplate()}});
 }
 
 } // namespace tesk5

@@ -7,8 +7,8 @@
 
 namespace tesk5 {
 
-/// The page, in UTF-8 and in the language in force. It holds no script and loads nothing; whatever
-/// strangers named is shown as text, isolated in its reading direction.
+/// The page, in UTF-8 and in the language in force. It has no script and loads nothing; names from
+/// outside are shown as text, isolated in their reading direction.
 std::string htmlReportOf(const RunRecord& run);
 
 } // namespace tesk5

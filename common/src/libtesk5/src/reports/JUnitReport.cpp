@@ -1,138 +1,120 @@
+// Makes the values of the template res/report.junit.xml.
 #include "reports/JUnitReport.h"
 
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
 
+#include "reports/Markup.h"
 #include "reports/ReportJson.h"
-#include "reports/XmlWriter.h"
+#include "reports/ReportTemplates.h"
+#include "reports/Template.h"
 #include "run/ReportWords.h"
+#include "texts/MeasurementText.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <iterator>
+#include <map>
 
 namespace tesk5 {
 
 namespace {
 
-enum class Standing { passed, failed, broken, skipped };
+constexpr std::string_view FAILURE = "failure";
+constexpr std::string_view ERROR_ELEMENT = "error";
+constexpr std::string_view SKIPPED = "skipped";
 
-struct ResultStanding {
+struct ResultElement {
     TestResult result;
-    Standing standing;
+    std::string_view element;
 };
-// What is not here could not do its work.
-const ResultStanding standings[] = {
-    {TestResult::PASS(), Standing::passed},       {TestResult::WARN(), Standing::passed},
-    {TestResult::COMPLETED(), Standing::passed},  {TestResult::FAIL(), Standing::failed},
-    {TestResult::CANNOTRUN(), Standing::skipped},
+// The element by which a case says that it did not pass; every other result maps to "error".
+const ResultElement resultElements[] = {
+    {TestResult::PASS(), {}},           {TestResult::WARN(), {}},
+    {TestResult::COMPLETED(), {}},      {TestResult::FAIL(), FAILURE},
+    {TestResult::CANNOTRUN(), SKIPPED},
 };
 
-Standing standingOf(const TestResult& result) {
+std::string_view elementOf(const TestResult& result) {
     const auto* const found =
-        std::find_if(std::begin(standings), std::end(standings),
-                     [&result](const ResultStanding& row) { return row.result == result; });
-    return found == std::end(standings) ? Standing::broken : found->standing;
+        std::find_if(std::begin(resultElements), std::end(resultElements),
+                     [&result](const ResultElement& row) { return row.result == result; });
+    return found == std::end(resultElements) ? ERROR_ELEMENT : found->element;
 }
 
-struct Counts {
-    std::size_t tests = 0;
-    std::size_t failures = 0;
-    std::size_t errors = 0;
-    std::size_t skipped = 0;
-    double seconds = 0;
+std::string secondsOf(double seconds) {
+    constexpr int MILLISECONDS = 3;
+    return fixedPoint(roundedToMilliseconds(seconds), MILLISECONDS);
+}
 
-    void count(Standing standing, double lasted) {
-        ++tests;
-        failures += standing == Standing::failed ? 1 : 0;
-        errors += standing == Standing::broken ? 1 : 0;
-        skipped += standing == Standing::skipped ? 1 : 0;
-        seconds += lasted;
+class Counts {
+public:
+    void add(const TestResult& result, double seconds) {
+        ++m_tests;
+        ++m_byElement[elementOf(result)];
+        m_seconds += seconds;
     }
-};
-
-// One test with all that became of it.
-struct Suite {
-    const Test* test;
-    std::vector<const Outcome*> outcomes;
-    std::vector<const TestWithoutDevice*> withoutDevice;
-
-    Counts counts() const {
-        Counts all;
-        for (const Outcome* outcome : outcomes) {
-            all.count(standingOf(outcome->result), outcome->seconds);
+    void add(const Counts& others) {
+        m_tests += others.m_tests;
+        for (const auto& [element, count] : others.m_byElement) {
+            m_byElement[element] += count;
         }
-        for (std::size_t i = 0; i < withoutDevice.size(); ++i) {
-            all.count(standingOf(TestResult::CANNOTRUN()), 0);
-        }
-        return all;
+        m_seconds += others.m_seconds;
     }
+    void writeTo(Json& json) {
+        json["tests"] = m_tests;
+        json["failures"] = m_byElement[FAILURE];
+        json["errors"] = m_byElement[ERROR_ELEMENT];
+        json["skipped"] = m_byElement[SKIPPED];
+        json["seconds"] = secondsOf(m_seconds);
+    }
+
+private:
+    std::size_t m_tests = 0;
+    std::map<std::string_view, std::size_t> m_byElement;
+    double m_seconds = 0;
 };
-
-std::vector<Suite> suitesOf(const RunRecord& run) {
-    std::vector<Suite> suites;
-    const auto suiteOf = [&suites](const Test* test) -> Suite& {
-        const auto known = std::find_if(suites.begin(), suites.end(),
-                                        [test](const Suite& suite) { return suite.test == test; });
-        return known != suites.end() ? *known : suites.emplace_back(Suite{test, {}, {}});
-    };
-    for (const Outcome& outcome : run.outcomes) {
-        suiteOf(outcome.test).outcomes.push_back(&outcome);
-    }
-    for (const TestWithoutDevice& without : run.withoutDevice) {
-        suiteOf(without.test).withoutDevice.push_back(&without);
-    }
-    return suites;
-}
-
-std::string secondsText(double seconds) {
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.3f", roundedToMilliseconds(seconds));
-    return buffer;
-}
-
-XmlWriter::Attributes withCounts(XmlWriter::Attributes attributes, const Counts& counts) {
-    attributes.insert(attributes.end(), {{"tests", std::to_string(counts.tests)},
-                                         {"failures", std::to_string(counts.failures)},
-                                         {"errors", std::to_string(counts.errors)},
-                                         {"skipped", std::to_string(counts.skipped)},
-                                         {"time", secondsText(counts.seconds)}});
-    return attributes;
-}
 
 class Properties {
 public:
-    explicit Properties(XmlWriter& xml) : m_xml(xml) { m_xml.open("properties"); }
-    Properties(const Properties&) = delete;
-    Properties& operator=(const Properties&) = delete;
-    ~Properties() { m_xml.close(); }
-
     void add(const std::string& name, const std::string& value) {
-        m_xml.leaf("property", {{"name", name}, {"value", value}});
+        m_list.push_back({{"name", name}, {"value", value}});
     }
     void add(const std::string& name, mrl::Uint32 value) { add(name, std::to_string(value)); }
+    void add(const Measurement& measurement) {
+        const std::string name = "measurement." + measurement.name.utf8();
+        add(name, measurement.value);
+        add(name + ".unit", measurement.unit.utf8());
+        add(name + ".lowest", measurement.lowest);
+        add(name + ".highest", measurement.highest);
+        for (const Limit& limit : measurement.limits) {
+            const std::string limitName = name + ".limit." + limit.name.utf8();
+            add(limitName, limit.value);
+            add(limitName + ".severity", severityName(limit.severity));
+        }
+        if (const Limit* broken = measurement.brokenLimit()) {
+            add(name + ".brokenLimit", broken->name.utf8());
+        }
+    }
+    const Json& list() const { return m_list; }
 
 private:
-    XmlWriter& m_xml;
+    Json m_list = Json::array();
 };
 
-void writeMeasurement(Properties& properties, const Measurement& measurement) {
-    const std::string name = "measurement." + measurement.name.utf8();
-    properties.add(name, measurement.value);
-    properties.add(name + ".unit", measurement.unit.utf8());
-    properties.add(name + ".lowest", measurement.lowest);
-    properties.add(name + ".highest", measurement.highest);
-    for (const Limit& limit : measurement.limits) {
-        const std::string limitName = name + ".limit." + limit.name.utf8();
-        properties.add(limitName, limit.value);
-        properties.add(limitName + ".severity", severityName(limit.severity));
+Json propertiesOf(const RunRecord& run) {
+    Properties properties;
+    properties.add("module", std::string(moduleInfo().name));
+    properties.add("version", run.version.text());
+    properties.add("build", run.version.build.utf8());
+    properties.add("exit", std::to_string(run.exitValue));
+    if (run.leftOut > 0) {
+        properties.add("leftOut", std::to_string(run.leftOut));
     }
-    if (const Limit* broken = measurement.brokenLimit()) {
-        properties.add(name + ".brokenLimit", broken->name.utf8());
-    }
+    return properties.list();
 }
 
-void writeProperties(XmlWriter& xml, const Outcome& outcome) {
-    Properties properties(xml);
+Json propertiesOf(const Outcome& outcome) {
+    Properties properties;
     properties.add("result", outcome.result.name());
     properties.add("started", reportTime(outcome.time));
     properties.add("device", outcome.device->name().utf8());
@@ -143,8 +125,9 @@ void writeProperties(XmlWriter& xml, const Outcome& outcome) {
         properties.add("parameter." + name.utf8(), value.valueString().utf8());
     }
     for (const Measurement& measurement : outcome.measurements) {
-        writeMeasurement(properties, measurement);
+        properties.add(measurement);
     }
+    return properties.list();
 }
 
 // The event that stands for a bad result: the first of the gravest, which caused the others.
@@ -168,12 +151,8 @@ std::string reasonFor(const Outcome& outcome) {
     if (!outcome.started) {
         return message("REPORT_NOT_STARTED");
     }
-    for (const Finding& finding : outcome.advice) {
-        if (!finding.good) {
-            return message(finding);
-        }
-    }
-    return resultInWords(outcome.result);
+    const std::vector<std::string> advice = adviceLines(outcome.advice);
+    return advice.empty() ? resultInWords(outcome.result) : advice.front();
 }
 
 std::vector<std::string> eventLines(const Outcome& outcome) {
@@ -192,125 +171,129 @@ std::vector<std::string> eventLines(const Outcome& outcome) {
     return lines;
 }
 
-void writeVerdict(XmlWriter& xml, const Outcome& outcome) {
-    const RaisedEvent* event = leadingEvent(outcome);
-    const std::string type =
-        event == nullptr || !outcome.failure.empty() ? outcome.result.name() : event->key.utf8();
-    const std::vector<std::string> lines = eventLines(outcome);
-    switch (standingOf(outcome.result)) {
-    case Standing::passed:
-        break;
-    case Standing::skipped:
-        xml.leaf("skipped", {{"message", reasonFor(outcome)}}, lines);
-        break;
-    case Standing::failed:
-        xml.leaf("failure", {{"message", reasonFor(outcome)}, {"type", type}}, lines);
-        break;
-    case Standing::broken:
-        xml.leaf("error", {{"message", reasonFor(outcome)}, {"type", type}}, lines);
-        break;
+// Lines as the content of an element; null for none.
+Json contentOf(const std::vector<std::string>& lines) {
+    std::string content;
+    for (const std::string& line : lines) {
+        content += (content.empty() ? "" : "\n") + inMarkup(line);
     }
+    return lines.empty() ? Json(nullptr) : Json(content);
+}
+
+Json verdictOf(const Outcome& outcome) {
+    const std::string_view element = elementOf(outcome.result);
+    if (element.empty()) {
+        return nullptr;
+    }
+    const RaisedEvent* event = leadingEvent(outcome);
+    const bool named = event != nullptr && outcome.failure.empty();
+    Json verdict;
+    verdict["element"] = element;
+    verdict["message"] = reasonFor(outcome);
+    if (element != SKIPPED) {
+        verdict["type"] = named ? event->key.utf8() : outcome.result.name();
+    }
+    verdict["text"] = contentOf(eventLines(outcome));
+    return verdict;
 }
 
 std::string qualified(const Test& test) {
     return std::string(moduleInfo().name) + "." + test.name().utf8();
 }
 
-// The name by which a server follows a test from one run to the next. Devices of one name are
-// told apart by their order.
-std::string caseName(const Suite& suite, const Outcome& outcome) {
-    const std::string& device = outcome.device->name().utf8();
-    std::size_t twins = 0;
-    for (const Outcome* other : suite.outcomes) {
-        twins += other->device->name().utf8() == device ? 1 : 0;
-        if (other == &outcome) {
-            break;
-        }
-    }
-    return suite.test->name().utf8() + "[" + device +
-           (twins > 1 ? " (" + std::to_string(twins) + ")" : "") + "]";
-}
-
-void writeCase(XmlWriter& xml, const Suite& suite, const Outcome& outcome) {
-    xml.open("testcase", {{"classname", qualified(*suite.test)},
-                          {"name", caseName(suite, outcome)},
-                          {"time", secondsText(outcome.seconds)}});
-    writeProperties(xml, outcome);
-    writeVerdict(xml, outcome);
+Json caseOf(const Outcome& outcome, const std::string& name) {
     std::vector<std::string> output = eventLines(outcome);
-    for (const std::string& line : observationLines(outcome)) {
-        output.push_back(line);
-    }
-    if (!output.empty()) {
-        xml.leaf("system-out", {}, output);
-    }
-    xml.close();
+    const std::vector<std::string> observations = observationLines(outcome);
+    output.insert(output.end(), observations.begin(), observations.end());
+    Json json;
+    json["class"] = qualified(*outcome.test);
+    json["name"] = name;
+    json["seconds"] = secondsOf(outcome.seconds);
+    json["properties"] = propertiesOf(outcome);
+    json["verdict"] = verdictOf(outcome);
+    json["output"] = contentOf(output);
+    return json;
 }
 
-void writeCase(XmlWriter& xml, const TestWithoutDevice& without) {
+Json caseOf(const TestWithoutDevice& without) {
     std::vector<std::string> lines = without.reasons;
-    for (const std::string& line : adviceLines(without.advice)) {
-        lines.push_back(line);
-    }
-    xml.open("testcase", {{"classname", qualified(*without.test)},
-                          {"name", without.test->name().utf8()},
-                          {"time", secondsText(0)}});
-    xml.leaf("skipped",
-             {{"message", without.reasons.size() == 1
-                              ? message("REPORT_NO_DEVICE") + " " + without.reasons.front()
-                              : message("REPORT_NO_DEVICE")}},
-             lines);
-    xml.close();
+    const std::vector<std::string> advice = adviceLines(without.advice);
+    lines.insert(lines.end(), advice.begin(), advice.end());
+    Json verdict;
+    verdict["element"] = SKIPPED;
+    verdict["message"] = message("REPORT_NO_DEVICE") +
+                         (without.reasons.size() == 1 ? " " + without.reasons.front() : "");
+    verdict["text"] = contentOf(lines);
+    Json json;
+    json["class"] = qualified(*without.test);
+    json["name"] = without.test->name().utf8();
+    json["seconds"] = secondsOf(0);
+    json["properties"] = Json::array();
+    json["verdict"] = verdict;
+    json["output"] = nullptr;
+    return json;
 }
 
-void writeSuite(XmlWriter& xml, const Suite& suite, const RunRecord& run) {
-    xml.open("testsuite",
-             withCounts(
-                 {{"name", qualified(*suite.test)},
-                  {"timestamp", reportTime(suite.outcomes.empty() ? run.started
-                                                                  : suite.outcomes.front()->time)}},
-                 suite.counts()));
-    {
-        Properties properties(xml);
-        properties.add("module", std::string(moduleInfo().name));
-        properties.add("version", run.version.text());
-        properties.add("build", run.version.build.utf8());
-        properties.add("exit", std::to_string(run.exitValue));
-        if (run.leftOut > 0) {
-            properties.add("leftOut", std::to_string(run.leftOut));
-        }
+// One test with a case for each of its runs.
+struct Suite {
+    const Test* test;
+    mrl::Clock::UtcTime started;
+    Json cases = Json::array();
+    Counts counts = {};
+    std::map<std::string, std::size_t> devices = {}; ///< number of cases by the name of the device
+
+    // The name by which a server follows a case from one run to the next. Devices of one name are
+    // told apart by their order.
+    std::string caseName(const Outcome& outcome) {
+        const std::string& device = outcome.device->name().utf8();
+        const std::size_t number = ++devices[device];
+        return test->name().utf8() + "[" + device +
+               (number > 1 ? " (" + std::to_string(number) + ")" : "") + "]";
     }
-    for (const Outcome* outcome : suite.outcomes) {
-        writeCase(xml, suite, *outcome);
+};
+
+std::vector<Suite> suitesOf(const RunRecord& run) {
+    std::vector<Suite> suites;
+    const auto suiteOf = [&suites](const Test* test, mrl::Clock::UtcTime started) -> Suite& {
+        const auto known = std::find_if(suites.begin(), suites.end(),
+                                        [test](const Suite& suite) { return suite.test == test; });
+        return known != suites.end() ? *known
+                                     : suites.emplace_back(Suite{.test = test, .started = started});
+    };
+    for (const Outcome& outcome : run.outcomes) {
+        Suite& suite = suiteOf(outcome.test, outcome.time);
+        suite.cases.push_back(caseOf(outcome, suite.caseName(outcome)));
+        suite.counts.add(outcome.result, outcome.seconds);
     }
-    for (const TestWithoutDevice* without : suite.withoutDevice) {
-        writeCase(xml, *without);
+    for (const TestWithoutDevice& without : run.withoutDevice) {
+        Suite& suite = suiteOf(without.test, run.started);
+        suite.cases.push_back(caseOf(without));
+        suite.counts.add(TestResult::CANNOTRUN(), 0);
     }
-    xml.close();
+    return suites;
 }
 
 } // namespace
 
 std::string junitReportOf(const RunRecord& run) {
-    const std::vector<Suite> suites = suitesOf(run);
     Counts all;
-    for (const Suite& suite : suites) {
-        const Counts counts = suite.counts();
-        all.tests += counts.tests;
-        all.failures += counts.failures;
-        all.errors += counts.errors;
-        all.skipped += counts.skipped;
-        all.seconds += counts.seconds;
+    Json suites = Json::array();
+    for (Suite& suite : suitesOf(run)) {
+        Json json;
+        json["name"] = qualified(*suite.test);
+        json["started"] = reportTime(suite.started);
+        json["properties"] = propertiesOf(run);
+        json["cases"] = suite.cases;
+        suite.counts.writeTo(json);
+        all.add(suite.counts);
+        suites.push_back(std::move(json));
     }
-    XmlWriter xml;
-    xml.open("testsuites", withCounts({{"name", std::string(moduleInfo().name)},
-                                       {"timestamp", reportTime(run.started)}},
-                                      all));
-    for (const Suite& suite : suites) {
-        writeSuite(xml, suite, run);
-    }
-    xml.close();
-    return xml.text();
+    Json report;
+    report["module"] = moduleInfo().name;
+    report["started"] = reportTime(run.started);
+    report["suites"] = std::move(suites);
+    all.writeTo(report);
+    return filled(junitTemplate(), report);
 }
 
 } // namespace tesk5

@@ -1,5 +1,5 @@
-// The report that continuous-integration servers read: JUnit's XML. docs/report.md tells how the
-// results map onto it.
+// The report for continuous-integration servers, in JUnit's XML. docs/report.md says how results
+// map onto it.
 #pragma once
 
 #include "run/Runner.h"

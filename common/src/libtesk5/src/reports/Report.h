@@ -1,4 +1,4 @@
-// The report of a run in JSON; docs/report.md is its description for people.
+// The report of a run in JSON; docs/report.md describes it.
 #pragma once
 
 #include "run/Runner.h"

@@ -31,7 +31,7 @@ public:
     explicit TemporaryFile(const fs::path& target) : m_path(freeNameBeside(target)) {
         m_failure = whatFails([this] { m_file.emplace(m_path); });
         if (std::error_code ignored; !m_failure && !fs::is_regular_file(m_path, ignored)) {
-            m_failure = message("INPUT_FILE_IS_DEVICE"); // NUL.anything is NUL still
+            m_failure = message("INPUT_FILE_IS_DEVICE"); // NUL.anything is NUL, too
         }
     }
     TemporaryFile(const TemporaryFile&) = delete;
@@ -88,8 +88,8 @@ private:
     std::optional<std::string> m_failure;
 };
 
-// Temporary files beside `target` that a process left which was killed while it wrote. One that is
-// being written stays: the system does not delete it while it is open.
+// Removes temporary files beside `target` that a killed process left. One that is being written
+// stays: the system does not delete an open file.
 void removeLeftovers(const fs::path& target) {
     const auto isLeftover = [start = target.filename().native() + fs::path(".").native(),
                              end = fs::path(TEMPORARY).native()](const fs::path& path) {

@@ -1,4 +1,4 @@
-// A file that is there whole or not at all.
+// A file that is replaced in one step.
 #pragma once
 
 #include <filesystem>
@@ -8,10 +8,10 @@
 namespace tesk5 {
 
 /// The target of a report. Its text goes to a temporary file beside it, which then takes its place
-/// in one step: whoever looks finds the old report or the new one, never a part of it.
+/// in one step: a reader finds the old report or the new one, never a part.
 class ReportFile {
 public:
-    /// Makes sure that the file can be written, and leaves no trace: what is there stays as it is.
+    /// Checks that the file can be written; a file that is there stays as it is.
     /// Failure: throws BadInput when `path` (UTF-8) is a directory or cannot be written
     explicit ReportFile(std::string path);
 
@@ -24,8 +24,8 @@ private:
     std::filesystem::path m_target; ///< with links followed: the file behind a link is replaced
 };
 
-/// Why the file (UTF-8 path) can be neither made nor replaced, for people; nothing when it can.
-/// Leaves no trace.
+/// Why the file (UTF-8 path) can be neither made nor replaced, for people; nothing when it can. The
+/// file stays as it is.
 std::optional<std::string> whyNotWritable(const std::string& path);
 
 /// Whether two paths (UTF-8) name one file, there or not.

@@ -16,8 +16,8 @@ std::string reportTime(mrl::Clock::UtcTime time);
 /// A duration as reports write it.
 double roundedToMilliseconds(double seconds);
 
-/// `json` in lines, indented for people. What a terminal or a reader could be deceived with stands
-/// in JSON's own notation (\u202e); the value is the same.
+/// `json` in indented lines. Control characters and those that could deceive a reader are escaped
+/// (\u202e); the value is the same.
 std::string indentedJson(const Json& json);
 
 Json jsonOf(const RaisedEvent& event);
@@ -32,14 +32,20 @@ Json moduleJson(const ModuleVersion& version);
 /// The parameters of a run with the values in force.
 Json parametersJson(const std::vector<std::pair<TeskString, Value>>& parameters);
 
-/// A list of what there is a jsonOf() for.
-template <typename Things>
-Json listOf(const Things& things) {
+/// `toJson` of each of the `things`.
+template <typename Things, typename ToJson>
+Json listOf(const Things& things, ToJson toJson) {
     Json list = Json::array();
     for (const auto& thing : things) {
-        list.push_back(jsonOf(thing));
+        list.push_back(toJson(thing));
     }
     return list;
+}
+
+/// jsonOf() of each of the `things`.
+template <typename Things>
+Json listOf(const Things& things) {
+    return listOf(things, [](const auto& thing) { return jsonOf(thing); });
 }
 
 } // namespace tesk5

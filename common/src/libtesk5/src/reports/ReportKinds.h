@@ -12,7 +12,7 @@ struct ReportKind {
     const char* option = nullptr; ///< names the file on the command line
     /// The report's whole text.
     std::string (*text)(const RunRecord& run) = nullptr;
-    bool showsLog = false; ///< whether it wants RunRecord::log
+    bool showsLog = false; ///< whether it needs RunRecord::log
 };
 
 /// Every kind, in the order of the help page.

@@ -14,13 +14,6 @@ void append(std::vector<std::string>& lines, const std::vector<std::string>& mor
     lines.insert(lines.end(), more.begin(), more.end());
 }
 
-std::string measurementLine(const Measurement& measurement) {
-    constexpr std::size_t BAR_CELLS = 25;
-    const std::string comparison = comparisonText(measurement);
-    return measuredText(measurement) + " " + measurementBar(measurement, BAR_CELLS) +
-           (comparison.empty() ? comparison : " " + comparison);
-}
-
 std::vector<std::string> surveyLines(const Survey& survey) {
     std::vector<std::string> lines = {translation(survey.name).utf8() + ":"};
     for (const Survey::Entry& entry : strongestFirst(survey)) {

@@ -11,13 +11,13 @@ namespace tesk5 {
 /// The result in the language in force: "Passed".
 std::string resultInWords(const TestResult& result);
 
-/// What was measured and what else was there, a line each.
+/// Measurements, surveys and advice, one line each.
 std::vector<std::string> observationLines(const Outcome& outcome);
 
-/// The variables of an event that its text does not carry.
+/// The variables of an event that its text does not contain.
 Event::Variables unspokenVariables(const RaisedEvent& event);
 
-/// What is not as it should be, a line each.
+/// The findings that are not good, one line each.
 std::vector<std::string> adviceLines(const Findings& advice);
 
 /// The entries of a survey, the strongest first.

@@ -1,4 +1,4 @@
-// An input that cannot be used: the one line that the person at the console gets for it.
+// An input that cannot be used: the line that the console shows for it.
 #pragma once
 
 #include <tesk5/Event.h>
@@ -9,7 +9,7 @@
 
 namespace tesk5 {
 
-/// Thrown before anything has run or been written; start() prints the line and returns VALUE.
+/// Thrown before anything has run or been written. start() prints the line and returns VALUE.
 struct BadInput {
     /// Names the input, says what is wrong with it, and what to do instead.
     std::string line;
@@ -17,17 +17,17 @@ struct BadInput {
     static constexpr int VALUE = 64;
 };
 
-/// What to say of a name that nobody knows.
+/// The texts for an unknown name.
 struct UnknownName {
-    const char* key;            ///< of a text with {Name} and, if it lists them, {Known}
-    const char* keyWithNearest; ///< the same with {Nearest}, for when a known name is like it
+    const char* key;            ///< text with {Name} and, if it lists them, {Known}
+    const char* keyWithNearest; ///< the same with {Nearest}, for a name that resembles a known one
 };
+/// \param variables those of the text besides
 std::string aboutUnknown(const UnknownName& unknown, const std::string& name,
                          const std::vector<std::string>& known, Event::Variables variables = {});
 
-/// The one of `names` that is most like `text`; empty when none is like it: none contains it, and
-/// each differs in more than half of its letters. Letter case counts least, and a name that
-/// contains the text comes before one that merely resembles it.
+/// The one of `names` that is most like `text`, in any letter case: one that contains it, else the
+/// one with the fewest different letters. Empty when each differs in more than half of its letters.
 std::string nearestName(std::string_view text, const std::vector<std::string>& names);
 
 } // namespace tesk5

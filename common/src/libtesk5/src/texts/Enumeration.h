@@ -1,4 +1,4 @@
-// Several texts in one sentence, as the language in force strings them together.
+// Several texts in one sentence, joined as the language in force joins them.
 #pragma once
 
 #include <string>

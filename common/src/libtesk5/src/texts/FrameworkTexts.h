@@ -1,4 +1,4 @@
-// The framework's own English texts, compiled in for when their file is missing.
+// The framework's English texts, compiled in as the fallback for a missing file.
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,4 @@
-// JSON files that people write, and why one cannot be used, in words for people and for the log.
+// JSON files that people write. A refusal is a message for people and for the log.
 #pragma once
 
 #include "texts/Message.h"

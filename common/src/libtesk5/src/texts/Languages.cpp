@@ -1,6 +1,7 @@
 #include "texts/Languages.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace tesk5 {
 
@@ -31,7 +32,7 @@ std::vector<std::string> partsOf(std::string_view tag) {
     return parts;
 }
 
-// A tag is a file name too: nothing but letters, digits and hyphens may get there.
+// A tag becomes a file name: only letters, digits and hyphens may be in it.
 bool wellFormed(const std::vector<std::string>& parts) {
     constexpr std::size_t SHORTEST = 2;
     constexpr std::size_t LONGEST = 8;
@@ -77,18 +78,20 @@ std::string canonicalTag(std::string_view tag) {
 }
 
 std::vector<std::string> fallbacksOf(std::string_view tag) {
-    std::vector<std::string> tags;
-    for (std::string rest = canonicalTag(tag); !rest.empty();) {
+    std::string rest = canonicalTag(tag);
+    if (rest.empty()) {
+        return {};
+    }
+    std::vector<std::string> tags = {rest};
+    const auto* const region =
+        std::find_if(std::begin(chineseRegions), std::end(chineseRegions),
+                     [&rest](const ChineseRegion& candidate) { return rest == candidate.tag; });
+    if (region != std::end(chineseRegions)) {
+        tags.emplace_back(region->script);
+    }
+    for (std::size_t cut = rest.rfind('-'); cut != std::string::npos; cut = rest.rfind('-')) {
+        rest.resize(cut);
         tags.push_back(rest);
-        for (const ChineseRegion& region : chineseRegions) {
-            const bool known =
-                std::find(tags.begin(), tags.end(), std::string(region.script)) != tags.end();
-            if (rest == region.tag && !known && tags.size() == 1) {
-                tags.emplace_back(region.script);
-            }
-        }
-        const std::size_t cut = rest.rfind('-');
-        rest.resize(cut == std::string::npos ? 0 : cut);
     }
     return tags;
 }

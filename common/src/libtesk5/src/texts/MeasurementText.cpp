@@ -4,23 +4,27 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 namespace tesk5 {
 
 namespace {
 
-// A comparison in one language's words, by what the limit means.
+// What is said of a limit, by what it means.
 struct LimitWords {
     Severity severity;
+    const char* limit;
     const char* kept;
     const char* broken;
 };
 constexpr LimitWords limitWords[] = {
-    {Severity::warning, "MEASUREMENT_ABOVE_WARNING", "MEASUREMENT_AT_WARNING"},
-    {Severity::error, "MEASUREMENT_ABOVE_FAILING", "MEASUREMENT_AT_FAILING"},
+    {Severity::warning, "REPORT_LIMIT_WARNING", "MEASUREMENT_ABOVE_WARNING",
+     "MEASUREMENT_AT_WARNING"},
+    {Severity::error, "REPORT_LIMIT_FAILING", "MEASUREMENT_ABOVE_FAILING",
+     "MEASUREMENT_AT_FAILING"},
 };
 
-std::string limitText(const Limit& limit, const TeskString& unit, const char* LimitWords::*words) {
+std::string wordsOn(const Limit& limit, const TeskString& unit, const char* LimitWords::*words) {
     const auto* const found =
         std::find_if(std::begin(limitWords), std::end(limitWords),
                      [&limit](const auto& row) { return row.severity == limit.severity; });
@@ -37,7 +41,7 @@ std::string measuredText(const Measurement& measurement) {
 
 std::string comparisonText(const Measurement& measurement) {
     if (const Limit* broken = measurement.brokenLimit()) {
-        return limitText(*broken, measurement.unit, &LimitWords::broken);
+        return wordsOn(*broken, measurement.unit, &LimitWords::broken);
     }
     // The nearest limit says it all: what is above it is above the others too.
     const auto nearest =
@@ -45,7 +49,11 @@ std::string comparisonText(const Measurement& measurement) {
                          [](const Limit& a, const Limit& b) { return a.value < b.value; });
     return nearest == measurement.limits.end()
                ? std::string()
-               : limitText(*nearest, measurement.unit, &LimitWords::kept);
+               : wordsOn(*nearest, measurement.unit, &LimitWords::kept);
+}
+
+std::string limitText(const Limit& limit, const TeskString& unit) {
+    return wordsOn(limit, unit, &LimitWords::limit);
 }
 
 std::string measurementBar(const Measurement& measurement, std::size_t cells) {
@@ -61,6 +69,23 @@ std::string measurementBar(const Measurement& measurement, std::size_t cells) {
         bar[std::min(place, cells - 1)] = '|';
     }
     return "[" + bar + "]";
+}
+
+std::string measurementLine(const Measurement& measurement) {
+    constexpr std::size_t CELLS = 25;
+    const std::string comparison = comparisonText(measurement);
+    return measuredText(measurement) + " " + measurementBar(measurement, CELLS) +
+           (comparison.empty() ? "" : " " + comparison);
+}
+
+std::string fixedPoint(double number, int digits) {
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.*f", digits, number);
+    return buffer;
+}
+
+std::string secondsText(double seconds) {
+    return fixedPoint(seconds, 1);
 }
 
 } // namespace tesk5

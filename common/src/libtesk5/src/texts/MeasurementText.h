@@ -1,4 +1,4 @@
-// A measurement in words and as a bar, the same on the console and in reports.
+// Measurements and durations in words and as bars, the same on the console and in reports.
 #pragma once
 
 #include <tesk5/Measurement.h>
@@ -14,8 +14,20 @@ std::string measuredText(const Measurement& measurement);
 /// has none.
 std::string comparisonText(const Measurement& measurement);
 
+/// What the limit means: "Failing at 20 % or below".
+std::string limitText(const Limit& limit, const TeskString& unit);
+
 /// The value on its scale in `cells` characters: "[######|##.......]", each limit a "|" at its
 /// place.
 std::string measurementBar(const Measurement& measurement, std::size_t cells);
+
+/// The value, its bar in 25 cells and its comparison in one line.
+std::string measurementLine(const Measurement& measurement);
+
+/// `number` with `digits` behind the decimal point.
+std::string fixedPoint(double number, int digits);
+
+/// A duration for people, in tenths of a second: "7.0".
+std::string secondsText(double seconds);
 
 } // namespace tesk5

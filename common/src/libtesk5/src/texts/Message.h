@@ -1,4 +1,4 @@
-// Something that is said to people and written to the log: the words are chosen when it is said.
+// A message for people and for the log: each gets it in its own language.
 #pragma once
 
 #include <tesk5/Event.h>
@@ -7,14 +7,16 @@
 
 namespace tesk5 {
 
-/// A text of the framework with its variables, or words that are not ours and stay as they are.
+/// A text of the framework by its key, with its variables, or foreign words that are not
+/// translated.
 class Message {
 public:
     explicit Message(TeskString key, Event::Variables variables = {});
-    /// `words` in every language: those of the system or of a parser.
+    /// `words` in every language: the system's or a parser's.
     static Message ofOthers(const std::string& words);
 
-    /// In the language in force. Not to be called while texts are being read.
+    /// In the language in force. Not to be called while the files of texts are read: it would wait
+    /// for itself.
     std::string text() const;
     /// In English, from the compiled-in texts alone: for the log, which is English on every PC.
     std::string inEnglish() const;

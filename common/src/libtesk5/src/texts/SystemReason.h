@@ -1,4 +1,4 @@
-// Why the system did not open, read or write a file, in words.
+// Why the system did not open, read or write a file, as a message.
 #pragma once
 
 #include "texts/Message.h"

@@ -32,7 +32,7 @@ bool mayPart(std::string_view before, std::string_view after) {
     return eastAsian && !isOneOf(after, NEVER_FIRST) && !isOneOf(before, NEVER_LAST);
 }
 
-// The pieces that no line end may come into; a space stands alone.
+// The pieces that are not broken; a space is one of its own.
 std::vector<std::string> piecesOf(std::string_view text) {
     std::vector<std::string> pieces;
     std::string_view before = " ";

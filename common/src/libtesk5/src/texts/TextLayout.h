@@ -1,4 +1,4 @@
-// Texts in columns of a terminal, whatever their language.
+// Texts in columns of a terminal, in every language.
 #pragma once
 
 #include <string>
@@ -7,11 +7,11 @@
 
 namespace tesk5 {
 
-/// `text` with spaces behind it up to `columns`, and with one at least.
+/// `text` with spaces behind it up to `columns`, but at least one.
 std::string padded(std::string text, std::size_t columns);
 
 /// `text` in lines of at most `columns` columns. A line ends at a space, or between East Asian
-/// characters where their rules allow it; a word that is longer than a line stays in one piece.
+/// characters where their rules allow it; a word that is longer than a line is not broken.
 std::vector<std::string> wrapped(std::string_view text, std::size_t columns);
 
 } // namespace tesk5

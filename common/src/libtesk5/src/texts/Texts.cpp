@@ -145,7 +145,7 @@ std::string fillPlaceholders(const std::string& text, const Event::Variables& va
             continue;
         }
         filled.append(text, done, open - done);
-        // The system's own messages end their line; in the middle of a sentence that is noise.
+        // The system's messages end in a line end, which does not belong into a sentence.
         constexpr std::string_view LINE_END = "\r\n";
         std::string value = variable->second.valueString().utf8();
         if (value.ends_with(LINE_END)) {
