@@ -80,7 +80,7 @@ TEST_F(Start, HelpNamesEveryCommandOptionAndExitValue) {
           "--device TEXT", "--devices FILE", "--json FILE", "--log FILE", "--log-level N",
           "--version", "--help", "  0 ", "  1   WARN", "  2   FAIL", "  3   CANNOTRUN",
           "  4   BADPARAMS", "  5   INTERNALERROR", "  6   USERABORTED", "  8   EXITEDABNORMALLY",
-          "  64 "}) {
+          "  64 ", "example.k5x run --set SSID=Lab --set FailingSignalStrength=20\n"}) {
         EXPECT_THAT(output(), HasSubstr(word));
     }
     std::istringstream lines(output());

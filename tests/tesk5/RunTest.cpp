@@ -219,7 +219,7 @@ TEST_F(Runs, LetExceptionsOfAnyTypePass) {
     EXPECT_THAT(errors(), HasSubstr("the run ends here: oops\n"));
     registerTest("C", [](const DiagDevice&) -> TestResult { throw 7; });
     EXPECT_THROW(start({"run", "C"}), int);
-    EXPECT_THAT(errors(), HasSubstr("C on Card 1 was left by an exception; the run ends here\n"));
+    EXPECT_THAT(errors(), HasSubstr("an exception ended C on Card 1; the run ends here\n"));
 }
 
 TEST_F(Runs, TurnAFailureOfTheModulesCallbackIntoOneWithWords) {

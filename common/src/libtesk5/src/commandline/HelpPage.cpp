@@ -120,7 +120,8 @@ std::string usage(const std::string& program, const CommandDescription& command)
 }
 
 std::string overview(const std::string& program) {
-    constexpr std::size_t INDENT = 6;
+    // Leaves room for the longest example, which would break when it is copied from two lines.
+    constexpr std::size_t INDENT = 4;
     std::string page = paragraph(message("HELP_PURPOSE"), 0);
     for (const CommandDescription& command : commandDescriptions()) {
         page += "\n  " + usage(program, command) + "\n" + paragraph(message(command.help), INDENT) +
