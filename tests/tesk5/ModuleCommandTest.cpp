@@ -38,7 +38,7 @@ TEST_F(ModuleCommands, WithoutArgumentsRefuseThem) {
 TEST_F(ModuleCommands, StandOnTheHelpPageBehindThoseOfTheFramework) {
     EXPECT_EQ(startBare({"--help"}), 0);
     EXPECT_THAT(output(), HasSubstr("  example.k5x echo [WORD...] [OPTIONS]\n"
-                                    "      Something happened.\n"));
+                                    "    Something happened.\n"));
     EXPECT_LT(output().find(" doctor "), output().find(" echo "));
     forgetOutput();
     EXPECT_EQ(startBare({"echo", "--help"}), 0);
