@@ -41,7 +41,7 @@ def native(program, quick, keys):
         if run["run_type"] != "iteration":
             continue
         key, side = run["run_name"].split("/")[:2]
-        # A count stands in "value"; a time may be that of several things at once.
+        # A count is in "value".
         value = run.get("value")
         if value is None:
             value = run["real_time"] * IN_NANOSECONDS[run["time_unit"]]

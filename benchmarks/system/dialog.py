@@ -49,7 +49,7 @@ def processor_seconds(process):
 
 
 def idle(seconds):
-    """Processor time of the open dialog for a minute in which nobody touches it."""
+    """Processor time of the open dialog for a minute without input."""
     display = Display()
     prefix = Prefix()
     try:
@@ -62,7 +62,7 @@ def idle(seconds):
                 env=env, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                 stderr=subprocess.DEVNULL)
             try:
-                # Ends when the dialog is there: it has been told nothing that it could do.
+                # Ends when the dialog is there: it gets no command.
                 subprocess.run(["wine", str(PROBE), "--title", TITLE, "--wait",
                                 str(OPEN_SECONDS * 1000)], env=env, check=True,
                                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,

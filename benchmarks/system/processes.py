@@ -21,17 +21,21 @@ import re
 import shutil
 import statistics
 import subprocess
+import sys
 import tempfile
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.append(str(ROOT / "tests" / "system"))
+import pe  # noqa: E402  (the path must be there first)
+
 EXECUTABLE = ROOT / "build" / "windows" / "dist" / "mrlrantenna.k5x"
 PROGRAMS = ROOT / "build" / "windows" / "benchmarks" / "bin"
 
 # Where Debian has the loader.
 LOADER = shutil.which("wine64", path="/usr/lib/wine") or shutil.which("wine")
 
-EMPTY = [PROGRAMS / "empty.exe"]
+LEAST_START = [PROGRAMS / "least_start.exe"]
 FIRST_CALL = [PROGRAMS / "first_call.exe"]
 LIST = [EXECUTABLE, "list"]
 RUN = [EXECUTABLE, "run", "--set", "SSID=Lab", "--set", "WarningSignalStrength=40",
@@ -57,7 +61,7 @@ def server():
                     prefix in (process / "environ").read_bytes().split(b"\0")):
                 return process
         except OSError:
-            pass  # it has ended, or is somebody else's
+            pass  # it has ended, or belongs to another user
     raise RuntimeError("no Wine server runs for this prefix; ./bench starts one")
 
 
@@ -109,10 +113,16 @@ def milliseconds(costs, what):
     return statistics.quantiles(taken)[0] if len(taken) > 1 else taken[0]
 
 
+def imports(program):
+    return set(pe.Image(program).imported_dlls())
+
+
 def starts(quick, wine_server):
-    empty, first_call, listed = in_turns(10 if quick else 60, (EMPTY, FIRST_CALL, LIST),
+    if imports(LEAST_START[0]) != imports(EXECUTABLE):
+        raise RuntimeError("least_start.exe does not import what the executable does: see its source")
+    least, first_call, listed = in_turns(10 if quick else 60, (LEAST_START, FIRST_CALL, LIST),
                                          wine_server)
-    floor = milliseconds(empty, "wall")
+    floor = milliseconds(least, "wall")
     return {"start": {"figure": milliseconds(first_call, "wall"), "floor": floor},
             "list": {"figure": milliseconds(listed, "wall"), "floor": floor}}
 

@@ -1,6 +1,6 @@
-// What a verification run asks of the platform, and nothing else: the same calls in the same order,
-// the same pauses, the same blocks kept. processes.py holds the calls against the simulator's
-// record.
+// What a verification run asks of the platform, and nothing else: OLE started, the same calls in
+// the same order, the same pauses, the same blocks kept. processes.py compares the calls with the
+// simulator's record of the executable's.
 //   same_calls run      an access point that the first scan shows
 //   same_calls start    the same without the pauses
 //   same_calls search   an access point that never shows
@@ -11,6 +11,8 @@
 #include <winsock2.h>
 #include <iphlpapi.h>
 // clang-format on
+
+#include <ole2.h>
 
 #include <cstdlib>
 #include <string_view>
@@ -122,6 +124,7 @@ int main(int argc, char** argv) {
     const bool inVain = mode == "search";
     g_sleeps = mode != "start";
 
+    OleInitialize(nullptr);
     const Wifi wifi;
     listDevices(wifi);
 

@@ -1,4 +1,0 @@
-// The least that a process costs.
-int main() {
-    return 0;
-}
