@@ -130,8 +130,9 @@ TEST_F(EndOfTheDialog, TheTestHasATraceScopeOfItsOwn) {
     runTest({});
     mrl::LogFactory::setPriority(1);
     EXPECT_THAT(logged(test::MODULE_LOGGER),
-                ElementsAre(testing::StartsWith("> Enter DiversityTest ("),
-                            testing::StartsWith("< Enter DiversityTest")));
+                ElementsAre("> Enter DiversityTest "
+                            "(modules/src/windows/diag/mrlrantenna/MRLrAntenna.cpp:305)",
+                            "< Enter DiversityTest"));
 }
 
 TEST_F(EndOfTheDialog, TheTestWaitsASecondBeforeItsDialog) {
@@ -146,7 +147,7 @@ TEST_F(EndOfTheDialog, TheTestWaitsASecondBeforeItsDialog) {
     EXPECT_TRUE(opened);
 }
 
-// --- The wish to stop ----------------------------------------------------------------------------
+// --- Stop requests -------------------------------------------------------------------------------
 
 TEST_F(EndOfTheDialog, AStopRequestBeforeItOpensAbortsTheTest) {
     tesk5::RunContext::current().stopRequest.raise();

@@ -8,8 +8,12 @@ using test::colour;
 using test::Dialog;
 using test::picture;
 using test::shown;
+using testing::AllOf;
+using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 constexpr std::int32_t UNKNOWN = 0;
 constexpr std::int32_t ON = 1;
@@ -225,6 +229,17 @@ TEST_F(RadioOnDisplay, AClickAfterTheRadioWasSwitchedElsewhereOnlyBringsThePictu
         EXPECT_EQ(picture(dialog), "on");
         EXPECT_TRUE(dialog.m_radioOn);
         EXPECT_EQ(switchings(), 0U);
+    }});
+}
+
+TEST_F(RadioOnDisplay, AClickSwitchesTheLastPhyThatTheCardHasNow) {
+    run({[&](Dialog& dialog) {
+        radio().setPhys(0, {{.software = ON}, {.software = ON}});
+        radio().clearCalls();
+        click(dialog, IDC_RADIO_ON_IMAGE);
+        EXPECT_THAT(radio().callTexts(),
+                    Contains(AllOf(StartsWith("WlanSetInterface "), HasSubstr(R"("phy":1)"))));
+        EXPECT_EQ(picture(dialog), "off");
     }});
 }
 

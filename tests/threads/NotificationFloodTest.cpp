@@ -69,7 +69,7 @@ public:
     explicit Screen(const tesk5::DiagDevice& card) : m_device(card) {
         g_scanCompleteContext = this;
         g_scanCompleteHandler = [](void* context) {
-            PostedRefresh::instance().leave(static_cast<MRLRAntennaDlg*>(context));
+            PostedRefresh::instance().post(static_cast<MRLRAntennaDlg*>(context));
         };
         PostedRefresh::instance().open(dialog(), &m_window);
     }
@@ -77,9 +77,9 @@ public:
     Screen& operator=(const Screen&) = delete;
     ~Screen() { PostedRefresh::instance().close(dialog()); }
 
-    // Waits for a note and does what it asks for. \return the names listed
+    // Waits for a posted refresh and does it. \return the names listed
     std::vector<std::string> refresh() {
-        while (!PostedRefresh::instance().take(dialog())) {
+        while (!PostedRefresh::instance().takePending(dialog())) {
             std::this_thread::yield();
         }
         std::vector<std::string> names;
@@ -94,7 +94,7 @@ public:
         return m_device.getSignalStrength(VisibleNetwork(m_device.m_visibleNetworks[index]));
     }
     void close() { PostedRefresh::instance().close(dialog()); }
-    bool hasNote() { return PostedRefresh::instance().take(dialog()); }
+    bool hasPendingRefresh() { return PostedRefresh::instance().takePending(dialog()); }
 
     MRLRAntennaDlg* dialog() { return reinterpret_cast<MRLRAntennaDlg*>(this); }
     WirelessDevice& device() { return m_device; }
@@ -156,7 +156,7 @@ TEST_F(NotificationFlood, LeavesNothingForADialogThatHasEnded) {
         screen->close();
         const long messages = screen->messages();
         flood.goesOn();
-        EXPECT_FALSE(screen->hasNote());
+        EXPECT_FALSE(screen->hasPendingRefresh());
         EXPECT_EQ(screen->messages(), messages);
     }
     EXPECT_EQ(radio().openHandles(), 0U);
@@ -191,7 +191,7 @@ TEST_F(NotificationFlood, MayComeWhileTheRadioChanges) {
     radio().clearFaults();
 }
 
-TEST_F(NotificationFlood, MayComeWhileSomebodyWishesToStop) {
+TEST_F(NotificationFlood, MayComeWhileAStopIsRequested) {
     Screen screen(device());
     const Flood flood(radio());
     std::thread person([&flood] {

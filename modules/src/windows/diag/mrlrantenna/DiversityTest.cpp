@@ -1,4 +1,4 @@
-// The interactive test: runs the dialog, and runs a fresh one when something breaks inside.
+// The interactive test: runs the dialog, and a new one after an exception in it.
 #include "MRLrAntenna.h"
 #include "ScanNotification.h"
 #include "mrlrantennaDlg.h"
@@ -19,14 +19,17 @@ using tesk5::TestResult;
 
 namespace {
 
-// The host's own windows come to rest before the dialog opens over them.
+// Beside MODULE_SOURCE_FILE: fixed, as its other lines are.
+constexpr int TRACE_LINE = 305;
+
+// Time for the host's own windows to settle before the dialog opens over them.
 constexpr unsigned int OPENING_PAUSE_MS = 1000;
 
 } // namespace
 
 TestResult DiversityTest(const tesk5::DiagDevice& device) {
     const mrl::TraceLogger trace(moduleLogger(), "Enter DiversityTest", MODULE_SOURCE_FILE,
-                                 __LINE__);
+                                 TRACE_LINE);
     mrl::System::mssleep(OPENING_PAUSE_MS);
 
     const mrl::String language(tesk5::language().c_str());
@@ -46,8 +49,8 @@ TestResult DiversityTest(const tesk5::DiagDevice& device) {
             }
             ended = true;
         } catch (...) {
-            // Whatever it was, the person at the PC is in the middle of a job: a fresh dialog, as
-            // often as it takes.
+            // The technician goes on in a new dialog, whatever the exception was and however often
+            // one comes.
             if (dialog != nullptr) {
                 dialog->EndDialog(0);
                 dialog->DestroyWindow();
@@ -55,6 +58,5 @@ TestResult DiversityTest(const tesk5::DiagDevice& device) {
             }
         }
     }
-    // A dialog gives no verdict: its person does.
     return modalResult == IDCANCEL ? TestResult::USERABORTED() : TestResult::COMPLETED();
 }

@@ -17,7 +17,7 @@ using tesk5::TestResult;
 
 namespace {
 
-// Says why the run ended, on Basekit's own stream, and gives the exit value that stands for it.
+// Writes why the run ended to Basekit's error stream. \return the exit value of such a run
 int exitedAbnormally(const char* kind, const mrl::String& text) {
     mrl::cerr << kind << text.getUTF8String().c_str() << mrl::endl;
     return TestResult::EXITEDABNORMALLY().value();
@@ -36,7 +36,6 @@ BOOL CMRLrAntennaGUIApp::InitInstance() {
         return FALSE;
     }
     AfxEnableControlContainer();
-    // The name of the class is of no use here: its registration is what other windows rely on.
     AfxRegisterWndClass(CS_BYTEALIGNWINDOW | CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW, nullptr, nullptr,
                         nullptr);
     return TRUE;
@@ -59,8 +58,7 @@ int CMRLrAntennaGUIApp::Run() {
     } catch (const tesk5::TeskException& exception) {
         result = exitedAbnormally("TeskException: ", exception.toString());
     } catch (...) {
-        // Nobody knows what it was, so nothing is claimed of it: no message, and the value of a run
-        // without a verdict.
+        // Hosts take the value 0 without a message for a run without a verdict.
     }
     return result;
 }

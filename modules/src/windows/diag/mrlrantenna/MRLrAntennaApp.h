@@ -10,7 +10,7 @@ public:
     ~CMRLrAntennaGUIApp() override;
 
     /// Starts OLE and the control container.
-    /// \return FALSE when OLE cannot be started, after telling the user; no test runs then
+    /// \return FALSE when OLE cannot be started, after a message box; no test runs then
     /// Platform: OleInitialize
     BOOL InitInstance() override;
 

@@ -1,15 +1,15 @@
 #include "PostedRefresh.h"
 
 PostedRefresh& PostedRefresh::instance() {
-    static PostedRefresh note;
-    return note;
+    static PostedRefresh refresh;
+    return refresh;
 }
 
 void PostedRefresh::open(MRLRAntennaDlg* dialog, HWND window) {
     const std::lock_guard lock(m_mutex);
     m_dialog = dialog;
     m_window = window;
-    m_waiting = false;
+    m_pending = false;
 }
 
 void PostedRefresh::close(MRLRAntennaDlg* dialog) {
@@ -17,26 +17,26 @@ void PostedRefresh::close(MRLRAntennaDlg* dialog) {
     if (m_dialog == dialog) {
         m_dialog = nullptr;
         m_window = nullptr;
-        m_waiting = false;
+        m_pending = false;
     }
 }
 
-void PostedRefresh::leave(const MRLRAntennaDlg* dialog) {
+void PostedRefresh::post(const MRLRAntennaDlg* dialog) {
     const std::lock_guard lock(m_mutex);
-    if (dialog == nullptr || dialog != m_dialog || m_waiting) {
+    if (dialog == nullptr || dialog != m_dialog || m_pending) {
         return;
     }
-    // An empty message: the loop wakes up, finds nothing else to do and lets the dialog look here.
-    // A full queue loses it, but then the loop is awake anyway.
-    m_waiting = true;
+    // An empty message wakes the loop, which then calls the dialog's OnKickIdle(). A full queue
+    // loses the message, but then the loop is awake.
+    m_pending = true;
     PostMessageW(m_window, WM_NULL, 0, 0);
 }
 
-bool PostedRefresh::take(const MRLRAntennaDlg* dialog) {
+bool PostedRefresh::takePending(const MRLRAntennaDlg* dialog) {
     const std::lock_guard lock(m_mutex);
-    if (dialog != m_dialog || !m_waiting) {
+    if (dialog != m_dialog || !m_pending) {
         return false;
     }
-    m_waiting = false;
+    m_pending = false;
     return true;
 }

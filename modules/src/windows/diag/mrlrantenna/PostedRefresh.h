@@ -1,8 +1,8 @@
 // Brings the wireless service's "scan complete" from its thread to the dialog's.
 //
-// The hook of the scan notification keeps pointing at the last dialog for good, and notifications
-// may come in floods; lists and controls must only be touched on the dialog's thread. So a
-// notification leaves one note, and the dialog picks it up when it has nothing else to do.
+// The slot of the scan notification keeps pointing at the last dialog after its end, and
+// notifications may come in floods; lists and controls must only be touched on the dialog's thread.
+// So a notification leaves one refresh pending, and the dialog does it when it is next idle.
 #pragma once
 
 #include <windows.h>
@@ -11,26 +11,27 @@
 
 class MRLRAntennaDlg;
 
-/// The one note of the process, for the one dialog that there is at a time. Any thread.
+/// The pending refresh of the process's one dialog. Any thread.
 class PostedRefresh {
 public:
     static PostedRefresh& instance();
 
-    /// From now on notes are for `dialog`, whose window is `window`.
+    /// From now on refreshes are posted for `dialog`, whose window is `window`.
     void open(MRLRAntennaDlg* dialog, HWND window);
-    /// Notes for `dialog` are dropped from now on, and the one that waits is too.
+    /// Refreshes of `dialog` are dropped from now on, a pending one too.
     void close(MRLRAntennaDlg* dialog);
 
-    /// Leaves a note, unless one waits already or `dialog` is not the one that is open; wakes the
-    /// dialog's message loop. `dialog` is compared, never used: it may be long gone.
+    /// Makes a refresh of `dialog` pending and wakes its message loop; does nothing when one is
+    /// pending already or `dialog` is not the one that is open. `dialog` is only compared: it may
+    /// have been deleted.
     /// Platform: PostMessageW
-    void leave(const MRLRAntennaDlg* dialog);
-    /// Takes the note. \return whether there was one for `dialog`
-    bool take(const MRLRAntennaDlg* dialog);
+    void post(const MRLRAntennaDlg* dialog);
+    /// \return whether a refresh of `dialog` was pending; it is not any more
+    bool takePending(const MRLRAntennaDlg* dialog);
 
 private:
     std::mutex m_mutex;
     MRLRAntennaDlg* m_dialog = nullptr;
     HWND m_window = nullptr;
-    bool m_waiting = false;
+    bool m_pending = false;
 };

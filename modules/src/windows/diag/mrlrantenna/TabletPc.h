@@ -1,6 +1,6 @@
-// A fact of the PC that the dialog adapts to.
+// The kind of PC, for the size of the list's entries.
 #pragma once
 
-/// Whether this is a Tablet PC, which is operated by finger.
+/// Whether this is a Tablet PC, which is used by touch.
 /// Platform: GetSystemMetrics(SM_TABLETPC)
 bool isTabletPc();

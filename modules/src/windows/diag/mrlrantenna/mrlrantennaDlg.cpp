@@ -72,7 +72,7 @@ MRLRAntennaDlg::~MRLRAntennaDlg() {
 }
 
 void MRLRAntennaDlg::refreshNetworks(void* context) {
-    PostedRefresh::instance().leave(static_cast<MRLRAntennaDlg*>(context));
+    PostedRefresh::instance().post(static_cast<MRLRAntennaDlg*>(context));
 }
 
 void MRLRAntennaDlg::PreSubclassWindow() {
@@ -118,7 +118,6 @@ BOOL MRLRAntennaDlg::OnInitDialog() {
     m_radioOffImage.SetImage(RADIO_OFF_PICTURE, false, true, false);
     showRadioPicture();
 
-    // Twice, here and wherever the dialog exchanges before it goes on: one rule for all of them.
     UpdateData(TRUE);
     UpdateData(TRUE);
 
@@ -192,7 +191,7 @@ HCURSOR MRLRAntennaDlg::OnQueryDragIcon() {
 }
 
 LRESULT MRLRAntennaDlg::OnKickIdle(WPARAM /*wParam*/, LPARAM /*lParam*/) {
-    if (PostedRefresh::instance().take(this)) {
+    if (PostedRefresh::instance().takePending(this)) {
         populateAvailableNetworks();
         updateSelectedNetworkInformation();
     }

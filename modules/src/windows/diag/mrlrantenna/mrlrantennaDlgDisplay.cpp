@@ -29,8 +29,8 @@ struct LabelText {
     int controlId;
     tesk5::LocalizedString* const* text;
 };
-// The label that the template calls "Signal Quality:" stands before the connected state, under the
-// text of CIPHER; SIGNAL_QUALITY is shown nowhere.
+// The label of the connected state, "Signal Quality:" in the template, shows the text of CIPHER;
+// SIGNAL_QUALITY is shown nowhere.
 constexpr LabelText labelsAfterAdapter[] = {
     {IDC_FINISH, &texts::finish},
     {IDC_INSTRUCTIONS, &texts::instructions1},
@@ -79,7 +79,7 @@ void MRLRAntennaDlg::populateAvailableNetworks() {
     if (selected == CB_ERR) {
         selected = 0;
     } else if (entries > 1) {
-        // The one entry of a list is no choice that somebody made.
+        // The only entry of a list was not chosen by the user.
         previous = entryText(m_networkCombo, selected);
     }
     m_networkCombo.ResetContent();
@@ -95,8 +95,7 @@ void MRLRAntennaDlg::populateAvailableNetworks() {
         const VisibleNetwork network = m_wirelessDevice->m_visibleNetworks[i];
         const String ssid = network.getSsid();
         const int index = static_cast<int>(i);
-        // A name that is a part of the previous one is the same network as far as lists go; the
-        // last such name is taken.
+        // A name that the previous one contains counts as the same network; the last one is taken.
         if (previous.find(ssid) != String::NOT_FOUND) {
             found = true;
             selected = index;
@@ -142,8 +141,8 @@ void MRLRAntennaDlg::updateSelectedNetworkInformation() {
         if (match) {
             m_networkCombo.SetCurSel(selected);
         }
-        // With the first entry selected, every network up to the first match is shown in turn, on
-        // purpose: something is on display even when the selected network has just gone.
+        // With the first entry selected, every network up to the first match is shown in turn, so
+        // that the fields are not left empty when the selected network has just gone.
         if (selected != 0 && !match) {
             continue;
         }
@@ -161,7 +160,7 @@ void MRLRAntennaDlg::showNetwork(VisibleNetwork& network) {
     setText(IDC_SSID, network.getSsid());
     setText(IDC_SECURITY, network.getSecurity());
     setText(IDC_CONNECTABLE, network.getConnectable());
-    setText(IDC_CIPHER, network.getConnected()); // see the labels above
+    setText(IDC_CIPHER, network.getConnected()); // the label shows the text of CIPHER
     setText(IDC_AUTH, network.getAuthAlgorithm());
     setText(IDC_STRENGTH_TEXT, network.getSignalQualityText());
     setText(IDC_STRENGTH_PERCENT, percentText(strength));

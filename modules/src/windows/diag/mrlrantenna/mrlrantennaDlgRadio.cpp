@@ -19,8 +19,8 @@ constexpr COLORREF BLACK = RGB(0, 0, 0);
 constexpr COLORREF BLUE = RGB(0, 0, 255);
 constexpr COLORREF RED = RGB(255, 0, 0);
 
-// How a radio state is shown. The first row whose flag the state has counts; the last has none and
-// stands for a state that cannot be read.
+// How a radio state is shown: by the first row whose flag it has, or by the last row when it could
+// not be read.
 struct RadioDisplay {
     RadioStateFlags flag;
     tesk5::LocalizedString* const* text;
@@ -60,7 +60,7 @@ void MRLRAntennaDlg::OnTimer(UINT_PTR nIDEvent) {
     }
     try {
         UpdateData(TRUE);
-        getSignalStrength(); // for the connection's state on display
+        getSignalStrength(); // shows the connection's state
     } catch (...) {
         return; // this tick only; the timer goes on
     }
@@ -90,7 +90,7 @@ HBRUSH MRLRAntennaDlg::OnCtlColor(CDC* pDC, CWnd* pWnd, UINT nCtlColor) {
     const HBRUSH brush = CWnd::OnCtlColor(pDC, pWnd, nCtlColor);
     switch (pWnd->GetDlgCtrlID()) {
     case IDC_CONNECTION_STATE:
-        // Read afresh: the colour must not lag behind the connection until the next tick.
+        // Read again: the colour must not lag behind the connection until the next tick.
         pDC->SetTextColor(m_wirelessDevice->getSigTransReceieveRate() ? BLUE : RED);
         break;
     case IDC_RADIO_STATUS:
@@ -122,15 +122,15 @@ void MRLRAntennaDlg::updateRadioState() {
 }
 
 void MRLRAntennaDlg::OnRadioImageClicked() {
-    const mrl::Int32 phy = lastPhy();
-    bool target = m_wirelessDevice->isRadioEnabled(phy);
+    bool target = m_wirelessDevice->isRadioEnabled(lastPhy());
     if (target == m_radioOn) {
         target = !target;
-        if (!m_wirelessDevice->setRadioState(static_cast<mrl::Uint32>(phy), target)) {
+        // The number of PHYs has just been read afresh: a card may come back with another one.
+        if (!m_wirelessDevice->setRadioState(static_cast<mrl::Uint32>(lastPhy()), target)) {
             return;
         }
     }
-    // Otherwise the radio was switched elsewhere, and the click brings the picture up to date.
+    // Otherwise the radio was switched elsewhere, and the click only updates the picture.
     m_radioOn = target;
     showRadioPicture();
     updateRadioState();
