@@ -1,7 +1,9 @@
 # DLLs that a program loads when it first calls one of their functions, and not when it starts.
 #
-# mrl::SystemLibrary does the loading, from the system directory alone. The import libraries are
-# made of the names in the tool chain's own.
+# For DLLs that Windows does not map from its own list (KnownDLLs): when the first call comes, the
+# program has told Windows to search the system directory alone, or the manifest names the version.
+# The tool chain has the loader, but import libraries of this kind must be made: they are, from the
+# names in its own ones.
 
 # mrlr_delay_import(<target> <dll>...) links <target>, and whoever links that, with such an import
 # library for each DLL. Names are in lower case and without ending.
@@ -23,12 +25,7 @@ function(mrlr_delay_import_library library name)
     string(REGEX MATCHALL " T [A-Za-z0-9_]+\n" functions "${symbols}")
     list(TRANSFORM functions REPLACE " T ([A-Za-z0-9_]+)\n" "\\1")
     list(SORT functions)
-    mrlr_delay_import_archive(${library} ${name} ${functions})
-endfunction()
-
-# mrlr_delay_import_archive(<library> <dll> <function>...): the import library of these functions.
-function(mrlr_delay_import_archive library name)
-    list(JOIN ARGN "\n" functions)
+    list(JOIN functions "\n" functions)
     # A folder each: the tool leaves its temporary files where it runs.
     set(folder "${CMAKE_BINARY_DIR}/delay_imports/${library}")
     file(CONFIGURE OUTPUT "${folder}/${name}.def" @ONLY CONTENT
@@ -45,6 +42,5 @@ function(mrlr_delay_import_archive library name)
     add_custom_target(${library}_archive DEPENDS "${archive}")
     add_library(${library} STATIC IMPORTED GLOBAL)
     set_target_properties(${library} PROPERTIES IMPORTED_LOCATION "${archive}")
-    target_link_libraries(${library} INTERFACE mrlbase)
     add_dependencies(${library} ${library}_archive)
 endfunction()

@@ -148,8 +148,4 @@ TEST(ApplicationProcess, ExitsWithWhatExitInstanceReturnsWhenItDoesNotStart) {
     EXPECT_EQ(runProbe(L"refuse"), 23U);
 }
 
-TEST(ApplicationProcess, LoadsNothingOfWindowsUntilItOpensOne) {
-    EXPECT_EQ(runProbe(L"windows"), 50U);
-}
-
 } // namespace

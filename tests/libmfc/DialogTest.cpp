@@ -387,7 +387,7 @@ TEST(IdleDialog, IsKickedUntilItHasNothingMoreToDoAndTellsItsOwner) {
         std::vector<int> kicks;
         using TestDialog::TestDialog;
     };
-    struct Told final : OwnerWindow {
+    struct NotifiedOwner final : OwnerWindow {
         LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
             entered += message == WM_ENTERIDLE && wParam == MSGF_DIALOGBOX;
             return CWnd::WindowProc(message, wParam, lParam);
@@ -433,7 +433,7 @@ TEST(DialogsMessages, ReachTheirHandlers) {
                            reinterpret_cast<LPARAM>(dialog.combo.m_hWnd));
         dialog.text.SendMessage(WM_LBUTTONDOWN);
         dialog.text.SendMessage(WM_LBUTTONUP);
-        // Another notification of the same control, and the same of another, are nobody's.
+        // Another notification of the same control, and the same of another, have no handler.
         dialog.SendMessage(WM_COMMAND, MAKEWPARAM(IDC_TEST_COMBO, CBN_DROPDOWN));
         dialog.SendMessage(WM_COMMAND, MAKEWPARAM(IDC_TEST_STATIC, CBN_SELCHANGE));
         dialog.SendMessage(WM_CLOSE);

@@ -32,10 +32,7 @@ void onNewThread(Body body) {
     thread.join();
 }
 
-// In a process that has OLE's DLL; in one that has not, the first window starts it, which
-// ApplicationProcess shows.
 TEST(Ole, RunsFromAfxOleInitUntilTheApplicationEnds) {
-    ASSERT_NE(LoadLibraryW(L"ole32.dll"), nullptr);
     onNewThread([] {
         OleApplication application;
         AfxWinMain(GetModuleHandleW(nullptr), nullptr, GetCommandLineW(), SW_SHOW);

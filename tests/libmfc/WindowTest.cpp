@@ -247,7 +247,7 @@ TEST(Window, WhosePaintingThrowsIsNotAskedAgainAtOnce) {
     EXPECT_THROW(application.start(), std::runtime_error);
 }
 
-TEST(DeviceContext, BelongsToWhoeverHasItAttached) {
+TEST(DeviceContext, IsOwnedByTheObjectItIsAttachedTo) {
     const HDC handle = CreateCompatibleDC(nullptr);
     {
         CDC dc;

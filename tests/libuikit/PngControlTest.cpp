@@ -128,18 +128,6 @@ TEST_F(Pictures, LetTheBackgroundShineThrough) {
     EXPECT_EQ(pixel(0.1, 0.5), BACKGROUND);
 }
 
-TEST_F(Pictures, MixTheirPixelsWhenTheyShrink) {
-    const auto file = folder / L"lines.png";
-    {
-        const auto session = libUikit::GdiplusSession::acquire();
-        writePng(file, 2, 2, Gdiplus::Color(255, 0, 0, 0), Gdiplus::Color(255, 255, 255, 255));
-    }
-    ASSERT_TRUE(dialog.picture.SetImage(mrl::String(file.c_str()), true, false, false));
-    dialog.picture.MoveWindow(0, 0, 1, 1);
-    dialog.picture.GetClientRect(client);
-    EXPECT_NEAR(GetRValue(pixel(0, 0)), 128, 1);
-}
-
 TEST_F(Pictures, AreGreyWhileTheControlIsDisabled) {
     ASSERT_TRUE(dialog.picture.SetImage(redAndGreen(400, 400), false, false, false));
     dialog.ShowWindow(SW_SHOW);

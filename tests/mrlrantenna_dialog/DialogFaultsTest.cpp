@@ -130,7 +130,7 @@ protected:
     }
 
 private:
-    // The device's lines without those that tell of what it sees.
+    // The device's lines without those about the networks that it sees.
     Lines failureLines() {
         constexpr std::string_view ordinary[] = {
             "There are ",      "Interface ", "GUID: ",           "State: ",   "Total ",

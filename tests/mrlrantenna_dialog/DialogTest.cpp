@@ -113,7 +113,7 @@ void press(const Dialog& dialog, WPARAM key) {
     ::PostMessageW(dialog.m_networkCombo.m_hWnd, WM_KEYDOWN, key, 0);
 }
 
-// The pictures are nowhere near the current folder: the log then tells which ones were asked for.
+// The pictures are nowhere near the current folder: the log then names those that were looked for.
 DialogTest::DialogTest() : m_journal(clock()), m_folderBefore(std::filesystem::current_path()) {
     std::filesystem::current_path(m_folder.path());
     doubles::tabletPc = false;

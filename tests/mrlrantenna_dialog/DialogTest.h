@@ -35,7 +35,7 @@ bool isShown(const Dialog& dialog, int controlId);
 bool isEnabled(const Dialog& dialog, int controlId);
 /// The picture that is shown: "on", "off", "both" or "none"; "greyed" in front when it is disabled.
 std::string picture(const Dialog& dialog);
-/// The colour in which a control is told to write.
+/// The text colour that the dialog sets for a control.
 COLORREF colour(const Dialog& dialog, int controlId);
 /// Whether the timer is armed. Arms it afresh if it is.
 bool timerRuns(const Dialog& dialog);
@@ -44,7 +44,7 @@ bool timerRuns(const Dialog& dialog);
 
 /// Selects an entry of the list of networks.
 void choose(Dialog& dialog, int index);
-/// Clicks with the left button on a control that tells clicks.
+/// Clicks with the left button on a control that has SS_NOTIFY.
 void click(const Dialog& dialog, int controlId);
 /// A tick of the timer.
 void tick(const Dialog& dialog, UINT_PTR timerId = Dialog::SIGNAL_TIMER_ID);

@@ -94,9 +94,9 @@ WIN32_PLACES = re.compile(
     r"(common/src/libmfc/.*|common/src/libuikit/.*"
     r"|common/src/libnativewifi/nativewifi/WlanTypes\.h|common/src/lib(nativewifi|networkadapters)/src/[^/]*Win32\.cpp"
     # A console needs UTF-16 from the system itself; only the system knows what a name leads to, its
-    # own path and the languages, its DLLs and its process's secret.
+    # own path and the languages, its DLLs and its arguments.
     r"|common/src/libcommon/mrlbase/src/"
-    r"(OutputStream|(Files|System|SystemLibrary|DelayLoad|StackGuard)Win32)\.cpp"
+    r"(OutputStream|(Files|ProcessArguments|System|SystemLibrary)Win32)\.cpp"
     # Console events.
     r"|common/src/libtesk5/src/run/InterruptWatchWin32\.cpp"
     r"|tools/radiosim/dll/.*|tools/dialogprobe/.*)$")

@@ -28,7 +28,7 @@ BUILD = DIST.parent
 BILL = "mrlrantenna.cdx.json"
 CMAKE_LIBRARIES = (ROOT / "cmake" / "HeaderOnlyLibraries.cmake").read_text(encoding="utf-8")
 # What every executable of this toolchain has in it, whatever else it uses.
-RUN_TIME = {"libstdc++", "libgcc", "winpthreads", "MinGW-w64 runtime"}
+RUN_TIME = {"libstdc++", "libgcc", "libssp", "winpthreads", "MinGW-w64 runtime"}
 # Words by which a licence is known.
 LICENCE_WORDS = {
     "MIT": ["Permission is hereby granted, free of charge", "THE SOFTWARE IS PROVIDED"],

@@ -63,21 +63,21 @@ std::wstring Control::text() const {
 Json Control::description() const {
     RECT place{};
     GetWindowRect(m_window, &place);
-    Json told = {{"id", id()},
-                 {"class", mrl::toUtf8(className())},
-                 {"text", mrl::toUtf8(text())},
-                 {"visible", IsWindowVisible(m_window) != FALSE},
-                 {"enabled", IsWindowEnabled(m_window) != FALSE},
-                 {"rect", {place.left, place.top, place.right, place.bottom}},
-                 {"style", style()}};
+    Json fields = {{"id", id()},
+                   {"class", mrl::toUtf8(className())},
+                   {"text", mrl::toUtf8(text())},
+                   {"visible", IsWindowVisible(m_window) != FALSE},
+                   {"enabled", IsWindowEnabled(m_window) != FALSE},
+                   {"rect", {place.left, place.top, place.right, place.bottom}},
+                   {"style", style()}};
     if (isClass(WC_COMBOBOXW)) {
-        told["entries"] = entriesOf(*this);
-        told["selection"] = send(CB_GETCURSEL);
+        fields["entries"] = entriesOf(*this);
+        fields["selection"] = send(CB_GETCURSEL);
     } else if (isClass(PROGRESS_CLASSW)) {
-        told["position"] = send(PBM_GETPOS);
-        told["range"] = {send(PBM_GETRANGE, TRUE), send(PBM_GETRANGE, FALSE)};
+        fields["position"] = send(PBM_GETPOS);
+        fields["range"] = {send(PBM_GETRANGE, TRUE), send(PBM_GETRANGE, FALSE)};
     }
-    return told;
+    return fields;
 }
 
 HWND Control::focus() const {
@@ -106,7 +106,7 @@ void Control::select(int index) const {
     if (send(CB_SETCURSEL, static_cast<WPARAM>(index)) == CB_ERR) {
         throw std::runtime_error("the list has no entry " + std::to_string(index));
     }
-    // The list itself tells the dialog only of a person's choice.
+    // The list itself sends the notification only when the user selects.
     Control(GetParent(m_window))
         .send(WM_COMMAND, MAKEWPARAM(id(), CBN_SELCHANGE), reinterpret_cast<LPARAM>(m_window));
 }

@@ -34,7 +34,7 @@ public:
 
     /// Pushes a button; presses and releases the left mouse button in the middle of the rest.
     void click() const;
-    /// Selects an entry of a combo box and tells its dialog. \param index from 0
+    /// Selects an entry of a combo box and notifies its dialog. \param index from 0
     void select(int index) const;
     /// Presses and releases a key.
     void key(WPARAM virtualKey) const;

@@ -34,7 +34,8 @@ constexpr const char* USAGE =
     "\n"
     "Finds the visible top-level window with the title TEXT, waiting up to MS milliseconds for "
     "it,\n"
-    "and obeys COMMAND. Without a command, obeys one command a line from standard input. Answers\n"
+    "and executes COMMAND. Without a command, executes one command a line from standard input. "
+    "Answers\n"
     "are lines of JSON in UTF-8; from standard input, an empty line ends each answer.\n"
     "\n"
     "  windows           every top-level window of the desktop\n"
@@ -100,7 +101,7 @@ class Probe {
 public:
     Probe(std::wstring title, DWORD waitMs) : m_title(std::move(title)), m_waitMs(waitMs) {}
 
-    void obey(const std::vector<std::string>& words);
+    void execute(const std::vector<std::string>& words);
 
 private:
     using Arguments = std::vector<std::string>;
@@ -143,7 +144,7 @@ const std::map<std::string, Probe::Command>& Probe::commands() {
     return all;
 }
 
-void Probe::obey(const std::vector<std::string>& words) {
+void Probe::execute(const std::vector<std::string>& words) {
     const auto found = commands().find(words.front());
     if (found == commands().end()) {
         throw WrongUsage("no command is called \"" + words.front() + "\"");
@@ -264,12 +265,12 @@ void obeyInput(Probe& probe) {
         }
         try {
             if (!words.empty()) {
-                probe.obey(words);
+                probe.execute(words);
             }
         } catch (const std::runtime_error& error) {
             tell(error);
         }
-        std::cout << std::endl; // and out with it: somebody waits for the answer
+        std::cout << std::endl; // flushed: the caller waits for the answer
     }
 }
 
@@ -299,7 +300,7 @@ int run(std::vector<std::string> arguments) {
         return 0;
     }
     try {
-        probe.obey(arguments);
+        probe.execute(arguments);
         return 0;
     } catch (const WrongUsage&) {
         throw;
@@ -323,7 +324,7 @@ int wmain(int count, wchar_t** words) {
     try {
         return run(std::move(arguments));
     } catch (const WrongUsage& error) {
-        std::cerr << "dialogprobe: " << error.what() << "; --help tells what it takes\n";
+        std::cerr << "dialogprobe: " << error.what() << "; see --help\n";
         return WRONG_USAGE;
     }
 }

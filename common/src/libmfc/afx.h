@@ -7,7 +7,7 @@
 #define AFXAPI __stdcall
 #endif
 
-/// Marks a message handler for the reader; means nothing to the compiler.
+/// Marks a message handler for the reader; empty for the compiler.
 #ifndef afx_msg
 #define afx_msg
 #endif
@@ -30,7 +30,7 @@ public:
     /// \param bAutoDelete whether Delete() frees the object: TRUE for one made with new
     explicit CException(BOOL bAutoDelete) : m_bAutoDelete(bAutoDelete) {}
 
-    /// Ends the catcher's hold on the object, which is not to be touched afterwards.
+    /// Frees the object if it was made with new; it is not to be used afterwards.
     void Delete();
 
 private:
@@ -43,13 +43,13 @@ public:
     explicit CResourceException(BOOL bAutoDelete = TRUE) : CException(bAutoDelete) {}
 };
 
-/// Something was asked for that does not exist, such as a control that the dialog lacks.
+/// Something was requested that does not exist, such as a control that the dialog lacks.
 class CNotSupportedException : public CException {
 public:
     explicit CNotSupportedException(BOOL bAutoDelete = TRUE) : CException(bAutoDelete) {}
 };
 
-/// The user has been told already; what was going on is given up.
+/// The user has seen a message already; the operation is cancelled.
 class CUserException : public CException {
 public:
     explicit CUserException(BOOL bAutoDelete = TRUE) : CException(bAutoDelete) {}

@@ -6,11 +6,9 @@
 class COccManager;
 
 /// Starts OLE on the calling thread, as a single-threaded apartment, until AfxWinMain() ends. A
-/// second call on the thread changes nothing. In a process that has not loaded ole32.dll, OLE
-/// starts with the thread's first window: a program that never opens one does without.
+/// second call on the thread changes nothing.
 /// \return FALSE when OLE cannot be started, for example because the thread already belongs to
-/// the multithreaded apartment; when OLE that waited for a window cannot, the window cannot be
-/// created
+/// the multithreaded apartment
 /// Platform: OleInitialize, OleUninitialize
 BOOL AFXAPI AfxOleInit();
 

@@ -62,9 +62,9 @@ public:
     /// Work for an empty queue. `lCount` counts the calls since the last message.
     /// \return whether there is more to do. The default frees temporary objects and has no more
     virtual BOOL OnIdle(LONG lCount);
-    /// A look at each message of a loop before it is translated and dispatched. The default asks
+    /// Called for each message of a loop before it is translated and dispatched. The default asks
     /// the window that the message is for, then its parents and owners in turn.
-    /// \return TRUE when the message is dealt with and must not be dispatched
+    /// \return TRUE when the message is handled and must not be dispatched
     virtual BOOL PreTranslateMessage(MSG* pMsg);
     /// Whether OnIdle() is to be called again after `pMsg`. Pointer moves that change nothing and
     /// caret blinks do not count.
@@ -146,7 +146,7 @@ public:
 
     HDC GetSafeHdc() const { return m_hDC; }
     operator HDC() const { return m_hDC; }
-    /// Takes over `hDC`. \return FALSE for null
+    /// Makes `hDC` the context of this object. \return FALSE for null
     BOOL Attach(HDC hDC);
     /// Gives the handle back to the caller.
     HDC Detach();
@@ -216,17 +216,17 @@ public:
     /// Makes this the object of `hWndNew`, whose messages keep going where they went.
     /// \return FALSE for null, or when the window already has another object
     BOOL Attach(HWND hWndNew);
-    /// Parts from the window and leaves it as it is. \return its handle
+    /// Detaches from the window, which stays as it is. \return its handle
     HWND Detach();
 
-    /// Attaches `hWnd`, calls PreSubclassWindow(), and takes the window's messages over.
+    /// Attaches `hWnd`, calls PreSubclassWindow(), and replaces the window's procedure.
     BOOL SubclassWindow(HWND hWnd);
     /// The same for the control `nID` of `pParent`.
     BOOL SubclassDlgItem(UINT nID, CWnd* pParent);
-    /// Gives the messages back to who had them and detaches. \return the handle
+    /// Restores the window procedure from before SubclassWindow() and detaches. \return the handle
     HWND UnsubclassWindow();
 
-    // Life.
+    // Creation and end.
 
     /// Creates a window with this object. `nIDorHMenu` is the id of a child window.
     /// \return whether it worked
@@ -243,8 +243,8 @@ public:
 
     LRESULT SendMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
     BOOL PostMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
-    /// A look at each message for this window and for those below it, before it is dispatched.
-    /// \return TRUE when it is dealt with. The default has no opinion
+    /// Called for each message of this window and of its children, before it is dispatched.
+    /// \return TRUE when it is handled. The default returns FALSE
     virtual BOOL PreTranslateMessage(MSG* pMsg);
 
     // State. Each does what the Windows function of its name does.
@@ -274,7 +274,7 @@ public:
     int GetWindowText(LPTSTR lpszStringBuf, int nMaxCount) const;
     int GetWindowTextLength() const;
 
-    // Place and looks.
+    // Place and appearance.
 
     void GetClientRect(LPRECT lpRect) const;
     void GetWindowRect(LPRECT lpRect) const;
@@ -325,7 +325,7 @@ protected:
     virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* pResult);
     /// WM_COMMAND. \return whether there was a handler
     virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
-    /// What the window would do without this object.
+    /// The window procedure from before this object, or else Windows' default.
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     /// DefWindowProc() with the message that is being handled.
     LRESULT Default();
@@ -353,7 +353,7 @@ private:
     void takeMessages();
     void onNcDestroy();
 
-    WNDPROC m_super = nullptr; // who had the messages before; null while they are not ours
+    WNDPROC m_super = nullptr; // the procedure from before; null while it is not replaced
     bool m_temporary = false;
 };
 
@@ -369,7 +369,7 @@ public:
     /// \return the control's window
     /// Failure: throws CNotSupportedException when the dialog has no such control.
     HWND PrepareCtrl(int nIDC);
-    /// Gives the exchange up: throws CUserException.
+    /// Cancels the exchange: throws CUserException.
     [[noreturn]] void Fail();
 };
 
@@ -400,7 +400,8 @@ public:
     /// dialog it does nothing.
     void EndDialog(int nResult);
 
-    /// The controls exist and the dialog is about to be shown. The default does UpdateData(FALSE).
+    /// Called when the controls exist and the dialog is about to be shown. The default does
+    /// UpdateData(FALSE).
     /// \return TRUE to have the focus set to the first control
     virtual BOOL OnInitDialog();
 
@@ -420,7 +421,7 @@ private:
     friend class AfxWindowAccess;
 
     HWND createFrom(LPCTSTR templateName, HWND owner);
-    void leave(HWND disabledOwner);
+    void destroyModal(HWND disabledOwner);
 
     LPCTSTR m_templateName = nullptr;
     CWnd* m_parent = nullptr;
@@ -455,7 +456,7 @@ public:
 
 namespace afx {
 
-/// What a control tells when it asks its parent for colours, for the length of the handler.
+/// The context, control and kind of a request for colours, for the length of the handler.
 class ColorRequest {
 public:
     explicit ColorRequest(const MSG& message);
@@ -502,21 +503,20 @@ CWnd* AFXAPI AfxGetMainWnd();
 HINSTANCE AFXAPI AfxGetInstanceHandle();
 HINSTANCE AFXAPI AfxGetResourceHandle();
 
-/// Readies the library and fills the application object, if any; main() does it for programs that
-/// leave main() to the library. \return FALSE when it fails
+/// Initialises the library and the application object, if any; the library's main() calls it.
+/// \return FALSE when it fails
 BOOL AFXAPI AfxWinInit(HINSTANCE hInstance, HINSTANCE hPrevInstance, LPTSTR lpCmdLine,
                        int nCmdShow);
 
-/// The application's life, on the calling thread, as the library's main() runs it.
-/// What AfxOleInit() began on this thread is ended before it returns.
+/// Runs the application on the calling thread, as the library's main() does, and ends OLE there if
+/// AfxOleInit() has started it.
 /// \return the process's exit code; -1 when there is no application object
 int AFXAPI AfxWinMain(HINSTANCE hInstance, HINSTANCE hPrevInstance, LPTSTR lpCmdLine, int nCmdShow);
 
-/// A window class with these properties, registered with the executable on the first call; in a
-/// process that has not loaded user32.dll, right before its first window.
+/// A window class with these properties, registered with the executable on the first call.
 /// \return its name, made from the properties: equal ones give the same name. Valid until the
 /// thread's next call.
-/// Failure: AfxThrowResourceException(); for a class that waited, no window can be created.
+/// Failure: AfxThrowResourceException().
 /// Platform: RegisterClassW, DefWindowProcW
 LPCTSTR AFXAPI AfxRegisterWndClass(UINT nClassStyle, HCURSOR hCursor = nullptr,
                                    HBRUSH hbrBackground = nullptr, HICON hIcon = nullptr);

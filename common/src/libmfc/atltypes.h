@@ -22,7 +22,7 @@ public:
     }
 };
 
-/// Goes wherever a RECT or a pointer to one is wanted. All zero unless given otherwise.
+/// Converts to a RECT and to a pointer to one. All zero by default.
 class CRect : public RECT {
 public:
     CRect() : RECT{} {}

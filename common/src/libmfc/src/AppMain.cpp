@@ -1,5 +1,5 @@
-// The process's entry for programs that consist of an application object. Alone in its file, so
-// that the linker takes it out of the archive only for programs without a main() of their own.
+// The main() of programs that consist of an application object. Alone in its file, so that the
+// linker takes it out of the archive only for programs without a main() of their own.
 #include <afxwin.h>
 
 namespace {
@@ -14,9 +14,9 @@ int requestedShow() {
 } // namespace
 
 int main() {
-    // What Windows' own parts load from here on comes from the system directory: neither a file
-    // beside the program nor one in the current directory takes its place. Either call fails only
-    // on systems that are too old for this program.
+    // DLLs that are loaded from here on come from the system directory, and not from the program's
+    // folder or the current one. Either call fails only on systems that are too old for this
+    // program.
     SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     SetDllDirectoryW(L"");
     return AfxWinMain(GetModuleHandleW(nullptr), nullptr, GetCommandLineW(), requestedShow());

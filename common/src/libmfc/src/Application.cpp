@@ -1,10 +1,10 @@
 // The one application object and its life.
 #include <afxwin.h>
 
-#include "OleThread.h"
+#include "Ole.h"
 #include "ThreadState.h"
 
-#include <mrl/CommandLineText.h>
+#include <mrl/ProcessArguments.h>
 
 #include <filesystem>
 
@@ -52,7 +52,7 @@ HICON CWinApp::LoadIcon(UINT nIDResource) const {
 }
 
 void CWinApp::ParseCommandLine(CCommandLineInfo& rCmdInfo) {
-    const std::vector<mrl::CharString> arguments = mrl::splitCommandLine(GetCommandLineW());
+    const std::vector<mrl::CharString> arguments = mrl::processArguments();
     for (std::size_t i = 1; i < arguments.size(); ++i) {
         const wchar_t* const argument = arguments[i].c_str();
         const bool flag = argument[0] == L'-' || argument[0] == L'/';
@@ -96,6 +96,8 @@ int AFXAPI AfxWinMain(HINSTANCE hInstance, HINSTANCE hPrevInstance, LPTSTR lpCmd
     if (application == nullptr || !AfxWinInit(hInstance, hPrevInstance, lpCmdLine, nCmdShow)) {
         return -1;
     }
-    const afx::OleThread ole;
-    return application->InitInstance() ? application->Run() : application->ExitInstance();
+    const int exitCode =
+        application->InitInstance() ? application->Run() : application->ExitInstance();
+    afx::endOle();
+    return exitCode;
 }

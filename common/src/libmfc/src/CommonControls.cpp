@@ -14,7 +14,7 @@ WPARAM toWParam(int value) {
 // A whole window is a tool of its parent, named by its handle; a part is a tool of the window.
 TTTOOLINFOW toolInfo(CWnd* window, LPCTSTR text, LPCRECT rectangle, UINT_PTR id) {
     TTTOOLINFOW info{};
-    // The size without the last member: both generations of the control know it.
+    // The size without the last member, which version 5 of the control knows too.
     info.cbSize = TTTOOLINFOW_V2_SIZE;
     info.lpszText = const_cast<LPTSTR>(text); // only read
     if (id == 0) {

@@ -1,5 +1,5 @@
-// Dialogs. The modal one runs on a loop of the library rather than on Windows' DialogBox(), so that
-// PreTranslateMessage() sees the messages and exceptions find their way out.
+// Dialogs. A modal one runs in a loop of the library rather than in Windows' DialogBox(), so that
+// PreTranslateMessage() sees the messages and exceptions come out of DoModal().
 #include <afxwin.h>
 
 #include "ThreadState.h"
@@ -7,7 +7,7 @@
 
 namespace {
 
-// Answers the dialog manager, which asks behind the window procedure.
+// The dialog manager calls it for messages that the window procedure passes on.
 INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM, LPARAM) {
     if (message != WM_INITDIALOG) {
         return FALSE;
@@ -31,8 +31,8 @@ HWND disable(HWND owner) {
     if (owner == nullptr || owner == GetDesktopWindow() || !IsWindowEnabled(owner)) {
         return nullptr;
     }
-    // A window of another process, a console above all, would stay disabled for good if this one
-    // ended in between. Windows gives a console as its program's own, hence the second question.
+    // A window of another process would stay disabled if this process ended in between. Windows
+    // reports a console's window as its program's own, hence the second condition.
     DWORD process = 0;
     GetWindowThreadProcessId(owner, &process);
     if (process != GetCurrentProcessId() || owner == GetConsoleWindow()) {
@@ -88,19 +88,18 @@ INT_PTR CDialog::DoModal() {
         if (created && m_continueModal) {
             RunModalLoop(MLF_SHOWONIDLE);
         }
-        leave(disabledOwner);
+        destroyModal(disabledOwner);
         afx::rethrowPending();
     } catch (...) {
-        leave(disabledOwner);
-        afx::threadState().pending = nullptr; // what the end brought up; the first one counts
+        destroyModal(disabledOwner);
+        afx::threadState().pending = nullptr; // thrown while the dialog ended; the first one counts
         throw;
     }
     return m_nModalResult;
 }
 
-// Takes the window away. The owner is enabled before that: otherwise Windows would bring another
-// program's window to the front.
-void CDialog::leave(HWND disabledOwner) {
+// The owner is enabled first: otherwise Windows would bring another program's window to the front.
+void CDialog::destroyModal(HWND disabledOwner) {
     m_continueModal = false;
     if (m_hWnd != nullptr) {
         SetWindowPos(m_hWnd, nullptr, 0, 0, 0, 0,

@@ -3,13 +3,13 @@
 
 void CException::Delete() {
     if (m_bAutoDelete) {
-        delete this; // made with new by whoever threw it
+        delete this; // made with new
     }
 }
 
 namespace {
 
-// Not made with new: what reports a lack of resources must not need any.
+// Not made with new: reporting a lack of resources must not need memory.
 template <class Exception>
 [[noreturn]] void throwTheOne() {
     static Exception exception(FALSE);

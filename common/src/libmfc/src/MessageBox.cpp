@@ -3,7 +3,7 @@
 
 namespace {
 
-// The window that the user is looking at, with the box over it: the calling thread's active one.
+// The calling thread's active window.
 HWND ownerOfBoxes() {
     return GetLastActivePopup(GetActiveWindow());
 }

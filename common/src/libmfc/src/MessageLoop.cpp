@@ -8,7 +8,7 @@ namespace {
 // The caret's blink timer, which the system sends without documenting a name for it.
 constexpr UINT CARET_TIMER = 0x0118;
 
-// Whether the window is of this thread: only then is it told about an idle loop. Another process's
+// Whether the window is of this thread: only then is WM_ENTERIDLE sent to it. Another process's
 // window might not answer.
 bool isOfThisThread(HWND window) {
     return window != nullptr && GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId();
@@ -36,9 +36,9 @@ bool pumpMessage(MSG& message, CWinThread* thread) {
     if (!goesOn) {
         return false;
     }
-    const bool dealtWith =
+    const bool handled =
         thread != nullptr ? thread->PreTranslateMessage(&message) != FALSE : preTranslate(message);
-    if (!dealtWith) {
+    if (!handled) {
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
@@ -122,7 +122,7 @@ int CWnd::RunModalLoop(DWORD dwFlags) {
     m_continueModal = true;
     m_nModalResult = -1;
     const HWND parent = ::GetParent(m_hWnd);
-    const bool tellParent = (dwFlags & MLF_NOIDLEMSG) == 0 && isOfThisThread(parent);
+    const bool notifyParent = (dwFlags & MLF_NOIDLEMSG) == 0 && isOfThisThread(parent);
     bool show = (dwFlags & MLF_SHOWONIDLE) != 0 && (GetStyle() & WS_VISIBLE) == 0;
     bool idle = true;
     afx::LastPointer lastPointer;
@@ -135,7 +135,7 @@ int CWnd::RunModalLoop(DWORD dwFlags) {
                 UpdateWindow();
                 show = false;
             }
-            if (tellParent && idleCount == 0) {
+            if (notifyParent && idleCount == 0) {
                 ::SendMessageW(parent, WM_ENTERIDLE, MSGF_DIALOGBOX,
                                reinterpret_cast<LPARAM>(m_hWnd));
             }

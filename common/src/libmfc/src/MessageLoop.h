@@ -1,4 +1,4 @@
-// What the application's loop and the modal ones have in common.
+// The steps that the application's message loop and the modal ones share.
 #pragma once
 
 #include <afxwin.h>
@@ -11,7 +11,7 @@ namespace afx {
 bool pumpMessage(MSG& message, CWinThread* thread);
 
 /// Asks the window that `message` is for, then its parents and owners.
-/// \return whether one has dealt with it
+/// \return whether one has handled it
 bool preTranslate(MSG& message);
 
 /// Frees temporary objects, unless a handler that may hold one is running.

@@ -1,52 +1,31 @@
 // Starting and ending OLE. Not ended by a thread-local object: that would run inside the system's
-// loader lock, where OLE must not be touched.
+// loader lock, where OLE must not be used.
 #include <afxdisp.h>
 
-#include "FirstWindow.h"
-#include "OleThread.h"
+#include "Ole.h"
 
 #include <ole2.h>
 #include <utility>
 
 namespace {
 
-enum class Ole { none, promised, started };
-thread_local Ole t_ole = Ole::none;
-
-bool start() {
-    // RPC_E_CHANGED_MODE, OLE_E_WRONGCOMPOBJ, E_OUTOFMEMORY; S_FALSE when it ran already, which
-    // is to be balanced all the same
-    t_ole = SUCCEEDED(OleInitialize(nullptr)) ? Ole::started : Ole::none;
-    return t_ole == Ole::started;
-}
+thread_local bool t_started = false;
 
 } // namespace
 
 BOOL AFXAPI AfxOleInit() {
-    if (t_ole != Ole::none) {
-        return TRUE;
+    if (!t_started) {
+        // RPC_E_CHANGED_MODE, OLE_E_WRONGCOMPOBJ, E_OUTOFMEMORY; S_FALSE when OLE runs on this
+        // thread already, which needs an OleUninitialize() of its own too
+        t_started = SUCCEEDED(OleInitialize(nullptr));
     }
-    // Only somebody who has the DLL could have put the thread where OLE cannot start, or could see
-    // whether it runs.
-    if (GetModuleHandleW(L"ole32.dll") == nullptr) {
-        t_ole = Ole::promised;
-        return TRUE;
-    }
-    return start();
-}
-
-bool afx::startPromisedOle() {
-    return t_ole != Ole::promised || start();
+    return t_started;
 }
 
 void AFXAPI AfxEnableControlContainer(COccManager*) {}
 
-namespace afx {
-
-OleThread::~OleThread() {
-    if (std::exchange(t_ole, Ole::none) == Ole::started) {
+void afx::endOle() {
+    if (std::exchange(t_started, false)) {
         OleUninitialize();
     }
 }
-
-} // namespace afx

@@ -16,7 +16,7 @@ void CALLBACK freeState(void* state) {
 } // namespace
 
 ThreadState& threadState() {
-    // FLS_OUT_OF_INDEXES when the process has used them up: as good as no memory
+    // FLS_OUT_OF_INDEXES when the process has used them up: treated as a lack of memory
     static const DWORD slot = FlsAlloc(freeState);
     if (void* const state = FlsGetValue(slot)) {
         return *static_cast<ThreadState*>(state);
@@ -33,7 +33,7 @@ void keepException() {
     if (state.pending == nullptr) {
         state.pending = std::current_exception();
     }
-    // A loop that called the handler from inside GetMessage() would go on waiting there.
+    // Wakes a loop that called the handler from inside GetMessage().
     PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
 }
 

@@ -1,5 +1,5 @@
-// What the library keeps for each thread: the maps from handles to objects, the message in hand,
-// the window being created, and an exception on its way out.
+// What the library keeps for each thread: the maps from handles to objects, the current message,
+// the window being created, and the exception that is to come out of the loop.
 #pragma once
 
 #include <afxwin.h>
@@ -15,12 +15,12 @@ struct ThreadState {
     std::unordered_map<HWND, std::unique_ptr<CWnd>> temporary;
     /// The message that the innermost window procedure is handling.
     MSG current{};
-    /// Window procedures on the stack. Their handlers may hold temporary objects.
+    /// Number of window procedures on the stack. Their handlers may hold temporary objects.
     int depth = 0;
-    /// Gets the next window that is created on the thread.
+    /// The object of the next window that is created on the thread.
     CWnd* creating = nullptr;
     CWinThread* thread = nullptr;
-    /// What left a handler first and has not come out of a loop yet.
+    /// The first exception that left a handler and has not come out of a loop yet.
     std::exception_ptr pending;
 };
 

@@ -1,4 +1,4 @@
-// The Windows functions that a window object offers as its own.
+// The operations of a window object that call the Windows function of the same name.
 #include <afxwin.h>
 
 namespace {

@@ -10,7 +10,7 @@ CWnd::CWnd() = default;
 
 CWnd::~CWnd() {
     if (m_hWnd != nullptr && !m_temporary) {
-        // Without regard to overrides, which are gone by now.
+        // Not the virtual function: overrides are gone by now.
         if (FromHandlePermanent(m_hWnd) == this) {
             ::DestroyWindow(m_hWnd);
         }
@@ -88,8 +88,8 @@ BOOL CWnd::SubclassDlgItem(UINT nID, CWnd* pParent) {
 }
 
 HWND CWnd::UnsubclassWindow() {
-    // Left alone when somebody has put himself in front of us: his chain still leads here, and a
-    // window without an object gets the default treatment.
+    // Not restored when another subclass was installed after ours: it still calls AfxWndProc, which
+    // calls DefWindowProc() for a window without an object.
     if (m_super != nullptr &&
         GetWindowLongPtrW(m_hWnd, GWLP_WNDPROC) == reinterpret_cast<LONG_PTR>(&AfxWndProc)) {
         SetWindowLongPtrW(m_hWnd, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_super));

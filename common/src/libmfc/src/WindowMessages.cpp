@@ -1,4 +1,4 @@
-// The way of a message from the window procedure to its handler.
+// From the window procedure to the handler of a message.
 #include <afxwin.h>
 
 #include "ThreadState.h"

@@ -1,19 +1,18 @@
-// Windows' callbacks. Nothing may be thrown out of these functions: below them on the stack are
-// frames of Windows.
+// The functions that Windows calls back. No exception may leave them: the frames below are
+// Windows' own.
 #include "WindowProcedure.h"
 
-#include "FirstWindow.h"
 #include "ThreadState.h"
 
 #include <utility>
 
 namespace {
 
-// The answer for a message whose handler threw.
+// The result of a message whose handler threw.
 LRESULT answerAfterException(HWND window, UINT message) {
     switch (message) {
     case WM_PAINT:
-        // An invalid rest would bring the message back at once, for ever.
+        // While a part is invalid, the message comes again and again.
         ValidateRect(window, nullptr);
         return 0;
     case WM_CREATE:
@@ -23,17 +22,17 @@ LRESULT answerAfterException(HWND window, UINT message) {
     }
 }
 
-// Notes the message in hand for Default(), and the one before it again at the end.
-class MessageInHand {
+// Sets the current message for Default(), and restores the one before it at the end.
+class CurrentMessage {
 public:
-    explicit MessageInHand(const MSG& message)
+    explicit CurrentMessage(const MSG& message)
         : m_state(afx::threadState()), m_before(m_state.current) {
         m_state.current = message;
         ++m_state.depth;
     }
-    MessageInHand(const MessageInHand&) = delete;
-    MessageInHand& operator=(const MessageInHand&) = delete;
-    ~MessageInHand() {
+    CurrentMessage(const CurrentMessage&) = delete;
+    CurrentMessage& operator=(const CurrentMessage&) = delete;
+    ~CurrentMessage() {
         --m_state.depth;
         m_state.current = m_before;
     }
@@ -43,7 +42,7 @@ private:
     MSG m_before;
 };
 
-// The input method's helper window may be created first, along with the one that is meant.
+// The input method may create its helper window before the window of the call.
 bool isInputMethodWindow(HWND window) {
     return (GetClassLongPtrW(window, GCL_STYLE) & CS_IME) != 0;
 }
@@ -70,7 +69,7 @@ LRESULT CALLBACK AfxWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
         return DefWindowProcW(window, message, wParam, lParam);
     }
     try {
-        const MessageInHand inHand(MSG{window, message, wParam, lParam, 0, {}});
+        const CurrentMessage current(MSG{window, message, wParam, lParam, 0, {}});
         return AfxWindowAccess::handle(*object, message, wParam, lParam);
     } catch (...) {
         afx::keepException();
@@ -85,9 +84,6 @@ LRESULT CALLBACK AfxWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
 namespace afx {
 
 CreationHook::CreationHook(CWnd& object) {
-    if (!startPromisedOle() || !registerPromisedClasses()) {
-        return;
-    }
     threadState().creating = &object;
     // ERROR_NOT_ENOUGH_MEMORY and the like
     m_hook = SetWindowsHookExW(WH_CBT, creationHook, nullptr, GetCurrentThreadId());

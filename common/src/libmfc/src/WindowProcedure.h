@@ -1,14 +1,14 @@
-// Brings windows and their objects together, and messages from Windows to the objects.
+// Connects windows with their objects, and messages with the objects' handlers.
 #pragma once
 
 #include <afxwin.h>
 
 LRESULT CALLBACK AfxWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
-/// The library's way to what CWnd and CDialog keep to themselves.
+/// The library's access to private members of CWnd.
 class AfxWindowAccess {
 public:
-    /// PreSubclassWindow(), then the window's messages come to `object`.
+    /// Calls PreSubclassWindow(), then routes the window's messages to `object`.
     static void takeMessages(CWnd& object) { object.takeMessages(); }
     static LRESULT handle(CWnd& object, UINT message, WPARAM wParam, LPARAM lParam) {
         return object.WindowProc(message, wParam, lParam);
@@ -18,8 +18,7 @@ public:
 
 namespace afx {
 
-/// While it lives, the first window that the thread creates becomes `object`'s. What waits for the
-/// process's or the thread's first window is done before.
+/// While it lives, the first window that the thread creates becomes `object`'s.
 class CreationHook {
 public:
     explicit CreationHook(CWnd& object);
@@ -27,7 +26,7 @@ public:
     CreationHook& operator=(const CreationHook&) = delete;
     ~CreationHook();
 
-    /// Whether there is a hook; without one the window would stay foreign, or lack what it needs.
+    /// Whether there is a hook; without one the window would not become `object`'s.
     bool isSet() const { return m_hook != nullptr; }
 
 private:

@@ -9,7 +9,7 @@
 
 namespace libUikit {
 
-/// GDI+ runs as long as somebody holds one of these.
+/// GDI+ runs as long as one of these lives.
 class GdiplusSession {
 public:
     /// The running session, started when there is none.
@@ -26,7 +26,7 @@ private:
     ULONG_PTR m_token = 0;
 };
 
-/// A font of its own.
+/// Owns a font.
 class Font {
 public:
     explicit Font(HFONT handle) : m_handle(handle) {}

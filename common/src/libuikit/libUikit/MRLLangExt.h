@@ -19,8 +19,8 @@
 ///   language, or else any that has them;
 /// - shows texts whole: a static text or a button whose text would be clipped gets a smaller font
 ///   or wraps, down to three fifths of the font's height; what is still too long ends in "...".
-///   This holds for later texts and sizes as well. It is the resort for languages that somebody
-///   adds: templates should have room for the texts that they are shipped with.
+///   This holds for later texts and sizes as well. It is meant for languages that are added later:
+///   templates should have room for the texts that are shipped.
 ///
 /// Keys: where the control with IDCANCEL is disabled, Windows' dialog manager ignores Escape; here
 /// it reaches OnCancel() all the same. Enter pushes the button that has the focus, or else the
@@ -38,8 +38,8 @@ public:
     void PreSubclassWindow(CWnd* dialog);
     /// Chooses fonts and fits texts, now and from now on.
     void OnInitDialog(CWnd* dialog);
-    /// Tells, after OnInitDialog(), that the entries of a drop-down list are names that are read
-    /// from left to right, in mirrored dialogs too.
+    /// Called after OnInitDialog(): the entries of a drop-down list are names, read from left to
+    /// right in mirrored dialogs too.
     static void ShowsNames(const CComboBox& list);
 
 private:

@@ -8,7 +8,7 @@
 
 /// A static control that shows a picture file over the dialog's background, with its transparency,
 /// and greyed while it is disabled. The control's text is not drawn: it is the picture's name for
-/// screen readers. Clicks are told to the dialog as those of any static with SS_NOTIFY.
+/// screen readers. The dialog gets STN_CLICKED, as from any static with SS_NOTIFY.
 /// The picture keeps its sides in mirrored dialogs.
 class PngControl : public CStatic {
 public:
@@ -25,7 +25,7 @@ public:
     /// \param keepAspect keep the proportion of width to height and centre the picture; otherwise
     /// fill the control with it
     /// \param enlarge let a picture that is smaller than the control grow; otherwise it is only
-    /// ever made smaller, and stays sharp
+    /// ever made smaller
     /// \return whether there is a picture now. A file that is missing or broken leaves the control
     /// empty, with one line at priority 1 in the logger "libUikit.PngControl"; asking again for
     /// the same file does not repeat the line.

@@ -1,8 +1,8 @@
-// MFC tells that there was a flag character but not which one; "/tmp/x" and "--json" must both
-// arrive whole, so the process's command line is asked again.
+// MFC passes whether there was a flag character but not which one; "/tmp/x" and "--json" must both
+// arrive whole, so the process's command line is read again.
 #include <libUikit/CommandLineParser.h>
 
-#include <mrl/CommandLineText.h>
+#include <mrl/ProcessArguments.h>
 #include <mrl/Unicode.h>
 
 namespace libUikit {
@@ -19,8 +19,7 @@ bool corresponds(std::wstring_view typed, std::wstring_view parameter, bool flag
 } // namespace
 
 CommandLineParser::CommandLineParser(const mrl::String& moduleName)
-    : m_typed(mrl::splitCommandLine(GetCommandLineW())), m_arguments{
-                                                             moduleName.getUTF8String().bytes()} {}
+    : m_typed(mrl::processArguments()), m_arguments{moduleName.getUTF8String().bytes()} {}
 
 void CommandLineParser::ParseParam(const TCHAR* pszParam, BOOL bFlag, BOOL) {
     const std::wstring_view parameter(pszParam);

@@ -1,5 +1,5 @@
-// Done where the dialog manager offers each message to a filter before it acts: the dialog itself
-// never sees these keys, and systems differ in what they do with a disabled button.
+// Done in a message filter, which the dialog manager calls before it acts: the dialog itself does
+// not get these keys, and systems differ in what they do with a disabled button.
 #include "DialogKeys.h"
 
 namespace libUikit {
@@ -12,7 +12,7 @@ bool canBePushed(HWND control) {
     return control != nullptr && IsWindowEnabled(control);
 }
 
-// \return whether the key is dealt with
+// \return whether the key is handled
 bool escape(HWND dialog) {
     const HWND cancel = GetDlgItem(dialog, IDCANCEL);
     if (cancel == nullptr || IsWindowEnabled(cancel)) {
@@ -23,11 +23,11 @@ bool escape(HWND dialog) {
     return true;
 }
 
-bool enter(HWND dialog, HWND focus, LRESULT wishes) {
-    if ((wishes & DLGC_DEFPUSHBUTTON) != 0) {
+bool enter(HWND dialog, HWND focus, LRESULT dialogCode) {
+    if ((dialogCode & DLGC_DEFPUSHBUTTON) != 0) {
         return false;
     }
-    if ((wishes & DLGC_UNDEFPUSHBUTTON) != 0) {
+    if ((dialogCode & DLGC_UNDEFPUSHBUTTON) != 0) {
         PostMessageW(focus, BM_CLICK, 0, 0);
         return true;
     }
@@ -36,17 +36,17 @@ bool enter(HWND dialog, HWND focus, LRESULT wishes) {
     return !canBePushed(GetDlgItem(dialog, id));
 }
 
-bool isDealtWith(HWND dialog, const MSG& message) {
+bool isHandled(HWND dialog, const MSG& message) {
     const bool isEscape = message.wParam == VK_ESCAPE || message.wParam == VK_CANCEL;
     if (message.message != WM_KEYDOWN || (!isEscape && message.wParam != VK_RETURN)) {
         return false;
     }
-    const LRESULT wishes = SendMessageW(message.hwnd, WM_GETDLGCODE, message.wParam,
-                                        reinterpret_cast<LPARAM>(&message));
-    if ((wishes & DLGC_WANTMESSAGE) != 0) {
+    const LRESULT dialogCode = SendMessageW(message.hwnd, WM_GETDLGCODE, message.wParam,
+                                            reinterpret_cast<LPARAM>(&message));
+    if ((dialogCode & DLGC_WANTMESSAGE) != 0) {
         return false; // an open list, for example, which closes
     }
-    return isEscape ? escape(dialog) : enter(dialog, message.hwnd, wishes);
+    return isEscape ? escape(dialog) : enter(dialog, message.hwnd, dialogCode);
 }
 
 LRESULT CALLBACK filter(int code, WPARAM wParam, LPARAM lParam) {
@@ -55,7 +55,7 @@ LRESULT CALLBACK filter(int code, WPARAM wParam, LPARAM lParam) {
         for (const DialogKeys* keys = t_first; keys != nullptr; keys = keys->next()) {
             const HWND dialog = keys->dialog();
             const bool isHere = message.hwnd == dialog || IsChild(dialog, message.hwnd);
-            if (isHere && isDealtWith(dialog, message)) {
+            if (isHere && isHandled(dialog, message)) {
                 return TRUE;
             }
         }
@@ -67,7 +67,7 @@ LRESULT CALLBACK filter(int code, WPARAM wParam, LPARAM lParam) {
 
 DialogKeys::DialogKeys(HWND dialog)
     : m_dialog(dialog),
-      // ERROR_NOT_ENOUGH_MEMORY: the keys then do what the system does with them
+      // ERROR_NOT_ENOUGH_MEMORY: the keys then work as the system has it
       m_hook(SetWindowsHookExW(WH_MSGFILTER, filter, nullptr, GetCurrentThreadId())),
       m_next(t_first) {
     t_first = this;

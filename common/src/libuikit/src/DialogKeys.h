@@ -6,7 +6,7 @@
 namespace libUikit {
 
 /// While it lives, Escape in `dialog` is the command IDCANCEL even when the control with that id
-/// is disabled, and Enter pushes only what can be pushed.
+/// is disabled, and Enter pushes only enabled buttons.
 class DialogKeys {
 public:
     explicit DialogKeys(HWND dialog);

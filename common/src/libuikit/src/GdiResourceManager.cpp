@@ -9,6 +9,17 @@
 
 namespace libUikit {
 
+namespace {
+
+// Wine's GDI+ and common controls load these by name from any directory, whatever
+// SetDefaultDllDirectories() says; a DLL that is loaded already is not searched for.
+void loadForWine() {
+    static const mrl::SystemLibrary decoders(L"windowscodecs.dll");
+    static const mrl::SystemLibrary blending(L"msimg32.dll");
+}
+
+} // namespace
+
 std::shared_ptr<GdiplusSession> GdiplusSession::acquire() {
     static std::mutex mutex;
     static std::weak_ptr<GdiplusSession> running;
@@ -16,9 +27,7 @@ std::shared_ptr<GdiplusSession> GdiplusSession::acquire() {
     if (std::shared_ptr<GdiplusSession> session = running.lock()) {
         return session;
     }
-    // GDI+ asks for its decoders by name alone when the first picture is read; a DLL that is there
-    // already is not searched for.
-    static const mrl::SystemLibrary decoders(L"windowscodecs.dll");
+    loadForWine();
     std::shared_ptr<GdiplusSession> session(new GdiplusSession); // the constructor is private
     Gdiplus::GdiplusStartupInput input;
     // OutOfMemory, UnsupportedGdiplusVersion

@@ -13,43 +13,23 @@ namespace libUikit {
 namespace {
 
 // A few letters that only a font for the language has, and the faces that systems bring for it,
-// the best first. `sublanguage` 0 stands for all; a language's first row that fits counts.
+// the best first.
 struct Script {
     WORD language;
-    WORD sublanguage;
     const wchar_t* letters;
     const wchar_t* faces[2];
 };
 
 constexpr Script scripts[] = {
-    {LANG_JAPANESE, 0, L"\u65e5\u3042\u30a2", {L"Yu Gothic UI", L"MS UI Gothic"}},
-    {LANG_CHINESE,
-     SUBLANG_CHINESE_TRADITIONAL,
-     L"\u7e41\u9ad4",
-     {L"Microsoft JhengHei UI", L"PMingLiU"}},
-    {LANG_CHINESE,
-     SUBLANG_CHINESE_HONGKONG,
-     L"\u7e41\u9ad4",
-     {L"Microsoft JhengHei UI", L"PMingLiU"}},
-    {LANG_CHINESE, 0, L"\u7b80\u4f53", {L"Microsoft YaHei UI", L"SimSun"}},
-    {LANG_KOREAN, 0, L"\ud55c\uae00", {L"Malgun Gothic", L"Gulim"}},
-    {LANG_ARABIC, 0, L"\u0639\u0631\u0628", {L"Segoe UI", L"Tahoma"}},
-    {LANG_PERSIAN, 0, L"\u067e\u0698\u06af", {L"Segoe UI", L"Tahoma"}},
-    {LANG_URDU, 0, L"\u0679\u06d2", {L"Segoe UI", L"Tahoma"}},
-    {LANG_HEBREW, 0, L"\u05e2\u05d1\u05e8", {L"Segoe UI", L"Tahoma"}},
-    {LANG_THAI, 0, L"\u0e44\u0e17\u0e22", {L"Leelawadee UI", L"Tahoma"}},
-    {LANG_HINDI, 0, L"\u0939\u093f\u0928", {L"Nirmala UI", L"Mangal"}},
-    {LANG_GREEK, 0, L"\u0395\u03bb\u03ac", {L"Segoe UI", L"Tahoma"}},
-    {LANG_RUSSIAN, 0, L"\u0420\u0443\u0441", {L"Segoe UI", L"Tahoma"}},
-    {LANG_UKRAINIAN, 0, L"\u0423\u043a\u0457", {L"Segoe UI", L"Tahoma"}},
-    {LANG_BULGARIAN, 0, L"\u0411\u044a\u043b", {L"Segoe UI", L"Tahoma"}},
+    {LANG_JAPANESE, L"\u65e5\u3042\u30a2", {L"Yu Gothic UI", L"MS UI Gothic"}},
+    {LANG_CHINESE, L"\u7b80\u4f53", {L"Microsoft YaHei UI", L"SimSun"}},
+    {LANG_ARABIC, L"\u0639\u0631\u0628", {L"Segoe UI", L"Tahoma"}},
 };
 
 const Script* scriptOf(LANGID language) {
     const auto* const found =
         std::find_if(std::begin(scripts), std::end(scripts), [language](const Script& script) {
-            return script.language == PRIMARYLANGID(language) &&
-                   (script.sublanguage == 0 || script.sublanguage == SUBLANGID(language));
+            return script.language == PRIMARYLANGID(language);
         });
     return found == std::end(scripts) ? nullptr : found;
 }

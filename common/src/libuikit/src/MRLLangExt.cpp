@@ -11,7 +11,6 @@
 
 #include <cstdlib>
 #include <deque>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -27,8 +26,8 @@ void setMirrored(HWND window) {
     SetWindowLongPtrW(window, GWL_EXSTYLE, GetWindowLongPtrW(window, GWL_EXSTYLE) | MIRRORED);
 }
 
-// Mirrors a dialog that has its controls already: each is put at the same place again, which is
-// counted from the other side then.
+// Mirrors a dialog that has its controls already: each gets the same place again, which is then
+// counted from the other side.
 void mirror(HWND dialog) {
     std::vector<std::pair<HWND, RECT>> controls;
     for (HWND control = GetWindow(dialog, GW_CHILD); control != nullptr;
@@ -54,7 +53,8 @@ void mirror(HWND dialog) {
                  SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
 }
 
-// For what is called by frames of Windows. What can fail is memory, and then a text stays as it is.
+// For functions that Windows calls, which must not throw. Only memory can run out, and then a text
+// stays as it is.
 template <class Body>
 void quietly(Body body) {
     try {
@@ -67,7 +67,7 @@ void quietly(Body body) {
 class TextControl {
 public:
     TextControl(HWND control, const LOGFONTW& font)
-        : m_text(control, font), m_messages(control, changed, this) {}
+        : m_text(control, font), m_messages(control, onMessage, this) {}
 
     void setFont(const LOGFONTW& font) {
         m_text.setFont(font);
@@ -75,24 +75,22 @@ public:
     }
 
 private:
-    static LRESULT changed(const Subclass& self, void* owner, UINT message, WPARAM wParam,
-                           LPARAM lParam) {
-        const HWND control = self.window();
+    static LRESULT CALLBACK onMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam,
+                                      UINT_PTR, DWORD_PTR self) {
         const LRESULT result = isMirrored(control) && FittedText::isTextStatic(control)
-                                   ? mirrored(self, message, wParam, lParam)
-                                   : self.pass(message, wParam, lParam);
-        if (message == WM_SETTEXT) {
-            quietly([&] { static_cast<TextControl*>(owner)->m_text.fit(); });
-        } else if (message == WM_SIZE) {
-            InvalidateRect(control, nullptr, TRUE);
-            quietly([&] { static_cast<TextControl*>(owner)->m_text.fit(); });
+                                   ? mirrored(control, message, wParam, lParam)
+                                   : DefSubclassProc(control, message, wParam, lParam);
+        if (message == WM_SETTEXT || message == WM_SIZE) {
+            if (message == WM_SIZE) {
+                InvalidateRect(control, nullptr, TRUE);
+            }
+            quietly([&] { reinterpret_cast<TextControl*>(self)->m_text.fit(); });
         }
         return result;
     }
 
-    // Whatever makes the control draw goes past it.
-    static LRESULT mirrored(const Subclass& self, UINT message, WPARAM wParam, LPARAM lParam) {
-        const HWND control = self.window();
+    // The control itself does not get messages on which it would draw.
+    static LRESULT mirrored(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
         switch (message) {
         case WM_PAINT:
         case WM_PRINTCLIENT:
@@ -105,7 +103,7 @@ private:
             InvalidateRect(control, nullptr, TRUE);
             return DefWindowProcW(control, message, wParam, lParam);
         default:
-            return self.pass(message, wParam, lParam);
+            return DefSubclassProc(control, message, wParam, lParam);
         }
     }
 
@@ -119,10 +117,10 @@ class MRLLangExt::Impl {
 public:
     explicit Impl(HWND dialog)
         : m_keys(dialog), m_dpi(GetDpiForWindow(dialog)),
-          m_font(libUikit::fontForLanguage(fontOf(dialog), libUikit::uiLanguage())) {
+          m_font(libUikit::fontForLanguage(fontOf(dialog), libUikit::uiLanguage())),
+          m_messages(dialog, onDialogMessage, this) {
         EnumChildWindows(dialog, addChild, reinterpret_cast<LPARAM>(this));
         useFont();
-        m_messages.emplace(dialog, dialogChanged, this);
     }
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
@@ -186,11 +184,11 @@ private:
         useFont();
     }
 
-    static LRESULT dialogChanged(const Subclass& self, void* owner, UINT message, WPARAM wParam,
-                                 LPARAM lParam) {
-        const LRESULT result = self.pass(message, wParam, lParam);
+    static LRESULT CALLBACK onDialogMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam,
+                                            UINT_PTR, DWORD_PTR self) {
+        const LRESULT result = DefSubclassProc(dialog, message, wParam, lParam);
         if (message == WM_DPICHANGED) {
-            quietly([&] { static_cast<Impl*>(owner)->changeDpi(HIWORD(wParam)); });
+            quietly([&] { reinterpret_cast<Impl*>(self)->changeDpi(HIWORD(wParam)); });
         }
         return result;
     }
@@ -199,9 +197,9 @@ private:
     UINT m_dpi;
     LOGFONTW m_font{};
     std::shared_ptr<const libUikit::Font> m_full;
-    std::deque<TextControl> m_texts; // stay where they are: their windows know them
+    std::deque<TextControl> m_texts; // a deque: their addresses must not change
     std::vector<HWND> m_others;
-    std::optional<Subclass> m_messages;
+    Subclass m_messages;
 };
 
 MRLLangExt::MRLLangExt() = default;
@@ -229,7 +227,7 @@ void MRLLangExt::ShowsNames(const CComboBox& list) {
 }
 
 void MRLLangExt::OnInitDialog(CWnd* dialog) {
-    // Not every system lets the style be changed that early.
+    // Not every system allows the style to be changed in PreSubclassWindow().
     if (libUikit::isRightToLeft(libUikit::uiLanguage()) && !isMirrored(dialog->m_hWnd)) {
         mirror(dialog->m_hWnd);
     }

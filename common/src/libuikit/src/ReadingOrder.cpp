@@ -10,8 +10,8 @@ namespace libUikit {
 
 namespace {
 
-// Directional characters before a line when it is drawn, never in the control's text. They hold to
-// the line's end.
+// Directional characters put before a line when it is drawn, not in the control's text. They apply
+// to the end of the line.
 constexpr wchar_t FROM_LEFT = L'\u202a';
 constexpr wchar_t FROM_RIGHT = L'\u202b';
 
@@ -21,8 +21,8 @@ bool isOneLine(DWORD style) {
            type == SS_LEFTNOWORDWRAP;
 }
 
-// What DrawTextW has for a line in the style of a static text. In a mirrored device context the
-// left is the side that reading begins at.
+// The format of DrawTextW for a line in the style of a static text. In a mirrored device context
+// the left is the side that reading begins at.
 UINT formatOf(HWND control, DWORD style) {
     UINT format = DT_EXPANDTABS | DT_SINGLELINE;
     format |= (style & SS_TYPEMASK) == SS_CENTER  ? DT_CENTER

@@ -1,5 +1,5 @@
-// The direction in which texts of mirrored dialogs are read. Systems differ in what they make of
-// the window styles for it, so the kit draws such texts by itself and says it outright.
+// The direction in which texts of mirrored dialogs are read. Systems differ in how they draw the
+// window styles for it, so the kit draws such texts itself, with the direction in the text.
 #pragma once
 
 #include <windows.h>

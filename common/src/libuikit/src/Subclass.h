@@ -1,42 +1,34 @@
-// The way into a window procedure that is not ours. comctl32's own (SetWindowSubclass) keeps its
-// notes as window properties and looks them up thrice for each message, which are calls of the
-// system: of a dialog that paints a few texts they made nearly half of the work.
+// Windows whose messages the kit handles before they do.
 #pragma once
 
 #include <windows.h>
 
+#include <commctrl.h>
+
 namespace libUikit {
 
-/// While it lives, each message of a window of this thread goes to a handler, which passes it on or
-/// does not. Several for one window hand on to each other, the latest first. The window may end
-/// first: the handler sees WM_NCDESTROY, and nothing after that.
+/// Calls `procedure` for each message of `window` for its own lifetime, with itself as the id and
+/// `owner` as the reference data; it goes on with DefSubclassProc(). The window may end first.
 ///
-/// Whoever replaces the window procedure meanwhile and calls the one that was there is served as
-/// long as the window lives.
-///
-/// Threads: the window's. Platform: SetWindowLongPtrW
+/// `procedure` is called below frames of Windows and must not throw. When DefSubclassProc() has
+/// ended the window, `owner` may be gone.
+/// Threads: the window's. Platform: SetWindowSubclass, RemoveWindowSubclass
 class Subclass {
 public:
-    /// Called below frames of Windows: must not throw. `owner` is the constructor's. After pass()
-    /// of a message that ends the window, `self` and `owner` may be gone.
-    using Handler = LRESULT (*)(const Subclass& self, void* owner, UINT message, WPARAM wParam,
-                                LPARAM lParam);
-
-    Subclass(HWND window, Handler handler, void* owner);
+    Subclass(HWND window, SUBCLASSPROC procedure, void* owner)
+        : m_window(window), m_procedure(procedure) {
+        // FALSE when memory is short: the window is then as it would be without the kit
+        SetWindowSubclass(window, procedure, id(), reinterpret_cast<DWORD_PTR>(owner));
+    }
     Subclass(const Subclass&) = delete;
     Subclass& operator=(const Subclass&) = delete;
-    ~Subclass();
-
-    HWND window() const { return m_window; }
-    /// Lets the next handler, or else the window, have the message.
-    LRESULT pass(UINT message, WPARAM wParam, LPARAM lParam) const;
+    ~Subclass() { RemoveWindowSubclass(m_window, m_procedure, id()); }
 
 private:
-    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    UINT_PTR id() const { return reinterpret_cast<UINT_PTR>(this); }
 
     HWND m_window;
-    Handler m_handler;
-    void* m_owner;
+    SUBCLASSPROC m_procedure;
 };
 
 } // namespace libUikit

@@ -9,7 +9,7 @@ namespace libUikit {
 
 namespace {
 
-// Smaller letters than this part of the font's height are not offered.
+// The smallest letters, as a part of the font's height.
 constexpr int SMALLEST_NUMERATOR = 3;
 constexpr int SMALLEST_DENOMINATOR = 5;
 
@@ -27,15 +27,14 @@ bool isTextButton(HWND control) {
     return (style & BS_TYPEMASK) != BS_OWNERDRAW && (style & (BS_ICON | BS_BITMAP)) == 0;
 }
 
-// A text static without these styles wraps by itself.
+// A text static without these styles wraps its text.
 bool isOneLine(DWORD style) {
     const DWORD type = style & SS_TYPEMASK;
     return (style & SS_CENTERIMAGE) != 0 || (style & SS_ELLIPSISMASK) != 0 || type == SS_SIMPLE ||
            type == SS_LEFTNOWORDWRAP;
 }
 
-// What a button's frame, box or margin takes away from the width: about as much as its height, or
-// twice the letters' for a push button.
+// The client area without a button's frame, check box or margin.
 SIZE roomFor(HWND control, bool isStatic) {
     RECT client{};
     GetClientRect(control, &client);
@@ -147,7 +146,7 @@ void FittedText::measure(const std::wstring& text, SIZE room) {
         }
     }
     if (font != nullptr) {
-        // Too long for any: as much as there is room for, and a sign that there is more.
+        // Too long for any font: cut, with "..." at the end.
         apply(font, m_isStatic ? m_style | SS_ENDELLIPSIS : m_style);
     }
 }

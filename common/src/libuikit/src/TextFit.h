@@ -10,7 +10,7 @@ namespace libUikit {
 
 std::wstring textOf(HWND control);
 
-/// A control and how it would look if every text fitted.
+/// A control, its own style and the font for texts that fit.
 class FittedText {
 public:
     /// Whether `control` is one whose text this class can fit: a text static or a button.
@@ -20,7 +20,7 @@ public:
 
     FittedText(HWND control, const LOGFONTW& font);
 
-    /// From now on with `font` when it fits.
+    /// Sets the font for texts that fit.
     void setFont(const LOGFONTW& font);
     /// Gives the control the largest font, and wrapping or not, with which its present text fits;
     /// and its own style back when it fits without help. A control that changes by that is drawn
