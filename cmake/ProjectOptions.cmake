@@ -24,9 +24,6 @@ if(WIN32)
     add_link_options(
         -static -fstack-protector-strong -Wl,--gc-sections -Wl,--no-insert-timestamp
         -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va -Wl,--tsaware)
-    # Sections that begin at pages of the file are mapped where others would have to be copied by
-    # Wine, and what a run does not touch is never read.
-    add_link_options(-Wl,--file-alignment,4096)
     if(MRLR_TRAP_UNDEFINED)
         # There is no sanitizer run-time library for this system, so no message: the program stops.
         # The system's headers leave their enumerations' width open, and drivers report values that

@@ -6,27 +6,6 @@
 
 namespace {
 
-TEST(CommandLineInfo, KnowsTheFlagsOfServersInAnyLetterCase) {
-    CCommandLineInfo info;
-    info.ParseParam(L"AUTOMATION", TRUE, TRUE);
-    EXPECT_TRUE(info.m_bRunAutomated);
-    EXPECT_FALSE(info.m_bRunEmbedded);
-    EXPECT_FALSE(info.m_bShowSplash);
-
-    CCommandLineInfo embedded;
-    embedded.ParseParam(L"Embedding", TRUE, TRUE);
-    EXPECT_TRUE(embedded.m_bRunEmbedded);
-    EXPECT_FALSE(embedded.m_bShowSplash);
-}
-
-TEST(CommandLineInfo, TakesNothingElseForAFlag) {
-    CCommandLineInfo info;
-    info.ParseParam(L"Automation", FALSE, FALSE);
-    info.ParseParam(L"json", TRUE, TRUE);
-    EXPECT_FALSE(info.m_bRunAutomated);
-    EXPECT_TRUE(info.m_bShowSplash);
-}
-
 TEST(CommandLineInfo, ReceivesTheProcessesArgumentsButNotItsName) {
     struct Collected final : CCommandLineInfo {
         void ParseParam(const TCHAR* text, BOOL flag, BOOL last) override {

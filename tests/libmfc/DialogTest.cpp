@@ -195,7 +195,7 @@ TEST(ExceptionInADialog, FromAHandlerEndsItAndComesOutOfDoModal) {
     EXPECT_FALSE(dialog.DestroyWindow());
 }
 
-TEST(ExceptionInADialog, KeepsItsTypeWhateverThatIs) {
+TEST(ExceptionInADialog, KeepsItsType) {
     TestDialog dialog;
     dialog.step = [] { throw 42; };
     EXPECT_THROW(dialog.DoModal(), int);
@@ -329,7 +329,7 @@ TEST(PreTranslateMessage, KeepsAMessageFromBeingDispatched) {
     EXPECT_EQ(dialog.DoModal(), 1);
 }
 
-TEST(PreTranslateMessage, GoesUpTheChainOfWindowsAndStopsWhereItIsDealtWith) {
+TEST(PreTranslateMessage, GoesUpTheChainOfWindowsAndStopsWhereItIsHandled) {
     struct Asked final : CStatic {
         BOOL PreTranslateMessage(MSG* message) override {
             const BOOL mine = message->message == WM_APP + 1;
@@ -339,7 +339,7 @@ TEST(PreTranslateMessage, GoesUpTheChainOfWindowsAndStopsWhereItIsDealtWith) {
         int asked = 0;
     } control;
     TestDialog dialog;
-    dialog.onInit = [&] { control.SubclassDlgItem(IDC_TEST_BUTTON, &dialog); };
+    dialog.onInit = [&] { control.SubclassWindow(*dialog.GetDlgItem(IDC_TEST_BUTTON)); };
     dialog.step = [&] {
         dialog.step = [&] { dialog.EndDialog(0); };
         control.PostMessage(WM_APP + 1);
@@ -372,7 +372,7 @@ TEST(PreTranslateMessage, OfTheApplicationComesFirst) {
 
 // Idle.
 
-TEST(IdleDialog, IsKickedUntilItHasNothingMoreToDoAndTellsItsOwner) {
+TEST(IdleDialog, GetsKickIdleUntilItReturnsZeroAndItsOwnerEnterIdle) {
     struct Idle final : TestDialog {
         LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
             if (message == WM_KICKIDLE) {
@@ -502,7 +502,7 @@ TEST(ColourRequests, ComeWithTheControlAndItsKind) {
     EXPECT_EQ(brush, reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_INFOBK)));
 }
 
-TEST(ColourRequests, WithoutAnOpinionGetTheDialogsBackground) {
+TEST(ColourRequests, WithoutAHandlerGetTheDialogsBackground) {
     TestDialog dialog;
     LRESULT brush = 0;
     dialog.step = [&] {
@@ -560,7 +560,7 @@ TEST(DialogsControls, AreReachedByTheirIds) {
         dialog.SetDlgItemText(IDC_TEST_STATIC, L"49%");
         dialog.GetDlgItemText(IDC_TEST_STATIC, text, 16);
         missing = dialog.GetDlgItem(4711);
-        dialog.EndDialog(dialog.text.GetWindowTextLength());
+        dialog.EndDialog(3);
     };
     EXPECT_EQ(dialog.DoModal(), 3);
     EXPECT_STREQ(text, L"49%");

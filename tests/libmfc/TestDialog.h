@@ -1,4 +1,4 @@
-// A dialog whose behaviour each test plugs in.
+// A dialog whose behaviour each test provides.
 #pragma once
 
 #include <afxcmn.h>

@@ -43,7 +43,7 @@ LONG distanceFromLeft(const KitDialog& dialog, int id) {
     return control.left - frame.left;
 }
 
-TEST(DialogsLayout, IsMirroredForLanguagesWrittenFromRightToLeft) {
+TEST(DialogLayout, IsMirroredForLanguagesWrittenFromRightToLeft) {
     LONG english = 0;
     {
         const Language language(ENGLISH);
@@ -145,7 +145,7 @@ TEST_F(Texts, AreFittedAgainWhenTheControlChangesItsSize) {
     EXPECT_EQ(dialog.letterHeight(IDC_KIT_LINE), full());
 }
 
-// What is drawn asks for its colours.
+// Each drawing of a control sends WM_CTLCOLOR.
 class DrawnTexts : public Texts {
 protected:
     void SetUp() override {

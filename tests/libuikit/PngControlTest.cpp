@@ -189,7 +189,7 @@ TEST_F(Pictures, HaveTheTextAsANameThatIsNotDrawn) {
     EXPECT_EQ(pixel(0.05, 0.1), BACKGROUND);
 }
 
-TEST_F(Pictures, TellTheDialogOfClicksUnlessTheyAreDisabled) {
+TEST_F(Pictures, NotifyTheDialogOfClicks) {
     dialog.picture.SendMessage(WM_LBUTTONDOWN);
     dialog.picture.SendMessage(WM_LBUTTONUP);
     EXPECT_EQ(dialog.pictureClicks, 1);

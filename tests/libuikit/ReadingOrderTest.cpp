@@ -1,4 +1,4 @@
-// Which way the texts of mirrored dialogs are read, seen in what is painted.
+// In which direction the texts of mirrored dialogs are painted.
 #include "KitDialog.h"
 
 #include <ReadingOrder.h>
@@ -125,9 +125,9 @@ TEST_F(MirroredTexts, ThatAreNamesKeepTheirOwnOrderAtTheRightEdge) {
     EXPECT_LE(ink.gapAtTheRight(), 3);
 }
 
-TEST_F(MirroredTexts, StayWhatTheyAre) {
+TEST_F(MirroredTexts, KeepTheirCharacters) {
     dialog.SetDlgItemText(IDC_KIT_LINE, L"\u05dd.");
-    EXPECT_EQ(dialog.text(IDC_KIT_LINE), L"\u05dd.") << "nothing for the eye alone is in the text";
+    EXPECT_EQ(dialog.text(IDC_KIT_LINE), L"\u05dd.") << "without directional characters";
 }
 
 TEST_F(MirroredTexts, TakeTheirBackgroundFromTheDialog) {

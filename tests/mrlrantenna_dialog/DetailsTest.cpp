@@ -62,7 +62,7 @@ TEST_F(Details, ShowEverythingAboutTheSelectedNetwork) {
     }});
 }
 
-TEST_F(Details, AreWrittenInOneOrder) {
+TEST_F(Details, AreWrittenInAFixedOrder) {
     startRadio({network("Lab", 42U)});
     run({[&](Dialog& dialog) {
         journal().clear();
@@ -79,7 +79,7 @@ TEST_F(Details, AreWrittenInOneOrder) {
 }
 
 // Three looks 100 ms apart, at 1.0, 1.1 and 1.2 s of a signal's life.
-TEST_F(Details, ShowTheMeanOfThreeLooks) {
+TEST_F(Details, ShowTheMeanOfThreeReadings) {
     startRadio({network("Guest"), network("Lab")});
     run({[&](Dialog& dialog) {
         radio().setAccessPoints(
@@ -99,7 +99,7 @@ struct Rating {
 
 class Ratings : public Details, public testing::WithParamInterface<Rating> {};
 
-TEST_P(Ratings, GoWithThePercentage) {
+TEST_P(Ratings, FollowThePercentage) {
     const Rating& rating = GetParam();
     startRadio({network("Lab", rating.percent)});
     run({[&](Dialog& dialog) {
@@ -155,7 +155,7 @@ TEST_F(Details, OfAnotherEntryKeepTheirValuesWithoutAMatch) {
     }});
 }
 
-TEST_F(Details, OfALongerNameAverageItsPartsIn) {
+TEST_F(Details, OfALongerNameAverageInTheNamesThatItContains) {
     startRadio({network("Zoo"), network("Lab-5G", 90U), network("Lab", 40U)});
     run({[&](Dialog& dialog) {
         choose(dialog, 1);
@@ -234,7 +234,7 @@ TEST_F(Details, FollowTheChoiceMadeWithTheKeyboard) {
          }});
 }
 
-TEST_F(Details, AreReadWhileTheTimerStandsStillWhichThenStartsAfresh) {
+TEST_F(Details, AreReadWhileTheTimerIsStoppedAndRestartItsPeriod) {
     startRadio({network("Guest", 20U), network("Lab", 42U)});
     run({[&](Dialog& dialog) {
              // A period that would be over in no time; the choice must put the proper one in place.

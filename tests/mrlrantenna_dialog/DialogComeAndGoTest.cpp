@@ -1,5 +1,5 @@
-// What happens to the adapter, the service and the PC between any two calls of the dialog: it stays
-// open, shows what is true now, and ends as its person wants.
+// The adapter, the service and the PC change between any two calls of the dialog: it stays open,
+// shows the new state, and can be ended.
 #include "DialogTest.h"
 
 #include <mrlrantenna/Faults.h>
@@ -28,13 +28,13 @@ struct Happening {
     const char* name;
     void (*happens)(radiosim::Engine& radio);
     Display afterwards;
-    /// Before its number of calls the device is not ready yet and finds its way back.
+    /// Number of calls before which the device is not ready yet and recovers.
     std::size_t harmlessBefore;
 };
 
 // The call that makes the device ready: handle, GUID, registration.
 constexpr std::size_t READY = 3;
-// From then on not every call: each moment is a dialog of its own.
+// After that not every call is tested: each takes a dialog of its own.
 constexpr std::size_t STRIDE = 3;
 
 const Happening happenings[] = {
@@ -59,7 +59,7 @@ void PrintTo(const Happening& happening, std::ostream* out) {
 
 class DialogComeAndGo : public test::DialogTest, public testing::WithParamInterface<Happening> {
 protected:
-    // Opens, ticks, refreshes, switches the radio off and on; `happens` comes right behind the nth
+    // Opens, ticks, refreshes, switches the radio off and on; `happens` runs right after the nth
     // call, never with 0. \return how many calls there were
     std::size_t runWith(std::size_t nth, const Display& afterwards) {
         radiosim::Scenario scenario;
@@ -83,7 +83,7 @@ protected:
                      [](Dialog& dialog) { test::click(dialog, IDC_RADIO_OFF_IMAGE); },
                      [&](Dialog& dialog) {
                          radio().onCall(nullptr);
-                         // Notifications make a call more or less: it happens at the end then.
+                         // Notifications add or remove a call: then it happens at the end.
                          if (number < nth) {
                              GetParam().happens(radio());
                          }
@@ -118,7 +118,7 @@ private:
     }
 };
 
-TEST_P(DialogComeAndGo, BetweenAnyTwoCallsIsShownAndSurvived) {
+TEST_P(DialogComeAndGo, ChangesBetweenAnyTwoCallsAreShownAndDoNotEndTheDialog) {
     const Happening& happening = GetParam();
     const std::size_t calls = runWith(0, ALL_IS_WELL);
     for (std::size_t nth = 1; nth <= calls; nth += nth < READY ? 1 : STRIDE) {
@@ -135,9 +135,9 @@ INSTANTIATE_TEST_SUITE_P(Each, DialogComeAndGo, testing::ValuesIn(happenings),
                              return std::string(each.param.name);
                          });
 
-class RadioComesBack : public test::DialogTest {};
+class ReturnOfTheRadio : public test::DialogTest {};
 
-TEST_F(RadioComesBack, AndTheDialogShowsItWithoutBeingAsked) {
+TEST_F(ReturnOfTheRadio, IsShownWithoutAClick) {
     startRadio({test::network("Lab", 42U)});
     runTest({[&](Dialog&) {
                  radio().setRadio(0, 0, {}, OFF);

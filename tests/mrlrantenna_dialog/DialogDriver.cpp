@@ -13,7 +13,7 @@ namespace {
 
 constexpr UINT WM_NEXT_STEP = WM_APP + 1;
 constexpr UINT WM_TIME_IS_UP = WM_APP + 2;
-constexpr std::chrono::seconds PATIENCE{30};
+constexpr std::chrono::seconds TIME_LIMIT{30};
 constexpr std::chrono::seconds GRACE{10};
 constexpr int FAR_AWAY = -20000;
 
@@ -73,7 +73,7 @@ LRESULT CALLBACK DialogDriver::hook(int code, WPARAM wParam, LPARAM lParam) {
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
-// The loop is only about to tell the dialog that it is idle: the step comes behind that.
+// The loop sends WM_KICKIDLE before the dialog handles it: the step is posted, to run after that.
 void DialogDriver::whenIdle(HWND dialog) {
     if (!m_posted && dialogOf(dialog) != nullptr) {
         m_posted = true;
@@ -109,7 +109,7 @@ void DialogDriver::giveUp() {
 void DialogDriver::watch() {
     std::unique_lock lock(m_mutex);
     const auto over = [this] { return m_over; };
-    if (m_ended.wait_for(lock, PATIENCE, over)) {
+    if (m_ended.wait_for(lock, TIME_LIMIT, over)) {
         return;
     }
     ::PostMessageW(m_desk.m_hWnd, WM_TIME_IS_UP, 0, 0);

@@ -1,5 +1,5 @@
-// Acts on a dialog from inside its modal loop, as a person does: something, then a look when the
-// dialog has come to rest, then the next thing.
+// Acts on a dialog from inside its modal loop, as a user does: one step each time the dialog is
+// idle.
 #pragma once
 
 #include <mrlrantennaDlg.h>
@@ -22,8 +22,8 @@ using Step = std::function<void(Dialog&)>;
 /// Dialogs open beyond the edge of the screen unless `place` says otherwise: everything works there
 /// but painting, and no window manager has to be waited for.
 ///
-/// Ends dialogs that do not come to rest in real time as well, with a failure of the test; a thread
-/// that does not even pump messages by then is not to be helped, and the program is ended.
+/// Also ends dialogs that are not idle after 30 s of real time, with a failure of the test; when
+/// the thread does not pump messages either, the program is ended.
 class DialogDriver {
 public:
     /// What DoModal() returns when none of the steps ended the dialog.

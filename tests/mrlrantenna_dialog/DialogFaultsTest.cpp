@@ -1,5 +1,5 @@
-// Every call of the dialog fails, one at a time, with every code, while it opens and later on: what
-// is shown, logged and raised then, and that the dialog finds its way back.
+// Every call of the dialog fails, one at a time, with every code, while it opens and later: what is
+// shown, logged and raised, and that the dialog recovers.
 #include "DialogTest.h"
 
 #include <mrlrantenna/Faults.h>
@@ -25,8 +25,8 @@ constexpr std::uint32_t NOT_VISIBLE = 0x28002;
 
 // --- What is expected, in words ------------------------------------------------------------------
 
-// What a failure leaves behind in the log and among the events: a list of these words, each with
-// its lines and events.
+// What a failure adds to the log and the events: a list of these words, each with its lines and
+// events.
 struct Trace {
     Lines lines;
     Lines events;
@@ -51,7 +51,7 @@ Trace traceOf(const std::string& word, std::uint32_t code) {
         {"no background scan", {{query + "wlan_intf_opcode_background_scan_enabled failed"}, {}}},
         {"no reason", {{"1381  The reason code is " + std::to_string(NOT_VISIBLE) + "."}, {}}},
         {"radio 0 stays", {{notSwitched + "0 could not be enabled or disabled"}, {}}},
-        // The dialog asks for the last PHY, and does not know of any yet.
+        // The dialog asks for the last PHY, and knows none yet.
         {"radio -1 stays", {{notSwitched + "-1 could not be enabled or disabled"}, {}}},
         {"warned", {{}, {"WARNING_EVENT"}}},
         {"radio is off",
@@ -150,7 +150,7 @@ private:
 
 // --- While it opens ------------------------------------------------------------------------------
 
-// What is different besides the fault.
+// What differs in a row besides the fault.
 enum class Scene { USUAL, RADIO_OFF, FIRST_REGISTRATION_FAILS, SECOND_DIALOG };
 
 struct OpeningRow {
@@ -232,7 +232,7 @@ void PrintTo(const OpeningRow& row, std::ostream* out) {
 
 class OpeningFaults : public DialogFaults, public testing::WithParamInterface<OpeningRow> {};
 
-TEST_P(OpeningFaults, LeadToWhatIsPrescribed) {
+TEST_P(OpeningFaults, LeadToTheirRowsOutcome) {
     const OpeningRow& row = GetParam();
     for (const std::uint32_t code : test::errorsOf(row.place.function)) {
         SCOPED_TRACE(code);
@@ -304,8 +304,8 @@ const LaterRow laterRows[] = {
      .place = {"WlanQueryInterface", 1, RADIO_STATE},
      .trace = "query failed; no radio state",
      .display = RADIO_UNKNOWN},
-    // A radio that is not answered counts as off: the click only brings the picture up to date,
-    // and the next answer brings it back.
+    // A radio whose state cannot be read counts as off: the click only updates the picture, and the
+    // next reading restores it.
     {.act = Act::CLICK,
      .place = {"WlanQueryInterface", 1, RADIO_STATE},
      .trace = "query failed; no radio state"},
@@ -338,7 +338,7 @@ protected:
     }
 };
 
-TEST_P(LaterFaults, LeadToWhatIsPrescribedAndToNothingLater) {
+TEST_P(LaterFaults, LeadToTheirRowsOutcomeAndToNothingLater) {
     const LaterRow& row = GetParam();
     startScene();
     std::vector<test::Step> steps;
@@ -377,7 +377,7 @@ std::string nameOfLater(const testing::TestParamInfo<LaterRow>& row) {
 
 INSTANTIATE_TEST_SUITE_P(EveryCall, LaterFaults, testing::ValuesIn(laterRows), nameOfLater);
 
-// Each function that can fail is struck at its first and at a later call.
+// Each function that can fail has a fault at its first and at a later call.
 TEST(DialogFaultTables, NameEachFunctionThatTheDialogCalls) {
     for (const test::FunctionErrors& each : test::documentedErrors()) {
         const std::string function = each.function;

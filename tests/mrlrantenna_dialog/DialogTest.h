@@ -30,17 +30,17 @@ std::vector<std::string> entries(const Dialog& dialog);
 std::string selected(const Dialog& dialog);
 /// Strength in words, percent and meter: "Good 50% 50".
 std::string strength(const Dialog& dialog);
-/// Whether the control would be seen if its dialog is.
+/// Whether the control is visible when its dialog is.
 bool isShown(const Dialog& dialog, int controlId);
 bool isEnabled(const Dialog& dialog, int controlId);
 /// The picture that is shown: "on", "off", "both" or "none"; "greyed" in front when it is disabled.
 std::string picture(const Dialog& dialog);
 /// The text colour that the dialog sets for a control.
 COLORREF colour(const Dialog& dialog, int controlId);
-/// Whether the timer is armed. Arms it afresh if it is.
+/// Whether the timer is armed. Restarts its period if it is.
 bool timerRuns(const Dialog& dialog);
 
-// What a person does.
+// What a user does.
 
 /// Selects an entry of the list of networks.
 void choose(Dialog& dialog, int index);
@@ -56,7 +56,7 @@ protected:
     DialogTest();
     ~DialogTest() override;
 
-    /// Runs a dialog of the test's own. \return what DoModal() returns
+    /// Runs a dialog without the test function. \return what DoModal() returns
     INT_PTR run(std::vector<Step> steps,
                 DialogDriver::Place place = DialogDriver::Place::OFF_SCREEN);
     /// Runs the test function, which makes the dialogs.

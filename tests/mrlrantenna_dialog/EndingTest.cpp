@@ -1,4 +1,4 @@
-// How the dialog ends, and what the test reports of it.
+// How the dialog ends, and which result the test then has.
 #include "DialogTest.h"
 
 #include <nativewifi/WlanTypes.h>
@@ -89,7 +89,7 @@ TEST_F(EndOfTheDialog, FinishStopsTheMeterFirst) {
     EXPECT_TRUE(ended());
 }
 
-// The Fail button is hidden and disabled for good, but hosts drive controls by their commands.
+// The Fail button is always hidden and disabled, but hosts may send its command.
 TEST_F(EndOfTheDialog, FailStopsTheMeterAndLeavesTheDialogOpen) {
     run({[&](Dialog& dialog) {
              dialog.GetDlgItem(IDC_FINISH)->EnableWindow(FALSE);
@@ -222,7 +222,7 @@ TEST_F(EndOfTheDialog, AStopRequestKeepsAnEmptiedListEmpty) {
     EXPECT_FALSE(ended());
 }
 
-TEST_F(EndOfTheDialog, AStopRequestDuringTheLookLeavesTheDetailsAlone) {
+TEST_F(EndOfTheDialog, AStopRequestDuringTheRefreshLeavesTheDetailsAsTheyAre) {
     run({[&](Dialog& dialog) {
         journal().clear();
         radio().clearCalls();

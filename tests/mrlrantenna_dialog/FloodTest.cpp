@@ -73,12 +73,12 @@ TEST_F(NotificationFlood, OfTenThousandMakesOneRefreshAndThenTheClickIsAnswered)
               }}),
               TestResult::COMPLETED());
     EXPECT_TRUE(ended());
-    // The click was in the queue before the dialog came to rest, so nothing stood before it.
+    // The click was in the queue before the dialog was idle, so nothing came before it.
     EXPECT_LE(journal().count("list empty"), 1);
 }
 
-// The figure that it prints is real time, from a click to its first call; nothing is asserted of
-// it, for the machine may be busy.
+// The figure that it prints is real time, from a click to its first call; it is not asserted, as
+// the machine may be busy.
 TEST_F(NotificationFlood, OfTenThousandInASecondLeavesEachClickAnswered) {
     using RealClock = std::chrono::steady_clock;
     constexpr std::size_t CLICKS = 40;

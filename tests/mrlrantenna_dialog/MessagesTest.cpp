@@ -18,7 +18,7 @@ TEST_F(Messages, DragIconIsTheModulesIcon) {
     }});
 }
 
-TEST_F(Messages, ScrollBarsHaveNoMeaning) {
+TEST_F(Messages, ScrollBarsDoNothing) {
     run({[&](Dialog& dialog) {
         journal().clear();
         radio().clearCalls();
@@ -66,8 +66,8 @@ TEST_F(Messages, AMinimisedWindowIsPaintedAsItsIconInTheMiddle) {
                  child = ::GetWindow(child, GW_HWNDNEXT)) {
                 ::ShowWindow(child, SW_HIDE);
             }
-            // Without a frame, which some systems count in when they paint such a window. The style
-            // of a minimised one without its size: there is room to look at the icon.
+            // Without a frame, which some systems include when they paint such a window. Only the
+            // style of a minimised window, not its size, so that the icon can be seen.
             dialog.ModifyStyle(WS_CAPTION | WS_SYSMENU | DS_MODALFRAME, 0);
             dialog.ModifyStyleEx(WS_EX_DLGMODALFRAME | WS_EX_WINDOWEDGE, 0);
             ::SetWindowPos(dialog.m_hWnd, nullptr, 0, 0, 131, 100,

@@ -91,7 +91,7 @@ TEST_F(NetworkList, TakesTheNextEntryThatBeginsLikeTheSelectedOne) {
               "Lab-5G");
 }
 
-// The search begins behind the first entry and pays no heed to letter case.
+// The search begins after the first entry and ignores letter case.
 TEST_F(NetworkList, TakesTheFirstEntryLastOfAllThatBeginAlike) {
     EXPECT_EQ(afterRefresh({network("LAB"), network("Guest")}, 0,
                            {network("LAB"), network("Guest"), network("lab2")}),
@@ -140,7 +140,7 @@ TEST_F(NetworkList, ForgetsTheOneEntryThatItHeld) {
               "Zoo");
 }
 
-TEST_F(NetworkList, StartsAfreshWhenNothingWasSelected) {
+TEST_F(NetworkList, SelectsTheConnectedNetworkWhenNothingWasSelected) {
     EXPECT_EQ(afterRefresh({network("Guest"), network("Lab")}, -1,
                            {network("Guest"), connected(network("Lab"))}),
               "Lab");
@@ -164,7 +164,7 @@ TEST_F(NetworkList, IsRefilledStepByStep) {
     }});
 }
 
-TEST_F(NetworkList, LooksOnceForEachRefresh) {
+TEST_F(NetworkList, AsksTheCardOnceForEachRefresh) {
     startRadio({network("Guest"), network("Lab")});
     run({[&](Dialog& dialog) {
         radio().clearCalls();

@@ -154,8 +154,7 @@ TEST_F(OpeningTheDialog, AsksForBothPicturesByTheirRelativePaths) {
                                    HasSubstr("resources/mrlrantenna/signal_disabled.png")));
 }
 
-// --- The radio
-// ------------------------------------------------------------------------------------
+// --- The radio -----------------------------------------------------------------------------------
 
 TEST_F(OpeningTheDialog, LeavesARadioAloneThatIsOn) {
     run({[&](Dialog& dialog) {
@@ -191,7 +190,7 @@ std::string systemText(DWORD code) {
     return mrl::toUtf8(static_cast<const wchar_t*>(buffer));
 }
 
-TEST_F(OpeningTheDialog, WarnsInTheSystemsWordsOfARadioThatStaysOff) {
+TEST_F(OpeningTheDialog, WarnsWithTheSystemsMessageOfARadioThatStaysOff) {
     startRadioSwitchedOff(ERROR_ACCESS_DENIED);
     run({[](Dialog& dialog) {
         EXPECT_EQ(picture(dialog), "off");
@@ -206,13 +205,13 @@ TEST_F(OpeningTheDialog, WarnsInTheSystemsWordsOfARadioThatStaysOff) {
     ASSERT_EQ(raised().front().variables.size(), 1U);
     EXPECT_EQ(raised().front().variables.front().first.utf8(), "warningEvent");
     EXPECT_EQ(raised().front().variables.front().second.valueString().utf8(), words);
-    // One line: the log writes the line end that the system's words come with as "\\r\\n".
+    // One line: the log writes the line end of the system's message as "\\r\\n".
     const std::string bare = words.substr(0, words.find('\r'));
     EXPECT_THAT(dialogLines(),
                 testing::Contains(StartsWith("WARNING:: setRadioState returned: " + bare)));
 }
 
-TEST_F(OpeningTheDialog, WarnsWithTheCodeWhereTheSystemHasNoWords) {
+TEST_F(OpeningTheDialog, WarnsWithTheCodeWhereTheSystemHasNoMessage) {
     startRadioSwitchedOff(UNKNOWN_CODE);
     ASSERT_TRUE(systemText(UNKNOWN_CODE).empty());
     run({[](Dialog& dialog) { EXPECT_TRUE(dialog.IsWindowVisible()); }});
@@ -228,7 +227,7 @@ TEST_F(OpeningTheDialog, WarnsOfANegativeCodeAsSuch) {
     EXPECT_THAT(test::text(raised().front()), HasSubstr("warningEvent=\"Error code: -536866252\""));
 }
 
-TEST_F(OpeningTheDialog, GoesOnWithAServiceThatIsNotThere) {
+TEST_F(OpeningTheDialog, GoesOnWithoutTheService) {
     radiosim::Scenario scenario;
     scenario.faults = {{.function = "WlanOpenHandle", .code = ERROR_SERVICE_NOT_ACTIVE}};
     startRadio(std::move(scenario));
@@ -241,11 +240,10 @@ TEST_F(OpeningTheDialog, GoesOnWithAServiceThatIsNotThere) {
     EXPECT_THAT(raisedKeys(), ElementsAre("WARNING_EVENT"));
 }
 
-// --- The list's height
-// ----------------------------------------------------------------------------
+// --- The list's height ---------------------------------------------------------------------------
 
-// Not every system lets the height be changed of a list that it draws itself: what counts here is
-// what the list is asked for.
+// Not every system changes the height of a list that it draws itself, so the messages to the list
+// are tested.
 TEST_F(OpeningTheDialog, AsksForTwiceTheHeightOfTheListsItemsOnATabletPc) {
     int normal = 0;
     run({[&](Dialog& dialog) { normal = dialog.m_networkCombo.GetItemHeight(0); }});
@@ -284,8 +282,7 @@ TEST_F(OpeningTheDialog, KeepsTheDoubledHeightToSixteenBits) {
                 ElementsAre("list height 0 " + std::to_string(0x2000)));
 }
 
-// --- Tool tips
-// ------------------------------------------------------------------------------------
+// --- Tool tips -----------------------------------------------------------------------------------
 
 std::string toolTipOf(const Dialog& dialog, int controlId) {
     wchar_t text[200] = {};

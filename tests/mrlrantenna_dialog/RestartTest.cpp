@@ -1,4 +1,4 @@
-// What breaks inside the dialog makes a fresh one appear.
+// After an exception in the dialog a new one opens.
 #include "DialogTest.h"
 
 #include <MRLrAntenna.h>
@@ -26,9 +26,9 @@ void countCall() {
     }
 }
 
-class FreshDialog : public test::DialogTest {
+class NewDialog : public test::DialogTest {
 protected:
-    FreshDialog() {
+    NewDialog() {
         startRadio({network("Lab", 42U), network("Guest")});
         m_patched.emplace();
         (*m_patched)->WlanOpenHandle = [](DWORD version, PVOID reserved, DWORD* negotiated,
@@ -51,16 +51,16 @@ protected:
         g_inOpen = false;
         g_throwingCall = 0;
     }
-    ~FreshDialog() override { g_throwingCall = 0; }
+    ~NewDialog() override { g_throwingCall = 0; }
 
-    /// The n-th look at the networks throws.
+    /// The n-th query of the networks throws.
     static void breakLook(int n) { g_throwingCall = n; }
     /// The n-th opening of a client handle throws.
     static void breakOpening(int n) {
         g_inOpen = true;
         g_throwingCall = n;
     }
-    /// How many dialogs have opened, as far as their captions.
+    /// Number of dialogs that have set their caption.
     long opened() { return journal().count("text 0 " + localized("TITLE")); }
 
     static inline bool g_inOpen = false;
@@ -69,7 +69,7 @@ private:
     std::optional<test::PatchedApi> m_patched;
 };
 
-TEST_F(FreshDialog, AppearsAfterAnExceptionWhileTheDialogIsMade) {
+TEST_F(NewDialog, OpensAfterAnExceptionWhileTheDialogIsMade) {
     breakOpening(1);
     EXPECT_EQ(runTest({[](Dialog& dialog) { EXPECT_EQ(shown(dialog, IDC_SSID), "Lab"); }}),
               TestResult::COMPLETED());
@@ -77,7 +77,7 @@ TEST_F(FreshDialog, AppearsAfterAnExceptionWhileTheDialogIsMade) {
     EXPECT_EQ(opened(), 1);
 }
 
-TEST_F(FreshDialog, AppearsAfterAnExceptionWhileTheDialogOpens) {
+TEST_F(NewDialog, OpensAfterAnExceptionWhileTheDialogOpens) {
     breakLook(1);
     EXPECT_EQ(runTest({[](Dialog& dialog) {
                   EXPECT_EQ(shown(dialog, IDC_SSID), "Lab");
@@ -87,7 +87,7 @@ TEST_F(FreshDialog, AppearsAfterAnExceptionWhileTheDialogOpens) {
     EXPECT_EQ(opened(), 2);
 }
 
-TEST_F(FreshDialog, AppearsAfterAnExceptionInATicksRefresh) {
+TEST_F(NewDialog, OpensAfterAnExceptionInATicksRefresh) {
     const Dialog* first = nullptr;
     EXPECT_EQ(runTest({[&](Dialog& dialog) {
                            first = &dialog;
@@ -106,7 +106,7 @@ TEST_F(FreshDialog, AppearsAfterAnExceptionInATicksRefresh) {
     EXPECT_EQ(opened(), 2);
 }
 
-TEST_F(FreshDialog, AppearsAfterAnExceptionInTheRefreshThatANotificationAskedFor) {
+TEST_F(NewDialog, OpensAfterAnExceptionInTheRefreshOfANotification) {
     EXPECT_EQ(runTest({[&](Dialog& dialog) {
                            breakLook(1);
                            MRLRAntennaDlg::refreshNetworks(&dialog);
@@ -118,7 +118,7 @@ TEST_F(FreshDialog, AppearsAfterAnExceptionInTheRefreshThatANotificationAskedFor
               TestResult::COMPLETED());
 }
 
-TEST_F(FreshDialog, AppearsAfterAnExceptionInAnAnswerToACommand) {
+TEST_F(NewDialog, OpensAfterAnExceptionInACommandsHandler) {
     runTest({[&](Dialog& dialog) {
                  breakLook(1);
                  test::choose(dialog, 1);
@@ -126,7 +126,7 @@ TEST_F(FreshDialog, AppearsAfterAnExceptionInAnAnswerToACommand) {
              [&](Dialog&) { EXPECT_EQ(opened(), 2); }});
 }
 
-TEST_F(FreshDialog, AppearsAsOftenAsItTakes) {
+TEST_F(NewDialog, OpensAfterEachOfSeveralExceptions) {
     constexpr int TIMES = 5;
     std::vector<test::Step> steps;
     for (int i = 0; i < TIMES; ++i) {
@@ -143,7 +143,7 @@ TEST_F(FreshDialog, AppearsAsOftenAsItTakes) {
     EXPECT_EQ(journal().entries({"sleep 1000"}).size(), 1U + 2U * (TIMES + 1));
 }
 
-TEST_F(FreshDialog, IsNotAnnouncedInTheLogAndRaisesNothing) {
+TEST_F(NewDialog, IsNeitherLoggedNorRaisedAsAnEvent) {
     runTest({[&](Dialog& dialog) {
         log().clear();
         breakLook(1);
@@ -153,8 +153,8 @@ TEST_F(FreshDialog, IsNotAnnouncedInTheLogAndRaisesNothing) {
     EXPECT_THAT(raisedKeys(), testing::IsEmpty());
 }
 
-// Another program's look at the networks shortens the list under the details.
-TEST_F(FreshDialog, AppearsWhenTheListShrinksWhileTheDetailsAreRead) {
+// The list of networks gets shorter while the details are read.
+TEST_F(NewDialog, OpensWhenTheListShrinksWhileTheDetailsAreRead) {
     EXPECT_EQ(
         runTest(
             {[&](Dialog& dialog) {
@@ -178,7 +178,7 @@ TEST_F(FreshDialog, AppearsWhenTheListShrinksWhileTheDetailsAreRead) {
                                                "index < size()")));
 }
 
-TEST_F(FreshDialog, IsCalledForByAnExceptionOfCodeSevenWhenTheListShrinks) {
+TEST_F(NewDialog, OpensAfterTheExceptionOfCodeSevenWhenTheListShrinks) {
     unsigned int code = 0;
     try {
         run({[&](Dialog& dialog) {

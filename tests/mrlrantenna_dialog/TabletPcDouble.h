@@ -1,4 +1,4 @@
-// The answer to whether this is a Tablet PC, as a test wants it.
+// Lets a test say whether this is a Tablet PC.
 #pragma once
 
 namespace doubles {

@@ -109,7 +109,7 @@ TEST(DialogTemplate, IsAnAppWindowWithACaptionAndAModalFrame) {
     EXPECT_EQ(read.frame.exStyle & WS_EX_APPWINDOW, DWORD{WS_EX_APPWINDOW});
 }
 
-// A code without an order: where a control stands in the template decides about the keyboard only.
+// Compared without order: the order in the template matters for the keyboard only.
 TEST(DialogTemplate, HasItsControlsWithTheirPlacesTextsAndFirstStates) {
     const TemplateReader read(IDD_SIGNAL_STRENGTH);
     std::vector<std::string> wanted;

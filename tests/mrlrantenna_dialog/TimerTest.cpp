@@ -40,7 +40,7 @@ radiosim::Fault failing(const char* function) {
     return {.function = function, .code = ERROR_GEN_FAILURE};
 }
 
-// The reading's own, and that for the colour in which the text is painted at once.
+// The call of the reading, and the call for the colour of the text, which is painted at once.
 auto isConnectionQuery() {
     return AllOf(StartsWith("WlanQueryInterface "), HasSubstr("\"opcode\":7,"));
 }
@@ -56,7 +56,7 @@ protected:
     std::string connectionEntry(const char* key) {
         return "text " + std::to_string(IDC_CONNECTION_STATE) + " " + localized(key);
     }
-    /// Runs `step` and then looks whether the timer still runs.
+    /// Runs `step`. \return whether the timer still runs
     void runAndKeepTicking(test::Step step) {
         run({[&](Dialog& dialog) {
             radio().clearCalls();
@@ -163,7 +163,7 @@ TEST_F(Ticks, DoNotTouchTheMeterWhenTheConnectionIsLost) {
     });
 }
 
-TEST_F(Ticks, TheConnectionsQualityIsThatOfTheReadingOrNone) {
+TEST_F(Ticks, TheConnectionsQualityIsTheOneReadOrZero) {
     run({[&](Dialog& dialog) {
         EXPECT_EQ(dialog.getSignalStrength(), 0U);
         radio().setConnection(0, radiosim::Connection{.ssid = "Lab", .quality = 67U});
@@ -171,8 +171,8 @@ TEST_F(Ticks, TheConnectionsQualityIsThatOfTheReadingOrNone) {
     }});
 }
 
-// A driver that breaks down in the connection query.
-TEST_F(Ticks, AnExceptionInTheReadingStopsThatTickOnly) {
+// The connection query throws.
+TEST_F(Ticks, EndWithAnExceptionInTheReadingButTheTimerGoesOn) {
     run({[&](Dialog& dialog) {
              test::PatchedApi patched;
              patched->WlanQueryInterface = [](HANDLE, const GUID*, WLAN_INTF_OPCODE, PVOID, DWORD*,
@@ -298,8 +298,8 @@ TEST_F(ScanNotifications, OfTheServiceTouchListsAndControlsOnTheDialogsThreadOnl
              }});
 }
 
-// While a service floods it, the dialog still takes what a person does.
-TEST_F(ScanNotifications, InAFloodLeaveTheDialogAnswering) {
+// While the service floods it with notifications, the dialog still handles input.
+TEST_F(ScanNotifications, InAFloodDoNotKeepTheDialogFromHandlingInput) {
     std::atomic<bool> over = false;
     std::thread service;
     EXPECT_EQ(runTest({[&](Dialog& dialog) {

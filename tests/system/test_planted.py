@@ -72,7 +72,7 @@ class PlantedDlls(ProgramTest):
         self.assertEqual(self.loaded(), [])
 
     def test_would_be_seen(self):
-        """The trap works: a program that does not guard itself walks into it."""
+        """The trap works: a program without these guards loads the planted DLL."""
         unguarded = ROOT / "build" / "windows" / "tests" / "helpers" / "unguarded.exe"
         program.EXECUTABLE = self.program_folder / unguarded.name
         shutil.copy(unguarded, program.EXECUTABLE)

@@ -1,4 +1,4 @@
-// Loads a DLL of the system as programs do that do not ask where from.
+// Loads a system DLL without restricting where it is searched for.
 #include <windows.h>
 
 int main() {

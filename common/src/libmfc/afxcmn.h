@@ -10,15 +10,12 @@ class CProgressCtrl : public CWnd {
 public:
     /// \param nLower, nUpper ends of the range; 0 and 100 unless set. Platform: PBM_SETRANGE
     void SetRange(short nLower, short nUpper);
-    void SetRange32(int nLower, int nUpper);
     void GetRange(int& nLower, int& nUpper) const;
     /// \return the position before. Positions outside the range become its nearer end.
     int SetPos(int nPos);
     int GetPos() const;
-    /// How far StepIt() goes; 10 unless set. \return the step before
+    /// How far PBM_STEPIT goes; 10 unless set. \return the step before
     int SetStep(int nStep);
-    /// \return the position before
-    int StepIt();
 };
 
 /// A tool tip that serves any number of tools.
@@ -34,7 +31,6 @@ public:
     /// \param lpszText copied
     /// \return whether it worked. Platform: TTM_ADDTOOLW
     BOOL AddTool(CWnd* pWnd, LPCTSTR lpszText, LPCRECT lpRectTool = nullptr, UINT_PTR nIDTool = 0);
-    void UpdateTipText(LPCTSTR lpszText, CWnd* pWnd, UINT_PTR nIDTool = 0);
     int GetToolCount() const;
     void Activate(BOOL bActivate);
     /// Shows the tip a mouse message; others are ignored. For PreTranslateMessage().

@@ -96,6 +96,4 @@ protected:                                                                      
                         self->OnCtlColor(request.dc(), request.control(), request.type()));)
 /// void OnClose()
 #define ON_WM_CLOSE() AFX_MESSAGE_ROW(WM_CLOSE, 0, 0, 0, self->OnClose(); return 0;)
-/// void OnDestroy()
-#define ON_WM_DESTROY() AFX_MESSAGE_ROW(WM_DESTROY, 0, 0, 0, self->OnDestroy(); return 0;)
 // clang-format on

@@ -123,16 +123,11 @@ class CCommandLineInfo : public CObject {
 public:
     CCommandLineInfo() = default;
 
-    BOOL m_bShowSplash = TRUE;    ///< FALSE after Automation or Embedding
-    BOOL m_bRunEmbedded = FALSE;  ///< Embedding was given: started to edit an embedded object
-    BOOL m_bRunAutomated = FALSE; ///< Automation was given: started as a server
-
-    /// One argument.
+    /// One argument; the default ignores it.
     /// \param pszParam the argument without the flag's leading '-' or '/'; valid during the call
     /// \param bFlag whether there was such a leading character
     /// \param bLast whether it is the last argument
-    /// The default knows the flags Automation and Embedding and ignores everything else.
-    virtual void ParseParam(const TCHAR* pszParam, BOOL bFlag, BOOL bLast);
+    virtual void ParseParam(const TCHAR* /*pszParam*/, BOOL /*bFlag*/, BOOL /*bLast*/) {}
 };
 
 /// A device context.
@@ -151,13 +146,8 @@ public:
     /// Gives the handle back to the caller.
     HDC Detach();
 
-    /// \return the colour before, or CLR_INVALID. Platform: SetTextColor and SetBkColor
+    /// \return the colour before, or CLR_INVALID. Platform: SetTextColor
     COLORREF SetTextColor(COLORREF crColor);
-    COLORREF SetBkColor(COLORREF crColor);
-    COLORREF GetTextColor() const;
-    COLORREF GetBkColor() const;
-    /// \param nBkMode OPAQUE or TRANSPARENT. \return the mode before, or 0. Platform: SetBkMode
-    int SetBkMode(int nBkMode);
     /// Draws at the system's size for icons. Platform: DrawIcon
     BOOL DrawIcon(int x, int y, HICON hIcon);
 };
@@ -221,8 +211,6 @@ public:
 
     /// Attaches `hWnd`, calls PreSubclassWindow(), and replaces the window's procedure.
     BOOL SubclassWindow(HWND hWnd);
-    /// The same for the control `nID` of `pParent`.
-    BOOL SubclassDlgItem(UINT nID, CWnd* pParent);
     /// Restores the window procedure from before SubclassWindow() and detaches. \return the handle
     HWND UnsubclassWindow();
 
@@ -271,14 +259,11 @@ public:
     // Text.
 
     void SetWindowText(LPCTSTR lpszString);
-    int GetWindowText(LPTSTR lpszStringBuf, int nMaxCount) const;
-    int GetWindowTextLength() const;
 
     // Place and appearance.
 
     void GetClientRect(LPRECT lpRect) const;
     void GetWindowRect(LPRECT lpRect) const;
-    void ScreenToClient(LPRECT lpRect) const;
     void MoveWindow(int x, int y, int nWidth, int nHeight, BOOL bRepaint = TRUE);
     void Invalidate(BOOL bErase = TRUE);
     void UpdateWindow();
@@ -340,7 +325,6 @@ protected:
     /// \return the brush for the background
     afx_msg HBRUSH OnCtlColor(CDC* pDC, CWnd* pWnd, UINT nCtlColor);
     afx_msg void OnClose();
-    afx_msg void OnDestroy();
 
     DECLARE_MESSAGE_MAP()
 
@@ -442,9 +426,7 @@ public:
     int GetLBTextLen(int nIndex) const;
     /// \param lpszText room for GetLBTextLen() and a zero
     int GetLBText(int nIndex, LPTSTR lpszText) const;
-    int AddString(LPCTSTR lpszString);
     int InsertString(int nIndex, LPCTSTR lpszString);
-    int DeleteString(UINT nIndex);
     void ResetContent();
     /// Selects the next entry that begins with the text, in any letter case, after `nStartAfter`
     /// and round. \return its index

@@ -41,10 +41,6 @@ void CProgressCtrl::SetRange(short nLower, short nUpper) {
     SendMessage(PBM_SETRANGE, 0, MAKELPARAM(nLower, nUpper));
 }
 
-void CProgressCtrl::SetRange32(int nLower, int nUpper) {
-    SendMessage(PBM_SETRANGE32, toWParam(nLower), nUpper);
-}
-
 void CProgressCtrl::GetRange(int& nLower, int& nUpper) const {
     PBRANGE range{};
     SendMessage(PBM_GETRANGE, FALSE, reinterpret_cast<LPARAM>(&range));
@@ -64,10 +60,6 @@ int CProgressCtrl::SetStep(int nStep) {
     return toInt(SendMessage(PBM_SETSTEP, toWParam(nStep)));
 }
 
-int CProgressCtrl::StepIt() {
-    return toInt(SendMessage(PBM_STEPIT));
-}
-
 BOOL CToolTipCtrl::Create(CWnd* pParentWnd, DWORD dwStyle) {
     const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_WIN95_CLASSES};
     InitCommonControlsEx(&classes);
@@ -82,11 +74,6 @@ BOOL CToolTipCtrl::Create(CWnd* pParentWnd, DWORD dwStyle) {
 BOOL CToolTipCtrl::AddTool(CWnd* pWnd, LPCTSTR lpszText, LPCRECT lpRectTool, UINT_PTR nIDTool) {
     TTTOOLINFOW info = toolInfo(pWnd, lpszText, lpRectTool, nIDTool);
     return SendMessage(TTM_ADDTOOLW, 0, toLParam(info)) != FALSE;
-}
-
-void CToolTipCtrl::UpdateTipText(LPCTSTR lpszText, CWnd* pWnd, UINT_PTR nIDTool) {
-    TTTOOLINFOW info = toolInfo(pWnd, lpszText, nullptr, nIDTool);
-    SendMessage(TTM_UPDATETIPTEXTW, 0, toLParam(info));
 }
 
 int CToolTipCtrl::GetToolCount() const {

@@ -37,16 +37,8 @@ int CComboBox::GetLBText(int nIndex, LPTSTR lpszText) const {
     return toInt(SendMessage(CB_GETLBTEXT, toWParam(nIndex), toLParam(lpszText)));
 }
 
-int CComboBox::AddString(LPCTSTR lpszString) {
-    return toInt(SendMessage(CB_ADDSTRING, 0, toLParam(lpszString)));
-}
-
 int CComboBox::InsertString(int nIndex, LPCTSTR lpszString) {
     return toInt(SendMessage(CB_INSERTSTRING, toWParam(nIndex), toLParam(lpszString)));
-}
-
-int CComboBox::DeleteString(UINT nIndex) {
-    return toInt(SendMessage(CB_DELETESTRING, nIndex));
 }
 
 void CComboBox::ResetContent() {

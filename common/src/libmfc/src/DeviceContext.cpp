@@ -22,22 +22,6 @@ COLORREF CDC::SetTextColor(COLORREF crColor) {
     return ::SetTextColor(m_hDC, crColor);
 }
 
-COLORREF CDC::SetBkColor(COLORREF crColor) {
-    return ::SetBkColor(m_hDC, crColor);
-}
-
-COLORREF CDC::GetTextColor() const {
-    return ::GetTextColor(m_hDC);
-}
-
-COLORREF CDC::GetBkColor() const {
-    return ::GetBkColor(m_hDC);
-}
-
-int CDC::SetBkMode(int nBkMode) {
-    return ::SetBkMode(m_hDC, nBkMode);
-}
-
 BOOL CDC::DrawIcon(int x, int y, HICON hIcon) {
     return ::DrawIcon(m_hDC, x, y, hIcon);
 }

@@ -97,25 +97,12 @@ void CWnd::SetWindowText(LPCTSTR lpszString) {
     ::SetWindowTextW(m_hWnd, lpszString);
 }
 
-int CWnd::GetWindowText(LPTSTR lpszStringBuf, int nMaxCount) const {
-    return ::GetWindowTextW(m_hWnd, lpszStringBuf, nMaxCount);
-}
-
-int CWnd::GetWindowTextLength() const {
-    return ::GetWindowTextLengthW(m_hWnd);
-}
-
 void CWnd::GetClientRect(LPRECT lpRect) const {
     ::GetClientRect(m_hWnd, lpRect);
 }
 
 void CWnd::GetWindowRect(LPRECT lpRect) const {
     ::GetWindowRect(m_hWnd, lpRect);
-}
-
-void CWnd::ScreenToClient(LPRECT lpRect) const {
-    // Both corners in one call: mirrored windows swap left and right.
-    MapWindowPoints(nullptr, m_hWnd, reinterpret_cast<LPPOINT>(lpRect), 2);
 }
 
 void CWnd::MoveWindow(int x, int y, int nWidth, int nHeight, BOOL bRepaint) {

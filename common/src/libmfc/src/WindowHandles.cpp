@@ -83,10 +83,6 @@ BOOL CWnd::SubclassWindow(HWND hWnd) {
     return TRUE;
 }
 
-BOOL CWnd::SubclassDlgItem(UINT nID, CWnd* pParent) {
-    return SubclassWindow(::GetDlgItem(pParent->GetSafeHwnd(), static_cast<int>(nID)));
-}
-
 HWND CWnd::UnsubclassWindow() {
     // Not restored when another subclass was installed after ours: it still calls AfxWndProc, which
     // calls DefWindowProc() for a window without an object.

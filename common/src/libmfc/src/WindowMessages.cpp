@@ -87,10 +87,6 @@ void CWnd::OnClose() {
     Default();
 }
 
-void CWnd::OnDestroy() {
-    Default();
-}
-
 namespace afx {
 
 ColorRequest::ColorRequest(const MSG& message)

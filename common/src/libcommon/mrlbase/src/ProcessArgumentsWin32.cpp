@@ -16,7 +16,7 @@ std::vector<CharString> processArguments() {
     if (arguments == nullptr) {
         throw std::bad_alloc();
     }
-    return {arguments.get(), arguments.get() + count};
+    return std::vector<CharString>(arguments.get(), arguments.get() + count);
 }
 
 } // namespace mrl
