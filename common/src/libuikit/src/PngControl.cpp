@@ -39,6 +39,8 @@ public:
         DeleteObject(m_bitmap);
         DeleteDC(m_dc);
     }
+    /// False when memory is short.
+    bool isSet() const { return m_before != nullptr; }
     HDC dc() const { return m_dc; }
 
 private:
@@ -51,7 +53,7 @@ private:
 
 class PngControl::Impl {
 public:
-    // Null when GDI+ does not start
+    // Null when GDI+ does not start.
     std::shared_ptr<libUikit::GdiplusSession> gdiplus = libUikit::GdiplusSession::acquire();
     std::unique_ptr<Gdiplus::Bitmap> picture;
     bool keepAspect = true;
@@ -132,10 +134,10 @@ LRESULT PngControl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
 void PngControl::paint(HDC dc) {
     CRect client;
     GetClientRect(client);
-    if (client.IsRectEmpty()) {
+    const Canvas canvas(dc, client.Width(), client.Height());
+    if (client.IsRectEmpty() || !canvas.isSet()) {
         return;
     }
-    const Canvas canvas(dc, client.Width(), client.Height());
     const auto background = reinterpret_cast<HBRUSH>(
         ::SendMessageW(::GetParent(m_hWnd), WM_CTLCOLORSTATIC,
                        reinterpret_cast<WPARAM>(canvas.dc()), reinterpret_cast<LPARAM>(m_hWnd)));
