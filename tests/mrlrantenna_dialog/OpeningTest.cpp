@@ -259,8 +259,9 @@ TEST_F(OpeningTheDialog, AsksForTwiceTheHeightOfTheListsItemsOnATabletPc) {
 
 std::optional<Subclass> g_list;
 
-LRESULT answerHugeHeight(const Subclass& list, void*, UINT message, WPARAM wParam, LPARAM lParam) {
-    return message == CB_GETITEMHEIGHT ? 0x9000 : list.pass(message, wParam, lParam);
+LRESULT CALLBACK answerHugeHeight(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                  DWORD_PTR) {
+    return message == CB_GETITEMHEIGHT ? 0x9000 : DefSubclassProc(list, message, wParam, lParam);
 }
 
 LRESULT CALLBACK makeListHuge(int code, WPARAM wParam, LPARAM lParam) {
@@ -308,13 +309,13 @@ TEST_F(OpeningTheDialog, GivesEachPictureAToolTip) {
 TEST_F(OpeningTheDialog, RelaysTheLoopsMessagesToTheToolTip) {
     int relayed = 0;
     std::optional<Subclass> toolTip;
-    const auto countRelays = [](const Subclass& self, void* count, UINT message, WPARAM wParam,
-                                LPARAM lParam) {
+    const auto countRelays = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                DWORD_PTR count) -> LRESULT {
         if (message == TTM_RELAYEVENT &&
             reinterpret_cast<const MSG*>(lParam)->message == WM_MOUSEMOVE) {
-            ++*static_cast<int*>(count);
+            ++*reinterpret_cast<int*>(count);
         }
-        return self.pass(message, wParam, lParam);
+        return DefSubclassProc(window, message, wParam, lParam);
     };
     run({[&](Dialog& dialog) {
              toolTip.emplace(dialog.m_toolTip->m_hWnd, countRelays, &relayed);
