@@ -5,6 +5,7 @@
 #include <ole2.h>
 #include <rpc.h>
 #include <shellapi.h>
+#include <wincrypt.h>
 
 #include <cstdlib>
 
