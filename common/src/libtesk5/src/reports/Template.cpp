@@ -53,7 +53,7 @@ std::string filled(std::string_view text, const mrl::Json& data,
                    const std::map<std::string, std::string_view>& parts) {
     Data values = dataOf(data);
     for (const auto& [name, part] : parts) {
-        values.set(name, kainjow::mustache::partial([part] { return std::string(part); }));
+        values.set(name, kainjow::mustache::partial([body = part] { return std::string(body); }));
     }
     kainjow::mustache::mustache mustache{std::string(text)};
     mustache.set_custom_escape([](const std::string& value) { return inMarkup(value); });
