@@ -52,6 +52,7 @@ protected:
         return m_recorder.measurements();
     }
     const std::vector<tesk5::Survey>& surveys() const { return m_recorder.surveys(); }
+    bool adviceRequested() const { return m_recorder.adviceRequested(); }
     /// The keys of the events raised, in order.
     std::vector<std::string> raisedKeys() const;
 

@@ -324,6 +324,18 @@ TEST_F(VisibleNetworks, WithTheRadioOffThereIsAnEventAndNoList) {
     EXPECT_THAT(raisedKeys(), ElementsAre("ERROR_NDIS_DOT11_POWER_STATE_INVALID"));
 }
 
+TEST_F(VisibleNetworks, ADeniedListRequestsAdviceAndNoOtherFailureDoes) {
+    WirelessDevice& device = opened();
+    radio().addFault(
+        {.function = "WlanGetAvailableNetworkList", .nth = 1, .code = ERROR_GEN_FAILURE});
+    EXPECT_FALSE(device.getVisibleNetworkList());
+    EXPECT_FALSE(adviceRequested());
+    radio().addFault(
+        {.function = "WlanGetAvailableNetworkList", .nth = 1, .code = ERROR_ACCESS_DENIED});
+    EXPECT_FALSE(device.getVisibleNetworkList());
+    EXPECT_TRUE(adviceRequested());
+}
+
 TEST_F(VisibleNetworks, ASentenceFollowsTheCallsNameDirectly) {
     opened().reportNetworkListError("AnyCall", ERROR_NOT_ENOUGH_MEMORY);
     EXPECT_THAT(lines(), ElementsAre("1195 The win32 call of AnyCall returned an error related to "
@@ -395,7 +407,7 @@ TEST_F(VisibleNetworks, AreTheSameWhenTheSecondNameOccursInTheFirst) {
     EXPECT_FALSE(device.isSame(named(""), named("Lab")));
 }
 
-TEST_F(VisibleNetworks, RecordsThatOthersPutIntoTheListCountToo) {
+TEST_F(VisibleNetworks, RecordsThatACallerPutIntoTheListCountToo) {
     WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
     device.getVisibleNetworkList();
     VisibleNetwork attic;
@@ -446,7 +458,7 @@ TEST_F(VisibleNetworks, TheConnectionsQualityReplacesAReportOfNothingOrEverythin
     }
 }
 
-TEST_F(VisibleNetworks, EvenTheSameQualityIsToldAsTheConnections) {
+TEST_F(VisibleNetworks, EvenTheSameQualityIsLoggedAsTheConnections) {
     WirelessDevice& device =
         openedConnected({{.ssid = "Lab", .signal = 100U}}, {.ssid = "Lab", .quality = 100U});
     device.getVisibleNetworkList();
@@ -466,7 +478,7 @@ TEST_F(VisibleNetworks, AnotherNetworksReportOfNothingOrEverythingIsKept) {
     EXPECT_THAT(linesNumbered("1339"), IsEmpty());
 }
 
-TEST_F(VisibleNetworks, EveryOtherReportIsTrustedWithoutAQuestion) {
+TEST_F(VisibleNetworks, EveryOtherReportIsTrustedWithoutAQuery) {
     for (const unsigned int reported : {1U, 50U, 99U, 101U}) {
         WirelessDevice& device =
             openedConnected({{.ssid = "Lab", .signal = reported}}, {.ssid = "Lab", .quality = 63U});
@@ -477,7 +489,7 @@ TEST_F(VisibleNetworks, EveryOtherReportIsTrustedWithoutAQuestion) {
     }
 }
 
-TEST_F(VisibleNetworks, WithoutAConnectionADistrustedReportIsKeptAndTheQuestionLogged) {
+TEST_F(VisibleNetworks, WithoutAConnectionADistrustedReportIsKeptAndTheQueryLogged) {
     WirelessDevice& device = openedSeeing({{.ssid = "Lab", .signal = 100U}});
     device.m_signalQuality = 5;
     ASSERT_TRUE(device.getVisibleNetworkList());
@@ -589,7 +601,7 @@ TEST_F(VisibleNetworks, NoNetworkAtAllIsNothingToPrint) {
 
 // --- reasons, BSS types, ratings ---
 
-TEST_F(VisibleNetworks, AReasonWithoutATextIsToldAsItsCode) {
+TEST_F(VisibleNetworks, AReasonWithoutATextIsLoggedAsItsCode) {
     WirelessDevice& device = opened();
     radio().addFault(
         {.function = "WlanReasonCodeToString", .nth = 1, .code = ERROR_INVALID_PARAMETER});

@@ -46,6 +46,16 @@ class End(DialogTest):
         dialog.click(ID.FINISH)
         self.assert_ended(dialog, "COMPLETED")
 
+    def test_a_refused_network_list_leaves_the_result_and_gives_advice(self):
+        dialog = self.open({**room_with({"ssid": "Lab", "signal": 70}),
+                            "faults": [{"function": "WlanGetAvailableNetworkList", "code": 5}]})
+        dialog.click(ID.FINISH)
+        run = self.assert_ended(dialog, "COMPLETED")
+        self.assertIn("possible cause: ", run.out)
+        self.assertIn("ms-settings:privacy-location", run.out)
+        self.assertEqual([finding["key"] for finding in self.result()["advice"]],
+                         ["DOCTOR_LOCATION_OFF"])
+
     def test_the_close_box_completes_the_test(self):
         dialog = self.open()
         dialog.close()

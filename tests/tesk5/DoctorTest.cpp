@@ -173,6 +173,33 @@ TEST_F(Doctor, GivesNoAdviceUnderAVerdict) {
     EXPECT_THAT(output(), Not(HasSubstr("possible cause")));
 }
 
+TEST_F(Doctor, GivesAdviceUnderARunThatAPersonEndedWhenItsTestRequestedIt) {
+    examineSaying({{"PLAIN", false, {}}, {"WEAK", true, {}}});
+    for (const TestResult& result : {TestResult::COMPLETED(), TestResult::USERABORTED()}) {
+        registerTest(result.name(), [result](const DiagDevice&) {
+            DiagModule::requestAdvice();
+            return result;
+        });
+    }
+    EXPECT_EQ(start({"run"}), TestResult::USERABORTED().value());
+    EXPECT_THAT(output(),
+                HasSubstr("  COMPLETED after 0.0 s\n  possible cause: Something happened.\n"));
+    EXPECT_THAT(output(),
+                HasSubstr("  USERABORTED after 0.0 s\n  possible cause: Something happened.\n"));
+    EXPECT_THAT(examined, ElementsAre("Card 1 quickly", "Card 1 quickly"));
+}
+
+TEST_F(Doctor, GivesNoAdviceUnderAVerdictWhoseTestRequestedIt) {
+    examineSaying({{"PLAIN", false, {}}});
+    registerTest("A", [](const DiagDevice&) {
+        DiagModule::requestAdvice();
+        return TestResult::PASS();
+    });
+    registerTest("B", TestResult::COMPLETED());
+    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_THAT(examined, IsEmpty());
+}
+
 TEST_F(Doctor, NamesTheServiceUnderARunDuringWhichItStopped) {
     examineSaying({{"PLAIN", false, {}}});
     registerTest("A", TestResult::CANNOTRUN());

@@ -89,6 +89,8 @@ void DiagModule::measured(Measurement /*measurement*/) {} // NOLINT(performance-
 
 void DiagModule::surveyed(Survey /*survey*/) {} // NOLINT(performance-*)
 
+void DiagModule::requestAdvice() {}
+
 void DiagModule::progresses(const TeskString& /*key*/, std::optional<double> /*longestSeconds*/) {}
 
 bool DiagModule::checkForStop() {

@@ -58,6 +58,10 @@ public:
     static void measured(Measurement measurement);
     /// Records what else could have been measured.
     static void surveyed(Survey survey);
+    /// Has the framework examine the device when a person has ended the current test (COMPLETED,
+    /// USERABORTED), and attach the problems that it finds to the run. For a test that was refused
+    /// what it should show.
+    static void requestAdvice();
     /// Shows what the test does now.
     /// \param key of the text
     /// \param longestSeconds the longest that the test can still take; nothing when a person ends

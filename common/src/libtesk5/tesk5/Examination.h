@@ -15,8 +15,8 @@ enum class ExaminationDepth {
 
 /// Adds to `findings` what keeps `device`, one that suits a test, from being tested, and what is as
 /// it should be; parameters have the values that were given. The framework calls it thoroughly for
-/// the command doctor, and quickly after each run that ended with CANNOTRUN or with a FAIL that
-/// measured nothing: the findings that are not good are then shown.
+/// the command doctor, and quickly after each run without a verdict (CANNOTRUN, a FAIL that
+/// measured nothing, DiagModule::requestAdvice()): the findings that are not good are then shown.
 /// Failure: a call that fails becomes a finding; an exception ends the program
 /// Threads: the tests' thread, outside any test; events that it raises are dropped
 using Examination = void (*)(const DiagDevice& device, ExaminationDepth depth, Findings& findings);

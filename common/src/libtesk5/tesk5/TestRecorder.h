@@ -70,6 +70,10 @@ public:
     static void record(Survey survey);
     static void record(const Progress& progress);
 
+    /// Notes in the innermost recorder that DiagModule::requestAdvice() was called.
+    static void requestAdvice();
+    bool adviceRequested() const { return m_adviceRequested; }
+
 private:
     template <typename What>
     static void keep(std::vector<What> TestRecorder::*list, What what,
@@ -81,6 +85,7 @@ private:
     std::vector<RaisedEvent> m_events;
     std::vector<Measurement> m_measurements;
     std::vector<Survey> m_surveys;
+    bool m_adviceRequested = false;
 };
 
 } // namespace tesk5

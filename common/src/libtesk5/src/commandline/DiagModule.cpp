@@ -106,6 +106,10 @@ void DiagModule::surveyed(Survey survey) {
     TestRecorder::record(std::move(survey));
 }
 
+void DiagModule::requestAdvice() {
+    TestRecorder::requestAdvice();
+}
+
 void DiagModule::progresses(const TeskString& key, std::optional<double> longestSeconds) {
     TestRecorder::record(Progress{key, translation(key).utf8(), longestSeconds});
 }

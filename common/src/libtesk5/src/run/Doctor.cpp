@@ -99,6 +99,15 @@ Findings serviceFindings() {
                                                 : Findings{moduleInfo().checkService()};
 }
 
+bool lacksVerdict(const Outcome& outcome) {
+    const TestResult& result = outcome.result;
+    const bool endedByPerson =
+        result == TestResult::COMPLETED() || result == TestResult::USERABORTED();
+    return result == TestResult::CANNOTRUN() ||
+           (result == TestResult::FAIL() && outcome.measurements.empty()) ||
+           (endedByPerson && outcome.adviceRequested);
+}
+
 } // namespace
 
 Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
@@ -122,10 +131,7 @@ Findings adviceFor(const Test& test, const DeviceList& devices) {
 }
 
 Findings adviceFor(const Outcome& outcome) {
-    const bool withoutVerdict =
-        outcome.result == TestResult::CANNOTRUN() ||
-        (outcome.result == TestResult::FAIL() && outcome.measurements.empty());
-    if (!withoutVerdict) {
+    if (!lacksVerdict(outcome)) {
         return {};
     }
     Findings findings = serviceFindings();

@@ -59,6 +59,7 @@ Outcome execute(const PlannedRun& run, TestObserver& observer) {
     outcome.events = recorder.events();
     outcome.measurements = recorder.measurements();
     outcome.surveys = recorder.surveys();
+    outcome.adviceRequested = recorder.adviceRequested();
     return outcome;
 }
 

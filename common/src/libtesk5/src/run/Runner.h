@@ -29,8 +29,9 @@ struct Outcome {
     std::vector<RaisedEvent> events;
     std::vector<Measurement> measurements;
     std::vector<Survey> surveys;
-    Findings advice;     ///< why the verdict may be missing
-    std::string failure; ///< the text of the exception behind an INTERNALERROR
+    Findings advice;              ///< why the verdict may be missing
+    std::string failure;          ///< the text of the exception behind an INTERNALERROR
+    bool adviceRequested = false; ///< by the test
 };
 
 /// A test that was to run and found no device.

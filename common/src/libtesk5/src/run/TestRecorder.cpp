@@ -43,6 +43,12 @@ void TestRecorder::record(Survey survey) {
     keep(&TestRecorder::m_surveys, std::move(survey), &TestObserver::onSurvey);
 }
 
+void TestRecorder::requestAdvice() {
+    if (TestRecorder* const recorder = RunContext::current().recorder) {
+        recorder->m_adviceRequested = true;
+    }
+}
+
 void TestRecorder::record(const Progress& progress) {
     const TestRecorder* const recorder = RunContext::current().recorder;
     if (recorder != nullptr && recorder->m_observer != nullptr) {

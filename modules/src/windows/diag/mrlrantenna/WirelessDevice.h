@@ -1,7 +1,10 @@
 // One wireless interface of the PC: the one that the framework's device names.
 //
-// Both tests build one for the length of a run. What fails is told by a neutral result and, where a
-// reader of the log could use it, by one line to the logger "mrlrnetwork.WirelessDevice".
+// Both tests build one for the length of a run. A failure is a neutral result and, as a rule, a
+// line of the logger "mrlrnetwork.WirelessDevice".
+//
+// The names here, in VisibleNetwork.h and ScanNotification.h, and of Radio and its flags are fixed,
+// their spelling included (populateWLANConnectionAtrributes).
 #pragma once
 
 #include "Radio.h"
@@ -19,9 +22,8 @@
 ///
 /// No operation throws of its own accord. An object belongs to one thread at a time.
 ///
-/// Blocks that the interface hands out for queries are kept in their fields and, deliberately,
-/// never given back: readers hold on to them beyond the next query, and a process runs a handful
-/// of queries a second at most. The next query of the same kind only replaces the pointer.
+/// The block of a query is kept in its field until the next query of the same kind replaces the
+/// pointer, and deliberately never freed.
 class WirelessDevice {
 public:
     /// Takes the interface's GUID out of the device's system name, opens and registers the client
@@ -33,7 +35,8 @@ public:
     /// Closes the client handle.
     ~WirelessDevice();
 
-    /// The name of the property that carries a device's system name.
+    /// The property that carries the device's system name: "VirtualDeviceSystemName" where the
+    /// device has it, else "DeviceSystemName".
     static const char* systemNameProperty(const tesk5::DiagDevice& device);
 
     // --- The client handle -----------------------------------------------------------------------
@@ -55,8 +58,8 @@ public:
     // --- Queries ---------------------------------------------------------------------------------
 
     /// Asks for one property of the interface and keeps the answer in its field. An answer whose
-    /// size is not exactly the expected one is refused without a word; an opcode without a field is
-    /// asked and forgotten.
+    /// size is not exactly the expected one is refused silently; the answer of an opcode without a
+    /// field is dropped.
     /// \return whether the answer came and was kept
     /// Platform: WlanQueryInterface
     bool queryWirelessLanInterface(const WLAN_INTF_OPCODE& opcode);
@@ -64,7 +67,7 @@ public:
     bool populateRadioState();
     /// Reads the current connection into m_connectionAttributes; fails when there is none.
     bool populateWLANConnectionAtrributes();
-    /// Whether the interface answers the question for background scanning, whatever the answer.
+    /// Whether the interface answers the query for background scanning, whatever the answer.
     bool isScanEnabled();
     /// Lists the system's interfaces in the log and keeps the description of this one. With no
     /// interface that matches, the description stays as it was and the result is still true.
@@ -80,9 +83,8 @@ public:
 
     // --- The radio -------------------------------------------------------------------------------
 
-    /// Reads the radio state afresh and tells it of one PHY (an index from 0). An unknown state
-    /// counts as off. \return SOFTWARE_OFF | HARDWARE_OFF for a PHY that does not exist, 0 when the
-    /// state could not be read
+    /// Reads the radio state afresh. \return Radio::flags() of the PHY (an index from 0), or 0 when
+    /// the state could not be read
     RadioStateFlags getRadioState(mrl::Int32 phyIndex);
     /// Whether the PHY exists and its radio, read afresh, is on in software and in hardware.
     bool isRadioEnabled(mrl::Int32 phyIndex);
@@ -95,7 +97,8 @@ public:
     /// Fills m_visibleNetworks afresh, one record a name. A failed query leaves it empty, a handle
     /// that cannot be opened leaves it as it was.
     /// \return whether the interface delivered a list, even an empty one
-    /// Failure: logged and, for a radio that is off and for lack of memory, raised as an event
+    /// Failure: logged and, for a radio that is off and for lack of memory, raised as an event; a
+    /// denied access requests the framework's advice
     /// Platform: WlanGetAvailableNetworkList, WlanFreeMemory
     bool getVisibleNetworkList();
     /// Fills the list afresh and counts its records.
@@ -138,12 +141,10 @@ public:
     /// m_txRate; sets all three to 0 when there is no connection to read.
     bool getSigTransReceieveRate();
 
-    // The fields are open to the tests of the module: they read them after a refresh and hand the
-    // handle and the GUID to calls of their own.
+    // Read by the tests of the module, which call the interface with the handle and the GUID too.
 
     /// When true, getSigTransReceieveRate() fails at once without asking the interface. Nothing in
-    /// the module sets it: it is the place to stop connection queries at should a driver hang in
-    /// them.
+    /// the module sets it.
     bool m_connectionQueryBlocked = false;
     mrl::Uint32 m_lastSetResult = 0;
     HANDLE m_clientHandle = nullptr;
@@ -152,24 +153,24 @@ public:
     tesk5::DiagDevice m_device;
     mrl::String m_deviceSystemName;
     mrl::String m_interfaceGuidText; ///< without braces
-    /// These three tell whether an answer came, not what it said.
+    /// These two and m_mediaStreamingMode: whether an answer came, not what it said.
     BOOL m_autoconfEnabled = 0;
     BOOL m_backgroundScanEnabled = 0;
     WLAN_RADIO_STATE* m_radioStateData = nullptr;
     DOT11_BSS_TYPE* m_bssTypeData = nullptr;
     WLAN_INTERFACE_STATE* m_interfaceStateData = nullptr;
     WLAN_CONNECTION_ATTRIBUTES* m_connectionAttributes = nullptr;
-    mrl::Uint32 m_channelNumber = 0; ///< a mark of the answer's block, not its content
+    mrl::Uint32 m_channelNumber = 0; ///< the low half of the block's address
     WLAN_AUTH_CIPHER_PAIR_LIST* m_infrastructureCipherPairs = nullptr;
     WLAN_AUTH_CIPHER_PAIR_LIST* m_adhocCipherPairs = nullptr;
     WLAN_COUNTRY_OR_REGION_STRING_LIST* m_countryOrRegionList = nullptr;
     BOOL m_mediaStreamingMode = 0;
     WLAN_STATISTICS* m_statistics = nullptr;
-    mrl::Int32 m_rssi = 0; ///< a mark of the answer's block, not its content
+    mrl::Int32 m_rssi = 0; ///< the low half of the block's address
     Radio m_radio;
     GUID m_interfaceGuid = {};
     bool m_initialized = false;
-    bool m_connected = false;        ///< of the last interface looked at; read by nothing
+    bool m_connected = false;        ///< of the last interface asked; read by nothing
     mrl::Uint32 m_signalQuality = 0; ///< percent, of the current connection
     mrl::Uint32 m_rxRate = 0;        ///< kbit/s
     mrl::Uint32 m_txRate = 0;        ///< kbit/s

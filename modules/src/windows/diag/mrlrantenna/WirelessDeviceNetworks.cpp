@@ -82,6 +82,9 @@ bool WirelessDevice::getVisibleNetworkList() {
         api().WlanGetAvailableNetworkList(m_clientHandle, &m_interfaceGuid, 0, nullptr, out(list));
     if (result != ERROR_SUCCESS) {
         reportNetworkListError("WlanGetAvailableNetworkList", result);
+        if (result == ERROR_ACCESS_DENIED) {
+            tesk5::DiagModule::requestAdvice();
+        }
         return false;
     }
     if (!list) {
