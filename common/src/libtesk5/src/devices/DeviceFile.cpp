@@ -27,7 +27,7 @@ struct Place {
     }
 };
 
-TeskString textOf(const Place& place) {
+TeskString stringOf(const Place& place) {
     if (!place.value.is_string()) {
         place.refuse("INPUT_DEVICES_TEXT", {{"Type", place.value.type_name()}});
     }
@@ -40,7 +40,7 @@ DeviceCapability capabilitiesOf(const Place& place) {
     }
     DeviceCapability all;
     for (std::size_t i = 0; i < place.value.size(); ++i) {
-        const TeskString name = textOf(place.item(i));
+        const TeskString name = stringOf(place.item(i));
         const std::optional<DeviceCapability> capability = DeviceCapability::fromName(name.utf8());
         if (!capability) {
             place.item(i).refuse("INPUT_DEVICES_NO_CAPABILITY", {{"Name", name}});
@@ -56,7 +56,7 @@ DiagDevice::Properties propertiesOf(const Place& place) {
     }
     DiagDevice::Properties properties;
     for (const auto& [name, value] : place.value.items()) {
-        properties.emplace_back(TeskString(name), textOf(place.member(name)));
+        properties.emplace_back(TeskString(name), stringOf(place.member(name)));
     }
     return properties;
 }
@@ -75,7 +75,7 @@ DiagDevice deviceOf(const Place& place) {
             place.refuse("INPUT_DEVICES_MISSING_MEMBER", {{"Name", name}});
         }
     }
-    return {textOf(place.member("name")), capabilitiesOf(place.member("capabilities")),
+    return {stringOf(place.member("name")), capabilitiesOf(place.member("capabilities")),
             place.value.contains("properties") ? propertiesOf(place.member("properties"))
                                                : DiagDevice::Properties()};
 }

@@ -30,39 +30,39 @@ Findings noDeviceFor(const std::vector<std::string>& tests) {
 }
 
 // The tests that one device suits, or does not suit for the same reasons.
-struct Opinion {
+struct Suitability {
     std::vector<std::string> reasons; // against the device; none when it suits
     bool good = true;
     std::vector<std::string> tests;
 };
 
-std::vector<Opinion> opinionsOn(const DiagDevice& device, const std::deque<Test>& tests,
-                                const DeviceList& devices,
-                                const std::optional<std::string>& filter) {
-    std::vector<Opinion> opinions;
+std::vector<Suitability> suitabilitiesOf(const DiagDevice& device, const std::deque<Test>& tests,
+                                         const DeviceList& devices,
+                                         const std::optional<std::string>& filter) {
+    std::vector<Suitability> all;
     for (const Test& test : tests) {
         const std::vector<std::string> reasons = reasonsAgainst(test, device, filter);
         // A device of another kind is no problem, nor is one too many.
         const bool good = reasons.empty() || !isOfKind(test, device) ||
                           !runsOf(test, devices.devices, filter).empty();
-        auto same = std::find_if(opinions.begin(), opinions.end(), [&](const Opinion& opinion) {
-            return opinion.reasons == reasons && opinion.good == good;
+        auto same = std::find_if(all.begin(), all.end(), [&](const Suitability& suitability) {
+            return suitability.reasons == reasons && suitability.good == good;
         });
-        if (same == opinions.end()) {
-            same = opinions.insert(same, {reasons, good, {}});
+        if (same == all.end()) {
+            same = all.insert(same, {reasons, good, {}});
         }
         same->tests.push_back(test.name().utf8());
     }
-    return opinions;
+    return all;
 }
 
-Finding findingOf(const Opinion& opinion, const DiagDevice& device) {
+Finding findingOf(const Suitability& suitability, const DiagDevice& device) {
     Finding finding{"DOCTOR_DEVICE_SUITS",
-                    opinion.good,
-                    {{"Device", device.name()}, {"Tests", listed(opinion.tests)}}};
-    if (!opinion.reasons.empty()) {
+                    suitability.good,
+                    {{"Device", device.name()}, {"Tests", listed(suitability.tests)}}};
+    if (!suitability.reasons.empty()) {
         finding.key = "DOCTOR_DEVICE_LEFT_OUT";
-        finding.variables.emplace_back("Reasons", phrasesListed(opinion.reasons));
+        finding.variables.emplace_back("Reasons", phrasesListed(suitability.reasons));
     }
     return finding;
 }
@@ -80,9 +80,9 @@ void addDevices(const std::deque<Test>& tests, const DeviceList& devices,
     }
     for (const DiagDevice& device : devices.devices) {
         bool suits = false;
-        for (const Opinion& opinion : opinionsOn(device, tests, devices, filter)) {
-            findings.push_back(findingOf(opinion, device));
-            suits = suits || opinion.reasons.empty();
+        for (const Suitability& suitability : suitabilitiesOf(device, tests, devices, filter)) {
+            findings.push_back(findingOf(suitability, device));
+            suits = suits || suitability.reasons.empty();
         }
         if (suits && moduleInfo().examine != nullptr) {
             moduleInfo().examine(device, ExaminationDepth::THOROUGH, findings);

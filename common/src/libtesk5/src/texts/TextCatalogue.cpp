@@ -14,8 +14,6 @@ namespace tesk5 {
 
 namespace {
 
-constexpr std::string_view FALLBACK_LANGUAGE = "en";
-
 void logUnusable(const std::string& what, const UnusableInput& failure) {
     constexpr int PRIORITY = 4;
     mrl::Logger& logger = mrl::LogFactory::createLogger("tesk5.texts");

@@ -11,6 +11,9 @@
 
 namespace tesk5 {
 
+/// The language whose texts stand in for missing ones.
+inline constexpr std::string_view FALLBACK_LANGUAGE = "en";
+
 /// Where one part of the program has its texts: in <language>.json in one of the folders, of which
 /// the first usable one counts, and in English in the program itself.
 struct TextSource {

@@ -17,8 +17,6 @@ namespace tesk5 {
 
 namespace {
 
-constexpr const char* FALLBACK_LANGUAGE = "en";
-
 const std::vector<TextSource>& sources() {
     static const std::vector<TextSource> all = [] {
         const std::filesystem::path folder = mrl::System::executableFolder();
@@ -51,7 +49,7 @@ std::string usersLanguage() {
             return *found;
         }
     }
-    return FALLBACK_LANGUAGE;
+    return std::string(FALLBACK_LANGUAGE);
 }
 
 // The languages read so far by tag. They stay, because texts are handed out by reference.
