@@ -150,7 +150,7 @@ TEST_F(AccessPointSearch, GivesUpOnANonEmptyListAfterHalfAMinuteWithoutAnEvent) 
     EXPECT_EQ(logged(test::MODULE_LOGGER).back(),
               "194 getAccessPointSignalStrength() was not able to find a matching SSID: Lab after "
               "trying for 30 seconds");
-    // Looked at 0.0 s, 0.1 s, ..., 30.0 s: the last poll counts.
+    // Polls at 0.0 s, 0.1 s, ..., 30.0 s: the last one counts.
     EXPECT_EQ(radio().callCount("WlanGetAvailableNetworkList"), 301U);
 }
 

@@ -1,5 +1,5 @@
-// What happens to the adapter, the service and the PC between any two calls of the verification
-// test: it ends in good time, with the result that the rest of the run deserves.
+// The adapter, the service or the PC goes away between any two calls of the verification test: the
+// test ends in time, with the result of what is left.
 #include "Faults.h"
 #include "VerificationRun.h"
 
@@ -123,7 +123,7 @@ TEST_F(ComeAndGo, AServiceThatIsStoppedCannotBeAsked) {
     }
 }
 
-// A handle of before is worth nothing any more, and one that worked once is never opened anew.
+// A handle from before is invalid, and one that has worked once is never opened anew.
 TEST_F(ComeAndGo, AServiceThatIsRestartedIsFoundAgainOnlyByADeviceThatIsNotReadyYet) {
     for (std::size_t nth = 1; nth <= moments(); ++nth) {
         SCOPED_TRACE(calls()[nth - 1].text());

@@ -91,8 +91,8 @@ inline std::string query(const std::string& handle, unsigned int opcode, unsigne
 
 } // namespace calls
 
-/// For what the simulator does not do by itself: while it lives, functions can be replaced by
-/// others, which go on to service().
+/// While it lives, functions of the table can be replaced; the replacements reach the simulator
+/// through service().
 class PatchedApi {
 public:
     PatchedApi() : m_table(nativewifi::api()), m_scope(m_table) { service() = m_table; }

@@ -64,7 +64,7 @@ std::vector<std::string> withNumbersLike(const std::vector<std::string>& expecte
 void expectDeliberateLeaksAlone(const radiosim::Engine& radio, std::size_t handles,
                                 std::size_t texts = 0);
 
-/// Notes that a combination ran; the number of them is told when the program ends.
+/// Counts a combination that ran; the program prints their number when it ends.
 void countCombination();
 
 } // namespace test

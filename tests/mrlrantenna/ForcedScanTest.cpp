@@ -120,7 +120,7 @@ TEST_F(ForcedScan, MatchesAnEnumeratedNameWithBlanksAroundIt) {
     EXPECT_EQ(scanHearing({{.ssid = "  lab\t", .signal = 13U}}, "Lab"), heard(13));
 }
 
-TEST_F(ForcedScan, NeverMatchesAWantedNameWithBlanksAroundIt) {
+TEST_F(ForcedScan, NeverMatchesAGivenNameWithBlanksAroundIt) {
     for (const char* wanted : {" Lab", "Lab ", " Lab "}) {
         EXPECT_EQ(scanHearing({{.ssid = "Lab"}, {.ssid = " Lab"}, {.ssid = " Lab "}}, wanted),
                   notHeard());

@@ -153,7 +153,7 @@ TEST_F(Frame, HandsArgumentsVersionAndCallbackToTheFrameworkThenStartsIt) {
                             "parser destroyed"));
 }
 
-TEST_F(Frame, ABasekitExceptionIsTold) {
+TEST_F(Frame, ABasekitExceptionIsReported) {
     doubles::onStart = []() -> int {
         throw mrl::Exception("the disk is \xC3\xBC"
                              "ber");
@@ -165,14 +165,14 @@ TEST_F(Frame, ABasekitExceptionIsTold) {
     EXPECT_EQ(doubles::journal().back(), "parser destroyed");
 }
 
-TEST_F(Frame, AFrameworkExceptionOfStartIsTold) {
+TEST_F(Frame, AFrameworkExceptionOfStartIsReported) {
     doubles::onStart = []() -> int { throw tesk5::TeskException("no such device"); };
     const Captured errors(mrl::cerr);
     EXPECT_EQ(theApp.Run(), 8);
     EXPECT_EQ(errors.text, "TeskException: no such device\n");
 }
 
-TEST_F(Frame, AFrameworkExceptionOfSetVersionIsToldAndNothingStarts) {
+TEST_F(Frame, AFrameworkExceptionOfSetVersionIsReportedAndNothingStarts) {
     doubles::onSetVersion = [] { throw tesk5::TeskException("bad version"); };
     const Captured errors(mrl::cerr);
     EXPECT_EQ(theApp.Run(), 8);
@@ -180,12 +180,12 @@ TEST_F(Frame, AFrameworkExceptionOfSetVersionIsToldAndNothingStarts) {
     EXPECT_THAT(doubles::journal(), testing::Not(testing::Contains("start")));
 }
 
-TEST_F(Frame, AnUnknownExceptionEndsWithZeroAndWithoutAWord) {
+TEST_F(Frame, AnUnknownExceptionEndsWithZeroAndWithoutAMessage) {
     doubles::onStart = []() -> int { throw mrl::StructuredException{7}; };
     const Captured errors(mrl::cerr);
     const Captured output(mrl::cout);
     EXPECT_EQ(theApp.Run(), 0);
-    doubles::onStart = []() -> int { throw std::runtime_error("nobody knows"); };
+    doubles::onStart = []() -> int { throw std::runtime_error("unknown"); };
     EXPECT_EQ(theApp.Run(), 0);
     EXPECT_EQ(errors.text, "");
     EXPECT_EQ(output.text, "");

@@ -1,5 +1,5 @@
-// Names as nobody would choose them who means well: every byte, every length, arrays that no
-// terminator ends. What the module makes of them is harmless text, one line a line.
+// Hostile names: every byte, every length, arrays without a terminator. The module makes harmless
+// text of them, one line each.
 #include "DeviceTest.h"
 
 #include <support/SafeText.h>

@@ -109,7 +109,7 @@ TEST_P(QueryOfOpcode, TakesASuccessWithoutABlockForNoAnswer) {
     EXPECT_THAT(lines(), IsEmpty());
 }
 
-TEST_P(QueryOfOpcode, NeverGivesABlockBack) {
+TEST_P(QueryOfOpcode, NeverFreesABlock) {
     const Opcode& opcode = GetParam();
     WirelessDevice& device = openedConnected();
     const std::size_t before = radio().liveBlocks();
@@ -122,7 +122,7 @@ TEST_P(QueryOfOpcode, NeverGivesABlockBack) {
     EXPECT_EQ(radio().callCount("WlanFreeMemory"), 0U);
 }
 
-TEST_P(QueryOfOpcode, TellsOfAMissingConnectionWhateverWasAsked) {
+TEST_P(QueryOfOpcode, ReportsAMissingConnectionWhateverTheOpcode) {
     const Opcode& opcode = GetParam();
     WirelessDevice& device = openedConnected();
     radio().addFault({.function = "WlanQueryInterface", .code = ERROR_INVALID_STATE});
@@ -185,7 +185,7 @@ DWORD WINAPI rememberingQuery(HANDLE handle, const GUID* guid, WLAN_INTF_OPCODE 
     return result;
 }
 
-TEST_F(InterfaceQuery, ChannelAndRssiMarkTheBlockRatherThanReadIt) {
+TEST_F(InterfaceQuery, ChannelAndRssiKeepTheAddressOfTheBlockNotItsContent) {
     WirelessDevice& device = openedConnected();
     test::PatchedApi patched;
     patched->WlanQueryInterface = &rememberingQuery;
@@ -258,7 +258,7 @@ struct QueryError {
 
 class QueryFailure : public InterfaceQuery, public testing::WithParamInterface<QueryError> {};
 
-TEST_P(QueryFailure, IsToldInOneSentence) {
+TEST_P(QueryFailure, IsLoggedInOneSentence) {
     WirelessDevice& device = openedConnected();
     radio().addFault({.function = "WlanQueryInterface", .code = GetParam().code});
     EXPECT_FALSE(device.queryWirelessLanInterface(wlan_intf_opcode_statistics));
@@ -311,7 +311,7 @@ TEST_P(NamedQueryOfADevice, AsksForItsOpcode) {
     EXPECT_THAT(lines(), IsEmpty());
 }
 
-TEST_P(NamedQueryOfADevice, TellsItsFailureWithThePaddedNameAfterTheReason) {
+TEST_P(NamedQueryOfADevice, LogsItsFailureWithThePaddedNameAfterTheReason) {
     WirelessDevice& device = openedConnected();
     radio().addFault(
         {.function = "WlanQueryInterface", .opcode = GetParam().opcode, .code = ERROR_BUSY});
@@ -320,7 +320,7 @@ TEST_P(NamedQueryOfADevice, TellsItsFailureWithThePaddedNameAfterTheReason) {
                                      test::LineSaying(GetParam().line)));
 }
 
-TEST_P(NamedQueryOfADevice, TellsARefusedSizeWithThatLineAlone) {
+TEST_P(NamedQueryOfADevice, LogsARefusedSizeWithThatLineAlone) {
     WirelessDevice& device = openedConnected();
     radio().addFault(
         {.function = "WlanQueryInterface", .opcode = GetParam().opcode, .dataSize = 5U});
@@ -418,7 +418,7 @@ TEST_F(InterfaceList, IsLoggedLineByLine) {
     EXPECT_EQ(device.m_interfaceDescription.getUTF8String().bytes(), "Card A");
 }
 
-TEST_F(InterfaceList, IsAskedOfTheDevicesHandleAndNeverGivenBack) {
+TEST_F(InterfaceList, IsQueriedOnTheDevicesHandleAndNeverFreed) {
     startRadio(two());
     WirelessDevice& device = opened();
     EXPECT_TRUE(device.enumerateInterfaces());
@@ -489,7 +489,7 @@ TEST_F(InterfaceList, AGuidWithoutATextIsLeftOut) {
     EXPECT_EQ(device.m_interfaceDescription.getUTF8String().bytes(), "Simulated Wireless Adapter");
 }
 
-TEST_F(InterfaceList, ConnectedFollowsTheLastInterfaceThatSaysSoWhileSomebodyLogs) {
+TEST_F(InterfaceList, ConnectedFollowsTheLastInterfaceThatSaysSoWhileLoggingIsOn) {
     startRadio(two());
     WirelessDevice& device = opened();
     device.m_connected = true;
@@ -501,7 +501,7 @@ TEST_F(InterfaceList, ConnectedFollowsTheLastInterfaceThatSaysSoWhileSomebodyLog
     EXPECT_TRUE(device.m_connected);
 }
 
-TEST_F(InterfaceList, ConnectedStaysAsItIsWhileNobodyLogs) {
+TEST_F(InterfaceList, ConnectedStaysAsItIsWhileLoggingIsOff) {
     startRadio(two());
     WirelessDevice& device = opened();
     mrl::LogFactory::setPriority(2);
@@ -588,7 +588,7 @@ struct AlgorithmWord {
 class AlgorithmWords : public test::DeviceTest,
                        public testing::WithParamInterface<AlgorithmWord> {};
 
-TEST_P(AlgorithmWords, AreTradeNamesOrLocalizedTexts) {
+TEST_P(AlgorithmWords, AreStandardNamesOrLocalizedTexts) {
     const AlgorithmWord& row = GetParam();
     const mrl::String words =
         WirelessDevice::getAuthAlgoString(static_cast<DOT11_AUTH_ALGORITHM>(row.algorithm));

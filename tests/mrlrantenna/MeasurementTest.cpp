@@ -74,7 +74,7 @@ TEST_F(VerificationMeasures, WhichNetworksWereVisibleAndWhichOneItWasAbout) {
     EXPECT_THAT(theSurvey(), ElementsAre("Office 61", "Lab 70 measured"));
 }
 
-TEST_F(VerificationMeasures, WhichNetworksWereVisibleWhenTheWantedOneWasNot) {
+TEST_F(VerificationMeasures, WhichNetworksWereVisibleWhenTheAccessPointWasNot) {
     startRadio({{.ssid = "Office", .signal = 61U}});
     EXPECT_EQ(verify("Lab", "40", "20"), TestResult::FAIL());
     EXPECT_THAT(theSurvey(), ElementsAre("Office 61"));

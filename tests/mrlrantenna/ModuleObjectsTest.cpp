@@ -31,7 +31,7 @@ TEST_P(Registration, RunsForEveryMatchingDevice) {
     EXPECT_FALSE(registered().enumeratesOnlyOnce());
 }
 
-TEST_P(Registration, WantsAWirelessNetworkCard) {
+TEST_P(Registration, RequiresAWirelessNetworkCard) {
     EXPECT_EQ(registered().capability(),
               DeviceCapability::Wireless() | DeviceCapability::NetworkCard());
     EXPECT_THAT(registered().mismatches(DiagDevice("cable", DeviceCapability::NetworkCard(),
@@ -115,7 +115,7 @@ TEST(ModuleObjects, EveryKeyHasAnEnglishText) {
     EXPECT_EQ(all.localizedStrings.size() + all.events.size(), 50U);
 }
 
-TEST(ModuleObjects, TheModuleTellsItsNameAndCarriesItsTexts) {
+TEST(ModuleObjects, TheModuleHasItsNameAndItsTexts) {
     EXPECT_EQ(tesk5::moduleInfo().name, "mrlrantenna");
     EXPECT_THAT(std::string(tesk5::moduleInfo().builtInTexts), testing::HasSubstr("\"TITLE\""));
 }

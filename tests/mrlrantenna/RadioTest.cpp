@@ -63,7 +63,7 @@ TEST_F(RadioOfADevice, IsReadAfreshEachTime) {
     EXPECT_THAT(lines(), IsEmpty());
 }
 
-TEST_F(RadioOfADevice, IsToldOfTheAskedPhyAlone) {
+TEST_F(RadioOfADevice, IsReportedForTheGivenPhyAlone) {
     WirelessDevice& device = openedWith({{.software = 2}, {}, {.hardware = 0}});
     EXPECT_FALSE(device.isRadioEnabled(0));
     EXPECT_TRUE(device.isRadioEnabled(1));
@@ -154,7 +154,7 @@ TEST_F(RadioOfADevice, ABlockOfAnotherSizeIsNoState) {
         WirelessDevice& device = opened();
         radio().addFault({.function = "WlanQueryInterface", .opcode = 4U, .dataSize = size});
         EXPECT_EQ(device.getRadioState(0), RADIO_STATE_NONE) << size;
-        // The query itself has nothing to say; who asked for it names the opcode.
+        // The query logs nothing; its caller names the opcode.
         EXPECT_THAT(lines(), ElementsAre(test::LineSaying(RADIO_QUERY_LINE)));
         log().clear();
         EXPECT_FALSE(device.queryWirelessLanInterface(wlan_intf_opcode_radio_state));
@@ -224,7 +224,7 @@ TEST_F(RadioOfADevice, CannotBeSwitchedOnAgainstTheHardwareSwitch) {
     EXPECT_THAT(lines(), ElementsAre(test::LineSaying(switchLine("0"))));
 }
 
-TEST_F(RadioOfADevice, AFailedSwitchIsToldInOneWordingWhateverTheCode) {
+TEST_F(RadioOfADevice, AFailedSwitchIsLoggedInOneWordingWhateverTheCode) {
     WirelessDevice& device = openedWith({{}, {}, {}});
     const DWORD codes[] = {ERROR_INVALID_STATE,  ERROR_INVALID_PARAMETER, ERROR_ACCESS_DENIED,
                            ERROR_INVALID_HANDLE, ERROR_GEN_FAILURE,       0xFFFFFFFF};
@@ -248,7 +248,7 @@ TEST_F(RadioOfADevice, AFailedSwitchNamesThePhyAsASignedNumber) {
                                      test::LineSaying(switchLine("7"))));
 }
 
-TEST_F(RadioOfADevice, ASwitchWithoutAServiceFailsWithoutAWordAndWithoutAResult) {
+TEST_F(RadioOfADevice, ASwitchWithoutAServiceFailsSilentlyAndWithoutAResult) {
     radio().addFault({.function = "WlanOpenHandle", .code = ERROR_SERVICE_NOT_ACTIVE});
     WirelessDevice& device = opened();
     device.m_lastSetResult = 99;

@@ -101,7 +101,7 @@ TEST_F(ScanNotification, ReachesTheHandlerOnAThreadOfTheService) {
     EXPECT_EQ(m_dialog.refreshes, 2);
 }
 
-TEST_F(ScanNotification, BeforeTheSlotIsFilledTheServiceCallsInVain) {
+TEST_F(ScanNotification, BeforeTheSlotIsFilledANotificationDoesNothing) {
     open();
     radio().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
     radio().settle();

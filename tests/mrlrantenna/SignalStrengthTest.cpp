@@ -66,7 +66,7 @@ TEST_F(SignalStrength, OfANetworkNeverSeenIsZero) {
     EXPECT_THAT(clock().sleeps(), ElementsAre(100, 100, 100));
 }
 
-TEST_F(SignalStrength, AveragesInANetworkWhoseNameIsAPartOfTheWantedOne) {
+TEST_F(SignalStrength, AveragesInANetworkWhoseNameIsAPartOfTheGivenOne) {
     WirelessDevice& device =
         openedSeeing({{.ssid = "Lab-5G", .signal = 90U}, {.ssid = "Lab", .signal = 40U}});
     EXPECT_EQ(device.getSignalStrength(named("Lab-5G")), 65);
@@ -106,12 +106,12 @@ TEST_F(SignalStrength, CountsTheOldRecordsAgainWhenTheHandleCannotBeOpened) {
 }
 
 TEST_F(SignalStrength, WrapsOnAbsurdReportsInsteadOfFailing) {
-    // A sum beyond 32 bits: any result will do, but it must be one.
+    // A sum beyond 32 bits wraps.
     WirelessDevice& device = openedSeeing({{.ssid = "Lab", .signal = 0x7FFFFFFFU}});
     EXPECT_EQ(device.getSignalStrength(named("Lab")), 0x7FFFFFFD / 3);
 }
 
-TEST_F(SignalStrength, GivesBackEveryListAndRaisesNothing) {
+TEST_F(SignalStrength, FreesEveryListAndRaisesNothing) {
     WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
     const std::size_t before = radio().liveBlocks();
     device.getSignalStrength(named("Lab"));

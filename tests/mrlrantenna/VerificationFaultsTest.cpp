@@ -20,8 +20,8 @@ constexpr std::uint32_t CONNECTION = 7;
 // that the device opens its handle anew later on.
 enum class Service { WELL, FIRST_REGISTRATION_FAILS };
 
-// One row of the table: where the failure strikes, and the story that the log then tells, in the
-// words of storyWords(). The last word is the end of the run.
+// One row of the table: the call that fails, and the lines that the log then has, as words of
+// storyWords(). The last word is the end of the run.
 struct Row {
     Place place;
     Service service;
@@ -307,7 +307,7 @@ std::vector<Combination> combinations() {
 class VerificationFault : public VerificationFaults,
                           public testing::WithParamInterface<Combination> {};
 
-TEST_P(VerificationFault, LeadsToWhatIsPrescribed) {
+TEST_P(VerificationFault, LeadsToTheStoryOfItsRow) {
     const auto& [row, code] = GetParam();
     start(row->service);
     radio().addFault(row->place.failingWith(code));

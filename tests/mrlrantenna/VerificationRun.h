@@ -1,5 +1,5 @@
-// A run of the verification test in which everything happens that can: two forced scans, two looks
-// at the list, a network with a reason, one whose quality is asked for.
+// A run of the verification test that takes every path: two forced scans, two refreshes of the
+// list, a network with a reason, one whose quality is queried.
 #pragma once
 
 #include "ModuleTest.h"
@@ -19,7 +19,7 @@ protected:
     /// adapter is connected to, claims 100 %.
     void startScene();
     /// Looks for "Lab", with a warning at 55 % and a failure at 20 %: PASS when the second forced
-    /// scan was of use, else WARN.
+    /// scan heard it, else WARN.
     static tesk5::TestResult verify();
 
     /// The events raised, as lines.

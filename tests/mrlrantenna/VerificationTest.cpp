@@ -139,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(
         Rating{"99", "98", 98, TestResult::FAIL(),
                "error " + DETECTED +
                    ":282 SSIDName=\"Lab\" FailingSignalStrength=98 DetectedSignalStrength=98"},
-        // Unsigned all the way: a card that reports nonsense reports much, not little.
+        // Compared unsigned: a negative quality is a large one.
         Rating{"40", "20", 0xFFFFFFFFU, TestResult::PASS(), ""}));
 
 struct BadThresholds {
@@ -156,7 +156,7 @@ void PrintTo(const BadThresholds& bad, std::ostream* out) {
 class VerificationBadThresholds : public Verification,
                                   public testing::WithParamInterface<BadThresholds> {};
 
-TEST_P(VerificationBadThresholds, AreToldAfterTheSearchAndDecideNothingElse) {
+TEST_P(VerificationBadThresholds, AreReportedAfterTheSearchAndDecideNothingElse) {
     const BadThresholds& bad = GetParam();
     startRadio({{.ssid = "Lab", .signal = 1U}});
     EXPECT_EQ(verify("Lab", bad.warn, bad.fail), TestResult::BADPARAMS());
@@ -187,7 +187,7 @@ INSTANTIATE_TEST_SUITE_P(
                       warning("PARAM_OUT_OF_RANGE", 215, " ParamName=\"WarningSignalStrength\""),
                       "213 signalStrengthParametersValid::WarningSignalStrength has been populated "
                       "with value: 100 which is out of range"},
-        // The warning threshold is looked at first.
+        // The warning threshold is checked first.
         BadThresholds{"4294967295", "4294967295",
                       warning("PARAM_OUT_OF_RANGE", 215, " ParamName=\"WarningSignalStrength\""),
                       "213 signalStrengthParametersValid::WarningSignalStrength has been populated "

@@ -52,9 +52,9 @@ protected:
     static std::vector<std::string> sayings(ExaminationDepth depth = ExaminationDepth::QUICK) {
         return sayingsOn(device(), depth);
     }
-    // The last finding when the parameter "SSID" is `wanted`.
-    static std::string sayingOnName(const char* wanted) {
-        parameters::ssid->set(wanted);
+    // The last finding when the parameter "SSID" is `name`.
+    static std::string sayingOnName(const char* name) {
+        parameters::ssid->set(name);
         return sayings().back();
     }
     void startRadioWith(const Phy& phy) {
@@ -239,7 +239,7 @@ TEST_F(WirelessDoctor, NamesTheNetworkThatHidesAnother) {
 TEST_F(WirelessDoctor, HidesNoNameBehindOneThatComesLaterOrIsItselfLeftOut) {
     startRadio({{.ssid = "Lab-5G", .signal = 70U}, {.ssid = "Lab", .signal = 40U}});
     EXPECT_EQ(sayingOnName("Lab-5G"), "ok: Card sees \"Lab-5G\" at 70 %.");
-    // "a" stands for "ab" and "abc": the hider is one that the test does see.
+    // "a" stands for "ab" and "abc": the finding names a network that is in the list.
     startRadio({{.ssid = "a"}, {.ssid = "ab"}, {.ssid = "abc"}});
     EXPECT_THAT(sayingOnName("abc"), testing::HasSubstr("and \"a\" comes earlier"));
 }
@@ -267,7 +267,7 @@ TEST_F(WirelessDoctor, SaysThatANameOfBlanksIsNeverFound) {
                                   "point.");
 }
 
-TEST_F(WirelessDoctor, ShowsTheNamesThatAreVisibleInsteadOfTheOneWanted) {
+TEST_F(WirelessDoctor, ShowsTheNamesThatAreVisibleInsteadOfTheGivenOne) {
     startRadio({{.ssid = "Office"}, {.ssid = "Office-5G"}, {.hidden = true}, {.ssid = "Bench"}});
     EXPECT_EQ(sayingOnName("Lab"),
               "problem: Card sees no network \"Lab\". Check its spelling, and that the access "
@@ -291,7 +291,7 @@ TEST_F(WirelessDoctor, FindsExactlyTheNamesThatTheTestFinds) {
             getAccessPointSignalStrength(device(), mrl::String(name), strength, radioOn);
         EXPECT_EQ(sayingOnName(name).starts_with("ok: "), found) << name;
     }
-    startRadio({{.ssid = "Office"}}); // what the search keeps is its own matter
+    startRadio({{.ssid = "Office"}}); // the scans of the search leave blocks behind
 }
 
 } // namespace

@@ -150,9 +150,9 @@ TEST_P(Contract, RefusesTheNullHandleTheNullGuidAndAReservedPointer) {
 }
 
 TEST_P(Contract, DoesNotKnowAnInterfaceThatIsNotThere) {
-    const GUID stranger{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}};
+    const GUID unknown{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}};
     eachInterfaceFunction([&](const char* name, auto call) {
-        EXPECT_EQ(call(handle(), &stranger, nullptr), ERROR_NOT_FOUND) << name;
+        EXPECT_EQ(call(handle(), &unknown, nullptr), ERROR_NOT_FOUND) << name;
     });
 }
 
@@ -213,7 +213,7 @@ TEST_P(Contract, HandsOutABssListOfItsStatedSize) {
     }
 }
 
-TEST_P(Contract, WantsATypeWithTheNameOfABss) {
+TEST_P(Contract, NeedsATypeWithTheNameOfABss) {
     DOT11_SSID ssid{3, {'L', 'a', 'b'}};
     WlanMemory<WLAN_BSS_LIST> list;
     EXPECT_EQ(api().WlanGetNetworkBssList(handle(), guid(), &ssid, dot11_BSS_type_any, TRUE,

@@ -44,7 +44,7 @@ TEST(Table, IsReplacedForALifetimeAndNests) {
 // The reasons of all functions, where the platform has none of them.
 #ifndef _WIN32
 
-TEST(MissingLibrary, MakesEachFunctionReturnWhy) {
+TEST(MissingLibrary, MakesEachFunctionReturnTheLoadersError) {
     DWORD number = 0;
     HANDLE handle = nullptr;
     GUID guid{};

@@ -3,8 +3,8 @@
 
 #include <nativewifi/WlanTypes.h>
 
-/// True where it is the radio simulator's. Wine's own ends the process at the first call, and a
-/// real one would make the result a matter of the air in the room.
+/// True where it is the radio simulator's. Wine's own ends the process at the first call, and with
+/// a real one the result would depend on the networks nearby.
 inline bool systemDllIsSimulated() {
 #ifdef _WIN32
     const HMODULE module = LoadLibraryExW(L"Wlanapi.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);

@@ -69,7 +69,7 @@ TEST_F(Account, CountsBlocksThatTheClientAskedFor) {
     EXPECT_EQ(engine().badFrees(), 0U);
 }
 
-TEST_F(Account, TellsWhatEachFunctionHandedOutAndWhatOfThatIsLeft) {
+TEST_F(Account, CountsWhatEachFunctionHandedOutAndWhatOfThatIsLeft) {
     nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> freed;
     list(freed);
     freed.reset();
@@ -102,8 +102,8 @@ TEST_F(Account, NamesEachCallWithArgumentsResultAndOutput) {
                      R"(WlanCloseHandle {"handle":"h2","reserved":null} = 0 {})"}));
 }
 
-TEST_F(Account, TellsTheNullHandleAStrangersAndAClosedOneApart) {
-    int stranger = 0;
+TEST_F(Account, DistinguishesTheNullHandleAnUnknownOneAndAClosedOne) {
+    int unknown = 0;
     nativewifi::ClientHandle second;
     DWORD version = 0;
     nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second));
@@ -111,7 +111,7 @@ TEST_F(Account, TellsTheNullHandleAStrangersAndAClosedOneApart) {
     second.reset();
     engine().clearCalls();
     nativewifi::api().WlanCloseHandle(nullptr, nullptr);
-    nativewifi::api().WlanCloseHandle(&stranger, nullptr);
+    nativewifi::api().WlanCloseHandle(&unknown, nullptr);
     nativewifi::api().WlanCloseHandle(closed, nullptr);
     EXPECT_EQ(engine().callTexts(),
               (Texts{R"(WlanCloseHandle {"handle":null,"reserved":null} = 87 {})",

@@ -1,4 +1,4 @@
-// A client of the simulated service, in as few words as a test wants to spend on it.
+// A client of the simulated service, with short forms of its calls.
 #pragma once
 
 #include <radiosim/Engine.h>

@@ -38,7 +38,7 @@ TEST_F(Faults, LeaveOutParametersAlone) {
     EXPECT_EQ(engine().liveBlocks(), 0U);
 }
 
-TEST_F(Faults, CanBeMeantForOneOpcode) {
+TEST_F(Faults, CanBeLimitedToOneOpcode) {
     startWith({.function = "WlanQueryInterface", .opcode = 4, .code = ERROR_ACCESS_DENIED});
     std::vector<unsigned char> bytes;
     EXPECT_EQ(query(wlan_intf_opcode_bss_type, bytes), ERROR_SUCCESS);
@@ -253,7 +253,7 @@ TEST_F(StoppedService, HasForgottenTheHandlesWhenItIsBack) {
     EXPECT_EQ(nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second)), ERROR_SUCCESS);
 }
 
-TEST_F(StoppedService, NotifiesNobodyOfBefore) {
+TEST_F(StoppedService, NotifiesNoClientFromBefore) {
     static int heard = 0;
     heard = 0;
     ASSERT_EQ(nativewifi::api().WlanRegisterNotification(

@@ -82,7 +82,7 @@ TEST_F(Interfaces, TakeWhatCanBeSet) {
     EXPECT_EQ(queried<DOT11_BSS_TYPE>(wlan_intf_opcode_bss_type), dot11_BSS_type_any);
 }
 
-TEST_F(Interfaces, RefuseToSetWhatCanOnlyBeAsked) {
+TEST_F(Interfaces, RefuseToSetWhatCanOnlyBeQueried) {
     start({});
     EXPECT_EQ(set<LONG>(wlan_intf_opcode_rssi, -40), ERROR_INVALID_PARAMETER);
     EXPECT_EQ(set<char>(wlan_intf_opcode_autoconf_enabled, 1), ERROR_INVALID_PARAMETER);
@@ -151,7 +151,7 @@ TEST_F(Interfaces, KnowAConnectionWithAQualityOfItsOwn) {
               12U);
 }
 
-TEST_F(Interfaces, HaveNoConnectionToTellOfWhenDisconnected) {
+TEST_F(Interfaces, HaveNoConnectionWhenDisconnected) {
     start({});
     std::vector<unsigned char> bytes;
     EXPECT_EQ(query(wlan_intf_opcode_current_connection, bytes), ERROR_INVALID_STATE);

@@ -74,7 +74,7 @@ protected:
     }
 };
 
-TEST_F(Notifications, TellTheEndOfAScanOnAThreadOfTheirOwn) {
+TEST_F(Notifications, ReportTheEndOfAScanOnAThreadOfTheirOwn) {
     start({});
     Inbox inbox;
     ASSERT_EQ(listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox), ERROR_SUCCESS);
@@ -96,7 +96,7 @@ TEST_F(Notifications, ComeAfterTheScanDurationOfTheInterface) {
     EXPECT_EQ(inbox.received().size(), 1U);
 }
 
-TEST_F(Notifications, TellOfAScanThatFailed) {
+TEST_F(Notifications, ReportAScanThatFailed) {
     start({.interfaces = {{.scanEnd = ScanEnd::FAIL}}});
     Inbox inbox;
     listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
@@ -106,7 +106,7 @@ TEST_F(Notifications, TellOfAScanThatFailed) {
               (Messages{{WLAN_NOTIFICATION_SOURCE_ACM, 8, {0x01, 0x00, 0x01, 0x00}}}));
 }
 
-TEST_F(Notifications, SayNothingOfAScanThatEndsInSilence) {
+TEST_F(Notifications, DoNotComeForAScanThatEndsSilently) {
     start({.interfaces = {{.scanEnd = ScanEnd::SILENT,
                            .accessPoints = {{.ssid = "New", .visible = Visible::AFTER_SCAN}}}}});
     Inbox inbox;
@@ -117,7 +117,7 @@ TEST_F(Notifications, SayNothingOfAScanThatEndsInSilence) {
     EXPECT_EQ(names(), std::vector<std::string>{"New"});
 }
 
-TEST_F(Notifications, ReachOnlyWhoAskedForTheirSource) {
+TEST_F(Notifications, ReachOnlyTheClientsRegisteredForTheirSource) {
     start({});
     Inbox acm;
     Inbox msm;
@@ -179,7 +179,7 @@ TEST_F(Notifications, OfTheScenarioComeAtTheirTimeAndAfterTheirScan) {
               (Messages{{0x10, 1, {}}, {0x40, 3, {9}}, {0x20, 2, {}}, {0x40, 3, {9}}}));
 }
 
-TEST_F(Notifications, TellOfTheRadioWhoeverSwitchesIt) {
+TEST_F(Notifications, ReportEachSwitchOfTheRadio) {
     start({});
     Inbox inbox;
     listen(WLAN_NOTIFICATION_SOURCE_MSM, inbox);
@@ -193,7 +193,7 @@ TEST_F(Notifications, TellOfTheRadioWhoeverSwitchesIt) {
     EXPECT_EQ(inbox.received().size(), 2U);
 }
 
-TEST_F(Notifications, StopWhenTheClientWantsNoMore) {
+TEST_F(Notifications, StopWhenTheClientUnregisters) {
     start({});
     Inbox inbox;
     listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
@@ -203,7 +203,7 @@ TEST_F(Notifications, StopWhenTheClientWantsNoMore) {
     EXPECT_EQ(inbox.received(), Messages{});
 }
 
-TEST_F(Notifications, TellWhichSourcesWereRegisteredBefore) {
+TEST_F(Notifications, ReturnTheSourcesRegisteredBefore) {
     start({});
     Inbox inbox;
     DWORD previous = 99;
@@ -344,7 +344,7 @@ TEST_F(Notifications, EndWithTheEngine) {
     EXPECT_EQ(inbox.received(), Messages{}) << "the scan of an engine that is gone";
 }
 
-TEST(NotificationsInRealTime, ComeWithoutAnybodysHelp) {
+TEST(NotificationsInRealTime, ComeWithoutAnotherCall) {
     Engine engine({.interfaces = {{.scanDuration = 20ms}}});
     Gate gate;
     nativewifi::ClientHandle handle;

@@ -320,7 +320,7 @@ TEST(MalformedScenario, IsRefusedWithLineAndColumn) {
     EXPECT_EQ(placeOf("{\n\n\"\xFF\": 1}"), "line 3, column 2");
 }
 
-TEST(MalformedScenario, IsRefusedInWordsWithoutTheReadersName) {
+TEST(MalformedScenario, IsRefusedInWordsWithoutTheParsersName) {
     try {
         Scenario::fromJson("{");
         GTEST_FAIL();

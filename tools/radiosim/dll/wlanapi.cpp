@@ -14,8 +14,8 @@ namespace {
 
 using radiosim::Engine;
 
-// A simulator that cannot set its environment up must not let a test run: the result would be
-// about some other environment. 64 is the exit code for wrong usage throughout this project.
+// Without its environment the simulator ends the process: a result would be about another one. 64
+// is the exit code for wrong usage throughout this project.
 constexpr UINT WRONG_USAGE = 64;
 
 [[noreturn]] void giveUp(const std::string& what, const std::string& remedy) {
@@ -168,8 +168,7 @@ EXPORTED(DWORD, RadiosimInForce, ()) {
     return 1;
 }
 
-// The other documented functions. Arguments are the caller's to clean up on x64, so that none need
-// be declared here.
+// The other documented functions. On x64 the caller cleans up arguments: none need be declared.
 #define NOT_SIMULATED(name)                                                                        \
     EXPORTED(DWORD, name, ()) {                                                                    \
         return engine().notSimulated(#name);                                                       \

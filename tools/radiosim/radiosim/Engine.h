@@ -38,7 +38,7 @@ struct Call {
     std::string jsonLine() const;
 };
 
-/// What the client has not given back.
+/// What the client has not closed or freed.
 struct Leaks {
     std::size_t handles = 0;
     std::size_t blocks = 0;
@@ -140,8 +140,7 @@ public:
     class Impl; ///< the engine's inside, for its own sources
 
 private:
-    struct Parts;
-    std::unique_ptr<Parts> m_parts;
+    std::unique_ptr<Impl> m_impl;
 };
 
 /// For test frameworks: prints text().

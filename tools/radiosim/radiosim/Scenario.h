@@ -50,7 +50,7 @@ struct Bss {
     std::int32_t phyType = 7; ///< dot11_phy_type_ht
 };
 
-/// What a look at the networks depends on.
+/// When a network shows.
 enum class Visible : std::uint8_t {
     ALWAYS,
     AFTER_SCAN,  ///< from the end of the client's scan on (AccessPoint::scans: of which one)
@@ -174,7 +174,7 @@ struct Fault {
     std::optional<std::uint32_t> version = {};
 };
 
-/// A notification that nobody's call causes.
+/// A notification that no call causes.
 struct Notification {
     /// Time since the start. Without it: at the end of a scan.
     std::optional<Milliseconds> at = {};

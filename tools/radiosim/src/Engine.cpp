@@ -6,33 +6,25 @@
 
 namespace radiosim {
 
-/// What the engine consists of, in the order in which it comes into force.
-struct Engine::Parts {
-    explicit Parts(Scenario scenario) : impl(std::move(scenario)), inForce(impl.table) {}
-
-    Impl impl;
-    nativewifi::ScopedApi inForce;
-};
-
-Engine::Engine(Scenario scenario) : m_parts(std::make_unique<Parts>(std::move(scenario))) {}
+Engine::Engine(Scenario scenario) : m_impl(std::make_unique<Impl>(std::move(scenario))) {}
 
 Engine::~Engine() {
-    // While the table is still in force: a running callback may use it.
-    m_parts->impl.notifier().stop();
+    // While all of the engine is there: a running callback may use it.
+    m_impl->notifier().stop();
 }
 
 const nativewifi::Api& Engine::api() const {
-    return m_parts->impl.table;
+    return m_impl->table;
 }
 
 void* Engine::allocateMemory(DWORD size) {
     void* block = nullptr;
     try {
-        m_parts->impl.answer("WlanAllocateMemory", {{"size", size}}, {},
-                             [&](const Impl::Effects&, Json&) {
-                                 block = m_parts->impl.allocateMemory(size);
-                                 return DWORD{ERROR_SUCCESS};
-                             });
+        m_impl->answer("WlanAllocateMemory", {{"size", size}}, {},
+                       [&](const Impl::Effects&, Json&) {
+                           block = m_impl->allocateMemory(size);
+                           return DWORD{ERROR_SUCCESS};
+                       });
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
@@ -40,13 +32,12 @@ void* Engine::allocateMemory(DWORD size) {
 }
 
 DWORD Engine::notSimulated(const char* function) {
-    return m_parts->impl.answer(function, Json::object(), {}, [](const Impl::Effects&, Json&) {
-        return DWORD{ERROR_NOT_SUPPORTED};
-    });
+    return m_impl->answer(function, Json::object(), {},
+                          [](const Impl::Effects&, Json&) { return DWORD{ERROR_NOT_SUPPORTED}; });
 }
 
 std::vector<Call> Engine::calls() const {
-    return m_parts->impl.log.calls();
+    return m_impl->log.calls();
 }
 
 std::vector<std::string> Engine::callTexts() const {
@@ -73,96 +64,95 @@ std::size_t Engine::callCount(std::string_view function) const {
 }
 
 void Engine::clearCalls() {
-    m_parts->impl.log.clear();
+    m_impl->log.clear();
 }
 
 void Engine::onCall(std::function<void(const Call&)> hook) {
-    m_parts->impl.log.hook(std::move(hook));
+    m_impl->log.hook(std::move(hook));
 }
 
 void Engine::traceTo(std::function<void(std::string_view)> line) {
-    m_parts->impl.log.lines(std::move(line));
+    m_impl->log.lines(std::move(line));
 }
 
 std::size_t Engine::openHandles() const {
-    return m_parts->impl.openHandles();
+    return m_impl->openHandles();
 }
 
 std::size_t Engine::liveBlocks() const {
-    return m_parts->impl.blocks().live().count;
+    return m_impl->blocks().live().count;
 }
 
 std::size_t Engine::liveBytes() const {
-    return m_parts->impl.blocks().live().bytes;
+    return m_impl->blocks().live().bytes;
 }
 
 Leaks Engine::leaks() const {
-    return m_parts->impl.leaks();
+    return m_impl->leaks();
 }
 
 Leaks Engine::leaksOf(std::string_view function) const {
-    const Blocks::Sum sum = m_parts->impl.blocks().liveOf(function);
+    const Blocks::Sum sum = m_impl->blocks().liveOf(function);
     return {.blocks = sum.count, .bytes = sum.bytes};
 }
 
 Leaks Engine::handedOutBy(std::string_view function) const {
-    const Blocks::Sum sum = m_parts->impl.blocks().handedOutBy(function);
+    const Blocks::Sum sum = m_impl->blocks().handedOutBy(function);
     return {.blocks = sum.count, .bytes = sum.bytes};
 }
 
 std::size_t Engine::badFrees() const {
-    return m_parts->impl.blocks().badFrees();
+    return m_impl->blocks().badFrees();
 }
 
 std::vector<std::string> Engine::unfiredFaults() const {
-    return m_parts->impl.faults.unfired();
+    return m_impl->faults.unfired();
 }
 
 void Engine::setRadio(std::size_t interfaceIndex, std::size_t phyIndex,
                       std::optional<std::int32_t> software, std::optional<std::int32_t> hardware) {
-    m_parts->impl.setRadio(interfaceIndex, phyIndex, software, hardware);
+    m_impl->setRadio(interfaceIndex, phyIndex, software, hardware);
 }
 
 void Engine::setPhys(std::size_t interfaceIndex, std::vector<Phy> phys) {
-    m_parts->impl.change(interfaceIndex,
-                         [&](Impl::LiveInterface& live) { live.facts.phys = std::move(phys); });
+    m_impl->change(interfaceIndex,
+                   [&](Impl::LiveInterface& live) { live.facts.phys = std::move(phys); });
 }
 
 void Engine::setAccessPoints(std::size_t interfaceIndex, std::vector<AccessPoint> accessPoints) {
-    m_parts->impl.change(interfaceIndex, [&](Impl::LiveInterface& live) {
+    m_impl->change(interfaceIndex, [&](Impl::LiveInterface& live) {
         live.facts.accessPoints = std::move(accessPoints);
     });
 }
 
 void Engine::setConnection(std::size_t interfaceIndex, std::optional<Connection> connection) {
-    m_parts->impl.change(interfaceIndex, [&](Impl::LiveInterface& live) {
+    m_impl->change(interfaceIndex, [&](Impl::LiveInterface& live) {
         live.facts.connection = std::move(connection);
     });
 }
 
 void Engine::setState(std::size_t interfaceIndex, std::optional<std::int32_t> state) {
-    m_parts->impl.change(interfaceIndex,
-                         [&](Impl::LiveInterface& live) { live.facts.state = state; });
+    m_impl->change(interfaceIndex, [&](Impl::LiveInterface& live) { live.facts.state = state; });
 }
 
 void Engine::removeInterface(std::size_t interfaceIndex) {
-    m_parts->impl.change(interfaceIndex, [](Impl::LiveInterface& live) { live.removed = true; });
+    m_impl->change(interfaceIndex, [](Impl::LiveInterface& live) { live.removed = true; });
 }
 
 void Engine::stopService(DWORD code) {
-    m_parts->impl.stopService(code);
+    m_impl->stopService(code);
 }
 
 void Engine::startService() {
-    m_parts->impl.startService();
+    m_impl->startService();
 }
 
 void Engine::addFault(Fault fault) {
-    m_parts->impl.addFault(std::move(fault));
+    m_impl->addFault(std::move(fault));
 }
 
 void Engine::clearFaults() {
-    m_parts->impl.faults.clear();
+    m_impl->faults.clear();
 }
 
 void Engine::notify(std::uint32_t source, std::uint32_t code, std::vector<std::uint8_t> data) {
@@ -171,11 +161,11 @@ void Engine::notify(std::uint32_t source, std::uint32_t code, std::vector<std::u
 
 void Engine::notifyFrom(std::size_t interfaceIndex, std::uint32_t source, std::uint32_t code,
                         std::vector<std::uint8_t> data) {
-    m_parts->impl.notify(interfaceIndex, {{}, source, code, std::move(data)});
+    m_impl->notify(interfaceIndex, {{}, source, code, std::move(data)});
 }
 
 void Engine::settle() {
-    m_parts->impl.notifier().settle();
+    m_impl->notifier().settle();
 }
 
 } // namespace radiosim

@@ -79,6 +79,7 @@ Engine::Impl::Impl(Scenario scenario)
     if (!g_current.compare_exchange_strong(none, this)) {
         throw std::logic_error("another radio simulator is in force");
     }
+    m_inForce.emplace(table);
 }
 
 Engine::Impl::~Impl() {

@@ -135,7 +135,8 @@ private:
     std::atomic<int> m_texts{0};
     std::atomic<DWORD> m_stoppedWith{ERROR_SUCCESS}; ///< while the service is stopped: its code
     Blocks m_blocks;
-    Notifier m_notifier; ///< last: its thread ends before the rest does
+    Notifier m_notifier;
+    std::optional<nativewifi::ScopedApi> m_inForce;
 };
 
 template <typename Work>

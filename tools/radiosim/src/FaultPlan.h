@@ -49,7 +49,7 @@ public:
 
     void add(Fault fault);
     void clear();
-    /// To be asked once a call.
+    /// To be called once for each call.
     Effects match(std::string_view function, std::optional<std::uint32_t> opcode);
     std::vector<std::string> unfired() const;
 

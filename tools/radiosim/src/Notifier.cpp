@@ -6,7 +6,7 @@
 namespace radiosim {
 
 namespace {
-// How long the thread waits when nothing is pending. Any time does; a new event wakes it.
+// How long the thread waits when nothing is pending; a new event wakes it before.
 constexpr std::chrono::hours IDLE{1};
 } // namespace
 
@@ -104,7 +104,7 @@ void Notifier::deliver(std::unique_lock<std::mutex>& lock, Event event) {
 }
 
 void Notifier::waitForCallback(std::unique_lock<std::mutex>& lock, std::uint32_t client) {
-    // The real service would wait for ever here; a simulator that hangs explains nothing.
+    // The real service never returns here. The simulator does: a test that hangs shows no reason.
     if (std::this_thread::get_id() == m_thread.get_id()) {
         return;
     }

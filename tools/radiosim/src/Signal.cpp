@@ -8,8 +8,8 @@ namespace radiosim {
 
 namespace {
 
-// A walk is computed from its beginning at each look. It turns back after this many steps, so that
-// a look after days costs no more than one after an hour.
+// A walk is computed from its beginning each time. It turns back after this many steps, which
+// limits the cost of a late value.
 constexpr std::int64_t TURN = 4096;
 
 // One round of a well-mixed 64-bit hash; the standard library's distributions differ by platform.

@@ -64,7 +64,7 @@ private:
     std::size_t m_endedScans;
 };
 
-/// The bytes of a value without padding between arrays of it.
+/// The bytes of a value.
 template <typename T>
 Bytes bytesOf(const T& value) {
     const auto* first = reinterpret_cast<const std::byte*>(&value);

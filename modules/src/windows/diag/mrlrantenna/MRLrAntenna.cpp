@@ -49,16 +49,16 @@ void warnOutOfRange(const char* parameterName, unsigned int value, mrl::Uint32 l
     DiagModule::warning(events::paramOutOfRange, MODULE_SOURCE_FILE, eventLine);
 }
 
-// The event of a signal at or below a threshold. A warning travels as the failing event and under
-// the failing threshold's variable name too: hosts have one rule for both.
+// The event of a signal at or below a threshold. A warning too carries its threshold under the name
+// of the failing one: hosts read that variable for both.
 tesk5::Event* weakSignalEvent(const String& ssid, unsigned int threshold, unsigned int strength) {
     return events::failingSignalStrengthDetected->setVariable("SSIDName", tesk5::TeskString(ssid))
         ->setVariable("FailingSignalStrength", threshold)
         ->setVariable("DetectedSignalStrength", strength);
 }
 
-// The networks of the last look, for whoever wants to know what else was there.
-void surveyNetworks(const WirelessDevice& device, mrl::Uint32 count, mrl::Uint32 match) {
+// Records the networks of the last refresh, for reports.
+void recordNetworks(const WirelessDevice& device, mrl::Uint32 count, mrl::Uint32 match) {
     tesk5::Survey survey{"VISIBLE_NETWORKS", "%", 0, HIGHEST_QUALITY, {}};
     for (mrl::Uint32 i = 0; i < count; ++i) {
         const VisibleNetwork& network = device.m_visibleNetworks[i];
@@ -116,8 +116,8 @@ bool getAccessPointSignalStrength(const tesk5::DiagDevice& device, const String&
     const mrl::TraceLogger trace = moduleTrace("getAccessPointSignalStrength", 144);
     WirelessDevice wirelessDevice(device);
 
-    // The driver's list may be stale or still filling after the radio woke up, and a first scan
-    // right after that can come back empty: one retry.
+    // The driver's list may be stale, or still filling after the radio woke up: a forced scan
+    // first, with one retry.
     unsigned int forcedStrength = 0;
     DiagModule::progresses("SCANNING", 2 * SCAN_SECONDS + LONGEST_SEARCH_SECONDS);
     bool forcedFound = wirelessDevice.forceScanMatched(ssid, forcedStrength);
@@ -144,7 +144,7 @@ bool getAccessPointSignalStrength(const tesk5::DiagDevice& device, const String&
         String name;
         const mrl::Uint32 match = findNetwork(wirelessDevice, count, ssid, name);
         if (match < count) {
-            surveyNetworks(wirelessDevice, count, match);
+            recordNetworks(wirelessDevice, count, match);
             moduleLog(181) << "getAccessPointSignalStrength::Found the matching SSID: " << name;
             signalStrength =
                 static_cast<unsigned int>(wirelessDevice.m_visibleNetworks[match].m_signalQuality);
@@ -159,12 +159,12 @@ bool getAccessPointSignalStrength(const tesk5::DiagDevice& device, const String&
             return true;
         }
 
-        // Looked at only after a whole pass, so that the last poll always counts.
+        // Checked after the whole pass, so that the last poll counts.
         if (stopwatch.getElapsed() >= SEARCH_LIMIT_SECONDS) {
             moduleLog(194)
                 << "getAccessPointSignalStrength() was not able to find a matching SSID: " << ssid
                 << " after trying for " << static_cast<int>(SEARCH_LIMIT_SECONDS) << " seconds";
-            surveyNetworks(wirelessDevice, count, count);
+            recordNetworks(wirelessDevice, count, count);
             return false;
         }
     }
@@ -207,8 +207,7 @@ TestResult WirelessSignalStrengthVerificationTest(const tesk5::DiagDevice& devic
         DiagModule::warning(events::ssidNotSet, MODULE_SOURCE_FILE, 246);
         return TestResult::BADPARAMS();
     }
-    // Trimmed only now: a name of blanks was given, so it is searched, as an empty name, and not
-    // found.
+    // Trimmed after the check: a name of blanks is searched, as an empty name, and not found.
     ssid.trim();
     moduleLog(250) << "WirelessSignalStrengthVerificationTest::SSID to test: " << ssid;
 
@@ -230,7 +229,7 @@ TestResult WirelessSignalStrengthVerificationTest(const tesk5::DiagDevice& devic
                       "returned signal strength: "
                    << strength << " for the SSID: " << ssid;
 
-    // The thresholds come last: an access point that is not there is the more important news.
+    // Read after the search: a missing access point is reported before bad thresholds.
     const unsigned int warn = parameters::warningSignalStrength->value().valueUint32();
     moduleLog(268) << "WirelessSignalStrengthVerificationTest::warning signal strength parameter: "
                    << warn;

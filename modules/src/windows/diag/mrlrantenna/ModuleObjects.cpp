@@ -44,8 +44,7 @@ tesk5::Test* registerTest(const char* name, tesk5::Test::Function function, bool
 MRLRANTENNA_OBJECTS_BEFORE_TESTS(MRLRANTENNA_DEFINE_TEXT, MRLRANTENNA_DEFINE_EVENT)
 
 namespace {
-// The framework owns the test and nothing here needs it again; the constant only makes its creation
-// take its turn.
+// The framework owns the test. The constant only gives its creation a place in the order.
 [[maybe_unused]] const bool diversityTestRegistered =
     registerTest("DiversityTest", &DiversityTest, true) != nullptr;
 } // namespace

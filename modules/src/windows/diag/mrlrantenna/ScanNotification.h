@@ -7,8 +7,8 @@
 #include <atomic>
 
 /// What to call when a scan has completed, and the context to hand it; both null until the
-/// interactive test has run. Read without a lock on a thread of the wireless service: whoever fills
-/// the slot sets the context first.
+/// interactive test has run. Read without a lock on a thread of the wireless service: the
+/// context is set before the handler.
 extern std::atomic<void (*)(void*)> g_scanCompleteHandler;
 extern std::atomic<void*> g_scanCompleteContext;
 

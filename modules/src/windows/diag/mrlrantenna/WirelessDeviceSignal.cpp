@@ -29,11 +29,11 @@ mrl::Int32 WirelessDevice::getSignalStrength(const VisibleNetwork& network) {
         snapshot = m_visibleNetworks;
         mrl::System::mssleep(REFRESH_PAUSE_MS);
     }
-    mrl::Uint32 sum = 0; // unsigned: what a broken driver reports wraps instead of overflowing
+    mrl::Uint32 sum = 0; // unsigned: absurd reports wrap
     mrl::Int32 count = 0;
     for (const mrl::MRLArray<VisibleNetwork>& snapshot : snapshots) {
         for (const VisibleNetwork& entry : snapshot) {
-            // A name that is a part of the wanted one counts too: Lab is the same site as Lab-5G.
+            // By the rule that merges names: Lab counts for Lab-5G.
             if (isSame(network, entry)) {
                 sum += static_cast<mrl::Uint32>(entry.m_signalQuality);
                 ++count;

@@ -98,7 +98,7 @@ public:
         if (depth == tesk5::ExaminationDepth::THOROUGH) {
             scan();
         }
-        lookAtNetworks();
+        checkNetworks();
     }
 
 private:
@@ -144,7 +144,7 @@ private:
         return false;
     }
 
-    // As the verification test sees it: the first PHY counts, and unknown counts as off.
+    // By the PHY and the rule of the verification test.
     bool radioIsOn() {
         DWORD size = 0;
         PVOID data = nullptr;
@@ -199,7 +199,7 @@ private:
         }
     }
 
-    void lookAtNetworks() {
+    void checkNetworks() {
         nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
         const DWORD result =
             api().WlanGetAvailableNetworkList(m_client.get(), &m_interface, 0, nullptr, out(list));

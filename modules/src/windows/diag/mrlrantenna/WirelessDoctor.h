@@ -1,5 +1,5 @@
-// What the module can tell a technician when a test cannot run or does not find its access point.
-// Looks through a client handle of its own: calls and handles of WirelessDevice are the tests'.
+// What keeps the tests from running or from finding their access point, as findings for
+// technicians. On a client handle of its own, apart from those of the tests.
 #pragma once
 
 #include <tesk5/Examination.h>
