@@ -1,0 +1,405 @@
+"""Tries a mutant: compiles the changed text, links the tests with it, and runs them.
+
+Neither the tree nor the objects of a build are touched. The changed text lies in a temporary folder
+under the file's own path, is compiled with the command of the build (compile_commands.json), and its
+object takes the place of the original in the test program's link command.
+"""
+import contextlib
+import dataclasses
+import hashlib
+import json
+import os
+import pathlib
+import re
+import resource
+import shlex
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(ROOT / "tests"))
+import wine_starts
+
+MODULE = "modules/src/windows/diag/mrlrantenna"
+FRAMEWORK = "common/src/libtesk5/src"
+
+# Sources by name, the build in which their mutants are tried, and the test programs that link them,
+# the one that notices most first.
+SOURCES = (
+    (f"{MODULE}/mrlrantennaDlg*.cpp", "windows-checked", ("test_mrlrantenna_dialog",)),
+    (f"{MODULE}/DiversityTest.cpp", "windows-checked", ("test_mrlrantenna_dialog",)),
+    (f"{MODULE}/PostedRefresh.cpp", "windows-checked", ("test_mrlrantenna_dialog",)),
+    (f"{MODULE}/TabletPc.cpp", "windows-checked", ("test_mrlrantenna",)),
+    (f"{MODULE}/MRLrAntennaApp.cpp", "mutants", ("test_mrlrantenna_frame", "test_mrlrantenna")),
+    (f"{MODULE}/*.cpp", "mutants", ("test_mrlrantenna", "test_mrlrantenna_frame")),
+    (f"{FRAMEWORK}/run/*Win32.cpp", "windows-checked", ("test_tesk5",)),
+    (f"{FRAMEWORK}/model/*.cpp", "mutants", ("test_tesk5", "test_mrlrantenna")),
+    (f"{FRAMEWORK}/run/*.cpp", "mutants", ("test_tesk5", "test_mrlrantenna")),
+)
+
+# A mutant may be slower than the original, and many run side by side.
+TIME_FACTOR = 10
+LEAST_TIME_SECONDS = 20
+COMPILE_SECONDS = 300
+# What runs away is stopped before it takes the machine along.
+MEMORY_LIMIT = 4 << 30
+OUTPUT_LIMIT = 64 << 20
+# How many of the tests that noticed a file's mutants before are run before all the others.
+FIRST_TESTS = 12
+
+
+def sources(root=ROOT):
+    """(file, build, programs) for every source that is mutated."""
+    listed = {}
+    for pattern, build, programs in SOURCES:
+        for path in sorted(root.glob(pattern)):
+            listed.setdefault(path.relative_to(root).as_posix(), (build, programs))
+    return [(file, *where) for file, where in sorted(listed.items())]
+
+
+@dataclasses.dataclass(frozen=True)
+class Verdict:
+    result: str  # noticed, survived or unviable
+    by: str = ""  # the test that noticed it, or what the compiler says
+
+
+class Processes:
+    """Starts programs in process groups of their own, and ends all of them when it is stopped."""
+
+    def __init__(self):
+        self._running = set()
+        self._lock = threading.Lock()
+        self._stopped = False
+
+    def run(self, command, seconds, output, **options):
+        """The exit value; None when the time was over."""
+        with self._lock:
+            if self._stopped:
+                raise KeyboardInterrupt
+            process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=output,
+                                       stderr=subprocess.STDOUT, start_new_session=True, **options)
+            self._running.add(process)
+        try:
+            code = process.wait(seconds)
+        except subprocess.TimeoutExpired:
+            self._kill(process)
+            code = None
+        except BaseException:
+            self._kill(process)
+            raise
+        finally:
+            with self._lock:
+                self._running.discard(process)
+        if self._stopped:
+            raise KeyboardInterrupt
+        return code
+
+    @staticmethod
+    def _kill(process):
+        with contextlib.suppress(ProcessLookupError):
+            os.killpg(process.pid, signal.SIGKILL)
+        process.wait()
+
+    def stop(self):
+        with self._lock:
+            self._stopped = True
+            for process in self._running:
+                with contextlib.suppress(ProcessLookupError):
+                    os.killpg(process.pid, signal.SIGKILL)
+
+
+class Build:
+    """One build folder: how it compiles a source, and how it links a test program with another
+    object."""
+
+    def __init__(self, name, root=ROOT):
+        self.name = name
+        self.is_windows = name.startswith("windows")
+        self.folder = root / "build" / name
+        self.bin = self.folder / "tests" / "bin"
+        self._commands = {}
+        for entry in json.loads((self.folder / "compile_commands.json").read_text()):
+            self._commands.setdefault(entry["file"], []).append(shlex.split(entry["command"]))
+        self._links = {}
+        self._lock = threading.Lock()
+
+    def program(self, name):
+        return self.bin / (name + (".exe" if self.is_windows else ""))
+
+    def _link_command(self, program):
+        with self._lock:
+            if program not in self._links:
+                target = self.program(program).relative_to(self.folder).as_posix()
+                commands = subprocess.run(["ninja", "-t", "commands", target], cwd=self.folder,
+                                          check=True, capture_output=True, text=True).stdout
+                self._links[program] = commands.splitlines()[-1]
+            return self._links[program]
+
+    def commands(self, source, program):
+        """What compiles another text of `source` but for the -o, to be run in a folder in which that
+        text lies under the source's own path; and a function that makes the command which links an
+        object of it to an executable."""
+        link = self._link_command(program)
+        candidates = self._commands[str(source)]
+        command = next((c for c in candidates if f" {_after(c, '-o')} " in link), candidates[0])
+        original = f" {_after(command, '-o')} "
+        target = f" -o {self.program(program).relative_to(self.folder).as_posix()} "
+
+        def link_to(object_file, executable):
+            if original in link:
+                changed = link.replace(original, f" {object_file} ")
+            else:
+                # Ahead of the archives, so that the original is not taken from its own.
+                changed = re.sub(r" (\S+\.a )", rf" {object_file} \1", link, count=1)
+            changed = changed.replace(target, f" -o {executable} ")
+            return re.sub(r" -Wl,--out-implib,\S+", "", changed)
+
+        return _compile_command(command, source), link_to
+
+
+def _compile_command(command, source):
+    command = list(command)
+    if pathlib.Path(command[0]).name == "ccache":
+        del command[0]
+    at = command.index("-o")
+    del command[at:at + 2]
+    command[command.index("-c") + 1] = source.relative_to(ROOT).as_posix()
+    # Headers between quotes lie beside the original.
+    command += ["-w", "-iquote", str(source.parent)]
+    # The quickest object; but a precompiled header fits only the options that it was made with.
+    if not any("cmake_pch" in word for word in command):
+        command += ["-O0", "-g0", "-fno-sanitize=all"]
+    return command
+
+
+def _write(path, text):
+    path.parent.mkdir(parents=True)
+    path.write_text(text, encoding="utf-8")
+
+
+def _digest(file):
+    return hashlib.sha256(file.read_bytes()).hexdigest()
+
+
+def _after(command, option):
+    return command[command.index(option) + 1]
+
+
+class Lab:
+    """Tries mutants on several threads; to be used in a `with`, which removes all that it made."""
+
+    def __init__(self, build=None):
+        self.processes = Processes()
+        self._forced_build = build
+        self._builds = {}
+        self._where = {file: (where, programs) for file, where, programs in sources()}
+        self._limits = {}
+        self._signatures = {}
+        self._objects = {}
+        self._noticers = {}
+        self._lock = threading.Lock()
+        # One display: dialogs side by side would take the focus from each other.
+        self._display = threading.Lock()
+        self._cleanup = contextlib.ExitStack()
+
+    def __enter__(self):
+        self.folder = pathlib.Path(self._cleanup.enter_context(tempfile.TemporaryDirectory()))
+        return self
+
+    def __exit__(self, *failure):
+        self.stop()
+        for build in self._builds.values():
+            for left in build.bin.glob("mutant_*"):
+                left.unlink()
+        self._cleanup.close()
+
+    def stop(self):
+        """Ends what runs; nothing can be tried any more."""
+        self.processes.stop()
+
+    def prepare(self, files):
+        """Builds what the mutants of these files need, and measures their tests unchanged."""
+        needed = {}
+        for file in files:
+            name, programs = self._place(file)
+            needed.setdefault(name, set()).update(programs)
+        for name, programs in sorted(needed.items()):
+            self._make(name, sorted(programs))
+            build = self._builds[name] = Build(name)
+            for left in build.bin.glob("mutant_*"):
+                left.unlink()
+            for program in sorted(programs):
+                self._measure(build, program)
+
+    def _place(self, file):
+        name, programs = self._where[file]
+        return (self._forced_build if self._forced_build and name == "mutants" else name), programs
+
+    def _make(self, build, programs):
+        wine = "build windows radiosim_dll; prepare_wine" if build.startswith("windows") else ":"
+        script = (f"source tools/build/setup.sh; ensure_packages \"${{RUN_PACKAGES[@]}}\" \"${{TEST_PACKAGES[@]}}\";"
+                  f"build {build} {' '.join(programs)}; {wine}; env -0")
+        result = subprocess.run(["bash", "-c", script], cwd=ROOT, stdout=subprocess.PIPE,
+                                stdin=subprocess.DEVNULL, check=False)
+        if result.returncode != 0:
+            raise SystemExit(result.returncode)
+        if build.startswith("windows"):
+            for setting in result.stdout.split(b"\0"):
+                key, _, value = setting.decode().partition("=")
+                if key.startswith("WINE"):
+                    os.environ[key] = value
+            self._open_display()
+
+    def _open_display(self):
+        reading, writing = os.pipe()
+        server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1600x1200x24", "-nolisten", "tcp"],
+            pass_fds=(writing,), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+            start_new_session=True)
+        self._cleanup.callback(server.wait)
+        self._cleanup.callback(server.terminate)
+        os.close(writing)
+        with os.fdopen(reading) as answer:
+            os.environ["DISPLAY"] = ":" + answer.readline().strip()
+        # Wine's services keep the output of the first program open, and start slowly.
+        subprocess.run(["wineserver", "--persistent"], check=False)
+        subprocess.run(["wine", "cmd", "/c", "exit"], stdin=subprocess.DEVNULL, check=False,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self._cleanup.callback(subprocess.run, ["wineserver", "--kill"], check=False)
+
+    def _measure(self, build, program):
+        path = build.program(program)
+        start = time.monotonic()
+        code, output = self._run(build, path, COMPILE_SECONDS)
+        if code != 0:
+            raise SystemExit(f"{path} fails without any mutant:\n{output[-4000:]}")
+        seconds = time.monotonic() - start
+        self._limits[build.name, program] = max(LEAST_TIME_SECONDS, TIME_FACTOR * seconds)
+        self._signatures[build.name, program] = hashlib.sha256(path.read_bytes()).hexdigest()
+
+    def signature(self, file):
+        """Changes with the programs that try this file's mutants."""
+        name, programs = self._place(file)
+        return hashlib.sha256("".join(
+            self._signatures[name, program] for program in programs).encode()).hexdigest()[:16]
+
+    def remember(self, file, test):
+        """A test that notices mutants of this file is run before others."""
+        with self._lock:
+            counts = self._noticers.setdefault(file, {})
+            if re.fullmatch(r"[\w/]+\.[\w/]+", test):
+                counts[test] = counts.get(test, 0) + 1
+
+    def try_mutant(self, mutant, text):
+        name, programs = self._place(mutant.file)
+        build = self._builds[name]
+        folder = pathlib.Path(tempfile.mkdtemp(dir=self.folder))
+        try:
+            _write(folder / mutant.file, mutant.applied(text))
+            for program in programs:
+                verdict = self._try_program(build, program, mutant.file, text, folder)
+                if verdict.result != "survived":
+                    break
+            if verdict.result == "noticed":
+                self.remember(mutant.file, verdict.by)
+            return verdict
+        finally:
+            shutil.rmtree(folder, ignore_errors=True)
+
+    def _try_program(self, build, program, file, text, folder):
+        compile_command, link_to = build.commands(ROOT / file, program)
+        # Programs that share an object need one compilation.
+        object_file = folder / (hashlib.sha256(" ".join(compile_command).encode()).hexdigest() + ".o")
+        if not object_file.exists():
+            said = self._tool([*compile_command, "-o", str(object_file)], folder)
+            if said is not None:
+                return Verdict("unviable", said)
+            if _digest(object_file) == self._original(build, program, file, text):
+                return Verdict("unviable", "the same object code")
+        executable = build.bin / f"mutant_{folder.name}_{build.program(program).name}"
+        link = link_to(object_file, executable)
+        try:
+            said = self._tool(["sh", "-c", link], build.folder)
+            if said is not None:
+                return Verdict("unviable", said)
+            return self._test(build, program, file, executable)
+        finally:
+            executable.unlink(missing_ok=True)
+
+    def _tool(self, command, folder):
+        """None when it did its work, else its first error."""
+        with tempfile.TemporaryFile(dir=self.folder) as output:
+            code = self.processes.run(command, COMPILE_SECONDS, output, cwd=folder)
+            if code == 0:
+                return None
+            output.seek(0)
+            said = output.read().decode(errors="replace")
+            match = re.search(r"(?:error: |undefined reference ).*", said)
+            return match.group()[:200] if match else said[-200:]
+
+    def _original(self, build, program, file, text):
+        """The digest of the object of the unchanged text, compiled in the same way."""
+        key = (build.name, program, file)
+        with self._lock:
+            known = self._objects.get(key)
+        if known is None:
+            folder = pathlib.Path(tempfile.mkdtemp(dir=self.folder))
+            _write(folder / file, text)
+            object_file = folder / "original.o"
+            command, _ = build.commands(ROOT / file, program)
+            if said := self._tool([*command, "-o", str(object_file)], folder):
+                raise SystemExit(f"{file} does not compile unchanged: {said}")
+            known = _digest(object_file)
+            shutil.rmtree(folder)
+            with self._lock:
+                self._objects[key] = known
+        return known
+
+    def _test(self, build, program, file, executable):
+        with self._lock:
+            counts = self._noticers.get(file, {})
+            first = sorted(counts, key=counts.get, reverse=True)[:FIRST_TESTS]
+        limit = self._limits[build.name, program]
+        for chosen in ([":".join(first)] if first else []) + ["*"]:
+            code, output = self._run(build, executable, limit, chosen)
+            if code != 0 or (build.is_windows and "err:heap:" in output):
+                return Verdict("noticed", _noticing_test(output, code))
+        return Verdict("survived")
+
+    def _run(self, build, executable, seconds, chosen="*"):
+        """(exit value or None, output) of a test program."""
+        environment = dict(os.environ, GTEST_FAIL_FAST="1", GTEST_FILTER=chosen, LC_ALL="C.UTF-8")
+        command = ["wine", str(executable)] if build.is_windows else [str(executable)]
+        lock = self._display if build.is_windows else contextlib.nullcontext()
+        with lock, tempfile.TemporaryDirectory(dir=self.folder) as folder:
+            def start():
+                with tempfile.TemporaryFile(dir=self.folder) as output:
+                    code = self.processes.run(command, seconds, output, cwd=folder, env=environment,
+                                              preexec_fn=None if build.is_windows else _limit)
+                    output.seek(0)
+                    said = output.read()
+                return (code, said.decode(errors="replace")), \
+                    build.is_windows and wine_starts.never_began(code, said)
+
+            return wine_starts.with_one_repeat(executable.name, start)
+
+
+def _limit():
+    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+    resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
+    resource.setrlimit(resource.RLIMIT_FSIZE, (OUTPUT_LIMIT, OUTPUT_LIMIT))
+
+
+def _noticing_test(output, code):
+    failed = re.search(r"^\[  FAILED  \] ([\w/]+\.[\w/]+)", output, re.MULTILINE)
+    if failed:
+        return failed.group(1)
+    started = re.findall(r"^\[ RUN      \] ([\w/]+\.[\w/]+)", output, re.MULTILINE)
+    if started:
+        return started[-1]
+    return "no end in time" if code is None else f"exit value {code}"
