@@ -60,6 +60,8 @@ TEST_F(AccessPointSearch, FindsANameThatDiffersInLetterCaseAndSurroundingBlanks)
     EXPECT_TRUE(outcome.found);
     EXPECT_EQ(outcome.strength, 61U);
     EXPECT_TRUE(outcome.radioOn);
+    EXPECT_THAT(logged(test::MODULE_LOGGER),
+                Contains("179 getAccessPointSignalStrength::SSID Being Compared: LAB"));
 }
 
 TEST_F(AccessPointSearch, ReturnsTheBetterOfScanAndList) {

@@ -54,6 +54,7 @@ protected:
         parametersAtStart();
         doubles::journal().clear();
         doubles::oleStarts = true;
+        doubles::onParseCommandLine = nullptr;
         doubles::onSetVersion = nullptr;
         doubles::onStart = nullptr;
     }
@@ -189,6 +190,24 @@ TEST_F(Frame, AnUnknownExceptionEndsWithZeroAndWithoutAMessage) {
     EXPECT_EQ(theApp.Run(), 0);
     EXPECT_EQ(errors.text, "");
     EXPECT_EQ(output.text, "");
+}
+
+TEST_F(Frame, AnExceptionOfTheCommandLineIsNotItsOwnToTell) {
+    doubles::onParseCommandLine = [] { throw mrl::Exception("no command line"); };
+    const Captured errors(mrl::cerr);
+    EXPECT_THROW(theApp.Run(), mrl::Exception);
+    EXPECT_EQ(errors.text, "");
+}
+
+TEST_F(Frame, LogsNothingOfAnExceptionThatItTells) {
+    const test::CapturedLog log(1);
+    const Captured errors(mrl::cerr);
+    doubles::onStart = []() -> int { throw mrl::Exception("disk"); };
+    theApp.Run();
+    doubles::onStart = []() -> int { throw tesk5::TeskException("device"); };
+    theApp.Run();
+    EXPECT_EQ(errors.text, "Exception: disk\nTeskException: device\n");
+    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(Frame, TracesItsRunUntilTheParserIsGone) {

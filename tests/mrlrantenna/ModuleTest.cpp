@@ -1,5 +1,6 @@
 #include "ModuleTest.h"
 
+#include <cmath>
 #include <utility>
 
 namespace test {
@@ -7,6 +8,13 @@ namespace test {
 void ModuleTest::NotesEvents::onEvent(const tesk5::RaisedEvent& event) {
     Journal::note(std::string("event ") + tesk5::severityName(event.severity) + " " +
                   event.key.utf8());
+}
+
+void ModuleTest::NotesEvents::onProgress(const tesk5::Progress& progress) {
+    Journal::note("progress " + progress.key.utf8() +
+                  (progress.longestSeconds
+                       ? " " + std::to_string(std::lround(*progress.longestSeconds)) + " s"
+                       : ""));
 }
 
 ModuleTest::ModuleTest() : m_recorder(&m_notesEvents) {

@@ -59,6 +59,7 @@ protected:
 private:
     class NotesEvents final : public tesk5::TestObserver {
         void onEvent(const tesk5::RaisedEvent& event) override;
+        void onProgress(const tesk5::Progress& progress) override;
     };
 
     VirtualClock m_clock;

@@ -173,6 +173,23 @@ TEST_F(OpeningTheDialog, SwitchesTheRadioOnBeforeItLoadsThePictures) {
     EXPECT_THAT(raisedKeys(), IsEmpty());
 }
 
+TEST_F(OpeningTheDialog, LoadsThePicturesAfterSwitchingTheRadioAndBeforeTheFirstLook) {
+    startRadioSwitchedOff();
+    const test::Journal all;
+    run({});
+    std::vector<std::string> order;
+    for (const std::string& entry : all.entries({"call", "log"})) {
+        for (const char* step : {"WlanSetInterface", "signal_enabled.png", "signal_disabled.png",
+                                 "WlanGetAvailableNetworkList"}) {
+            if (entry.find(step) != std::string::npos && order.size() < 4) {
+                order.emplace_back(step);
+            }
+        }
+    }
+    EXPECT_THAT(order, ElementsAre("WlanSetInterface", "signal_enabled.png", "signal_disabled.png",
+                                   "WlanGetAvailableNetworkList"));
+}
+
 TEST_F(OpeningTheDialog, SwitchesTheLastPhyOfSeveral) {
     radiosim::Scenario scenario;
     scenario.interfaces.front().phys = {{.software = 1}, {.software = 1}, {.software = 2}};

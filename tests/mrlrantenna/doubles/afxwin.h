@@ -6,6 +6,7 @@
 
 #include <mrl/Types.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,9 @@ inline std::vector<std::string>& journal() {
 /// What AfxOleInit answers.
 inline bool oleStarts = true;
 
+/// What CWinApp::ParseCommandLine does besides being noted.
+inline std::function<void()> onParseCommandLine;
+
 } // namespace doubles
 
 class CCommandLineInfo {
@@ -45,6 +49,9 @@ public:
     virtual int Run() { return -1; }
     void ParseCommandLine(CCommandLineInfo& /*info*/) {
         doubles::journal().emplace_back("ParseCommandLine");
+        if (doubles::onParseCommandLine) {
+            doubles::onParseCommandLine();
+        }
     }
 };
 
