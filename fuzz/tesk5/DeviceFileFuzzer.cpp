@@ -4,7 +4,7 @@
 #include <support/CapturedOutput.h>
 #include <support/InputFile.h>
 
-#include <console/Console.h>
+#include <console/ListOutput.h>
 #include <devices/DeviceFile.h>
 #include <reports/ReportJson.h>
 

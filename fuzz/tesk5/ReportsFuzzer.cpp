@@ -6,6 +6,7 @@
 #include <support/SafeText.h>
 
 #include <console/Console.h>
+#include <console/ListOutput.h>
 #include <console/LiveLine.h>
 #include <reports/EventStream.h>
 #include <reports/ReportKinds.h>

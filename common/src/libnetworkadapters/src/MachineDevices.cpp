@@ -65,16 +65,12 @@ WirelessInterfaces wirelessInterfaces() {
     WirelessInterfaces found;
     nativewifi::ClientHandle client;
     DWORD negotiated = 0;
-    // ERROR_INVALID_PARAMETER, ERROR_NOT_ENOUGH_MEMORY, ERROR_REMOTE_SESSION_LIMIT_EXCEEDED,
-    // ERROR_SERVICE_NOT_ACTIVE, RPC errors; ERROR_MOD_NOT_FOUND and the like without the DLL
     DWORD result =
         nativewifi::api().WlanOpenHandle(CLIENT_VERSION, nullptr, &negotiated, out(client));
     if (result != ERROR_SUCCESS) {
         found.failure = failureOf("WlanOpenHandle", result);
         return found;
     }
-    // ERROR_INVALID_PARAMETER, ERROR_INVALID_HANDLE, ERROR_NOT_ENOUGH_MEMORY, ERROR_ACCESS_DENIED,
-    // RPC errors
     result = nativewifi::api().WlanEnumInterfaces(client.get(), nullptr, out(found.list));
     if (result != ERROR_SUCCESS) {
         found.failure = failureOf("WlanEnumInterfaces", result);

@@ -7,7 +7,7 @@
 #include "model/Decimal.h"
 #include "reports/ReportKinds.h"
 #include "texts/BadInput.h"
-#include "texts/Enumeration.h"
+#include "texts/Lists.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include <tesk5/Texts.h>
 
 #include "texts/BadInput.h"
-#include "texts/Enumeration.h"
+#include "texts/Lists.h"
 #include "texts/TextLayout.h"
 
 #include <mrl/DisplayWidth.h>

@@ -11,6 +11,7 @@
 #include "commandline/HelpPage.h"
 #include "console/Console.h"
 #include "console/DoctorOutput.h"
+#include "console/ListOutput.h"
 #include "devices/DeviceFile.h"
 #include "reports/EventStream.h"
 #include "reports/ReportFile.h"
@@ -20,7 +21,7 @@
 #include "run/LogKeeper.h"
 #include "run/Runner.h"
 #include "texts/BadInput.h"
-#include "texts/Enumeration.h"
+#include "texts/Lists.h"
 
 #include <mrl/Exception.h>
 #include <mrl/Logger.h>

@@ -1,8 +1,9 @@
-#include "console/Console.h"
+#include "console/ListOutput.h"
 
 #include <tesk5/Texts.h>
 
-#include "texts/Enumeration.h"
+#include "console/Console.h"
+#include "texts/Lists.h"
 #include "texts/TextLayout.h"
 
 #include <mrl/DisplayWidth.h>

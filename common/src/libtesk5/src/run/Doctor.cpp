@@ -3,7 +3,7 @@
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
 
-#include "texts/Enumeration.h"
+#include "texts/Lists.h"
 
 #include <algorithm>
 

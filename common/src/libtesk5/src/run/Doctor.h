@@ -17,8 +17,8 @@ Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
 /// no call to the system.
 Findings adviceFor(const Test& test, const DeviceList& devices);
 
-/// Why a run may have ended without a verdict: with CANNOTRUN, with a FAIL that measured nothing, or
-/// by a person after its test had requested advice. Empty for any other run. Does not wait.
+/// Why a run may have ended without a verdict: with CANNOTRUN, with a FAIL that measured nothing,
+/// or by a person after its test had requested advice. Empty for any other run. Does not wait.
 /// Platform: what the module's check of the service and its examination call
 Findings adviceFor(const Outcome& outcome);
 

@@ -2,7 +2,7 @@
 
 #include <tesk5/Texts.h>
 
-#include "texts/Enumeration.h"
+#include "texts/Lists.h"
 
 #include <mrl/Unicode.h>
 

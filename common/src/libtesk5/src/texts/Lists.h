@@ -1,4 +1,4 @@
-// Several texts in one sentence, joined as the language in force joins them.
+// Lists inside a sentence, punctuated as the language in force does it.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "texts/Enumeration.h"
+#include "texts/Lists.h"
 
 #include <tesk5/Texts.h>
 
