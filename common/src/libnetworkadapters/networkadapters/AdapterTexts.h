@@ -5,7 +5,7 @@
 
 namespace networkadapters {
 
-/// Key of the text for tests without a device, for ModuleInfo::noDeviceText.
+/// Key of the text for tests without a device, for ModuleInfo::noDevice.
 inline constexpr const char* NO_ADAPTER = "DOCTOR_NO_ADAPTER";
 
 /// Where the texts are, for ModuleInfo::sharedTexts. Any thread.

@@ -1,4 +1,4 @@
-// Devices to test, and what kept the list from being whole.
+// Devices to test, and why the list may be incomplete.
 #pragma once
 
 #include <tesk5/DiagDevice.h>

@@ -9,7 +9,7 @@
 
 namespace tesk5 {
 
-/// The answer to a question for a property.
+/// A property of a device, or the fact that the device does not have it.
 class DeviceProperty {
 public:
     DeviceProperty() = default; ///< a property that the device does not have

@@ -1,4 +1,4 @@
-// The module's way to the framework: registration, what a test reports, and the call that runs it.
+// The module's interface to the framework: registration, reports of a running test, and start().
 #pragma once
 
 #include <tesk5/Event.h>
@@ -41,7 +41,7 @@ public:
     /// What start() calls before it reads the tests' parameters.
     static void setModuleInitCallback(void (*callback)());
 
-    /// Does what the command line asks for.
+    /// Carries out the command line.
     /// \return the process's exit value: 0 when every result is PASS or COMPLETED, else the value
     /// of the worst; 64 for a command line or an input that cannot be used, with nothing run and
     /// nothing overwritten
@@ -59,8 +59,8 @@ public:
     /// Records what else could have been measured.
     static void surveyed(Survey survey);
     /// Has the framework examine the device when a person has ended the current test (COMPLETED,
-    /// USERABORTED), and attach the problems that it finds to the run. For a test that was refused
-    /// what it should show.
+    /// USERABORTED), and attach the problems that it finds to the run. For a test that could
+    /// not get the data that it shows.
     static void requestAdvice();
     /// Shows what the test does now.
     /// \param key of the text

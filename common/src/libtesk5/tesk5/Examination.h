@@ -13,8 +13,8 @@ enum class ExaminationDepth {
     THOROUGH, ///< may wait for some seconds, for a scan for instance
 };
 
-/// Adds to `findings` what keeps `device`, one that suits a test, from being tested, and what is as
-/// it should be; parameters have the values that were given. The framework calls it thoroughly for
+/// Adds to `findings` what keeps `device`, which suits a test, from being tested, and what is in
+/// order; parameters have the values that were given. The framework calls it thoroughly for
 /// the command doctor, and quickly after each run without a verdict (CANNOTRUN, a FAIL that
 /// measured nothing, DiagModule::requestAdvice()): the findings that are not good are then shown.
 /// Failure: a call that fails becomes a finding; an exception ends the program

@@ -7,7 +7,7 @@
 
 namespace tesk5 {
 
-/// One thing that was looked at. message() puts it into words: what is wrong, and the remedy.
+/// The result of one check. message() puts it into words: what is wrong, and the remedy.
 struct Finding {
     TeskString key; ///< for programs, and the key of its text
     bool good;      ///< whether it is as it should be

@@ -23,8 +23,8 @@ struct Measurement {
     mrl::Uint32 highest = 100;
     std::vector<Limit> limits;
 
-    /// The gravest limit that the value is not above; null when it is above all of them. Of two
-    /// equally grave ones the lower counts.
+    /// The most severe limit that the value is not above; null when it is above all of them. Of two
+    /// equally severe ones the lower counts.
     const Limit* brokenLimit() const;
 };
 

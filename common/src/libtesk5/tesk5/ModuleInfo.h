@@ -19,13 +19,13 @@ struct TextPart {
     std::string_view builtInTexts;
 };
 
-/// Every pointer may be null: the framework does without what the module does not bring.
+/// Every pointer may be null: the framework works without what the module does not provide.
 struct ModuleInfo {
     /// Name of the module, as reports and its folder of texts carry it.
     std::string_view name;
     /// The module's English texts in JSON, for when their file is missing.
     std::string_view builtInTexts;
-    /// The module's own look at a device.
+    /// The module's examination of a device.
     Examination examine = nullptr;
     /// Texts of libraries that the module brings; those of the module win over them.
     std::span<const TextPart> sharedTexts = {};

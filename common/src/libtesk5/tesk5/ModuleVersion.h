@@ -1,4 +1,4 @@
-// The version that a module has of itself.
+// The module's version.
 #pragma once
 
 #include <tesk5/TeskString.h>

@@ -1,5 +1,5 @@
 // Everything that belongs to one run: the module's registration and description, and the requests
-// to end it. Two of them exist side by side; what a run leaves behind is gone with its context.
+// to end it. Several can exist side by side; the state of a run ends with its context.
 #pragma once
 
 #include <tesk5/ModuleVersion.h>

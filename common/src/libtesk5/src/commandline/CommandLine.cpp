@@ -44,9 +44,9 @@ std::string needsValue(const OptionDescription& option) {
         {{"Option", option.name}, {"Argument", option.argument}, {"Example", option.example}});
 }
 
-// The parser would take whatever follows an option as its value, the next option included, and
-// skip an empty value, so that a report could be named "--log". The value of a switch it would read
-// as a number or a word for yes or no.
+// By itself the parser takes whatever follows an option as its value, even the next option, so that
+// a report could be named "--log". It skips an empty value, and reads the value of a switch as a
+// number or as a word for yes or no.
 void refuseMisplacedValues(const std::vector<std::string>& arguments) {
     for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
         const std::string& argument = arguments[i];

@@ -15,7 +15,8 @@
 // Only the parser is used.
 #define TOML_ENABLE_FORMATTERS 0
 #define TOML_ENABLE_WINDOWS_COMPAT 0
-// A file such as "[!]" breaks an assertion of the parser; behind the assertion it refuses the file.
+// A file such as "[!]" fails an assertion of the parser; without the assertion the parser refuses
+// it.
 #define TOML_ASSERT(expression) static_assert(true)
 #include <toml++/toml.h>
 
@@ -26,16 +27,16 @@ namespace tesk5 {
 
 namespace {
 
-// Many times what the template with every key has.
+// Many times the size of the template with every key.
 constexpr std::size_t LARGEST_FILE = 0x10000;
 
 constexpr const char* PARAMETERS = "parameters";
 
-// The parser goes as deep as keys have parts, a.b.c and so on, and has no limit of its own: a file
-// of nothing else would exhaust the stack.
+// The parser recurses once for each part of a key (a.b.c) and has no limit of its own: a long
+// enough key would exhaust the stack.
 constexpr mrl::Uint32 MOST_DOTS = 2000;
 
-// Something that is wrong, and where.
+// A mistake in the file, and its place.
 struct Problem {
     toml::source_position place;
     std::string reason;
@@ -48,7 +49,7 @@ struct Problem {
                                                   {"Reason", problem.reason}})};
 }
 
-// Some shells redirect into UTF-16, and the template is made to be redirected.
+// Some shells write redirected output in UTF-16, and users redirect the template into a file.
 std::string inUtf8(const std::string& bytes) {
     if (!bytes.starts_with("\xFF\xFE")) {
         return bytes;
@@ -136,7 +137,7 @@ public:
         return line;
     }
 
-    /// The one nearest to the file's beginning; nothing when all is well.
+    /// The first mistake in the file; nothing when there is none.
     std::optional<Problem> firstProblem() const {
         const auto earlier = [](const Problem& a, const Problem& b) { return a.place < b.place; };
         const auto first = std::min_element(m_problems.begin(), m_problems.end(), earlier);
@@ -186,7 +187,7 @@ private:
                          {{"Name", key.name}, {"Highest", key.highest}, {"Found", kindOf(node)}})});
             return;
         }
-        // Of parameters alone the empty text has a meaning: no value.
+        // The empty text is a value of parameters alone; it means "not set".
         if (value->find('\0') != std::string::npos || (value->empty() && key.table != PARAMETERS)) {
             m_problems.push_back({node.source().begin, message("CONFIG_USELESS_TEXT")});
             return;
@@ -228,7 +229,8 @@ private:
         return std::to_string(number->get());
     }
 
-    // A station's files stay together, wherever the program is started from.
+    // Paths count from the configuration file's folder, so that the current directory does not
+    // matter.
     std::string besideTheFile(const std::string& path) const {
         const std::u8string whole =
             (m_folder / mrl::System::path(path)).lexically_normal().u8string();
@@ -265,7 +267,7 @@ private:
 void useLanguageOf(const toml::table& root) {
     const toml::value<std::string>* const tag = root["language"].as_string();
     if (tag != nullptr) {
-        setLanguage(tag->get()); // one that is not there is refused when the keys are read
+        setLanguage(tag->get()); // an unknown one is refused when the keys are read
     }
 }
 

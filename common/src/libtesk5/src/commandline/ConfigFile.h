@@ -7,10 +7,10 @@
 
 namespace tesk5 {
 
-/// `line` with what its configuration file adds; as it is when it names none. What the command
-/// line gives wins: each parameter and each setting by itself, the tests as a whole. Parameters of
-/// tests that do not run are left out. Texts are in the file's language from here on, unless the
-/// command line names one.
+/// `line` completed from the configuration file that it names; unchanged when it names none. The
+/// command line takes precedence: for each parameter and each setting by itself, for the tests as a
+/// whole. Parameters of tests that do not run are left out. Texts are in the file's language from
+/// here on, unless the command line names one.
 /// Failure: throws BadInput with file, line and column
 CommandLine withConfiguration(CommandLine line, const Registry& registry);
 

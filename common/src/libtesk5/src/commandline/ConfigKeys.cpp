@@ -41,7 +41,7 @@ ConfigKey fileKey(const char* table, const char* name, const char* comment,
     return key;
 }
 
-// Every test that is registered is the example: taking away is easier than finding names.
+// The example lists every registered test: deleting names is easier than finding them.
 ConfigKey testsKey(const Registry& registry) {
     std::vector<std::string> names;
     std::string example;

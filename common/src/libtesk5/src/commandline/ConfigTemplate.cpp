@@ -33,7 +33,7 @@ std::string configTemplate(const Registry& registry, const std::string& program)
             table = key.table;
             text += "[" + table + "]\n";
         }
-        // Comments of the template begin with "# ", settings to be taken into use with "#".
+        // Explanations begin with "# ", commented-out settings with "#" alone.
         text += commented(key.comment) + "#" + tomlKey(key.name) + " = " + key.example + "\n";
     }
     return text;

@@ -7,7 +7,7 @@
 
 namespace tesk5 {
 
-/// A configuration file with every key in comments; as it stands it changes nothing.
+/// A configuration file with every key commented out: it changes nothing until it is edited.
 std::string configTemplate(const Registry& registry, const std::string& program);
 
 } // namespace tesk5

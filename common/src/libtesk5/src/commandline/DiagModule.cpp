@@ -12,7 +12,7 @@ namespace tesk5 {
 
 namespace {
 
-// Makes one object of the registry, unless its name is taken among its own kind.
+// Creates an object in the registry; throws when `known`, the object of that name, exists already.
 template <typename Object, typename... Rest>
 Object* create(std::deque<Object>& objects, const Object* known, const char* kind,
                const TeskString& name, Rest&&... rest) {

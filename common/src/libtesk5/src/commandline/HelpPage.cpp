@@ -35,7 +35,7 @@ const ExitMeaning exitMeanings[] = {
     {BadInput::VALUE, "", "HELP_EXIT_UNUSABLE"},
 };
 
-// One less than a terminal has: some go to the next line after the last column.
+// One column less than the usual terminal: some terminals wrap after the last column.
 constexpr std::size_t COLUMNS = 79;
 
 // `text` in lines behind `indent` columns; the first line has `head` in them.
@@ -58,7 +58,7 @@ std::string headOf(const ExitMeaning& exit) {
     return "  " + padded(std::to_string(exit.value), VALUE_COLUMNS) + exit.word;
 }
 
-// Where the texts behind all heads begin.
+// The column in which the texts after all heads begin.
 template <typename Table>
 std::size_t indentBehind(const Table& table) {
     constexpr std::size_t GAP = 2;
@@ -82,7 +82,7 @@ std::string headingOf(const std::vector<Command>& commands) {
     return message("HELP_OPTIONS_OF", {{"Commands", listedWithAnd(names)}});
 }
 
-// The options that `wanted` accepts, those of the same commands together, common ones last.
+// The options that `wanted` accepts, grouped by their commands; those of every command come last.
 template <typename Wanted>
 std::string optionGroups(Wanted wanted, bool withExamples) {
     std::vector<std::vector<Command>> groups;
@@ -120,7 +120,7 @@ std::string usage(const std::string& program, const CommandDescription& command)
 }
 
 std::string overview(const std::string& program) {
-    // Leaves room for the longest example, which would break when it is copied from two lines.
+    // Leaves room for the longest example: a command copied from two lines would not work.
     constexpr std::size_t INDENT = 4;
     std::string page = paragraph(message("HELP_PURPOSE"), 0);
     for (const CommandDescription& command : commandDescriptions()) {

@@ -7,7 +7,7 @@
 
 namespace tesk5 {
 
-/// The help page of a program of that name: an overview, or all about one command.
+/// The help page of `program`: that of `command`, or the overview when it is null.
 std::string helpPage(const std::string& program, const CommandDescription* command);
 
 } // namespace tesk5

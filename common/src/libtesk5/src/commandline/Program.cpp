@@ -304,8 +304,8 @@ int runProgram(RunContext& context) {
     } catch (const LeftByException& left) {
         std::rethrow_exception(left.cause);
     } catch (const std::exception& failure) {
-        // Of the framework itself or of the module's callback. As it is it would count as the
-        // unknown exception of a test.
+        // Thrown by the framework or by the module's callback. Unconverted it would be taken for an
+        // exception that left a test.
         throw TeskException(TeskString(failure.what()));
     }
 }

@@ -68,7 +68,7 @@ void LiveLine::drawLocked() {
     if (!m_there) {
         return;
     }
-    // A line that fills the terminal's last column would wrap, and could not be taken back.
+    // A line that fills the terminal's last column would wrap, and could not be erased.
     const std::size_t room = m_columns == 0 ? std::string::npos : m_columns - 1;
     const std::string shown = mrl::fittedToColumns("  " + mrl::escapeControls(text()), room);
     const std::size_t width = mrl::columnsOf(shown);

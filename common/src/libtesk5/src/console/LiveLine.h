@@ -13,7 +13,7 @@
 
 namespace tesk5 {
 
-/// Overwrites itself as time passes, and makes way for lines that stay.
+/// Redraws itself in place as time passes, and is erased while permanent lines are written.
 /// Threads: any; operations do not interleave.
 class LiveLine {
 public:
@@ -25,7 +25,8 @@ public:
 
     /// Shows the line; its time counts from now.
     void begin();
-    /// Sets what is going on, and the longest time in seconds that it and the rest can take.
+    /// Sets the activity, and the longest time in seconds that it and the rest of the test can
+    /// take.
     void tell(std::string activity, std::optional<double> longestSeconds);
     /// Draws the line with the present time; does nothing outside begin() and end().
     void draw();

@@ -19,7 +19,7 @@ auto* findIn(Objects& objects, Name name, const TeskString& wanted) {
 } // namespace
 
 Registry& Registry::instance() {
-    // Never destroyed: objects with static life may use what they registered until the very end.
+    // Never destroyed: static objects may use what they registered in their destructors.
     static auto* const registry = new Registry;
     return *registry;
 }

@@ -2,7 +2,7 @@
 
 namespace tesk5 {
 
-// Both forms come from the mended UTF-16, so that they never differ.
+// Both forms are made from the repaired UTF-16, so that they never differ.
 TeskString::TeskString(const char* utf8) : TeskString(mrl::String(utf8)) {}
 
 TeskString::TeskString(const std::string& utf8) : TeskString(mrl::String(std::string_view(utf8))) {}

@@ -8,7 +8,7 @@ namespace tesk5 {
 
 namespace {
 
-// A phrase on a condition, by whether it asks for a value.
+// The phrase about a condition: `keyWithValue` when it compares the value, else `key`.
 Mismatch mismatch(const char* key, const char* keyWithValue,
                   const Test::PropertyCondition& condition) {
     return {condition.value.empty() ? key : keyWithValue,

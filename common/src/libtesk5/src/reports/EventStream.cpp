@@ -16,7 +16,7 @@ void EventStream::write(const char* type, const Json& members) {
     line["sequence"] = ++m_sequence;
     line["time"] = reportTime(mrl::Clock::current().utcNow());
     line.update(members);
-    // Hosts read pipes in code pages of their own; ASCII is in all of them. An exception's words
+    // Hosts read pipes in different code pages; ASCII is in all of them. The text of an exception
     // may be in any encoding, so ill-formed UTF-8 is replaced.
     m_stream << std::string_view(line.dump(NO_INDENT, ' ', true, Json::error_handler_t::replace) +
                                  "\n");

@@ -22,7 +22,7 @@ namespace tesk5 {
 
 namespace {
 
-// How good something is, for colour and mark.
+// The kinds of results and values, which decide colour and mark.
 const char* const GOOD = "good";
 const char* const WARNING = "warning";
 const char* const BAD = "bad";
@@ -48,7 +48,7 @@ const char* kindOf(Severity severity) {
     return severity == Severity::error ? BAD : WARNING;
 }
 
-// A tag of the template by its name, and `is.good` and so on for the mark.
+// Sets `kind` for the style sheet, and `is.good` and so on for the sections of the mark.
 void setKind(Json& json, const char* kind) {
     json["kind"] = kind;
     json["is"] = {
@@ -80,8 +80,8 @@ std::string withUnit(mrl::Uint32 value, const TeskString& unit) {
     return std::to_string(value) + NO_BREAK_SPACE + unit.utf8();
 }
 
-// The sentence of a key with each variable's value isolated: a name that is read the other way
-// leaves the rest of the sentence where it is.
+// The sentence of a key with each variable's value isolated: a name in the other reading direction
+// does not reorder the rest of the sentence.
 std::string sentenceMarkup(const TeskString& key, const Event::Variables& variables) {
     Event::Variables isolated;
     for (const auto& [name, value] : variables) {
@@ -202,7 +202,7 @@ Json resultJson(const TestResult& result) {
     return json;
 }
 
-// What there is to say where nothing else gives the reason.
+// Why the run has its result, where neither events nor advice say so.
 Json remarksOn(const Outcome& outcome) {
     Json remarks = Json::array();
     if (!outcome.started) {

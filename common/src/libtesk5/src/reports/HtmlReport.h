@@ -1,4 +1,4 @@
-// The report for people: one page that needs nothing but itself.
+// The report for people: one self-contained page.
 #pragma once
 
 #include "run/Runner.h"

@@ -130,7 +130,7 @@ Json propertiesOf(const Outcome& outcome) {
     return properties.list();
 }
 
-// The event that stands for a bad result: the first of the gravest, which caused the others.
+// The event that explains a bad result: the first error, or the first warning without any error.
 const RaisedEvent* leadingEvent(const Outcome& outcome) {
     const auto leading = std::max_element(outcome.events.begin(), outcome.events.end(),
                                           [](const RaisedEvent& a, const RaisedEvent& b) {
@@ -140,7 +140,7 @@ const RaisedEvent* leadingEvent(const Outcome& outcome) {
     return leading == outcome.events.end() ? nullptr : &*leading;
 }
 
-// Why there is no good result, in one line.
+// The reason for a bad result, in one line.
 std::string reasonFor(const Outcome& outcome) {
     if (!outcome.failure.empty()) {
         return outcome.failure;
@@ -242,8 +242,8 @@ struct Suite {
     Counts counts = {};
     std::map<std::string, std::size_t> devices = {}; ///< number of cases by the name of the device
 
-    // The name by which a server follows a case from one run to the next. Devices of one name are
-    // told apart by their order.
+    // The name by which a server recognises the case in later runs. Devices of the same name are
+    // numbered in their order.
     std::string caseName(const Outcome& outcome) {
         const std::string& device = outcome.device->name().utf8();
         const std::size_t number = ++devices[device];

@@ -140,7 +140,7 @@ std::optional<std::string> whyNotReplaceable(const fs::path& target) {
 
 fs::path followed(const fs::path& path) {
     if (mrl::fileKind(path) == mrl::FileKind::other) {
-        return path; // not even looked into
+        return path; // canonical() could open it
     }
     std::error_code failure;
     fs::path target = fs::canonical(path, failure);

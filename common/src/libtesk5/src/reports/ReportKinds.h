@@ -1,4 +1,4 @@
-// The kinds of report that a run can leave behind.
+// The kinds of report that a run can write.
 #pragma once
 
 #include "run/Runner.h"

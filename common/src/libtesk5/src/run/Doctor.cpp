@@ -42,7 +42,7 @@ std::vector<Suitability> suitabilitiesOf(const DiagDevice& device, const std::de
     std::vector<Suitability> all;
     for (const Test& test : tests) {
         const std::vector<std::string> reasons = reasonsAgainst(test, device, filter);
-        // A device of another kind is no problem, nor is one too many.
+        // Good as well: a device of another kind, and one of several when another is tested.
         const bool good = reasons.empty() || !isOfKind(test, device) ||
                           !runsOf(test, devices.devices, filter).empty();
         auto same = std::find_if(all.begin(), all.end(), [&](const Suitability& suitability) {
@@ -115,7 +115,7 @@ Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
     if (devices.failure) {
         return {*devices.failure};
     }
-    // Devices out of a file need the service as much as those that it lists.
+    // Devices from a device file need the service too.
     Findings findings = serviceFindings();
     if (std::all_of(findings.begin(), findings.end(), isGood)) {
         addDevices(tests, devices, filter, findings);

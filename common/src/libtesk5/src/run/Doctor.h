@@ -13,8 +13,8 @@ namespace tesk5 {
 Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
                    const std::optional<std::string>& filter);
 
-/// Why no device may have been found for `test`, without a look at the devices themselves. Makes
-/// no call to the system.
+/// Possible reasons why no device was found for `test`. Does not examine devices and makes no call
+/// to the system.
 Findings adviceFor(const Test& test, const DeviceList& devices);
 
 /// Why a run may have ended without a verdict: with CANNOTRUN, with a FAIL that measured nothing,

@@ -1,4 +1,4 @@
-// Ctrl+C and its kin while a run is on.
+// Ctrl+C and the other console events during a run.
 #pragma once
 
 #include <tesk5/StopRequest.h>
@@ -9,11 +9,11 @@
 namespace tesk5 {
 
 /// While it lives, the first Ctrl+C or Ctrl+Break raises the stop request, and a second one ends
-/// the process at once with the value of USERABORTED. So does, on the first occasion, whatever
-/// leaves a process no time to end a run: on Windows a closed console, log-off and shutdown.
-/// Reports are replaced whole, so that none is left half-written.
-/// Of several in a process the first receives the interrupts, and the others do nothing: the system
-/// calls one handler for the process, without an argument.
+/// the process at once with the value of USERABORTED. On Windows a closed console, log-off and
+/// shutdown leave no time to end a run; they end the process at once the first time.
+/// Reports are replaced in one step, so that none is left half-written.
+/// When several exist in a process, the first receives the interrupts and the others do nothing:
+/// the system calls one handler for the process, without an argument.
 /// Platform: SetConsoleCtrlHandler; sigaction elsewhere
 class InterruptWatch {
 public:

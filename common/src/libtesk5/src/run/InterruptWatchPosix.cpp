@@ -12,7 +12,7 @@ namespace tesk5 {
 
 namespace {
 
-// What the handler works on. It may run until the process ends, so none of it is destroyed.
+// The state of the handler. The handler may run until the process ends, so none is destroyed.
 constinit std::atomic<StopRequest*> g_stopRequest{nullptr};
 constinit std::atomic<bool> g_interrupted{false};
 
@@ -26,8 +26,8 @@ sem_t& interrupted() {
 
 extern "C" void onInterrupt(int /*number*/) {
     if (g_interrupted.exchange(true)) {
-        // At once means: no destructors, no report. The value is the same on every system, where
-        // their own handling of a second interrupt would end with values of their own.
+        // No destructors, no report. The exit value is set here because the default handling of an
+        // interrupt ends with a different value on each system.
         std::_Exit(TestResult::USERABORTED().value());
     }
     if (StopRequest* const request = g_stopRequest) {
@@ -54,7 +54,7 @@ public:
         if (!g_stopRequest.compare_exchange_strong(none, &stopRequest)) {
             return;
         }
-        while (sem_trywait(&interrupted()) == 0) { // what came too late for the watch before
+        while (sem_trywait(&interrupted()) == 0) { // interrupts too late for the previous watch
         }
         m_caller = std::thread([this] {
             while (sem_wait(&interrupted()) != 0) {

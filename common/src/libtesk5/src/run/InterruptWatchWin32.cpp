@@ -14,13 +14,13 @@ namespace tesk5 {
 
 namespace {
 
-// What the handler works on: a watch while one lives.
+// The state of the handler while a watch lives.
 struct Watched {
     StopRequest& stopRequest;
     std::function<void()> onFirst;
 };
 
-// Held while the handler works, so that a watch does not end meanwhile.
+// Held while the handler runs, so that the watch outlives the call.
 std::mutex& watchMutex() {
     static std::mutex mutex;
     return mutex;
@@ -35,9 +35,9 @@ bool leavesNoTime(DWORD event) {
 } // namespace
 
 int __stdcall onConsoleEvent(unsigned long event) {
-    // Before the lock: the first interrupt may be waiting for a terminal that takes no text.
+    // Before the lock: the handler of the first interrupt holds it, and may block on the terminal.
     if (leavesNoTime(event) || g_interrupted.exchange(true)) {
-        // At once means: no destructors, no report. The value is the same on every system.
+        // No destructors, no report. The value is the same on every system.
         std::_Exit(TestResult::USERABORTED().value());
     }
     const std::lock_guard lock(watchMutex());
@@ -70,7 +70,7 @@ public:
         if (g_watched != &m_watched) { // another watch is the first
             return;
         }
-        // Not under the lock: the system's own holds the handlers while it looks for them.
+        // Not under our lock: the system locks its list of handlers, too.
         SetConsoleCtrlHandler(&onConsoleEvent, FALSE); // ERROR_INVALID_PARAMETER: was not installed
         const std::lock_guard lock(watchMutex());
         g_watched = nullptr;

@@ -1,4 +1,4 @@
-// The log of a run for its report, whatever else becomes of the lines.
+// Keeps the log lines of a run for its report, whether or not they are also written elsewhere.
 #pragma once
 
 #include <mrl/Logger.h>
@@ -18,7 +18,7 @@ struct LoggedLine {
 };
 
 /// The beginning and the end of a log. A search for an access point fills thousands of lines that
-/// repeat each other: its beginning and its end are what explains a result.
+/// repeat each other: its beginning and its end explain a result.
 struct KeptLog {
     std::vector<LoggedLine> first;
     std::size_t leftOut = 0; ///< number of lines between the two
@@ -29,11 +29,11 @@ struct KeptLog {
     static constexpr std::size_t LONGEST_TEXT = 1000;
 };
 
-/// Keeps log lines of priority 1 and above while it lives; one at a time. Lines that the threshold
-/// admitted before go on to the sink that was there, and no others do.
+/// Keeps log lines of priority 1 and above while it lives; one at a time. The previous
+/// sink still receives the lines that the previous threshold admits, and no others.
 ///
-/// Loggers admit priority 1 meanwhile, as with --log: what code does only for the sake of a line,
-/// it does then too.
+/// Loggers admit priority 1 meanwhile, as with --log: code that runs only to build a line runs then
+/// too.
 /// Threads: lines may come from any; the rest belongs to the thread of the run.
 class LogKeeper {
 public:

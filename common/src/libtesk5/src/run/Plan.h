@@ -16,7 +16,7 @@ struct Setting {
     TeskString value;
 };
 
-/// One call of a test function that is to be made.
+/// One planned call of a test function.
 struct PlannedRun {
     const Test* test;
     const DiagDevice* device;
@@ -33,8 +33,8 @@ std::vector<const Test*> chooseTests(const Registry& registry,
 void applySettings(Registry& registry, const std::vector<Setting>& settings,
                    const std::vector<const Test*>& tests);
 
-/// Failure: throws BadInput for a parameter of `tests` that needs a value and has none in
-/// `settings`
+/// Checks that `settings` have a value for each parameter of `tests` that needs one.
+/// Failure: throws BadInput for a parameter without its value
 void demandValues(const std::vector<Setting>& settings, const std::vector<const Test*>& tests);
 
 /// Whether `device` has `text` in its name or its system name, in any letter case.

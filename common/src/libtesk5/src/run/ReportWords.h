@@ -1,4 +1,4 @@
-// Words that console and reports have in common.
+// Texts that console and reports share.
 #pragma once
 
 #include "run/Runner.h"

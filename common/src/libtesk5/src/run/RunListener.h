@@ -1,4 +1,4 @@
-// What follows a run: the console, the live line, the stream of events.
+// The interface of what follows a run: the console, the live line, the stream of events.
 #pragma once
 
 #include "run/Runner.h"

@@ -22,7 +22,7 @@ struct Outcome {
     const Test* test;
     const DiagDevice* device;
     TestResult result;
-    bool started; ///< false for a run that a stop request forestalled
+    bool started; ///< false for a run that a stop request prevented
     mrl::Clock::UtcTime time;
     double seconds;
     std::vector<std::pair<TeskString, Value>> parameters;
@@ -34,7 +34,7 @@ struct Outcome {
     bool adviceRequested = false; ///< by the test
 };
 
-/// A test that was to run and found no device.
+/// A chosen test for which no device was found.
 struct TestWithoutDevice {
     const Test* test;
     std::vector<std::string> reasons; ///< a line for each device
@@ -48,13 +48,13 @@ struct RunRecord {
     mrl::Clock::UtcTime ended;
     std::vector<Outcome> outcomes;
     std::vector<TestWithoutDevice> withoutDevice;
-    std::size_t leftOut = 0; ///< runs that requestAbort() forestalled
+    std::size_t leftOut = 0; ///< runs that requestAbort() prevented
     int exitValue = 0;
     KeptLog log; ///< empty unless a report shows it
 };
 
-/// Thrown for an exception, other than a TeskException, that left a test function: it goes on to
-/// the caller of the run, apart from failures of the framework.
+/// Carries an exception, other than a TeskException, that left a test function to the caller of the
+/// run. A type of its own keeps it apart from failures of the framework.
 struct LeftByException {
     std::exception_ptr cause;
 };
@@ -64,7 +64,7 @@ std::vector<std::pair<TeskString, Value>> parametersInForce(const Test& test);
 
 /// Runs `runs` in order. A TeskException makes the result INTERNALERROR. requestAbort() ends the
 /// run after the function in which it was called. After a stop request no further function starts;
-/// what is left counts as USERABORTED.
+/// the remaining runs count as USERABORTED.
 /// Failure: throws LeftByException
 std::vector<Outcome> runAll(const std::vector<PlannedRun>& runs, RunListener& listener,
                             std::size_t& leftOut, RunContext& context);

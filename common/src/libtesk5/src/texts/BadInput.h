@@ -22,7 +22,8 @@ struct UnknownName {
     const char* key;            ///< text with {Name} and, if it lists them, {Known}
     const char* keyWithNearest; ///< the same with {Nearest}, for a name that resembles a known one
 };
-/// \param variables those of the text besides
+/// The line about `name`, which is none of `known`.
+/// \param variables the other variables of the text
 std::string aboutUnknown(const UnknownName& unknown, const std::string& name,
                          const std::vector<std::string>& known, Event::Variables variables = {});
 

@@ -8,7 +8,8 @@
 namespace tesk5 {
 
 /// `tag` as files write it: parts joined by "-", the language in lower case, a script with a
-/// capital, a region in upper case. Also understands "de_AT.UTF-8". Empty for what is no tag.
+/// capital, a region in upper case. Also understands "de_AT.UTF-8". Empty when `tag` is not a
+/// language tag.
 std::string canonicalTag(std::string_view tag);
 
 /// The tags to try for `tag`, itself first, each less specific than the one before; none for what

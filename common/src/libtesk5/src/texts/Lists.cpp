@@ -8,7 +8,7 @@ namespace tesk5 {
 
 namespace {
 
-// A text with {List} and {Item} joins what is there already and the next.
+// `key` is that of a text with {List} and {Item}, which joins the list so far and the next item.
 std::string joinedBy(const char* key, const std::vector<std::string>& texts) {
     std::string all;
     for (const std::string& text : texts) {

@@ -10,7 +10,7 @@ namespace tesk5 {
 
 namespace {
 
-// What is said of a limit, by what it means.
+// The texts about a limit, by its severity.
 struct LimitWords {
     Severity severity;
     const char* limit;
@@ -43,7 +43,7 @@ std::string comparisonText(const Measurement& measurement) {
     if (const Limit* broken = measurement.brokenLimit()) {
         return wordsOn(*broken, measurement.unit, &LimitWords::broken);
     }
-    // The nearest limit says it all: what is above it is above the others too.
+    // The highest limit suffices: a value above it is above the others too.
     const auto nearest =
         std::max_element(measurement.limits.begin(), measurement.limits.end(),
                          [](const Limit& a, const Limit& b) { return a.value < b.value; });

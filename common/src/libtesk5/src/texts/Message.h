@@ -1,4 +1,4 @@
-// A message for people and for the log: each gets it in its own language.
+// A message in two languages: that of the user for people, and English for the log.
 #pragma once
 
 #include <tesk5/Event.h>
@@ -15,8 +15,8 @@ public:
     /// `words` in every language: the system's or a parser's.
     static Message ofOthers(const std::string& words);
 
-    /// In the language in force. Not to be called while the files of texts are read: it would wait
-    /// for itself.
+    /// In the language in force. Not to be called while the files of texts are read: it would
+    /// deadlock.
     std::string text() const;
     /// In English, from the compiled-in texts alone: for the log, which is English on every PC.
     std::string inEnglish() const;

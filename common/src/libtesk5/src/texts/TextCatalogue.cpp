@@ -21,7 +21,7 @@ void logUnusable(const std::string& what, const UnusableInput& failure) {
         << "The texts of " << what << " are not used: " << failure.what();
 }
 
-// Refuses what is no object of texts.
+// Refuses everything but an object whose members are texts.
 const mrl::Json& checkedTexts(const mrl::Json& texts) {
     if (!texts.is_object()) {
         throw UnusableInput(Message("INPUT_TEXTS_NO_OBJECT"));

@@ -1,4 +1,4 @@
-// The texts of one language, from its files with a compiled-in copy behind them.
+// The texts of one language, from its files, with a compiled-in copy as the fallback.
 #pragma once
 
 #include <tesk5/TeskString.h>
