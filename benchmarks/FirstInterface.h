@@ -1,4 +1,4 @@
-// The device that the benchmarks look through.
+// The device that the benchmarks use.
 #pragma once
 
 #include <radiosim/Scenario.h>

@@ -1,12 +1,12 @@
 # DLLs that a program loads when it first calls one of their functions, and not when it starts.
 #
-# For DLLs that Windows does not map from its own list (KnownDLLs): when the first call comes, the
-# program has told Windows to search the system directory alone, or the manifest names the version.
-# The tool chain has the loader, but import libraries of this kind must be made: they are, from the
-# names in its own ones.
+# For DLLs outside of Windows' list of KnownDLLs: before the first call the program limits the
+# search to the system directory, or the manifest names the version.
+# The tool chain has the delay loader but no such import libraries, so they are made here from the
+# names in its ordinary ones.
 
-# mrlr_delay_import(<target> <dll>...) links <target>, and whoever links that, with such an import
-# library for each DLL. Names are in lower case and without ending.
+# mrlr_delay_import(<target> <dll>...) links <target>, and every target that links it, with such an
+# import library for each DLL. Names are in lower case and without ending.
 function(mrlr_delay_import target)
     foreach(name ${ARGN})
         set(library "delayed_${name}")

@@ -27,9 +27,8 @@ target_compile_definitions(third_party_spdlog INTERFACE
     SPDLOG_HEADER_ONLY SPDLOG_FMT_EXTERNAL $<$<BOOL:${WIN32}>:SPDLOG_WCHAR_FILENAMES>)
 target_link_libraries(third_party_spdlog INTERFACE third_party_fmt Threads::Threads)
 
-# toml++ is a copy with one change. Its test for blanks leaves undefined what comes of a letter
-# between U+00A1 and U+0499 (a value right before "ü", say); here that is no blank, as the rest of
-# the test has it.
+# toml++ is a copy with one change. Its test for blanks has undefined behaviour for a letter between
+# U+00A1 and U+0499 (for example "ü" right after a value); in the copy such a letter is no blank.
 if(NOT EXISTS "/usr/include/toml++")
     message(FATAL_ERROR "toml++: no headers in /usr/include/toml++; install Debian's libtomlplusplus-dev")
 endif()

@@ -6,7 +6,7 @@ option(MRLR_FUZZERS "Build the fuzzers too; needs clang and a fuzzer among the s
 option(MRLR_WERROR "Treat warnings as errors" ON)
 
 # Release with assertions of the standard library: a diagnostic must stop at a broken invariant
-# rather than report a number that it made up.
+# rather than report a wrong number.
 set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 add_compile_definitions(_GLIBCXX_ASSERTIONS)
 
@@ -25,9 +25,9 @@ if(WIN32)
         -static -fstack-protector-strong -Wl,--gc-sections -Wl,--no-insert-timestamp
         -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va -Wl,--tsaware)
     if(MRLR_TRAP_UNDEFINED)
-        # There is no sanitizer run-time library for this system, so no message: the program stops.
-        # The system's headers leave their enumerations' width open, and drivers report values that
-        # are not among the names: no mistake of this program.
+        # There is no sanitizer run-time library for this system: the program stops without a
+        # message. Enumerations are not checked, because drivers report values that the system's
+        # headers do not name.
         add_compile_options(
             -fsanitize=undefined -fno-sanitize=enum -fsanitize-undefined-trap-on-error)
     endif()

@@ -1,4 +1,4 @@
-// What a verification run asks of the platform, and nothing else: OLE started, the same calls in
+// The platform work of a verification run, and nothing else: OLE started, the same calls in
 // the same order, the same pauses, the same blocks kept. processes.py compares the calls with the
 // simulator's record of the executable's.
 //   same_calls run      an access point that the first scan shows

@@ -15,7 +15,7 @@ using mrl::MRLArray;
 using mrl::Uint32;
 using testing::ElementsAre;
 
-// Counts its lives; a copy can be made to fail.
+// Counts its live objects; a copy can be made to fail.
 class Counted {
 public:
     explicit Counted(int number) : value(number) { ++alive; }

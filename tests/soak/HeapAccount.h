@@ -1,5 +1,5 @@
-// Counts every byte that the program allocates with new, apart for the module and for the simulated
-// radio, so that a leak of the one cannot be hidden by blocks of the other.
+// Counts every byte that the program allocates with new, separately for the module and for the
+// simulated radio, so that blocks of the one cannot hide a leak of the other.
 #pragma once
 
 #include <nativewifi/Api.h>

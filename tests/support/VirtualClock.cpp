@@ -33,8 +33,8 @@ void VirtualClock::sleep(Duration duration) {
         waiters = m_waiters;
     }
     for (const Waiter& waiter : waiters) {
-        // A waiter between its look at the clock and its wait holds this: it must not miss the
-        // call.
+        // A waiter holds this mutex from its check of the clock until it waits, so that it cannot
+        // miss the notification.
         { const std::lock_guard entered(*waiter.mutex); }
         waiter.condition->notify_all();
     }

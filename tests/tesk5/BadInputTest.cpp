@@ -1,4 +1,4 @@
-// Whatever cannot be used: exit value 64, one line, nothing run, nothing written.
+// Unusable input: exit value 64, one line, nothing run, nothing written.
 #include "FrameworkTest.h"
 
 #include <texts/BadInput.h>
@@ -43,7 +43,7 @@ protected:
         EXPECT_FALSE(m_ran);
         EXPECT_EQ(filesThere(), before);
     }
-    /// Start and end of a line with the system's own words in it.
+    /// Start and end of a line that contains a message of the system.
     void refuses(const std::vector<std::string>& arguments, const std::string& first,
                  const std::string& last) {
         forgetOutput();
@@ -131,7 +131,7 @@ TEST_F(BadInputs, AParameterTwice) {
             "--set SSID=Office: the parameter \"SSID\" has a value already; give it once");
 }
 
-TEST_F(BadInputs, ANumberThatIsNone) {
+TEST_F(BadInputs, AnInvalidNumber) {
     for (const char* text : {"4294967296", "-1", " 1", "1e3", "0x10", "ten"}) {
         refuses({"run", "--set", std::string("Limit=") + text},
                 std::string("--set Limit=") + text + ": \"" + text +
@@ -148,21 +148,21 @@ TEST_F(BadInputs, ARequiredParameterWithoutAValue) {
     EXPECT_EQ(start({"run", "Needy", "--set", "Serial=1"}), 0);
 }
 
-TEST_F(BadInputs, OptionsOfARunWithoutOne) {
+TEST_F(BadInputs, OptionsOfARunWithoutTheCommandRun) {
     refuses({"--json", file("report.json")},
             "--json goes with the command run, and nothing is to be run; add run");
     refuses({"list", "--set", "SSID=Lab"},
             "--set goes with the command run, and nothing is to be run; add run");
 }
 
-TEST_F(BadInputs, ALogLevelThatIsNone) {
+TEST_F(BadInputs, AnInvalidLogLevel) {
     for (const char* text : {"6", "-1", "high", "0x1"}) {
         refuses({"run", std::string("--log-level=") + text},
                 std::string("--log-level \"") + text + "\" is no level; give a number from 0 to 5");
     }
 }
 
-TEST_F(BadInputs, ADeviceFileThatIsNotThere) {
+TEST_F(BadInputs, AMissingDeviceFile) {
     refuses({"run", "--devices", file("none.json")}, "--devices is given 2 times; give it once");
     forgetOutput();
     EXPECT_EQ(startBare({"run", "--devices", file("none.json")}), 64);

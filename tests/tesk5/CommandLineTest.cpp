@@ -67,7 +67,7 @@ TEST(CommandLines, KnowHelpAndVersionEverywhere) {
 
 class Start : public FrameworkTest {};
 
-TEST_F(Start, TellsTheVersion) {
+TEST_F(Start, PrintsTheVersion) {
     EXPECT_EQ(start({"--version"}), 0);
     EXPECT_EQ(output(), "example 6.5 (build 000000001)\n");
 }
@@ -75,12 +75,26 @@ TEST_F(Start, TellsTheVersion) {
 TEST_F(Start, HelpNamesEveryCommandOptionAndExitValue) {
     EXPECT_EQ(start({"--help"}), 0);
     EXPECT_EQ(errors(), "");
-    for (const char* word :
-         {"example.k5x [list] [OPTIONS]", "example.k5x run [TEST...] [OPTIONS]", "--set NAME=VALUE",
-          "--device TEXT", "--devices FILE", "--json FILE", "--log FILE", "--log-level N",
-          "--version", "--help", "  0 ", "  1   WARN", "  2   FAIL", "  3   CANNOTRUN",
-          "  4   BADPARAMS", "  5   INTERNALERROR", "  6   USERABORTED", "  8   EXITEDABNORMALLY",
-          "  64 ", "example.k5x run --set SSID=Lab --set FailingSignalStrength=20\n"}) {
+    for (const char* word : {"example.k5x [list] [OPTIONS]",
+                             "example.k5x run [TEST...] [OPTIONS]",
+                             "--set NAME=VALUE",
+                             "--device TEXT",
+                             "--devices FILE",
+                             "--json FILE",
+                             "--log FILE",
+                             "--log-level N",
+                             "--version",
+                             "--help",
+                             "  0 ",
+                             "  1   WARN",
+                             "  2   FAIL",
+                             "  3   CANNOTRUN",
+                             "  4   BADPARAMS",
+                             "  5   INTERNALERROR",
+                             "  6   USERABORTED",
+                             "  8   EXITEDABNORMALLY",
+                             "  64 ",
+                             "example.k5x run --set SSID=Lab --set FailingSignalStrength=20\n"}) {
         EXPECT_THAT(output(), HasSubstr(word));
     }
     std::istringstream lines(output());
@@ -93,7 +107,7 @@ TEST_F(Start, HelpNamesEveryCommandOptionAndExitValue) {
     }
 }
 
-TEST_F(Start, HelpOnACommandTellsItsOptionsWithExamples) {
+TEST_F(Start, HelpOnACommandShowsItsOptionsWithExamples) {
     for (const auto& arguments : std::vector<std::vector<std::string>>{
              {"run", "--help"}, {"--help", "run"}, {"run", "Signal", "-h"}}) {
         forgetOutput();
@@ -114,7 +128,7 @@ TEST_F(Start, HelpOnACommandTellsItsOptionsWithExamples) {
     EXPECT_THAT(output(), testing::Not(HasSubstr("\n  --json")));
 }
 
-TEST_F(Start, DoesWithoutAnyArgumentAtAll) {
+TEST_F(Start, ListsWithoutEvenAProgramName) {
     tesk5::DiagModule::setCmdLineArgs(0, nullptr);
     EXPECT_EQ(tesk5::DiagModule::start(), 0);
     EXPECT_THAT(output(), testing::StartsWith("Tests\n"));
@@ -150,7 +164,7 @@ protected:
     }
 };
 
-TEST_F(Logs, AreNotWrittenUnlessAskedFor) {
+TEST_F(Logs, AreNotWrittenUnlessRequested) {
     mrl::LogFactory::setPriority(0); // as before the first setPriority() of a process
     EXPECT_EQ(start({"run"}), 0);
     EXPECT_EQ(mrl::LogFactory::getPriority(), mrl::LogFactory::OFF);
@@ -163,7 +177,7 @@ TEST_F(Logs, HoldLinesFromPriorityOneOn) {
     EXPECT_THAT(bytesOfFile(file("run.log")), HasSubstr("2026-11-20T19:55:01.123Z 1 test: line 1"));
 }
 
-TEST_F(Logs, HoldWhatTheLevelAsksFor) {
+TEST_F(Logs, HoldLinesFromTheGivenLevelOn) {
     EXPECT_EQ(start({"run", "--log", file("run.log"), "--log-level", "0"}), 0);
     EXPECT_THAT(linesOfTest(), ElementsAre("line 0", "line 1", "line 4"));
 }

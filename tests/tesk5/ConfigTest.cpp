@@ -1,4 +1,4 @@
-// What stands in a configuration file counts as if it stood on the command line, until it does.
+// A configuration file counts like options on the command line, which take precedence.
 #include "FrameworkTest.h"
 
 #include <commandline/CommandLine.h>
@@ -57,7 +57,7 @@ protected:
         return start(arguments);
     }
 
-    /// What is said of the file after its name.
+    /// The message about the file, after the name of the file.
     std::string refusal(const std::string& toml) {
         const std::vector<std::string> before = filesThere();
         EXPECT_EQ(runWith(toml), 64) << toml;
@@ -261,13 +261,13 @@ TEST_F(Configurations, AreRefusedForValuesOfTheWrongKind) {
     }
 }
 
-TEST_F(Configurations, AreRefusedForWhatIsNoToml) {
+TEST_F(Configurations, AreRefusedWhenTheyAreNotToml) {
     for (const auto& [toml, place] : std::vector<std::pair<std::string, const char*>>{
              {"tests = [", "line 1, column "},
              {"a = 1\na = 2", "line 2, column "},
              {"\n\noops", "line 3, column "},
              {"a = '\xFF'", "line 1, column "},
-             {"[!]", "line 1, column "},         // no key begins so
+             {"[!]", "line 1, column "},         // not the beginning of a key
              {"a = 0\u00fc", "line 1, column "}, // a letter where a blank could stand
              {"a = " + std::string(1000, '[') + std::string(1000, ']'), "line 1, column "},
              {std::string("a = 'x\0'", 8), "line 1, column "},
@@ -340,7 +340,7 @@ TEST_F(ConfigTemplates, AreAcceptedAsTheyArePrintedAndChangeNothing) {
     EXPECT_THAT(filesThere(), ElementsAre("devices.json", "station.toml"));
 }
 
-TEST_F(ConfigTemplates, AreAcceptedWithEverySettingTakenIntoUse) {
+TEST_F(ConfigTemplates, AreAcceptedWithEverySettingUncommented) {
     const std::string all = std::regex_replace(printed(), std::regex("(^|\n)#(?! )"), "$1");
     fileWith("cards.json", R"([{"name": "Intel", "capabilities": ["Wireless"]}])");
     std::filesystem::remove(mrl::System::path(file("devices.json")));
@@ -349,7 +349,7 @@ TEST_F(ConfigTemplates, AreAcceptedWithEverySettingTakenIntoUse) {
     EXPECT_THAT(filesThere(), testing::IsSupersetOf({"report.json", "antenna.log"}));
 }
 
-TEST_F(ConfigTemplates, TellOfEveryParameterWhatItIs) {
+TEST_F(ConfigTemplates, DescribeEveryParameter) {
     EXPECT_THAT(printed(), HasSubstr("[parameters]\n"
                                      "# A text; for Signal\n"
                                      "#SSID = \"\"\n"

@@ -25,7 +25,7 @@ struct Doctor : FrameworkTest {
     static void stopService() {
         setService({"SERVICE_STOPPED", false, {{"Error", mrl::Uint32(1062)}}});
     }
-    // The module's half: writes down what it is asked, and says what `findings` has.
+    // The module's half: records its calls and reports `findings`.
     void examineSaying(Findings findings) {
         setExamination([this, findings = std::move(findings)](
                            const DiagDevice& device, ExaminationDepth depth, Findings& all) {
@@ -63,7 +63,7 @@ TEST_F(Doctor, SaysNothingOfDevicesWhenTheServiceFails) {
                         "Problems found: 1; exit value 3\n");
 }
 
-TEST_F(Doctor, AsksForTheServiceWhenTheDevicesComeFromAFileToo) {
+TEST_F(Doctor, ChecksTheServiceForDevicesFromAFileToo) {
     registerTest("A", TestResult::PASS());
     examineSaying({});
     stopService();
@@ -81,7 +81,7 @@ TEST_F(Doctor, SaysThatThereIsNoAdapter) {
                         "Problems found: 1; exit value 3\n");
 }
 
-TEST_F(Doctor, TakesADeviceOfAnotherKindForNoProblem) {
+TEST_F(Doctor, ReportsADeviceOfAnotherKindAsGood) {
     registerTest("A", TestResult::PASS());
     setDevices(R"([{"name": "Ethernet", "capabilities": ["NetworkCard"]},
                    {"name": "Card", "capabilities": ["Wireless"]}])");
@@ -102,7 +102,7 @@ TEST_F(Doctor, SaysForEachTestWhyItLeavesAnAdapterOut) {
                         "Problems found: 1; exit value 3\n");
 }
 
-TEST_F(Doctor, TakesAnAdapterTooManyForNoProblem) {
+TEST_F(Doctor, ReportsAnAdapterThatTheFilterLeavesOutAsGoodWhenAnotherIsTested) {
     registerTest("A", TestResult::PASS());
     setDevices(2);
     EXPECT_EQ(start({"doctor", "--device", "card 2"}), 0);
@@ -127,7 +127,7 @@ TEST_F(Doctor, LetsTheModuleExamineEachDeviceThatSuitsATest) {
                                     "Problems found: 1; exit value 3\n"));
 }
 
-TEST_F(Doctor, TakesParametersAndDemandsNone) {
+TEST_F(Doctor, TakesParametersAndNeedsNone) {
     auto* name = DiagModule::createParameter("Name", tesk5::DataType::STRING(), "", false, false);
     registerTest("A", TestResult::PASS())->setInteractive(true)->addParameter(name);
     EXPECT_EQ(start({"doctor"}), 0);

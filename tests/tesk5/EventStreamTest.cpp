@@ -46,7 +46,7 @@ protected:
     }
 };
 
-TEST_F(EventStreams, TellTheWholeRunOneLineForEachThingThatHappens) {
+TEST_F(EventStreams, DescribeTheWholeRunWithOneLineForEachEvent) {
     auto* name = DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
     registerTest("Signal", [this](const DiagDevice&) {
         DiagModule::progresses("PLAIN", 44.5);
@@ -115,7 +115,7 @@ TEST_F(EventStreams, TellTheWholeRunOneLineForEachThingThatHappens) {
         << "standard error has it too, for people";
 }
 
-TEST_F(EventStreams, OfARunInWhichAllIsWellLeaveStandardErrorEmpty) {
+TEST_F(EventStreams, OfASuccessfulRunLeaveStandardErrorEmpty) {
     registerTest("A", TestResult::PASS())->setInteractive(true);
     setDevices(2);
     EXPECT_EQ(start({"run", "A", "--events"}), 0);
@@ -128,7 +128,7 @@ TEST_F(EventStreams, OfARunInWhichAllIsWellLeaveStandardErrorEmpty) {
     EXPECT_EQ(errors(), "");
 }
 
-TEST_F(EventStreams, TellEachThingWhenItHappensAndNotInTheEnd) {
+TEST_F(EventStreams, HaveEachLineAsSoonAsItsEventHappens) {
     registerTest("A", [this](const DiagDevice&) {
         EXPECT_THAT(types(), ElementsAre("runStarted", "testStarted"));
         DiagModule::progresses("PLAIN", 1.0);
@@ -138,7 +138,7 @@ TEST_F(EventStreams, TellEachThingWhenItHappensAndNotInTheEnd) {
     EXPECT_EQ(start({"run", "--events"}), 0);
 }
 
-TEST_F(EventStreams, HoldNothingButAsciiWhateverNamesAreMadeOf) {
+TEST_F(EventStreams, HoldAsciiOnlyWhateverTheNamesContain) {
     auto* name = DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
     const std::string hostile =
         "\x1b[2J\r\n\x7f\"\\</script>\xe2\x80\xae\xe2\x80\xa8\xf0\x9f\x93\xb6";
@@ -179,7 +179,7 @@ TEST_F(EventStreams, OfABrokenRunSayWhyAndDoNotEnd) {
     EXPECT_THAT(errors(), HasSubstr("an exception ended B on Card 1; the run ends here"));
 }
 
-TEST_F(EventStreams, TellWhatMadeATestAnInternalError) {
+TEST_F(EventStreams, GiveTheReasonForAnInternalError) {
     registerTest("A",
                  [](const DiagDevice&) -> TestResult { throw tesk5::TeskException("no radio"); });
     EXPECT_EQ(start({"run", "--events"}), 5);
@@ -187,7 +187,7 @@ TEST_F(EventStreams, TellWhatMadeATestAnInternalError) {
     EXPECT_EQ(lines()[2]["result"]["result"], "INTERNALERROR");
 }
 
-TEST_F(EventStreams, TellOfRunsThatAStopRequestForestalled) {
+TEST_F(EventStreams, ListRunsThatAStopRequestPrevented) {
     registerTest("A", [](const DiagDevice&) {
         tesk5::RunContext::current().stopRequest.raise();
         return TestResult::PASS();
@@ -203,7 +203,7 @@ TEST_F(EventStreams, TellOfRunsThatAStopRequestForestalled) {
     EXPECT_EQ(lines()[4]["exit"], 6);
 }
 
-TEST_F(EventStreams, CountWhatATestLeftOutByEndingTheRun) {
+TEST_F(EventStreams, CountTheRunsThatAnAbortLeftOut) {
     registerTest("A", [](const DiagDevice&) {
         DiagModule::requestAbort();
         return TestResult::PASS();
@@ -241,7 +241,7 @@ TEST_F(EventStreams, OfARunThatLosesItsReportDoNotEnd) {
     EXPECT_EQ(types().back(), "testEnded");
 }
 
-TEST_F(EventStreams, AreEmptyWhereTheInputIsOfNoUse) {
+TEST_F(EventStreams, AreEmptyWhenTheInputIsRefused) {
     registerTest("A", TestResult::PASS());
     EXPECT_EQ(start({"run", "--events", "--set", "Nothing=1"}), 64);
     EXPECT_EQ(output(), "");
@@ -255,7 +255,7 @@ TEST_F(EventStreams, BelongToRunsAlone) {
               "example: --events goes with the command run, and nothing is to be run; add run\n");
 }
 
-TEST_F(EventStreams, AreAskedForByASwitchWithoutAValue) {
+TEST_F(EventStreams, AreRequestedByASwitchWithoutAValue) {
     EXPECT_FALSE(tesk5::parseCommandLine({"run"}).events);
     EXPECT_TRUE(tesk5::parseCommandLine({"run", "--events"}).events);
     EXPECT_TRUE(tesk5::parseCommandLine({"--events", "run"}).events);
@@ -263,7 +263,7 @@ TEST_F(EventStreams, AreAskedForByASwitchWithoutAValue) {
     EXPECT_EQ(errors(), "example: --events takes no value; leave \"=no\" out\n");
 }
 
-TEST(EventStreamStops, AreTold) {
+TEST(EventStreamStops, AreReported) {
     const VirtualClock clock;
     const CapturedStream captured(mrl::cout);
     tesk5::EventStream(mrl::cout).onStopRequest();

@@ -65,11 +65,11 @@ TEST_F(Events, GoToTheInnermostRecorderAndAreLostWithoutOne) {
     EXPECT_EQ(outer.events()[1].line, 4);
 }
 
-TEST_F(Events, ThatAreNoneAreRefused) {
+TEST_F(Events, ThatAreNullAreRefused) {
     EXPECT_THROW(DiagModule::error(nullptr, "", 1), tesk5::TeskException);
 }
 
-TEST_F(Events, OfAnUnknownKeyHaveTheKeyForAText) {
+TEST_F(Events, WithoutATextHaveTheKeyAsText) {
     const TestRecorder recorder;
     DiagModule::error(DiagModule::createEvent("NO_SUCH_TEXT"), "", 1);
     EXPECT_EQ(recorder.events().at(0).text, "NO_SUCH_TEXT");

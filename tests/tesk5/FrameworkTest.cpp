@@ -69,7 +69,7 @@ using tesk5::DiagDevice;
 using tesk5::DiagModule;
 using tesk5::TestResult;
 
-// The framework takes plain functions; each slot is one, and looks up what it is to do.
+// The framework takes plain functions; each slot is one, and looks up the body to run.
 constexpr std::size_t SLOTS = 8;
 std::array<std::function<TestResult(const DiagDevice&)>, SLOTS> g_bodies;
 

@@ -1,5 +1,5 @@
-// What every test of the framework starts from: a run context of its own with nothing registered, a
-// virtual clock, and a console that is read.
+// The fixture of the framework's tests: an empty run context, a virtual clock, and a console whose
+// output is captured.
 #pragma once
 
 #include <support/TemporaryFolder.h>
@@ -20,7 +20,7 @@
 
 namespace test {
 
-/// Keeps what a stream is told.
+/// Keeps what is written to a stream.
 class CapturedStream final : public mrl::OutputStream::Receiver {
 public:
     explicit CapturedStream(mrl::OutputStream& stream)
@@ -49,7 +49,7 @@ protected:
     /// One that only returns `result`.
     static tesk5::Test* registerTest(const char* name, tesk5::TestResult result);
 
-    /// What the module examines a device with; at first it finds nothing.
+    /// Sets the module's examination of a device; at first it finds nothing.
     static void setExamination(
         std::function<void(const tesk5::DiagDevice&, tesk5::ExaminationDepth, tesk5::Findings&)>
             what);
@@ -60,14 +60,14 @@ protected:
     /// The same with exactly these arguments.
     static int startBare(const std::vector<std::string>& arguments);
 
-    /// What the check of the module's service finds; at first "SERVICE_ANSWERS".
+    /// Sets what the check of the module's service finds; at first "SERVICE_ANSWERS".
     static void setService(tesk5::Finding finding);
-    /// The devices of this PC; at first none.
+    /// Sets the devices of this PC; at first none.
     static void setMachineDevices(tesk5::DeviceList devices);
 
-    /// Describes the devices of start() in a device file's JSON.
+    /// Sets the devices of start(), as the JSON of a device file.
     void setDevices(const std::string& json);
-    /// So many wireless devices.
+    /// Sets `count` wireless devices.
     void setDevices(int count);
 
     /// Path of a file in a folder of this test's own, with `text` in it if there is some.

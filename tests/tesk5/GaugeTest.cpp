@@ -30,7 +30,7 @@ TEST(Gauge, HasAZoneForWhatAValueInItWouldMean) {
     EXPECT_DOUBLE_EQ(gauge.valueX, 72);
 }
 
-TEST(Gauge, BelowAGraverLimitThatIsHigherAllIsGrave) {
+TEST(Gauge, AHigherSevererLimitCoversTheZonesBelowIt) {
     const Gauge gauge = gaugeOf(measured(1, {{"W", 10, Severity::warning}, failing}), false);
     EXPECT_EQ(gauge.zones[0].severity, Severity::error);
     EXPECT_EQ(gauge.zones[1].severity, Severity::error);

@@ -1,5 +1,5 @@
-// One run whose names hold every byte and everything else that deceives readers: what is written
-// of it stays well-formed and one line a line, wherever it is written.
+// One run whose names hold every byte and every kind of deceptive character: all output stays
+// well-formed, and an entry of one line stays one line.
 #include "FrameworkTest.h"
 
 #include <support/SafeText.h>
@@ -122,7 +122,7 @@ private:
     tesk5::Event* m_event;
 };
 
-TEST_F(HostileNames, DoNothingToConsoleLogAndReportsButStandThere) {
+TEST_F(HostileNames, AreEscapedOnConsoleAndInLogAndReports) {
     const std::vector<std::string> names = hostileNames();
     EXPECT_EQ(runWith(names, false), 5);
     EXPECT_EQ(findUnsafeInLines(output()), "");

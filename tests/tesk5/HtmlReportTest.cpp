@@ -107,7 +107,7 @@ TEST_F(HtmlReports, OfSeveralRunsBeginWithTheWorst) {
     EXPECT_THAT(page, HasSubstr("<article class=\"card\" id=\"result-2\">"));
 }
 
-TEST_F(HtmlReports, TellWhyATestHasNoDevice) {
+TEST_F(HtmlReports, SayWhyATestHasNoDevice) {
     registerTest("A", TestResult::PASS());
     setDevices(R"([{"name": "Cable", "capabilities": []}])");
     const std::string page = pageOf();
@@ -115,7 +115,7 @@ TEST_F(HtmlReports, TellWhyATestHasNoDevice) {
     EXPECT_THAT(page, HasSubstr("<li><bdi>Cable: "));
 }
 
-TEST_F(HtmlReports, HoldTheLogWithoutTheOptionForOne) {
+TEST_F(HtmlReports, HoldTheLogWithoutALogOption) {
     registerTest("A", [](const DiagDevice&) {
         log(1, "the <line>");
         log(0, "a trace");
@@ -128,7 +128,7 @@ TEST_F(HtmlReports, HoldTheLogWithoutTheOptionForOne) {
     EXPECT_EQ(mrl::LogFactory::getPriority(), mrl::LogFactory::OFF);
 }
 
-TEST_F(HtmlReports, LeaveTheLogThatWasAskedForAsItIs) {
+TEST_F(HtmlReports, LeaveARequestedLogUnchanged) {
     registerTest("A", [](const DiagDevice&) {
         log(1, "ordinary");
         log(3, "grave");

@@ -21,7 +21,7 @@ protected:
     LeftBehind() { registerTest("A", TestResult::PASS()); }
 };
 
-TEST_F(LeftBehind, TemporaryFilesOfAKilledProcessGoWithTheNextReport) {
+TEST_F(LeftBehind, TemporaryFilesOfAKilledProcessAreRemovedByTheNextReport) {
     fileWith("r.json.4294967295.tmp", "{\"half\":");
     fileWith("r.json.7.tmp", "");
     for (const char* other : {"r.json.tmp", "r.json.7x.tmp", "r.json.7.tmp.bak", "r.jso.7.tmp"}) {

@@ -31,7 +31,7 @@ protected:
     }
 };
 
-TEST_F(JUnitReports, TellTheWholeRun) {
+TEST_F(JUnitReports, DescribeTheWholeRun) {
     auto* name = DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
     auto* event = DiagModule::createEvent("WEAK");
     registerTest("Signal", [&](const DiagDevice&) {
@@ -142,7 +142,7 @@ TEST_F(JUnitReports, ATestWithoutADeviceIsSkippedWithTheReasonsAgainstEachDevice
     EXPECT_THAT(report, HasSubstr("\nModem: "));
 }
 
-TEST_F(JUnitReports, WhatCtrlCForestalledIsAnError) {
+TEST_F(JUnitReports, ARunThatCtrlCPreventedIsAnError) {
     registerTest("A", [](const DiagDevice&) {
         tesk5::RunContext::current().stopRequest.raise();
         return TestResult::PASS();
@@ -165,7 +165,7 @@ TEST_F(JUnitReports, HaveASuiteForEachTestAndACaseForEachDevice) {
     EXPECT_THAT(report, HasSubstr(R"(name="B[Card 2]")"));
 }
 
-TEST_F(JUnitReports, DevicesOfOneNameAreToldApart) {
+TEST_F(JUnitReports, DevicesOfOneNameAreNumbered) {
     registerTest("A", TestResult::PASS());
     setDevices(R"([{"name": "Card", "capabilities": ["Wireless"]},
                    {"name": "Card", "capabilities": ["Wireless"]}])");

@@ -23,13 +23,13 @@ TEST(LanguageTags, AreWrittenAsFilesAreNamed) {
     EXPECT_EQ(canonicalTag("fil"), "fil");
 }
 
-TEST(LanguageTags, AreUnderstoodAsEnvironmentsHaveThem) {
+TEST(LanguageTags, AreUnderstoodInTheNotationOfTheEnvironment) {
     EXPECT_EQ(canonicalTag("de_AT.UTF-8"), "de-AT");
     EXPECT_EQ(canonicalTag("ca_ES.UTF-8@valencia"), "ca-ES");
     EXPECT_EQ(canonicalTag("fr_FR@euro"), "fr-FR");
 }
 
-TEST(LanguageTags, ThatCouldLeadOutOfAFolderAreNone) {
+TEST(LanguageTags, ThatCouldLeadOutOfAFolderAreRefused) {
     for (const char* text :
          {"../../x", "..",           "de/../../x", "de\\x",     "/etc/passwd", "C:de",   "de\n",
           "de de",   "de-",          "-",          "",          "d",           "de--AT", "de-*",

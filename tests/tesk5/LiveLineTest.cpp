@@ -1,4 +1,4 @@
-// The live line on a terminal that is only remembered.
+// The live line on a simulated terminal.
 #include "FrameworkTest.h"
 
 #include <console/LiveLine.h>
@@ -17,7 +17,7 @@ class TheLiveLine : public FrameworkTest {
 protected:
     static constexpr std::size_t WIDE = 80;
 
-    // What a person sees of what was written, the cursor's column taken into account.
+    // What a person sees of the output, which moves the cursor back.
     static std::string shown(const std::string& written) {
         std::string line;
         std::size_t column = 0;
@@ -36,7 +36,7 @@ protected:
     std::string shown() const { return shown(output()); }
 };
 
-TEST_F(TheLiveLine, ShowsWhatGoesOnForHowLongAndForHowLongAtMost) {
+TEST_F(TheLiveLine, ShowsActivityElapsedTimeAndLongestTime) {
     LiveLine line(mrl::cout, WIDE);
     EXPECT_EQ(output(), "");
     line.begin();
@@ -51,7 +51,7 @@ TEST_F(TheLiveLine, ShowsWhatGoesOnForHowLongAndForHowLongAtMost) {
     EXPECT_EQ(shown(), "  Searching: 8 s so far");
 }
 
-TEST_F(TheLiveLine, NeverPromisesLessThanNothing) {
+TEST_F(TheLiveLine, NeverShowsANegativeTime) {
     LiveLine line(mrl::cout, WIDE);
     line.begin();
     line.tell("Scanning", 2);
@@ -77,7 +77,7 @@ TEST_F(TheLiveLine, LeavesNothingBehindAtItsEnd) {
     EXPECT_EQ(output().back(), '\r') << "the next line begins at the left";
 }
 
-TEST_F(TheLiveLine, MakesRoomForWhatStays) {
+TEST_F(TheLiveLine, MakesRoomForPermanentLines) {
     LiveLine line(mrl::cout, WIDE);
     line.begin();
     std::string meanwhile;
@@ -129,7 +129,7 @@ TEST(ATicker, TicksUntilItIsDestroyed) {
 
 class Quiet : public FrameworkTest {};
 
-TEST_F(Quiet, RunsThatGoWellSayNothing) {
+TEST_F(Quiet, SuccessfulRunsPrintNothing) {
     registerTest("A", tesk5::TestResult::PASS());
     registerTest("B", tesk5::TestResult::COMPLETED());
     EXPECT_EQ(start({"run", "--quiet"}), 0);
@@ -137,7 +137,7 @@ TEST_F(Quiet, RunsThatGoWellSayNothing) {
     EXPECT_EQ(errors(), "");
 }
 
-TEST_F(Quiet, RunsThatDoNotAreToldAsEver) {
+TEST_F(Quiet, UnsuccessfulRunsArePrintedAsUsual) {
     registerTest("A", tesk5::TestResult::PASS());
     registerTest("B", [](const tesk5::DiagDevice&) {
         tesk5::DiagModule::warning(tesk5::DiagModule::createEvent("PLAIN"), "", 1);
@@ -168,7 +168,7 @@ TEST_F(ColoursOfVerdicts, AreThereWhenAskedForAndElseInATerminalOnly) {
     EXPECT_EQ(output().find('\x1b'), std::string::npos);
 }
 
-TEST_F(ColoursOfVerdicts, OfNoSuchChoiceAreRefused) {
+TEST_F(ColoursOfVerdicts, OfAnUnknownChoiceAreRefused) {
     EXPECT_EQ(start({"run", "--color", "green"}), 64);
     EXPECT_EQ(errors(), "example: --color \"green\" is no choice; give auto, always or never\n");
 }

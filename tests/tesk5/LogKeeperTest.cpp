@@ -20,7 +20,7 @@ void log(int priority, const std::string& text) {
     mrl::LoggerStream(logger.admitting(priority), priority) << text;
 }
 
-TEST(LogKeeper, KeepsLinesWhileNobodyElseLogs) {
+TEST(LogKeeper, KeepsLinesWithoutAnotherSink) {
     const LogKeeper keeper;
     log(0, "trace");
     log(1, "one\n");
@@ -44,7 +44,7 @@ TEST(LogKeeper, PassesOnWhatWasAdmittedBefore) {
     EXPECT_THAT(captured.texts(), ElementsAre("admitted", "later"));
 }
 
-TEST(LogKeeper, TracesThatWereAskedForGoOnAndAreNotKept) {
+TEST(LogKeeper, PassesRequestedTracesOnAndDoesNotKeepThem) {
     const CapturedLog captured(0);
     const LogKeeper keeper;
     log(0, "trace");

@@ -82,7 +82,7 @@ TEST_F(Matching, ARequirementWithValueMeansThisValueAlone) {
     EXPECT_THAT(againstWith({}), ElementsAre("lacks the property \"Bus\" with the value \"PCI\""));
 }
 
-TEST_F(Matching, TellsEveryReasonAtOnce) {
+TEST_F(Matching, GivesEveryReason) {
     check.addDevicePropertyExclusion("WirelessWAN", "")
         ->addDevicePropertyExclusion("WiMAX", "")
         ->addDevicePropertyRequirement("wlanAPISupported", "");
@@ -101,7 +101,7 @@ TEST(Capabilities, AreFoundByTheNamesThatTheyGive) {
     EXPECT_FALSE(DeviceCapability::Wireless().includes(both));
 }
 
-TEST(Devices, TellAnEmptyPropertyFromNone) {
+TEST(Devices, DistinguishAnEmptyPropertyFromNone) {
     const DiagDevice device("Card", DeviceCapability(), {{"A", ""}, {"B", "b"}});
     EXPECT_TRUE(device.property("A").exists());
     EXPECT_FALSE(device.property("C").exists());

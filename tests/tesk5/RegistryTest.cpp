@@ -128,7 +128,7 @@ TEST(TeskStrings, HoldOneTextInTwoForms) {
     EXPECT_EQ(text.mrlString(), mrl::String("Grün"));
 }
 
-TEST(TeskStrings, MendIllFormedTextInBothForms) {
+TEST(TeskStrings, RepairIllFormedTextInBothForms) {
     const tesk5::TeskString text(std::string("a\xFFz"));
     EXPECT_EQ(text.utf8(), "a\uFFFDz");
     EXPECT_EQ(text.mrlString(), mrl::String(MRL_TEXT("a\uFFFDz")));

@@ -32,7 +32,7 @@ protected:
     }
 };
 
-TEST_F(Reports, TellTheWholeRun) {
+TEST_F(Reports, DescribeTheWholeRun) {
     auto* name = DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
     auto* limit = DiagModule::createParameter("Limit", DataType::UINT32(), "", false, true);
     auto* event = DiagModule::createEvent("WEAK");
@@ -110,7 +110,7 @@ TEST_F(Reports, ReplaceTheOldOneAndLeaveNothingElse) {
     EXPECT_THAT(filesThere(), ElementsAre("devices.json", "report.json"));
 }
 
-TEST_F(Reports, TellOfRunsThatAStopRequestForestalled) {
+TEST_F(Reports, ListRunsThatAStopRequestPrevented) {
     registerTest("A", [](const DiagDevice&) {
         tesk5::RunContext::current().stopRequest.raise();
         return TestResult::PASS();
@@ -122,7 +122,7 @@ TEST_F(Reports, TellOfRunsThatAStopRequestForestalled) {
     EXPECT_EQ(report()["exit"], 6);
 }
 
-TEST_F(Reports, TellWhatBrokeATestOffAndOnlyThat) {
+TEST_F(Reports, GiveTheReasonForABrokenTestAlone) {
     registerTest("A", [](const DiagDevice&) -> TestResult {
         throw tesk5::TeskException("the card \xfc vanished");
     });
@@ -160,7 +160,7 @@ TEST_F(Reports, AreNotTouchedBeforeTheRunIsOver) {
     EXPECT_EQ(start(toReport()), 0);
 }
 
-TEST_F(Reports, ThatCannotBeWrittenInTheEndAreAFailureWithWords) {
+TEST_F(Reports, ThatCannotBeWrittenAreAFailureWithAReason) {
     registerTest("A", [this](const DiagDevice&) {
         std::filesystem::create_directory(mrl::System::path(file("report.json")));
         fileWith("report.json/full", "");
@@ -198,7 +198,7 @@ TEST(ReportTimes, AreCutToMilliseconds) {
     EXPECT_EQ(at(sys_days(year(1969) / December / 31) + hours(23)), "1969-12-31T23:00:00.000Z");
 }
 
-TEST_F(Reports, FileNamesThatMeanTheSameAreKnownAsSuch) {
+TEST_F(Reports, DifferentPathsToOneFileAreRecognised) {
     EXPECT_TRUE(tesk5::nameSameFile(file("a"), file("./a")));
     EXPECT_FALSE(tesk5::nameSameFile(file("a"), file("b")));
     EXPECT_TRUE(tesk5::nameSameFile("a", "./x/../a"));

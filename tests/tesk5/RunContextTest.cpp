@@ -14,7 +14,7 @@ using tesk5::DiagModule;
 using tesk5::RunContext;
 using tesk5::TestResult;
 
-// A test function takes no context; these are what the two below work with.
+// For the two test functions below, which get only a device.
 RunContext* g_inner = nullptr;
 int g_innerExit = -1;
 

@@ -222,7 +222,7 @@ TEST_F(Runs, LetExceptionsOfAnyTypePass) {
     EXPECT_THAT(errors(), HasSubstr("an exception ended C on Card 1; the run ends here\n"));
 }
 
-TEST_F(Runs, TurnAFailureOfTheModulesCallbackIntoOneWithWords) {
+TEST_F(Runs, TurnAFailureOfTheModulesCallbackIntoOneWithAReason) {
     registerTest("A", TestResult::PASS());
     DiagModule::setModuleInitCallback([] { throw std::runtime_error("no room"); });
     EXPECT_THROW(start({"run"}), tesk5::TeskException);

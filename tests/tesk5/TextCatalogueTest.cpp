@@ -51,7 +51,7 @@ TEST_F(Texts, ThatAFileLacksComeFromTheProgram) {
     EXPECT_EQ(text("B"), "built-in B");
 }
 
-TEST_F(Texts, OfNoKeyAreTheKey) {
+TEST_F(Texts, OfAnUnknownKeyAreTheKey) {
     EXPECT_EQ(text("NO_SUCH_KEY"), "NO_SUCH_KEY");
     EXPECT_EQ(text(""), "");
 }
@@ -93,7 +93,7 @@ TEST_F(Texts, OfAnotherLanguageFallBackToEnglishThenToTheProgram) {
     EXPECT_EQ(text("A", "fr"), "English A");
 }
 
-TEST_F(Texts, DoWithoutABuiltInCopyThatIsNone) {
+TEST_F(Texts, DoWithoutAnUnusableBuiltInCopy) {
     EXPECT_EQ(text("A", "en", "{"), "A");
     EXPECT_THAT(log.texts(), testing::ElementsAre(HasSubstr("of the program itself are not used")));
 }

@@ -1,5 +1,5 @@
-// Which language is spoken, and what is said in it. A language that was used once stays as it was
-// read, therefore each test has a language of its own.
+// The choice of the language, and the texts in it. The files of a language are read once, so each
+// test has a language of its own.
 #include "FrameworkTest.h"
 
 #include <support/CapturedLog.h>
@@ -83,7 +83,7 @@ TEST_F(SpokenTexts, OfABrokenFileAreEnglishAndTheLogNamesTheFile) {
     EXPECT_THAT(log.texts(), Contains(AllOf(HasSubstr("sv.json"), HasSubstr("line 2, column 2"))));
 }
 
-TEST_F(SpokenTexts, OfAFileThatLiesAboutItsTextsAreEnglish) {
+TEST_F(SpokenTexts, ThatAreNotStringsAreEnglish) {
     const CapturedLog log;
     write("tesk5", "fi", R"({"LIST_TESTS": 1})");
     EXPECT_TRUE(setLanguage("fi"));
@@ -91,7 +91,7 @@ TEST_F(SpokenTexts, OfAFileThatLiesAboutItsTextsAreEnglish) {
     EXPECT_THAT(log.texts(), Contains(HasSubstr("the text of \"LIST_TESTS\" is no string")));
 }
 
-TEST_F(SpokenTexts, AreSpokenByTheWholeProgram) {
+TEST_F(SpokenTexts, AreUsedByTheWholeProgram) {
     write("tesk5", "nb", R"({"LIST_TESTS": "Tester", "INPUT_UNKNOWN_TEST": "ukjent: {Name}",
                              "INPUT_UNKNOWN_LANGUAGE": "ukjent språk: {Language}"})");
     EXPECT_EQ(start({"list", "--language", "nb"}), 0);
@@ -102,14 +102,14 @@ TEST_F(SpokenTexts, AreSpokenByTheWholeProgram) {
     EXPECT_THAT(errors(), HasSubstr("example: ukjent språk: xx\n"));
 }
 
-TEST_F(SpokenTexts, OfALanguageThatIsNotThereAreRefusedInTheOneInForce) {
+TEST_F(SpokenTexts, OfAnUnknownLanguageAreRefusedInTheLanguageInForce) {
     EXPECT_EQ(start({"list", "--language", "../xx"}), 64);
     EXPECT_EQ(errors(), "example: there are no texts in the language \"../xx\"; give one of en\n");
     EXPECT_EQ(output(), "");
 }
 
 #ifndef _WIN32
-// There the system decides; the tests of the whole program look at it.
+// On Windows the system decides; the tests of the executable cover that.
 class Environment {
 public:
     explicit Environment(const char* name, const char* value) : m_name(name) {

@@ -96,7 +96,7 @@ std::vector<HWND> topLevelWindows() {
     return windows;
 }
 
-// One run of the probe: the wanted window and what was answered so far.
+// One run of the probe: its window and the answers so far.
 class Probe {
 public:
     Probe(std::wstring title, DWORD waitMs) : m_title(std::move(title)), m_waitMs(waitMs) {}
