@@ -1,4 +1,4 @@
-"""What is measured, what each figure is held against, and how far above that it may lie."""
+"""The figures, the floor with which each is compared, and how far above it the figure may be."""
 import dataclasses
 
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Takes every figure beside its floor and prints them as a table; see docs/performance.md.
+"""Measures every figure and its floor and prints them as a table; see docs/performance.md.
 
 A figure comes from a Google Benchmark program of the release build (benchmarks named KEY/figure and
 KEY/floor), from a Windows program or from a Python file of benchmarks/system; each kind hands over
@@ -57,7 +57,7 @@ def native(program, quick, keys):
 
 
 def number(value):
-    """Three digits that mean something."""
+    """`value` with three significant digits, or as a whole number from 100 on."""
     if value == 0 or abs(value) >= 100:
         return f"{value:,.0f}"
     return f"{value:.{2 if abs(value) < 10 else 1}f}"
@@ -68,7 +68,7 @@ def row(goal, figure):
     value, floor = figure["figure"], figure.get("floor")
     shown = f"{number(value)} {goal.unit}"
     if goal.ratio:
-        # Nothing above nothing is no more than it.
+        # 0 meets a floor of 0; any other figure exceeds it.
         ratio = value / floor if floor else (0 if value == 0 else float("inf"))
         return ((goal.what, shown, f"{goal.floor}: {number(floor)} {goal.unit}", f"{ratio:.2f}",
                  f"at most {goal.ratio:g}", "yes" if ratio <= goal.ratio else "NO"),

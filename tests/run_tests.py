@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Builds the tests, runs every suite and counts the tests: the last line is `N passed, M failed`.
 
-The builds run beside the tests of the executable, which mostly wait. A suite is a GoogleTest program of a native build (under ThreadSanitizer: that of the threads alone),
-one of the Windows build (under Wine), a fuzzer (its seeds and what was found before, then a fixed
-number of inputs of its own), a program of benchmarks (each runs once, whatever its figure), or a
-file of Python tests. Each suite's output is kept in
-build/test-logs and shown when it fails.
+The builds run beside the tests of the executable, which mostly wait. A suite is a GoogleTest
+program of a native build (under ThreadSanitizer: only that of the threads) or of the Windows build
+(under Wine), a fuzzer (its seeds and earlier finds, then a fixed number of new inputs), a program
+of benchmarks (each runs once, whatever its figure), or a file of Python tests. The output of each
+suite is kept in build/test-logs and shown when it fails.
 """
 import collections
 import json
@@ -29,7 +29,7 @@ LOGS = ROOT / "build" / "test-logs"
 # A suite that takes longer hangs.
 SUITE_LIMIT_SECONDS = 600
 PYTHON_FOLDERS = ("structure", "system")
-# A few seconds; tools/fuzz takes as long as one likes.
+# A few seconds; tools/fuzz runs for longer.
 INPUTS_OF_A_FUZZER = 2000
 INPUTS_OF_A_SLOW_FUZZER = {"reports": 300, "text_file": 300}
 
@@ -165,7 +165,7 @@ def run_python(path):
 
 
 def about_repeats(repeats):
-    """What there is to say of starts that Wine failed, and the failures that it counts for."""
+    """The line about starts that Wine failed, and the number of failures that they count as."""
     text = f"Starts that Wine failed and that were repeated: {len(repeats)}"
     if len(repeats) <= wine_starts.MOST_REPEATS:
         return text, 0
@@ -225,7 +225,7 @@ class Lanes:
 
 
 def main(patterns):
-    # The texts that tests compare are English, whatever the person speaks who runs them.
+    # The texts that tests compare are English, whatever the language of the system.
     os.environ["LC_ALL"] = "C.UTF-8"
     LOGS.mkdir(parents=True, exist_ok=True)
     notes = LOGS / "wine-repeats"

@@ -2,12 +2,12 @@
 
 Wine 8 does so about once in 10,000 starts, with an empty program too: the exit value is 1, once it
 was 127 with an assertion of the dynamic loader. Such a start says nothing about the program, so it
-is repeated, once, and counted; tests/run_tests.py tells the number and fails when there were many.
+is repeated, once, and counted; tests/run_tests.py prints the number and fails when it is high.
 """
 import os
 import pathlib
 
-# What Wine ends with then. The module uses 1 as well (WARN): only together with the other signs.
+# The exit values of such a start. The module uses 1 too (WARN), so other signs must be present.
 EXIT_VALUES = (1, 127)
 # More repeats than this in one run of all tests are a fault of another kind.
 MOST_REPEATS = 3

@@ -1,8 +1,8 @@
 """Figures of the dialog, on real windows under Wine.
 
-The idle minute is the shipped executable's, looked at from outside. The click is taken inside, by
-bench_dialog_click.exe on a clock that only sleeping moves: from outside, 350 ms of a click would be
-pauses, and the scheduler's punctuality more than what is to be measured.
+The idle minute is measured on the shipped executable, from outside. The click is measured inside,
+by bench_dialog_click.exe on a virtual clock: from outside, a click contains 350 ms of pauses, whose
+scheduling varies by more than the time to be measured.
 """
 import json
 import os
@@ -39,9 +39,8 @@ def usual_room():
 
 
 def processor_seconds(process):
-    """Time that the processors gave a process and all its threads, in the program and for it in
-    the system."""
-    # Behind the name, which may hold anything, in parentheses: state, then numbers.
+    """Processor time of a process with all its threads, user's and system's."""
+    # After the name, which is in parentheses and may contain any character: state, then numbers.
     fields = (pathlib.Path("/proc") / str(process.pid) / "stat").read_text("ascii") \
         .rpartition(")")[2].split()
     user, system = fields[11:13]

@@ -11,8 +11,8 @@ executable, linked so that this call ends the process.
 Processor time is that of the process, user's and system's, and that of the Wine server in the
 meantime: what Windows' kernel does for a process, and counts as its time, the server does here.
 
-Memory is what belongs to the process alone and comes from no file, between its first scan and the
-end of a search in vain. The simulator and its record of the calls are in both processes.
+Memory is the private memory without mapped files, between the first scan and the end of a search
+without a result. The simulator and its record of the calls are in both processes.
 """
 import json
 import os
@@ -70,7 +70,7 @@ def processor_seconds(process):
 
 
 def wait_until_quiet(wine_server):
-    """Waits until the services that came with the server's first program have come to rest."""
+    """Waits until the services that started with the server's first program are idle."""
     for _ in range(40):
         before = processor_seconds(wine_server)
         time.sleep(0.5)
@@ -79,7 +79,7 @@ def wait_until_quiet(wine_server):
 
 
 class Cost:
-    """What one process has taken, in seconds."""
+    """The times of one process, in seconds."""
 
     def __init__(self, command, wine_server, exit_value=0, environment=None):
         with tempfile.TemporaryFile() as output:
@@ -153,7 +153,7 @@ def own_kilobytes(process):
 
 
 def memory():
-    """What both keep of a search, side by side: memory does not mind company."""
+    """The memory of both during a search. They run side by side, which does not affect memory."""
     processes, first = [], []
     begin = time.monotonic()
     for command in (SEARCH, same_calls("search")):

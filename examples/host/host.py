@@ -33,14 +33,14 @@ def now():
 
 
 def visible(text):
-    """`text` without anything that could move a cursor or turn the reading direction: names in it
-    were chosen by strangers."""
+    """`text` with every character escaped that could move a cursor or reverse the reading
+    direction: it contains names of networks, which anyone nearby can choose."""
     return "".join(c if c.isprintable() else c.encode("unicode_escape").decode("ascii")
                    for c in text)
 
 
 class Job:
-    """One process of the module, and what it has told so far."""
+    """One process of the module, and what it has reported so far."""
 
     def __init__(self, name, command, grace):
         self.name = name
@@ -113,7 +113,7 @@ class Job:
             f"; no device for {without['test']}" for without in self.without_device)
 
     def _test_started(self, line):
-        # A person takes the time that a person takes.
+        # The test waits for a person, so there is no time limit.
         self._allow(None if line["interactive"] else self.grace)
         return f"{line['test']} on {line['device']['name']}"
 
@@ -151,7 +151,7 @@ class Job:
               "broken": _broken, "stopping": _stopping, "runEnded": _run_ended}
 
     def finish(self):
-        """Draws the verdict, the process being over."""
+        """Determines the verdict after the process has ended."""
         self.over = True
         with self._errors:
             self._errors.seek(0)
@@ -167,7 +167,7 @@ class Job:
         return BROKEN_DOWN
 
     def check_time(self):
-        """Asks a job for its end that takes longer than it said, and then ends it."""
+        """Asks a job that exceeds its announced time to end, and then kills it."""
         if self.over or self._deadline is None or time.monotonic() < self._deadline:
             return
         self.problem = "took longer than it said"
@@ -178,7 +178,7 @@ class Job:
             self._allow(self.grace)
 
     def ask_to_stop(self):
-        """The first asking ends the run after the current test, the second at once."""
+        """The first call ends the run after the current test, the second at once."""
         self._asked = True
         if self._process and self._process.poll() is None:
             self._process.send_signal(
@@ -198,7 +198,7 @@ class Job:
 
 
 def follow(jobs, say):
-    """Runs the jobs to their end. Ctrl+C asks all of them for it."""
+    """Runs the jobs to their end. Ctrl+C asks all of them to end."""
     happenings = queue.Queue()
     for job in jobs:
         job.start(happenings)

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Reads every #include of the product and refuses an arrow that the house does not have.
+"""Checks every #include of the product against the dependencies of the architecture.
 
     mrl  <-  nativewifi  <-  networkadapters  <-  module
     mrl  <-  tesk5       <-  networkadapters
@@ -8,8 +8,8 @@
     mrl  <-  dialogprobe
     inside tesk5:  model <- texts <- devices <- run <- reports, console <- commandline
 
-Of a chain, the end may include every link before it. Win32 and third-party headers have their
-places too. Prints `file:line: message` for each offence.
+A component may include every component to its left. Win32 and third-party headers are allowed in
+certain files only. Prints `file:line: message` for each offence.
 """
 
 import pathlib
@@ -19,7 +19,7 @@ import sys
 import tree_check
 
 FOLDERS = ("common", "modules", "tools")
-# Resource scripts are left out: they are Win32 through and through and link nothing.
+# Resource scripts are left out: they include only Win32 headers and link nothing.
 SUFFIXES = (".h", ".hpp", ".inl", ".c", ".cc", ".cpp")
 
 MODULE = "modules/src/windows/diag/mrlrantenna"
@@ -58,8 +58,8 @@ ARROWS = {
                             "libUikit"},
 }
 
-# The rooms of the framework, and what each may include besides its own headers. A public header is
-# of the room that has its source, one without a source of the model.
+# The rooms of the framework, and what each may include besides its own headers. A public header
+# belongs to the room with its source; one without a source belongs to the model.
 FRAMEWORK = "common/src/libtesk5"
 ROOMS = {
     "model": set(),
@@ -71,7 +71,7 @@ ROOMS = {
     "commandline": {"model", "texts", "devices", "run", "reports", "console"},
 }
 
-# Headers known by name wherever they lie, so that an arrow is seen before its end exists.
+# Headers recognised by name, so that a dependency is found before the header exists.
 NAMES = (
     (re.compile(r"mrl/"), "mrl"),
     (re.compile(r"nativewifi/"), "nativewifi"),
@@ -120,7 +120,7 @@ THIRD_PARTY = (
 
 INCLUDE = re.compile(
     r'^[ \t]*#[ \t]*include[ \t]*(?:<([^>\n]+)>|"([^"\n]+)"|([^\n]*))', re.MULTILINE)
-# Texts come first: the marks of a comment inside them begin none.
+# String literals come first: comment marks inside them do not begin a comment.
 TEXT_OR_COMMENT = re.compile(r'"(?:\\.|[^"\\\n])*"|/\*.*?\*/|//[^\n]*', re.DOTALL)
 
 

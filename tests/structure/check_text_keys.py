@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Compares the English texts of each part with the keys that its code names.
 
-A key is a string literal in the code. One that has no text would be shown as it is; a text that no
-literal names would be translated for nobody. A literal that ends with an underscore names every key
-that begins with it. Prints `file: message` for each offence.
+A key is a string literal in the code. A key without a text would be shown as it is; a text that no
+literal names is unused. A literal that ends with an underscore names every key that begins with
+it. Prints `file: message` for each offence.
 """
 
 import json
@@ -22,7 +22,7 @@ SUFFIXES = (".h", ".cpp", ".rc", ".html")
 LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
 KEY = re.compile(r"[A-Z][A-Z0-9]*(?:_[A-Z0-9]+)+$")
 BEGINNING = re.compile(r"[A-Z][A-Z0-9_]*_$")
-# Templates of pages name their texts so.
+# How templates of pages name their texts.
 IN_PAGE = re.compile(r"\{\{\s*([A-Z][A-Z0-9_]*)\s*\}\}")
 # Calls whose first argument is a key, whatever it looks like.
 LOOKED_UP = re.compile(r'\b(?:message|Message|textOf|createLocalizedString|createEvent)\s*\(\s*"([^"]+)"')
@@ -44,8 +44,8 @@ def keys_of(root, part):
 def check_part(root, part, folders, known_elsewhere):
     """Every offence of one part, as (file, message)."""
     english, keys = keys_of(root, part)
-    # A framework's key begins with its area (INPUT_, LIST_): what begins so is one, wherever it is
-    # named, in a table as well as in a call.
+    # A key of the framework begins with its area (INPUT_, LIST_), so every literal with such a
+    # beginning is a key, in a table as well as in a call.
     areas = {key.split("_")[0] for key in keys if KEY.match(key)} if part == "tesk5" else set()
     named = set()
     for path, text in code_of(root, folders):

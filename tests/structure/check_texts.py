@@ -110,7 +110,7 @@ def offences_of(folder):
 
 
 def languages_missing(folders):
-    """Languages that another folder has: a program speaks one of them at a time."""
+    """Languages that only another folder has: a program needs the texts of all folders."""
     languages = {folder: {path.name for path in folder.glob("*.json")} for folder in folders}
     everywhere = set().union(*languages.values())
     for folder, found in languages.items():

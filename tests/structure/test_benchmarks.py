@@ -1,4 +1,4 @@
-"""The table of ./bench: what it says of a figure, and that the page has every one of them."""
+"""The table of ./bench: how it judges a figure, and that docs/performance.md has every figure."""
 import pathlib
 import re
 import sys
@@ -25,7 +25,7 @@ class Row(unittest.TestCase):
         self.assertEqual(cells[-1], "NO")
         self.assertFalse(met)
 
-    def test_nothing_above_nothing_is_met(self):
+    def test_a_figure_of_zero_meets_a_floor_of_zero(self):
         self.assertTrue(run_benchmarks.row(RATIO, {"figure": 0, "floor": 0})[1])
         self.assertFalse(run_benchmarks.row(RATIO, {"figure": 1, "floor": 0})[1])
 
@@ -35,7 +35,7 @@ class Row(unittest.TestCase):
         self.assertTrue(met)
         self.assertFalse(run_benchmarks.row(LIMIT, {"figure": 3.1})[1])
 
-    def test_numbers_have_the_digits_that_mean_something(self):
+    def test_numbers_have_three_significant_digits(self):
         self.assertEqual([run_benchmarks.number(value) for value in (0, 0.051, 4.2, 31.44, 4711)],
                          ["0", "0.05", "4.20", "31.4", "4,711"])
 

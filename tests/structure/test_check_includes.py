@@ -1,4 +1,4 @@
-"""What check_includes.py lets pass and what it refuses, on small trees made for the purpose."""
+"""What check_includes.py accepts and refuses, on small trees made for the test."""
 
 import contextlib
 import io
@@ -123,12 +123,12 @@ class Arrows(Tree):
         self.assert_refused(f"{MODULE}/ModuleObjects.cpp", "windows.h",
                             "windows.h is for the Win32 parts of the house")
 
-    def test_a_way_around_by_folders_leads_to_the_same_place(self):
+    def test_a_path_through_parent_folders_leads_to_the_same_file(self):
         self.file(f"{TESK5}/tesk5/Test.h")
         self.assert_refused(self.FILES["nativewifi"], '"../../libtesk5/tesk5/Test.h"',
                             "nativewifi must not include tesk5 (../../libtesk5/tesk5/Test.h)")
 
-    def test_what_a_library_keeps_in_src_is_its_own(self):
+    def test_headers_in_a_librarys_src_are_private(self):
         self.file(f"{WIFI}/src/Loader.h")
         self.assert_passes(self.FILES["nativewifi"], '"Loader.h"')
         self.assert_refused(self.FILES["networkadapters"], '"../../libnativewifi/src/Loader.h"',
@@ -233,7 +233,7 @@ class ThirdPartyHeaders(Tree):
         self.assert_refused(f"{MODULE}/MRLrAntenna.cpp", "CLI/CLI.hpp",
                             "CLI has no place here (CLI/CLI.hpp)")
 
-    def test_test_code_has_no_place_in_the_product(self):
+    def test_test_headers_are_refused_in_the_product(self):
         for header in ("gtest/gtest.h", "support/VirtualClock.h", "fuzzer/FuzzedDataProvider.h"):
             self.assert_refused(f"{TESK5}/src/A.cpp", header,
                                 f"test code has no place here ({header})")
@@ -247,7 +247,7 @@ class Reading(Tree):
         self.assertEqual(self.offences(),
                          [f"{self.PATH}:4: mrl must not include tesk5 (tesk5/Test.h)"])
 
-    def test_every_offence_is_told(self):
+    def test_every_offence_is_reported(self):
         self.file(self.PATH, "#include <tesk5/Test.h>\n#include <windows.h>\n")
         self.file(f"{WIFI}/nativewifi/A.h", "#include <afxwin.h>\n")
         self.assertEqual([line.split(": ")[0] for line in self.offences()],
@@ -276,7 +276,7 @@ class Reading(Tree):
         self.file("tests/mrl/A.cpp", "#include <windows.h>\n")
         self.assertEqual(self.offences(), [])
 
-    def test_bytes_that_are_no_utf8_stop_nothing(self):
+    def test_invalid_utf8_does_not_stop_the_check(self):
         self.file(self.PATH)
         (self.root / self.PATH).write_bytes(b"// M\xfcller\n#include <windows.h>\n")
         self.assertEqual(len(self.offences()), 1)
@@ -302,7 +302,7 @@ class CommandLine(Tree):
         self.assertEqual(code, 1)
         self.assertEqual(out, f"{MRL}/src/A.cpp:1: windows.h is for the Win32 parts of the house\n")
 
-    def test_a_folder_without_sources_is_no_clean_tree(self):
+    def test_a_folder_without_sources_is_refused(self):
         code, out, err = self.run_main("--root", str(self.root / "nowhere"))
         self.assertNotEqual(code, 0)
         self.assertEqual(out, "")

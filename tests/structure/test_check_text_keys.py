@@ -1,5 +1,5 @@
-"""What check_text_keys.py lets pass and what it refuses, on small trees made for the purpose; and
-that the shipped texts are those that the code names."""
+"""What check_text_keys.py accepts and refuses, on small trees made for the test; and that the
+shipped texts are those that the code names."""
 
 import json
 import pathlib

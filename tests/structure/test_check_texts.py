@@ -1,5 +1,5 @@
-"""What check_texts.py lets pass and what it refuses, on small trees made for the purpose; and that
-the shipped texts pass."""
+"""What check_texts.py accepts and refuses, on small trees made for the test; and that the shipped
+texts pass."""
 
 import contextlib
 import io

@@ -1,4 +1,4 @@
-"""What is repeated because Wine failed before the program began, and what never is."""
+"""Which starts are repeated because Wine failed before the program began, and which are not."""
 import os
 import pathlib
 import stat
@@ -16,7 +16,7 @@ import wine_starts
 
 
 class FakeWine(unittest.TestCase):
-    """Puts a script in Wine's place that counts its starts."""
+    """Replaces Wine by a script that counts its starts."""
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -29,7 +29,7 @@ class FakeWine(unittest.TestCase):
         self.addCleanup(changed.stop)
 
     def wine_does(self, *starts):
-        """What the starts do, as shell commands, one after the other; the last one again and again."""
+        """Sets the shell command of each start in turn; the last one serves all further starts."""
         script = self.folder / "wine"
         lines = "\n".join(f"[ $n = {i} ] && {{ {start}; }}" for i, start in enumerate(starts, 1))
         script.write_text(f"#!/bin/sh\necho >>{self.folder}/starts\n"
@@ -65,7 +65,7 @@ class Repeated(FakeWine):
             self.assertEqual(run_tests.run_google_test("fake", ["wine", "test_x.exe"]), (3, 0))
         self.assertEqual(self.repeats(), 1)
 
-    def test_is_no_start_a_second_time(self):
+    def test_is_each_start_once_at_most(self):
         self.wine_does("exit 1")
         self.assertEqual(self.run_program().exit, 1)
         self.assertEqual(self.starts(), 2)
@@ -80,7 +80,7 @@ class NeverRepeated(FakeWine):
     def test_is_a_program_that_wrote_something(self):
         self.assert_not_repeated("echo WARN; exit 1", 1)
 
-    def test_is_a_program_that_complained(self):
+    def test_is_a_program_that_wrote_to_standard_error(self):
         self.assert_not_repeated("echo complaint >&2; exit 1", 1)
 
     def test_is_a_quiet_program_that_called_the_radio(self):

@@ -1,4 +1,4 @@
-"""How a check of the source tree is started: on which tree, what it prints, how it ends."""
+"""The command line of a check of the source tree: its tree, its output and its exit value."""
 import argparse
 import pathlib
 

@@ -37,7 +37,7 @@ TEXTS = texts_of("en")
 
 
 class Dialog:
-    """The open dialog of a running program, on a display and in a prefix of its own."""
+    """The open dialog of a running program, with its own display and Wine prefix."""
 
     def __init__(self, test, scenario=None, dpi=96, language="en"):
         self._folder = test.folder
@@ -77,12 +77,12 @@ class Dialog:
             ready, _, _ = select.select([pipe], [], [], max(end - time.monotonic(), 0))
             piece = os.read(pipe, 65536) if ready else b""
             if not piece:
-                raise AssertionError(f"no answer to {words}; the program says:\n{self.told()!r}")
+                raise AssertionError(f"no answer to {words}; the program says:\n{self.output()!r}")
             answer += piece
         lines = [json.loads(line) for line in answer.splitlines() if line]
         for line in lines:
             if "error" in line:
-                raise AssertionError(f"{words}: {line['error']}; the program says:\n{self.told()!r}")
+                raise AssertionError(f"{words}: {line['error']}; the program says:\n{self.output()!r}")
         return lines
 
     # What it shows.
@@ -108,7 +108,7 @@ class Dialog:
                 controls[ID.STRENGTH_TEXT]["text"], controls[ID.SIGNAL_METER]["position"])
 
     def focus(self):
-        """Id of the control that has the keyboard."""
+        """Id of the control that has the keyboard focus."""
         return self._ask("focus")[0]["id"]
 
     def open_windows(self):
@@ -116,11 +116,11 @@ class Dialog:
         return [tuple(window["rect"]) for window in self._ask("windows") if window["visible"]]
 
     def rooms(self):
-        """For each text on display: id, text, the room that it has and the room that it needs."""
+        """For each visible text: id, text, the size that it has and the size that it needs."""
         return self._ask("fit")
 
     def objects(self):
-        """What the program holds: drawing objects (gdi), windows (user), memory of its own in KiB
+        """The program's resources: drawing objects (gdi), windows (user), private memory in KiB
         and open files."""
         process = pathlib.Path("/proc") / str(self._program.pid)
         memory = re.search(r"^RssAnon:\s*(\d+) kB$", (process / "status").read_text("ascii"), re.M)
@@ -131,7 +131,7 @@ class Dialog:
         return self._display.colours(self.control(control_id)["rect"])
 
     def screenshot(self, name):
-        """Leaves a picture of the dialog in build/screenshots."""
+        """Writes a picture of the dialog to build/screenshots."""
         self._display.picture(self.window()["rect"], SCREENSHOTS / f"{name}.png")
 
     # What a person does.
@@ -166,7 +166,7 @@ class Dialog:
     def is_running(self):
         return self._program.poll() is None
 
-    def told(self):
+    def output(self):
         """Exit value and output of the program, so far."""
         return Run(self._program.poll(), (self._folder / "out.txt").read_bytes(),
                    (self._folder / "err.txt").read_bytes())
@@ -176,8 +176,8 @@ class Dialog:
         try:
             self._program.wait(END_SECONDS)
         except subprocess.TimeoutExpired:
-            raise AssertionError(f"the program goes on:\n{self.told()!r}") from None
-        return self.told()
+            raise AssertionError(f"the program goes on:\n{self.output()!r}") from None
+        return self.output()
 
 
 class DialogTest(ProgramTest):

@@ -1,5 +1,5 @@
-"""A display and a Wine prefix for one program alone: what it shows and what it does to focus, mouse
-and registry meets no other test, and no person at the machine."""
+"""A display and a Wine prefix for one program alone, so that its windows, focus, mouse and registry
+affect neither other tests nor a person at the machine."""
 import os
 import pathlib
 import select
@@ -13,7 +13,7 @@ SIZE = (1600, 1200)
 START_SECONDS = 30
 STOP_SECONDS = 10
 
-# Without a window manager Wine must draw title bars and hand out the keyboard by itself.
+# Without a window manager Wine must draw title bars and move the keyboard focus itself.
 REGISTRY = """
 [Software\\\\Wine\\\\X11 Driver]
 "Managed"="N"
@@ -24,8 +24,8 @@ REGISTRY = """
 
 
 def share(source, target):
-    """Makes one more name for a file, unless it has just gone. A registry's file is copied: one with
-    two names Wine empties and writes in place, under the eyes of both prefixes."""
+    """Links a file into another prefix, unless it has just been removed. A registry file is copied:
+    Wine rewrites a file with two links in place, which would change both prefixes."""
     try:
         if pathlib.Path(source).suffix == ".reg":
             shutil.copy2(source, target)
@@ -36,12 +36,12 @@ def share(source, target):
 
 
 def what_is_temporary(folder, names):
-    """What other programs, which may be running now, keep for a moment only."""
+    """The temporary files, which running programs may remove at any time."""
     return names if pathlib.Path(folder).name.lower() == "temp" else ()
 
 
 def stop(process):
-    """Ends a process, gently at first."""
+    """Ends a process: with SIGTERM, and with SIGKILL when it does not end in time."""
     if process.poll() is None:
         process.terminate()
     try:
@@ -52,7 +52,7 @@ def stop(process):
 
 
 class Display:
-    """A virtual display with a number that nobody else has."""
+    """A virtual display with an unused number."""
 
     def __init__(self):
         reader, writer = os.pipe()
@@ -64,7 +64,7 @@ class Display:
                 stderr=subprocess.DEVNULL)
             os.close(writer)
             ready, _, _ = select.select([numbers], [], [], START_SECONDS)
-            # The whole line: the server ends when nobody takes the end of it.
+            # The whole line: the server ends when the pipe closes before it has written all of it.
             number = numbers.readline().strip() if ready else b""
         if not number:
             self.close()
@@ -75,7 +75,7 @@ class Display:
         stop(self._server)
 
     def press(self, *keys):
-        """Presses real keys, by their X names, for whoever has the keyboard."""
+        """Presses keys, by their X names, in the window that has the keyboard focus."""
         self._run("xdotool", "key", "--delay", "50", *keys)
 
     def click(self, x, y):

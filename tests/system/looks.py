@@ -1,4 +1,4 @@
-"""What can be seen to be wrong with a dialog: clipped texts, and controls that overlap."""
+"""Finds visible faults of a dialog: clipped texts and overlapping controls."""
 import itertools
 
 from dialog import ID, DialogTest
@@ -7,7 +7,7 @@ from display import SIZE
 # Controls that lie on one another on purpose: the frame around the picture, of which one shows.
 ON_PURPOSE = {frozenset((ID.IMAGE_FRAME, picture))
               for picture in (ID.RADIO_ON_IMAGE, ID.RADIO_OFF_IMAGE)}
-# Texts that are names for screen readers and never drawn.
+# Texts for screen readers, which are never drawn.
 NOT_DRAWN = {ID.RADIO_ON_IMAGE, ID.RADIO_OFF_IMAGE}
 
 

@@ -1,4 +1,4 @@
-"""Reads what the tests need of a Windows executable's header."""
+"""Reads the parts of a Windows executable's header that the tests need."""
 import struct
 
 SUBSYSTEM_CONSOLE = 3

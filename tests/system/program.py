@@ -30,7 +30,7 @@ def environment(scenario=None, **extra):
     env.setdefault("WINEPREFIX", str(ROOT / "build" / "wineprefix"))
     env.setdefault("WINEDEBUG", "-all,err+heap")
     env.setdefault("WINEDLLOVERRIDES", "wlanapi=n;mscoree=;mshtml=;winemenubuilder.exe=;winedbg.exe=")
-    env["LC_ALL"] = "C.UTF-8"  # Windows' language follows it, and the texts Windows' language
+    env["LC_ALL"] = "C.UTF-8"  # decides Windows' language, and so the texts
     env.pop("RADIOSIM_SCENARIO", None)
     if scenario is not None:
         env["RADIOSIM_SCENARIO"] = str(scenario)

@@ -10,22 +10,22 @@ AT_A_TIME = 4
 
 
 class Record(unittest.TestResult):
-    """Notes what is told to it, to tell it to another result later."""
+    """Records the calls of a result, to replay them on another result later."""
 
-    TOLD = ("startTest", "stopTest", "addSuccess", "addError", "addFailure", "addSkip",
-            "addExpectedFailure", "addUnexpectedSuccess", "addSubTest")
+    CALLS = ("startTest", "stopTest", "addSuccess", "addError", "addFailure", "addSkip",
+             "addExpectedFailure", "addUnexpectedSuccess", "addSubTest")
 
     def __init__(self):
         super().__init__()
-        self._told = []
-        for name in self.TOLD:
+        self._calls = []
+        for name in self.CALLS:
             setattr(self, name, self._note(name))
 
     def _note(self, name):
-        return lambda *arguments: self._told.append((name, arguments))
+        return lambda *arguments: self._calls.append((name, arguments))
 
-    def tell(self, result):
-        for name, arguments in self._told:
+    def replay(self, result):
+        for name, arguments in self._calls:
             getattr(result, name)(*arguments)
 
 
@@ -47,7 +47,7 @@ class SideBySide(unittest.TestSuite):
     def run(self, result, debug=False):
         with concurrent.futures.ThreadPoolExecutor(AT_A_TIME) as pool:
             for running in [pool.submit(run_alone, test) for test in tests_of(self)]:
-                running.result().tell(result)
+                running.result().replay(result)
         return result
 
 

@@ -42,13 +42,13 @@ class BadInput(ProgramTest):
     def test_unreadable_device_file(self):
         self.refused(*self.verify("--devices", "missing.json"), naming=["missing.json"])
 
-    def test_malformed_device_file_is_told_with_its_place(self):
+    def test_malformed_device_file_is_refused_with_the_place(self):
         self.write("cards.json", '[{"name": "card",\n "capabilities": }]')
         self.refused(*self.verify("--devices", "cards.json"), naming=["cards.json", "line 2"])
         self.write("cards.json", [{"name": "card", "capabilities": ["Flying"], "properties": {}}])
         self.refused(*self.verify("--devices", "cards.json"), naming=["cards.json", "Flying"])
 
-    def test_malformed_scenario_is_told_with_its_place(self):
+    def test_malformed_scenario_is_refused_with_the_place(self):
         scenario = self.write("scenario.json", {"interfaces": [{"accessPoints": [{"sid": "Lab"}]}]})
         self.refused(*self.verify("--set", "SSID=Lab"), scenario=scenario,
                      naming=["scenario.json", "/interfaces/0/accessPoints/0"])
@@ -64,7 +64,7 @@ class BadInput(ProgramTest):
     def test_unwritable_log(self):
         self.refused(*self.verify("--log", "no-such-folder/antenna.log"), naming=["no-such-folder"])
 
-    def test_devices_of_the_system_are_no_files(self):
+    def test_system_device_names_are_refused_as_files(self):
         for option in ("--devices", "--json", "--log"):
             for name in ("NUL", "COM1", "con.json", r"\\.\pipe\mrlrantenna"):
                 with self.subTest(option=option, name=name):

@@ -1,4 +1,4 @@
-"""A station's defaults in a file, with the executable as it is shipped."""
+"""The configuration file of a station, with the shipped executable."""
 import unittest
 
 from program import VERIFICATION, WRONG_USAGE, ProgramTest
@@ -13,7 +13,7 @@ class Configuration(ProgramTest):
         for text in naming:
             self.assertIn(text, run.err)
 
-    def test_counts_where_the_command_line_says_nothing(self):
+    def test_applies_where_the_command_line_gives_no_value(self):
         (self.folder / "station").mkdir()
         self.write("station/lab.toml", f'''tests = ["{VERIFICATION}"]
             [parameters]
@@ -50,12 +50,12 @@ class Configuration(ProgramTest):
         run = self.run_program("run", "--config", "station.toml")
         self.assertIn("Es wurde kein Zugriffspunkt angegeben", run.out)
 
-    def test_mistakes_are_told_with_their_place(self):
+    def test_mistakes_are_refused_with_their_place(self):
         self.write("station.toml", '[parameters]\n  SSDI = "Lab"\n')
         self.refused("run", "--config", "station.toml",
                      naming=["station.toml", "line 2, column 3", '"SSDI"', '"SSID"'])
 
-    def test_what_is_no_file_is_refused_without_being_opened(self):
+    def test_anything_but_an_ordinary_file_is_refused_unopened(self):
         for name in ("NUL", "CON", "COM1", "folder/aux.toml", r"\\.\pipe\mrlrantenna", ".", "no.toml"):
             with self.subTest(name):
                 self.refused("run", "--config", name, naming=[f'"{name}" cannot be used'])

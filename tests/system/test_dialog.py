@@ -1,4 +1,4 @@
-"""The interactive test as a technician meets it: real pauses, real executable, real controls."""
+"""The interactive test as a technician uses it: real pauses, real executable, real controls."""
 import time
 import unittest
 
@@ -29,7 +29,7 @@ def rating(percent):
 
 
 class End(DialogTest):
-    """How the dialog ends, and what the program makes of it."""
+    """How the dialog ends, and the result for each way."""
 
     def assert_ended(self, dialog, result):
         run = dialog.ended()
@@ -61,7 +61,7 @@ class End(DialogTest):
         dialog.close()
         self.assert_ended(dialog, "COMPLETED")
 
-    def test_the_space_bar_pushes_finish_once_the_keyboard_is_there(self):
+    def test_the_space_bar_pushes_finish_when_it_has_the_focus(self):
         dialog = self.open()
         self.assertEqual(dialog.focus(), ID.NETWORK_COMBO)
         dialog.press("Tab")
@@ -73,7 +73,7 @@ class End(DialogTest):
     def test_escape_aborts_the_test_and_enter_does_not_end_it(self):
         dialog = self.open()
         dialog.press("Return", "KP_Enter", "Return")
-        # Typed after them, so that they have been dealt with when it has come to effect.
+        # When this key has taken effect, the keys before it have been handled.
         dialog.press("Down")
         self.assert_becomes(lambda: dialog.text(ID.SSID), "Lab")
         self.assertTrue(dialog.is_running())
@@ -138,7 +138,7 @@ class Display(DialogTest):
         self.assertEqual(dialog.strength(), (64, TEXTS["VERY_GOOD"], 64))
         self.assertEqual(controls[ID.SIGNAL_METER]["range"], [0, 100])
 
-        # The first tick of the timer tells of the connection.
+        # The first tick of the timer shows the connection.
         self.assertEqual(controls[ID.CONNECTION_STATE]["text"], "")
         self.assert_becomes(lambda: dialog.text(ID.CONNECTION_STATE), TEXTS["VALID_STATE"])
         self.assert_becomes(lambda: BLUE in dialog.colours(ID.CONNECTION_STATE), True)
@@ -175,7 +175,7 @@ class Display(DialogTest):
         dialog.click(ID.FINISH)
         self.assertEqual(dialog.ended().exit, 0)
 
-    def test_names_as_strangers_choose_them_are_shown_as_text(self):
+    def test_hostile_names_are_shown_as_text(self):
         names = ["<b>&amp;</b>", "R&D", "%s%n{0}", "\\n..\\..\\", "0123456789abcdef" * 2]
         raw = ["1b5b33316d526564", "54776f0d0a4c696e6573"]  # an escape sequence, a line end
         dialog = self.open(room_with(
@@ -267,7 +267,7 @@ class Radio(DialogTest):
         self.assertEqual(dialog.ended().exit, 0)
         self.assertEqual(self.result()["events"], [])
 
-    def test_a_hardware_switch_is_told_in_red_and_the_picture_does_nothing(self):
+    def test_a_hardware_switch_is_reported_in_red_and_the_picture_does_nothing(self):
         dialog = self.open(SCENARIOS / "hardware-switch-off.json")
         state = (TEXTS["HARDWARE_SWITCH_OFF"], ["off"], False)
         self.assertEqual(self.radio(dialog), state)

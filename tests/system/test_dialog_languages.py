@@ -8,7 +8,7 @@ from program import SCENARIOS
 
 load_tests = side_by_side.load_tests
 
-# Names and descriptions end in what another reading direction would move to their front.
+# Names and descriptions end in characters that a wrong reading direction would move to the front.
 CONNECTED = {"interfaces": [{
     "description": "Bench Wi-Fi Adapter 7 (rev. 2)",
     "connection": {"ssid": "Office (5G)", "quality": 64},

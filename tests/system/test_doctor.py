@@ -1,4 +1,4 @@
-"""The doctor as a technician meets it: the real executable in one troubled radio environment each."""
+"""The command doctor of the real executable, with one problem of the radio environment each."""
 import unittest
 
 from program import RESULTS, SCENARIOS, VERIFICATION, ProgramTest
@@ -27,7 +27,7 @@ class Doctor(ProgramTest):
         self.assertEqual(run.err, "", run)
         return problems
 
-    def test_it_finds_nothing_where_all_is_well(self):
+    def test_it_finds_nothing_on_a_working_pc(self):
         self.assertEqual(self.examine(SCENARIOS / "office.json", "--set", "SSID=Lab"), [])
 
     def test_it_names_the_stopped_service(self):
@@ -46,7 +46,7 @@ class Doctor(ProgramTest):
         self.assertIn(f"There is no wireless adapter for DiversityTest, {VERIFICATION}.",
                       problems[0])
 
-    def test_it_tells_the_two_ways_to_switch_a_radio_off_apart(self):
+    def test_it_distinguishes_the_two_ways_to_switch_a_radio_off(self):
         hardware = self.examine(SCENARIOS / "hardware-switch-off.json")
         self.assertEqual(len(hardware), 1)
         self.assertIn("switched off by the computer's hardware switch", hardware[0])

@@ -1,4 +1,4 @@
-"""A disk that is really full: a small file system of the test's own, filled to the page.
+"""A full disk: a small file system of the test's own, filled to the last page.
 
 Reports are whole or absent there, the old one stays, no temporary file is left, the verdict is
 shown and the exit value is the documented one; with room again, the next run works.
@@ -17,7 +17,7 @@ from display import Prefix
 from program import (EXECUTABLE, LIMIT_SECONDS, RESULTS, SCENARIOS, VERIFICATION, WRONG_USAGE,
                      ProgramTest, environment)
 
-# The file system counts in these.
+# The unit in which the file system allocates.
 PAGE = os.sysconf("SC_PAGESIZE")
 DISK_PAGES = 64
 CARDS = 10
@@ -26,8 +26,8 @@ CLONE_NEWNS, CLONE_NEWUSER = 0x00020000, 0x10000000
 
 
 def leave_for_a_namespace():
-    """From here on, what this process mounts is seen by it and its children alone, and goes with
-    them. Root may do that, and everybody else where the system lets users have namespaces."""
+    """Gives this process and its children a mount namespace of their own. Root may do that, and
+    other users where the system allows user namespaces."""
     libc = ctypes.CDLL(None, use_errno=True)
     user, group = os.getuid(), os.getgid()
     if libc.unshare(CLONE_NEWNS) != 0:
@@ -44,7 +44,7 @@ def leave_for_a_namespace():
 
 def setUpModule():
     leave_for_a_namespace()
-    # Wine's server opens the files, so it must see the mounts: a server of our own.
+    # Wine's server opens the files, so it must be in the namespace: a prefix of its own has one.
     prefix = Prefix()
     unittest.addModuleCleanup(prefix.close)
     os.environ["WINEPREFIX"] = str(prefix.path)
@@ -71,7 +71,7 @@ class FullDisk(ProgramTest):
         return os.statvfs(self.folder).f_bavail * os.statvfs(self.folder).f_frsize // PAGE
 
     def leave(self, pages):
-        """Fills the disk until just so many pages are free."""
+        """Fills the disk until exactly `pages` pages are free."""
         filler = self.folder / "filler"
         filler.unlink(missing_ok=True)
         filler.write_bytes(bytes((self.free_pages() - pages) * PAGE))
@@ -81,13 +81,13 @@ class FullDisk(ProgramTest):
         (self.folder / "filler").unlink()
 
     def there(self):
-        """What lies on the disk, besides what fills it."""
+        """The files on the disk, without those that fill it."""
         return sorted(path.name for path in self.folder.iterdir() if path.name != "filler")
 
     # The runs.
 
     def cards(self, padding):
-        """Devices that make for reports of several pages, and no pause: no network is named."""
+        """Devices whose reports take several pages. Runs do not pause: no network is named."""
         path = self.beside / "cards.json"
         path.write_text(json.dumps([
             {"name": f"Card {number}", "capabilities": ["Wireless", "NetworkCard"],
@@ -100,8 +100,8 @@ class FullDisk(ProgramTest):
                                 *arguments)
 
     def padding_to_the_middle_of_a_page(self, option, name):
-        """For a report that takes the same number of pages in each run, whatever the time of day
-        and the milliseconds of a run; returns padding and pages."""
+        """Returns padding and pages of a report that takes the same number of pages in each run,
+        although the lengths of its times vary."""
         sizes = []
         for padding in (1000, 1000 + PAGE // 8 // CARDS):
             self.assertEqual(self.run_of_cards(padding, option, name).exit, RESULTS["BADPARAMS"])
@@ -113,7 +113,7 @@ class FullDisk(ProgramTest):
         self.fail(f"sizes {sizes} are all at a page's end")
 
     def assert_not_replaced(self, run, *names):
-        """The run went on to its end and told its verdicts; then these reports failed."""
+        """The run ended with all verdicts shown; then these reports failed."""
         self.assertEqual(run.exit, RESULTS["EXITEDABNORMALLY"], run)
         self.assertEqual(run.out.count("BADPARAMS after"), CARDS, run)
         for name in names:
@@ -185,7 +185,7 @@ class Reports(FullDisk):
         self.assertNotIn("report.xml", run.err)
         self.assertEqual(self.there(), ["report.xml"])
 
-    def test_find_room_where_a_killed_run_left_its_temporary_file(self):
+    def test_use_the_space_of_a_temporary_file_that_a_killed_run_left(self):
         padding, pages = self.padding_to_the_middle_of_a_page("--json", "report.json")
         (self.folder / "report.json.42.tmp").write_bytes(bytes(pages * PAGE))
         self.leave(0)
@@ -193,7 +193,7 @@ class Reports(FullDisk):
         self.assertEqual(run.exit, RESULTS["BADPARAMS"], run)
         self.assertEqual(self.there(), ["report.json"])
 
-    def test_that_cannot_even_begin_are_refused_before_anything_runs(self):
+    def test_that_cannot_be_created_are_refused_before_anything_runs(self):
         self.mount("nr_inodes=3")  # the folder's, and two files
         for name in ("a", "b"):
             (self.folder / name).touch()
@@ -205,7 +205,7 @@ class Reports(FullDisk):
 
 
 class Verdicts(FullDisk):
-    """Of a run that measures: its pauses are real."""
+    """Verdicts of a run that measures, with real pauses."""
 
     def test_are_shown_whatever_cannot_be_written(self):
         (self.folder / "report.json").write_text('{"an older": "report"}', encoding="utf-8")
@@ -227,11 +227,11 @@ class Logs(FullDisk):
     # Time, priority, logger and text.
     LINE = re.compile(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z \d [\w.]+: .+")
 
-    def test_cost_no_verdict_and_are_cut_in_one_line_only(self):
+    def test_leave_the_verdict_and_are_cut_in_one_line_only(self):
         log = self.folder / "run.log"
         for room in (0, 1, 300, PAGE - 1):
             with self.subTest(room=room):
-                # What is left of a file's last page is all the room that there is.
+                # The only free space is the rest of the file's last page.
                 old = "2026-11-20T19:55:01.123Z 1 older: " + "x" * (PAGE - room - 35) + "\n"
                 log.write_text(old if room < PAGE - 35 else "\n" * (PAGE - room), encoding="utf-8")
                 old = log.read_text(encoding="utf-8")
@@ -260,7 +260,7 @@ class Logs(FullDisk):
 
 
 class Events(FullDisk):
-    """Standard output goes into a file on the disk."""
+    """Standard output is a file on the disk."""
 
     def start(self, *arguments, scenario=None):
         with open(self.folder / "events.jsonl", "ab") as out, \
@@ -275,7 +275,7 @@ class Events(FullDisk):
     def lines(self):
         return (self.folder / "events.jsonl").read_bytes().split(b"\n")
 
-    def test_that_do_not_fit_cost_no_report_and_no_exit_value(self):
+    def test_that_do_not_fit_leave_report_and_exit_value_as_they_are(self):
         cards = str(self.cards(10))
         for free in (0, 1, 2):
             with self.subTest(free=free):
@@ -290,7 +290,7 @@ class Events(FullDisk):
                 self.assertEqual(len(report["results"]), CARDS)
 
     def test_that_come_when_there_is_room_again_have_lines_of_their_own(self):
-        # The first line finds room for its beginning only: what is left of a page.
+        # Only the beginning of the first line fits, into the rest of a page.
         earlier = "x" * (PAGE - 100) + "\n"
         (self.folder / "events.jsonl").write_text(earlier, encoding="ascii")
         self.leave(0)
@@ -310,7 +310,7 @@ class Events(FullDisk):
         self.assertGreater(numbers[0], 2, "what was lost has its numbers")
 
     def wait_until_full(self):
-        """Until nothing more goes in, and then into the forced scan's pause."""
+        """Waits until the disk is full, and then into the pause of the forced scan."""
         end = time.monotonic() + LIMIT_SECONDS
         while (self.folder / "events.jsonl").stat().st_size < PAGE:
             self.assertLess(time.monotonic(), end, "the program writes nothing")

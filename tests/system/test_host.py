@@ -25,7 +25,7 @@ INTO_THE_PAUSE_SECONDS = 1
 def line_validator():
     schema = json.loads(SCHEMA.read_text(encoding="utf-8"))
     jsonschema.Draft202012Validator.check_schema(schema)
-    # The lines hold parts of the report, which has a schema of its own beside this one.
+    # The lines contain parts of the report, whose schema is in the same folder.
     report = json.loads((SCHEMA.parent / "report.schema.json").read_text(encoding="utf-8"))
     schema["$defs"]["report"] = {"$id": "report.schema.json", **report}
     return jsonschema.Draft202012Validator(schema)
@@ -38,7 +38,7 @@ def two_cards(signal_of_lab):
 
 
 class Page(unittest.TestCase):
-    def test_tells_of_every_type_and_member_of_the_schema(self):
+    def test_describes_every_type_and_member_of_the_schema(self):
         page = (ROOT / "docs" / "hosts.md").read_text(encoding="utf-8")
         schema = json.loads(SCHEMA.read_text(encoding="utf-8"))
         rows = {line.split("`")[1]: line for line in page.splitlines() if line.startswith("| `")}
@@ -64,12 +64,12 @@ class Stream(ProgramTest):
     def types(self, lines):
         return [line["type"] for line in lines]
 
-    def test_is_all_that_stands_on_standard_output_and_keeps_to_its_schema(self):
+    def test_is_the_only_output_and_matches_its_schema(self):
         scenario = self.write("scenario.json", two_cards(12))
         run = self.run_program("run", VERIFICATION, "--events", "--json", "report.json", *TO_PASS,
                                "--device", "Card 1", scenario=scenario)
         self.assertEqual(run.exit, 2, run)
-        self.assertEqual(run.err, "", "what failed is told on the stream")
+        self.assertEqual(run.err, "", "failures are reported on the stream")
         lines = self.assert_is_a_stream(run.out)
         types = self.types(lines)
         self.assertEqual(types[:3], ["runStarted", "testStarted", "progress"])
@@ -79,7 +79,7 @@ class Stream(ProgramTest):
         self.assertEqual(lines[-1]["exit"], 2)
         self.assertEqual([lines[-2]["result"]], self.read_json("report.json")["results"])
 
-    def test_comes_while_the_test_runs_and_tells_of_the_first_interrupt(self):
+    def test_is_written_while_the_test_runs_and_reports_the_first_interrupt(self):
         scenario = self.write("scenario.json", two_cards(60))
         started = Started(("run", VERIFICATION, "--events", *TO_PASS), self.folder,
                           environment(scenario))
@@ -111,7 +111,7 @@ class Stream(ProgramTest):
         self.assertEqual(run.exit, 6, run)
         self.assertEqual(self.types(self.assert_is_a_stream(run.out))[-1], "stopping")
 
-    def test_that_nobody_reads_any_more_changes_no_verdict(self):
+    def test_without_a_reader_changes_no_verdict(self):
         for report, wait_for in (("a.json", 1), ("b.json", 0)):
             with tempfile.TemporaryFile() as errors:
                 process = subprocess.Popen(
@@ -128,14 +128,14 @@ class Stream(ProgramTest):
                     process.wait()
             self.assertEqual(self.read_json(report)["exit"], 0)
 
-    def test_is_empty_where_nothing_is_run(self):
+    def test_is_empty_without_a_run(self):
         run = self.run_program("list", "--events")
         self.assertEqual(run.exit, WRONG_USAGE, run)
         self.assertEqual(run.out, "")
         self.assertIn("--events", run.err)
 
 
-# Stands in for a module: does what a line of its arguments says after the first two lines.
+# Replaces a module: writes the first two lines, then runs its last argument as Python code.
 FAKE_MODULE = """
 import json, sys, time
 def say(**line):
@@ -158,7 +158,7 @@ class Host(ProgramTest):
             start_new_session=True)
 
     def finished(self, process):
-        """Waits for the end of a host; returns its exit value and its words."""
+        """Waits for the end of a host; returns its exit value and its output."""
         try:
             out, err = process.communicate(timeout=LIMIT_SECONDS)
         finally:
@@ -217,13 +217,13 @@ class Host(ProgramTest):
         self.assertEqual([result["result"] for result in self.gathered()["jobs"][0]["results"]],
                          ["PASS", "USERABORTED"])
 
-    def test_tells_wrong_usage_of_a_module_apart_from_a_verdict(self):
+    def test_distinguishes_wrong_usage_of_a_module_from_a_verdict(self):
         exit_value, out = self.finished(self.host_of_modules(
             [{"name": "typo", "arguments": ["--set", "SID=Lab"]}], None))
         self.assertEqual(exit_value, WRONG_USAGE, out)
         self.assertIn("SID", self.gathered()["jobs"][0]["problem"])
 
-    def test_takes_no_run_without_its_end_for_a_verdict(self):
+    def test_takes_an_incomplete_run_as_a_failure(self):
         exit_value, out = self.host_of_fakes(
             "pass",
             "say(type='broken', run=1, reason='oops')",
@@ -239,7 +239,7 @@ class Host(ProgramTest):
             self.assertIn(expected, problem)
         self.assertNotIn("\x1b", out)
 
-    def test_ends_a_module_that_takes_longer_than_it_said_and_waits_for_one_that_says_more(self):
+    def test_ends_a_module_that_exceeds_its_time_and_waits_for_one_that_extends_it(self):
         exit_value, out = self.host_of_fakes(
             "import signal; signal.signal(signal.SIGINT, signal.SIG_IGN); time.sleep(60)",
             "say(type='progress', run=1, key='K', text='', longestSeconds=30); time.sleep(3); "
@@ -250,14 +250,14 @@ class Host(ProgramTest):
         self.assertEqual([(job["exit"], job["problem"]) for job in self.gathered()["jobs"]],
                          [(8, "took longer than it said"), (0, None), (0, None), (0, None)])
 
-    def test_refuses_jobs_that_are_none(self):
+    def test_refuses_malformed_jobs(self):
         for jobs in ([], {"name": "x"}, [{"name": "x"}], [{"name": "x", "arguments": [1]}]):
             process = self.host(jobs, "--module", "x")
             _, err = process.communicate(timeout=LIMIT_SECONDS)
             self.assertEqual(process.returncode, WRONG_USAGE)
             self.assertIn(b"cannot be used", err)
 
-    def test_refuses_wrong_usage_with_the_value_for_it(self):
+    def test_refuses_wrong_usage_with_its_exit_value(self):
         process = self.host([])
         _, err = process.communicate(timeout=LIMIT_SECONDS)
         self.assertEqual(process.returncode, WRONG_USAGE)

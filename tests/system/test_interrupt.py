@@ -5,7 +5,7 @@ import unittest
 
 from program import VERIFICATION, ProgramTest, Started, environment
 
-# Into the forced scan's pause of 7 seconds.
+# Within the pause of the forced scan, which takes 7 seconds.
 INTO_THE_PAUSE_SECONDS = 1
 
 

@@ -19,7 +19,7 @@ class Killed(ProgramTest):
         return Started(arguments, self.folder, environment())
 
     def kill(self, started):
-        """Ends the program as Windows' task manager would: without asking it."""
+        """Ends the program as Windows' task manager does: it cannot react."""
         with contextlib.suppress(ProcessLookupError):  # it may be over already
             os.killpg(started.process.pid, signal.SIGKILL)
         started.finish()
@@ -29,7 +29,7 @@ class Killed(ProgramTest):
                 if re.fullmatch(r"report\.json\.\d+\.tmp", path.name)]
 
     def wait_for_the_temporary_file(self, started):
-        """Returns as soon as the report is being written, or when it is too late for that."""
+        """Returns when the report is being written, or when the program has ended."""
         while not self.leftovers() and started.process.poll() is None:
             pass
 
@@ -68,7 +68,7 @@ class Killed(ProgramTest):
             started.wait_until_it_says(f"on Card {CARDS - 1}")
             if attempt % 2:
                 self.wait_for_the_temporary_file(started)
-            else:  # nothing marks the other moments: later ones from attempt to attempt
+            else:  # other moments, each later than the one before
                 time.sleep(0.004 * attempt)
             self.kill(started)
             report = self.read_json("report.json")

@@ -1,4 +1,4 @@
-"""The executable in other languages: asked for, from the system, and from files dropped beside it."""
+"""The executable in other languages: by option, from the system, and with added files of texts."""
 import json
 import shutil
 import subprocess
@@ -17,7 +17,7 @@ def texts(part, tag):
 
 
 class Shipped(ProgramTest):
-    def test_every_language_can_be_asked_for(self):
+    def test_every_language_can_be_selected(self):
         for tag in LANGUAGES:
             with self.subTest(tag):
                 run = self.run_program("--help", "--language", tag)
@@ -48,7 +48,7 @@ class Shipped(ProgramTest):
 
 
 class Dropped(ProgramTest):
-    """A copy of the shipped tree with files beside it that nobody built."""
+    """A copy of the shipped tree to which files of texts are added."""
 
     def setUp(self):
         super().setUp()
@@ -80,7 +80,7 @@ class Dropped(ProgramTest):
         run = self.run_copy("run", program.VERIFICATION, "--language", "nl")
         self.assertIn("Geen toegangspunt genoemd.", run.out + run.err)
 
-    def test_a_broken_file_is_passed_over_and_named_in_the_log(self):
+    def test_a_broken_file_is_ignored_and_named_in_the_log(self):
         self.drop("tesk5", "nl", '{"LIST_TESTS": "Tests van",\n oops}')
         run = self.run_copy("list", "--language", "nl", "--log", "texts.log")
         self.assertEqual(run.exit, 0, run)

@@ -1,5 +1,5 @@
-"""The dialog on the real clock, in a room that changes all the time: what it holds of the system
-stays flat. Twelve seconds by default; tools/soak/dialog runs it for an hour."""
+"""The dialog on the real clock, in a radio environment that changes all the time: its use of system
+resources stays constant. Twelve seconds by default; tools/soak/dialog runs it for an hour."""
 import os
 import time
 import unittest
@@ -10,14 +10,14 @@ SECONDS = int(os.environ.get("LONG_DIALOG_SECONDS", "12"))
 LONG = SECONDS > 60
 # What is made on first use has been made by then.
 WARM_UP_SECONDS = 60 if LONG else 8
-# A refresh holds some objects for its own time only: the least of several looks counts.
+# A refresh holds some objects while it runs: the smallest of several readings counts.
 LOOKS = 8
 LOOK_EVERY_SECONDS = 0.25
 LINE_EVERY_SECONDS = 60 if LONG else 5
 
 
 def changing_room():
-    """Signals that walk, networks that come and go, a radio service that calls all the time."""
+    """Changing signals, networks that come and go, and frequent notifications."""
     end = (SECONDS + WARM_UP_SECONDS + 120) * 1000
     networks = [{"ssid": f"Walker {i}", "profile": "Walker" if i == 0 else "", "signal": {
         "walk": {"start": 50, "min": 0, "max": 100, "step": 9, "intervalMs": 700, "seed": i + 1}}}
@@ -32,14 +32,14 @@ def changing_room():
 
 class LongDialog(DialogTest):
     def held(self, dialog):
-        """The least of what the dialog's process holds at several looks."""
+        """The smallest of several readings of the resources of the dialog's process."""
         looks = []
         for _ in range(LOOKS):
             looks.append(dialog.objects())
             time.sleep(LOOK_EVERY_SECONDS)
         return {name: min(look[name] for look in looks) for name in looks[0]}
 
-    def tell(self, since, held):
+    def print_use(self, since, held):
         print(f"\n{time.monotonic() - since:7.0f} s  {held['gdi']:5} drawing objects  "
               f"{held['user']:4} windows  {held['files']:3} open files  "
               f"{held['memory']:7} KiB of its own", end="", flush=True)
@@ -49,7 +49,7 @@ class LongDialog(DialogTest):
         start = time.monotonic()
         time.sleep(WARM_UP_SECONDS)
         before = self.held(dialog)
-        self.tell(start, before)
+        self.print_use(start, before)
         switch = 0
         texts = set()
         while time.monotonic() < start + WARM_UP_SECONDS + SECONDS:
@@ -61,7 +61,7 @@ class LongDialog(DialogTest):
                 texts.add(dialog.text(ID.STRENGTH_PERCENT))
                 time.sleep(1)
             now = self.held(dialog)
-            self.tell(start, now)
+            self.print_use(start, now)
         self.assertGreater(len(texts), 1)  # the room did change
         self.assertEqual((now["gdi"], now["user"]), (before["gdi"], before["user"]))
         self.assertLessEqual(now["files"], before["files"])

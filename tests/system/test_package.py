@@ -1,4 +1,4 @@
-"""The zip for Windows: what is in it, that it tells the truth, and that it is always the same."""
+"""The zip for Windows: its contents, that they are correct, and that it is reproducible."""
 import datetime
 import hashlib
 import json
@@ -80,7 +80,7 @@ class PackageTest(ProgramTest):
 
 
 class Contents(PackageTest):
-    def test_are_the_program_its_resources_and_its_papers_and_nothing_else(self):
+    def test_are_the_program_its_resources_and_its_documents_and_nothing_else(self):
         resources = {path.relative_to(ROOT).as_posix()
                      for path in (ROOT / "resources").rglob("*") if path.is_file()}
         papers = {"README.txt", "LICENSE.txt", BILL}
@@ -95,7 +95,7 @@ class Contents(PackageTest):
                 with self.subTest(name):
                     self.assertEqual(self.zip.read(name), (DIST / name).read_bytes())
 
-    def test_have_names_that_every_unpacker_takes(self):
+    def test_have_names_that_every_unpacker_accepts(self):
         for name in self.names:
             with self.subTest(name):
                 self.assertRegex(name, r"\A[A-Za-z0-9_][A-Za-z0-9._/-]*\Z")
@@ -127,7 +127,7 @@ class Papers(PackageTest):
                     self.assertEqual(text.count("\r"), text.count("\n"))
                     self.assertTrue(text.endswith("\r\n"))
 
-    def test_readme_tells_version_commands_exit_values_location_setting_help_and_licences(self):
+    def test_readme_has_version_commands_exit_values_location_setting_help_and_licences(self):
         readme = self.text("README.txt")
         self.assertTrue(readme.startswith("mrlrantenna 6.5 build 000000001\r\n"))
         self.assertNotRegex(readme, r"[{}]", "every place of the template is filled")
@@ -218,7 +218,7 @@ class Unpacked(PackageTest):
         self.assertEqual(listed.exit, 0, listed)
         self.assertIn(program.VERIFICATION, listed.out)
 
-    def test_knows_every_command_and_option_that_its_readme_tells(self):
+    def test_knows_every_command_and_option_of_its_readme(self):
         readme = self.zip.read("README.txt").decode("ascii")
         page = self.run_unpacked("here", "--help").out
         commands = set(re.findall(r"(?m)^  (?:cmd /c )?mrlrantenna\.k5x (\w+)", readme))
@@ -237,11 +237,11 @@ class Unpacked(PackageTest):
 
 
 class Repetition(ProgramTest):
-    def test_gives_the_same_bytes_whoever_makes_the_package_where_and_when(self):
+    def test_gives_the_same_bytes_for_every_user_folder_and_time_zone(self):
         surroundings = (
             dict(umask=0o022, cwd=ROOT, TZ="UTC", LC_ALL="C.UTF-8"),
             dict(umask=0o077, cwd=self.folder, TZ="Pacific/Kiritimati", LC_ALL="POSIX",
-                 HOME=str(self.folder), USER="somebody", LOGNAME="somebody",
+                 HOME=str(self.folder), USER="tester", LOGNAME="tester",
                  PYTHONHASHSEED="7"),
         )
         packages = []
@@ -268,7 +268,7 @@ class Repetition(ProgramTest):
 
 
 class Refusal(ProgramTest):
-    """What would make a package that lacks something, or has too much."""
+    """Builds that would give an incomplete package, or one with unknown files."""
 
     MEMBERS = ("/usr/lib/gcc/x86_64-w64-mingw32/12/libstdc++.a(tree.o)",
                "/usr/lib/gcc/x86_64-w64-mingw32/12/libgcc.a(_ctors.o)")
@@ -321,7 +321,7 @@ class Refusal(ProgramTest):
         with self.assertRaisesRegex(components.PackagingError, "licence of new is missing"):
             components.notice({"name": "new", "notice": "new.txt"})
 
-    def test_does_not_hit_a_part_of_the_run_time_library_with_a_licence_of_its_own(self):
+    def test_does_not_concern_a_part_of_the_run_time_library_with_a_licence_of_its_own(self):
         self.assertNotIn("fast_float", self.used())
         part = "/usr/lib/gcc/x86_64-w64-mingw32/12/libstdc++.a(floating_from_chars.o)"
         self.assertIn("fast_float", self.used(members=(*self.MEMBERS, part)))
@@ -350,7 +350,7 @@ class Origin(ProgramTest):
     """Which commit a package is of, and whether it is exactly that."""
 
     def git(self, *arguments):
-        subprocess.run(["git", "-c", "user.name=Somebody", "-c", "user.email=s@example.com",
+        subprocess.run(["git", "-c", "user.name=Tester", "-c", "user.email=s@example.com",
                         "-c", "commit.gpgsign=false", *arguments], cwd=self.folder, check=True,
                        stdout=subprocess.DEVNULL,
                        env=dict(os.environ, GIT_COMMITTER_DATE="2026-03-04T05:06:07+0200"))
@@ -370,7 +370,7 @@ class Origin(ProgramTest):
         self.assertFalse(origin.modified)
         self.assertEqual(origin.time.isoformat(), "2026-03-04T03:06:07+00:00")
 
-    def test_tells_changes_that_are_not_committed(self):
+    def test_includes_whether_there_are_uncommitted_changes(self):
         self.committed()
         for change in ("resources/text.json", "new.cpp", "resources/left-over.tmp"):
             with self.subTest(change):
@@ -392,7 +392,7 @@ class Origin(ProgramTest):
         with self.assertRaisesRegex(components.PackagingError, "Git does not tell the commit"):
             make_package.origin(self.folder)
 
-    def test_stands_in_the_package(self):
+    def test_is_in_the_package(self):
         origin = make_package.origin(ROOT)
         changed = make_package.Origin("0123456789abcdef" * 2 + "01234567", True, origin.time)
         for tree, name_end, sentence in (

@@ -44,7 +44,7 @@ class PlantedDlls(ProgramTest):
         return sorted(path.relative_to(self.folder).as_posix() for path in self.folder.rglob("*.ran"))
 
     def overrides(self):
-        """Wine prefers its own DLLs of many names to any file: here the files are to be preferred."""
+        """Makes Wine prefer the planted files to its own DLLs of those names."""
         base = program.environment()["WINEDLLOVERRIDES"]
         planted = (pathlib.PurePath(name).stem for name in LOOKED_UP)
         return ";".join([base, *(f"{name}=n,b" for name in planted if f"{name}=" not in base)])
@@ -71,8 +71,8 @@ class PlantedDlls(ProgramTest):
         self.assertEqual(run.exit, 6, run)
         self.assertEqual(self.loaded(), [])
 
-    def test_would_be_seen(self):
-        """The trap works: a program without these guards loads the planted DLL."""
+    def test_are_detected(self):
+        """A program without these guards loads the planted DLL, and the test notices."""
         unguarded = ROOT / "build" / "windows" / "tests" / "helpers" / "unguarded.exe"
         program.EXECUTABLE = self.program_folder / unguarded.name
         shutil.copy(unguarded, program.EXECUTABLE)

@@ -1,4 +1,4 @@
-"""The page for people, looked at in a real browser. Screenshots are left in build/screenshots."""
+"""The HTML report in a real browser. Screenshots are written to build/screenshots."""
 import html.parser
 import re
 import subprocess
@@ -9,7 +9,7 @@ from program import RESULTS, ROOT, SCENARIOS, VERIFICATION, ProgramTest
 
 SCREENSHOTS = ROOT / "build" / "screenshots"
 LIMIT_SECONDS = 120
-# Names of networks and of an adapter that would run, load or turn something if they could.
+# Names that would run a script, load a file or reverse the text if they were not escaped.
 HOSTILE = [b"<img src=x onerror=alert(1)>\x1b\n", b"</bdi><script>alert(2)</script>",
            b"{{exit}}{{{exit}}}'\"&lt;"]
 HOSTILE_CARD = "Card \u202e</title><script>alert(3)</script>"
@@ -146,7 +146,7 @@ class ReportPage(ProgramTest):
         self.assertIn("Could not be tested", page.words)
         self.assertIn("This PC has no device that suits the test.", page.words)
 
-    def test_every_adapter_has_its_part_on_the_one_page(self):
+    def test_every_adapter_has_a_section_on_the_page(self):
         run, path = self.page_of("--set", "FailingSignalStrength=20",
                                  scenario=SCENARIOS / "two-adapters.json")
         self.assertEqual(run.exit, RESULTS["BADPARAMS"], run)

@@ -55,7 +55,7 @@ class Reports(ProgramTest):
             {"ssid": "Bench AP", "signal": signal},
             {"ssidHex": HOSTILE.hex(), "signal": 90}]}]})
 
-    def test_a_pass_carries_the_number_its_limits_and_every_name_in_sight(self):
+    def test_a_pass_has_the_number_its_limits_and_every_visible_network(self):
         run, report, root = self.run_with_reports(
             "SSID=Bench AP", "WarningSignalStrength=40", "FailingSignalStrength=20",
             scenario=self.bench(60))
@@ -117,7 +117,7 @@ class Reports(ProgramTest):
         self.assertEqual(case.get("name"), VERIFICATION)
         self.assertNotEqual(case.find("skipped").get("message"), "")
 
-    def test_the_schemas_refuse_what_is_no_report(self):
+    def test_the_schemas_refuse_anything_but_a_report(self):
         self.assertNotEqual(list(report_schema().iter_errors({"schema": 1})), [])
         bad = self.write("bad.xml", "<testsuites name='x'/>")
         checked = subprocess.run(["xmllint", "--noout", "--schema", SCHEMAS / "junit.xsd", bad],

@@ -1,4 +1,4 @@
-"""The deliverable tree: what is in it, and what the executable asks of a Windows PC."""
+"""The deliverable tree: its contents, and what the executable needs of a Windows PC."""
 import json
 import pathlib
 import re
@@ -8,16 +8,16 @@ import pe
 import program
 from program import DIST, EXECUTABLE, ROOT, ProgramTest
 
-# Parts of every Windows since 7; none comes from a compiler.
+# Part of every Windows since 7; none is a DLL of a compiler.
 WINDOWS_DLLS = {
     "advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll", "gdiplus.dll", "imm32.dll",
     "iphlpapi.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "rpcrt4.dll",
     "shell32.dll", "shlwapi.dll", "user32.dll", "uxtheme.dll", "version.dll",
     "windowscodecs.dll", "oleacc.dll",
 }
-# What is loaded when the dialog opens.
+# Loaded when the dialog opens.
 FOR_THE_DIALOG = {"comctl32.dll", "gdiplus.dll", "msimg32.dll", "windowscodecs.dll"}
-# What programs open network connections with.
+# The DLLs that open network connections.
 NETWORK_DLLS = (
     "dnsapi", "mpr", "mswsock", "netapi32", "rasapi32", "urlmon", "webservices", "websocket",
     "wininet", "winhttp", "ws2_32", "wsock32",
@@ -49,7 +49,7 @@ class ShippedTree(ProgramTest):
 
 
 class Processes(ProgramTest):
-    """A command line waits for every DLL that is loaded."""
+    """Each DLL that is loaded lengthens a start."""
 
     def loaded(self, *arguments):
         run = self.run_program(*arguments, WINEDEBUG="+loaddll")

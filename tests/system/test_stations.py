@@ -29,7 +29,7 @@ def example_port():
                      (EXAMPLES / "mosquitto.conf").read_text(encoding="utf-8"), re.M)[1]
 
 
-# Below those that systems hand out to clients: one of another test could take it meanwhile.
+# Below the ports of clients, so that no client of another test takes one meanwhile.
 PORTS = iter(range(20000 + os.getpid() % 10000, 32000))
 
 
@@ -70,7 +70,7 @@ class StationTest(ProgramTest):
     def start_broker(self, more=""):
         """Starts a broker with the example's configuration, on this test's port."""
         example = (EXAMPLES / "mosquitto.conf").read_text(encoding="utf-8")
-        # Started by root it would become a user who may not write into this test's folder.
+        # Started by root, it would switch to a user who cannot write into this test's folder.
         configuration = self.write("mosquitto.conf", example.replace(example_port(), str(self.port))
                                    + f"user {getpass.getuser()}\n{more}")
         broker = self.start_process(["mosquitto", "-c", str(configuration)], "broker.out",
@@ -84,7 +84,7 @@ class StationTest(ProgramTest):
                               stderr=subprocess.DEVNULL, check=False).returncode == 0
 
     def subscribe(self, *options):
-        """Starts to gather every station's events; returns a function for what has come."""
+        """Subscribes to the events of every station; returns a function for those so far."""
         path = self.folder / "gathered"
         subscriptions = self.subscriptions()
         self.start_process(["mosquitto_sub", "-h", "127.0.0.1", "-p", str(self.port), "-q", "1",
@@ -145,7 +145,7 @@ class Stations(StationTest):
         for name, (_, exit_value) in verdicts.items():
             self.assert_is_a_whole_run(self.record(name), exit_value)
 
-    def test_keep_their_verdict_where_there_is_no_broker(self):
+    def test_keep_their_verdict_without_a_broker(self):
         station = self.start_station("bench-1", self.scenario("bench-1", 10), "--patience", "1")
         self.assertEqual(station.wait(LIMIT_SECONDS), 2, self.errors("bench-1"))
         record = self.record("bench-1")
@@ -153,7 +153,7 @@ class Stations(StationTest):
         self.assertIn(f"station: {len(record)} lines did not reach the broker (Error: ",
                       self.errors("bench-1"))
 
-    def test_keep_their_verdict_where_the_broker_says_nothing(self):
+    def test_keep_their_verdict_when_the_broker_does_not_answer(self):
         with socket.create_server(("127.0.0.1", 0)) as silent:
             self.port = silent.getsockname()[1]
             station = self.start_station("bench-1", self.scenario("bench-1", 60), "--patience", "1")
@@ -162,7 +162,7 @@ class Stations(StationTest):
         self.assertIn("did not reach the broker", self.errors("bench-1"))
 
     def test_lose_nothing_when_the_broker_is_away_for_a_while(self):
-        # A gatherer that the broker knows by name, and a broker that remembers.
+        # A subscriber with a persistent session, and a broker that keeps its sessions.
         memory = f"persistence true\npersistence_location {self.folder}/\n"
         broker = self.start_broker(memory)
         gathered = self.subscribe("-c")
@@ -179,13 +179,13 @@ class Stations(StationTest):
         self.assert_is_a_whole_run(record, 1)
 
         def came():
-            # A line whose acknowledgement was lost comes again, right behind itself.
+            # A line whose acknowledgement was lost is sent again, directly after itself.
             lines = gathered()["antenna/bench-1/events"]
             return [line for number, line in enumerate(lines) if lines[number - 1:number] != [line]]
         wait_until(lambda: len(came()) >= len(record), "every line", BROKER_SECONDS)
         self.assertEqual(came(), record)
 
-    def test_refuse_names_that_are_no_level_of_a_topic_and_records_that_cannot_be(self):
+    def test_refuse_names_that_are_no_topic_level_and_unwritable_records(self):
         for arguments in (("a/b", "--module", "x", "--record", "r"),
                           ("#", "--module", "x", "--record", "r"),
                           ("bench-1", "--module", "x", "--record", "none/r"),
@@ -196,7 +196,7 @@ class Stations(StationTest):
             self.assertEqual(run.returncode, WRONG_USAGE, run)
             self.assertEqual(run.stderr.count(b"\n"), 1, run)
 
-    def test_use_the_port_of_the_examples_broker_unless_told_otherwise(self):
+    def test_use_the_port_of_the_examples_broker_by_default(self):
         self.assertIn(f'default="{example_port()}"',
                       (EXAMPLES / "station.py").read_text(encoding="utf-8"))
 

@@ -16,7 +16,7 @@ class Terminal:
     def __init__(self, folder, command, env):
         self._tmux = ["tmux", "-S", str(folder / "terminal")]
         line = " ".join(shlex.quote(str(word)) for word in command)
-        # The shell keeps the screen readable after the program's end.
+        # The shell keeps the screen open after the program has ended.
         subprocess.run([*self._tmux, "-f", os.devnull, "new-session", "-d", "-x", str(COLUMNS),
                         "-y", str(ROWS), f"{line}; sleep {LIMIT_SECONDS}"],
                        cwd=folder, env=env, check=True)
@@ -46,7 +46,7 @@ class Terminal:
 class LiveLine(ProgramTest):
     ARGUMENTS = ("run", "--set", "SSID=Lab", "--set", "FailingSignalStrength=20")
 
-    def test_tells_what_goes_on_and_is_gone_with_the_verdict(self):
+    def test_shows_the_activity_and_disappears_with_the_verdict(self):
         terminal = Terminal(self.folder, ["wine", EXECUTABLE, *self.ARGUMENTS],
                             environment(TERM="xterm-256color"))
         self.addCleanup(terminal.close)

@@ -1,4 +1,4 @@
-"""The verification test as a production line runs it: real pauses, real executable."""
+"""The verification test as on a production line: real pauses, real executable."""
 import unittest
 
 from program import RESULTS, SCENARIOS, VERIFICATION, ProgramTest
@@ -59,22 +59,22 @@ class Verification(ProgramTest):
         run = self.verify("SSID=Lab", scenario=SCENARIOS / "radio-off.json")
         self.assertEqual(run.exit, RESULTS["CANNOTRUN"], run)
 
-    def test_thresholds_left_out_are_told_after_the_search(self):
+    def test_missing_thresholds_are_reported_after_the_search(self):
         run = self.verify("SSID=Lab")
         self.assertEqual(run.exit, RESULTS["BADPARAMS"], run)
         self.assertEqual(self.result()["events"][0]["key"],
                          "WARN_AND_FAIL_SIGNAL_STRENGTH_SET_ZERO")
 
-    def test_a_missing_name_is_told_at_once(self):
+    def test_a_missing_name_is_reported_at_once(self):
         run = self.verify(report=False)
         self.assertEqual(run.exit, RESULTS["BADPARAMS"], run)
         self.assertIn("No access point was named", run.out)
 
-    def test_a_pc_without_adapter_says_which_devices_there_are_and_why_none_will_do(self):
+    def test_a_pc_without_adapter_lists_its_devices_and_why_none_suits(self):
         run = self.verify("SSID=Lab", scenario=SCENARIOS / "no-adapter.json")
         self.assertEqual(run.exit, RESULTS["CANNOTRUN"], run)
 
-    def test_a_pc_without_native_wifi_can_still_say_so(self):
+    def test_a_pc_without_native_wifi_reports_that(self):
         run = self.run_program("run", VERIFICATION, "--set", "SSID=Lab",
                                WINEDLLOVERRIDES="wlanapi=;mscoree=;mshtml=")
         self.assertEqual(run.exit, RESULTS["CANNOTRUN"], run)
@@ -97,13 +97,13 @@ class Verification(ProgramTest):
             run = self.run_program("run", VERIFICATION, "--log", "antenna.log")
             self.assertEqual(run.exit, RESULTS["BADPARAMS"], run)
         lines = (self.folder / "antenna.log").read_text(encoding="utf-8").splitlines()
-        told = [line for line in lines if line.endswith(
+        entries = [line for line in lines if line.endswith(
             " 1 mrlrantenna: 245 WirelessSignalStrengthVerificationTest::SSID parameter was not set")]
-        self.assertEqual(len(told), 2, lines)
+        self.assertEqual(len(entries), 2, lines)
         for line in lines:
             self.assertRegex(line, r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z \d [\w.]+: ")
 
-    def test_traces_show_every_step_when_asked_for(self):
+    def test_traces_show_every_step_on_request(self):
         run = self.run_program("run", VERIFICATION, "--log-level", "0")
         place = "modules/src/windows/diag/mrlrantenna/MRLrAntenna.cpp:241"
         self.assertIn(f" 0 mrlrantenna: > {VERIFICATION} ({place})\n", run.err)

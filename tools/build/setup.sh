@@ -20,12 +20,12 @@ TEST_PACKAGES=(
     libxml2-utils                                                # JUnit reports against their schema
     chromium poppler-utils                                       # HTML reports, on screen and paper
 )
-# Lends the dialog a display where there is none.
+# Gives the dialog a display on a machine without one.
 DISPLAY_PACKAGES=(xvfb xauth)
 # Only the checks of .ci/run need these.
 CHECK_PACKAGES=(clang-format clang-tidy cppcheck)
 
-# What a run of the executable takes: itself, and the simulator.
+# The targets that a run of the executable needs: itself and the simulator.
 PRODUCT_TARGETS=(mrlrantenna radiosim_dll)
 
 ROOT=$PWD
@@ -33,7 +33,7 @@ WINE_PREFIX="$ROOT/build/wineprefix"
 
 say() { printf '%s\n' "$*" >&2; }
 
-# size_of PACKAGE...: how much apt-get will fetch and unpack for them, in its own words.
+# size_of PACKAGE...: how much apt-get will fetch and unpack for them, in the words of apt-get.
 size_of() {
     LC_ALL=C apt-get install --assume-no --no-install-recommends "$@" 2>/dev/null |
         sed -n 's/^Need to get \(.*\) of archives.*/\1 to fetch, /p

@@ -15,11 +15,11 @@ struct TextRoom {
 
 /// The font that dialog templates ask for, "MS Shell Dlg" of 8 points, at the screen's DPI.
 ///
-/// Font handles of other processes cannot be used, so a dialog of the probe's own, which nobody
-/// sees, asks for the font as the observed dialog does.
+/// Font handles of other processes cannot be used, so an invisible dialog of the probe requests the
+/// font as the observed dialog does.
 class DialogFont {
 public:
-    /// Failure: std::runtime_error when there is no such dialog to be had.
+    /// Failure: std::runtime_error when the dialog cannot be created.
     DialogFont();
     DialogFont(const DialogFont&) = delete;
     DialogFont& operator=(const DialogFont&) = delete;

@@ -1,4 +1,4 @@
-"""What third-party code is in the executable: one table, held against the build's own records.
+"""The third-party code in the executable: one table, compared with the records of the build.
 
 A library that the build uses and the table does not know stops the packaging, so that no program
 is handed out without its licences.
@@ -30,7 +30,7 @@ def header_only_folders(cmake_text):
 
 def linked_members(map_text):
     """Every `archive(member)` of the system's that the linker map says was taken in."""
-    # The list at the map's beginning: a line for each member, an indented one for who asked for it.
+    # The list at the map's beginning: a line for each member, then one indented, its referrer.
     taken = map_text.split("\n\n", 2)[1] if map_text.startswith("Archive member") else ""
     return sorted({line for line in taken.splitlines() if re.match(r"/.*\.a\(.*\)$", line)})
 

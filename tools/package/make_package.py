@@ -2,8 +2,8 @@
 """Packs a built tree into the zip for Windows: make_package.py BUILD_FOLDER OUTPUT_FOLDER
 
 The zip depends on nothing but the commit, the built files and the installed Debian packages: entries
-are sorted, carry the commit's time and fixed permissions. It has no folder of its own around the
-files, because what unpacks zips on Windows makes one of the zip's name.
+are sorted, carry the commit's time and fixed permissions. It has no top folder, because
+Windows unpacks a zip into a folder with its name.
 """
 import collections
 import datetime
@@ -22,7 +22,7 @@ from components import PackagingError
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = "mrlrantenna.k5x"
 BILL = "mrlrantenna.cdx.json"
-# The first time that a zip can tell, for a tree that has no commit.
+# The earliest time that a zip can hold, for a tree without a commit.
 ZIP_EPOCH = datetime.datetime(1980, 1, 1, tzinfo=datetime.timezone.utc)
 WRONG_USAGE = 64
 
@@ -31,7 +31,7 @@ Origin = collections.namedtuple("Origin", "commit modified time")
 
 
 def _git(root, *arguments):
-    # No optional locks: somebody may be at work in the same tree.
+    # No optional locks: another Git command may be running in the same tree.
     run = subprocess.run(["git", "-C", str(root), *arguments], stdout=subprocess.PIPE,
                          stderr=subprocess.PIPE, check=False,
                          env=dict(os.environ, GIT_OPTIONAL_LOCKS="0", LC_ALL="C"))

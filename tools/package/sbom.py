@@ -12,7 +12,7 @@ import uuid
 # The tools that decide the executable's bytes, beside the libraries in it.
 BUILD_TOOLS = ("g++-mingw-w64-x86-64-posix", "binutils-mingw-w64-x86-64")
 
-# An SPDX expression has nothing but identifiers, operators and brackets.
+# An SPDX expression consists of identifiers, operators and brackets only.
 _EXPRESSION = re.compile(r"\(*[\w.+-]+\)*( (AND|OR|WITH) \(*[\w.+-]+\)*)*")
 
 
