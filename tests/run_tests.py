@@ -235,7 +235,7 @@ def main(patterns):
           flush=True)
     scripts = {f"python/{folder}/{path.stem}": path for folder in PYTHON_FOLDERS
                for path in sorted((ROOT / "tests" / folder).glob("test_*.py"))}
-    # Wine's services start with its first program and keep that program's output open for good: a
+    # Wine's services start with its first program and keep that program's output open: a
     # test that reads its program's output to the end must not be the first.
     subprocess.run(["wine", "cmd", "/c", "exit"], stdin=subprocess.DEVNULL,
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)

@@ -22,7 +22,7 @@ using bench::Room;
 constexpr std::size_t NETWORKS = 64;
 constexpr int USUAL_PRIORITY = 1;
 
-// The radio's record of calls is cleared after so many refreshes.
+// Number of refreshes after which the radio's record of calls is cleared.
 constexpr int FORGET_EVERY = 64;
 
 // Runs `operation` once an iteration.

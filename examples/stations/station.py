@@ -40,7 +40,7 @@ class Publisher:
         self._lines.put(line)
 
     def close(self, patience):
-        """Waits until all is published, or patience is over, or Ctrl+C."""
+        """Waits until all lines are published, the time is up, or Ctrl+C is pressed."""
         self._give_up = time.monotonic() + patience
         self._lines.put(None)
         while self._thread.is_alive():
@@ -51,7 +51,7 @@ class Publisher:
 
     def _run(self):
         while (line := self._lines.get()) is not None:
-            # Nothing is published after a line that was lost: a gap would look like the whole.
+            # Nothing is published after a lost line: a stream with a gap would look complete.
             while self.lost or not self._published(line):
                 if self._give_up is not None and time.monotonic() >= self._give_up:
                     self.lost += 1

@@ -18,7 +18,7 @@ inline void require(bool condition, std::string_view requirement) {
     }
 }
 
-/// The same for a check that says what it found in `where`, and nothing when all is well.
+/// The same for a check of `where` that returns what it found, and the empty text for no fault.
 inline void requireNone(const std::string& found, std::string_view where) {
     require(found.empty(), std::string(where) + ": " + found);
 }

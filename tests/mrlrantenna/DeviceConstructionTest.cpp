@@ -317,7 +317,7 @@ TEST_F(DeviceConstruction, OpeningTheHandleClosesTheOneBefore) {
     EXPECT_EQ(radio().openHandles(), 1U);
 }
 
-TEST_F(DeviceConstruction, OpeningInVainLeavesNoHandle) {
+TEST_F(DeviceConstruction, AFailedOpeningLeavesNoHandle) {
     WirelessDevice& device = opened();
     radio().addFault({.function = "WlanOpenHandle", .code = ERROR_REMOTE_SESSION_LIMIT_EXCEEDED});
     EXPECT_FALSE(device.openHandle());

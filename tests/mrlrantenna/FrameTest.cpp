@@ -138,7 +138,7 @@ TEST_F(Frame, StartsOleThenTheControlContainerThenRegistersItsWindowClass) {
     static_assert(0x200B == 8203);
 }
 
-TEST_F(Frame, TellsTheUserWhenOleCannotStartAndGoesNoFurther) {
+TEST_F(Frame, ReportsThatOleCannotStartAndEnds) {
     doubles::oleStarts = false;
     EXPECT_FALSE(theApp.InitInstance());
     EXPECT_THAT(doubles::journal(),
@@ -192,14 +192,14 @@ TEST_F(Frame, AnUnknownExceptionEndsWithZeroAndWithoutAMessage) {
     EXPECT_EQ(output.text, "");
 }
 
-TEST_F(Frame, AnExceptionOfTheCommandLineIsNotItsOwnToTell) {
+TEST_F(Frame, LeavesAnExceptionOfTheCommandLineToItsCaller) {
     doubles::onParseCommandLine = [] { throw mrl::Exception("no command line"); };
     const Captured errors(mrl::cerr);
     EXPECT_THROW(theApp.Run(), mrl::Exception);
     EXPECT_EQ(errors.text, "");
 }
 
-TEST_F(Frame, LogsNothingOfAnExceptionThatItTells) {
+TEST_F(Frame, DoesNotLogAnExceptionThatItPrints) {
     const test::CapturedLog log(1);
     const Captured errors(mrl::cerr);
     doubles::onStart = []() -> int { throw mrl::Exception("disk"); };

@@ -382,12 +382,12 @@ TEST_F(VisibleNetworks, AStoredNameMayStandAnywhereInADroppedOne) {
                 ElementsAre("Guest", "Lab", "La"));
 }
 
-TEST_F(VisibleNetworks, LetterCaseTellsNamesApart) {
+TEST_F(VisibleNetworks, LetterCaseDistinguishesNames) {
     EXPECT_THAT(refreshedNames(openedSeeing({{.ssid = "lab"}, {.ssid = "Lab"}, {.ssid = "LAB"}})),
                 ElementsAre("lab", "Lab", "LAB"));
 }
 
-TEST_F(VisibleNetworks, BlanksTellNamesApartInOneDirection) {
+TEST_F(VisibleNetworks, BlanksDistinguishNamesInOneDirection) {
     EXPECT_THAT(refreshedNames(openedSeeing({{.ssid = "Lab "}, {.ssid = "Lab"}, {.ssid = " Lab"}})),
                 ElementsAre("Lab ", "Lab"));
 }

@@ -101,7 +101,7 @@ TEST_F(WirelessDoctor, GoesOnWithoutAScanThatFails) {
     EXPECT_EQ(radio().callCount("WlanGetAvailableNetworkList"), 1U);
 }
 
-TEST_F(WirelessDoctor, TellsTheHardwareSwitchFromTheOneInWindows) {
+TEST_F(WirelessDoctor, DistinguishesTheHardwareSwitchFromTheOneInWindows) {
     const std::string hardware =
         "problem: Card: the radio is switched off by the computer's hardware switch. Turn it on "
         "with the wireless switch or the wireless key of the computer.";
@@ -222,7 +222,7 @@ TEST_F(WirelessDoctor, SaysThatLetterCaseAndBlanksDoNotCount) {
               "blanks at the ends do not count.");
 }
 
-TEST_F(WirelessDoctor, TellsWhichNetworkTheTestTakesWhenSeveralWouldDo) {
+TEST_F(WirelessDoctor, NamesTheNetworkThatTheTestTakesFromSeveral) {
     startRadio({{.ssid = "LAB", .signal = 40U}, {.ssid = "Lab", .signal = 70U}});
     EXPECT_THAT(sayingOnName("Lab"), testing::StartsWith("ok: Card sees \"LAB\" at 40 %."));
 }
@@ -244,7 +244,7 @@ TEST_F(WirelessDoctor, HidesNoNameBehindOneThatComesLaterOrIsItselfLeftOut) {
     EXPECT_THAT(sayingOnName("abc"), testing::HasSubstr("and \"a\" comes earlier"));
 }
 
-TEST_F(WirelessDoctor, TellsAPartOfANameFromTheWhole) {
+TEST_F(WirelessDoctor, DistinguishesAPartOfANameFromTheWhole) {
     startRadio({{.ssid = "Office", .signal = 50U}, {.ssid = "Lab-5G", .signal = 70U}});
     EXPECT_EQ(sayingOnName("lab"),
               "problem: Card sees no network \"lab\", but \"Lab-5G\" at 70 %, of which it is only "

@@ -176,7 +176,7 @@ TEST_P(Contract, RefusesWithoutAPlaceForTheResult) {
               ERROR_INVALID_PARAMETER);
 }
 
-TEST_P(Contract, RefusesFlagsOfTheNetworkListThatAreNone) {
+TEST_P(Contract, RefusesUnknownFlagsOfTheNetworkList) {
     WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
     EXPECT_EQ(api().WlanGetAvailableNetworkList(handle(), guid(), 4, nullptr, out(list)),
               ERROR_INVALID_PARAMETER);

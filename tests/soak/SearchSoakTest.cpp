@@ -1,5 +1,5 @@
-// Many polls and forced scans: they leave behind what the module keeps on purpose, to the byte, and
-// nothing else.
+// Many polls and forced scans: the memory that remains is, to the byte, what the module keeps on
+// purpose.
 #include "HeapAccount.h"
 #include "Soak.h"
 

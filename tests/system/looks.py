@@ -4,7 +4,7 @@ import itertools
 from dialog import ID, DialogTest
 from display import SIZE
 
-# Controls that lie on one another on purpose: the frame around the picture, of which one shows.
+# Controls that overlap on purpose: the frame, and the pictures inside it.
 ON_PURPOSE = {frozenset((ID.IMAGE_FRAME, picture))
               for picture in (ID.RADIO_ON_IMAGE, ID.RADIO_OFF_IMAGE)}
 # Texts for screen readers, which are never drawn.

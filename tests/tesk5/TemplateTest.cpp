@@ -1,4 +1,4 @@
-// What a template makes of its values.
+// How a template renders its values.
 #include <reports/Template.h>
 
 #include <gtest/gtest.h>

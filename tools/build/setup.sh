@@ -12,7 +12,7 @@ RUN_PACKAGES=(
 TEST_PACKAGES=(
     clang g++ googletest                                         # builds the tests and fuzzers
     libbenchmark-dev                                             # builds the benchmarks
-    xvfb xauth xdotool imagemagick                               # a display, and eyes
+    xvfb xauth xdotool imagemagick                               # a display, keys and screenshots
     fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages
     mosquitto mosquitto-clients rsyslog                          # what the examples for stations feed
     python3 python3-jsonschema git                               # packaging, system tests, checks
@@ -67,7 +67,7 @@ ensure_packages() {
     }
 }
 
-# build PRESET [TARGET...]: configures once, builds what has changed; quiet when all is well.
+# build PRESET [TARGET...]: configures once, builds what has changed; prints nothing on success.
 build() {
     local preset=$1 log="$ROOT/build/$1.log" targets=()
     shift

@@ -134,7 +134,7 @@ def packed(files, time):
     with zipfile.ZipFile(stream, "w", zipfile.ZIP_DEFLATED, compresslevel=9) as archive:
         for name in sorted(files):
             entry = zipfile.ZipInfo(name, max(time, ZIP_EPOCH).timetuple()[:6])
-            entry.create_system = 3  # Unix, for the permissions; Windows does not look at them
+            entry.create_system = 3  # Unix, for the permissions; Windows ignores them
             entry.external_attr = (0o100755 if name == PROGRAM else 0o100644) << 16
             entry.compress_type = zipfile.ZIP_DEFLATED
             archive.writestr(entry, files[name])
