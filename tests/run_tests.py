@@ -64,8 +64,6 @@ def suites_of(preset, launcher):
             yield f"{preset}/{program.stem}", run_google_test, (
                 f"{preset}/{program.stem}", [*launcher, str(program)])
     if preset == "native":
-        # Needs the finished build, unlike the tests of the other Python folders.
-        yield "native/mutants", run_python, (ROOT / "tests" / "mutants" / "test_mutants.py",)
         for program in sorted((folder / "bin").glob("fuzz_*")):
             yield f"fuzz/{program.name}", run_fuzzer, (program,)
         for program in sorted((folder / "benchmarks" / "bin").glob("bench_*")):

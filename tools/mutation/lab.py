@@ -193,12 +193,12 @@ def _after(command, option):
 class Lab:
     """Tries mutants on several threads; to be used in a `with`, which removes all that it made."""
 
-    def __init__(self, build=None):
+    def __init__(self):
         self.processes = Processes()
-        self._forced_build = build
         self._builds = {}
         self._where = {file: (where, programs) for file, where, programs in sources()}
         self._limits = {}
+        self._slow_suites = {}
         self._signatures = {}
         self._objects = {}
         self._noticers = {}
@@ -226,7 +226,7 @@ class Lab:
         """Builds what the mutants of these files need, and measures their tests unchanged."""
         needed = {}
         for file in files:
-            name, programs = self._place(file)
+            name, programs = self._where[file]
             needed.setdefault(name, set()).update(programs)
         for name, programs in sorted(needed.items()):
             self._make(name, sorted(programs))
@@ -235,10 +235,6 @@ class Lab:
                 left.unlink()
             for program in sorted(programs):
                 self._measure(build, program)
-
-    def _place(self, file):
-        name, programs = self._where[file]
-        return (self._forced_build if self._forced_build and name == "mutants" else name), programs
 
     def _make(self, build, programs):
         wine = "build windows radiosim_dll; prepare_wine" if build.startswith("windows") else ":"
@@ -280,11 +276,12 @@ class Lab:
             raise SystemExit(f"{path} fails without any mutant:\n{output[-4000:]}")
         seconds = time.monotonic() - start
         self._limits[build.name, program] = max(LEAST_TIME_SECONDS, TIME_FACTOR * seconds)
+        self._slow_suites[build.name, program] = _slow_suites(output)
         self._signatures[build.name, program] = hashlib.sha256(path.read_bytes()).hexdigest()
 
     def signature(self, file):
         """Changes with the programs that try this file's mutants."""
-        name, programs = self._place(file)
+        name, programs = self._where[file]
         return hashlib.sha256("".join(
             self._signatures[name, program] for program in programs).encode()).hexdigest()[:16]
 
@@ -296,7 +293,7 @@ class Lab:
                 counts[test] = counts.get(test, 0) + 1
 
     def try_mutant(self, mutant, text):
-        name, programs = self._place(mutant.file)
+        name, programs = self._where[mutant.file]
         build = self._builds[name]
         folder = pathlib.Path(tempfile.mkdtemp(dir=self.folder))
         try:
@@ -364,8 +361,9 @@ class Lab:
         with self._lock:
             counts = self._noticers.get(file, {})
             first = sorted(counts, key=counts.get, reverse=True)[:FIRST_TESTS]
+        slow = ":".join(f"{suite}.*" for suite in self._slow_suites[build.name, program])
         limit = self._limits[build.name, program]
-        for chosen in ([":".join(first)] if first else []) + ["*"]:
+        for chosen in ([":".join(first)] if first else []) + ([f"*-{slow}", slow] if slow else ["*"]):
             code, output = self._run(build, executable, limit, chosen)
             if code != 0 or (build.is_windows and "err:heap:" in output):
                 return Verdict("noticed", _noticing_test(output, code))
@@ -393,6 +391,20 @@ def _limit():
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
     resource.setrlimit(resource.RLIMIT_FSIZE, (OUTPUT_LIMIT, OUTPUT_LIMIT))
+
+
+def _slow_suites(output):
+    """The suites that take two thirds of a program's time, as few as possible: they are run last."""
+    times = {suite: int(time_ms) for suite, time_ms in re.findall(
+        r"^\[----------\] \d+ tests? from (\S+?)(?:, where .*)? \((\d+) ms total\)", output,
+        re.MULTILINE)}
+    slow, taken = [], 0
+    for suite in sorted(times, key=times.get, reverse=True):
+        if 3 * taken >= 2 * sum(times.values()):
+            break
+        slow.append(suite)
+        taken += times[suite]
+    return slow
 
 
 def _noticing_test(output, code):

@@ -23,7 +23,7 @@ class Sample(unittest.TestCase):
             tool = subprocess.run(
                 [sys.executable, ROOT / "tools" / "mutants", "--sample", str(SAMPLE), "--seed",
                  str(SEED), "--files", "/MRLrAntenna.cpp", "--files", "/WirelessDevice",
-                 "--build", "native", "--results", pathlib.Path(folder) / "results.jsonl"],
+                 "--results", pathlib.Path(folder) / "results.jsonl"],
                 capture_output=True, text=True, check=False)
         self.assertEqual(tool.returncode, 0, tool.stderr)
         row = re.search(r"^\| all \| (\d+) \| (\d+) \| (\d+) \| (\d+) \|", tool.stdout, re.MULTILINE)
