@@ -1,6 +1,6 @@
-// What the client functions promise, asked of nativewifi::api() alone: the engine linked in and,
-// where it is the system's Wlanapi.dll, the simulator's DLL through the loader answer alike. The
-// same questions could go to a real one.
+// The contract of the client functions, tested through nativewifi::api() alone: with the engine
+// linked in and, where the system's Wlanapi.dll is the simulator's, with that DLL through the
+// loader. A real Wlanapi.dll could be tested in the same way.
 #include "SystemDll.h"
 
 #include <radiosim/Engine.h>
@@ -39,7 +39,7 @@ protected:
 
     HANDLE handle() const { return m_handle.get(); }
     const GUID* guid() const { return &m_guid; }
-    /// A handle that is none any more.
+    /// A handle that has been closed.
     static HANDLE closedHandle() {
         ClientHandle closed;
         DWORD version = 0;
@@ -49,7 +49,7 @@ protected:
         return value;
     }
 
-    /// What each function answers that takes a handle, a GUID and a reserved pointer.
+    /// The results of all functions that take a handle, a GUID and a reserved pointer.
     template <typename Check>
     void eachInterfaceFunction(Check check) {
         check("WlanQueryInterface", [](HANDLE handle, const GUID* guid, PVOID reserved) {

@@ -1,5 +1,5 @@
 // What the simulator's Wlanapi.dll does beyond the contract: its other exports, and its refusal to
-// start in an environment that is not the one asked for.
+// start when the environment that was requested cannot be used.
 #include "SystemDll.h"
 
 #include <nativewifi/Api.h>

@@ -150,7 +150,7 @@ TEST_F(NotificationFlood, WakesTheDialogOnceForEachRefresh) {
 TEST_F(NotificationFlood, LeavesNothingForADialogThatHasEnded) {
     const Flood flood(radio());
     for (int i = 0; i < DIALOGS; ++i) {
-        // Each on the heap: the next may well lie where the one before has been.
+        // On the heap, where the next may get the address of the one before.
         const auto screen = std::make_unique<Screen>(device());
         EXPECT_THAT(screen->refresh(), ElementsAre("Attic", "Lab"));
         screen->close();

@@ -21,7 +21,7 @@ using Process = std::unique_ptr<void, CloseProcess>;
     throw std::runtime_error(std::string(what) + ": error " + std::to_string(GetLastError()));
 }
 
-// One place of the table of drawing objects that each process has mapped; a free one has no type.
+// An entry of the table of drawing objects that each process has mapped; a free one has no type.
 struct TableEntry {
     ULONGLONG object;
     ULONG owner;
@@ -32,7 +32,7 @@ struct TableEntry {
 };
 static_assert(sizeof(TableEntry) == 24);
 constexpr std::size_t TABLE_SIZE = 0x4000;
-// Of the table's address in a process's environment block.
+// Of the table's address, in bytes from the beginning of the environment block of a process.
 constexpr std::size_t TABLE_OFFSET = 0xF8;
 
 using QueryProcess = LONG(WINAPI*)(HANDLE, int, PVOID, ULONG, PULONG);

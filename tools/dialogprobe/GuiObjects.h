@@ -1,4 +1,4 @@
-// What a process holds of the system: drawing objects and windows.
+// The drawing objects and windows that a process holds.
 #pragma once
 
 #include <windows.h>
@@ -16,8 +16,8 @@ struct GuiObjects {
     friend bool operator==(const GuiObjects&, const GuiObjects&) = default;
 };
 
-/// What the process of this id holds now.
-/// Failure: std::runtime_error when it cannot be looked into
+/// The objects of the process `processId` at this moment.
+/// Failure: std::runtime_error when the process cannot be read
 /// Platform: GetGuiResources, or else the table of drawing objects in the process and EnumWindows
 GuiObjects guiObjectsOf(DWORD processId);
 

@@ -157,8 +157,8 @@ void Probe::execute(const std::vector<std::string>& words) {
     (this->*command.run)(arguments);
 }
 
-// Looked up for each command anew: the dialog may have given way to another one. Waits only until
-// it has been there once.
+// Looked up again for each command, because another dialog may have replaced it. Waits only until
+// it has appeared once.
 HWND Probe::dialog() {
     const ULONGLONG end = GetTickCount64() + m_waitMs;
     for (;;) {
@@ -315,7 +315,7 @@ int run(std::vector<std::string> arguments) {
 int wmain(int count, wchar_t** words) {
     _setmode(_fileno(stdout), _O_BINARY);
     // Otherwise the places would be those of a display of 96 DPI. Windows before 10 1703 lacks it
-    // and says so; there is nothing else to do about it.
+    // and returns an error, which is ignored.
     SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
     std::vector<std::string> arguments;
     for (int i = 1; i < count; ++i) {

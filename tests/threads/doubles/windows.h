@@ -1,5 +1,5 @@
-// The little of the windowing interface that the dialog's note needs, where there are no windows:
-// a message wakes a thread that waits on its window.
+// The part of the windowing interface that PostedRefresh needs, for systems without it: a posted
+// message wakes the thread that waits on the window.
 #pragma once
 
 #include <nativewifi/WlanTypes.h>
