@@ -378,7 +378,8 @@ class Lab:
             def start():
                 with tempfile.TemporaryFile(dir=self.folder) as output:
                     code = self.processes.run(command, seconds, output, cwd=folder, env=environment,
-                                              preexec_fn=None if build.is_windows else _limit)
+                                              preexec_fn=None if build.is_windows
+                                              else lambda: _limit(build.name))
                     output.seek(0)
                     said = output.read()
                 return (code, said.decode(errors="replace")), \
@@ -387,9 +388,10 @@ class Lab:
             return wine_starts.with_one_repeat(executable.name, start)
 
 
-def _limit():
+def _limit(build):
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-    resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
+    if build == "mutants":  # sanitizers reserve far more than they use
+        resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
     resource.setrlimit(resource.RLIMIT_FSIZE, (OUTPUT_LIMIT, OUTPUT_LIMIT))
 
 
