@@ -22,7 +22,7 @@ KNOWN_TO_WINDOWS = {
 
 # DLLs that the program loads late or looks up, and that Windows' own parts look up: themes, input,
 # pictures, networks, profiles. Each has been planted beside programs before.
-LOOKED_UP = ["wlanapi.dll", "iphlpapi.dll", "comctl32.dll", "uxtheme.dll", "dwmapi.dll", "cryptbase.dll",
+LOOKED_UP = ["wlanapi.dll", "iphlpapi.dll", "comctl32.dll", "gdiplus.dll", "uxtheme.dll", "dwmapi.dll", "cryptbase.dll",
              "cryptsp.dll", "profapi.dll", "userenv.dll", "netapi32.dll", "windowscodecs.dll",
              "propsys.dll", "textshaping.dll", "winnsi.dll", "dhcpcsvc.dll", "dhcpcsvc6.dll",
              "mscoree.dll", "msimg32.dll", "oleacc.dll", "usp10.dll", "wtsapi32.dll"]
