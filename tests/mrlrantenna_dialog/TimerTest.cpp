@@ -219,6 +219,20 @@ TEST_F(ScanNotifications, RefreshListAndDetails) {
              }});
 }
 
+// A loop that has nothing to do sleeps until a message comes.
+TEST_F(ScanNotifications, WakeADialogThatIsIdle) {
+    runTest({[](Dialog& dialog) {
+        announceScan();
+        bool woken = false;
+        MSG message{};
+        while (::PeekMessageW(&message, dialog.m_hWnd, 0, 0, PM_REMOVE)) {
+            woken = woken || message.message == WM_NULL;
+            ::DispatchMessageW(&message);
+        }
+        EXPECT_TRUE(woken);
+    }});
+}
+
 TEST_F(ScanNotifications, OfOtherCodesDoNothing) {
     runTest({[&](Dialog&) {
                  radio().clearCalls();

@@ -214,7 +214,7 @@ class Lab:
     def __exit__(self, *failure):
         self.stop()
         for build in self._builds.values():
-            for left in build.bin.glob("mutant_*"):
+            for left in build.bin.glob(f"mutant_{os.getpid()}_*"):
                 left.unlink()
         self._cleanup.close()
 
@@ -231,8 +231,10 @@ class Lab:
         for name, programs in sorted(needed.items()):
             self._make(name, sorted(programs))
             build = self._builds[name] = Build(name)
+            # Of a run that was killed, not of one that goes on beside this one.
             for left in build.bin.glob("mutant_*"):
-                left.unlink()
+                if not pathlib.Path("/proc", left.name.split("_")[1]).exists():
+                    left.unlink()
             for program in sorted(programs):
                 self._measure(build, program)
 
@@ -318,7 +320,8 @@ class Lab:
                 return Verdict("unviable", said)
             if _digest(object_file) == self._original(build, program, file, text):
                 return Verdict("unviable", "the same object code")
-        executable = build.bin / f"mutant_{folder.name}_{build.program(program).name}"
+        executable = build.bin / (f"mutant_{os.getpid()}_{folder.name}_"
+                                  f"{build.program(program).name}")
         link = link_to(object_file, executable)
         try:
             said = self._tool(["sh", "-c", link], build.folder)
