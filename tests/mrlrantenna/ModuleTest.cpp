@@ -10,6 +10,14 @@ void ModuleTest::NotesEvents::onEvent(const tesk5::RaisedEvent& event) {
                   event.key.utf8());
 }
 
+void ModuleTest::NotesEvents::onMeasurement(const tesk5::Measurement& measurement) {
+    Journal::note("measurement " + measurement.name.utf8());
+}
+
+void ModuleTest::NotesEvents::onSurvey(const tesk5::Survey& survey) {
+    Journal::note("survey " + survey.name.utf8());
+}
+
 void ModuleTest::NotesEvents::onProgress(const tesk5::Progress& progress) {
     Journal::note("progress " + progress.key.utf8() +
                   (progress.longestSeconds

@@ -59,6 +59,8 @@ protected:
 private:
     class NotesEvents final : public tesk5::TestObserver {
         void onEvent(const tesk5::RaisedEvent& event) override;
+        void onMeasurement(const tesk5::Measurement& measurement) override;
+        void onSurvey(const tesk5::Survey& survey) override;
         void onProgress(const tesk5::Progress& progress) override;
     };
 

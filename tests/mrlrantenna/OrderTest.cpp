@@ -46,20 +46,21 @@ TEST_F(OrderOfVerification, OfARunThatPasses) {
     startRadio({AccessPoint{.ssid = "Lab",
                             .signal = 50U,
                             .bss = std::vector<radiosim::Bss>{{.linkQuality = Signal(60U)}}}});
-    EXPECT_THAT(orderOfTest("Lab", "40", "20"),
-                ElementsAre("line 250",
-                            // the device and its radio
-                            "WlanOpenHandle", "UuidFromStringW", "WlanRegisterNotification",
-                            "WlanQueryInterface",
-                            // the forced scan
-                            "progress SCANNING 45 s", "WlanOpenHandle", "WlanEnumInterfaces",
-                            "WlanScan", "pause 7000 ms", "WlanGetNetworkBssList", "line 154",
-                            // the search
-                            "progress SEARCHING 31 s", "WlanGetAvailableNetworkList",
-                            "WlanFreeMemory", "WlanQueryInterface", "line 179", "line 181",
-                            "line 183", "line 187", "WlanCloseHandle",
-                            // the verdict
-                            "line 265", "line 268", "line 271"));
+    EXPECT_THAT(
+        orderOfTest("Lab", "40", "20"),
+        ElementsAre("line 250",
+                    // the device and its radio
+                    "WlanOpenHandle", "UuidFromStringW", "WlanRegisterNotification",
+                    "WlanQueryInterface",
+                    // the forced scan
+                    "progress SCANNING 45 s", "WlanOpenHandle", "WlanEnumInterfaces", "WlanScan",
+                    "pause 7000 ms", "WlanGetNetworkBssList", "line 154",
+                    // the search
+                    "progress SEARCHING 31 s", "WlanGetAvailableNetworkList", "WlanFreeMemory",
+                    "WlanQueryInterface", "line 179", "survey VISIBLE_NETWORKS", "line 181",
+                    "line 183", "line 187", "WlanCloseHandle",
+                    // the verdict
+                    "line 265", "line 268", "line 271", "measurement DetectedSignalStrength"));
 }
 
 TEST_F(OrderOfVerification, OfASearchThatFindsNothing) {
@@ -74,7 +75,7 @@ TEST_F(OrderOfVerification, OfASearchThatFindsNothing) {
     EXPECT_EQ(std::count(order.begin(), order.end(), "pause 100 ms"), 300);
     EXPECT_THAT(behind("pause 100 ms", order),
                 ElementsAre("WlanGetAvailableNetworkList", "WlanFreeMemory", "WlanQueryInterface",
-                            "line 179", "line 194", "WlanCloseHandle",
+                            "line 179", "line 194", "survey VISIBLE_NETWORKS", "WlanCloseHandle",
                             "event error ACCESS_POINT_NOT_FOUND", "line 262"));
 }
 
@@ -120,37 +121,38 @@ TEST_P(OrderOfEndings, IsAsHostsKnowIt) {
 
 INSTANTIATE_TEST_SUITE_P(
     EveryVerdict, OrderOfEndings,
-    testing::Values(Ending{"", "40", "20", {"line 245", "event warning SSID_NOT_SET"}},
-                    Ending{"Lab",
-                           "60",
-                           "20",
-                           {"line 265", "line 268", "line 271",
-                            "event warning FAILING_SIGNAL_STRENGTH_DETECTED", "line 292"}},
-                    Ending{"Lab",
-                           "60",
-                           "50",
-                           {"line 265", "line 268", "line 271",
-                            "event error FAILING_SIGNAL_STRENGTH_DETECTED", "line 283"}},
-                    Ending{"Lab",
-                           "0",
-                           "0",
-                           {"line 265", "line 268", "line 271", "line 207",
-                            "event warning WARN_AND_FAIL_SIGNAL_STRENGTH_SET_ZERO", "line 275"}},
-                    Ending{"Lab",
-                           "100",
-                           "20",
-                           {"line 265", "line 268", "line 271", "line 213",
-                            "event warning PARAM_OUT_OF_RANGE", "line 275"}},
-                    Ending{"Lab",
-                           "40",
-                           "100",
-                           {"line 265", "line 268", "line 271", "line 220",
-                            "event warning PARAM_OUT_OF_RANGE", "line 275"}},
-                    Ending{"Lab",
-                           "20",
-                           "40",
-                           {"line 265", "line 268", "line 271", "line 228",
-                            "event warning FAIL_SIGNAL_STRENGTH_HIGHER_THAN_WARN", "line 275"}}));
+    testing::Values(
+        Ending{"", "40", "20", {"line 245", "event warning SSID_NOT_SET"}},
+        Ending{"Lab",
+               "60",
+               "20",
+               {"line 265", "line 268", "line 271", "measurement DetectedSignalStrength",
+                "event warning FAILING_SIGNAL_STRENGTH_DETECTED", "line 292"}},
+        Ending{"Lab",
+               "60",
+               "50",
+               {"line 265", "line 268", "line 271", "measurement DetectedSignalStrength",
+                "event error FAILING_SIGNAL_STRENGTH_DETECTED", "line 283"}},
+        Ending{"Lab",
+               "0",
+               "0",
+               {"line 265", "line 268", "line 271", "line 207",
+                "event warning WARN_AND_FAIL_SIGNAL_STRENGTH_SET_ZERO", "line 275"}},
+        Ending{"Lab",
+               "100",
+               "20",
+               {"line 265", "line 268", "line 271", "line 213", "event warning PARAM_OUT_OF_RANGE",
+                "line 275"}},
+        Ending{"Lab",
+               "40",
+               "100",
+               {"line 265", "line 268", "line 271", "line 220", "event warning PARAM_OUT_OF_RANGE",
+                "line 275"}},
+        Ending{"Lab",
+               "20",
+               "40",
+               {"line 265", "line 268", "line 271", "line 228",
+                "event warning FAIL_SIGNAL_STRENGTH_HIGHER_THAN_WARN", "line 275"}}));
 
 class OrderOfARefresh : public test::DeviceTest {};
 
@@ -168,6 +170,16 @@ TEST_F(OrderOfARefresh, TheOldListIsGoneBeforeTheServiceIsAskedForANewOne) {
     device.getNumVisibleNetworks();
     radio().onCall(nullptr);
     EXPECT_THAT(sizes, ElementsAre(0U));
+}
+
+TEST_F(OrderOfARefresh, TheScopeOfTheQueryIsAroundTheOpeningOfTheDevice) {
+    radiosim::Scenario scenario;
+    scenario.faults = {{.function = "WlanOpenHandle", .code = 5U}};
+    startRadio(std::move(scenario));
+    WirelessDevice& device = open();
+    EXPECT_THAT(scopesOf([&] { device.getNumVisibleNetworks(); }),
+                ElementsAre("getNumVisibleNetworks()", "getVisibleNetworkList()", "initialize()",
+                            "openHandle()", "closeHandle()"));
 }
 
 } // namespace

@@ -14,6 +14,8 @@ namespace test {
 ///   `pause 100 ms`                    a sleep on a VirtualClock
 ///   `call WlanScan = 0`               a call of the simulated radio, with its result (ModuleTest)
 ///   `event error NO_ACCESS_POINT_FOUND`   an event of the test (ModuleTest, DiagModuleDouble)
+///   `measurement DetectedSignalStrength`  a value that the test measured (ModuleTest)
+///   `survey VISIBLE_NETWORKS`         a list that it recorded (ModuleTest)
 ///   `progress SEARCHING 31 s`         a phase of the test with its longest time (ModuleTest)
 class Journal {
 public:

@@ -381,8 +381,7 @@ class Lab:
             def start():
                 with tempfile.TemporaryFile(dir=self.folder) as output:
                     code = self.processes.run(command, seconds, output, cwd=folder, env=environment,
-                                              preexec_fn=None if build.is_windows
-                                              else lambda: _limit(build.name))
+                                              preexec_fn=None if build.is_windows else _limit)
                     output.seek(0)
                     said = output.read()
                 return (code, said.decode(errors="replace")), \
@@ -391,10 +390,9 @@ class Lab:
             return wine_starts.with_one_repeat(executable.name, start)
 
 
-def _limit(build):
+def _limit():
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-    if build == "mutants":  # sanitizers reserve far more than they use
-        resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
+    resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
     resource.setrlimit(resource.RLIMIT_FSIZE, (OUTPUT_LIMIT, OUTPUT_LIMIT))
 
 
