@@ -16,8 +16,6 @@ class Goal:
 GOALS = (
     Goal("refresh", "A refresh of the visible-network list, 64 networks, logging off", "us",
          "the simulator's call, and each name copied into a buffer that is there already", ratio=4),
-    Goal("refresh_logged", "The same, logging at priority 1 to a file", "us",
-         "the logging library alone formatting and writing the same lines", ratio=1.5),
     Goal("memory", "What 1,000 refreshes leave behind, beyond the blocks kept on purpose", "bytes",
          limit=0),
     Goal("run_cpu", "Processor time of a whole verification run, access point seen at once", "ms",

@@ -19,13 +19,7 @@ endfunction()
 mrlr_header_only(third_party_json nlohmann nlohmann-json3-dev)
 mrlr_header_only(third_party_cli11 CLI libcli11-dev)
 mrlr_header_only(third_party_mustache kainjow libkainjow-mustache-dev)
-mrlr_header_only(third_party_fmt fmt libfmt-dev)
-mrlr_header_only(third_party_spdlog spdlog libspdlog-dev)
 mrlr_header_only(third_party_utf8 utf8cpp libutfcpp-dev)
-target_compile_definitions(third_party_fmt INTERFACE FMT_HEADER_ONLY)
-target_compile_definitions(third_party_spdlog INTERFACE
-    SPDLOG_HEADER_ONLY SPDLOG_FMT_EXTERNAL $<$<BOOL:${WIN32}>:SPDLOG_WCHAR_FILENAMES>)
-target_link_libraries(third_party_spdlog INTERFACE third_party_fmt Threads::Threads)
 
 # toml++ is a copy with one change. Its test for blanks has undefined behaviour for a letter between
 # U+00A1 and U+0499 (for example "ü" right after a value); in the copy such a letter is no blank.

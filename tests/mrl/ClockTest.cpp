@@ -23,6 +23,17 @@ TEST(Clock, TheSystemsNeverDecreases) {
     }
 }
 
+TEST(UtcText, IsCutToMilliseconds) {
+    using namespace std::chrono;
+    const auto day = sys_days(year(2024) / February / 29);
+    const auto at = [](auto time) {
+        return mrl::utcText(time_point_cast<system_clock::duration>(time));
+    };
+    EXPECT_EQ(at(day + hours(1) + minutes(2) + seconds(3) + microseconds(4999)),
+              "2024-02-29T01:02:03.004Z");
+    EXPECT_EQ(at(sys_days(year(1969) / December / 31) + hours(23)), "1969-12-31T23:00:00.000Z");
+}
+
 TEST(Clock, TheSystemsWaitEndsAtADeadlineThatHasPassed) {
     std::mutex mutex;
     std::condition_variable condition;

@@ -103,8 +103,6 @@ WIN32_PLACES = re.compile(
 
 # Headers, what they are called, and the places that may include them.
 THIRD_PARTY = (
-    (re.compile(r"(spdlog|fmt)/"), "spdlog",
-     re.compile(r"common/src/libcommon/mrlbase/src/LogSinks\.cpp$")),
     (re.compile(r"utf8cpp/"), "utf8cpp",
      re.compile(r"common/src/libcommon/mrlbase/src/Unicode\.cpp$")),
     (re.compile(r"nlohmann/"), "nlohmann",

@@ -218,14 +218,14 @@ class Win32Headers(Tree):
 
 class ThirdPartyHeaders(Tree):
     def test_each_passes_in_its_place(self):
-        self.assert_passes(f"{MRL}/src/LogSinks.cpp", "spdlog/sinks/base_sink.h", "fmt/format.h")
+        self.assert_passes(f"{MRL}/src/Unicode.cpp", "utf8cpp/utf8.h")
         self.assert_passes(f"{MRL}/mrl/Json.h", "nlohmann/json.hpp")
         for path in (f"{TESK5}/src/CommandLine.cpp", f"{RADIOSIM}/src/Scenario.cpp"):
             self.assert_passes(path, "CLI/CLI.hpp")
 
     def test_each_is_refused_elsewhere(self):
-        self.assert_refused(f"{MRL}/src/Logger.cpp", "spdlog/spdlog.h",
-                            "spdlog has no place here (spdlog/spdlog.h)")
+        self.assert_refused(f"{MRL}/src/Logger.cpp", "utf8cpp/utf8.h",
+                            "utf8cpp has no place here (utf8cpp/utf8.h)")
         for path in (f"{TESK5}/tesk5/Report.h", f"{RADIOSIM}/src/Scenario.cpp",
                      f"{DIALOGPROBE}/A.cpp"):
             self.assert_refused(path, "nlohmann/json.hpp",

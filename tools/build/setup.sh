@@ -5,7 +5,7 @@
 # The Debian packages, by what they are for. ./run installs the first list, ./test both.
 RUN_PACKAGES=(
     cmake ninja-build g++-mingw-w64-x86-64-posix                 # builds the executable
-    nlohmann-json3-dev libcli11-dev libspdlog-dev libfmt-dev     # libraries, used header-only
+    nlohmann-json3-dev libcli11-dev                              # libraries, used header-only
     libkainjow-mustache-dev libtomlplusplus-dev libutfcpp-dev    # the same
     wine wine64                                                  # runs the executable
 )

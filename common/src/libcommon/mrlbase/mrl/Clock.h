@@ -5,6 +5,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <string>
 
 namespace mrl {
 
@@ -33,6 +34,9 @@ public:
     /// The clock in use: the system's, unless a ScopedClock has replaced it.
     static Clock& current();
 };
+
+/// `time` cut to milliseconds, as reports and logs have it: "2026-11-20T19:55:01.123Z".
+std::string utcText(Clock::UtcTime time);
 
 /// Replaces the clock in use while it lives. Nested ones must end in reverse order. Construct it
 /// before the threads that use the clock start.

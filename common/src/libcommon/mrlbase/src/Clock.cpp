@@ -1,6 +1,7 @@
 #include <mrl/Clock.h>
 
 #include <atomic>
+#include <cstdio>
 #include <thread>
 
 namespace mrl {
@@ -33,6 +34,21 @@ Clock::~Clock() = default;
 Clock& Clock::current() {
     Clock* replacement = g_replacement.load(std::memory_order_acquire);
     return replacement != nullptr ? *replacement : systemClock();
+}
+
+std::string utcText(Clock::UtcTime time) {
+    using namespace std::chrono;
+    const auto milliseconds = floor<std::chrono::milliseconds>(time);
+    const auto day = floor<days>(milliseconds);
+    const year_month_day date(day);
+    const hh_mm_ss clock(milliseconds - day);
+    char buffer[64];
+    std::snprintf(
+        buffer, sizeof buffer, "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ", static_cast<int>(date.year()),
+        static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+        static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+        static_cast<int>(clock.seconds().count()), static_cast<int>(clock.subseconds().count()));
+    return buffer;
 }
 
 ScopedClock::ScopedClock(Clock& clock) : m_previous(g_replacement.exchange(&clock)) {}

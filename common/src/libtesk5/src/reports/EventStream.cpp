@@ -14,7 +14,7 @@ void EventStream::write(const char* type, const Json& members) {
     Json line;
     line["type"] = type;
     line["sequence"] = ++m_sequence;
-    line["time"] = reportTime(mrl::Clock::current().utcNow());
+    line["time"] = mrl::utcText(mrl::Clock::current().utcNow());
     line.update(members);
     // Hosts read pipes in different code pages; ASCII is in all of them. The text of an exception
     // may be in any encoding, so ill-formed UTF-8 is replaced.
@@ -92,8 +92,8 @@ void EventStream::onStopRequest() {
 void EventStream::onRunEnd(const RunRecord& record) {
     Json members;
     members["exit"] = record.exitValue;
-    members["started"] = reportTime(record.started);
-    members["ended"] = reportTime(record.ended);
+    members["started"] = mrl::utcText(record.started);
+    members["ended"] = mrl::utcText(record.ended);
     members["leftOut"] = record.leftOut;
     write("runEnded", members);
 }

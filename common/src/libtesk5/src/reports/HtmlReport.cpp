@@ -63,7 +63,7 @@ const char* kindOf(const Measurement& measurement, const std::optional<Severity>
 }
 
 Json timeJson(mrl::Clock::UtcTime time) {
-    const std::string machine = reportTime(time);
+    const std::string machine = mrl::utcText(time);
     constexpr std::size_t DATE = 10;
     constexpr std::size_t CLOCK = 8;
     return {{"machine", machine},
@@ -266,8 +266,8 @@ Json partsOf(const RunRecord& run, bool mirrored) {
 }
 
 std::string logLine(const LoggedLine& line) {
-    return reportTime(line.time) + " " + std::to_string(line.priority) + " " + line.logger + ": " +
-           line.text;
+    return mrl::utcText(line.time) + " " + std::to_string(line.priority) + " " + line.logger +
+           ": " + line.text;
 }
 
 Json logJson(const KeptLog& log) {

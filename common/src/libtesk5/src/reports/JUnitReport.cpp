@@ -116,7 +116,7 @@ Json propertiesOf(const RunRecord& run) {
 Json propertiesOf(const Outcome& outcome) {
     Properties properties;
     properties.add("result", outcome.result.name());
-    properties.add("started", reportTime(outcome.time));
+    properties.add("started", mrl::utcText(outcome.time));
     properties.add("device", outcome.device->name().utf8());
     for (const auto& [name, value] : outcome.device->properties()) {
         properties.add("device." + name.utf8(), value.utf8());
@@ -281,7 +281,7 @@ std::string junitReportOf(const RunRecord& run) {
     for (Suite& suite : suitesOf(run)) {
         Json json;
         json["name"] = qualified(*suite.test);
-        json["started"] = reportTime(suite.started);
+        json["started"] = mrl::utcText(suite.started);
         json["properties"] = propertiesOf(run);
         json["cases"] = suite.cases;
         suite.counts.writeTo(json);
@@ -290,7 +290,7 @@ std::string junitReportOf(const RunRecord& run) {
     }
     Json report;
     report["module"] = moduleInfo().name;
-    report["started"] = reportTime(run.started);
+    report["started"] = mrl::utcText(run.started);
     report["suites"] = std::move(suites);
     all.writeTo(report);
     return filled(junitTemplate(), report);

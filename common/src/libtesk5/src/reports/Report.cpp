@@ -12,8 +12,8 @@ std::string reportOf(const RunRecord& run) {
     Json json;
     json["schema"] = SCHEMA;
     json["module"] = moduleJson(run.version);
-    json["started"] = reportTime(run.started);
-    json["ended"] = reportTime(run.ended);
+    json["started"] = mrl::utcText(run.started);
+    json["ended"] = mrl::utcText(run.ended);
     json["exit"] = run.exitValue;
     json["results"] = Json::array();
     for (const Outcome& outcome : run.outcomes) {

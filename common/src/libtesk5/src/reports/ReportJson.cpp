@@ -29,21 +29,6 @@ Json objectOf(const Pairs& pairs, ToJson toJson) {
 
 } // namespace
 
-std::string reportTime(mrl::Clock::UtcTime time) {
-    using namespace std::chrono;
-    const auto milliseconds = floor<std::chrono::milliseconds>(time);
-    const auto day = floor<days>(milliseconds);
-    const year_month_day date(day);
-    const hh_mm_ss clock(milliseconds - day);
-    char buffer[64];
-    std::snprintf(
-        buffer, sizeof buffer, "%04d-%02u-%02uT%02d:%02d:%02d.%03dZ", static_cast<int>(date.year()),
-        static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-        static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-        static_cast<int>(clock.seconds().count()), static_cast<int>(clock.subseconds().count()));
-    return buffer;
-}
-
 double roundedToMilliseconds(double seconds) {
     return std::round(seconds * 1000) / 1000;
 }
@@ -73,7 +58,7 @@ Json jsonOf(const RaisedEvent& event) {
     json["variables"] = objectOf(event.variables, [](const Value& value) { return jsonOf(value); });
     json["file"] = event.file;
     json["line"] = event.line;
-    json["time"] = reportTime(event.time);
+    json["time"] = mrl::utcText(event.time);
     return json;
 }
 
@@ -136,7 +121,7 @@ Json jsonOf(const Outcome& outcome) {
     if (!outcome.failure.empty()) {
         json["failure"] = outcome.failure;
     }
-    json["started"] = reportTime(outcome.time);
+    json["started"] = mrl::utcText(outcome.time);
     json["seconds"] = roundedToMilliseconds(outcome.seconds);
     json["parameters"] = parametersJson(outcome.parameters);
     json["events"] = listOf(outcome.events);

@@ -11,8 +11,6 @@ namespace tesk5 {
 
 using mrl::Json;
 
-/// `time` as reports write it: 2026-11-20T19:55:01.123Z, cut to milliseconds.
-std::string reportTime(mrl::Clock::UtcTime time);
 /// A duration as reports write it.
 double roundedToMilliseconds(double seconds);
 
