@@ -225,7 +225,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "/interfaces/0/guid", "a GUID of 36 characters without braces was expected"},
         Refusal{"SameGuid", card("{}, {\"guid\": \"8C2F6B1E-4D37-4A59-9E0B-5F6A7D3C1B20\"}"),
                 "/interfaces/1/guid", "interface 0 has the same GUID"},
-        Refusal{"SameGuidByDefault", card("{}, {}"), "/interfaces/1",
+        Refusal{"SameGuidByDefault", card("{}, {}"), "/interfaces/1/guid",
                 "interface 0 has the same GUID"},
         Refusal{"LongDescription", card(R"({"description": ")" + std::string(256, 'x') + "\"}"),
                 "/interfaces/0/description", "longer than 255 UTF-16 units"},

@@ -194,8 +194,13 @@ struct Scenario {
     /// The version that WlanOpenHandle negotiates. Absent: the client's, at most 2.
     std::optional<std::uint32_t> serviceVersion = {};
 
-    /// Reads a JSON text. Unknown keys, keys written twice, values of the wrong type or out of
-    /// range, and two interfaces with one GUID are refused.
+    /// Refuses what cannot be simulated: a GUID that is none or that two interfaces have, and a
+    /// notification of an interface that does not exist.
+    /// Failure: ScenarioError
+    void check() const;
+
+    /// Reads a JSON text. Unknown keys, keys written twice, and values of the wrong type or out of
+    /// range are refused, and what check() refuses.
     /// Failure: ScenarioError
     static Scenario fromJson(std::string_view text);
 

@@ -24,15 +24,6 @@ constexpr DWORD RADIO_STATE_CHANGE = 7;   // of the media-specific module
 constexpr std::int32_t RADIO_ON = 1;
 constexpr std::int32_t RADIO_OFF = 2;
 
-GUID parsedGuid(const std::string& text, std::size_t index) {
-    const std::optional<GUID> guid = nativewifi::parseGuid(mrl::toUtf16(text));
-    if (!guid) {
-        throw ScenarioError("/interfaces/" + std::to_string(index) + "/guid",
-                            "not a GUID of 36 characters: \"" + text + "\"");
-    }
-    return *guid;
-}
-
 std::vector<std::uint8_t> bytesOfPhy(std::size_t index, const Phy& phy) {
     const WLAN_PHY_RADIO_STATE state{static_cast<DWORD>(index),
                                      static_cast<DOT11_RADIO_STATE>(phy.software),
@@ -51,22 +42,15 @@ Engine::Impl* Engine::Impl::current() {
 Engine::Impl::Impl(Scenario scenario)
     : m_clock(mrl::Clock::current()), m_start(m_clock.now()),
       m_serviceVersion(scenario.serviceVersion), m_notifier(m_clock) {
+    scenario.check();
     for (Interface& facts : scenario.interfaces) {
-        const GUID guid = parsedGuid(facts.guid, m_interfaces.size());
-        if (find(guid) != nullptr) {
-            throw ScenarioError("/interfaces/" + std::to_string(m_interfaces.size()) + "/guid",
-                                "another interface has this GUID");
-        }
+        const GUID guid = *nativewifi::parseGuid(mrl::toUtf16(facts.guid));
         m_interfaces.push_back({.facts = std::move(facts), .guid = guid});
     }
     for (Fault& fault : scenario.faults) {
         addFault(std::move(fault));
     }
     for (Notification& notification : scenario.notifications) {
-        if (notification.interfaceIndex >= m_interfaces.size()) {
-            throw ScenarioError("/notifications", "there is no interface " +
-                                                      std::to_string(notification.interfaceIndex));
-        }
         if (!notification.at) {
             m_scanNotifications.push_back(std::move(notification));
             continue;
@@ -276,22 +260,14 @@ DWORD Engine::Impl::setInterface(HANDLE clientHandle, const GUID* interfaceGuid,
         return ERROR_INVALID_PARAMETER;
     }
     std::memcpy(&value, data, sizeof value);
-    switch (opcode) {
-    case wlan_intf_opcode_autoconf_enabled:
-        facts.autoconf = value != FALSE;
-        return ERROR_SUCCESS;
-    case wlan_intf_opcode_background_scan_enabled:
-        facts.backgroundScan = value != FALSE;
-        return ERROR_SUCCESS;
-    case wlan_intf_opcode_media_streaming_mode:
-        facts.mediaStreaming = value != FALSE;
-        return ERROR_SUCCESS;
-    case wlan_intf_opcode_bss_type:
+    if (bool Interface::*const flag = flagOf(opcode)) {
+        facts.*flag = value != FALSE;
+    } else if (opcode == wlan_intf_opcode_bss_type) {
         facts.bssType = value;
-        return ERROR_SUCCESS;
-    default:
+    } else {
         return ERROR_INVALID_PARAMETER;
     }
+    return ERROR_SUCCESS;
 }
 
 DWORD Engine::Impl::registerNotification(HANDLE clientHandle, DWORD source,

@@ -32,24 +32,17 @@ std::string inWords(const Fault& fault) {
         text += " of opcode " + std::to_string(*fault.opcode);
     }
     text += fault.nth == 0 ? ", every call" : ", call " + std::to_string(fault.nth);
+    const auto add = [&text](const char* name, const std::optional<std::uint32_t>& value) {
+        text += value ? std::string(", ") + name + " " + std::to_string(*value) : "";
+    };
     if (fault.delay.count() != 0) {
         text += ", delay " + std::to_string(fault.delay.count()) + " ms";
     }
-    if (fault.code) {
-        text += ", code " + std::to_string(*fault.code);
-    }
-    if (fault.dataSize) {
-        text += ", dataSize " + std::to_string(*fault.dataSize);
-    }
-    if (fault.count) {
-        text += ", count " + std::to_string(*fault.count);
-    }
-    if (fault.noData) {
-        text += ", noData";
-    }
-    if (fault.version) {
-        text += ", version " + std::to_string(*fault.version);
-    }
+    add("code", fault.code);
+    add("dataSize", fault.dataSize);
+    add("count", fault.count);
+    text += fault.noData ? ", noData" : "";
+    add("version", fault.version);
     return text;
 }
 

@@ -262,21 +262,13 @@ std::string readCountry(const JsonReader& reader) {
     return country;
 }
 
-std::string readGuid(const JsonReader& reader) {
-    std::string guid = reader.text();
-    if (!nativewifi::parseGuid(mrl::toUtf16(guid))) {
-        reader.refuse("a GUID of 36 characters without braces was expected");
-    }
-    return guid;
-}
-
 Interface readInterface(const JsonReader& reader) {
     reader.expectKeys({"guid", "description", "state", "autoconf", "backgroundScan",
                        "mediaStreaming", "bssType", "phys", "connection", "rssi", "scanDurationMs",
                        "scanEnd", "infrastructurePairs", "adhocPairs", "countries",
                        "accessPoints"});
     Interface facts;
-    reader.optional("guid", facts.guid, readGuid);
+    reader.optional("guid", facts.guid, readText);
     reader.optional("description", facts.description, readName);
     reader.optional("state", facts.state, wordOrNumber(stateWords));
     reader.optional("autoconf", facts.autoconf, readFlag);
@@ -326,7 +318,7 @@ Fault readFault(const JsonReader& reader) {
     return fault;
 }
 
-Notification readNotification(const JsonReader& reader, std::size_t interfaces) {
+Notification readNotification(const JsonReader& reader) {
     reader.expectKeys({"atMs", "afterScan", "interface", "source", "code", "data"});
     if (reader.has("atMs") == reader.has("afterScan")) {
         reader.refuse("exactly one of \"atMs\" and \"afterScan\" was expected");
@@ -341,9 +333,6 @@ Notification readNotification(const JsonReader& reader, std::size_t interfaces) 
                             : static_cast<std::uint32_t>(scan.word({{"every", 0}}));
     }
     reader.optional("interface", notification.interfaceIndex, readUnsigned);
-    if (notification.interfaceIndex >= interfaces) {
-        reader.refuse("there is no interface " + std::to_string(notification.interfaceIndex));
-    }
     if (reader.has("source")) {
         notification.source =
             static_cast<std::uint32_t>(reader.at("source").wordOrNumber(sourceWords));
@@ -355,22 +344,31 @@ Notification readNotification(const JsonReader& reader, std::size_t interfaces) 
     return notification;
 }
 
-// The README promises that adapters of one scenario have different GUIDs.
-void refuseSameGuids(const JsonReader& interfaces, const std::vector<Interface>& all) {
-    const std::vector<JsonReader> readers = interfaces.elements();
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
-            const auto one = nativewifi::parseGuid(mrl::toUtf16(all[i].guid));
-            const auto other = nativewifi::parseGuid(mrl::toUtf16(all[j].guid));
-            if (one && other && nativewifi::sameGuid(*one, *other)) {
-                (readers[i].has("guid") ? readers[i].at("guid") : readers[i])
-                    .refuse("interface " + std::to_string(j) + " has the same GUID");
+} // namespace
+
+void Scenario::check() const {
+    std::vector<GUID> guids;
+    for (const Interface& facts : interfaces) {
+        const std::string place = "/interfaces/" + std::to_string(guids.size()) + "/guid";
+        const std::optional<GUID> guid = nativewifi::parseGuid(mrl::toUtf16(facts.guid));
+        if (!guid) {
+            throw ScenarioError(place, "a GUID of 36 characters without braces was expected");
+        }
+        for (std::size_t i = 0; i < guids.size(); ++i) {
+            if (nativewifi::sameGuid(guids[i], *guid)) {
+                throw ScenarioError(place, "interface " + std::to_string(i) + " has the same GUID");
             }
+        }
+        guids.push_back(*guid);
+    }
+    for (std::size_t i = 0; i < notifications.size(); ++i) {
+        const std::uint32_t index = notifications[i].interfaceIndex;
+        if (index >= interfaces.size()) {
+            throw ScenarioError("/notifications/" + std::to_string(i),
+                                "there is no interface " + std::to_string(index));
         }
     }
 }
-
-} // namespace
 
 Scenario Scenario::fromJson(std::string_view text) {
     const mrl::Json value = JsonReader::parse(text);
@@ -381,13 +379,10 @@ Scenario Scenario::fromJson(std::string_view text) {
     }
     Scenario scenario;
     scenario.interfaces = arrayOf(readInterface)(reader.at("interfaces"));
-    refuseSameGuids(reader.at("interfaces"), scenario.interfaces);
     reader.optional("faults", scenario.faults, arrayOf(readFault));
-    reader.optional("notifications", scenario.notifications,
-                    arrayOf([&scenario](const JsonReader& notification) {
-                        return readNotification(notification, scenario.interfaces.size());
-                    }));
+    reader.optional("notifications", scenario.notifications, arrayOf(readNotification));
     reader.optional("serviceVersion", scenario.serviceVersion, readUnsigned);
+    scenario.check();
     return scenario;
 }
 

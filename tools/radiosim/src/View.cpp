@@ -91,11 +91,20 @@ View::Answer counted(Bytes block, std::size_t offset) {
     return {ERROR_SUCCESS, std::move(block), offset, true};
 }
 
-View::Answer flag(bool value) {
-    return plain(bytesOf<BOOL>(value ? TRUE : FALSE));
-}
-
 } // namespace
+
+bool Interface::*flagOf(DWORD opcode) {
+    switch (opcode) {
+    case wlan_intf_opcode_autoconf_enabled:
+        return &Interface::autoconf;
+    case wlan_intf_opcode_background_scan_enabled:
+        return &Interface::backgroundScan;
+    case wlan_intf_opcode_media_streaming_mode:
+        return &Interface::mediaStreaming;
+    default:
+        return nullptr;
+    }
+}
 
 void overwrite(Bytes& block, std::size_t offset, DWORD value) {
     if (offset + sizeof value <= block.size()) {
@@ -348,13 +357,10 @@ Bytes View::statistics() const {
 }
 
 View::Answer View::query(DWORD opcode) const {
+    if (bool Interface::*const flag = flagOf(opcode)) {
+        return plain(bytesOf<BOOL>(m_facts.*flag ? TRUE : FALSE));
+    }
     switch (opcode) {
-    case wlan_intf_opcode_autoconf_enabled:
-        return flag(m_facts.autoconf);
-    case wlan_intf_opcode_background_scan_enabled:
-        return flag(m_facts.backgroundScan);
-    case wlan_intf_opcode_media_streaming_mode:
-        return flag(m_facts.mediaStreaming);
     case wlan_intf_opcode_radio_state:
         return counted(radioState(), 0);
     case wlan_intf_opcode_bss_type:

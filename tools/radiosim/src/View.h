@@ -19,6 +19,10 @@ struct BssFilter {
     bool secured;
 };
 
+/// The member that an opcode of WlanQueryInterface and WlanSetInterface is about, when that is on
+/// or off; else null.
+bool Interface::*flagOf(DWORD opcode);
+
 /// One interface at one moment. Pure: the same facts give the same bytes.
 class View {
 public:
