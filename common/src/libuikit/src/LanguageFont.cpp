@@ -98,10 +98,10 @@ bool hasLetters(const LOGFONTW& font, LANGID language) {
 }
 
 LOGFONTW fontForLanguage(const LOGFONTW& font, LANGID language) {
-    const Script* const script = scriptOf(language);
-    if (script == nullptr || hasAll(font, script->letters)) {
+    if (hasLetters(font, language)) {
         return font;
     }
+    const Script* const script = scriptOf(language);
     for (const wchar_t* const face : script->faces) {
         const LOGFONTW candidate = withFace(font, face);
         if (hasAll(candidate, script->letters)) {

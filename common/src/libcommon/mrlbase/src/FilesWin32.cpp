@@ -8,27 +8,12 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace mrl {
 
 namespace {
-
-class FileHandle {
-public:
-    explicit FileHandle(HANDLE value) : m_value(value) {}
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
-    ~FileHandle() {
-        if (m_value != INVALID_HANDLE_VALUE) {
-            CloseHandle(m_value);
-        }
-    }
-    HANDLE get() const { return m_value; }
-
-private:
-    HANDLE m_value;
-};
 
 CharString fullName(const std::filesystem::path& path) {
     CharString name(MAX_PATH, Char());
@@ -108,12 +93,13 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
     // A link may still lead to a pipe: with SECURITY_ANONYMOUS its server cannot identify the user.
     // ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION,
     // ERROR_INVALID_NAME
-    const FileHandle file(CreateFileW(
+    const HANDLE opened = CreateFileW(
         path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-        OPEN_EXISTING, SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS, nullptr));
-    if (file.get() == INVALID_HANDLE_VALUE) {
+        OPEN_EXISTING, SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) {
         fail(GetLastError());
     }
+    const std::unique_ptr<void, decltype(&CloseHandle)> file(opened, &CloseHandle);
     if (GetFileType(file.get()) != FILE_TYPE_DISK) {
         throw FileFailure{Reason::notOrdinary, {}};
     }
