@@ -19,19 +19,11 @@ public:
     }
     int Run() override {
         steps.emplace_back("Run");
-        return loops ? CWinApp::Run() : 5;
+        return 5;
     }
     int ExitInstance() override {
         steps.emplace_back("ExitInstance");
         return CWinApp::ExitInstance();
-    }
-    BOOL OnIdle(LONG count) override {
-        steps.push_back("OnIdle " + std::to_string(count));
-        return count < 1;
-    }
-    BOOL PreTranslateMessage(MSG* message) override {
-        steps.push_back("message " + std::to_string(message->message - WM_APP));
-        return CWinApp::PreTranslateMessage(message);
     }
 
     int start() {
@@ -39,7 +31,6 @@ public:
     }
 
     bool starts = true;
-    bool loops = false;
     Steps steps;
 };
 
@@ -65,14 +56,6 @@ TEST(Application, GivesRunsValueAsTheProcessesAfterAGoodStart) {
     EXPECT_EQ(application.steps, (Steps{"InitInstance", "Run"}));
 }
 
-TEST(Application, KnowsItsInstanceAndCommandLineWhenItStarts) {
-    RecordingApplication application;
-    application.start();
-    EXPECT_EQ(application.m_hInstance, GetModuleHandleW(nullptr));
-    EXPECT_STREQ(application.m_lpCmdLine, GetCommandLineW());
-    EXPECT_EQ(application.m_nCmdShow, SW_SHOW);
-}
-
 TEST(Application, ThatRefusesToStartExitsWithoutRunning) {
     RecordingApplication application;
     application.starts = false;
@@ -82,32 +65,6 @@ TEST(Application, ThatRefusesToStartExitsWithoutRunning) {
 
 TEST(Application, CannotRunWhenThereIsNone) {
     EXPECT_EQ(AfxWinMain(GetModuleHandleW(nullptr), nullptr, GetCommandLineW(), SW_SHOW), -1);
-}
-
-TEST(Application, PumpsMessagesUntilQuitAndIdlesBetweenThem) {
-    RecordingApplication application;
-    application.loops = true;
-    PostThreadMessageW(GetCurrentThreadId(), WM_APP + 1, 0, 0);
-    PostQuitMessage(77);
-    EXPECT_EQ(application.start(), 77);
-    EXPECT_EQ(application.steps, (Steps{"InitInstance", "Run", "message 1", "ExitInstance"}));
-}
-
-TEST(Application, IdlesAsOftenAsOnIdleAsksForWhenTheQueueIsEmpty) {
-    class Idling final : public RecordingApplication {
-    public:
-        BOOL OnIdle(LONG count) override {
-            const BOOL more = RecordingApplication::OnIdle(count);
-            if (!more) {
-                PostQuitMessage(0);
-            }
-            return more;
-        }
-    } application;
-    application.loops = true;
-    application.start();
-    EXPECT_EQ(application.steps,
-              (Steps{"InitInstance", "Run", "OnIdle 0", "OnIdle 1", "ExitInstance"}));
 }
 
 TEST(Application, LooksForIconsInTheExecutable) {

@@ -39,16 +39,4 @@ TEST(AfxMessageBoxes, WorksWithoutAnApplicationObject) {
     EXPECT_EQ(show(L"No application", MB_OK, IDOK).box.prompt, L"No application");
 }
 
-TEST(AfxMessageBoxes, GoesThroughTheApplicationsOwnDoMessageBox) {
-    struct Silent final : CWinApp {
-        int DoMessageBox(LPCTSTR prompt, UINT type, UINT help) override {
-            text = prompt;
-            return static_cast<int>(type + help);
-        }
-        std::wstring text;
-    } application;
-    EXPECT_EQ(AfxMessageBox(L"hushed", 40, 2), 42);
-    EXPECT_EQ(application.text, L"hushed");
-}
-
 } // namespace

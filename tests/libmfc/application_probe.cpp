@@ -24,7 +24,7 @@ public:
         return m_arguments.first != L"refuse";
     }
     int Run() override { return 40 + m_arguments.count; }
-    int ExitInstance() override { return m_hInstance == GetModuleHandleW(nullptr) ? 23 : 24; }
+    int ExitInstance() override { return 23; }
 
 private:
     Arguments m_arguments;

@@ -17,7 +17,7 @@ INT_PTR endedBy(WPARAM key, int focus, int* pushes = nullptr) {
             dialog.step = [&] { dialog.EndDialog(77); };
             dialog.PostMessage(WM_KIT_STEP);
         };
-        dialog.GetDlgItem(focus)->SetFocus();
+        ::SetFocus(*dialog.GetDlgItem(focus));
         ::PostMessageW(::GetFocus(), WM_KEYDOWN, key, 0);
         dialog.PostMessage(WM_KIT_STEP);
     };
@@ -49,7 +49,7 @@ TEST(DialogKeys, EscapeClosesAnOpenListFirst) {
     LRESULT openAfter = 1;
     dialog.step = [&] {
         CWnd* const combo = dialog.GetDlgItem(IDC_KIT_COMBO);
-        combo->SetFocus();
+        ::SetFocus(*combo);
         combo->SendMessage(CB_SHOWDROPDOWN, TRUE);
         openBefore = combo->SendMessage(CB_GETDROPPEDSTATE);
         dialog.step = [&] {

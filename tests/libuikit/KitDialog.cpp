@@ -41,7 +41,7 @@ HBRUSH KitDialog::OnCtlColor(CDC* dc, CWnd* control, UINT type) {
 
 std::wstring KitDialog::text(int id) const {
     wchar_t buffer[256]{};
-    GetDlgItemText(id, buffer, static_cast<int>(std::size(buffer)));
+    ::GetDlgItemTextW(m_hWnd, id, buffer, static_cast<int>(std::size(buffer)));
     return buffer;
 }
 

@@ -29,7 +29,9 @@ public:
     std::wstring text(int id) const;
     /// Height of the letters of a control's font, in pixels.
     LONG letterHeight(int id) const;
-    DWORD styleOf(int id) const { return GetDlgItem(id)->GetStyle(); }
+    DWORD styleOf(int id) const {
+        return static_cast<DWORD>(GetWindowLongPtrW(*GetDlgItem(id), GWL_STYLE));
+    }
 
 protected:
     void PreSubclassWindow() override;

@@ -38,8 +38,8 @@ TEST(UiLanguage, KnowsWhichWayItIsWritten) {
 LONG distanceFromLeft(const KitDialog& dialog, int id) {
     CRect frame;
     CRect control;
-    dialog.GetWindowRect(frame);
-    dialog.GetDlgItem(id)->GetWindowRect(control);
+    ::GetWindowRect(dialog, frame);
+    ::GetWindowRect(*dialog.GetDlgItem(id), control);
     return control.left - frame.left;
 }
 
@@ -49,14 +49,15 @@ TEST(DialogLayout, IsMirroredForLanguagesWrittenFromRightToLeft) {
         const Language language(ENGLISH);
         KitDialog dialog;
         ASSERT_TRUE(dialog.Create(IDD_KIT));
-        EXPECT_EQ(dialog.GetExStyle() & WS_EX_LAYOUTRTL, 0U);
+        EXPECT_EQ(GetWindowLongPtrW(dialog, GWL_EXSTYLE) & WS_EX_LAYOUTRTL, 0U);
         english = distanceFromLeft(dialog, IDC_KIT_LINE);
     }
     const Language language(HEBREW);
     KitDialog dialog;
     ASSERT_TRUE(dialog.Create(IDD_KIT));
-    EXPECT_NE(dialog.GetExStyle() & WS_EX_LAYOUTRTL, 0U);
-    EXPECT_NE(dialog.GetDlgItem(IDC_KIT_LINE)->GetExStyle() & WS_EX_LAYOUTRTL, 0U);
+    EXPECT_NE(GetWindowLongPtrW(dialog, GWL_EXSTYLE) & WS_EX_LAYOUTRTL, 0U);
+    EXPECT_NE(GetWindowLongPtrW(*dialog.GetDlgItem(IDC_KIT_LINE), GWL_EXSTYLE) & WS_EX_LAYOUTRTL,
+              0U);
     EXPECT_GT(distanceFromLeft(dialog, IDC_KIT_LINE), english + 100);
     EXPECT_LT(distanceFromLeft(dialog, IDC_KIT_PICTURE), english + 100);
 }
@@ -141,7 +142,7 @@ TEST_F(Texts, AreFittedAgainWhenTheControlChangesItsSize) {
     ASSERT_LT(dialog.letterHeight(IDC_KIT_LINE), full());
     CRect place;
     dialog.GetDlgItem(IDC_KIT_LINE)->GetClientRect(place);
-    dialog.GetDlgItem(IDC_KIT_LINE)->MoveWindow(0, 0, 3 * place.Width(), place.Height());
+    ::MoveWindow(*dialog.GetDlgItem(IDC_KIT_LINE), 0, 0, 3 * place.Width(), place.Height(), TRUE);
     EXPECT_EQ(dialog.letterHeight(IDC_KIT_LINE), full());
 }
 

@@ -213,7 +213,7 @@ TEST(PicturesInMirroredDialogs, KeepTheirSides) {
     EXPECT_TRUE(dialog.picture.SetImage(mrl::String(file.c_str()), false, false, false));
     dialog.picture.UpdateWindow();
     CRect place;
-    dialog.picture.GetWindowRect(place);
+    ::GetWindowRect(dialog.picture, place);
     const HDC screen = GetDC(nullptr);
     EXPECT_EQ(GetPixel(screen, place.left + 3, place.top + 5), RED);
     EXPECT_EQ(GetPixel(screen, place.right - 3, place.top + 5), GREEN);

@@ -118,7 +118,8 @@ TEST_F(MirroredTexts, AreReadTheSameWayInEachOfTheirLines) {
 }
 
 TEST_F(MirroredTexts, ThatAreNamesKeepTheirOwnOrderAtTheRightEdge) {
-    dialog.GetDlgItem(IDC_KIT_LINE)->ModifyStyle(0, SS_NOPREFIX);
+    SetWindowLongPtrW(*dialog.GetDlgItem(IDC_KIT_LINE), GWL_STYLE,
+                      static_cast<LONG_PTR>(dialog.styleOf(IDC_KIT_LINE)) | SS_NOPREFIX);
     const Ink ink = painted(IDC_KIT_LINE, L"LL!");
     EXPECT_LE(ink.rightmost(), NARROW);
     EXPECT_GT(ink.leftmost(), NARROW);

@@ -184,7 +184,7 @@ protected:
                              IDC_AUTH, IDC_STRENGTH_TEXT, IDC_STRENGTH_PERCENT}) {
             EXPECT_EQ(shown(dialog, id), "") << id;
         }
-        EXPECT_EQ(dialog.m_signalMeter.GetPos(), 0);
+        EXPECT_EQ(dialog.m_signalMeter.SendMessage(PBM_GETPOS), 0);
     }
 };
 

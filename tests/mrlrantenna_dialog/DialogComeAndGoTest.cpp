@@ -114,7 +114,7 @@ private:
         EXPECT_EQ(test::picture(dialog), expected.picture);
         const bool cleared = list.empty();
         EXPECT_EQ(test::shown(dialog, IDC_SSID), cleared ? "" : "Cellar");
-        EXPECT_EQ(dialog.m_signalMeter.GetPos(), cleared ? 0 : 33);
+        EXPECT_EQ(dialog.m_signalMeter.SendMessage(PBM_GETPOS), cleared ? 0 : 33);
     }
 };
 

@@ -38,7 +38,9 @@ std::string shown(const Dialog& dialog, int controlId) {
 std::vector<std::string> entries(const Dialog& dialog) {
     std::vector<std::string> texts;
     for (int i = 0; i < dialog.m_networkCombo.GetCount(); ++i) {
-        std::wstring text(static_cast<std::size_t>(dialog.m_networkCombo.GetLBTextLen(i)), L'\0');
+        std::wstring text(static_cast<std::size_t>(dialog.m_networkCombo.SendMessage(
+                              CB_GETLBTEXTLEN, static_cast<WPARAM>(i))),
+                          L'\0');
         dialog.m_networkCombo.GetLBText(i, text.data());
         texts.push_back(mrl::toUtf8(text));
     }
@@ -52,7 +54,7 @@ std::string selected(const Dialog& dialog) {
 
 std::string strength(const Dialog& dialog) {
     return shown(dialog, IDC_STRENGTH_TEXT) + " " + shown(dialog, IDC_STRENGTH_PERCENT) + " " +
-           std::to_string(dialog.m_signalMeter.GetPos());
+           std::to_string(dialog.m_signalMeter.SendMessage(PBM_GETPOS));
 }
 
 bool isShown(const Dialog& dialog, int controlId) {

@@ -52,7 +52,7 @@ TEST_F(EndOfTheDialog, EscapeAbortsTheTest) {
 TEST_F(EndOfTheDialog, EscapeAbortsTheTestFromTheFinishButtonToo) {
     EXPECT_EQ(runTest({[](Dialog& dialog) {
                   CWnd* const button = dialog.GetDlgItem(IDC_FINISH);
-                  button->SetFocus();
+                  ::SetFocus(*button);
                   button->PostMessage(WM_KEYDOWN, VK_ESCAPE);
               }}),
               TestResult::USERABORTED());
@@ -61,7 +61,7 @@ TEST_F(EndOfTheDialog, EscapeAbortsTheTestFromTheFinishButtonToo) {
 
 TEST_F(EndOfTheDialog, EnterDoesNotEndIt) {
     EXPECT_EQ(run({[](Dialog& dialog) { press(dialog, VK_RETURN); },
-                   [](Dialog& dialog) { EXPECT_TRUE(dialog.IsWindowVisible()); }}),
+                   [](Dialog& dialog) { EXPECT_TRUE(::IsWindowVisible(dialog)); }}),
               DialogDriver::LEFT_OPEN);
     EXPECT_FALSE(ended());
 }

@@ -133,7 +133,7 @@ TEST_F(NotificationFlood, LeavesRefreshesAndChoicesWhole) {
             EXPECT_THAT(test::entries(dialog), ElementsAre("Attic", "Lab"));
             test::choose(dialog, i % 2);
             EXPECT_EQ(test::shown(dialog, IDC_SSID), i % 2 == 0 ? "Attic" : "Lab");
-            EXPECT_EQ(dialog.m_signalMeter.GetPos(), i % 2 == 0 ? 30 : 50);
+            EXPECT_EQ(dialog.m_signalMeter.SendMessage(PBM_GETPOS), i % 2 == 0 ? 30 : 50);
             test::tick(dialog);
         });
     }

@@ -180,14 +180,14 @@ protected:
         return std::labs(font.lfHeight);
     }
     static bool isMirrored(const Dialog& dialog) {
-        return (dialog.GetExStyle() & WS_EX_LAYOUTRTL) != 0;
+        return (GetWindowLongPtrW(dialog, GWL_EXSTYLE) & WS_EX_LAYOUTRTL) != 0;
     }
     // From the dialog's left edge, in pixels.
     static LONG leftOf(const Dialog& dialog, int controlId) {
         CRect frame;
         CRect place;
-        dialog.GetWindowRect(frame);
-        dialog.GetDlgItem(controlId)->GetWindowRect(place);
+        ::GetWindowRect(dialog, frame);
+        ::GetWindowRect(*dialog.GetDlgItem(controlId), place);
         return place.left - frame.left;
     }
 };
@@ -233,8 +233,8 @@ TEST_F(DialogInALanguage, IsMirroredInArabicExceptForNames) {
         // The text is the name and nothing else, whatever it takes to show it.
         EXPECT_EQ(shown(dialog, IDC_SSID), "Office (5G)");
         EXPECT_EQ(selected(dialog), "Office (5G)");
-        EXPECT_NE(dialog.m_networkCombo.GetExStyle() & WS_EX_RTLREADING, 0U);
-        EXPECT_NE(dialog.m_signalMeter.GetExStyle() & WS_EX_LAYOUTRTL, 0U)
+        EXPECT_NE(GetWindowLongPtrW(dialog.m_networkCombo, GWL_EXSTYLE) & WS_EX_RTLREADING, 0U);
+        EXPECT_NE(GetWindowLongPtrW(dialog.m_signalMeter, GWL_EXSTYLE) & WS_EX_LAYOUTRTL, 0U)
             << "the meter fills from the side at which reading begins";
     }});
 }

@@ -25,7 +25,7 @@ TEST_F(Messages, ScrollBarsDoNothing) {
         dialog.SendMessage(WM_HSCROLL, SB_LINERIGHT, 0);
         EXPECT_THAT(journal().entries(), IsEmpty());
         EXPECT_THAT(radio().callNames(), IsEmpty());
-        EXPECT_TRUE(dialog.IsWindowVisible());
+        EXPECT_TRUE(::IsWindowVisible(dialog));
     }});
 }
 
@@ -68,12 +68,14 @@ TEST_F(Messages, AMinimisedWindowIsPaintedAsItsIconInTheMiddle) {
             }
             // Without a frame, which some systems include when they paint such a window. Only the
             // style of a minimised window, not its size, so that the icon can be seen.
-            dialog.ModifyStyle(WS_CAPTION | WS_SYSMENU | DS_MODALFRAME, 0);
+            const LONG_PTR bare = GetWindowLongPtrW(dialog, GWL_STYLE) &
+                                  ~LONG_PTR{WS_CAPTION | WS_SYSMENU | DS_MODALFRAME};
+            SetWindowLongPtrW(dialog, GWL_STYLE, bare);
             dialog.ModifyStyleEx(WS_EX_DLGMODALFRAME | WS_EX_WINDOWEDGE, 0);
             ::SetWindowPos(dialog.m_hWnd, nullptr, 0, 0, 131, 100,
                            SWP_NOMOVE | SWP_NOZORDER | SWP_FRAMECHANGED);
             dialog.UpdateWindow();
-            dialog.ModifyStyle(0, WS_MINIMIZE);
+            SetWindowLongPtrW(dialog, GWL_STYLE, bare | WS_MINIMIZE);
             ASSERT_TRUE(dialog.IsIconic());
             journal().clear();
             dialog.Invalidate();
@@ -93,7 +95,7 @@ TEST_F(Messages, AMinimisedWindowIsPaintedAsItsIconInTheMiddle) {
             EXPECT_LE(icon.bottom, y + height);
             EXPECT_GT(icon.Width(), width / 2);
             EXPECT_GT(icon.Height(), height / 2);
-            dialog.ModifyStyle(WS_MINIMIZE, 0);
+            SetWindowLongPtrW(dialog, GWL_STYLE, bare);
         }},
         test::DialogDriver::Place::ON_SCREEN);
     EXPECT_FALSE(ended());

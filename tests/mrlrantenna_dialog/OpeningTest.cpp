@@ -118,22 +118,21 @@ TEST_F(OpeningTheDialog, HasNoTextForTheSignalQualityLabelButThatOfTheCipher) {
 TEST_F(OpeningTheDialog, HasTheModulesIcons) {
     run({[](Dialog& dialog) {
         ASSERT_NE(dialog.m_hIcon, nullptr);
-        EXPECT_EQ(dialog.GetIcon(TRUE), dialog.m_hIcon);
-        EXPECT_EQ(dialog.GetIcon(FALSE), dialog.m_hIcon);
+        EXPECT_EQ(reinterpret_cast<HICON>(dialog.SendMessage(WM_GETICON, ICON_BIG)),
+                  dialog.m_hIcon);
+        EXPECT_EQ(reinterpret_cast<HICON>(dialog.SendMessage(WM_GETICON, ICON_SMALL)),
+                  dialog.m_hIcon);
     }});
 }
 
 TEST_F(OpeningTheDialog, SetsUpTheMeterTheTimerAndTheFinishButton) {
     run({[](Dialog& dialog) {
-        int lower = -1;
-        int upper = -1;
-        dialog.m_signalMeter.GetRange(lower, upper);
-        EXPECT_EQ(lower, 0);
-        EXPECT_EQ(upper, 100);
+        EXPECT_EQ(dialog.m_signalMeter.SendMessage(PBM_GETRANGE, TRUE), 0);
+        EXPECT_EQ(dialog.m_signalMeter.SendMessage(PBM_GETRANGE, FALSE), 100);
         EXPECT_EQ(dialog.m_signalMeter.SetStep(1), 1);
         EXPECT_TRUE(test::timerRuns(dialog));
         EXPECT_TRUE(test::isEnabled(dialog, IDC_FINISH));
-        EXPECT_TRUE(dialog.IsWindowVisible());
+        EXPECT_TRUE(::IsWindowVisible(dialog));
     }});
 }
 
@@ -231,7 +230,7 @@ TEST_F(OpeningTheDialog, WarnsWithTheSystemsMessageOfARadioThatStaysOff) {
 TEST_F(OpeningTheDialog, WarnsWithTheCodeWhereTheSystemHasNoMessage) {
     startRadioSwitchedOff(UNKNOWN_CODE);
     ASSERT_TRUE(systemText(UNKNOWN_CODE).empty());
-    run({[](Dialog& dialog) { EXPECT_TRUE(dialog.IsWindowVisible()); }});
+    run({[](Dialog& dialog) { EXPECT_TRUE(::IsWindowVisible(dialog)); }});
     ASSERT_EQ(warnings(), 1);
     EXPECT_THAT(test::text(raised().front()),
                 HasSubstr("warningEvent=\"Error code: " + std::to_string(UNKNOWN_CODE) + "\""));
@@ -316,7 +315,7 @@ std::string toolTipOf(const Dialog& dialog, int controlId) {
 TEST_F(OpeningTheDialog, GivesEachPictureAToolTip) {
     run({[&](Dialog& dialog) {
         ASSERT_NE(dialog.m_toolTip, nullptr);
-        EXPECT_EQ(dialog.m_toolTip->GetToolCount(), 2);
+        EXPECT_EQ(dialog.m_toolTip->SendMessage(TTM_GETTOOLCOUNT), 2);
         EXPECT_EQ(toolTipOf(dialog, IDC_RADIO_ON_IMAGE), localized("TURN_RADIO_OFF"));
         EXPECT_EQ(toolTipOf(dialog, IDC_RADIO_OFF_IMAGE), localized("TURN_RADIO_ON"));
     }});
@@ -356,7 +355,7 @@ LRESULT CALLBACK refuseToolTips(int code, WPARAM wParam, LPARAM lParam) {
 TEST_F(OpeningTheDialog, GoesOnWithoutToolTipsWhenTheyCannotBeMade) {
     const HHOOK hook = SetWindowsHookExW(WH_CBT, refuseToolTips, nullptr, GetCurrentThreadId());
     run({[&](Dialog& dialog) {
-        EXPECT_TRUE(dialog.IsWindowVisible());
+        EXPECT_TRUE(::IsWindowVisible(dialog));
         EXPECT_TRUE(test::timerRuns(dialog));
     }});
     UnhookWindowsHookEx(hook);

@@ -49,13 +49,6 @@ public:
     explicit CNotSupportedException(BOOL bAutoDelete = TRUE) : CException(bAutoDelete) {}
 };
 
-/// The user has seen a message already; the operation is cancelled.
-class CUserException : public CException {
-public:
-    explicit CUserException(BOOL bAutoDelete = TRUE) : CException(bAutoDelete) {}
-};
-
 /// These throw the process's one object of that class; they cost no memory.
 [[noreturn]] void AFXAPI AfxThrowResourceException();
 [[noreturn]] void AFXAPI AfxThrowNotSupportedException();
-[[noreturn]] void AFXAPI AfxThrowUserException();

@@ -10,10 +10,8 @@ class CProgressCtrl : public CWnd {
 public:
     /// \param nLower, nUpper ends of the range; 0 and 100 unless set. Platform: PBM_SETRANGE
     void SetRange(short nLower, short nUpper);
-    void GetRange(int& nLower, int& nUpper) const;
     /// \return the position before. Positions outside the range become its nearer end.
     int SetPos(int nPos);
-    int GetPos() const;
     /// How far PBM_STEPIT goes; 10 unless set. \return the step before
     int SetStep(int nStep);
 };
@@ -31,7 +29,6 @@ public:
     /// \param lpszText copied
     /// \return whether it worked. Platform: TTM_ADDTOOLW
     BOOL AddTool(CWnd* pWnd, LPCTSTR lpszText, LPCRECT lpRectTool = nullptr, UINT_PTR nIDTool = 0);
-    int GetToolCount() const;
     void Activate(BOOL bActivate);
     /// Shows the tip a mouse message; others are ignored. For PreTranslateMessage().
     void RelayEvent(LPMSG lpMsg);

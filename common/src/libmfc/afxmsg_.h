@@ -86,8 +86,9 @@ protected:                                                                      
                     return reinterpret_cast<LRESULT>(self->OnQueryDragIcon());)
 /// void OnHScroll(UINT nSBCode, UINT nPos, CScrollBar* pScrollBar)
 #define ON_WM_HSCROLL()                                                                            \
-    AFX_MESSAGE_ROW(WM_HSCROLL, 0, 0, 0, const afx::ScrollBarOf bar(message);                      \
-                    self->OnHScroll(LOWORD(message.wParam), HIWORD(message.wParam), bar.get());    \
+    AFX_MESSAGE_ROW(WM_HSCROLL, 0, 0, 0,                                                           \
+                    self->OnHScroll(LOWORD(message.wParam), HIWORD(message.wParam),                \
+                                    afx::scrollBarOf(message));                                    \
                     return 0;)
 /// HBRUSH OnCtlColor(CDC* pDC, CWnd* pWnd, UINT nCtlColor)
 #define ON_WM_CTLCOLOR()                                                                           \

@@ -2,7 +2,7 @@
 //
 // Threads: a window object belongs to the thread that its window belongs to, and so do the maps
 // from handles to objects. Exceptions that leave a message handler never cross Windows' own frames:
-// they come out of the loop that dispatched the message (CDialog::DoModal(), CWinThread::Run()),
+// they come out of the loop that dispatched the message (CDialog::DoModal(), CWnd::RunModalLoop()),
 // or of the call that created the window.
 #pragma once
 
@@ -35,57 +35,11 @@ protected:
     const AFX_MSGMAP_ENTRY* findMessageEntry(UINT message, UINT code, UINT id) const;
 };
 
-namespace afx {
-
-/// The pointer move that a loop has seen last.
-struct LastPointer {
-    POINT position{};
-    UINT message = 0;
-};
-
-} // namespace afx
-
-/// A thread that runs a message loop.
-class CWinThread : public CCmdTarget {
-public:
-    /// The window whose end ends the application, or null.
-    CWnd* m_pMainWnd = nullptr;
-
-    /// Prepares the thread. The default returns FALSE: nothing to run.
-    virtual BOOL InitInstance();
-    /// Pumps messages until WM_QUIT, calling OnIdle() whenever the queue is empty.
-    /// \return ExitInstance()'s result
-    /// Failure: an exception that left a message handler comes out of here.
-    virtual int Run();
-    /// Cleans up. \return the exit code; the default takes it from WM_QUIT, or 0 without one
-    virtual int ExitInstance();
-    /// Work for an empty queue. `lCount` counts the calls since the last message.
-    /// \return whether there is more to do. The default frees temporary objects and has no more
-    virtual BOOL OnIdle(LONG lCount);
-    /// Called for each message of a loop before it is translated and dispatched. The default asks
-    /// the window that the message is for, then its parents and owners in turn.
-    /// \return TRUE when the message is handled and must not be dispatched
-    virtual BOOL PreTranslateMessage(MSG* pMsg);
-    /// Whether OnIdle() is to be called again after `pMsg`. Pointer moves that change nothing and
-    /// caret blinks do not count.
-    virtual BOOL IsIdleMessage(MSG* pMsg);
-    /// Takes one message, waiting for it, and dispatches it. \return FALSE for WM_QUIT
-    virtual BOOL PumpMessage();
-
-protected:
-    CWinThread();
-    ~CWinThread() override;
-
-private:
-    MSG m_msgCur{};
-    afx::LastPointer m_lastPointer;
-};
-
 /// The application. A program defines exactly one object of a class derived from this one, at
 /// namespace scope; the library's main() then runs it:
 /// InitInstance(), and Run() when that returned TRUE, or else ExitInstance(). Run()'s (or
 /// ExitInstance()'s) value is the process's exit code.
-class CWinApp : public CWinThread {
+class CWinApp : public CCmdTarget {
 public:
     /// Registers the object as the process's application. A second one while the first lives is
     /// an error of the program and stays unregistered.
@@ -96,10 +50,14 @@ public:
     CWinApp& operator=(const CWinApp&) = delete;
     ~CWinApp() override;
 
-    HINSTANCE m_hInstance = nullptr; ///< the executable; valid from InitInstance() on
-    LPTSTR m_lpCmdLine = nullptr;    ///< the process's command line
-    int m_nCmdShow = SW_SHOWDEFAULT; ///< how the starter wants the first window shown
-    LPCTSTR m_pszAppName = nullptr;  ///< title of message boxes
+    LPCTSTR m_pszAppName = nullptr; ///< title of message boxes
+
+    /// Prepares the run. The default returns FALSE: nothing to run.
+    virtual BOOL InitInstance();
+    /// The application's work. The default has none. \return ExitInstance()'s result
+    virtual int Run();
+    /// Cleans up. \return the exit code; the default gives 0
+    virtual int ExitInstance();
 
     /// An icon of the executable, at the system's size for icons.
     /// \return null when there is none. Shared: not to be destroyed.
@@ -110,9 +68,6 @@ public:
     /// Calls rCmdInfo.ParseParam() for each argument of the process but its name.
     /// Platform: GetCommandLineW
     void ParseCommandLine(CCommandLineInfo& rCmdInfo);
-
-    /// What AfxMessageBox() does.
-    virtual int DoMessageBox(LPCTSTR lpszPrompt, UINT nType, UINT nIDPrompt);
 
 private:
     std::wstring m_name;
@@ -168,13 +123,11 @@ private:
     HWND m_hWnd;
 };
 
-// Flags of CWnd::RunModalLoop().
-constexpr DWORD MLF_NOIDLEMSG = 0x0001;  ///< no WM_ENTERIDLE to the parent
-constexpr DWORD MLF_NOKICKIDLE = 0x0002; ///< no WM_KICKIDLE to the window
+// A flag of CWnd::RunModalLoop().
 constexpr DWORD MLF_SHOWONIDLE = 0x0004; ///< show the window when the queue is first empty
 
 /// Sent to a window in its modal loop when the queue is empty; wParam is MSGF_DIALOGBOX, lParam
-/// counts as in OnIdle(). A result other than 0 asks for another.
+/// counts the messages since the queue was last in use. A result other than 0 asks for another.
 constexpr UINT WM_KICKIDLE = 0x036A;
 
 /// A window. The object and the window are two things: the object holds the handle between
@@ -237,24 +190,16 @@ public:
 
     // State. Each does what the Windows function of its name does.
 
-    DWORD GetStyle() const;
-    DWORD GetExStyle() const;
     /// \return whether the style changed. `nFlags` other than 0 go to SetWindowPos().
-    BOOL ModifyStyle(DWORD dwRemove, DWORD dwAdd, UINT nFlags = 0);
     BOOL ModifyStyleEx(DWORD dwRemove, DWORD dwAdd, UINT nFlags = 0);
     int GetDlgCtrlID() const;
     /// \return whether the window was disabled before
     BOOL EnableWindow(BOOL bEnable = TRUE);
     BOOL IsWindowEnabled() const;
     BOOL ShowWindow(int nCmdShow);
-    BOOL IsWindowVisible() const;
     BOOL IsIconic() const;
-    CWnd* SetFocus();
-    static CWnd* GetFocus();
-    CWnd* GetParent() const;
     /// \return the icon before
     HICON SetIcon(HICON hIcon, BOOL bBigIcon);
-    HICON GetIcon(BOOL bBigIcon) const;
 
     // Text.
 
@@ -263,8 +208,6 @@ public:
     // Place and appearance.
 
     void GetClientRect(LPRECT lpRect) const;
-    void GetWindowRect(LPRECT lpRect) const;
-    void MoveWindow(int x, int y, int nWidth, int nHeight, BOOL bRepaint = TRUE);
     void Invalidate(BOOL bErase = TRUE);
     void UpdateWindow();
 
@@ -280,11 +223,10 @@ public:
     /// \return null when there is no such control; otherwise as FromHandle()
     CWnd* GetDlgItem(int nID) const;
     void SetDlgItemText(int nID, LPCTSTR lpszString);
-    int GetDlgItemText(int nID, LPTSTR lpStr, int nMaxCount) const;
 
     /// Exchanges data between members and controls through DoDataExchange().
     /// \param bSaveAndValidate TRUE from the controls to the members, FALSE the other way
-    /// \return FALSE when a CUserException ended it, or when there is no window
+    /// \return FALSE when there is no window
     BOOL UpdateData(BOOL bSaveAndValidate = TRUE);
 
     // Modal loops.
@@ -353,8 +295,6 @@ public:
     /// \return the control's window
     /// Failure: throws CNotSupportedException when the dialog has no such control.
     HWND PrepareCtrl(int nIDC);
-    /// Cancels the exchange: throws CUserException.
-    [[noreturn]] void Fail();
 };
 
 /// A dialog made from a template among the executable's resources.
@@ -362,17 +302,15 @@ class CDialog : public CWnd {
 public:
     CDialog() = default;
     /// For DoModal().
-    /// \param pParentWnd owner; null: the application's main window, if any. A window of another
+    /// \param pParentWnd owner, or null. A window of another
     /// process may be given; it is not disabled.
     explicit CDialog(UINT nIDTemplate, CWnd* pParentWnd = nullptr);
-    explicit CDialog(LPCTSTR lpszTemplateName, CWnd* pParentWnd = nullptr);
 
     /// Shows a dialog that runs in the loops of the thread.
     /// \return whether it worked
     /// Failure: an exception that leaves OnInitDialog() or a handler comes out of here, and there
     /// is no window then.
     virtual BOOL Create(UINT nIDTemplate, CWnd* pParentWnd = nullptr);
-    virtual BOOL Create(LPCTSTR lpszTemplateName, CWnd* pParentWnd = nullptr);
 
     /// Runs the dialog until EndDialog(). Its owner is disabled meanwhile; the window is gone
     /// when the call returns.
@@ -423,8 +361,7 @@ public:
     int GetCurSel() const;
     /// \param nSelect -1 for nothing
     int SetCurSel(int nSelect);
-    int GetLBTextLen(int nIndex) const;
-    /// \param lpszText room for GetLBTextLen() and a zero
+    /// \param lpszText room for the entry (CB_GETLBTEXTLEN) and a zero
     int GetLBText(int nIndex, LPTSTR lpszText) const;
     int InsertString(int nIndex, LPCTSTR lpszString);
     void ResetContent();
@@ -456,42 +393,16 @@ private:
     UINT m_type;
 };
 
-/// The scroll bar control that a scroll message comes from, for the length of the handler.
-class ScrollBarOf {
-public:
-    explicit ScrollBarOf(const MSG& message);
-    ScrollBarOf(const ScrollBarOf&) = delete;
-    ScrollBarOf& operator=(const ScrollBarOf&) = delete;
-    ~ScrollBarOf();
-
-    /// Null when the message comes from the window's own scroll bar.
-    CScrollBar* get() const { return m_bar; }
-
-private:
-    mutable CScrollBar m_own;
-    CScrollBar* m_bar;
-};
+/// The object of the scroll bar control that a scroll message comes from. Null without one, and
+/// when the message comes from the window's own scroll bar.
+CScrollBar* scrollBarOf(const MSG& message);
 
 } // namespace afx
 
 /// The application object, or null when there is none. Any thread.
 CWinApp* AFXAPI AfxGetApp();
-/// The calling thread's object, or null: only the application's thread has one.
-CWinThread* AFXAPI AfxGetThread();
-/// The calling thread's main window, or null.
-CWnd* AFXAPI AfxGetMainWnd();
-
-/// The executable whose resources are used.
-HINSTANCE AFXAPI AfxGetInstanceHandle();
-HINSTANCE AFXAPI AfxGetResourceHandle();
-
-/// Initialises the library and the application object, if any; the library's main() calls it.
-/// \return FALSE when it fails
-BOOL AFXAPI AfxWinInit(HINSTANCE hInstance, HINSTANCE hPrevInstance, LPTSTR lpCmdLine,
-                       int nCmdShow);
-
 /// Runs the application on the calling thread, as the library's main() does, and ends OLE there if
-/// AfxOleInit() has started it.
+/// AfxOleInit() has started it. The parameters are WinMain()'s, and are not used.
 /// \return the process's exit code; -1 when there is no application object
 int AFXAPI AfxWinMain(HINSTANCE hInstance, HINSTANCE hPrevInstance, LPTSTR lpCmdLine, int nCmdShow);
 

@@ -1,14 +1,7 @@
-// Sizes and rectangles with operations.
+// Rectangles with operations.
 #pragma once
 
 #include <windows.h>
-
-class CSize : public SIZE {
-public:
-    CSize() : SIZE{} {}
-    CSize(int initCX, int initCY) : SIZE{initCX, initCY} {}
-    explicit CSize(SIZE initSize) : SIZE(initSize) {}
-};
 
 /// Converts to a RECT and to a pointer to one. All zero by default.
 class CRect : public RECT {
@@ -22,7 +15,7 @@ public:
 
     int Width() const { return right - left; }
     int Height() const { return bottom - top; }
-    CSize Size() const { return {Width(), Height()}; }
+    SIZE Size() const { return {Width(), Height()}; }
     /// Whether width or height is 0 or less.
     BOOL IsRectEmpty() const { return ::IsRectEmpty(this); }
 };

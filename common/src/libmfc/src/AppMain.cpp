@@ -2,22 +2,11 @@
 // linker takes it out of the archive only for programs without a main() of their own.
 #include <afxwin.h>
 
-namespace {
-
-int requestedShow() {
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    GetStartupInfoW(&startup);
-    return (startup.dwFlags & STARTF_USESHOWWINDOW) != 0 ? startup.wShowWindow : SW_SHOWDEFAULT;
-}
-
-} // namespace
-
 int main() {
     // DLLs that are loaded from here on come from the system directory, and not from the program's
     // folder or the current one. Either call fails only on systems that are too old for this
     // program.
     SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     SetDllDirectoryW(L"");
-    return AfxWinMain(GetModuleHandleW(nullptr), nullptr, GetCommandLineW(), requestedShow());
+    return AfxWinMain(GetModuleHandleW(nullptr), nullptr, GetCommandLineW(), SW_SHOWDEFAULT);
 }

@@ -2,7 +2,6 @@
 #include <afxwin.h>
 
 #include "Ole.h"
-#include "ThreadState.h"
 
 #include <mrl/ProcessArguments.h>
 
@@ -43,8 +42,20 @@ CWinApp::~CWinApp() {
     }
 }
 
+BOOL CWinApp::InitInstance() {
+    return FALSE;
+}
+
+int CWinApp::Run() {
+    return ExitInstance();
+}
+
+int CWinApp::ExitInstance() {
+    return 0;
+}
+
 HICON CWinApp::LoadIcon(LPCTSTR lpszResourceName) const {
-    return ::LoadIconW(AfxGetResourceHandle(), lpszResourceName);
+    return ::LoadIconW(GetModuleHandleW(nullptr), lpszResourceName);
 }
 
 HICON CWinApp::LoadIcon(UINT nIDResource) const {
@@ -64,36 +75,9 @@ CWinApp* AFXAPI AfxGetApp() {
     return g_application;
 }
 
-CWinThread* AFXAPI AfxGetThread() {
-    return afx::threadState().thread;
-}
-
-CWnd* AFXAPI AfxGetMainWnd() {
-    const CWinThread* const thread = AfxGetThread();
-    return thread == nullptr ? nullptr : thread->m_pMainWnd;
-}
-
-HINSTANCE AFXAPI AfxGetInstanceHandle() {
-    return GetModuleHandleW(nullptr);
-}
-
-HINSTANCE AFXAPI AfxGetResourceHandle() {
-    return GetModuleHandleW(nullptr);
-}
-
-BOOL AFXAPI AfxWinInit(HINSTANCE hInstance, HINSTANCE, LPTSTR lpCmdLine, int nCmdShow) {
-    if (CWinApp* const application = AfxGetApp()) {
-        application->m_hInstance = hInstance;
-        application->m_lpCmdLine = lpCmdLine;
-        application->m_nCmdShow = nCmdShow;
-    }
-    return TRUE;
-}
-
-int AFXAPI AfxWinMain(HINSTANCE hInstance, HINSTANCE hPrevInstance, LPTSTR lpCmdLine,
-                      int nCmdShow) {
+int AFXAPI AfxWinMain(HINSTANCE, HINSTANCE, LPTSTR, int) {
     CWinApp* const application = AfxGetApp();
-    if (application == nullptr || !AfxWinInit(hInstance, hPrevInstance, lpCmdLine, nCmdShow)) {
+    if (application == nullptr) {
         return -1;
     }
     const int exitCode =

@@ -41,19 +41,8 @@ void CProgressCtrl::SetRange(short nLower, short nUpper) {
     SendMessage(PBM_SETRANGE, 0, MAKELPARAM(nLower, nUpper));
 }
 
-void CProgressCtrl::GetRange(int& nLower, int& nUpper) const {
-    PBRANGE range{};
-    SendMessage(PBM_GETRANGE, FALSE, reinterpret_cast<LPARAM>(&range));
-    nLower = range.iLow;
-    nUpper = range.iHigh;
-}
-
 int CProgressCtrl::SetPos(int nPos) {
     return toInt(SendMessage(PBM_SETPOS, toWParam(nPos)));
-}
-
-int CProgressCtrl::GetPos() const {
-    return toInt(SendMessage(PBM_GETPOS));
 }
 
 int CProgressCtrl::SetStep(int nStep) {
@@ -74,10 +63,6 @@ BOOL CToolTipCtrl::Create(CWnd* pParentWnd, DWORD dwStyle) {
 BOOL CToolTipCtrl::AddTool(CWnd* pWnd, LPCTSTR lpszText, LPCRECT lpRectTool, UINT_PTR nIDTool) {
     TTTOOLINFOW info = toolInfo(pWnd, lpszText, lpRectTool, nIDTool);
     return SendMessage(TTM_ADDTOOLW, 0, toLParam(info)) != FALSE;
-}
-
-int CToolTipCtrl::GetToolCount() const {
-    return toInt(SendMessage(TTM_GETTOOLCOUNT));
 }
 
 void CToolTipCtrl::Activate(BOOL bActivate) {

@@ -29,10 +29,6 @@ int CComboBox::SetCurSel(int nSelect) {
     return toInt(SendMessage(CB_SETCURSEL, toWParam(nSelect)));
 }
 
-int CComboBox::GetLBTextLen(int nIndex) const {
-    return toInt(SendMessage(CB_GETLBTEXTLEN, toWParam(nIndex)));
-}
-
 int CComboBox::GetLBText(int nIndex, LPTSTR lpszText) const {
     return toInt(SendMessage(CB_GETLBTEXT, toWParam(nIndex), toLParam(lpszText)));
 }

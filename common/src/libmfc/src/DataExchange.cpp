@@ -6,12 +6,7 @@ BOOL CWnd::UpdateData(BOOL bSaveAndValidate) {
         return FALSE;
     }
     CDataExchange exchange(this, bSaveAndValidate);
-    try {
-        DoDataExchange(&exchange);
-    } catch (CUserException* exception) {
-        exception->Delete();
-        return FALSE;
-    }
+    DoDataExchange(&exchange);
     return TRUE;
 }
 
@@ -24,10 +19,6 @@ HWND CDataExchange::PrepareCtrl(int nIDC) {
         AfxThrowNotSupportedException();
     }
     return control;
-}
-
-void CDataExchange::Fail() {
-    AfxThrowUserException();
 }
 
 void AFXAPI DDX_Control(CDataExchange* pDX, int nIDC, CWnd& rControl) {

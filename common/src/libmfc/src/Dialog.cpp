@@ -21,8 +21,7 @@ INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM, LPARAM) {
 
 // Owners are top-level windows.
 HWND ownerWindow(CWnd* parent) {
-    CWnd* const chosen = parent != nullptr ? parent : AfxGetMainWnd();
-    return chosen == nullptr ? nullptr : GetAncestor(chosen->GetSafeHwnd(), GA_ROOT);
+    return parent == nullptr ? nullptr : GetAncestor(parent->GetSafeHwnd(), GA_ROOT);
 }
 
 // Disables the owner of a modal dialog.
@@ -50,10 +49,7 @@ ON_COMMAND(IDCANCEL, &CDialog::OnCancel)
 END_MESSAGE_MAP()
 
 CDialog::CDialog(UINT nIDTemplate, CWnd* pParentWnd)
-    : CDialog(MAKEINTRESOURCEW(nIDTemplate), pParentWnd) {}
-
-CDialog::CDialog(LPCTSTR lpszTemplateName, CWnd* pParentWnd)
-    : m_templateName(lpszTemplateName), m_parent(pParentWnd) {}
+    : m_templateName(MAKEINTRESOURCEW(nIDTemplate)), m_parent(pParentWnd) {}
 
 HWND CDialog::createFrom(LPCTSTR templateName, HWND owner) {
     const afx::CreationHook hook(*this);
@@ -61,15 +57,11 @@ HWND CDialog::createFrom(LPCTSTR templateName, HWND owner) {
         return nullptr;
     }
     // ERROR_RESOURCE_NAME_NOT_FOUND, ERROR_CANNOT_FIND_WND_CLASS for a control, memory
-    return CreateDialogParamW(AfxGetResourceHandle(), templateName, owner, dialogProcedure, 0);
+    return CreateDialogParamW(GetModuleHandleW(nullptr), templateName, owner, dialogProcedure, 0);
 }
 
 BOOL CDialog::Create(UINT nIDTemplate, CWnd* pParentWnd) {
-    return Create(MAKEINTRESOURCEW(nIDTemplate), pParentWnd);
-}
-
-BOOL CDialog::Create(LPCTSTR lpszTemplateName, CWnd* pParentWnd) {
-    const HWND window = createFrom(lpszTemplateName, ownerWindow(pParentWnd));
+    const HWND window = createFrom(MAKEINTRESOURCEW(nIDTemplate), ownerWindow(pParentWnd));
     if (afx::threadState().pending != nullptr && window != nullptr) {
         ::DestroyWindow(window);
     }

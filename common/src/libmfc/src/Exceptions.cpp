@@ -25,7 +25,3 @@ void AFXAPI AfxThrowResourceException() {
 void AFXAPI AfxThrowNotSupportedException() {
     throwTheOne<CNotSupportedException>();
 }
-
-void AFXAPI AfxThrowUserException() {
-    throwTheOne<CUserException>();
-}

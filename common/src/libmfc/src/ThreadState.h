@@ -19,7 +19,6 @@ struct ThreadState {
     int depth = 0;
     /// The object of the next window that is created on the thread.
     CWnd* creating = nullptr;
-    CWinThread* thread = nullptr;
     /// The first exception that left a handler and has not come out of a loop yet.
     std::exception_ptr pending;
 };

@@ -10,13 +10,14 @@ LPCTSTR AFXAPI AfxRegisterWndClass(UINT nClassStyle, HCURSOR hCursor, HBRUSH hbr
     const auto number = [](const void* handle) {
         return static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(handle));
     };
-    swprintf(name, std::size(name), L"Afx:%llx:%x:%llx:%llx:%llx", number(AfxGetInstanceHandle()),
-             nClassStyle, number(hCursor), number(hbrBackground), number(hIcon));
+    swprintf(name, std::size(name), L"Afx:%llx:%x:%llx:%llx:%llx",
+             number(GetModuleHandleW(nullptr)), nClassStyle, number(hCursor), number(hbrBackground),
+             number(hIcon));
 
     WNDCLASSW windowClass{};
     windowClass.style = nClassStyle;
     windowClass.lpfnWndProc = DefWindowProcW;
-    windowClass.hInstance = AfxGetInstanceHandle();
+    windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.hCursor = hCursor;
     windowClass.hbrBackground = hbrBackground;
     windowClass.hIcon = hIcon;

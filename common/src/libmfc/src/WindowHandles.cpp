@@ -104,8 +104,9 @@ BOOL CWnd::CreateEx(DWORD dwExStyle, LPCTSTR lpszClassName, LPCTSTR lpszWindowNa
             return FALSE;
         }
         // ERROR_CANNOT_FIND_WND_CLASS, ERROR_INVALID_WINDOW_HANDLE, ERROR_TLW_WITH_WSCHILD, memory
-        window = CreateWindowExW(dwExStyle, lpszClassName, lpszWindowName, dwStyle, x, y, nWidth,
-                                 nHeight, hWndParent, nIDorHMenu, AfxGetInstanceHandle(), lpParam);
+        window =
+            CreateWindowExW(dwExStyle, lpszClassName, lpszWindowName, dwStyle, x, y, nWidth,
+                            nHeight, hWndParent, nIDorHMenu, GetModuleHandleW(nullptr), lpParam);
     }
     if (afx::threadState().pending != nullptr && window != nullptr) {
         ::DestroyWindow(window);

@@ -99,17 +99,9 @@ ColorRequest::~ColorRequest() {
     m_dc.Detach();
 }
 
-ScrollBarOf::ScrollBarOf(const MSG& message)
-    : m_bar(dynamic_cast<CScrollBar*>(
-          CWnd::FromHandlePermanent(reinterpret_cast<HWND>(message.lParam)))) {
-    if (m_bar == nullptr && message.lParam != 0) {
-        m_own.m_hWnd = reinterpret_cast<HWND>(message.lParam);
-        m_bar = &m_own;
-    }
-}
-
-ScrollBarOf::~ScrollBarOf() {
-    m_own.m_hWnd = nullptr;
+CScrollBar* scrollBarOf(const MSG& message) {
+    return dynamic_cast<CScrollBar*>(
+        CWnd::FromHandlePermanent(reinterpret_cast<HWND>(message.lParam)));
 }
 
 } // namespace afx
