@@ -1,4 +1,3 @@
-#include <nativewifi/DeviceSystemName.h>
 #include <nativewifi/Guid.h>
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
-// GUIDs as texts and values, without a platform call.
+// GUIDs as texts and values, without a platform call, and the system names of devices, which carry
+// the GUIDs of their interfaces.
 #pragma once
 
 #include <nativewifi/WlanTypes.h>
@@ -18,5 +19,13 @@ mrl::String guidText(const GUID& guid);
 
 /// Whether all 16 bytes are equal.
 bool sameGuid(const GUID& a, const GUID& b);
+
+/// The system name of the device with the interface `guid`: "\DEVICE\{8C2F6B1E-...}", upper case.
+mrl::String deviceSystemName(const GUID& guid);
+
+/// The text of the GUID in a system name: what stands between the first "{" and the last
+/// character, whatever that character is. Empty for a name without a brace and for a brace behind
+/// position 65535.
+mrl::String guidTextOf(const mrl::String& deviceSystemName);
 
 } // namespace nativewifi

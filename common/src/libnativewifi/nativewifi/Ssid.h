@@ -1,10 +1,12 @@
-// The names of networks: bytes on the air, text in the program.
+// Texts in the structures of the interface: the names of networks, which are bytes on the air and
+// text in the program, and fixed arrays of characters.
 #pragma once
 
 #include <nativewifi/WlanTypes.h>
 
 #include <mrl/String.h>
 
+#include <algorithm>
 #include <string_view>
 
 namespace nativewifi {
@@ -16,5 +18,12 @@ std::string_view ssidBytes(const DOT11_SSID& ssid);
 /// decoded. A byte of 0 ends the text.
 /// Platform: mbtowc
 mrl::String ssidText(const DOT11_SSID& ssid);
+
+/// The text in a fixed array: up to its terminator, or the whole array when a driver left none.
+template <std::size_t SIZE>
+mrl::CharView fixedText(const mrl::Char (&array)[SIZE]) {
+    const auto length = std::find(array, array + SIZE, mrl::Char(0)) - array;
+    return mrl::CharView(array, static_cast<std::size_t>(length));
+}
 
 } // namespace nativewifi

@@ -1,9 +1,8 @@
 #include <networkadapters/MachineDevices.h>
 
-#include <nativewifi/DeviceSystemName.h>
-#include <nativewifi/FixedText.h>
 #include <nativewifi/Guid.h>
 #include <nativewifi/Handles.h>
+#include <nativewifi/Ssid.h>
 
 #include <mrl/LoggerStream.h>
 

@@ -24,6 +24,9 @@ std::u32string toUtf32(std::string_view text);
 /// matches in the test matches on every PC.
 Char foldCase(Char unit);
 
+/// `text` with every unit folded with foldCase().
+CharString foldedCase(CharView text);
+
 /// Whether `a` and `b` are equal when every unit is folded with foldCase().
 bool equalNoCase(CharView a, CharView b);
 

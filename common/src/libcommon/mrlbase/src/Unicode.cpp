@@ -178,6 +178,12 @@ Char foldCase(Char unit) {
     return value == 0x0178 ? static_cast<Char>(0x00FF) : unit;
 }
 
+CharString foldedCase(CharView text) {
+    CharString folded(text);
+    std::transform(folded.begin(), folded.end(), folded.begin(), foldCase);
+    return folded;
+}
+
 bool equalNoCase(CharView a, CharView b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [](Char left, Char right) { return foldCase(left) == foldCase(right); });

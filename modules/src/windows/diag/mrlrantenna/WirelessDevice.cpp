@@ -5,10 +5,9 @@
 #include "ScanNotification.h"
 #include "WirelessDeviceLog.h"
 
-#include <nativewifi/DeviceSystemName.h>
-#include <nativewifi/FixedText.h>
 #include <nativewifi/Guid.h>
 #include <nativewifi/Handles.h>
+#include <nativewifi/Ssid.h>
 
 #include <cstdint>
 
@@ -63,15 +62,25 @@ struct QueryRule {
     void (*keep)(WirelessDevice& device, PVOID block);
 };
 
-BOOL answered(PVOID block) {
-    return block != nullptr ? TRUE : FALSE;
+template <BOOL WirelessDevice::*FIELD>
+void keepWhetherAnswered(WirelessDevice& device, PVOID block) {
+    device.*FIELD = block != nullptr ? TRUE : FALSE;
 }
-mrl::Uint32 lowAddressBits(PVOID block) {
-    return static_cast<mrl::Uint32>(reinterpret_cast<std::uintptr_t>(block));
+template <auto FIELD>
+void keepBlock(WirelessDevice& device, PVOID block) {
+    using Block = std::remove_reference_t<decltype(device.*FIELD)>;
+    device.*FIELD = static_cast<Block>(block);
 }
-template <typename T>
-void keepBlock(T*& field, PVOID block) {
-    field = static_cast<T*>(block);
+template <auto FIELD>
+void keepLowAddressBits(WirelessDevice& device, PVOID block) {
+    using Number = std::remove_reference_t<decltype(device.*FIELD)>;
+    device.*FIELD = static_cast<Number>(reinterpret_cast<std::uintptr_t>(block));
+}
+void keepInterfaceState(WirelessDevice& device, PVOID block) {
+    keepBlock<&WirelessDevice::m_interfaceStateData>(device, block);
+    if (block != nullptr) {
+        device.getInterfaceStateString(*device.m_interfaceStateData);
+    }
 }
 
 static_assert(sizeof(WLAN_AUTH_CIPHER_PAIR_LIST) == 12);
@@ -79,42 +88,29 @@ static_assert(sizeof(WLAN_COUNTRY_OR_REGION_STRING_LIST) == 8);
 
 const QueryRule queryRules[] = {
     {wlan_intf_opcode_autoconf_enabled, sizeof(BOOL),
-     [](WirelessDevice& device, PVOID block) { device.m_autoconfEnabled = answered(block); }},
+     &keepWhetherAnswered<&WirelessDevice::m_autoconfEnabled>},
     {wlan_intf_opcode_background_scan_enabled, sizeof(BOOL),
-     [](WirelessDevice& device, PVOID block) { device.m_backgroundScanEnabled = answered(block); }},
+     &keepWhetherAnswered<&WirelessDevice::m_backgroundScanEnabled>},
     {wlan_intf_opcode_media_streaming_mode, sizeof(BOOL),
-     [](WirelessDevice& device, PVOID block) { device.m_mediaStreamingMode = answered(block); }},
+     &keepWhetherAnswered<&WirelessDevice::m_mediaStreamingMode>},
     {wlan_intf_opcode_radio_state, sizeof(WLAN_RADIO_STATE),
-     [](WirelessDevice& device, PVOID block) { keepBlock(device.m_radioStateData, block); }},
-    {wlan_intf_opcode_bss_type, sizeof(DOT11_BSS_TYPE),
-     [](WirelessDevice& device, PVOID block) { keepBlock(device.m_bssTypeData, block); }},
-    {wlan_intf_opcode_interface_state, sizeof(WLAN_INTERFACE_STATE),
-     [](WirelessDevice& device, PVOID block) {
-         keepBlock(device.m_interfaceStateData, block);
-         if (block != nullptr) {
-             device.getInterfaceStateString(*device.m_interfaceStateData);
-         }
-     }},
+     &keepBlock<&WirelessDevice::m_radioStateData>},
+    {wlan_intf_opcode_bss_type, sizeof(DOT11_BSS_TYPE), &keepBlock<&WirelessDevice::m_bssTypeData>},
+    {wlan_intf_opcode_interface_state, sizeof(WLAN_INTERFACE_STATE), &keepInterfaceState},
     {wlan_intf_opcode_current_connection, sizeof(WLAN_CONNECTION_ATTRIBUTES),
-     [](WirelessDevice& device, PVOID block) { keepBlock(device.m_connectionAttributes, block); }},
+     &keepBlock<&WirelessDevice::m_connectionAttributes>},
     {wlan_intf_opcode_channel_number, sizeof(ULONG),
-     [](WirelessDevice& device, PVOID block) { device.m_channelNumber = lowAddressBits(block); }},
+     &keepLowAddressBits<&WirelessDevice::m_channelNumber>},
     {wlan_intf_opcode_supported_infrastructure_auth_cipher_pairs,
-     sizeof(WLAN_AUTH_CIPHER_PAIR_LIST),
-     [](WirelessDevice& device, PVOID block) {
-         keepBlock(device.m_infrastructureCipherPairs, block);
-     }},
+     sizeof(WLAN_AUTH_CIPHER_PAIR_LIST), &keepBlock<&WirelessDevice::m_infrastructureCipherPairs>},
     {wlan_intf_opcode_supported_adhoc_auth_cipher_pairs, sizeof(WLAN_AUTH_CIPHER_PAIR_LIST),
-     [](WirelessDevice& device, PVOID block) { keepBlock(device.m_adhocCipherPairs, block); }},
+     &keepBlock<&WirelessDevice::m_adhocCipherPairs>},
     {wlan_intf_opcode_supported_country_or_region_string_list,
      sizeof(WLAN_COUNTRY_OR_REGION_STRING_LIST),
-     [](WirelessDevice& device, PVOID block) { keepBlock(device.m_countryOrRegionList, block); }},
+     &keepBlock<&WirelessDevice::m_countryOrRegionList>},
     {wlan_intf_opcode_statistics, sizeof(WLAN_STATISTICS),
-     [](WirelessDevice& device, PVOID block) { keepBlock(device.m_statistics, block); }},
-    {wlan_intf_opcode_rssi, sizeof(LONG),
-     [](WirelessDevice& device, PVOID block) {
-         device.m_rssi = static_cast<mrl::Int32>(lowAddressBits(block));
-     }},
+     &keepBlock<&WirelessDevice::m_statistics>},
+    {wlan_intf_opcode_rssi, sizeof(LONG), &keepLowAddressBits<&WirelessDevice::m_rssi>},
 };
 
 struct StateWords {

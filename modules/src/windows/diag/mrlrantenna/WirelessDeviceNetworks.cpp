@@ -3,7 +3,6 @@
 #include "WirelessDevice.h"
 #include "WirelessDeviceLog.h"
 
-#include <nativewifi/FixedText.h>
 #include <nativewifi/Handles.h>
 #include <nativewifi/Ssid.h>
 

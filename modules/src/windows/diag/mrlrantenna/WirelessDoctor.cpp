@@ -4,7 +4,6 @@
 #include "Radio.h"
 #include "WirelessDevice.h"
 
-#include <nativewifi/DeviceSystemName.h>
 #include <nativewifi/Guid.h>
 #include <nativewifi/Handles.h>
 #include <nativewifi/Ssid.h>
@@ -13,6 +12,7 @@
 #include <mrl/Unicode.h>
 
 #include <algorithm>
+#include <functional>
 #include <optional>
 
 using mrl::String;
@@ -60,13 +60,7 @@ std::vector<NamedNetwork> namedNetworks(const WLAN_AVAILABLE_NETWORK_LIST& list)
 }
 
 bool contains(const String& name, const String& part) {
-    const auto sameLetter = [](mrl::Char a, mrl::Char b) {
-        return mrl::foldCase(a) == mrl::foldCase(b);
-    };
-    const mrl::CharView all = name.view();
-    const mrl::CharView wanted = part.view();
-    return std::search(all.begin(), all.end(), wanted.begin(), wanted.end(), sameLetter) !=
-           all.end();
+    return mrl::foldedCase(name.view()).find(mrl::foldedCase(part.view())) != mrl::CharString::npos;
 }
 
 // The names in the tests' list, each in quotes; the first MOST_NAMES_SHOWN of them.
@@ -245,44 +239,36 @@ Finding findingOnName(const TeskString& device, const String& wanted,
     name.trim();
     const std::vector<NamedNetwork> networks = namedNetworks(list);
     Finding finding{"DOCTOR_NAME_NOT_VISIBLE", false, {{"Device", device}}};
-    const auto conclude = [&finding](const char* key, const NamedNetwork& found) {
-        finding.key = key;
-        finding.variables.emplace_back("Found", TeskString(found.name));
-        finding.variables.emplace_back("Quality", found.quality);
-        if (found.keptInstead != nullptr) {
-            finding.variables.emplace_back("Hider", TeskString(found.keptInstead->name));
-        }
-        return finding;
-    };
-    const auto first = [&networks](auto condition) {
-        const auto place = std::find_if(networks.begin(), networks.end(), condition);
-        return place == networks.end() ? nullptr : &*place;
-    };
-
     finding.variables.emplace_back("Name", TeskString(name));
     if (name.empty()) {
         finding.key = "DOCTOR_NAME_BLANK";
         return finding;
     }
-    if (const NamedNetwork* taken = first([&name](const NamedNetwork& network) {
-            return network.keptInstead == nullptr && isAccessPoint(network.name, name);
-        })) {
-        finding.good = true;
-        return conclude(taken->name == name ? "DOCTOR_NAME_VISIBLE" : "DOCTOR_NAME_SPELT_OTHERWISE",
-                        *taken);
-    }
-    if (const NamedNetwork* hidden = first(
-            [&name](const NamedNetwork& network) { return isAccessPoint(network.name, name); })) {
-        return conclude("DOCTOR_NAME_HIDDEN", *hidden);
-    }
-    if (const NamedNetwork* encoded = first([&name](const NamedNetwork& network) {
-            return isAccessPoint(network.decoded, name);
-        })) {
-        return conclude("DOCTOR_NAME_ENCODED", *encoded);
-    }
-    if (const NamedNetwork* longer =
-            first([&name](const NamedNetwork& network) { return contains(network.name, name); })) {
-        return conclude("DOCTOR_NAME_PART", *longer);
+    using Condition = std::function<bool(const NamedNetwork&)>;
+    const std::pair<const char*, Condition> explanations[] = {
+        {"DOCTOR_NAME_VISIBLE",
+         [&name](const auto& network) {
+             return network.keptInstead == nullptr && isAccessPoint(network.name, name);
+         }},
+        {"DOCTOR_NAME_HIDDEN",
+         [&name](const auto& network) { return isAccessPoint(network.name, name); }},
+        {"DOCTOR_NAME_ENCODED",
+         [&name](const auto& network) { return isAccessPoint(network.decoded, name); }},
+        {"DOCTOR_NAME_PART", [&name](const auto& network) { return contains(network.name, name); }},
+    };
+    for (const auto& [key, applies] : explanations) {
+        const auto found = std::find_if(networks.begin(), networks.end(), applies);
+        if (found == networks.end()) {
+            continue;
+        }
+        finding.good = key == explanations[0].first;
+        finding.key = finding.good && found->name != name ? "DOCTOR_NAME_SPELT_OTHERWISE" : key;
+        finding.variables.emplace_back("Found", TeskString(found->name));
+        finding.variables.emplace_back("Quality", found->quality);
+        if (found->keptInstead != nullptr) {
+            finding.variables.emplace_back("Hider", TeskString(found->keptInstead->name));
+        }
+        return finding;
     }
     finding.variables.emplace_back("Visible", shownNames(networks));
     return finding;
