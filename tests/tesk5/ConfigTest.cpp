@@ -3,7 +3,7 @@
 
 #include <commandline/CommandLine.h>
 #include <commandline/ConfigFile.h>
-#include <commandline/TomlText.h>
+#include <commandline/ConfigKeys.h>
 
 #include <tesk5/Registry.h>
 #include <tesk5/Texts.h>

@@ -13,14 +13,14 @@ public:
     /// thread.
     using LookUp = const TeskString& (*)(const TeskString& key);
 
-    LocalizedString(TeskString key, LookUp lookUp);
+    LocalizedString(TeskString key, LookUp lookUp) : m_key(std::move(key)), m_lookUp(lookUp) {}
     LocalizedString(const LocalizedString&) = delete;
     LocalizedString& operator=(const LocalizedString&) = delete;
 
     const TeskString& key() const { return m_key; }
     /// The text of the key in the language in force; the key itself when there is none. The
     /// reference stays valid until the process ends. Any thread.
-    const TeskString& localizedString() const;
+    const TeskString& localizedString() const { return m_lookUp(m_key); }
 
 private:
     TeskString m_key;

@@ -22,6 +22,9 @@ struct Registry {
 
     static Registry& instance();
 
+    /// The names of the tests, in the order of their creation.
+    std::vector<std::string> testNames() const;
+
     /// The object of that name or key, or null.
     Test* findTest(const TeskString& name);
     const Test* findTest(const TeskString& name) const;

@@ -2,9 +2,8 @@
 // to end it. Several can exist side by side; the state of a run ends with its context.
 #pragma once
 
-#include <tesk5/ModuleVersion.h>
 #include <tesk5/Registry.h>
-#include <tesk5/StopRequest.h>
+#include <tesk5/TeskString.h>
 
 #include <atomic>
 #include <string>
@@ -13,6 +12,31 @@
 namespace tesk5 {
 
 class TestRecorder;
+
+/// The version of the module.
+struct ModuleVersion {
+    unsigned major = 0;
+    unsigned minor = 0;
+    TeskString build;
+
+    /// "6.5": as reports and the command line write it.
+    std::string text() const { return std::to_string(major) + "." + std::to_string(minor); }
+};
+
+/// The request that a run should end.
+///
+/// Raised by Ctrl+C or Ctrl+Break during a run, or by a program that hosts the framework; stays
+/// until it is cleared. Threads: any, and signal handlers.
+class StopRequest {
+public:
+    void raise() { m_raised.store(true, std::memory_order_relaxed); }
+    void clear() { m_raised.store(false, std::memory_order_relaxed); }
+    bool raised() const { return m_raised.load(std::memory_order_relaxed); }
+
+private:
+    std::atomic<bool> m_raised{false};
+    static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler sets it");
+};
 
 /// Threads: `stopRequest` and `abortRequested` belong to any, the rest to the run's thread.
 class RunContext {

@@ -12,7 +12,7 @@ public:
     explicit TeskException(TeskString text) : m_text(std::move(text)) {}
     TeskException(const TeskException&) = default;
     TeskException& operator=(const TeskException&) = default;
-    virtual ~TeskException();
+    virtual ~TeskException() = default;
 
     /// What went wrong, for a person.
     virtual mrl::String toString() const { return m_text.mrlString(); }

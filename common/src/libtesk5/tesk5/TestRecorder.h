@@ -40,12 +40,12 @@ public:
     TestObserver() = default;
     TestObserver(const TestObserver&) = delete;
     TestObserver& operator=(const TestObserver&) = delete;
-    virtual ~TestObserver();
+    virtual ~TestObserver() = default;
 
-    virtual void onEvent(const RaisedEvent& event);
-    virtual void onMeasurement(const Measurement& measurement);
-    virtual void onSurvey(const Survey& survey);
-    virtual void onProgress(const Progress& progress);
+    virtual void onEvent(const RaisedEvent& /*event*/) {}
+    virtual void onMeasurement(const Measurement& /*measurement*/) {}
+    virtual void onSurvey(const Survey& /*survey*/) {}
+    virtual void onProgress(const Progress& /*progress*/) {}
 };
 
 /// Collects what a test reports in the current context while the recorder lives; an outer recorder

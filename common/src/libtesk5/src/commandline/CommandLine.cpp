@@ -4,8 +4,6 @@
 
 #include <tesk5/Texts.h>
 
-#include "model/Decimal.h"
-#include "reports/ReportKinds.h"
 #include "texts/BadInput.h"
 #include "texts/Lists.h"
 
@@ -18,16 +16,7 @@ namespace tesk5 {
 
 namespace {
 
-constexpr mrl::Uint32 HIGHEST_LOG_LEVEL = 5;
-
-const OptionDescription* optionNamed(std::string_view name) {
-    for (const OptionDescription& option : optionDescriptions()) {
-        if (name == option.name) {
-            return &option;
-        }
-    }
-    return nullptr;
-}
+constexpr std::string_view SETTING = "--set";
 
 const CommandDescription* commandNamed(std::string_view name) {
     for (const CommandDescription& command : commandDescriptions()) {
@@ -126,18 +115,15 @@ public:
         return {};
     }
 
-    const std::vector<std::string>& values(const char* option) const {
-        return m_options.at(option)->results();
-    }
-
-    /// The value of an option that may be given once.
-    std::optional<std::string> value(const char* option) const {
-        const std::vector<std::string>& all = values(option);
-        if (all.size() > 1) {
-            throw BadInput{message("INPUT_OPTION_TWICE",
-                                   {{"Option", option}, {"Count", std::to_string(all.size())}})};
+    /// The values of `option`, of which only --set takes several; "true" for a switch.
+    const std::vector<std::string>& values(const OptionDescription& option) const {
+        const CLI::Option* parsed = m_options.at(option.name);
+        const std::vector<std::string>& all = parsed->results();
+        if (option.argument != nullptr && all.size() > 1 && option.name != SETTING) {
+            throw BadInput{message("INPUT_OPTION_TWICE", {{"Option", option.name},
+                                                          {"Count", std::to_string(all.size())}})};
         }
-        return all.empty() ? std::nullopt : std::optional(all.front());
+        return all;
     }
 
 private:
@@ -159,21 +145,15 @@ private:
 
     std::string refusalOf(const std::string& argument) const {
         if (argument.starts_with("-")) {
-            std::vector<std::string> names;
-            for (const OptionDescription& option : optionDescriptions()) {
-                names.emplace_back(option.name);
-            }
             return aboutUnknown({"INPUT_UNKNOWN_OPTION", "INPUT_UNKNOWN_OPTION_NEAREST"}, argument,
-                                names);
+                                textsOf(optionDescriptions(), &OptionDescription::name));
         }
         const CommandDescription* named = command();
         if (named == nullptr) {
-            std::vector<std::string> names;
-            for (const CommandDescription& known : commandDescriptions()) {
-                names.emplace_back(known.name);
-            }
             return message("INPUT_UNKNOWN_COMMAND",
-                           {{"Name", argument}, {"Commands", listedWithAnd(names)}});
+                           {{"Name", argument},
+                            {"Commands", listedWithAnd(textsOf(commandDescriptions(),
+                                                               &CommandDescription::name))}});
         }
         return message("INPUT_COMMAND_TAKES_NO", {{"Command", named->name}, {"Name", argument}});
     }
@@ -186,22 +166,6 @@ private:
     bool m_helpWanted = false;
     bool m_versionWanted = false;
 };
-
-Setting settingOf(const std::string& text) {
-    const std::size_t equals = text.find('=');
-    if (equals == std::string::npos || equals == 0) {
-        throw BadInput{message("INPUT_SETTING_MALFORMED", {{"Text", text}})};
-    }
-    return {TeskString(text.substr(0, equals)), TeskString(text.substr(equals + 1))};
-}
-
-int logLevelOf(const std::string& text) {
-    const std::optional<mrl::Uint32> level = parseUint32(text);
-    if (!level || *level > HIGHEST_LOG_LEVEL) {
-        throw BadInput{message("INPUT_LOG_LEVEL", {{"Text", text}})};
-    }
-    return static_cast<int>(*level);
-}
 
 void refuseForeignOptions(const ParsedArguments& parsed, Command command) {
     for (const OptionDescription& option : optionDescriptions()) {
@@ -217,6 +181,19 @@ void refuseForeignOptions(const ParsedArguments& parsed, Command command) {
                            ? message("INPUT_OPTION_NEEDS_RUN", {{"Option", option.name}})
                            : message("INPUT_COMMAND_TAKES_NO",
                                      {{"Command", named->name}, {"Name", option.name}})};
+    }
+}
+
+void applyOption(const OptionDescription& option, const ParsedArguments& parsed,
+                 CommandLine& line) {
+    if (!parsed.given(option.name)) {
+        return;
+    }
+    line.given.insert(option.name);
+    for (const std::string& value : parsed.values(option)) {
+        if (!option.apply(line, option.name, value)) {
+            throw BadInput{refusalOf(option.refusal, value)};
+        }
     }
 }
 
@@ -236,14 +213,6 @@ std::optional<std::string> languageAskedFor(const std::vector<std::string>& argu
     return std::nullopt;
 }
 
-std::optional<mrl::OutputStream::Colours> coloursNamed(const std::string& word) {
-    using Colours = mrl::OutputStream::Colours;
-    static const std::map<std::string, Colours> words = {
-        {"auto", Colours::automatic}, {"always", Colours::always}, {"never", Colours::never}};
-    const auto known = words.find(word);
-    return known == words.end() ? std::nullopt : std::optional(known->second);
-}
-
 CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     refuseMisplacedValues(arguments);
     const ParsedArguments parsed(arguments);
@@ -259,35 +228,11 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
         line.moduleArguments = parsed.moduleArguments();
     }
     refuseForeignOptions(parsed, line.command);
-    if (parsed.given("--config-template")) {
-        line.command = Command::configTemplate;
-    }
     for (const std::string& name : parsed.tests()) {
         line.tests.emplace_back(name);
     }
-    for (const std::string& text : parsed.values("--set")) {
-        line.settings.push_back(settingOf(text));
-    }
-    line.device = parsed.value("--device");
-    line.devicesFile = parsed.value("--devices");
-    for (const ReportKind& kind : reportKinds()) {
-        if (std::optional<std::string> file = parsed.value(kind.option)) {
-            line.reports.push_back({&kind, std::move(*file)});
-        }
-    }
-    line.events = parsed.given("--events");
-    line.configFile = parsed.value("--config");
-    line.logFile = parsed.value("--log");
-    line.quiet = parsed.given("--quiet");
-    if (const std::optional<std::string> when = parsed.value("--color")) {
-        line.colours = coloursNamed(*when);
-        if (!line.colours) {
-            throw BadInput{message("INPUT_COLOR", {{"Text", *when}})};
-        }
-    }
-    line.language = parsed.value("--language");
-    if (const std::optional<std::string> level = parsed.value("--log-level")) {
-        line.logLevel = logLevelOf(*level);
+    for (const OptionDescription& option : optionDescriptions()) {
+        applyOption(option, parsed, line);
     }
     return line;
 }

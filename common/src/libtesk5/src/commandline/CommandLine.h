@@ -7,12 +7,15 @@
 #include <mrl/OutputStream.h>
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace tesk5 {
 
 struct ReportKind;
+
+inline constexpr mrl::Uint32 HIGHEST_LOG_LEVEL = 5;
 
 /// A report to be written.
 struct RequestedReport {
@@ -23,6 +26,7 @@ struct RequestedReport {
 /// The command line, read. Paths are in UTF-8.
 struct CommandLine {
     Command command = Command::list;
+    std::set<std::string> given;   ///< names of the options in it
     std::vector<TeskString> tests; ///< as named; none for every non-interactive one
     std::vector<Setting> settings;
     std::optional<std::string> device;
@@ -39,9 +43,6 @@ struct CommandLine {
     bool quiet = false;
     std::optional<mrl::OutputStream::Colours> colours;
 };
-
-/// What --color means by "auto", "always" or "never"; nothing for any other word.
-std::optional<mrl::OutputStream::Colours> coloursNamed(const std::string& word);
 
 /// The value of --language, wherever it stands, for messages about the other arguments; nothing
 /// when it is not there or has no value.

@@ -1,10 +1,83 @@
 #include "commandline/Commands.h"
 
 #include <tesk5/ModuleInfo.h>
+#include <tesk5/Texts.h>
+
+#include "commandline/CommandLine.h"
+#include "model/Decimal.h"
+#include "reports/ReportKinds.h"
+#include "texts/Lists.h"
 
 #include <algorithm>
 
 namespace tesk5 {
+
+namespace {
+
+template <std::optional<std::string> CommandLine::*MEMBER>
+bool setText(CommandLine& line, std::string_view /*name*/, const std::string& value) {
+    line.*MEMBER = value;
+    return true;
+}
+
+template <bool CommandLine::*MEMBER>
+bool setSwitch(CommandLine& line, std::string_view /*name*/, const std::string& value) {
+    line.*MEMBER = value == "true";
+    return true;
+}
+
+bool setLanguageTag(CommandLine& line, std::string_view /*name*/, const std::string& tag) {
+    line.language = tag;
+    return hasLanguage(tag);
+}
+
+bool addSetting(CommandLine& line, std::string_view /*name*/, const std::string& text) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos || equals == 0) {
+        return false;
+    }
+    line.settings.push_back(
+        {TeskString(text.substr(0, equals)), TeskString(text.substr(equals + 1))});
+    return true;
+}
+
+bool addReport(CommandLine& line, std::string_view name, const std::string& file) {
+    for (const ReportKind& kind : reportKinds()) {
+        if (name == kind.option) {
+            line.reports.push_back({&kind, file});
+        }
+    }
+    return true;
+}
+
+bool setLogLevel(CommandLine& line, std::string_view /*name*/, const std::string& text) {
+    const std::optional<mrl::Uint32> level = parseUint32(text);
+    if (!level || *level > HIGHEST_LOG_LEVEL) {
+        return false;
+    }
+    line.logLevel = static_cast<int>(*level);
+    return true;
+}
+
+bool setColours(CommandLine& line, std::string_view /*name*/, const std::string& word) {
+    using Colours = mrl::OutputStream::Colours;
+    constexpr std::pair<const char*, Colours> words[] = {
+        {"auto", Colours::automatic}, {"always", Colours::always}, {"never", Colours::never}};
+    const auto* const known = std::find_if(std::begin(words), std::end(words),
+                                           [&word](const auto& row) { return row.first == word; });
+    if (known == std::end(words)) {
+        return false;
+    }
+    line.colours = known->second;
+    return true;
+}
+
+bool chooseTemplate(CommandLine& line, std::string_view /*name*/, const std::string& /*value*/) {
+    line.command = Command::configTemplate;
+    return true;
+}
+
+} // namespace
 
 const std::vector<CommandDescription>& commandDescriptions() {
     static const std::vector<CommandDescription> commands = [] {
@@ -32,45 +105,54 @@ const std::vector<CommandDescription>& commandDescriptions() {
 }
 
 const std::vector<OptionDescription>& optionDescriptions() {
+    using Commands = std::vector<Command>;
+    const Commands ALL;
+    const Commands LIST = {Command::list};
+    const Commands RUN = {Command::run};
+    const Commands RUN_AND_DOCTOR = {Command::run, Command::doctor};
+    const Commands WITH_DEVICES = {Command::list, Command::run, Command::doctor};
     static const std::vector<OptionDescription> options = {
-        {"--set",
-         "NAME=VALUE",
-         "HELP_SET",
-         "--set SSID=Lab --set WarningSignalStrength=40",
-         {Command::run, Command::doctor}},
-        {"--device",
-         "TEXT",
-         "HELP_DEVICE",
-         "--device intel",
-         {Command::list, Command::run, Command::doctor}},
-        {"--devices",
-         "FILE",
-         "HELP_DEVICES",
-         "--devices cards.json",
-         {Command::list, Command::run, Command::doctor}},
-        {"--json", "FILE", "HELP_JSON", "--json report.json", {Command::run}},
-        {"--junit", "FILE", "HELP_JUNIT", "--junit report.xml", {Command::run}},
-        {"--html", "FILE", "HELP_HTML", "--html report.html", {Command::run}},
-        {"--events", nullptr, "HELP_EVENTS", "run --config station.toml --events", {Command::run}},
-        {"--config",
-         "FILE",
-         "CONFIG_HELP_CONFIG",
-         "run --config station.toml --set SSID=Lab",
-         {Command::run}},
-        {"--config-template",
-         nullptr,
-         "CONFIG_HELP_TEMPLATE",
-         "list --config-template",
-         {Command::list}},
-        {"--log", "FILE", "HELP_LOG", "--log antenna.log"},
-        {"--log-level", "N", "HELP_LOG_LEVEL", "--log-level 0"},
-        {"--quiet", nullptr, "HELP_QUIET", "run --config station.toml --quiet", {Command::run}},
-        {"--color", "WHEN", "HELP_COLOR", "--color never"},
-        {"--language", "TAG", "HELP_LANGUAGE", "--language de"},
+        {"--set", "NAME=VALUE", "HELP_SET", "--set SSID=Lab --set WarningSignalStrength=40",
+         &addSetting, RUN_AND_DOCTOR, "INPUT_SETTING_MALFORMED"},
+        {"--device", "TEXT", "HELP_DEVICE", "--device intel", &setText<&CommandLine::device>,
+         WITH_DEVICES},
+        {"--devices", "FILE", "HELP_DEVICES", "--devices cards.json",
+         &setText<&CommandLine::devicesFile>, WITH_DEVICES},
+        {"--json", "FILE", "HELP_JSON", "--json report.json", &addReport, RUN},
+        {"--junit", "FILE", "HELP_JUNIT", "--junit report.xml", &addReport, RUN},
+        {"--html", "FILE", "HELP_HTML", "--html report.html", &addReport, RUN},
+        {"--events", nullptr, "HELP_EVENTS", "run --config station.toml --events",
+         &setSwitch<&CommandLine::events>, RUN},
+        {"--config", "FILE", "CONFIG_HELP_CONFIG", "run --config station.toml --set SSID=Lab",
+         &setText<&CommandLine::configFile>, RUN},
+        {"--config-template", nullptr, "CONFIG_HELP_TEMPLATE", "list --config-template",
+         &chooseTemplate, LIST},
+        {"--log", "FILE", "HELP_LOG", "--log antenna.log", &setText<&CommandLine::logFile>},
+        {"--log-level", "N", "HELP_LOG_LEVEL", "--log-level 0", &setLogLevel, ALL,
+         "INPUT_LOG_LEVEL"},
+        {"--quiet", nullptr, "HELP_QUIET", "run --config station.toml --quiet",
+         &setSwitch<&CommandLine::quiet>, RUN},
+        {"--color", "WHEN", "HELP_COLOR", "--color never", &setColours, ALL, "INPUT_COLOR"},
+        {"--language", "TAG", "HELP_LANGUAGE", "--language de", &setLanguageTag, ALL,
+         "INPUT_UNKNOWN_LANGUAGE"},
         {"--version", nullptr, "HELP_VERSION", "--version"},
         {"--help", nullptr, "HELP_HELP", "run --help"},
     };
     return options;
+}
+
+const OptionDescription* optionNamed(std::string_view name) {
+    const std::vector<OptionDescription>& options = optionDescriptions();
+    const auto known =
+        std::find_if(options.begin(), options.end(),
+                     [name](const OptionDescription& option) { return name == option.name; });
+    return known == options.end() ? nullptr : &*known;
+}
+
+std::string refusalOf(const char* refusal, const std::string& value) {
+    return message(
+        refusal,
+        {{"Text", value}, {"Language", value}, {"Languages", listed(availableLanguages())}});
 }
 
 bool goesWith(const OptionDescription& option, Command command) {

@@ -1,10 +1,14 @@
-// The commands and options of the program as tables, for the parser and the help page alike.
+// The commands and options of the program as tables, for the parser, the help page and the
+// configuration file alike.
 #pragma once
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace tesk5 {
 
+struct CommandLine;
 struct ModuleCommand;
 
 enum class Command { list, run, doctor, configTemplate, help, version, ofModule };
@@ -28,11 +32,22 @@ struct OptionDescription {
     const char* argument; ///< what follows it; null for a switch
     const char* help;     ///< key of a text
     const char* example;
+    /// Puts a value into the command line, "true" or "false" for a switch. Null for an option that
+    /// ends the parsing.
+    /// \return whether the option takes the value
+    bool (*apply)(CommandLine& line, std::string_view name, const std::string& value) = nullptr;
     std::vector<Command> commands = {}; ///< those that take it; none for all
+    const char* refusal = nullptr;      ///< key of the text about a value that it does not take
 };
 
 /// Every option, in the order of the help page.
 const std::vector<OptionDescription>& optionDescriptions();
+
+/// The option of that name; null for any other text.
+const OptionDescription* optionNamed(std::string_view name);
+
+/// The text of `refusal` about an option's `value`.
+std::string refusalOf(const char* refusal, const std::string& value);
 
 /// Whether `command` takes `option`.
 bool goesWith(const OptionDescription& option, Command command);

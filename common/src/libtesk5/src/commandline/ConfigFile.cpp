@@ -117,16 +117,18 @@ constexpr UnknownName UNKNOWN_KEY_IN_TABLE = {"CONFIG_UNKNOWN_KEY_IN_TABLE",
 
 class ConfigReader {
 public:
-    ConfigReader(const std::string& file, const Registry& registry)
-        : m_folder(mrl::System::path(file).parent_path()), m_keys(configKeys(registry)) {
+    ConfigReader(const CommandLine& given, const Registry& registry)
+        : m_given(given), m_folder(mrl::System::path(*given.configFile).parent_path()),
+          m_keys(configKeys(registry)) {
         for (const ConfigKey& key : m_keys) {
             m_tables.insert(key.table);
         }
         m_tables.erase("");
     }
 
+    /// The command line with the values of the file that it does not have itself.
     CommandLine read(const toml::table& root) {
-        CommandLine line;
+        CommandLine line = m_given;
         for (const auto& [name, node] : root) {
             if (m_tables.contains(std::string(name.str()))) {
                 readTable(std::string(name.str()), node, line);
@@ -193,9 +195,22 @@ private:
             return;
         }
         const bool isFile = key.kind == ConfigKey::Kind::file;
-        if (const auto reason = key.apply(line, isFile ? besideTheFile(*value) : *value)) {
+        CommandLine& target = isGiven(key) ? m_unused : line;
+        if (const auto reason = key.apply(target, isFile ? besideTheFile(*value) : *value)) {
             m_problems.push_back({node.source().begin, *reason});
         }
+    }
+
+    /// Whether the command line has the value already.
+    bool isGiven(const ConfigKey& key) const {
+        if (key.option.empty()) {
+            return !m_given.tests.empty();
+        }
+        if (key.table != PARAMETERS) {
+            return m_given.given.contains(key.option);
+        }
+        return std::any_of(m_given.settings.begin(), m_given.settings.end(),
+                           [&key](const Setting& other) { return other.name.utf8() == key.name; });
     }
 
     /// Key of the message about a value of another kind.
@@ -257,6 +272,8 @@ private:
                              : aboutUnknown(UNKNOWN_KEY_IN_TABLE, name, names, {{"Table", table}});
     }
 
+    const CommandLine& m_given;
+    CommandLine m_unused; ///< takes the values that the command line has already
     std::filesystem::path m_folder;
     std::vector<ConfigKey> m_keys;
     std::set<std::string> m_tables;
@@ -280,16 +297,9 @@ bool isTakenBy(const std::vector<const Test*>& tests, const TeskString& name) {
     });
 }
 
-template <typename T>
-void addMissing(std::optional<T>& value, const std::optional<T>& standard) {
-    if (!value) {
-        value = standard;
-    }
-}
-
 } // namespace
 
-CommandLine withConfiguration(CommandLine line, const Registry& registry) {
+CommandLine withConfiguration(const CommandLine& line, const Registry& registry) {
     if (!line.configFile) {
         return line;
     }
@@ -297,40 +307,19 @@ CommandLine withConfiguration(CommandLine line, const Registry& registry) {
     if (!line.language) {
         useLanguageOf(root);
     }
-    ConfigReader reader(*line.configFile, registry);
-    CommandLine standard = reader.read(root);
+    ConfigReader reader(line, registry);
+    CommandLine whole = reader.read(root);
     if (const std::optional<Problem> problem = reader.firstProblem()) {
         refuse(*line.configFile, *problem);
     }
-    if (line.tests.empty()) {
-        line.tests = std::move(standard.tests);
-    }
-    const std::vector<const Test*> running = chooseTests(registry, line.tests);
-    const std::vector<Setting> given = line.settings;
-    for (Setting& setting : standard.settings) {
-        const bool overridden =
-            std::any_of(given.begin(), given.end(),
-                        [&setting](const Setting& other) { return other.name == setting.name; });
-        if (!overridden && isTakenBy(running, setting.name)) {
-            line.settings.push_back(std::move(setting));
-        }
-    }
-    for (RequestedReport& report : standard.reports) {
-        const bool overridden =
-            std::any_of(line.reports.begin(), line.reports.end(),
-                        [&report](const auto& other) { return other.kind == report.kind; });
-        if (!overridden) {
-            line.reports.push_back(std::move(report));
-        }
-    }
-    addMissing(line.device, standard.device);
-    addMissing(line.devicesFile, standard.devicesFile);
-    addMissing(line.logFile, standard.logFile);
-    addMissing(line.logLevel, standard.logLevel);
-    addMissing(line.language, standard.language);
-    addMissing(line.colours, standard.colours);
-    line.quiet = line.quiet || standard.quiet;
-    return line;
+    const std::vector<const Test*> running = chooseTests(registry, whole.tests);
+    const auto fromFile = whole.settings.begin() + std::ssize(line.settings);
+    whole.settings.erase(std::remove_if(fromFile, whole.settings.end(),
+                                        [&running](const Setting& setting) {
+                                            return !isTakenBy(running, setting.name);
+                                        }),
+                         whole.settings.end());
+    return whole;
 }
 
 } // namespace tesk5

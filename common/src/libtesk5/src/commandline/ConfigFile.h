@@ -12,6 +12,6 @@ namespace tesk5 {
 /// whole. Parameters of tests that do not run are left out. Texts are in the file's language from
 /// here on, unless the command line names one.
 /// Failure: throws BadInput with file, line and column
-CommandLine withConfiguration(CommandLine line, const Registry& registry);
+CommandLine withConfiguration(const CommandLine& line, const Registry& registry);
 
 } // namespace tesk5

@@ -3,51 +3,72 @@
 #include <tesk5/Texts.h>
 
 #include "commandline/Commands.h"
-#include "commandline/TomlText.h"
-#include "model/Decimal.h"
-#include "reports/ReportKinds.h"
 #include "texts/BadInput.h"
 #include "texts/Lists.h"
 
 #include <algorithm>
+#include <cstdio>
 
 namespace tesk5 {
 
 namespace {
 
-constexpr mrl::Uint32 HIGHEST_LOG_LEVEL = 5;
 constexpr mrl::Uint32 HIGHEST_NUMBER = 0xFFFFFFFF;
 const std::optional<std::string> USED;
 
-ConfigKey textKey(const char* table, const char* name, const char* comment,
-                  const std::string& example, std::optional<std::string> CommandLine::*member) {
-    return {table,
-            name,
-            ConfigKey::Kind::text,
-            false,
-            0,
-            message(comment),
-            tomlText(example),
-            [member](CommandLine& line, const std::string& value) {
-                line.*member = value;
-                return USED;
-            }};
-}
+using Kind = ConfigKey::Kind;
 
-ConfigKey fileKey(const char* table, const char* name, const char* comment,
-                  const std::string& example, std::optional<std::string> CommandLine::*member) {
-    ConfigKey key = textKey(table, name, comment, example, member);
-    key.kind = ConfigKey::Kind::file;
-    return key;
+// A key that stands for an option.
+struct OptionKey {
+    const char* table;
+    const char* name;
+    const char* option;
+    Kind kind;
+    const char* comment;           // key of a text
+    const char* example;           // in TOML's notation
+    const char* refusal = nullptr; // key of the text about a value that the option does not take
+};
+constexpr OptionKey LANGUAGE_KEY = {"",
+                                    "language",
+                                    "--language",
+                                    Kind::text,
+                                    "CONFIG_LANGUAGE",
+                                    "\"en\"",
+                                    "INPUT_UNKNOWN_LANGUAGE"};
+constexpr OptionKey optionKeys[] = {
+    {"devices", "filter", "--device", Kind::text, "CONFIG_DEVICE_FILTER", "\"intel\""},
+    {"devices", "file", "--devices", Kind::file, "CONFIG_DEVICE_FILE", "\"cards.json\""},
+    {"outputs", "json", "--json", Kind::file, "CONFIG_REPORT", "\"report.json\""},
+    {"outputs", "junit", "--junit", Kind::file, "CONFIG_REPORT", "\"report.xml\""},
+    {"outputs", "html", "--html", Kind::file, "CONFIG_REPORT", "\"report.html\""},
+    {"outputs", "log", "--log", Kind::file, "CONFIG_LOG", "\"antenna.log\""},
+    {"outputs", "log-level", "--log-level", Kind::number, "CONFIG_LOG_LEVEL", "1"},
+    {"console", "quiet", "--quiet", Kind::toggle, "CONFIG_QUIET", "false"},
+    {"console", "color", "--color", Kind::text, "CONFIG_COLOR", "\"auto\"", "CONFIG_NO_COLOR"},
+};
+
+ConfigKey keyOf(const OptionKey& key) {
+    const auto apply = [&key](CommandLine& line, const std::string& value) {
+        const bool taken = optionNamed(key.option)->apply(line, key.option, value);
+        return taken ? USED : refusalOf(key.refusal, value);
+    };
+    return {key.table,
+            key.name,
+            key.option,
+            key.kind,
+            message(key.comment, {{"Option", key.option}}),
+            key.example,
+            apply,
+            false,
+            HIGHEST_LOG_LEVEL};
 }
 
 // The example lists every registered test: deleting names is easier than finding them.
 ConfigKey testsKey(const Registry& registry) {
-    std::vector<std::string> names;
+    const std::vector<std::string> names = registry.testNames();
     std::string example;
-    for (const Test& test : registry.tests) {
-        names.push_back(test.name().utf8());
-        example += (example.empty() ? "" : ", ") + tomlText(test.name().utf8());
+    for (const std::string& name : names) {
+        example += (example.empty() ? "" : ", ") + tomlText(name);
     }
     const auto apply = [names](CommandLine& line,
                                const std::string& value) -> std::optional<std::string> {
@@ -61,22 +82,7 @@ ConfigKey testsKey(const Registry& registry) {
         line.tests.push_back(name);
         return USED;
     };
-    return {
-        "",   "tests", ConfigKey::Kind::text, true, 0, message("CONFIG_TESTS"), "[" + example + "]",
-        apply};
-}
-
-ConfigKey languageKey() {
-    ConfigKey key = textKey("", "language", "CONFIG_LANGUAGE", "en", &CommandLine::language);
-    key.apply = [](CommandLine& line, const std::string& value) -> std::optional<std::string> {
-        if (!hasLanguage(value)) {
-            return message("INPUT_UNKNOWN_LANGUAGE",
-                           {{"Language", value}, {"Languages", listed(availableLanguages())}});
-        }
-        line.language = value;
-        return USED;
-    };
-    return key;
+    return {"", "tests", "", Kind::text, message("CONFIG_TESTS"), "[" + example + "]", apply, true};
 }
 
 // The comment on a parameter: the module's own text, its type, and the tests that have it.
@@ -107,103 +113,62 @@ std::string commentOn(const Parameter& parameter, const Registry& registry) {
 ConfigKey parameterKey(const Parameter& parameter, const Registry& registry) {
     const bool number = parameter.type() == DataType::UINT32();
     const std::string& standard = parameter.defaultValue().utf8();
-    ConfigKey key{"parameters",
-                  parameter.name().utf8(),
-                  number ? ConfigKey::Kind::number : ConfigKey::Kind::text,
-                  parameter.multiValued(),
-                  HIGHEST_NUMBER,
-                  commentOn(parameter, registry),
-                  tomlText(standard),
-                  {}};
-    if (number) {
-        key.example = standard.empty() ? "0" : standard;
-    }
-    key.apply = [&parameter](CommandLine& line, const std::string& value) {
+    const std::string unset = number ? "0" : tomlText(standard);
+    const auto apply = [&parameter](CommandLine& line, const std::string& value) {
         line.settings.push_back({parameter.name(), TeskString(value)});
         return USED;
     };
-    return key;
+    return {"parameters",
+            parameter.name().utf8(),
+            "--set",
+            number ? Kind::number : Kind::text,
+            commentOn(parameter, registry),
+            standard.empty() || !number ? unset : standard,
+            apply,
+            parameter.multiValued(),
+            HIGHEST_NUMBER};
 }
 
-// The file that the help page's example of the option names.
-std::string exampleFile(const std::string& option) {
-    for (const OptionDescription& described : optionDescriptions()) {
-        if (option == described.name) {
-            const std::string example = described.example;
-            const std::size_t value = example.find(option) + option.size() + 1;
-            return example.substr(value, example.find(' ', value) - value);
-        }
-    }
-    return option;
-}
-
-ConfigKey reportKey(const ReportKind& kind) {
-    return {"outputs",
-            std::string(kind.option).substr(2), // without the dashes
-            ConfigKey::Kind::file,
-            false,
-            0,
-            message("CONFIG_REPORT", {{"Option", kind.option}}),
-            tomlText(exampleFile(kind.option)),
-            [&kind](CommandLine& line, const std::string& value) {
-                line.reports.push_back({&kind, value});
-                return USED;
-            }};
-}
-
-ConfigKey logLevelKey() {
-    const auto apply = [](CommandLine& line, const std::string& value) {
-        line.logLevel = static_cast<int>(parseUint32(value).value_or(0));
-        return USED;
-    };
-    return {"outputs",
-            "log-level",
-            ConfigKey::Kind::number,
-            false,
-            HIGHEST_LOG_LEVEL,
-            message("CONFIG_LOG_LEVEL"),
-            "1",
-            apply};
-}
-
-ConfigKey quietKey() {
-    const auto apply = [](CommandLine& line, const std::string& value) {
-        line.quiet = value == "true";
-        return USED;
-    };
-    return {"console", "quiet", ConfigKey::Kind::toggle, false, 0, message("CONFIG_QUIET"),
-            "false",   apply};
-}
-
-ConfigKey colourKey() {
-    const auto apply = [](CommandLine& line,
-                          const std::string& value) -> std::optional<std::string> {
-        line.colours = coloursNamed(value);
-        return line.colours ? USED : message("CONFIG_NO_COLOR", {{"Text", value}});
-    };
-    return {"console",        "color", ConfigKey::Kind::text, false, 0, message("CONFIG_COLOR"),
-            tomlText("auto"), apply};
+bool isBare(char letter) {
+    return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
+           (letter >= '0' && letter <= '9') || letter == '_' || letter == '-';
 }
 
 } // namespace
 
 std::vector<ConfigKey> configKeys(const Registry& registry) {
-    std::vector<ConfigKey> keys = {testsKey(registry), languageKey()};
+    std::vector<ConfigKey> keys = {testsKey(registry), keyOf(LANGUAGE_KEY)};
     for (const Parameter& parameter : registry.parameters) {
         keys.push_back(parameterKey(parameter, registry));
     }
-    keys.push_back(
-        textKey("devices", "filter", "CONFIG_DEVICE_FILTER", "intel", &CommandLine::device));
-    keys.push_back(
-        fileKey("devices", "file", "CONFIG_DEVICE_FILE", "cards.json", &CommandLine::devicesFile));
-    for (const ReportKind& kind : reportKinds()) {
-        keys.push_back(reportKey(kind));
+    for (const OptionKey& key : optionKeys) {
+        keys.push_back(keyOf(key));
     }
-    keys.push_back(fileKey("outputs", "log", "CONFIG_LOG", "antenna.log", &CommandLine::logFile));
-    keys.push_back(logLevelKey());
-    keys.push_back(quietKey());
-    keys.push_back(colourKey());
     return keys;
+}
+
+std::string tomlText(const std::string& text) {
+    constexpr unsigned char FIRST_PRINTABLE = 0x20;
+    constexpr unsigned char DELETE = 0x7F;
+    std::string result = "\"";
+    for (const char letter : text) {
+        const auto code = static_cast<unsigned char>(letter);
+        if (code < FIRST_PRINTABLE || code == DELETE) {
+            char escape[8];
+            std::snprintf(escape, sizeof escape, "\\u%04X", static_cast<unsigned>(code));
+            result += escape;
+            continue;
+        }
+        if (letter == '"' || letter == '\\') {
+            result += '\\';
+        }
+        result += letter;
+    }
+    return result + "\"";
+}
+
+std::string tomlKey(const std::string& name) {
+    return !name.empty() && std::all_of(name.begin(), name.end(), isBare) ? name : tomlText(name);
 }
 
 } // namespace tesk5

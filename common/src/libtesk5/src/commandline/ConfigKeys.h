@@ -23,18 +23,25 @@ struct ConfigKey {
 
     std::string table; ///< empty for the file's own level
     std::string name;
+    std::string option; ///< the option that it stands for; empty for the names of tests
     Kind kind;
-    bool several;        ///< whether a list of values is understood as well as one
-    mrl::Uint32 highest; ///< of numbers
     std::string comment; ///< for people, in the language in force
     std::string example; ///< a value in TOML's notation
     /// Puts one value into the command line.
     /// \return why it cannot be used; nothing when it can
     std::function<std::optional<std::string>(CommandLine&, const std::string&)> apply;
+    bool several = false;    ///< whether a list of values is understood as well as one
+    mrl::Uint32 highest = 0; ///< of numbers
 };
 
 /// Every key, in the order of the template: those of the framework, and the parameters of
 /// `registry`.
 std::vector<ConfigKey> configKeys(const Registry& registry);
+
+/// `text` in TOML's notation.
+std::string tomlText(const std::string& text);
+
+/// `name` as a key in TOML's notation: bare where it may be.
+std::string tomlKey(const std::string& name);
 
 } // namespace tesk5

@@ -3,7 +3,6 @@
 #include <tesk5/Texts.h>
 
 #include "commandline/ConfigKeys.h"
-#include "commandline/TomlText.h"
 
 #include <algorithm>
 

@@ -10,7 +10,6 @@
 #include "commandline/ConfigTemplate.h"
 #include "commandline/HelpPage.h"
 #include "console/Console.h"
-#include "console/DoctorOutput.h"
 #include "console/ListOutput.h"
 #include "devices/DeviceFile.h"
 #include "reports/EventStream.h"
@@ -27,7 +26,6 @@
 #include <mrl/Logger.h>
 
 #include <algorithm>
-#include <memory>
 
 namespace tesk5 {
 
@@ -35,35 +33,25 @@ namespace {
 
 constexpr int LOG_LEVEL_WITH_FILE = 1;
 
-void initializeModule(const RunContext& context) {
-    if (context.initialize != nullptr) {
-        context.initialize();
-    }
-}
-
 void refuseSharedFiles(const CommandLine& line) {
-    struct NamedFile {
-        const char* option;
-        std::string path;
-    };
-    std::vector<NamedFile> files;
+    std::vector<std::pair<const char*, std::string>> files;
     const auto add = [&files](const char* option, const std::optional<std::string>& path) {
         if (path) {
-            files.push_back({option, *path});
+            files.emplace_back(option, *path);
         }
     };
     add("--config", line.configFile);
     add("--devices", line.devicesFile);
     for (const RequestedReport& report : line.reports) {
-        files.push_back({report.kind->option, report.file});
+        add(report.kind->option, report.file);
     }
     add("--log", line.logFile);
     for (auto a = files.begin(); a != files.end(); ++a) {
         for (auto b = a + 1; b != files.end(); ++b) {
-            if (nameSameFile(a->path, b->path)) {
+            if (nameSameFile(a->second, b->second)) {
                 throw BadInput{message(
                     "INPUT_FILE_SHARED",
-                    {{"Option", a->option}, {"OtherOption", b->option}, {"File", b->path}})};
+                    {{"Option", a->first}, {"OtherOption", b->first}, {"File", b->second}})};
             }
         }
     }
@@ -118,19 +106,6 @@ int doctor(const CommandLine& line, RunContext& context) {
     return showDiagnosis(diagnosis(registry.tests, devicesFor(line), line.device));
 }
 
-// Why `test` has no device: a line for each device.
-std::vector<std::string> whyWithoutDevice(const Test& test, const DeviceList& devices,
-                                          const std::optional<std::string>& filter) {
-    std::vector<std::string> reasons;
-    for (const DiagDevice& device : devices.devices) {
-        reasons.push_back(
-            message("LIST_NAME_AND_VALUE",
-                    {{"Name", device.name()},
-                     {"Value", phrasesListed(reasonsAgainst(test, device, filter))}}));
-    }
-    return reasons;
-}
-
 RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devices,
                   const CommandLine& line, RunListener& listener, RunContext& context) {
     RunRecord record;
@@ -140,8 +115,14 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
         const std::vector<PlannedRun> runs = runsOf(*test, devices.devices, line.device);
         plan.insert(plan.end(), runs.begin(), runs.end());
         if (runs.empty()) {
+            const auto why = [&](const DiagDevice& device) {
+                const std::string reasons =
+                    phrasesListed(reasonsAgainst(*test, device, line.device));
+                return message("LIST_NAME_AND_VALUE",
+                               {{"Name", device.name()}, {"Value", reasons}});
+            };
             record.withoutDevice.push_back(
-                {test, whyWithoutDevice(*test, devices, line.device), adviceFor(*test, devices)});
+                {test, textsOf(devices.devices, why), adviceFor(*test, devices)});
         }
     }
     record.started = mrl::Clock::current().utcNow();
@@ -155,11 +136,11 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
 
 // Writes every report, also those after one that fails; the exception names all that failed.
 void writeReports(const std::vector<RequestedReport>& requested,
-                  const std::vector<std::unique_ptr<ReportFile>>& files, const RunRecord& record) {
+                  const std::vector<ReportFile>& files, const RunRecord& record) {
     std::vector<std::string> failures;
     for (std::size_t i = 0; i < files.size(); ++i) {
         try {
-            files[i]->replace(requested[i].kind->text(record));
+            files[i].replace(requested[i].kind->text(record));
         } catch (const TeskException& exception) {
             failures.push_back(exception.toString().getUTF8String().bytes());
         }
@@ -169,19 +150,24 @@ void writeReports(const std::vector<RequestedReport>& requested,
     }
 }
 
-// What the console shows of a run whose standard output is the stream of events: only what goes to
+// A run whose standard output is the stream of events. Of the console there is what goes to
 // standard error.
-class FailureOutput final : public RunListener {
+class EventsAndFailures final : public EventStream {
 public:
-    explicit FailureOutput(Console& console) : m_console(console) {}
+    explicit EventsAndFailures(Console& console) : EventStream(mrl::cout), m_console(console) {}
 
     void onRunStart(const RunRecord& record, std::size_t planned) override {
         m_console.onRunStart(record, planned);
+        EventStream::onRunStart(record, planned);
     }
     void onTestBroken(const PlannedRun& run, const std::string& reason) override {
         m_console.onTestBroken(run, reason);
+        EventStream::onTestBroken(run, reason);
     }
-    void onStopRequest() override { m_console.onStopRequest(); }
+    void onStopRequest() override {
+        m_console.onStopRequest();
+        EventStream::onStopRequest();
+    }
 
 private:
     Console& m_console;
@@ -205,32 +191,25 @@ int run(const CommandLine& given, RunContext& context) {
     applySettings(registry, line.settings, tests);
     demandValues(line.settings, tests);
     refuseSharedFiles(line);
-    std::vector<std::unique_ptr<ReportFile>> reports;
+    std::vector<ReportFile> reports;
     for (const RequestedReport& report : line.reports) {
-        reports.push_back(std::make_unique<ReportFile>(report.file));
+        reports.emplace_back(report.file);
     }
     const DeviceList devices = devicesFor(line);
     Console console(styleFor(line));
-    FailureOutput failures(console);
-    EventStream events(mrl::cout);
-    RunListeners listeners;
-    if (line.events) {
-        listeners.add(failures);
-        listeners.add(events);
-    } else {
-        listeners.add(console);
-    }
+    EventsAndFailures events(console);
+    RunListener& listener = line.events ? static_cast<RunListener&>(events) : console;
     std::optional<LogKeeper> log;
     if (std::any_of(line.reports.begin(), line.reports.end(),
                     [](const RequestedReport& report) { return report.kind->showsLog; })) {
         log.emplace();
     }
-    RunRecord record = execute(tests, devices, line, listeners, context);
+    RunRecord record = execute(tests, devices, line, listener, context);
     if (log) {
         record.log = log->log();
     }
     writeReports(line.reports, reports, record);
-    listeners.onRunEnd(record);
+    listener.onRunEnd(record);
     return record.exitValue;
 }
 
@@ -238,8 +217,7 @@ int run(const CommandLine& given, RunContext& context) {
 void useLanguageAskedFor(const RunContext& context) {
     const std::optional<std::string> tag = languageAskedFor(context.arguments);
     if (tag && !setLanguage(*tag)) {
-        throw BadInput{message("INPUT_UNKNOWN_LANGUAGE",
-                               {{"Language", *tag}, {"Languages", listed(availableLanguages())}})};
+        throw BadInput{refusalOf(optionNamed("--language")->refusal, *tag)};
     }
 }
 
@@ -247,8 +225,8 @@ std::string programName(const RunContext& context) {
     return context.program.empty() ? std::string(moduleInfo().name) : context.program;
 }
 
-int showConfigTemplate(const RunContext& context) {
-    mrl::cout << std::string_view(configTemplate(context.registry, programName(context)));
+int show(std::string_view page) {
+    mrl::cout << page;
     mrl::cout.flush();
     return 0;
 }
@@ -260,28 +238,22 @@ int version(const RunContext& context) {
     return 0;
 }
 
-int help(const CommandLine& line, const RunContext& context) {
-    mrl::cout << std::string_view(helpPage(programName(context), line.helpOn));
-    mrl::cout.flush();
-    return 0;
-}
-
 int follow(const CommandLine& line, RunContext& context) {
     useColoursOf(line);
-    switch (line.command) {
-    case Command::help:
-        return help(line, context);
-    case Command::version:
-        return version(context);
-    default:
-        break;
+    if (line.command == Command::help) {
+        return show(helpPage(programName(context), line.helpOn));
     }
-    initializeModule(context);
+    if (line.command == Command::version) {
+        return version(context);
+    }
+    if (context.initialize != nullptr) {
+        context.initialize();
+    }
     switch (line.command) {
     case Command::run:
         return run(line, context);
     case Command::configTemplate:
-        return showConfigTemplate(context);
+        return show(configTemplate(context.registry, programName(context)));
     case Command::doctor:
         return doctor(line, context);
     case Command::ofModule:

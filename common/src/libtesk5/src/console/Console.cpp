@@ -113,6 +113,20 @@ void writeAdvice(mrl::OutputStream& stream, const Findings& advice) {
     }
 }
 
+int showDiagnosis(const Findings& findings) {
+    mrl::Uint32 problems = 0;
+    for (const Finding& finding : findings) {
+        writeLine(mrl::cout,
+                  message(finding.good ? "DOCTOR_OK" : "DOCTOR_PROBLEM") + ": " + message(finding));
+        problems += finding.good ? 0 : 1;
+    }
+    const int exitValue = problems == 0 ? 0 : TestResult::CANNOTRUN().value();
+    writeLine(mrl::cout,
+              message(problems == 0 ? "DOCTOR_ALL_WELL" : "DOCTOR_PROBLEMS",
+                      {{"Count", problems}, {"ExitValue", static_cast<mrl::Uint32>(exitValue)}}));
+    return exitValue;
+}
+
 void Console::onRunStart(const RunRecord& record, std::size_t /*planned*/) {
     for (const TestWithoutDevice& without : record.withoutDevice) {
         writeLine(mrl::cerr,

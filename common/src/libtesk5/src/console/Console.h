@@ -17,6 +17,10 @@ void writeLine(mrl::OutputStream& stream, const std::string& text);
 /// Writes the possible causes of a missing verdict, one line for each finding.
 void writeAdvice(mrl::OutputStream& stream, const Findings& advice);
 
+/// Writes a line for each finding, and how many are bad.
+/// \return the process's exit value: 0, or that of CANNOTRUN when a finding is bad
+int showDiagnosis(const Findings& findings);
+
 /// `texts` with `separator` between them.
 std::string joined(const std::vector<std::string>& texts, const char* separator);
 
@@ -48,9 +52,5 @@ private:
     bool m_live;
     std::optional<Ticker> m_ticker; ///< ends before the line does
 };
-
-/// Writes the tests, the devices, and which test would run on which device.
-void showList(const Registry& registry, const DeviceList& devices,
-              const std::optional<std::string>& filter);
 
 } // namespace tesk5

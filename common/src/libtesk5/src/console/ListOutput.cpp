@@ -18,21 +18,12 @@ void line(const std::string& text) {
     writeLine(mrl::cout, text);
 }
 
-std::string described(const Test::PropertyCondition& condition) {
+std::string conditionText(const Test::PropertyCondition& condition) {
     std::string text = condition.property.utf8();
     if (!condition.value.empty()) {
         text += " = " + condition.value.utf8();
     }
     return text;
-}
-
-std::string describedAll(const std::vector<Test::PropertyCondition>& conditions) {
-    std::vector<std::string> texts;
-    texts.reserve(conditions.size());
-    for (const Test::PropertyCondition& condition : conditions) {
-        texts.push_back(described(condition));
-    }
-    return listed(texts);
 }
 
 std::string described(const Parameter& parameter) {
@@ -73,10 +64,10 @@ void showTest(const Test& test) {
     line("  " + (test.interactive() ? message("LIST_INTERACTIVE", {{"Test", name}}) : name));
     condition("LIST_CAPABILITIES", listed(test.capability().names()));
     if (!test.requirements().empty()) {
-        condition("LIST_ONLY_WITH", describedAll(test.requirements()));
+        condition("LIST_ONLY_WITH", listed(textsOf(test.requirements(), &conditionText)));
     }
     if (!test.exclusions().empty()) {
-        condition("LIST_NOT_WITH", describedAll(test.exclusions()));
+        condition("LIST_NOT_WITH", listed(textsOf(test.exclusions(), &conditionText)));
     }
     if (test.enumeratesOnlyOnce()) {
         line("    " + message("LIST_ONCE"));

@@ -24,6 +24,14 @@ Registry& Registry::instance() {
     return *registry;
 }
 
+std::vector<std::string> Registry::testNames() const {
+    std::vector<std::string> names;
+    for (const Test& test : tests) {
+        names.push_back(test.name().utf8());
+    }
+    return names;
+}
+
 Test* Registry::findTest(const TeskString& name) {
     return findIn(tests, &Test::name, name);
 }

@@ -14,7 +14,7 @@ namespace tesk5 {
 /// are ASCII: every other character is escaped.
 /// Failure: none is reported. Without a reader the lines are lost and the run goes on.
 /// Threads: those of RunListener; lines keep the order of their sequence numbers.
-class EventStream final : public RunListener {
+class EventStream : public RunListener {
 public:
     explicit EventStream(mrl::OutputStream& stream) : m_stream(stream) {}
 

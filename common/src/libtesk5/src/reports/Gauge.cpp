@@ -19,7 +19,8 @@ public:
         : m_measurement(measurement), m_mirrored(mirrored) {}
 
     double x(mrl::Uint32 value) const {
-        const double share = WHOLE * this->share(value);
+        const double share =
+            WHOLE * shareOfScale(value, m_measurement.lowest, m_measurement.highest);
         return m_mirrored ? WHOLE - share : share;
     }
     Gauge::Zone zone(mrl::Uint32 from, mrl::Uint32 to, std::optional<Severity> severity) const {
@@ -27,10 +28,6 @@ public:
     }
 
 private:
-    double share(mrl::Uint32 value) const {
-        return shareOfScale(value, m_measurement.lowest, m_measurement.highest);
-    }
-
     const Measurement& m_measurement;
     bool m_mirrored;
 };

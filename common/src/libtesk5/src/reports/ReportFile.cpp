@@ -10,7 +10,6 @@
 #include <mrl/System.h>
 #include <mrl/Unicode.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <random>
@@ -25,13 +24,16 @@ namespace fs = std::filesystem;
 
 constexpr const char* TEMPORARY = ".tmp";
 
+struct IsDevice {};
+
 // A new file in the folder of `target`, removed again unless it takes the target's place.
+// Failure: operations throw mrl::FileFailure, the constructor also IsDevice
 class TemporaryFile {
 public:
     explicit TemporaryFile(const fs::path& target) : m_path(freeNameBeside(target)) {
-        m_failure = whatFails([this] { m_file.emplace(m_path); });
-        if (std::error_code ignored; !m_failure && !fs::is_regular_file(m_path, ignored)) {
-            m_failure = message("INPUT_FILE_IS_DEVICE"); // NUL.anything is NUL, too
+        m_file.emplace(m_path);
+        if (std::error_code ignored; !fs::is_regular_file(m_path, ignored)) {
+            throw IsDevice{}; // NUL.anything is NUL, too
         }
     }
     TemporaryFile(const TemporaryFile&) = delete;
@@ -42,36 +44,20 @@ public:
         fs::remove(m_path, ignored);
     }
 
-    /// Why there is no such file; nothing when there is.
-    const std::optional<std::string>& failure() const { return m_failure; }
-
-    /// \return why it did not work; nothing when it did
-    std::optional<std::string> write(const std::string& text) {
-        return whatFails([&] {
-            m_file->write(text);
-            m_file->close();
-        });
+    void write(const std::string& text) {
+        m_file->write(text);
+        m_file->close();
     }
 
-    /// \return why it did not work; nothing when it did
-    std::optional<std::string> takePlaceOf(const fs::path& target) {
+    void takePlaceOf(const fs::path& target) const {
         std::error_code failure;
         fs::rename(m_path, target, failure);
-        return failure
-                   ? std::optional(systemReason(failure, Message("INPUT_FILE_UNWRITABLE")).text())
-                   : std::nullopt;
+        if (failure) {
+            throw mrl::FileFailure{mrl::FileFailure::Reason::system, failure};
+        }
     }
 
 private:
-    template <class Operation>
-    static std::optional<std::string> whatFails(Operation operation) {
-        try {
-            operation();
-            return std::nullopt;
-        } catch (const mrl::FileFailure& failure) {
-            return systemReason(failure.error, Message("INPUT_FILE_UNWRITABLE")).text();
-        }
-    }
     static fs::path freeNameBeside(const fs::path& target) {
         std::random_device random;
         std::error_code ignored;
@@ -85,29 +71,39 @@ private:
 
     fs::path m_path;
     std::optional<mrl::FileToWrite> m_file;
-    std::optional<std::string> m_failure;
 };
+
+// Why `use` of a temporary file fails; nothing when it does not.
+template <class Use>
+std::optional<std::string> whatFails(Use use) {
+    try {
+        use();
+        return std::nullopt;
+    } catch (const IsDevice&) {
+        return message("INPUT_FILE_IS_DEVICE");
+    } catch (const mrl::FileFailure& failure) {
+        return systemReason(failure.error, Message("INPUT_FILE_UNWRITABLE")).text();
+    }
+}
 
 // Removes temporary files beside `target` that a killed process left. One that is being written
 // stays: the system does not delete an open file.
 void removeLeftovers(const fs::path& target) {
-    const auto isLeftover = [start = target.filename().native() + fs::path(".").native(),
-                             end = fs::path(TEMPORARY).native()](const fs::path& path) {
-        const fs::path::string_type name = path.filename().native();
-        if (name.size() <= start.size() + end.size() || !name.starts_with(start) ||
-            !name.ends_with(end)) {
-            return false;
-        }
-        return std::all_of(name.begin() + static_cast<std::ptrdiff_t>(start.size()),
-                           name.end() - static_cast<std::ptrdiff_t>(end.size()),
-                           [](auto letter) { return letter >= '0' && letter <= '9'; });
+    const fs::path::string_type start = target.filename().native() + fs::path(".").native();
+    const fs::path::string_type end = fs::path(TEMPORARY).native();
+    const fs::path::string_type digits = fs::path("0123456789").native();
+    const auto isLeftover = [&](const fs::path::string_type& name) {
+        return name.size() > start.size() + end.size() && name.starts_with(start) &&
+               name.ends_with(end) &&
+               name.find_first_not_of(digits, start.size()) == name.size() - end.size();
     };
     std::error_code failure;
     std::vector<fs::path> leftovers;
     const fs::path folder = target.parent_path();
     for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, failure), last;
          !failure && entry != last; entry.increment(failure)) {
-        if (isLeftover(entry->path()) && mrl::fileKind(entry->path()) == mrl::FileKind::ordinary) {
+        if (isLeftover(entry->path().filename().native()) &&
+            mrl::fileKind(entry->path()) == mrl::FileKind::ordinary) {
             leftovers.push_back(entry->path());
         }
     }
@@ -132,10 +128,11 @@ std::optional<std::string> whyNotReplaceable(const fs::path& target) {
         errno = 0;
         const std::fstream present(target, std::ios::binary | std::ios::in | std::ios::out);
         if (!present) {
-            return lastSystemReason(Message("INPUT_FILE_UNWRITABLE")).text();
+            return systemReason({errno, std::generic_category()}, Message("INPUT_FILE_UNWRITABLE"))
+                .text();
         }
     }
-    return TemporaryFile(target).failure();
+    return whatFails([&target] { const TemporaryFile file(target); });
 }
 
 fs::path followed(const fs::path& path) {
@@ -158,14 +155,11 @@ ReportFile::ReportFile(std::string path)
 
 void ReportFile::replace(const std::string& text) const {
     removeLeftovers(m_target);
-    TemporaryFile file(m_target);
-    std::optional<std::string> failure = file.failure();
-    if (!failure) {
-        failure = file.write(text);
-    }
-    if (!failure) {
-        failure = file.takePlaceOf(m_target);
-    }
+    const std::optional<std::string> failure = whatFails([&] {
+        TemporaryFile file(m_target);
+        file.write(text);
+        file.takePlaceOf(m_target);
+    });
     if (failure) {
         throw TeskException(TeskString(
             message("INPUT_REPORT_NOT_REPLACED", {{"File", m_path}, {"Reason", *failure}})));

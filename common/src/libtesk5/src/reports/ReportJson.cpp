@@ -132,23 +132,31 @@ Json jsonOf(const Outcome& outcome) {
 }
 
 Json jsonOf(const TestWithoutDevice& without) {
-    Json json;
-    json["test"] = without.test->name().utf8();
-    json["reasons"] = without.reasons;
-    json["advice"] = listOf(without.advice);
-    return json;
+    return {{"test", without.test->name().utf8()},
+            {"reasons", without.reasons},
+            {"advice", listOf(without.advice)}};
 }
 
 Json moduleJson(const ModuleVersion& version) {
-    Json json;
-    json["name"] = moduleInfo().name;
-    json["version"] = version.text();
-    json["build"] = version.build.utf8();
-    return json;
+    return {
+        {"name", moduleInfo().name}, {"version", version.text()}, {"build", version.build.utf8()}};
 }
 
 Json parametersJson(const std::vector<std::pair<TeskString, Value>>& parameters) {
     return objectOf(parameters, [](const Value& value) { return jsonOf(value); });
+}
+
+std::string jsonReportOf(const RunRecord& run) {
+    constexpr int SCHEMA = 1;
+    Json json;
+    json["schema"] = SCHEMA;
+    json["module"] = moduleJson(run.version);
+    json["started"] = mrl::utcText(run.started);
+    json["ended"] = mrl::utcText(run.ended);
+    json["exit"] = run.exitValue;
+    json["results"] = listOf(run.outcomes);
+    json["withoutDevice"] = listOf(run.withoutDevice);
+    return indentedJson(json);
 }
 
 } // namespace tesk5

@@ -30,6 +30,9 @@ Json moduleJson(const ModuleVersion& version);
 /// The parameters of a run with the values in force.
 Json parametersJson(const std::vector<std::pair<TeskString, Value>>& parameters);
 
+/// The report of a whole run, which docs/report.md describes, in UTF-8.
+std::string jsonReportOf(const RunRecord& run);
+
 /// `toJson` of each of the `things`.
 template <typename Things, typename ToJson>
 Json listOf(const Things& things, ToJson toJson) {

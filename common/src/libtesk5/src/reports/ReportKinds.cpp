@@ -2,13 +2,13 @@
 
 #include "reports/HtmlReport.h"
 #include "reports/JUnitReport.h"
-#include "reports/Report.h"
+#include "reports/ReportJson.h"
 
 namespace tesk5 {
 
 const std::vector<ReportKind>& reportKinds() {
     static const std::vector<ReportKind> kinds = {
-        {"--json", &reportOf}, {"--junit", &junitReportOf}, {"--html", &htmlReportOf, true}};
+        {"--json", &jsonReportOf}, {"--junit", &junitReportOf}, {"--html", &htmlReportOf, true}};
     return kinds;
 }
 

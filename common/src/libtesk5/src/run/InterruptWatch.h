@@ -1,7 +1,7 @@
 // Ctrl+C and the other console events during a run.
 #pragma once
 
-#include <tesk5/StopRequest.h>
+#include <tesk5/RunContext.h>
 
 #include <functional>
 #include <memory>

@@ -3,6 +3,7 @@
 #include <tesk5/Texts.h>
 
 #include "texts/BadInput.h"
+#include "texts/Lists.h"
 
 #include <mrl/Unicode.h>
 
@@ -12,16 +13,6 @@
 namespace tesk5 {
 
 namespace {
-
-template <typename Named>
-std::vector<std::string> namesOf(const std::vector<const Named*>& objects) {
-    std::vector<std::string> names;
-    names.reserve(objects.size());
-    for (const Named* object : objects) {
-        names.push_back(object->name().utf8());
-    }
-    return names;
-}
 
 // Every parameter of the tests once, in their order.
 std::vector<const Parameter*> parametersOf(const std::vector<const Test*>& tests) {
@@ -41,7 +32,8 @@ std::string asTyped(const Setting& setting) {
 }
 
 void refuseUnknown(const Setting& setting, const std::vector<const Parameter*>& known) {
-    const std::vector<std::string> names = namesOf(known);
+    const std::vector<std::string> names =
+        textsOf(known, [](const Parameter* parameter) { return parameter->name().utf8(); });
     if (std::find(names.begin(), names.end(), setting.name.utf8()) != names.end()) {
         return;
     }
@@ -67,12 +59,6 @@ void apply(Parameter& parameter, const Setting& setting, int timesBefore) {
     parameter.set(setting.value);
 }
 
-mrl::CharString folded(mrl::CharView text) {
-    mrl::CharString result(text);
-    std::transform(result.begin(), result.end(), result.begin(), mrl::foldCase);
-    return result;
-}
-
 } // namespace
 
 std::vector<const Test*> chooseTests(const Registry& registry,
@@ -91,12 +77,8 @@ std::vector<const Test*> chooseTests(const Registry& registry,
     for (const TeskString& name : names) {
         const Test* test = registry.findTest(name);
         if (test == nullptr) {
-            std::vector<std::string> known;
-            for (const Test& candidate : registry.tests) {
-                known.push_back(candidate.name().utf8());
-            }
             throw BadInput{aboutUnknown({"INPUT_UNKNOWN_TEST", "INPUT_UNKNOWN_TEST_NEAREST"},
-                                        name.utf8(), known)};
+                                        name.utf8(), registry.testNames())};
         }
         if (std::find(tests.begin(), tests.end(), test) != tests.end()) {
             throw BadInput{message("INPUT_TEST_TWICE", {{"Name", name}})};
@@ -132,10 +114,10 @@ void demandValues(const std::vector<Setting>& settings, const std::vector<const 
 }
 
 bool answersTo(const DiagDevice& device, const std::string& text) {
-    const mrl::CharString wanted = folded(mrl::toUtf16(text));
+    const mrl::CharString wanted = mrl::foldedCase(mrl::toUtf16(text));
     const DeviceProperty systemName = device.property(DEVICE_SYSTEM_NAME);
     for (const TeskString& candidate : {device.name(), systemName.value()}) {
-        if (folded(candidate.mrlString().view()).find(wanted) != mrl::CharString::npos) {
+        if (mrl::foldedCase(candidate.mrlString().view()).find(wanted) != mrl::CharString::npos) {
             return true;
         }
     }

@@ -3,8 +3,6 @@
 
 #include "run/Runner.h"
 
-#include <vector>
-
 namespace tesk5 {
 
 /// Receives the steps of a run, on the thread of the run. The operations here do nothing.
@@ -12,35 +10,15 @@ class RunListener : public TestObserver {
 public:
     /// Before anything runs; `record` has its start time and the tests without a device.
     /// \param planned number of runs to come
-    virtual void onRunStart(const RunRecord& record, std::size_t planned);
-    virtual void onTestStart(const PlannedRun& run);
-    virtual void onTestEnd(const Outcome& outcome);
+    virtual void onRunStart(const RunRecord& /*record*/, std::size_t /*planned*/) {}
+    virtual void onTestStart(const PlannedRun& /*run*/) {}
+    virtual void onTestEnd(const Outcome& /*outcome*/) {}
     /// An exception has left the test function and ends the run. `reason` is its text, or empty.
-    virtual void onTestBroken(const PlannedRun& run, const std::string& reason);
+    virtual void onTestBroken(const PlannedRun& /*run*/, const std::string& /*reason*/) {}
     /// The first Ctrl+C has arrived. Any thread.
-    virtual void onStopRequest();
+    virtual void onStopRequest() {}
     /// The run has ended and every report is written.
-    virtual void onRunEnd(const RunRecord& record);
-};
-
-/// Passes each step on to several listeners, in the order of add(). Does not own them.
-class RunListeners final : public RunListener {
-public:
-    void add(RunListener& listener) { m_listeners.push_back(&listener); }
-
-    void onRunStart(const RunRecord& record, std::size_t planned) override;
-    void onTestStart(const PlannedRun& run) override;
-    void onEvent(const RaisedEvent& event) override;
-    void onMeasurement(const Measurement& measurement) override;
-    void onSurvey(const Survey& survey) override;
-    void onProgress(const Progress& progress) override;
-    void onTestEnd(const Outcome& outcome) override;
-    void onTestBroken(const PlannedRun& run, const std::string& reason) override;
-    void onStopRequest() override;
-    void onRunEnd(const RunRecord& record) override;
-
-private:
-    std::vector<RunListener*> m_listeners;
+    virtual void onRunEnd(const RunRecord& /*record*/) {}
 };
 
 } // namespace tesk5

@@ -5,7 +5,7 @@
 #include "run/Plan.h"
 
 #include <tesk5/Finding.h>
-#include <tesk5/ModuleVersion.h>
+#include <tesk5/RunContext.h>
 #include <tesk5/TestRecorder.h>
 
 #include <mrl/Clock.h>
@@ -14,7 +14,6 @@
 
 namespace tesk5 {
 
-class RunContext;
 class RunListener;
 
 /// How one run of a test on a device went.

@@ -4,12 +4,6 @@
 
 namespace tesk5 {
 
-TestObserver::~TestObserver() = default;
-void TestObserver::onEvent(const RaisedEvent& /*event*/) {}
-void TestObserver::onMeasurement(const Measurement& /*measurement*/) {}
-void TestObserver::onSurvey(const Survey& /*survey*/) {}
-void TestObserver::onProgress(const Progress& /*progress*/) {}
-
 template <typename What>
 void TestRecorder::keep(std::vector<What> TestRecorder::*list, What what,
                         void (TestObserver::*notify)(const What&)) {

@@ -13,12 +13,6 @@ namespace tesk5 {
 
 namespace {
 
-mrl::CharString folded(std::string_view utf8) {
-    mrl::CharString text = mrl::toUtf16(utf8);
-    std::transform(text.begin(), text.end(), text.begin(), mrl::foldCase);
-    return text;
-}
-
 // Number of units to insert, drop or replace to make one text of the other.
 std::size_t distance(mrl::CharView a, mrl::CharView b) {
     std::vector<std::size_t> row(b.size() + 1);
@@ -38,9 +32,9 @@ std::size_t distance(mrl::CharView a, mrl::CharView b) {
 } // namespace
 
 std::string nearestName(std::string_view text, const std::vector<std::string>& names) {
-    const mrl::CharString wanted = folded(text);
+    const mrl::CharString wanted = mrl::foldedCase(mrl::toUtf16(text));
     const auto rank = [&wanted](const std::string& name) {
-        const mrl::CharString candidate = folded(name);
+        const mrl::CharString candidate = mrl::foldedCase(mrl::toUtf16(name));
         const bool contained = !wanted.empty() && candidate.find(wanted) != mrl::CharString::npos;
         return std::pair(!contained, distance(wanted, candidate));
     };

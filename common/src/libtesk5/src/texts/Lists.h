@@ -1,11 +1,22 @@
 // Lists inside a sentence, punctuated as the language in force does it.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tesk5 {
+
+/// `toText` of each of the `things`: a function, a member or an operation of theirs.
+template <typename Things, typename ToText>
+std::vector<std::string> textsOf(const Things& things, ToText toText) {
+    std::vector<std::string> texts;
+    for (const auto& thing : things) {
+        texts.emplace_back(std::invoke(toText, thing));
+    }
+    return texts;
+}
 
 /// `text` in quotation marks.
 std::string inQuotes(std::string_view text);

@@ -1,7 +1,6 @@
 #include "texts/SystemReason.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <iterator>
 
 namespace tesk5 {
@@ -37,10 +36,6 @@ Message systemReason(const std::error_code& error, const Message& none) {
                      [&error](const KnownReason& candidate) { return error == candidate.error; });
     return known != std::end(knownReasons) ? Message(known->key)
                                            : Message::ofOthers(error.message());
-}
-
-Message lastSystemReason(const Message& none) {
-    return systemReason({errno, std::generic_category()}, none);
 }
 
 Message fileReason(const mrl::FileFailure& failure) {

@@ -13,9 +13,6 @@ namespace tesk5 {
 /// system gives no reason.
 Message systemReason(const std::error_code& error, const Message& none);
 
-/// The same of errno.
-Message lastSystemReason(const Message& none);
-
 /// Why a file was not read.
 Message fileReason(const mrl::FileFailure& failure);
 

@@ -2,7 +2,7 @@
 // technicians. On a client handle of its own, apart from those of the tests.
 #pragma once
 
-#include <tesk5/Examination.h>
+#include <tesk5/ModuleInfo.h>
 
 #include <mrl/String.h>
 
