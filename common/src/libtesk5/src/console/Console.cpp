@@ -43,6 +43,15 @@ void writeEvent(const RaisedEvent& event) {
     }
 }
 
+// `texts` with `separator` between them.
+std::string joined(const std::vector<std::string>& texts, const char* separator) {
+    std::string all;
+    for (const std::string& text : texts) {
+        all += (all.empty() ? "" : separator) + text;
+    }
+    return all;
+}
+
 // "1 FAIL, 2 PASS": every result that occurs, the worst first.
 std::string tally(const std::vector<Outcome>& outcomes) {
     std::vector<TestResult> kinds;
@@ -89,6 +98,13 @@ void writeVerdict(const Outcome& outcome) {
     mrl::cout << std::string_view("  " + text) << mrl::endl;
 }
 
+// The possible causes of a missing verdict, one line for each finding.
+void writeAdvice(mrl::OutputStream& stream, const Findings& advice) {
+    for (const Finding& finding : advice) {
+        writeLine(stream, "  " + message("DOCTOR_CAUSE") + ": " + message(finding));
+    }
+}
+
 } // namespace
 
 void writeLine(mrl::OutputStream& stream, const std::string& text) {
@@ -96,22 +112,8 @@ void writeLine(mrl::OutputStream& stream, const std::string& text) {
     stream.flush();
 }
 
-std::string joined(const std::vector<std::string>& texts, const char* separator) {
-    std::string all;
-    for (const std::string& text : texts) {
-        all += (all.empty() ? "" : separator) + text;
-    }
-    return all;
-}
-
 Console::Console(ConsoleStyle style)
     : m_quiet(style.quiet), m_liveLine(mrl::cout, mrl::cout.columns()), m_live(style.live) {}
-
-void writeAdvice(mrl::OutputStream& stream, const Findings& advice) {
-    for (const Finding& finding : advice) {
-        writeLine(stream, "  " + message("DOCTOR_CAUSE") + ": " + message(finding));
-    }
-}
 
 int showDiagnosis(const Findings& findings) {
     mrl::Uint32 problems = 0;

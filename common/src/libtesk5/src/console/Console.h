@@ -14,15 +14,9 @@ namespace tesk5 {
 /// escaped: names of networks and devices come from outside.
 void writeLine(mrl::OutputStream& stream, const std::string& text);
 
-/// Writes the possible causes of a missing verdict, one line for each finding.
-void writeAdvice(mrl::OutputStream& stream, const Findings& advice);
-
 /// Writes a line for each finding, and how many are bad.
 /// \return the process's exit value: 0, or that of CANNOTRUN when a finding is bad
 int showDiagnosis(const Findings& findings);
-
-/// `texts` with `separator` between them.
-std::string joined(const std::vector<std::string>& texts, const char* separator);
 
 /// How much of a run the console shows.
 struct ConsoleStyle {

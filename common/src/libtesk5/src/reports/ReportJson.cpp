@@ -27,12 +27,8 @@ Json objectOf(const Pairs& pairs, ToJson toJson) {
     return object;
 }
 
-} // namespace
-
-double roundedToMilliseconds(double seconds) {
-    return std::round(seconds * 1000) / 1000;
-}
-
+// `json` in indented lines. Control characters and those that could deceive a reader are escaped
+// (\u202e); the value is the same.
 std::string indentedJson(const Json& json) {
     constexpr int INDENT = 2;
     mrl::CharString text;
@@ -48,6 +44,12 @@ std::string indentedJson(const Json& json) {
         text.append(escape, escape + std::char_traits<char>::length(escape));
     }
     return mrl::toUtf8(text) + "\n";
+}
+
+} // namespace
+
+double roundedToMilliseconds(double seconds) {
+    return std::round(seconds * 1000) / 1000;
 }
 
 Json jsonOf(const RaisedEvent& event) {

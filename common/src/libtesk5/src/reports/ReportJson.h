@@ -14,10 +14,6 @@ using mrl::Json;
 /// A duration as reports write it.
 double roundedToMilliseconds(double seconds);
 
-/// `json` in indented lines. Control characters and those that could deceive a reader are escaped
-/// (\u202e); the value is the same.
-std::string indentedJson(const Json& json);
-
 Json jsonOf(const RaisedEvent& event);
 Json jsonOf(const Measurement& measurement);
 Json jsonOf(const Survey& survey);
