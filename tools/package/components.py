@@ -24,7 +24,8 @@ def table():
 
 def header_only_folders(cmake_text):
     """{header folder: Debian package} of every header-only library that the build declares."""
-    calls = re.findall(r"^mrlr_header_only\(\s*\S+\s+(\S+)\s+(\S+)\s*\)", cmake_text, re.MULTILINE)
+    calls = re.findall(r"^mrlr_(?:patched_)?header_only\(\s*\S+\s+(\S+)\s+([^\s)]+)", cmake_text,
+                       re.MULTILINE)
     return dict(calls)
 
 

@@ -18,8 +18,8 @@ namespace tesk5 {
 /// else from the compiled-in English. The first call in a language reads its files. Any thread.
 TeskString translation(const TeskString& key);
 
-/// The same by reference, for texts that are shown again and again. Valid until the process ends and
-/// as long as `key`.
+/// The same by reference, for texts that are shown again and again. Valid until the process ends
+/// and as long as `key`.
 const TeskString& lookUpText(const TeskString& key);
 
 /// The text of `key` with its placeholders filled.

@@ -12,6 +12,7 @@ namespace tesk5 {
 template <typename Things, typename ToText>
 std::vector<std::string> textsOf(const Things& things, ToText toText) {
     std::vector<std::string> texts;
+    texts.reserve(things.size());
     for (const auto& thing : things) {
         texts.emplace_back(std::invoke(toText, thing));
     }
