@@ -198,18 +198,21 @@ int run(const CommandLine& given, RunContext& context) {
     const DeviceList devices = devicesFor(line);
     Console console(styleFor(line));
     EventsAndFailures events(console);
-    RunListener& listener = line.events ? static_cast<RunListener&>(events) : console;
+    RunListener* listener = &console;
+    if (line.events) {
+        listener = &events;
+    }
     std::optional<LogKeeper> log;
     if (std::any_of(line.reports.begin(), line.reports.end(),
                     [](const RequestedReport& report) { return report.kind->showsLog; })) {
         log.emplace();
     }
-    RunRecord record = execute(tests, devices, line, listener, context);
+    RunRecord record = execute(tests, devices, line, *listener, context);
     if (log) {
         record.log = log->log();
     }
     writeReports(line.reports, reports, record);
-    listener.onRunEnd(record);
+    listener->onRunEnd(record);
     return record.exitValue;
 }
 
