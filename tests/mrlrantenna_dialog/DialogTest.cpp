@@ -120,6 +120,7 @@ DialogTest::DialogTest() : m_journal(clock()), m_folderBefore(std::filesystem::c
     std::filesystem::current_path(m_folder.path());
     doubles::tabletPc = false;
     tesk5::RunContext::current().stopRequest.clear();
+    tesk5::RunContext::current().abortRequested = false;
 }
 
 DialogTest::~DialogTest() {

@@ -18,7 +18,6 @@ using testing::IsEmpty;
 class EndOfTheDialog : public test::DialogTest {
 protected:
     EndOfTheDialog() { startRadio({network("Lab", 42U)}); }
-    ~EndOfTheDialog() override { abortRequested() = false; }
 
     static std::atomic<bool>& abortRequested() {
         return tesk5::RunContext::current().abortRequested;
