@@ -15,7 +15,7 @@ class Goal:
 
 GOALS = (
     Goal("refresh", "A refresh of the visible-network list, 64 networks, logging off", "us",
-         "the simulator's call, and each name copied into a buffer that is there already", ratio=4),
+         "the simulator's call, and each name copied into a buffer that is there already", ratio=6),
     Goal("memory", "What 1,000 refreshes leave behind, beyond the blocks kept on purpose", "bytes",
          limit=0),
     Goal("run_cpu", "Processor time of a whole verification run, access point seen at once", "ms",
@@ -24,8 +24,9 @@ GOALS = (
          "the sum of its pauses, and that program's start", ratio=1.01),
     Goal("start", "From the start of the executable to the first call of the framework", "ms",
          "a program that imports the same DLLs and starts OLE", ratio=1.5),
+    # The adapters of the PC and the wireless service are queried besides.
     Goal("list", "The command `list`", "ms",
-         "a program that imports the same DLLs and starts OLE", ratio=1.5),
+         "a program that imports the same DLLs and starts OLE", ratio=1.8),
     Goal("run_memory", "Memory that a search in vain gains, from its first scan to its end", "KiB",
          "the lists that its calls hand out and that are kept, without the executable", ratio=1.5),
     Goal("size", "The executable, stripped", "MB", limit=3),

@@ -7,7 +7,7 @@
 #include <commandline/CommandLine.h>
 #include <commandline/HelpPage.h>
 #include <run/Plan.h>
-#include <texts/Languages.h>
+#include <texts/LanguageTags.h>
 
 namespace {
 

@@ -7,12 +7,13 @@
 #include <commandline/ConfigFile.h>
 #include <run/Plan.h>
 
+#include <tesk5/Language.h>
 #include <tesk5/Texts.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static fuzz::InputFile file("station.toml");
     file.write(fuzz::viewOf(data, size));
-    tesk5::setLanguage("en");
+    tesk5::Language::current().set("en");
     tesk5::Registry& registry = fuzz::registry();
     tesk5::CommandLine line;
     line.command = tesk5::Command::run;

@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         const tesk5::DeviceList list = tesk5::devicesFromFile(file.path());
         fuzz::CapturedOutput output(mrl::cout);
-        tesk5::showList(tesk5::Registry::instance(), list, "Card");
+        tesk5::showList(mrl::cout, tesk5::Registry::instance(), list, "Card");
         fuzz::requireNone(test::findUnsafeInLines(output.text()), "the list of devices");
         for (const tesk5::DiagDevice& device : list.devices) {
             const tesk5::Json json = tesk5::jsonOf(device);

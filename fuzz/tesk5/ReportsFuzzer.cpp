@@ -219,15 +219,15 @@ void replay(tesk5::RunListener& listener, const tesk5::RunRecord& run) {
 std::string consoleOf(const tesk5::RunRecord& run) {
     const fuzz::CapturedOutput output(mrl::cout);
     const fuzz::CapturedOutput errors(mrl::cerr);
-    tesk5::Console console({false, false});
+    tesk5::Console console(tesk5::RunContext::current(), {});
     replay(console, run);
     return output.text() + errors.text();
 }
 
 std::string listOf(const Run& run) {
     const fuzz::CapturedOutput output(mrl::cout);
-    tesk5::showList(tesk5::Registry::instance(), {{run.devices.begin(), run.devices.end()}, {}},
-                    std::nullopt);
+    tesk5::showList(mrl::cout, tesk5::Registry::instance(),
+                    {{run.devices.begin(), run.devices.end()}, {}}, std::nullopt);
     return output.text();
 }
 
@@ -294,7 +294,6 @@ void checkLog(const std::string& name) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    mrl::cout.useColours(mrl::OutputStream::Colours::never);
     mrl::LogFactory::setPriority(mrl::LogFactory::OFF); // ends the keeping of early lines
     fuzz::Input input(data, size);
     const Twins twins(input);

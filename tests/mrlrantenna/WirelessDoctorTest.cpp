@@ -6,6 +6,7 @@
 #include <ModuleObjects.h>
 #include <WirelessDoctor.h>
 
+#include <tesk5/Language.h>
 #include <tesk5/Texts.h>
 
 namespace {
@@ -27,7 +28,7 @@ constexpr int UNKNOWN = 0;
 class WirelessDoctor : public test::ModuleTest {
 protected:
     WirelessDoctor() {
-        tesk5::setLanguage("en");
+        tesk5::Language::current().set("en");
         parameters::ssid->reset();
         startRadio({{.ssid = "Office", .signal = 55U}});
     }

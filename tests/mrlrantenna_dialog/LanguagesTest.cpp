@@ -10,6 +10,7 @@
 #include <mrl/System.h>
 #include <mrl/Unicode.h>
 
+#include <tesk5/Language.h>
 #include <tesk5/Texts.h>
 
 #include <cstdlib>
@@ -169,7 +170,7 @@ class DialogInALanguage : public test::DialogTest {
 protected:
     DialogInALanguage() { std::filesystem::current_path(shippedTree()); }
     ~DialogInALanguage() override {
-        tesk5::setLanguage("");
+        tesk5::Language::current().set("");
         libUikit::setUiLanguage(0);
     }
 
@@ -195,7 +196,7 @@ protected:
 TEST_F(DialogInALanguage, SpeaksTheLanguageOfTheProgramsTexts) {
     startRadio({network("Lab", 50)});
     for (const char* tag : SHIPPED) {
-        ASSERT_TRUE(tesk5::setLanguage(tag)) << tag;
+        ASSERT_TRUE(tesk5::Language::current().set(tag)) << tag;
         std::string title;
         bool mirrored = false;
         runTest({[&](Dialog& dialog) {
@@ -210,7 +211,7 @@ TEST_F(DialogInALanguage, SpeaksTheLanguageOfTheProgramsTexts) {
 TEST_F(DialogInALanguage, ShowsEveryTextWholeInTheDialogsOwnFont) {
     startRadio({network("Lab", 50)});
     for (const char* tag : SHIPPED) {
-        ASSERT_TRUE(tesk5::setLanguage(tag)) << tag;
+        ASSERT_TRUE(tesk5::Language::current().set(tag)) << tag;
         runTest({[&](Dialog& dialog) {
             const LONG full = letterHeight(dialog, IDC_NETWORK_COMBO);
             for (const Showing& showing : showings) {
@@ -225,7 +226,7 @@ TEST_F(DialogInALanguage, ShowsEveryTextWholeInTheDialogsOwnFont) {
 
 TEST_F(DialogInALanguage, IsMirroredInArabicExceptForNames) {
     startRadio({network("Office (5G)", 50)});
-    ASSERT_TRUE(tesk5::setLanguage("ar"));
+    ASSERT_TRUE(tesk5::Language::current().set("ar"));
     runTest({[&](Dialog& dialog) {
         EXPECT_GT(leftOf(dialog, IDC_IMAGE_FRAME), leftOf(dialog, IDC_GROUP));
         EXPECT_GT(leftOf(dialog, IDC_SSID_LABEL), leftOf(dialog, IDC_SSID));

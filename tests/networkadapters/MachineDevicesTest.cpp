@@ -3,6 +3,7 @@
 
 #include <radiosim/Engine.h>
 
+#include <tesk5/Language.h>
 #include <tesk5/Texts.h>
 
 #include <nativewifi/Guid.h>
@@ -40,7 +41,7 @@ constexpr const char* FIRST_GUID = "8c2f6b1e-4d37-4a59-9e0b-5f6a7d3c1b20";
 constexpr const char* OTHER_GUID = "00000000-1111-2222-3333-abcdefabcdef";
 
 struct MachineDevices : testing::Test {
-    MachineDevices() { tesk5::setLanguage("en"); }
+    MachineDevices() { tesk5::Language::current().set("en"); }
 
     radiosim::Engine& startRadio(Scenario scenario) {
         m_radio.reset();

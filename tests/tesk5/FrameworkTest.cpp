@@ -1,7 +1,7 @@
 #include "FrameworkTest.h"
 
+#include <tesk5/Language.h>
 #include <tesk5/ModuleInfo.h>
-#include <tesk5/Texts.h>
 
 #include <mrl/Logger.h>
 
@@ -23,9 +23,9 @@ void examine(const tesk5::DiagDevice& device, tesk5::ExaminationDepth depth,
 // A command of the module: its arguments and the version of its run, and their number.
 int echo(const std::vector<std::string>& arguments, tesk5::RunContext& context) {
     for (const std::string& argument : arguments) {
-        mrl::cout << argument << " ";
+        context.output << argument << " ";
     }
-    mrl::cout << context.version.text() << "\n";
+    context.output << context.version.text() << "\n";
     return static_cast<int>(arguments.size());
 }
 
@@ -90,7 +90,7 @@ FrameworkTest::FrameworkTest() {
     g_service = {"SERVICE_ANSWERS", true, {}};
     g_devices = {};
     DiagModule::setVersion(6, 5, "000000001");
-    tesk5::setLanguage("en");
+    tesk5::Language::current().set("en");
     setDevices(1);
 }
 

@@ -147,10 +147,7 @@ TEST_F(Quiet, UnsuccessfulRunsArePrintedAsUsual) {
     EXPECT_EQ(output(), "B on Card 1\n  warning: Something happened.\n  WARN after 0.0 s\n");
 }
 
-class ColoursOfVerdicts : public FrameworkTest {
-protected:
-    ~ColoursOfVerdicts() override { mrl::cout.useColours(mrl::OutputStream::Colours::automatic); }
-};
+class ColoursOfVerdicts : public FrameworkTest {};
 
 TEST_F(ColoursOfVerdicts, AreThereWhenAskedForAndElseInATerminalOnly) {
     registerTest("A", tesk5::TestResult::PASS());

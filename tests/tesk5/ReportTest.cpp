@@ -6,7 +6,9 @@
 #include <tesk5/RunContext.h>
 #include <tesk5/TeskException.h>
 
+#include <mrl/AssertionFailure.h>
 #include <mrl/Exception.h>
+#include <mrl/MRLArrayCommon.h>
 
 #include <nlohmann/json.hpp>
 
@@ -142,12 +144,50 @@ TEST_F(Reports, AreWrittenWithoutAnyDeviceToo) {
     EXPECT_TRUE(report()["results"].empty());
 }
 
-TEST_F(Reports, OfARunThatBreaksLeaveTheOldOne) {
-    registerTest("A", [](const DiagDevice&) -> TestResult { throw mrl::Exception("oops"); });
+TEST_F(Reports, OfARunThatAnExceptionEndedNameTheTestAndTheReason) {
+    registerTest("A", TestResult::PASS());
+    registerTest("B", [](const DiagDevice&) -> TestResult {
+        DiagModule::warning(DiagModule::createEvent("PLAIN"), "", 1);
+        throw mrl::Exception("oops");
+    });
+    registerTest("C", TestResult::PASS());
     fileWith("report.json", "old");
     EXPECT_THROW(start(toReport()), mrl::Exception);
-    EXPECT_EQ(bytesOfFile(file("report.json")), "old");
+    EXPECT_EQ(report()["exit"], 8);
+    ASSERT_EQ(report()["results"].size(), 2U);
+    EXPECT_EQ(report()["results"][0]["result"], "PASS");
+    const nlohmann::ordered_json broken = report()["results"][1];
+    EXPECT_EQ(broken["result"], "EXITEDABNORMALLY");
+    EXPECT_EQ(broken["value"], 8);
+    EXPECT_EQ(broken["failure"], "oops");
+    ASSERT_EQ(broken["events"].size(), 1U);
+    EXPECT_EQ(broken["events"][0]["key"], "PLAIN");
     EXPECT_THAT(filesThere(), ElementsAre("devices.json", "report.json"));
+}
+
+TEST_F(Reports, TellABrokenAssertionOfTheArrayFromAnExceptionOfUnknownType) {
+    registerTest("A", [](const DiagDevice&) -> TestResult {
+        const mrl::MRLArray<int> none;
+        return none[0] == 0 ? TestResult::PASS() : TestResult::FAIL();
+    });
+    EXPECT_THROW(start(toReport()), mrl::StructuredException);
+    EXPECT_EQ(report()["results"][0]["failure"], "structured exception with code 7");
+
+    registry().tests.clear();
+    registerTest("B", [](const DiagDevice&) -> TestResult { throw 7; });
+    EXPECT_THROW(start(toReport()), int);
+    EXPECT_EQ(report()["results"][0]["result"], "EXITEDABNORMALLY");
+    EXPECT_FALSE(report()["results"][0].contains("failure"));
+}
+
+TEST_F(Reports, ThatCannotBeWrittenDoNotHideTheExceptionThatEndedTheRun) {
+    registerTest("A", [this](const DiagDevice&) -> TestResult {
+        std::filesystem::create_directory(mrl::System::path(file("report.json")));
+        fileWith("report.json/full", "");
+        throw mrl::Exception("oops");
+    });
+    EXPECT_THROW(start(toReport()), mrl::Exception);
+    EXPECT_THAT(errors(), HasSubstr("report.json\" could not be written: "));
 }
 
 TEST_F(Reports, AreNotTouchedBeforeTheRunIsOver) {

@@ -44,7 +44,12 @@ protected:
     }
 
     tesk5::Registry m_innerRegistry;
-    RunContext m_inner{m_innerRegistry};
+    tesk5::Language m_innerLanguage;
+    mrl::OutputStream m_innerOutput{mrl::OutputStream::Target::standardOutput};
+    mrl::OutputStream m_innerErrors{mrl::OutputStream::Target::standardError};
+    CapturedStream m_innerResults{m_innerOutput};
+    CapturedStream m_innerFailures{m_innerErrors};
+    RunContext m_inner{m_innerRegistry, m_innerLanguage, m_innerOutput, m_innerErrors};
 };
 
 TEST_F(SideBySide, RunsShareNothing) {
@@ -77,6 +82,29 @@ TEST_F(SideBySide, RunsShareNothing) {
     ASSERT_EQ(outer["results"][0]["events"].size(), 1U);
     EXPECT_EQ(outer["results"][0]["events"][0]["key"], "WEAK");
     EXPECT_EQ(outer["results"][1]["result"], "COMPLETED");
+}
+
+TEST_F(SideBySide, EachWritesItsOwnLanguageAndColoursToItsOwnStreams) {
+    {
+        const RunContext::Scope scope(m_inner);
+        DiagModule::createTest("A", tesk5::DeviceCapability::Wireless(), &warnAndStop);
+    }
+    m_inner.arguments = {"run",   "--devices",   file("devices.json"), "--color=always",
+                         "--log", file("a.log"), "--language=de"};
+    DiagModule::createTest("A", tesk5::DeviceCapability::Wireless(), &startTheOther);
+    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_THAT(m_innerResults.text(), testing::HasSubstr("\x1b[33mWARN\x1b[0m"));
+    EXPECT_THAT(m_innerResults.text(), testing::HasSubstr("Testläufe: 1"));
+    EXPECT_THAT(output(), testing::HasSubstr("Runs: 1 (1 PASS)"));
+    EXPECT_THAT(output(), testing::Not(testing::HasSubstr("\x1b")));
+
+    m_inner.arguments = {"nonsense", "--language=de"};
+    {
+        const RunContext::Scope scope(m_inner);
+        EXPECT_EQ(DiagModule::start(), 64);
+    }
+    EXPECT_THAT(m_innerFailures.text(), testing::HasSubstr("nonsense"));
+    EXPECT_EQ(errors(), "");
 }
 
 TEST_F(SideBySide, AScopeIsThatOfItsThread) {

@@ -4,6 +4,7 @@
 
 #include <support/CapturedLog.h>
 
+#include <tesk5/Language.h>
 #include <tesk5/Texts.h>
 
 #include <cstdlib>
@@ -12,9 +13,8 @@ namespace test {
 
 namespace {
 
-using tesk5::language;
+using tesk5::Language;
 using tesk5::message;
-using tesk5::setLanguage;
 using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
@@ -24,7 +24,7 @@ class SpokenTexts : public FrameworkTest {
 protected:
     SpokenTexts() { std::filesystem::current_path(mrl::System::path(file("."))); }
     ~SpokenTexts() override {
-        setLanguage("en");
+        Language::current().set("en");
         std::filesystem::current_path(m_before);
     }
     /// A file of texts where the program looks for them.
@@ -46,12 +46,12 @@ TEST_F(SpokenTexts, FillTheirPlaceholders) {
 }
 
 TEST_F(SpokenTexts, ComeInALanguageThatAFileBringsForModuleAndFramework) {
-    EXPECT_FALSE(setLanguage("nl"));
+    EXPECT_FALSE(Language::current().set("nl"));
     write("example", "nl", R"({"WEAK": "Het signaal van {Name} is {Strength} %."})");
     write("tesk5", "nl", R"({"LIST_TESTS": "Tests van deze pc"})");
-    EXPECT_THAT(tesk5::availableLanguages(), Contains("nl"));
-    EXPECT_TRUE(setLanguage("nl"));
-    EXPECT_EQ(language(), "nl");
+    EXPECT_THAT(tesk5::Language::available(), Contains("nl"));
+    EXPECT_TRUE(Language::current().set("nl"));
+    EXPECT_EQ(Language::current().tag(), "nl");
     EXPECT_EQ(message("WEAK", {{"Name", "Lab"}, {"Strength", mrl::Uint32{7}}}),
               "Het signaal van Lab is 7 %.");
     EXPECT_EQ(message("LIST_TESTS"), "Tests van deze pc");
@@ -61,15 +61,15 @@ TEST_F(SpokenTexts, ComeInALanguageThatAFileBringsForModuleAndFramework) {
 
 TEST_F(SpokenTexts, OfARegionAreThoseOfItsLanguage) {
     write("tesk5", "da", R"({"LIST_TESTS": "Prøver"})");
-    EXPECT_TRUE(setLanguage("DA_dk"));
-    EXPECT_EQ(language(), "da");
+    EXPECT_TRUE(Language::current().set("DA_dk"));
+    EXPECT_EQ(Language::current().tag(), "da");
     EXPECT_EQ(message("LIST_TESTS"), "Prøver");
 }
 
 TEST_F(SpokenTexts, StayInTheLanguageInForceWhenThereAreNone) {
     for (const char* tag : {"xx", "../../x", "de/../x", "nul", "\n", "C"}) {
-        EXPECT_FALSE(setLanguage(tag)) << tag;
-        EXPECT_EQ(language(), "en");
+        EXPECT_FALSE(Language::current().set(tag)) << tag;
+        EXPECT_EQ(Language::current().tag(), "en");
     }
 }
 
@@ -77,7 +77,7 @@ TEST_F(SpokenTexts, OfABrokenFileAreEnglishAndTheLogNamesTheFile) {
     const CapturedLog log;
     write("tesk5", "sv", "{\"LIST_TESTS\": \"Test\",\n oops}");
     write("example", "sv", R"({"PLAIN": "Något hände."})");
-    EXPECT_TRUE(setLanguage("sv"));
+    EXPECT_TRUE(Language::current().set("sv"));
     EXPECT_EQ(message("LIST_TESTS"), "Tests");
     EXPECT_EQ(message("PLAIN"), "Något hände.");
     EXPECT_THAT(log.texts(), Contains(AllOf(HasSubstr("sv.json"), HasSubstr("line 2, column 2"))));
@@ -86,7 +86,7 @@ TEST_F(SpokenTexts, OfABrokenFileAreEnglishAndTheLogNamesTheFile) {
 TEST_F(SpokenTexts, ThatAreNotStringsAreEnglish) {
     const CapturedLog log;
     write("tesk5", "fi", R"({"LIST_TESTS": 1})");
-    EXPECT_TRUE(setLanguage("fi"));
+    EXPECT_TRUE(Language::current().set("fi"));
     EXPECT_EQ(message("LIST_TESTS"), "Tests");
     EXPECT_THAT(log.texts(), Contains(HasSubstr("the text of \"LIST_TESTS\" is no string")));
 }
@@ -131,14 +131,14 @@ TEST_F(SpokenTexts, ComeInTheLanguageOfTheEnvironment) {
     write("tesk5", "cs", R"({"LIST_TESTS": "Testy"})");
     {
         const Environment czech("LC_ALL", "cs_CZ.UTF-8");
-        EXPECT_TRUE(setLanguage(""));
-        EXPECT_EQ(language(), "cs");
+        EXPECT_TRUE(Language::current().set(""));
+        EXPECT_EQ(Language::current().tag(), "cs");
         EXPECT_EQ(message("LIST_TESTS"), "Testy");
     }
     for (const char* other : {"C.UTF-8", "POSIX", "xx_XX.UTF-8", "../../cs"}) {
         const Environment unknown("LC_ALL", other);
-        EXPECT_TRUE(setLanguage(""));
-        EXPECT_EQ(language(), "en") << other;
+        EXPECT_TRUE(Language::current().set(""));
+        EXPECT_EQ(Language::current().tag(), "en") << other;
     }
 }
 #endif

@@ -1,4 +1,4 @@
-// A text of the module in the user's language.
+// A text of the module in the language of the run.
 #pragma once
 
 #include <tesk5/TeskString.h>
@@ -9,8 +9,7 @@ namespace tesk5 {
 /// framework, alive until the process ends.
 class LocalizedString {
 public:
-    /// Finds the text of `key` in the language in force; it stays valid until the process ends. Any
-    /// thread.
+    /// Finds the text of `key` in the current Language, whose text it is. Any thread.
     using LookUp = const TeskString& (*)(const TeskString& key);
 
     LocalizedString(TeskString key, LookUp lookUp) : m_key(std::move(key)), m_lookUp(lookUp) {}
@@ -18,8 +17,8 @@ public:
     LocalizedString& operator=(const LocalizedString&) = delete;
 
     const TeskString& key() const { return m_key; }
-    /// The text of the key in the language in force; the key itself when there is none. The
-    /// reference stays valid until the process ends. Any thread.
+    /// The text of the key in the current Language; the key itself when there is none. Valid as
+    /// long as the language: that of the process stays. Any thread.
     const TeskString& localizedString() const { return m_lookUp(m_key); }
 
 private:

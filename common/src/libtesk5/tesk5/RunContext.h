@@ -1,9 +1,12 @@
-// Everything that belongs to one run: the module's registration and description, and the requests
-// to end it. Several can exist side by side; the state of a run ends with its context.
+// Everything that belongs to one run: the module's registration and description, the language, the
+// streams, and the requests to end it. Several can exist side by side.
 #pragma once
 
+#include <tesk5/Language.h>
 #include <tesk5/Registry.h>
 #include <tesk5/TeskString.h>
+
+#include <mrl/OutputStream.h>
 
 #include <atomic>
 #include <string>
@@ -41,13 +44,20 @@ private:
 /// Threads: `stopRequest` and `abortRequested` belong to any, the rest to the run's thread.
 class RunContext {
 public:
-    /// \param all what the module has registered; outlives the context
-    explicit RunContext(Registry& all) : registry(all) {}
+    /// \param all what the module has registered
+    /// The parameters outlive the context.
+    explicit RunContext(Registry& all, Language& texts = Language::ofProcess(),
+                        mrl::OutputStream& results = mrl::cout,
+                        mrl::OutputStream& failures = mrl::cerr)
+        : registry(all), language(texts), output(results), errors(failures) {}
     RunContext(const RunContext&) = delete;
     RunContext& operator=(const RunContext&) = delete;
     ~RunContext() = default;
 
     Registry& registry;
+    Language& language;
+    mrl::OutputStream& output;
+    mrl::OutputStream& errors;
 
     std::string program;                ///< file name of the program, as typed
     std::vector<std::string> arguments; ///< what follows it
@@ -63,7 +73,8 @@ public:
     /// gets no context, and because any thread may ask for the end of the run.
     static RunContext& current();
 
-    /// Puts a context in the place of the process's own, for the calling thread. Scopes nest.
+    /// Puts a context, and its language, in the place of the process's own for the calling thread.
+    /// Scopes nest.
     class Scope {
     public:
         explicit Scope(RunContext& context);
@@ -73,6 +84,7 @@ public:
 
     private:
         RunContext* m_outer;
+        Language::Scope m_language;
     };
 };
 

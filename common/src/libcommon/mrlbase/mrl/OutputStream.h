@@ -47,13 +47,11 @@ public:
 
     /// When to show colours; automatic: in a terminal that supports them.
     enum class Colours { automatic, always, never };
-    /// Decides for showsColours() from now on.
-    void useColours(Colours when) { m_colours = when; }
 
-    /// Whether to write colours: as useColours() decides, or else whether the stream is a terminal
-    /// that supports escape sequences and the environment has no NO_COLOR. Switches escape
-    /// sequences on in a Windows console. Platform: GetConsoleMode, SetConsoleMode
-    bool showsColours() const;
+    /// Whether to write colours: as `when` says; automatic: whether the stream is a terminal that
+    /// supports escape sequences and the environment has no NO_COLOR. Switches escape sequences on
+    /// in a Windows console. Platform: GetConsoleMode, SetConsoleMode
+    bool showsColours(Colours when) const;
 
     /// Sends all further text to `receiver`; null restores the process's stream.
     /// \return the previous receiver
@@ -62,7 +60,6 @@ public:
 private:
     Target m_target;
     Receiver* m_receiver = nullptr;
-    Colours m_colours = Colours::automatic;
     std::atomic<bool> m_lost = false; ///< a piece was lost, and nothing has been written since
 };
 

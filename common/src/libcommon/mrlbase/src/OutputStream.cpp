@@ -140,12 +140,12 @@ std::size_t OutputStream::columns() const {
     return isTerminal() ? columnsOfConsole(m_target) : 0;
 }
 
-bool OutputStream::showsColours() const {
-    if (m_colours != Colours::automatic) {
-        if (m_colours == Colours::always && isTerminal()) {
+bool OutputStream::showsColours(Colours when) const {
+    if (when != Colours::automatic) {
+        if (when == Colours::always && isTerminal()) {
             followsEscapeSequences(m_target); // switches them on in a console
         }
-        return m_colours == Colours::always;
+        return when == Colours::always;
     }
     const char* const unwanted = std::getenv("NO_COLOR");
     return isTerminal() && (unwanted == nullptr || *unwanted == '\0') &&

@@ -1,5 +1,6 @@
 #include "commandline/Commands.h"
 
+#include <tesk5/Language.h>
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
 
@@ -28,7 +29,7 @@ bool setSwitch(CommandLine& line, std::string_view /*name*/, const std::string& 
 
 bool setLanguageTag(CommandLine& line, std::string_view /*name*/, const std::string& tag) {
     line.language = tag;
-    return hasLanguage(tag);
+    return Language::hasTextsFor(tag);
 }
 
 bool addSetting(CommandLine& line, std::string_view /*name*/, const std::string& text) {
@@ -152,7 +153,7 @@ const OptionDescription* optionNamed(std::string_view name) {
 std::string refusalOf(const char* refusal, const std::string& value) {
     return message(
         refusal,
-        {{"Text", value}, {"Language", value}, {"Languages", listed(availableLanguages())}});
+        {{"Text", value}, {"Language", value}, {"Languages", listed(Language::available())}});
 }
 
 bool goesWith(const OptionDescription& option, Command command) {

@@ -1,6 +1,7 @@
 // The configuration file, read by toml++, which knows the place of every key and value.
 #include "commandline/ConfigFile.h"
 
+#include <tesk5/Language.h>
 #include <tesk5/Texts.h>
 
 #include "commandline/ConfigKeys.h"
@@ -284,7 +285,7 @@ private:
 void useLanguageOf(const toml::table& root) {
     const toml::value<std::string>* const tag = root["language"].as_string();
     if (tag != nullptr) {
-        setLanguage(tag->get()); // an unknown one is refused when the keys are read
+        Language::current().set(tag->get()); // an unknown one is refused when the keys are read
     }
 }
 

@@ -91,7 +91,7 @@ DeviceList devicesFor(const CommandLine& line) {
 
 int list(const CommandLine& line, const RunContext& context) {
     refuseSharedFiles(line);
-    showList(context.registry, devicesFor(line), line.device);
+    showList(context.output, context.registry, devicesFor(line), line.device);
     return 0;
 }
 
@@ -103,7 +103,7 @@ int doctor(const CommandLine& line, RunContext& context) {
     }
     applySettings(registry, line.settings, tests);
     refuseSharedFiles(line);
-    return showDiagnosis(diagnosis(registry.tests, devicesFor(line), line.device));
+    return showDiagnosis(context.output, diagnosis(registry.tests, devicesFor(line), line.device));
 }
 
 RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devices,
@@ -128,7 +128,7 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
     record.started = mrl::Clock::current().utcNow();
     listener.onRunStart(record, plan.size());
     const InterruptWatch interrupts(context.stopRequest, [&listener] { listener.onStopRequest(); });
-    record.outcomes = runAll(plan, listener, record.leftOut, context);
+    runAll(plan, listener, record, context);
     record.ended = mrl::Clock::current().utcNow();
     record.exitValue = worstResult(record).value();
     return record;
@@ -150,11 +150,26 @@ void writeReports(const std::vector<RequestedReport>& requested,
     }
 }
 
+// Writes the reports of a run that an exception ended, then lets that exception go on. It decides
+// how the process ends, also when a report cannot be written.
+[[noreturn]] void endBroken(const std::vector<RequestedReport>& requested,
+                            const std::vector<ReportFile>& files, const RunRecord& record,
+                            const RunContext& context) {
+    try {
+        writeReports(requested, files, record);
+    } catch (const TeskException& failure) {
+        writeLine(context.errors, std::string(moduleInfo().name) + ": " +
+                                      failure.toString().getUTF8String().bytes());
+    }
+    throw LeftByException{record.leftBy};
+}
+
 // A run whose standard output is the stream of events. Of the console there is what goes to
 // standard error.
 class EventsAndFailures final : public EventStream {
 public:
-    explicit EventsAndFailures(Console& console) : EventStream(mrl::cout), m_console(console) {}
+    EventsAndFailures(mrl::OutputStream& stream, Console& console)
+        : EventStream(stream), m_console(console) {}
 
     void onRunStart(const RunRecord& record, std::size_t planned) override {
         m_console.onRunStart(record, planned);
@@ -173,20 +188,18 @@ private:
     Console& m_console;
 };
 
-void useColoursOf(const CommandLine& line) {
-    mrl::cout.useColours(line.colours.value_or(mrl::OutputStream::Colours::automatic));
-}
-
-ConsoleStyle styleFor(const CommandLine& line) {
+ConsoleStyle styleFor(const CommandLine& line, const mrl::OutputStream& stream) {
     // A log on standard error would be written into the middle of a live line.
     const bool logAmong = line.logLevel && !line.logFile;
-    return {line.quiet, mrl::cout.isTerminal() && !line.quiet && !logAmong};
+    return {.quiet = line.quiet,
+            .live = stream.isTerminal() && !line.quiet && !logAmong,
+            .colours =
+                stream.showsColours(line.colours.value_or(mrl::OutputStream::Colours::automatic))};
 }
 
 int run(const CommandLine& given, RunContext& context) {
     Registry& registry = context.registry;
     const CommandLine line = withConfiguration(given, registry);
-    useColoursOf(line);
     const std::vector<const Test*> tests = chooseTests(registry, line.tests);
     applySettings(registry, line.settings, tests);
     demandValues(line.settings, tests);
@@ -196,8 +209,8 @@ int run(const CommandLine& given, RunContext& context) {
         reports.emplace_back(report.file);
     }
     const DeviceList devices = devicesFor(line);
-    Console console(styleFor(line));
-    EventsAndFailures events(console);
+    Console console(context, styleFor(line, context.output));
+    EventsAndFailures events(context.output, console);
     RunListener* listener = &console;
     if (line.events) {
         listener = &events;
@@ -211,6 +224,9 @@ int run(const CommandLine& given, RunContext& context) {
     if (log) {
         record.log = log->log();
     }
+    if (record.leftBy) {
+        endBroken(line.reports, reports, record, context);
+    }
     writeReports(line.reports, reports, record);
     listener->onRunEnd(record);
     return record.exitValue;
@@ -219,7 +235,7 @@ int run(const CommandLine& given, RunContext& context) {
 // Comes before every message, so that each is in the right language.
 void useLanguageAskedFor(const RunContext& context) {
     const std::optional<std::string> tag = languageAskedFor(context.arguments);
-    if (tag && !setLanguage(*tag)) {
+    if (tag && !context.language.set(*tag)) {
         throw BadInput{refusalOf(optionNamed("--language")->refusal, *tag)};
     }
 }
@@ -228,23 +244,23 @@ std::string programName(const RunContext& context) {
     return context.program.empty() ? std::string(moduleInfo().name) : context.program;
 }
 
-int show(std::string_view page) {
-    mrl::cout << page;
-    mrl::cout.flush();
+int show(std::string_view page, const RunContext& context) {
+    context.output << page;
+    context.output.flush();
     return 0;
 }
 
 int version(const RunContext& context) {
-    writeLine(mrl::cout, message("HELP_VERSION_LINE", {{"Program", std::string(moduleInfo().name)},
-                                                       {"Version", context.version.text()},
-                                                       {"Build", context.version.build}}));
+    writeLine(context.output,
+              message("HELP_VERSION_LINE", {{"Program", std::string(moduleInfo().name)},
+                                            {"Version", context.version.text()},
+                                            {"Build", context.version.build}}));
     return 0;
 }
 
 int follow(const CommandLine& line, RunContext& context) {
-    useColoursOf(line);
     if (line.command == Command::help) {
-        return show(helpPage(programName(context), line.helpOn));
+        return show(helpPage(programName(context), line.helpOn), context);
     }
     if (line.command == Command::version) {
         return version(context);
@@ -256,7 +272,7 @@ int follow(const CommandLine& line, RunContext& context) {
     case Command::run:
         return run(line, context);
     case Command::configTemplate:
-        return show(configTemplate(context.registry, programName(context)));
+        return show(configTemplate(context.registry, programName(context)), context);
     case Command::doctor:
         return doctor(line, context);
     case Command::ofModule:
@@ -274,7 +290,7 @@ int runProgram(RunContext& context) {
         useLanguageAskedFor(context);
         return follow(parseCommandLine(context.arguments), context);
     } catch (const BadInput& input) {
-        writeLine(mrl::cerr, std::string(moduleInfo().name) + ": " + input.line);
+        writeLine(context.errors, std::string(moduleInfo().name) + ": " + input.line);
         return BadInput::VALUE;
     } catch (const LeftByException& left) {
         std::rethrow_exception(left.cause);

@@ -16,31 +16,14 @@ namespace tesk5 {
 
 namespace {
 
-// The colour of a result on a terminal; none elsewhere.
+constexpr const char* COLOUR_END = "\x1b[0m";
+
 const char* colourOf(const TestResult& result) {
-    if (!mrl::cout.showsColours()) {
-        return "";
-    }
     if (result.good()) {
         return "\x1b[32m";
     }
     return result == TestResult::WARN() || result == TestResult::USERABORTED() ? "\x1b[33m"
                                                                                : "\x1b[31m";
-}
-
-const char* colourEnd() {
-    return mrl::cout.showsColours() ? "\x1b[0m" : "";
-}
-
-void writeEvent(const RaisedEvent& event) {
-    const std::string head =
-        "  " + message(event.severity == Severity::error ? "CONSOLE_ERROR" : "CONSOLE_WARNING") +
-        " ";
-    writeLine(mrl::cout, head + event.text);
-    for (const auto& [name, value] : unspokenVariables(event)) {
-        writeLine(mrl::cout, std::string(mrl::columnsOf(head), ' ') + name.utf8() + ": " +
-                                 value.valueString().utf8());
-    }
 }
 
 // `texts` with `separator` between them.
@@ -81,23 +64,6 @@ std::string runText(const char* key, const PlannedRun& run) {
     return message(key, {{"Test", run.test->name()}, {"Device", run.device->name()}});
 }
 
-void writeVerdict(const Outcome& outcome) {
-    const std::string result = outcome.result.name();
-    std::string text = mrl::escapeControls(
-        outcome.started ? message("CONSOLE_ENDED",
-                                  {{"Result", result}, {"Seconds", secondsText(outcome.seconds)}})
-                        : message("CONSOLE_NOT_STARTED", {{"Result", result}}));
-    // The colours go in last: escape sequences in names are escaped by then.
-    const std::size_t place = text.find(result);
-    if (place != std::string::npos) {
-        text.replace(place, result.size(), colourOf(outcome.result) + result + colourEnd());
-    }
-    if (!outcome.failure.empty()) {
-        text += ": " + mrl::escapeControls(outcome.failure);
-    }
-    mrl::cout << std::string_view("  " + text) << mrl::endl;
-}
-
 // The possible causes of a missing verdict, one line for each finding.
 void writeAdvice(mrl::OutputStream& stream, const Findings& advice) {
     for (const Finding& finding : advice) {
@@ -112,48 +78,80 @@ void writeLine(mrl::OutputStream& stream, const std::string& text) {
     stream.flush();
 }
 
-Console::Console(ConsoleStyle style)
-    : m_quiet(style.quiet), m_liveLine(mrl::cout, mrl::cout.columns()), m_live(style.live) {}
-
-int showDiagnosis(const Findings& findings) {
+int showDiagnosis(mrl::OutputStream& stream, const Findings& findings) {
     mrl::Uint32 problems = 0;
     for (const Finding& finding : findings) {
-        writeLine(mrl::cout,
+        writeLine(stream,
                   message(finding.good ? "DOCTOR_OK" : "DOCTOR_PROBLEM") + ": " + message(finding));
         problems += finding.good ? 0 : 1;
     }
     const int exitValue = problems == 0 ? 0 : TestResult::CANNOTRUN().value();
-    writeLine(mrl::cout,
+    writeLine(stream,
               message(problems == 0 ? "DOCTOR_ALL_WELL" : "DOCTOR_PROBLEMS",
                       {{"Count", problems}, {"ExitValue", static_cast<mrl::Uint32>(exitValue)}}));
     return exitValue;
 }
 
+Console::Console(RunContext& context, ConsoleStyle style)
+    : m_context(context), m_output(context.output), m_style(style),
+      m_liveLine(m_output, m_output.columns()) {}
+
+void Console::writeEvent(const RaisedEvent& event) {
+    const std::string head =
+        "  " + message(event.severity == Severity::error ? "CONSOLE_ERROR" : "CONSOLE_WARNING") +
+        " ";
+    writeLine(m_output, head + event.text);
+    for (const auto& [name, value] : unspokenVariables(event)) {
+        writeLine(m_output, std::string(mrl::columnsOf(head), ' ') + name.utf8() + ": " +
+                                value.valueString().utf8());
+    }
+}
+
+void Console::writeVerdict(const Outcome& outcome) {
+    const std::string result = outcome.result.name();
+    std::string text = mrl::escapeControls(
+        outcome.started ? message("CONSOLE_ENDED",
+                                  {{"Result", result}, {"Seconds", secondsText(outcome.seconds)}})
+                        : message("CONSOLE_NOT_STARTED", {{"Result", result}}));
+    // The colours go in last: escape sequences in names are escaped by then.
+    const std::size_t place = text.find(result);
+    if (m_style.colours && place != std::string::npos) {
+        text.replace(place, result.size(), colourOf(outcome.result) + result + COLOUR_END);
+    }
+    if (!outcome.failure.empty()) {
+        text += ": " + mrl::escapeControls(outcome.failure);
+    }
+    m_output << std::string_view("  " + text) << mrl::endl;
+}
+
 void Console::onRunStart(const RunRecord& record, std::size_t /*planned*/) {
     for (const TestWithoutDevice& without : record.withoutDevice) {
-        writeLine(mrl::cerr,
+        writeLine(m_context.errors,
                   programPrefix() + message(without.reasons.empty() ? "CONSOLE_NO_DEVICE_AT_ALL"
                                                                     : "CONSOLE_NO_DEVICE",
                                             {{"Test", without.test->name()}}));
         for (const std::string& reason : without.reasons) {
-            writeLine(mrl::cerr, "  " + reason);
+            writeLine(m_context.errors, "  " + reason);
         }
-        writeAdvice(mrl::cerr, without.advice);
+        writeAdvice(m_context.errors, without.advice);
     }
 }
 
 void Console::writeHead(const PlannedRun& run) {
-    writeLine(mrl::cout, runText("CONSOLE_RUN", run));
+    writeLine(m_output, runText("CONSOLE_RUN", run));
 }
 
 void Console::onTestStart(const PlannedRun& run) {
-    if (!m_quiet) {
+    if (!m_style.quiet) {
         writeHead(run);
     }
-    if (m_live) {
+    if (m_style.live) {
         constexpr std::chrono::milliseconds REDRAWN_EVERY(500);
         m_liveLine.begin();
-        m_ticker.emplace(REDRAWN_EVERY, [this] { m_liveLine.draw(); });
+        m_ticker.emplace(REDRAWN_EVERY, [this] {
+            const RunContext::Scope scope(m_context);
+            m_liveLine.draw();
+        });
     }
 }
 
@@ -168,30 +166,30 @@ void Console::endLiveLine() {
 
 void Console::onTestEnd(const Outcome& outcome) {
     endLiveLine();
-    if (m_quiet && outcome.result.good()) {
+    if (m_style.quiet && outcome.result.good()) {
         return;
     }
-    if (m_quiet || !outcome.started) {
+    if (m_style.quiet || !outcome.started) {
         writeHead({outcome.test, outcome.device});
     }
     for (const RaisedEvent& event : outcome.events) {
         writeEvent(event);
     }
     for (const Measurement& measurement : outcome.measurements) {
-        writeLine(mrl::cout, "  " + measurementLine(measurement));
+        writeLine(m_output, "  " + measurementLine(measurement));
     }
     writeVerdict(outcome);
-    writeAdvice(mrl::cout, outcome.advice);
+    writeAdvice(m_output, outcome.advice);
 }
 
 void Console::onTestBroken(const PlannedRun& run, const std::string& reason) {
     endLiveLine();
-    writeLine(mrl::cerr, programPrefix() + runText("CONSOLE_BROKEN", run) +
-                             (reason.empty() ? std::string() : ": " + reason));
+    writeLine(m_context.errors, programPrefix() + runText("CONSOLE_BROKEN", run) +
+                                    (reason.empty() ? std::string() : ": " + reason));
 }
 
 void Console::onRunEnd(const RunRecord& record) {
-    if (m_quiet) {
+    if (m_style.quiet) {
         return;
     }
     std::vector<std::string> parts;
@@ -210,11 +208,13 @@ void Console::onRunEnd(const RunRecord& record) {
         parts.push_back(message("CONSOLE_LEFT_OUT", {{"Count", std::to_string(record.leftOut)}}));
     }
     parts.push_back(message("CONSOLE_EXIT", {{"Value", std::to_string(record.exitValue)}}));
-    writeLine(mrl::cout, joined(parts, message("CONSOLE_SEPARATOR").c_str()));
+    writeLine(m_output, joined(parts, message("CONSOLE_SEPARATOR").c_str()));
 }
 
 void Console::onStopRequest() {
-    m_liveLine.yieldTo([] { writeLine(mrl::cerr, programPrefix() + message("CONSOLE_STOPPING")); });
+    const RunContext::Scope scope(m_context);
+    m_liveLine.yieldTo(
+        [this] { writeLine(m_context.errors, programPrefix() + message("CONSOLE_STOPPING")); });
 }
 
 } // namespace tesk5

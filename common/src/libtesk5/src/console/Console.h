@@ -4,7 +4,7 @@
 #include "console/LiveLine.h"
 #include "run/RunListener.h"
 
-#include <mrl/OutputStream.h>
+#include <tesk5/RunContext.h>
 
 #include <optional>
 
@@ -16,18 +16,19 @@ void writeLine(mrl::OutputStream& stream, const std::string& text);
 
 /// Writes a line for each finding, and how many are bad.
 /// \return the process's exit value: 0, or that of CANNOTRUN when a finding is bad
-int showDiagnosis(const Findings& findings);
+int showDiagnosis(mrl::OutputStream& stream, const Findings& findings);
 
 /// How much of a run the console shows.
 struct ConsoleStyle {
-    bool quiet = false; ///< only runs with a bad result
-    bool live = false;  ///< a live line while a test runs; for terminals
+    bool quiet = false;   ///< only runs with a bad result
+    bool live = false;    ///< a live line while a test runs; for terminals
+    bool colours = false; ///< of results
 };
 
-/// Writes a run to standard output, and what ended it early to standard error.
+/// Writes a run to the context's output, and what ended it early to its errors.
 class Console final : public RunListener {
 public:
-    explicit Console(ConsoleStyle style);
+    Console(RunContext& context, ConsoleStyle style);
 
     void onRunStart(const RunRecord& record, std::size_t planned) override;
     void onTestStart(const PlannedRun& run) override;
@@ -38,12 +39,15 @@ public:
     void onRunEnd(const RunRecord& record) override;
 
 private:
-    static void writeHead(const PlannedRun& run);
+    void writeHead(const PlannedRun& run);
+    void writeEvent(const RaisedEvent& event);
+    void writeVerdict(const Outcome& outcome);
     void endLiveLine();
 
-    bool m_quiet;
+    RunContext& m_context;
+    mrl::OutputStream& m_output;
+    ConsoleStyle m_style;
     LiveLine m_liveLine;
-    bool m_live;
     std::optional<Ticker> m_ticker; ///< ends before the line does
 };
 

@@ -14,10 +14,6 @@ namespace tesk5 {
 
 namespace {
 
-void line(const std::string& text) {
-    writeLine(mrl::cout, text);
-}
-
 std::string conditionText(const Test::PropertyCondition& condition) {
     std::string text = condition.property.utf8();
     if (!condition.value.empty()) {
@@ -51,43 +47,8 @@ std::size_t labelColumns() {
     return widest + 1;
 }
 
-void condition(const char* label, const std::string& text) {
-    line("    " + padded(message(label), labelColumns()) + text);
-}
-
 std::string nameAndValue(const TeskString& name, const std::string& value) {
     return message("LIST_NAME_AND_VALUE", {{"Name", name}, {"Value", value}});
-}
-
-void showTest(const Test& test) {
-    const std::string& name = test.name().utf8();
-    line("  " + (test.interactive() ? message("LIST_INTERACTIVE", {{"Test", name}}) : name));
-    condition("LIST_CAPABILITIES", listed(test.capability().names()));
-    if (!test.requirements().empty()) {
-        condition("LIST_ONLY_WITH", listed(textsOf(test.requirements(), &conditionText)));
-    }
-    if (!test.exclusions().empty()) {
-        condition("LIST_NOT_WITH", listed(textsOf(test.exclusions(), &conditionText)));
-    }
-    if (test.enumeratesOnlyOnce()) {
-        line("    " + message("LIST_ONCE"));
-    }
-    for (const Parameter* parameter : test.parameters()) {
-        condition("LIST_PARAMETER", described(*parameter));
-        // A module may have a text under the parameter's own name.
-        if (const TeskString meaning = translation(parameter->name());
-            meaning != parameter->name()) {
-            line("    " + padded({}, labelColumns()) + meaning.utf8());
-        }
-    }
-}
-
-void showDevice(const DiagDevice& device) {
-    line("  " + device.name().utf8());
-    line("    " + padded(message("LIST_CAPABILITIES"), 0) + listed(device.capability().names()));
-    for (const auto& [name, value] : device.properties()) {
-        line("    " + nameAndValue(name, value.utf8()));
-    }
 }
 
 // Whether the test would run on the device, in words.
@@ -103,44 +64,95 @@ std::string verdictOn(const Test& test, const DiagDevice& device, bool first,
     return message(test.interactive() ? "LIST_YES_WHEN_NAMED" : "LIST_YES");
 }
 
-void showPairs(const Test& test, const DeviceList& devices,
-               const std::optional<std::string>& filter) {
-    line("  " + test.name().utf8());
-    bool first = true;
-    for (const DiagDevice& device : devices.devices) {
-        line("    " + nameAndValue(device.name(), verdictOn(test, device, first, filter)));
-        first = first && !reasonsAgainst(test, device, filter).empty();
+class ListWriter {
+public:
+    explicit ListWriter(mrl::OutputStream& stream) : m_stream(stream) {}
+
+    void show(const Registry& registry, const DeviceList& devices,
+              const std::optional<std::string>& filter) {
+        line(message("LIST_TESTS"));
+        for (const Test& test : registry.tests) {
+            showTest(test);
+        }
+        line("");
+        line(message("LIST_DEVICES"));
+        for (const DiagDevice& device : devices.devices) {
+            showDevice(device);
+        }
+        if (devices.devices.empty()) {
+            line("  " + message("LIST_NONE"));
+        }
+        if (devices.failure) {
+            line("  " + message(*devices.failure));
+        }
+        if (devices.devices.empty()) {
+            line("  " + message("DOCTOR_MAY_HELP"));
+            return;
+        }
+        line("");
+        line(message("LIST_WHAT_WOULD_RUN"));
+        for (const Test& test : registry.tests) {
+            showPairs(test, devices, filter);
+        }
     }
-}
+
+private:
+    void line(const std::string& text) { writeLine(m_stream, text); }
+
+    void condition(const char* label, const std::string& text) {
+        line("    " + padded(message(label), labelColumns()) + text);
+    }
+
+    void showTest(const Test& test) {
+        const std::string& name = test.name().utf8();
+        line("  " + (test.interactive() ? message("LIST_INTERACTIVE", {{"Test", name}}) : name));
+        condition("LIST_CAPABILITIES", listed(test.capability().names()));
+        if (!test.requirements().empty()) {
+            condition("LIST_ONLY_WITH", listed(textsOf(test.requirements(), &conditionText)));
+        }
+        if (!test.exclusions().empty()) {
+            condition("LIST_NOT_WITH", listed(textsOf(test.exclusions(), &conditionText)));
+        }
+        if (test.enumeratesOnlyOnce()) {
+            line("    " + message("LIST_ONCE"));
+        }
+        for (const Parameter* parameter : test.parameters()) {
+            condition("LIST_PARAMETER", described(*parameter));
+            // A module may have a text under the parameter's own name.
+            if (const TeskString meaning = translation(parameter->name());
+                meaning != parameter->name()) {
+                line("    " + padded({}, labelColumns()) + meaning.utf8());
+            }
+        }
+    }
+
+    void showDevice(const DiagDevice& device) {
+        line("  " + device.name().utf8());
+        line("    " + padded(message("LIST_CAPABILITIES"), 0) +
+             listed(device.capability().names()));
+        for (const auto& [name, value] : device.properties()) {
+            line("    " + nameAndValue(name, value.utf8()));
+        }
+    }
+
+    void showPairs(const Test& test, const DeviceList& devices,
+                   const std::optional<std::string>& filter) {
+        line("  " + test.name().utf8());
+        bool first = true;
+        for (const DiagDevice& device : devices.devices) {
+            line("    " + nameAndValue(device.name(), verdictOn(test, device, first, filter)));
+            first = first && !reasonsAgainst(test, device, filter).empty();
+        }
+    }
+
+    mrl::OutputStream& m_stream;
+};
 
 } // namespace
 
-void showList(const Registry& registry, const DeviceList& devices,
+void showList(mrl::OutputStream& stream, const Registry& registry, const DeviceList& devices,
               const std::optional<std::string>& filter) {
-    line(message("LIST_TESTS"));
-    for (const Test& test : registry.tests) {
-        showTest(test);
-    }
-    line("");
-    line(message("LIST_DEVICES"));
-    for (const DiagDevice& device : devices.devices) {
-        showDevice(device);
-    }
-    if (devices.devices.empty()) {
-        line("  " + message("LIST_NONE"));
-    }
-    if (devices.failure) {
-        line("  " + message(*devices.failure));
-    }
-    if (devices.devices.empty()) {
-        line("  " + message("DOCTOR_MAY_HELP"));
-        return;
-    }
-    line("");
-    line(message("LIST_WHAT_WOULD_RUN"));
-    for (const Test& test : registry.tests) {
-        showPairs(test, devices, filter);
-    }
+    ListWriter(stream).show(registry, devices, filter);
 }
 
 } // namespace tesk5

@@ -2,6 +2,7 @@
 // escaped; the two kinds of sentences that are markup already are made here.
 #include "reports/HtmlReport.h"
 
+#include <tesk5/Language.h>
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
 
@@ -302,7 +303,7 @@ std::string programText(const ModuleVersion& version) {
 } // namespace
 
 std::string htmlReportOf(const RunRecord& run) {
-    const std::string tag = language();
+    const std::string& tag = Language::current().tag();
     const bool mirrored = mrl::isRightToLeft(tag);
     const TestResult overall = worstResult(run);
     const bool several = run.outcomes.size() + run.withoutDevice.size() > 1;

@@ -21,7 +21,8 @@ RunContext& RunContext::current() {
     return t_current != nullptr ? *t_current : ofProcess();
 }
 
-RunContext::Scope::Scope(RunContext& context) : m_outer(std::exchange(t_current, &context)) {}
+RunContext::Scope::Scope(RunContext& context)
+    : m_outer(std::exchange(t_current, &context)), m_language(context.language) {}
 
 RunContext::Scope::~Scope() {
     t_current = m_outer;

@@ -45,24 +45,6 @@ Outcome unstarted(const PlannedRun& run, TestResult result, bool started) {
                    {}};
 }
 
-Outcome execute(const PlannedRun& run, TestObserver& observer) {
-    Outcome outcome = unstarted(run, TestResult::INTERNALERROR(), true);
-    const TestRecorder recorder(&observer);
-    const mrl::Stopwatch stopwatch;
-    try {
-        outcome.result = run.test->function()(*run.device);
-    } catch (const TeskException& exception) {
-        outcome.failure = exception.toString().getUTF8String().bytes();
-        log(TROUBLE, described(run) + ": " + outcome.failure);
-    }
-    outcome.seconds = stopwatch.getElapsed();
-    outcome.events = recorder.events();
-    outcome.measurements = recorder.measurements();
-    outcome.surveys = recorder.surveys();
-    outcome.adviceRequested = recorder.adviceRequested();
-    return outcome;
-}
-
 // The text of the exception that is being handled; empty for a type without one.
 std::string reasonInFlight() {
     try {
@@ -79,19 +61,41 @@ std::string reasonInFlight() {
     }
 }
 
-Outcome executeAndReport(const PlannedRun& run, RunListener& listener) {
+Outcome execute(const PlannedRun& run, TestObserver& observer, std::exception_ptr& leftBy) {
+    Outcome outcome = unstarted(run, TestResult::INTERNALERROR(), true);
+    const TestRecorder recorder(&observer);
+    const mrl::Stopwatch stopwatch;
+    try {
+        outcome.result = run.test->function()(*run.device);
+    } catch (const TeskException& exception) {
+        outcome.failure = exception.toString().getUTF8String().bytes();
+        log(TROUBLE, described(run) + ": " + outcome.failure);
+    } catch (...) {
+        leftBy = std::current_exception();
+        outcome.result = TestResult::EXITEDABNORMALLY();
+        outcome.failure = reasonInFlight();
+    }
+    outcome.seconds = stopwatch.getElapsed();
+    outcome.events = recorder.events();
+    outcome.measurements = recorder.measurements();
+    outcome.surveys = recorder.surveys();
+    outcome.adviceRequested = recorder.adviceRequested();
+    return outcome;
+}
+
+Outcome executeAndReport(const PlannedRun& run, RunListener& listener, std::exception_ptr& leftBy) {
     log(PROGRESS, described(run) + " starts");
     listener.onTestStart(run);
-    try {
-        Outcome outcome = execute(run, listener);
+    Outcome outcome = execute(run, listener, leftBy);
+    if (leftBy) {
+        log(TROUBLE, described(run) + " is left by an exception " + outcome.failure);
+        listener.onTestBroken(run, outcome.failure);
+    } else {
         log(PROGRESS, described(run) + " ends with " + outcome.result.name());
-        return outcome;
-    } catch (...) {
-        const std::string reason = reasonInFlight();
-        log(TROUBLE, described(run) + " is left by an exception " + reason);
-        listener.onTestBroken(run, reason);
-        throw LeftByException{std::current_exception()};
+        outcome.advice = adviceFor(outcome);
+        listener.onTestEnd(outcome);
     }
+    return outcome;
 }
 
 } // namespace
@@ -104,23 +108,21 @@ std::vector<std::pair<TeskString, Value>> parametersInForce(const Test& test) {
     return values;
 }
 
-std::vector<Outcome> runAll(const std::vector<PlannedRun>& runs, RunListener& listener,
-                            std::size_t& leftOut, RunContext& context) {
+void runAll(const std::vector<PlannedRun>& runs, RunListener& listener, RunRecord& record,
+            RunContext& context) {
     context.abortRequested = false;
-    std::vector<Outcome> outcomes;
-    for (const PlannedRun& run : runs) {
+    auto run = runs.begin();
+    for (; run != runs.end() && !record.leftBy; ++run) {
         if (context.stopRequest.raised()) {
-            outcomes.push_back(unstarted(run, TestResult::USERABORTED(), false));
+            record.outcomes.push_back(unstarted(*run, TestResult::USERABORTED(), false));
+            listener.onTestEnd(record.outcomes.back());
         } else if (context.abortRequested) {
-            leftOut = static_cast<std::size_t>(&runs.back() - &run) + 1;
             break;
         } else {
-            outcomes.push_back(executeAndReport(run, listener));
-            outcomes.back().advice = adviceFor(outcomes.back());
+            record.outcomes.push_back(executeAndReport(*run, listener, record.leftBy));
         }
-        listener.onTestEnd(outcomes.back());
     }
-    return outcomes;
+    record.leftOut = static_cast<std::size_t>(runs.end() - run);
 }
 
 TestResult worstResult(const RunRecord& run) {

@@ -28,8 +28,9 @@ struct Outcome {
     std::vector<RaisedEvent> events;
     std::vector<Measurement> measurements;
     std::vector<Survey> surveys;
-    Findings advice;              ///< why the verdict may be missing
-    std::string failure;          ///< the text of the exception behind an INTERNALERROR
+    Findings advice; ///< why the verdict may be missing
+    /// The text of the exception behind an INTERNALERROR or EXITEDABNORMALLY; empty if it has none.
+    std::string failure;
     bool adviceRequested = false; ///< by the test
 };
 
@@ -47,7 +48,8 @@ struct RunRecord {
     mrl::Clock::UtcTime ended;
     std::vector<Outcome> outcomes;
     std::vector<TestWithoutDevice> withoutDevice;
-    std::size_t leftOut = 0; ///< runs that requestAbort() prevented
+    std::size_t leftOut = 0;   ///< runs that requestAbort() or an exception prevented
+    std::exception_ptr leftBy; ///< the exception that left a test and ended the run; usually null
     int exitValue = 0;
     KeptLog log; ///< empty unless a report shows it
 };
@@ -61,12 +63,13 @@ struct LeftByException {
 /// Every parameter of `test` with the value in force.
 std::vector<std::pair<TeskString, Value>> parametersInForce(const Test& test);
 
-/// Runs `runs` in order. A TeskException makes the result INTERNALERROR. requestAbort() ends the
-/// run after the function in which it was called. After a stop request no further function starts;
-/// the remaining runs count as USERABORTED.
-/// Failure: throws LeftByException
-std::vector<Outcome> runAll(const std::vector<PlannedRun>& runs, RunListener& listener,
-                            std::size_t& leftOut, RunContext& context);
+/// Runs `runs` in order, and fills in the outcomes of `record`, what was left out, and what ended
+/// the run. A TeskException makes the result INTERNALERROR. Any other exception makes it
+/// EXITEDABNORMALLY and ends the run. requestAbort() ends the run after the function in which it
+/// was called. After a stop request no further function starts; the remaining runs count as
+/// USERABORTED.
+void runAll(const std::vector<PlannedRun>& runs, RunListener& listener, RunRecord& record,
+            RunContext& context);
 
 /// The worst result of a run, by severity; a test without a device counts as CANNOTRUN, a run
 /// without anything as PASS.

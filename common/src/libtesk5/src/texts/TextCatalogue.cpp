@@ -1,7 +1,7 @@
 #include "texts/TextCatalogue.h"
 
 #include "texts/JsonFile.h"
-#include "texts/Languages.h"
+#include "texts/LanguageTags.h"
 
 #include <mrl/Files.h>
 #include <mrl/LoggerStream.h>

@@ -1,4 +1,4 @@
-#include "texts/Languages.h"
+#include "texts/LanguageTags.h"
 
 #include <algorithm>
 #include <iterator>

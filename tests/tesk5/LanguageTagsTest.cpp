@@ -1,6 +1,6 @@
 #include <support/TemporaryFolder.h>
 
-#include <texts/Languages.h>
+#include <texts/LanguageTags.h>
 #include <texts/TextCatalogue.h>
 
 #include <gmock/gmock.h>
