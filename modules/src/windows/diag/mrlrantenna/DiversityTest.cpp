@@ -7,7 +7,7 @@
 #include <libUikit/MrlrGetCUIHandle.h>
 #include <libUikit/UiLanguage.h>
 
-#include <tesk5/Texts.h>
+#include <tesk5/Language.h>
 
 #include <mrl/System.h>
 #include <mrl/TraceLogger.h>
@@ -32,7 +32,7 @@ TestResult DiversityTest(const tesk5::DiagDevice& device) {
                                  TRACE_LINE);
     mrl::System::mssleep(OPENING_PAUSE_MS);
 
-    const mrl::String language(tesk5::language().c_str());
+    const mrl::String language(tesk5::Language::current().tag().c_str());
     libUikit::setUiLanguage(libUikit::languageOf(language.getUCS2Buffer()));
     INT_PTR modalResult = IDOK;
     for (bool ended = false; !ended;) {
