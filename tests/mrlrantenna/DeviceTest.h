@@ -25,6 +25,11 @@ MATCHER_P(LineSaying, text, "") {
            line.substr(blank + 1) == text;
 }
 
+inline constexpr const char* RADIO_QUERY_LINE =
+    "The queryWirelessLanInterface call with OPCODE wlan_intf_opcode_radio_state  failed";
+inline constexpr const char* CONNECTION_QUERY_LINE =
+    "The queryWirelessLanInterface call with OPCODE wlan_intf_opcode_current_connection    failed";
+
 class DeviceTest : public ModuleTest {
 protected:
     /// The device of the scenario's first interface, or another.
@@ -37,8 +42,24 @@ protected:
         log().clear();
         return subject;
     }
+    /// The same on a radio of one adapter: this one, or the default one that sees `accessPoints`.
+    WirelessDevice& openedOn(radiosim::Interface adapter) {
+        close();
+        startRadio(radiosim::Scenario{.interfaces = {std::move(adapter)}});
+        return opened();
+    }
+    WirelessDevice& openedSeeing(std::vector<radiosim::AccessPoint> accessPoints) {
+        return openedOn({.accessPoints = std::move(accessPoints)});
+    }
     /// Ends the device.
     void close() { m_device.reset(); }
+
+    static VisibleNetwork named(const char* name) {
+        VisibleNetwork network;
+        network.m_ssid = name;
+        return network;
+    }
+    static std::string utf8(const mrl::String& text) { return text.getUTF8String().bytes(); }
 
     std::vector<std::string> lines() const { return logged(DEVICE_LOGGER); }
     /// The names of the trace scopes that `operation` opens, in order.

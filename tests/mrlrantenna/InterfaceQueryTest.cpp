@@ -13,6 +13,8 @@ using testing::IsEmpty;
 using testing::Not;
 
 namespace calls = test::calls;
+using test::CONNECTION_QUERY_LINE;
+using test::LineSaying;
 
 constexpr const char* NOT_CONNECTED_LINE =
     "The Op Code is set to wlan_intf_opcode_current_connection and the client is not currently "
@@ -26,10 +28,7 @@ class InterfaceQuery : public test::DeviceTest {
 protected:
     // Connected, so that every opcode has an answer.
     WirelessDevice& openedConnected() {
-        radiosim::Scenario scenario;
-        scenario.interfaces.front().connection.emplace().ssid = "Lab";
-        startRadio(std::move(scenario));
-        return opened();
+        return openedOn({.connection = radiosim::Connection{.ssid = "Lab"}});
     }
 };
 
@@ -72,7 +71,7 @@ protected:
     static void forgetRadioState(WirelessDevice& device) { device.m_radioStateData = nullptr; }
 };
 
-TEST_P(QueryOfOpcode, KeepsAnAnswerOfExactlyTheExpectedSize) {
+TEST_P(QueryOfOpcode, KeepsAnAnswerOfExactlyTheExpectedSizeAndNeverFreesIt) {
     const Opcode& opcode = GetParam();
     WirelessDevice& device = openedConnected();
     forgetRadioState(device);
@@ -80,7 +79,10 @@ TEST_P(QueryOfOpcode, KeepsAnAnswerOfExactlyTheExpectedSize) {
     EXPECT_TRUE(device.queryWirelessLanInterface(opcodeOf(opcode.number)));
     EXPECT_TRUE(opcode.kept(device));
     EXPECT_THAT(radio().callTexts(), ElementsAre(calls::query("h1", opcode.number, opcode.size)));
+    EXPECT_TRUE(device.queryWirelessLanInterface(opcodeOf(opcode.number)));
     EXPECT_THAT(lines(), IsEmpty());
+    close();
+    EXPECT_EQ(radio().liveBlocks(), 3U); // of the construction and of both queries
 }
 
 TEST_P(QueryOfOpcode, RefusesAnyOtherSizeSilentlyAndKeepsNothing) {
@@ -88,7 +90,6 @@ TEST_P(QueryOfOpcode, RefusesAnyOtherSizeSilentlyAndKeepsNothing) {
     WirelessDevice& device = openedConnected();
     forgetRadioState(device);
     for (const std::uint32_t size : {opcode.size - 1, opcode.size + 1, opcode.size * 2, 0U}) {
-        radio().clearFaults();
         radio().addFault({.function = "WlanQueryInterface", .nth = 1, .dataSize = size});
         EXPECT_FALSE(device.queryWirelessLanInterface(opcodeOf(opcode.number))) << size;
         EXPECT_FALSE(opcode.kept(device)) << size;
@@ -107,28 +108,6 @@ TEST_P(QueryOfOpcode, TakesASuccessWithoutABlockForNoAnswer) {
     EXPECT_TRUE(device.queryWirelessLanInterface(opcodeOf(opcode.number)));
     EXPECT_FALSE(opcode.kept(device));
     EXPECT_THAT(lines(), IsEmpty());
-}
-
-TEST_P(QueryOfOpcode, NeverFreesABlock) {
-    const Opcode& opcode = GetParam();
-    WirelessDevice& device = openedConnected();
-    const std::size_t before = radio().liveBlocks();
-    for (std::size_t i = 1; i <= 3; ++i) {
-        ASSERT_TRUE(device.queryWirelessLanInterface(opcodeOf(opcode.number)));
-        EXPECT_EQ(radio().liveBlocks(), before + i);
-    }
-    close();
-    EXPECT_EQ(radio().liveBlocks(), before + 3);
-    EXPECT_EQ(radio().callCount("WlanFreeMemory"), 0U);
-}
-
-TEST_P(QueryOfOpcode, ReportsAMissingConnectionWhateverTheOpcode) {
-    const Opcode& opcode = GetParam();
-    WirelessDevice& device = openedConnected();
-    radio().addFault({.function = "WlanQueryInterface", .code = ERROR_INVALID_STATE});
-    EXPECT_FALSE(device.queryWirelessLanInterface(opcodeOf(opcode.number)));
-    EXPECT_THAT(lines(), ElementsAre(test::LineSaying(NOT_CONNECTED_LINE)));
-    EXPECT_EQ(device.m_errorText.getUTF8String().bytes(), localized("ERROR_INVALID_STATE"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Opcodes, QueryOfOpcode, testing::ValuesIn(opcodes),
@@ -159,12 +138,8 @@ TEST_F(InterfaceQuery, AcceptsAnOpcodeWithoutAFieldAndForgetsTheAnswer) {
 }
 
 TEST_F(InterfaceQuery, TheSwitchesRecordThatAnAnswerCameNotWhatItSaid) {
-    radiosim::Scenario scenario;
-    scenario.interfaces.front().autoconf = false;
-    scenario.interfaces.front().backgroundScan = false;
-    scenario.interfaces.front().mediaStreaming = false;
-    startRadio(std::move(scenario));
-    WirelessDevice& device = opened();
+    WirelessDevice& device =
+        openedOn({.autoconf = false, .backgroundScan = false, .mediaStreaming = false});
     for (const unsigned int opcode : {1U, 2U, 3U}) {
         EXPECT_TRUE(device.queryWirelessLanInterface(opcodeOf(opcode)));
     }
@@ -198,43 +173,22 @@ TEST_F(InterfaceQuery, ChannelAndRssiKeepTheAddressOfTheBlockNotItsContent) {
     EXPECT_EQ(device.m_rssi, static_cast<mrl::Int32>(mark()));
 }
 
-struct ListLength {
-    std::size_t items;
-    bool accepted;
-};
-
-class QueryOfAList : public InterfaceQuery, public testing::WithParamInterface<ListLength> {};
-
-TEST_P(QueryOfAList, AcceptsExactlyOneItem) {
-    radiosim::Scenario scenario;
-    radiosim::Interface& facts = scenario.interfaces.front();
-    facts.infrastructurePairs.assign(GetParam().items, radiosim::AuthCipherPair{});
-    facts.adhocPairs.assign(GetParam().items, radiosim::AuthCipherPair{});
-    facts.countries.assign(GetParam().items, "DE");
-    startRadio(std::move(scenario));
-    WirelessDevice& device = opened();
-    for (const unsigned int opcode : {9U, 10U, 11U}) {
-        EXPECT_EQ(device.queryWirelessLanInterface(opcodeOf(opcode)), GetParam().accepted)
-            << opcode;
+TEST_F(InterfaceQuery, AcceptsAListOfExactlyOneItem) {
+    // Of one item: in QueryOfOpcode.
+    for (const std::size_t items : {0U, 2U, 5U}) {
+        const std::vector<radiosim::AuthCipherPair> pairs(items);
+        WirelessDevice& device = openedOn({.infrastructurePairs = pairs,
+                                           .adhocPairs = pairs,
+                                           .countries = std::vector<std::string>(items, "DE")});
+        for (const unsigned int opcode : {9U, 10U, 11U}) {
+            EXPECT_FALSE(device.queryWirelessLanInterface(opcodeOf(opcode))) << opcode;
+        }
+        EXPECT_THAT(lines(), IsEmpty());
     }
-    EXPECT_EQ(device.m_infrastructureCipherPairs != nullptr, GetParam().accepted);
-    EXPECT_EQ(device.m_adhocCipherPairs != nullptr, GetParam().accepted);
-    EXPECT_EQ(device.m_countryOrRegionList != nullptr, GetParam().accepted);
-    EXPECT_THAT(lines(), IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Lengths, QueryOfAList,
-                         testing::Values(ListLength{0, false}, ListLength{1, true},
-                                         ListLength{2, false}, ListLength{5, false}),
-                         [](const auto& row) {
-                             return "Of" + std::to_string(row.param.items) + "Items";
-                         });
-
 TEST_F(InterfaceQuery, TheInterfaceStateDecidesWhetherTheDeviceIsConnectedEvenWithoutALog) {
-    radiosim::Scenario scenario;
-    scenario.interfaces.front().connection.emplace().ssid = "Lab";
-    startRadio(std::move(scenario));
-    WirelessDevice& device = opened();
+    WirelessDevice& device = openedConnected();
     mrl::LogFactory::setPriority(mrl::LogFactory::OFF);
     EXPECT_TRUE(device.queryWirelessLanInterface(wlan_intf_opcode_interface_state));
     EXPECT_EQ(*device.m_interfaceStateData, wlan_interface_state_connected);
@@ -251,45 +205,43 @@ TEST_F(InterfaceQuery, TheInterfaceStateDecidesWhetherTheDeviceIsConnectedEvenWi
 
 // --- failures ---
 
-struct QueryError {
-    DWORD code;
-    const char* sentence;
-};
-
-class QueryFailure : public InterfaceQuery, public testing::WithParamInterface<QueryError> {};
-
-TEST_P(QueryFailure, IsLoggedInOneSentence) {
-    WirelessDevice& device = openedConnected();
-    radio().addFault({.function = "WlanQueryInterface", .code = GetParam().code});
-    EXPECT_FALSE(device.queryWirelessLanInterface(wlan_intf_opcode_statistics));
-    EXPECT_THAT(lines(), ElementsAre(test::LineSaying(GetParam().sentence)));
-    EXPECT_EQ(device.m_statistics, nullptr);
-    EXPECT_EQ(device.m_errorText.empty(), GetParam().code != ERROR_INVALID_STATE);
-    EXPECT_TRUE(device.m_initialized);
-    EXPECT_THAT(raised(), IsEmpty());
+TEST_F(InterfaceQuery, AFailureIsLoggedInOneSentence) {
+    constexpr struct {
+        DWORD code;
+        const char* sentence;
+    } errors[] = {
+        {87, "Client Handle is NULL or invalid, Interface Guid is NULL, Reserved is not NULL, "
+             "pointer of pointer to Data is NULL, or Data Size is NULL."},
+        {6, "The handle to Client Handle was not found in the handle table."},
+        {5023, NOT_CONNECTED_LINE}, // whatever the opcode
+        {8, "Failed to allocate memory for the query results."},
+        {5, "The user does not have sufficient permissions to query the parameters"},
+        {1, "Unknown error code"},
+        {0x80342002, "Unknown error code"},
+        {0xFFFFFFFF, "Unknown error code"},
+    };
+    for (const auto& [code, sentence] : errors) {
+        SCOPED_TRACE(code);
+        WirelessDevice& device = openedConnected();
+        radio().addFault({.function = "WlanQueryInterface", .code = code});
+        EXPECT_FALSE(device.queryWirelessLanInterface(wlan_intf_opcode_statistics));
+        EXPECT_THAT(lines(), ElementsAre(LineSaying(sentence)));
+        EXPECT_EQ(device.m_statistics, nullptr);
+        EXPECT_EQ(utf8(device.m_errorText),
+                  code == ERROR_INVALID_STATE ? localized("ERROR_INVALID_STATE") : "");
+        EXPECT_TRUE(device.m_initialized);
+        EXPECT_THAT(raised(), IsEmpty());
+    }
 }
 
-constexpr QueryError queryErrors[] = {
-    {87, "Client Handle is NULL or invalid, Interface Guid is NULL, Reserved is not NULL, pointer "
-         "of pointer to Data is NULL, or Data Size is NULL."},
-    {6, "The handle to Client Handle was not found in the handle table."},
-    {5023, NOT_CONNECTED_LINE},
-    {8, "Failed to allocate memory for the query results."},
-    {5, "The user does not have sufficient permissions to query the parameters"},
-    {1, "Unknown error code"},
-    {50, "Unknown error code"},
-    {1168, "Unknown error code"},
-    {0x80342002, "Unknown error code"},
-    {0xFFFFFFFF, "Unknown error code"},
-};
-INSTANTIATE_TEST_SUITE_P(Codes, QueryFailure, testing::ValuesIn(queryErrors),
-                         [](const auto& row) { return "Code" + std::to_string(row.param.code); });
-
-TEST_F(InterfaceQuery, TheErrorTextStaysAfterALaterSuccess) {
+TEST_F(InterfaceQuery, WithoutAConnectionTheErrorTextIsSetAndStays) {
     WirelessDevice& device = opened();
     EXPECT_FALSE(device.populateWLANConnectionAtrributes());
+    EXPECT_THAT(lines(),
+                ElementsAre(LineSaying(NOT_CONNECTED_LINE), LineSaying(CONNECTION_QUERY_LINE)));
+    EXPECT_EQ(device.m_connectionAttributes, nullptr);
     EXPECT_TRUE(device.populateRadioState());
-    EXPECT_EQ(device.m_errorText.getUTF8String().bytes(), localized("ERROR_INVALID_STATE"));
+    EXPECT_EQ(utf8(device.m_errorText), localized("ERROR_INVALID_STATE"));
 }
 
 struct NamedQuery {
@@ -302,38 +254,24 @@ struct NamedQuery {
 class NamedQueryOfADevice : public InterfaceQuery,
                             public testing::WithParamInterface<NamedQuery> {};
 
-TEST_P(NamedQueryOfADevice, AsksForItsOpcode) {
+TEST_P(NamedQueryOfADevice, AsksForItsOpcodeAndLogsARefusalWithThePaddedName) {
+    const auto& [name, opcode, run, line] = GetParam();
     WirelessDevice& device = openedConnected();
-    EXPECT_TRUE((device.*GetParam().run)());
+    EXPECT_TRUE((device.*run)());
     ASSERT_EQ(radio().calls().size(), 1U);
     EXPECT_THAT(radio().callTexts().front(),
-                HasSubstr("\"opcode\":" + std::to_string(GetParam().opcode) + ","));
+                HasSubstr("\"opcode\":" + std::to_string(opcode) + ","));
     EXPECT_THAT(lines(), IsEmpty());
-}
-
-TEST_P(NamedQueryOfADevice, LogsItsFailureWithThePaddedNameAfterTheReason) {
-    WirelessDevice& device = openedConnected();
-    radio().addFault(
-        {.function = "WlanQueryInterface", .opcode = GetParam().opcode, .code = ERROR_BUSY});
-    EXPECT_FALSE((device.*GetParam().run)());
-    EXPECT_THAT(lines(), ElementsAre(test::LineSaying("Unknown error code"),
-                                     test::LineSaying(GetParam().line)));
-}
-
-TEST_P(NamedQueryOfADevice, LogsARefusedSizeWithThatLineAlone) {
-    WirelessDevice& device = openedConnected();
-    radio().addFault(
-        {.function = "WlanQueryInterface", .opcode = GetParam().opcode, .dataSize = 5U});
-    EXPECT_FALSE((device.*GetParam().run)());
-    EXPECT_THAT(lines(), ElementsAre(test::LineSaying(GetParam().line)));
+    // A size that is not expected is refused without a line of its own.
+    radio().addFault({.function = "WlanQueryInterface", .opcode = opcode, .dataSize = 5U});
+    EXPECT_FALSE((device.*run)());
+    EXPECT_THAT(lines(), ElementsAre(LineSaying(line)));
 }
 
 const NamedQuery namedQueries[] = {
-    {"RadioState", 4, &WirelessDevice::populateRadioState,
-     "The queryWirelessLanInterface call with OPCODE wlan_intf_opcode_radio_state  failed"},
+    {"RadioState", 4, &WirelessDevice::populateRadioState, test::RADIO_QUERY_LINE},
     {"CurrentConnection", 7, &WirelessDevice::populateWLANConnectionAtrributes,
-     "The queryWirelessLanInterface call with OPCODE wlan_intf_opcode_current_connection    "
-     "failed"},
+     CONNECTION_QUERY_LINE},
     {"BackgroundScan", 2, &WirelessDevice::isScanEnabled,
      "The queryWirelessLanInterface call with OPCODE wlan_intf_opcode_background_scan_enabled "
      "failed"},
@@ -341,22 +279,8 @@ const NamedQuery namedQueries[] = {
 INSTANTIATE_TEST_SUITE_P(Queries, NamedQueryOfADevice, testing::ValuesIn(namedQueries),
                          [](const auto& row) { return row.param.name; });
 
-TEST_F(InterfaceQuery, WithoutAConnectionTheConnectionQuerySaysSo) {
-    WirelessDevice& device = opened();
-    EXPECT_FALSE(device.populateWLANConnectionAtrributes());
-    EXPECT_THAT(lines(),
-                ElementsAre(test::LineSaying(NOT_CONNECTED_LINE),
-                            test::LineSaying("The queryWirelessLanInterface call with OPCODE "
-                                             "wlan_intf_opcode_current_connection    failed")));
-    EXPECT_EQ(device.m_errorText.getUTF8String().bytes(), localized("ERROR_INVALID_STATE"));
-    EXPECT_EQ(device.m_connectionAttributes, nullptr);
-}
-
 TEST_F(InterfaceQuery, ScanningCountsAsEnabledWhereverTheQuestionIsAnswered) {
-    radiosim::Scenario scenario;
-    scenario.interfaces.front().backgroundScan = false;
-    startRadio(std::move(scenario));
-    WirelessDevice& device = opened();
+    WirelessDevice& device = openedOn({.backgroundScan = false});
     EXPECT_TRUE(device.isScanEnabled());
     radio().addFault({.function = "WlanQueryInterface", .opcode = 2U, .noData = true});
     EXPECT_FALSE(device.isScanEnabled());
@@ -389,15 +313,9 @@ class InterfaceList : public test::DeviceTest {
 protected:
     // The second one is not the device's.
     static radiosim::Scenario two() {
-        radiosim::Scenario scenario;
-        scenario.interfaces.resize(2);
-        radiosim::Interface& own = scenario.interfaces[0];
-        own.description = "Card A";
-        own.connection.emplace().ssid = "Lab";
-        radiosim::Interface& other = scenario.interfaces[1];
-        other.guid = SECOND_GUID;
-        other.description = "Card B";
-        return scenario;
+        return {.interfaces = {
+                    {.description = "Card A", .connection = radiosim::Connection{.ssid = "Lab"}},
+                    {.guid = SECOND_GUID, .description = "Card B"}}};
     }
 };
 
@@ -406,16 +324,15 @@ TEST_F(InterfaceList, IsLoggedLineByLine) {
     WirelessDevice& device = opened();
     EXPECT_TRUE(device.enumerateInterfaces());
     EXPECT_THAT(lines(),
-                ElementsAre(test::LineSaying("There are 2 interfaces in the system."),
-                            test::LineSaying("Interface : 0"),
-                            test::LineSaying(std::string("GUID: ") + radiosim::FIRST_INTERFACE),
-                            test::LineSaying("Interface Description: Card A"),
-                            test::LineSaying("State: \"connected\""),
-                            test::LineSaying("Interface : 1"),
-                            test::LineSaying(std::string("GUID: ") + SECOND_GUID),
-                            test::LineSaying("Interface Description -NOT USED-: Card B"),
-                            test::LineSaying("State: \"disconnected\"")));
-    EXPECT_EQ(device.m_interfaceDescription.getUTF8String().bytes(), "Card A");
+                ElementsAre(LineSaying("There are 2 interfaces in the system."),
+                            LineSaying("Interface : 0"),
+                            LineSaying(std::string("GUID: ") + radiosim::FIRST_INTERFACE),
+                            LineSaying("Interface Description: Card A"),
+                            LineSaying("State: \"connected\""), LineSaying("Interface : 1"),
+                            LineSaying(std::string("GUID: ") + SECOND_GUID),
+                            LineSaying("Interface Description -NOT USED-: Card B"),
+                            LineSaying("State: \"disconnected\"")));
+    EXPECT_EQ(utf8(device.m_interfaceDescription), "Card A");
 }
 
 TEST_F(InterfaceList, IsQueriedOnTheDevicesHandleAndNeverFreed) {
@@ -437,8 +354,7 @@ TEST_F(InterfaceList, FindsTheDeviceWhereverItStands) {
     radiosim::Scenario scenario = two();
     std::swap(scenario.interfaces[0], scenario.interfaces[1]);
     startRadio(std::move(scenario));
-    EXPECT_EQ(opened().getInterfaceDescription().getUTF8String().bytes(), "Card A");
-    EXPECT_THAT(lines(), Contains(test::LineSaying("Interface Description -NOT USED-: Card B")));
+    EXPECT_EQ(utf8(opened().getInterfaceDescription()), "Card A");
 }
 
 TEST_F(InterfaceList, OfNoInterfaceLeavesTheDescriptionAndSucceeds) {
@@ -446,8 +362,8 @@ TEST_F(InterfaceList, OfNoInterfaceLeavesTheDescriptionAndSucceeds) {
     device.m_interfaceDescription = mrl::String("as it was");
     radio().removeInterface(0);
     EXPECT_TRUE(device.enumerateInterfaces());
-    EXPECT_THAT(lines(), ElementsAre(test::LineSaying("There are 0 interfaces in the system.")));
-    EXPECT_EQ(device.m_interfaceDescription.getUTF8String().bytes(), "as it was");
+    EXPECT_THAT(lines(), ElementsAre(LineSaying("There are 0 interfaces in the system.")));
+    EXPECT_EQ(utf8(device.m_interfaceDescription), "as it was");
 }
 
 TEST_F(InterfaceList, WithoutAMatchLeavesTheDescriptionAndSucceeds) {
@@ -456,7 +372,7 @@ TEST_F(InterfaceList, WithoutAMatchLeavesTheDescriptionAndSucceeds) {
     device.m_interfaceGuid.Data4[7] ^= 1; // differs in the last byte alone
     EXPECT_TRUE(device.enumerateInterfaces());
     EXPECT_TRUE(device.m_interfaceDescription.empty());
-    EXPECT_THAT(lines(), Contains(test::LineSaying("Interface Description -NOT USED-: Card A")));
+    EXPECT_THAT(lines(), Contains(LineSaying("Interface Description -NOT USED-: Card A")));
 }
 
 TEST_F(InterfaceList, ThatCannotBeReadFailsSilently) {
@@ -467,7 +383,7 @@ TEST_F(InterfaceList, ThatCannotBeReadFailsSilently) {
     radio().addFault({.function = "WlanEnumInterfaces", .nth = 1, .noData = true});
     EXPECT_FALSE(device.enumerateInterfaces());
     radio().addFault({.function = "WlanEnumInterfaces", .nth = 1, .code = ERROR_INVALID_HANDLE});
-    EXPECT_EQ(device.getInterfaceDescription().getUTF8String().bytes(), "as it was");
+    EXPECT_EQ(utf8(device.getInterfaceDescription()), "as it was");
     EXPECT_THAT(lines(), IsEmpty());
 }
 
@@ -486,7 +402,7 @@ TEST_F(InterfaceList, AGuidWithoutATextIsLeftOut) {
     EXPECT_TRUE(device.enumerateInterfaces());
     EXPECT_THAT(lines(), Each(Not(HasSubstr("GUID"))));
     EXPECT_EQ(radio().callCount("RpcStringFreeW"), 0U);
-    EXPECT_EQ(device.m_interfaceDescription.getUTF8String().bytes(), "Simulated Wireless Adapter");
+    EXPECT_EQ(utf8(device.m_interfaceDescription), "Simulated Wireless Adapter");
 }
 
 TEST_F(InterfaceList, ConnectedFollowsTheLastInterfaceThatSaysSoWhileLoggingIsOn) {
@@ -510,112 +426,74 @@ TEST_F(InterfaceList, ConnectedStaysAsItIsWhileLoggingIsOff) {
     device.m_connected = true;
     EXPECT_TRUE(device.enumerateInterfaces());
     EXPECT_TRUE(device.m_connected);
-    EXPECT_EQ(device.m_interfaceDescription.getUTF8String().bytes(), "Card A");
+    EXPECT_EQ(utf8(device.m_interfaceDescription), "Card A");
 }
 
 TEST_F(InterfaceList, ADescriptionBeyondAsciiReachesTheLog) {
-    radiosim::Scenario scenario;
-    scenario.interfaces.front().description = "Übertragung 無線";
-    startRadio(std::move(scenario));
-    EXPECT_EQ(opened().getInterfaceDescription().getUTF8String().bytes(), "Übertragung 無線");
-    EXPECT_THAT(lines(), Contains(test::LineSaying("Interface Description: Übertragung 無線")));
-}
-
-DWORD WINAPI enumWithoutTerminators(HANDLE handle, PVOID reserved,
-                                    WLAN_INTERFACE_INFO_LIST** list) {
-    const DWORD result = test::PatchedApi::service().WlanEnumInterfaces(handle, reserved, list);
-    std::fill(std::begin((*list)->InterfaceInfo[0].strInterfaceDescription),
-              std::end((*list)->InterfaceInfo[0].strInterfaceDescription), MRL_TEXT('x'));
-    return result;
-}
-
-TEST_F(InterfaceList, ADescriptionThatFillsItsArrayEndsThere) {
-    WirelessDevice& device = opened();
-    test::PatchedApi patched;
-    patched->WlanEnumInterfaces = &enumWithoutTerminators;
-    EXPECT_EQ(device.getInterfaceDescription().getUTF8String().bytes(), std::string(256, 'x'));
+    EXPECT_EQ(utf8(openedOn({.description = "Übertragung 無線"}).getInterfaceDescription()),
+              "Übertragung 無線");
+    EXPECT_THAT(lines(), Contains(LineSaying("Interface Description: Übertragung 無線")));
 }
 
 // --- words ---
 
-struct StateWord {
-    int state;
-    const char* word;
-};
+class WordsOfADevice : public test::DeviceTest {};
 
-class InterfaceStateWords : public test::DeviceTest,
-                            public testing::WithParamInterface<StateWord> {};
-
-TEST_P(InterfaceStateWords, AreInDoubleQuotesUnlessInvalid) {
+TEST_F(WordsOfADevice, OfInterfaceStatesAreInDoubleQuotesUnlessInvalid) {
+    constexpr struct {
+        int state;
+        const char* word;
+    } rows[] = {
+        {0, "\"not ready\""},
+        {1, "\"connected\""},
+        {2, "\"ad hoc network formed\""},
+        {3, "\"disconnecting\""},
+        {4, "\"disconnected\""},
+        {5, "\"associating\""},
+        {6, "\"discovering\""},
+        {7, "\"authenticating\""},
+        {8, "invalid interface state"},
+        {-1, "invalid interface state"},
+        {INT32_MAX, "invalid interface state"},
+    };
     WirelessDevice& device = opened();
-    for (const bool before : {false, true}) {
-        device.m_connected = before;
-        const mrl::Char* const words =
-            device.getInterfaceStateString(static_cast<WLAN_INTERFACE_STATE>(GetParam().state));
-        EXPECT_EQ(mrl::String(words).getUTF8String().bytes(), GetParam().word);
-        const bool after = GetParam().state == 1 || (GetParam().state != 4 && before);
-        EXPECT_EQ(device.m_connected, after);
+    for (const auto& [state, word] : rows) {
+        for (const bool before : {false, true}) {
+            SCOPED_TRACE(state);
+            device.m_connected = before;
+            const mrl::String words(
+                device.getInterfaceStateString(static_cast<WLAN_INTERFACE_STATE>(state)));
+            EXPECT_EQ(utf8(words), word);
+            EXPECT_EQ(device.m_connected, state == 1 || (state != 4 && before));
+        }
     }
 }
 
-constexpr StateWord stateWords[] = {
-    {0, "\"not ready\""},
-    {1, "\"connected\""},
-    {2, "\"ad hoc network formed\""},
-    {3, "\"disconnecting\""},
-    {4, "\"disconnected\""},
-    {5, "\"associating\""},
-    {6, "\"discovering\""},
-    {7, "\"authenticating\""},
-    {8, "invalid interface state"},
-    {-1, "invalid interface state"},
-    {INT32_MAX, "invalid interface state"},
-};
-
-std::string inName(int number) {
-    return number < 0 ? "Minus" + std::to_string(-number) : std::to_string(number);
-}
-
-INSTANTIATE_TEST_SUITE_P(States, InterfaceStateWords, testing::ValuesIn(stateWords),
-                         [](const auto& row) { return inName(row.param.state); });
-
-struct AlgorithmWord {
-    int algorithm;
-    const char* key; ///< of a localized text, or null
-    const char* word;
-};
-
-class AlgorithmWords : public test::DeviceTest,
-                       public testing::WithParamInterface<AlgorithmWord> {};
-
-TEST_P(AlgorithmWords, AreStandardNamesOrLocalizedTexts) {
-    const AlgorithmWord& row = GetParam();
-    const mrl::String words =
-        WirelessDevice::getAuthAlgoString(static_cast<DOT11_AUTH_ALGORITHM>(row.algorithm));
-    EXPECT_EQ(words.getUTF8String().bytes(), row.key != nullptr ? localized(row.key) : row.word);
-}
-
-constexpr AlgorithmWord algorithmWords[] = {
-    {1, "AUTHENTICATION_OPEN", ""},
-    {2, "AUTHENTICATION_SHARED_KEY", ""},
-    {3, nullptr, "WPA"},
-    {4, nullptr, "WPA PSK"},
-    {5, nullptr, "WPA none"},
-    {6, nullptr, "RSNA"},
-    {7, nullptr, "RSNA PSK"},
-    {0, "UNKNOWN_AUTHENTICATION_ALGORITHM", ""},
-    {8, "UNKNOWN_AUTHENTICATION_ALGORITHM", ""},
-    {9, "UNKNOWN_AUTHENTICATION_ALGORITHM", ""},
-    {-1, "UNKNOWN_AUTHENTICATION_ALGORITHM", ""},
-};
-INSTANTIATE_TEST_SUITE_P(Algorithms, AlgorithmWords, testing::ValuesIn(algorithmWords),
-                         [](const auto& row) { return inName(row.param.algorithm); });
-
-TEST_F(InterfaceQuery, AlgorithmWordsAreCopies) {
-    const mrl::String wpa = WirelessDevice::getAuthAlgoString(DOT11_AUTH_ALGO_WPA);
-    const mrl::String rsna = WirelessDevice::getAuthAlgoString(DOT11_AUTH_ALGO_RSNA);
-    EXPECT_EQ(wpa.getUTF8String().bytes(), "WPA");
-    EXPECT_EQ(rsna.getUTF8String().bytes(), "RSNA");
+TEST_F(WordsOfADevice, OfAlgorithmsAreCopiesOfStandardNamesOrLocalizedTexts) {
+    const std::string unknown = localized("UNKNOWN_AUTHENTICATION_ALGORITHM");
+    const struct {
+        int algorithm;
+        std::string word;
+    } rows[] = {
+        {1, localized("AUTHENTICATION_OPEN")},
+        {2, localized("AUTHENTICATION_SHARED_KEY")},
+        {3, "WPA"},
+        {4, "WPA PSK"},
+        {5, "WPA none"},
+        {6, "RSNA"},
+        {7, "RSNA PSK"},
+        {0, unknown},
+        {8, unknown},
+        {-1, unknown},
+    };
+    std::vector<mrl::String> words;
+    for (const auto& row : rows) {
+        words.push_back(
+            WirelessDevice::getAuthAlgoString(static_cast<DOT11_AUTH_ALGORITHM>(row.algorithm)));
+    }
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        EXPECT_EQ(utf8(words[i]), rows[i].word) << rows[i].algorithm;
+    }
 }
 
 } // namespace

@@ -44,5 +44,32 @@ TEST(Guid, DiffersWhenAnyByteDiffers) {
     EXPECT_TRUE(sameGuid(SAMPLE, SAMPLE));
 }
 
+TEST(DeviceSystemName, CarriesTheGuidInUpperCase) {
+    EXPECT_EQ(deviceSystemName(SAMPLE),
+              mrl::String("\\DEVICE\\{8C2F6B1E-4D37-4A59-9E0B-5F6A7D3C1B20}"));
+}
+
+TEST(DeviceSystemName, GivesItsGuidBack) {
+    const auto parsed = parseGuid(guidTextOf(deviceSystemName(SAMPLE)).view());
+    ASSERT_TRUE(parsed);
+    EXPECT_TRUE(sameGuid(*parsed, SAMPLE));
+}
+
+TEST(DeviceSystemName, HasItsGuidBetweenTheFirstBraceAndTheLastCharacter) {
+    EXPECT_EQ(guidTextOf("x{ab}"), mrl::String("ab"));
+    EXPECT_EQ(guidTextOf("{ab}cd"), mrl::String("ab}c"));
+    EXPECT_EQ(guidTextOf("{{ab}"), mrl::String("{ab"));
+    EXPECT_EQ(guidTextOf("{ab"), mrl::String("a"));
+}
+
+TEST(DeviceSystemName, HasNoGuidWithoutABraceOrBehindTheEndOrBehindPosition65535) {
+    EXPECT_EQ(guidTextOf(std::string(65535, 'x') + "{ab}"), mrl::String("ab"));
+    for (const std::string& name :
+         {std::string(), std::string("{"), std::string("}"), std::string("{}"),
+          std::string(65536, 'x') + "{ab}", std::string("8c2f6b1e-4d37-4a59-9e0b-5f6a7d3c1b20")}) {
+        EXPECT_TRUE(guidTextOf(name).empty()) << name;
+    }
+}
+
 } // namespace
 } // namespace nativewifi
