@@ -22,10 +22,6 @@ using testing::StartsWith;
 constexpr DWORD RADIO_IS_OFF = 0x80342002;
 constexpr const char* DEVICE_SOURCE = "modules/src/windows/diag/mrlrantenna/WirelessDevice.cpp";
 
-std::string utf8(const mrl::String& text) {
-    return text.getUTF8String().bytes();
-}
-
 class VisibleNetworks : public test::DeviceTest {
 protected:
     WirelessDevice& openedSeeing(std::vector<AccessPoint> accessPoints) {

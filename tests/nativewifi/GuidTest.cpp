@@ -63,11 +63,11 @@ TEST(DeviceSystemName, HasItsGuidBetweenTheFirstBraceAndTheLastCharacter) {
 }
 
 TEST(DeviceSystemName, HasNoGuidWithoutABraceOrBehindTheEndOrBehindPosition65535) {
-    EXPECT_EQ(guidTextOf(std::string(65535, 'x') + "{ab}"), mrl::String("ab"));
+    EXPECT_EQ(guidTextOf(mrl::String(std::string(65535, 'x') + "{ab}")), mrl::String("ab"));
     for (const std::string& name :
          {std::string(), std::string("{"), std::string("}"), std::string("{}"),
           std::string(65536, 'x') + "{ab}", std::string("8c2f6b1e-4d37-4a59-9e0b-5f6a7d3c1b20")}) {
-        EXPECT_TRUE(guidTextOf(name).empty()) << name;
+        EXPECT_TRUE(guidTextOf(mrl::String(name)).empty()) << name;
     }
 }
 
