@@ -9,6 +9,7 @@
 
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -98,6 +99,10 @@ TEST_F(HostileNames, OfProfilesNeedNoTerminator) {
         network.dot11Ssid = {1, {'x'}};
         network.wlanSignalQuality = 50;
         device.printNetworkInfo(&network);
+        if (unit == 'p') {
+            EXPECT_THAT(lines(),
+                        Contains("1293 Has a matching profile: " + std::string(256, 'p') + "."));
+        }
         expectHarmlessLines("unit " + std::to_string(unit));
     }
 }
@@ -122,6 +127,10 @@ TEST_F(HostileNames, OfReasonsNeedNoTerminator) {
         g_reasonUnit = static_cast<WCHAR>(unit);
         device.printReason(1);
         EXPECT_EQ(lines().size(), 1U) << unit;
+        if (unit == 'r') {
+            EXPECT_THAT(lines(),
+                        ElementsAre("1377  The reason is \"" + std::string(256, 'r') + "\"."));
+        }
         expectHarmlessLines("unit " + std::to_string(unit));
     }
 }

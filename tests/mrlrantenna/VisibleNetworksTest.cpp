@@ -1,10 +1,8 @@
 // The list of visible networks: what is logged of each, what is kept, and what a failure means.
 #include "DeviceTest.h"
+#include "Faults.h"
 
-#include <mrl/AssertionFailure.h>
 #include <mrl/Exception.h>
-
-#include <cstring>
 
 namespace {
 
@@ -13,49 +11,37 @@ using radiosim::Connection;
 using tesk5::TestResult;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr DWORD RADIO_IS_OFF = 0x80342002;
-constexpr const char* DEVICE_SOURCE = "modules/src/windows/diag/mrlrantenna/WirelessDevice.cpp";
+using Texts = std::vector<std::string>;
 
 class VisibleNetworks : public test::DeviceTest {
 protected:
-    WirelessDevice& openedSeeing(std::vector<AccessPoint> accessPoints) {
-        startRadio(std::move(accessPoints));
-        return opened();
+    // The texts of a record for a user, in the order of its fields, then its quality and
+    // connection.
+    static Texts textsOf(const VisibleNetwork& network) {
+        return {utf8(network.getSsid()),
+                utf8(network.getSecurity()),
+                utf8(network.getConnectable()),
+                utf8(network.getBssType()),
+                utf8(network.getAuthAlgorithm()),
+                utf8(network.getConnected()),
+                std::to_string(network.m_signalQuality),
+                network.m_isConnected ? "connected" : "not connected"};
     }
-    WirelessDevice& openedConnected(std::vector<AccessPoint> accessPoints, Connection connection) {
-        radiosim::Scenario scenario;
-        scenario.interfaces.front().accessPoints = std::move(accessPoints);
-        scenario.interfaces.front().connection = std::move(connection);
-        startRadio(std::move(scenario));
-        return opened();
-    }
-
-    static std::vector<std::string> namesOf(const WirelessDevice& device) {
-        std::vector<std::string> names;
+    static Texts namesOf(const WirelessDevice& device) {
+        Texts names;
         for (const VisibleNetwork& network : device.m_visibleNetworks) {
             names.push_back(utf8(network.getSsid()));
         }
         return names;
     }
-    static std::vector<std::string> refreshedNames(WirelessDevice& device) {
+    static Texts refreshedNames(WirelessDevice& device) {
         EXPECT_TRUE(device.getVisibleNetworkList());
         return namesOf(device);
-    }
-    // The lines from `number` on begin with it.
-    std::vector<std::string> linesNumbered(const std::string& number) const {
-        std::vector<std::string> found;
-        for (const std::string& line : lines()) {
-            if (line.starts_with(number + " ")) {
-                found.push_back(line);
-            }
-        }
-        return found;
     }
 };
 
@@ -84,11 +70,12 @@ TEST_F(VisibleNetworks, NoneAtAllIsAListToo) {
     EXPECT_EQ(radio().callCount("WlanFreeMemory"), 1U);
 }
 
-TEST_F(VisibleNetworks, EveryPropertyIsLoggedInOrder) {
+TEST_F(VisibleNetworks, EveryPropertyIsLoggedInOrderAndRecorded) {
     WirelessDevice& device = openedSeeing({{.ssid = "Lab",
                                             .signal = 57U,
                                             .profile = "Lab profile",
                                             .connected = true,
+                                            .auth = 4,
                                             .bssidCount = 3U}});
     EXPECT_TRUE(device.getVisibleNetworkList());
     EXPECT_THAT(lines(),
@@ -98,11 +85,18 @@ TEST_F(VisibleNetworks, EveryPropertyIsLoggedInOrder) {
                             "1299 Currently connected.", "1320 The network is connectable.",
                             "1326 BSS type: " + localized("INFRASTRUCTURE"),
                             "1346 Signal quality: 57%",
-                            "1351 Default authentication algorithm: RSNA PSK",
-                            "1355 Default cipher algorithm: RSNA PSK"));
+                            "1351 Default authentication algorithm: WPA PSK",
+                            "1355 Default cipher algorithm: WPA PSK"));
+    const VisibleNetwork& lab = device.m_visibleNetworks[0];
+    EXPECT_EQ(textsOf(lab),
+              (Texts{"Lab", localized("ENABLED"), localized("YES"), localized("INFRASTRUCTURE"),
+                     "WPA PSK", localized("YES"), "57", "connected"}));
+    EXPECT_TRUE(lab.m_spareText1.empty());
+    EXPECT_TRUE(lab.m_spareText2.empty());
+    EXPECT_TRUE(lab.m_signalQualityText.empty());
 }
 
-TEST_F(VisibleNetworks, TheOtherSideOfEveryPropertyIsLoggedToo) {
+TEST_F(VisibleNetworks, TheOtherSideOfEveryPropertyIsLoggedAndRecordedToo) {
     WirelessDevice& device = openedSeeing({{.ssid = "Open",
                                             .signal = 8U,
                                             .connected = false,
@@ -125,41 +119,10 @@ TEST_F(VisibleNetworks, TheOtherSideOfEveryPropertyIsLoggedToo) {
     EXPECT_THAT(radio().callTexts(),
                 Contains(StartsWith(R"(WlanReasonCodeToString {"reasonCode":163843,)"
                                     R"("bufferSize":256,"reserved":null} = 0)")));
-}
-
-TEST_F(VisibleNetworks, ARecordHoldsTheWordsForAUser) {
-    WirelessDevice& device = openedSeeing(
-        {{.ssid = "Lab", .signal = 57U, .profile = "Lab", .connected = true, .auth = 4},
-         {.ssid = "Open",
-          .signal = 8U,
-          .connected = false,
-          .secured = false,
-          .auth = 99,
-          .bssType = 2,
-          .connectable = false}});
-    ASSERT_THAT(refreshedNames(device), ElementsAre("Lab", "Open"));
-
-    const VisibleNetwork& lab = device.m_visibleNetworks[0];
-    EXPECT_EQ(utf8(lab.getSecurity()), localized("ENABLED"));
-    EXPECT_EQ(utf8(lab.getConnectable()), localized("YES"));
-    EXPECT_EQ(utf8(lab.getBssType()), localized("INFRASTRUCTURE"));
-    EXPECT_EQ(utf8(lab.getAuthAlgorithm()), "WPA PSK");
-    EXPECT_EQ(utf8(lab.getConnected()), localized("YES"));
-    EXPECT_EQ(lab.m_signalQuality, 57);
-    EXPECT_TRUE(lab.m_isConnected);
-
-    const VisibleNetwork& open = device.m_visibleNetworks[1];
-    EXPECT_EQ(utf8(open.getSecurity()), localized("NOT_ENABLED"));
-    EXPECT_EQ(utf8(open.getConnectable()), localized("NO"));
-    EXPECT_EQ(utf8(open.getBssType()), localized("AD_HOC_INDEPENDENT"));
-    EXPECT_EQ(utf8(open.getAuthAlgorithm()), localized("UNKNOWN_AUTHENTICATION_ALGORITHM"));
-    EXPECT_EQ(utf8(open.getConnected()), localized("NO"));
-    EXPECT_EQ(open.m_signalQuality, 8);
-    EXPECT_FALSE(open.m_isConnected);
-
-    EXPECT_TRUE(lab.m_spareText1.empty());
-    EXPECT_TRUE(lab.m_spareText2.empty());
-    EXPECT_TRUE(lab.m_signalQualityText.empty());
+    EXPECT_EQ(
+        textsOf(device.m_visibleNetworks[0]),
+        (Texts{"Open", localized("NOT_ENABLED"), localized("NO"), localized("AD_HOC_INDEPENDENT"),
+               localized("AUTHENTICATION_OPEN"), localized("NO"), "8", "not connected"}));
 }
 
 TEST_F(VisibleNetworks, AreRecordedWithoutALogToo) {
@@ -176,9 +139,9 @@ TEST_F(VisibleNetworks, AHiddenOneIsCountedButNeitherLoggedNorKept) {
         openedSeeing({{.ssid = "Secret", .hidden = true}, {.ssid = ""}, {.ssid = "Lab"}});
     EXPECT_THAT(refreshedNames(device), ElementsAre("Lab"));
     EXPECT_EQ(device.m_numVisibleNetworks, 3U);
-    const std::vector<std::string> logged = lines();
+    const Texts logged = lines();
     ASSERT_GE(logged.size(), 5U);
-    EXPECT_THAT(std::vector<std::string>(logged.begin(), logged.begin() + 5),
+    EXPECT_THAT(Texts(logged.begin(), logged.begin() + 5),
                 ElementsAre("1154 Total 3 networks are visible.", "1157 Network 0:",
                             "1157 Network 1:", "1157 Network 2:", "1268 SSID: Lab"));
 }
@@ -242,73 +205,42 @@ TEST_F(VisibleNetworks, StayAsTheyWereWhenTheHandleCannotBeOpened) {
 
 struct ListError {
     DWORD code;
-    const char* line;
-    const char* event;
-    int eventLine;
     TestResult result;
 };
 
 class NetworkListFailure : public VisibleNetworks, public testing::WithParamInterface<ListError> {};
 
 TEST_P(NetworkListFailure, EmptiesTheListLogsItsSentenceAndRaisesItsEvent) {
-    const ListError& error = GetParam();
+    const auto& [code, result] = GetParam();
     WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
     device.getVisibleNetworkList();
     const std::size_t blocks = radio().liveBlocks();
     log().clear();
-    radio().addFault({.function = "WlanGetAvailableNetworkList", .code = error.code});
+    radio().addFault({.function = "WlanGetAvailableNetworkList", .nth = 1, .code = code});
     EXPECT_FALSE(device.getVisibleNetworkList());
     EXPECT_THAT(namesOf(device), IsEmpty());
     EXPECT_EQ(device.m_numVisibleNetworks, 1U); // counts what was reported last
     EXPECT_EQ(radio().liveBlocks(), blocks);
-
-    std::vector<std::string> expectedLines;
-    if (error.line != nullptr) {
-        expectedLines.emplace_back(error.line);
-    }
-    EXPECT_THAT(lines(), ElementsAreArray(expectedLines));
-    std::vector<std::string> expectedEvents;
-    if (error.event != nullptr) {
-        expectedEvents.push_back(std::string("error ") + error.event + " " + DEVICE_SOURCE + ":" +
-                                 std::to_string(error.eventLine));
-    }
-    std::vector<std::string> events;
+    EXPECT_EQ(lines(), test::listFailure(code).lines);
+    Texts events;
     for (const tesk5::RaisedEvent& event : raised()) {
         events.push_back(test::text(event));
     }
-    EXPECT_THAT(events, ElementsAreArray(expectedEvents));
+    EXPECT_EQ(events, test::listFailure(code).events);
+    // A refusal that the location settings cause is explained.
+    EXPECT_EQ(adviceRequested(), code == ERROR_ACCESS_DENIED);
+    EXPECT_EQ(device.reportNetworkListError("WlanGetAvailableNetworkList", code), result);
 }
 
-TEST_P(NetworkListFailure, IsClassifiedForTheCaller) {
-    EXPECT_EQ(opened().reportNetworkListError("WlanGetAvailableNetworkList", GetParam().code),
-              GetParam().result);
-}
-
-const ListError listErrors[] = {
-    {ERROR_INVALID_PARAMETER,
-     "1172 The win32 call of WlanGetAvailableNetworkList returned an error related to Client "
-     "Handle is NULL or invalid, Interface Guid is NULL, Reserved is not NULL, Available Network "
-     "List is NULL, or the dwFlags parameter value is not set to one of the valid values",
-     nullptr, 0, TestResult::INTERNALERROR()},
-    {ERROR_INVALID_HANDLE,
-     "1180 The win32 call of WlanGetAvailableNetworkList returned an error related to client "
-     "handle where the client handle was not found in the handle table.",
-     nullptr, 0, TestResult::INTERNALERROR()},
-    {RADIO_IS_OFF,
-     "1188 The win32 call of WlanGetAvailableNetworkList returned an error related to the radio "
-     "being turned off. The radio for the interface is turned off. There are no available "
-     "networks when the radio is off.",
-     "ERROR_NDIS_DOT11_POWER_STATE_INVALID", 1189, TestResult::CANNOTRUN()},
-    {ERROR_NOT_ENOUGH_MEMORY,
-     "1195 The win32 call of WlanGetAvailableNetworkList returned an error related to memory "
-     "allocation. Failed to allocate memory for the query results.",
-     "ERROR_NOT_ENOUGH_MEMORY", 1196, TestResult::CANNOTRUN()},
-    {ERROR_ACCESS_DENIED, nullptr, nullptr, 0, TestResult::FAIL()},
-    {ERROR_INVALID_STATE, nullptr, nullptr, 0, TestResult::FAIL()},
-    {1, nullptr, nullptr, 0, TestResult::FAIL()},
-    {0xFFFFFFFF, nullptr, nullptr, 0, TestResult::FAIL()},
-};
-INSTANTIATE_TEST_SUITE_P(Codes, NetworkListFailure, testing::ValuesIn(listErrors),
+INSTANTIATE_TEST_SUITE_P(Codes, NetworkListFailure,
+                         testing::Values(ListError{87, TestResult::INTERNALERROR()},
+                                         ListError{6, TestResult::INTERNALERROR()},
+                                         ListError{0x80342002, TestResult::CANNOTRUN()},
+                                         ListError{8, TestResult::CANNOTRUN()},
+                                         ListError{5, TestResult::FAIL()},
+                                         ListError{5023, TestResult::FAIL()},
+                                         ListError{31, TestResult::FAIL()},
+                                         ListError{0xFFFFFFFF, TestResult::FAIL()}),
                          [](const auto& row) { return "Code" + std::to_string(row.param.code); });
 
 TEST_F(VisibleNetworks, WithTheRadioOffThereIsAnEventAndNoList) {
@@ -318,18 +250,6 @@ TEST_F(VisibleNetworks, WithTheRadioOffThereIsAnEventAndNoList) {
     EXPECT_FALSE(device.getVisibleNetworkList());
     EXPECT_THAT(namesOf(device), IsEmpty());
     EXPECT_THAT(raisedKeys(), ElementsAre("ERROR_NDIS_DOT11_POWER_STATE_INVALID"));
-}
-
-TEST_F(VisibleNetworks, ADeniedListRequestsAdviceAndNoOtherFailureDoes) {
-    WirelessDevice& device = opened();
-    radio().addFault(
-        {.function = "WlanGetAvailableNetworkList", .nth = 1, .code = ERROR_GEN_FAILURE});
-    EXPECT_FALSE(device.getVisibleNetworkList());
-    EXPECT_FALSE(adviceRequested());
-    radio().addFault(
-        {.function = "WlanGetAvailableNetworkList", .nth = 1, .code = ERROR_ACCESS_DENIED});
-    EXPECT_FALSE(device.getVisibleNetworkList());
-    EXPECT_TRUE(adviceRequested());
 }
 
 TEST_F(VisibleNetworks, ASentenceFollowsTheCallsNameDirectly) {
@@ -356,45 +276,28 @@ TEST_F(VisibleNetworks, TheFirstEntryOfANameWins) {
     ASSERT_THAT(refreshedNames(device), ElementsAre("Lab"));
     EXPECT_EQ(device.m_visibleNetworks[0].m_signalQuality, 20);
     EXPECT_FALSE(device.m_visibleNetworks[0].m_isConnected);
-    EXPECT_THAT(linesNumbered("1268"), ElementsAre("1268 SSID: Lab", "1268 SSID: Lab"));
 }
 
-TEST_F(VisibleNetworks, KeepTheShorterNameAndDropTheLongerOneThatFollows) {
-    EXPECT_THAT(refreshedNames(openedSeeing({{.ssid = "Lab"}, {.ssid = "Lab-5G"}})),
-                ElementsAre("Lab"));
-}
-
-TEST_F(VisibleNetworks, KeepBothWhenTheLongerNameComesFirst) {
-    EXPECT_THAT(refreshedNames(openedSeeing({{.ssid = "Lab-5G"}, {.ssid = "Lab"}})),
-                ElementsAre("Lab-5G", "Lab"));
-}
-
-TEST_F(VisibleNetworks, AStoredNameMayStandAnywhereInADroppedOne) {
-    EXPECT_THAT(refreshedNames(openedSeeing({{.ssid = "Guest"},
-                                             {.ssid = "Lab"},
-                                             {.ssid = "My Lab"},
-                                             {.ssid = "The Lab 2"},
-                                             {.ssid = "La"}})),
-                ElementsAre("Guest", "Lab", "La"));
-}
-
-TEST_F(VisibleNetworks, LetterCaseDistinguishesNames) {
-    EXPECT_THAT(refreshedNames(openedSeeing({{.ssid = "lab"}, {.ssid = "Lab"}, {.ssid = "LAB"}})),
-                ElementsAre("lab", "Lab", "LAB"));
-}
-
-TEST_F(VisibleNetworks, BlanksDistinguishNamesInOneDirection) {
-    EXPECT_THAT(refreshedNames(openedSeeing({{.ssid = "Lab "}, {.ssid = "Lab"}, {.ssid = " Lab"}})),
-                ElementsAre("Lab ", "Lab"));
+TEST_F(VisibleNetworks, AreDroppedWhenTheirNameContainsAStoredOne) {
+    const struct {
+        std::vector<AccessPoint> seen;
+        Texts kept;
+    } rows[] = {
+        {{{.ssid = "Lab"}, {.ssid = "Lab-5G"}}, {"Lab"}},
+        {{{.ssid = "Lab-5G"}, {.ssid = "Lab"}}, {"Lab-5G", "Lab"}},
+        // Anywhere in it.
+        {{{.ssid = "Lab"}, {.ssid = "My Lab"}, {.ssid = "The Lab 2"}, {.ssid = "La"}},
+         {"Lab", "La"}},
+        {{{.ssid = "lab"}, {.ssid = "Lab"}, {.ssid = "LAB"}}, {"lab", "Lab", "LAB"}},
+        {{{.ssid = "Lab "}, {.ssid = "Lab"}, {.ssid = " Lab"}}, {"Lab ", "Lab"}},
+    };
+    for (const auto& [seen, kept] : rows) {
+        EXPECT_EQ(refreshedNames(openedSeeing(seen)), kept);
+    }
 }
 
 TEST_F(VisibleNetworks, AreTheSameWhenTheSecondNameOccursInTheFirst) {
     WirelessDevice& device = opened();
-    const auto named = [](const char* name) {
-        VisibleNetwork network;
-        network.m_ssid = mrl::String(name);
-        return network;
-    };
     EXPECT_TRUE(device.isSame(named("Lab"), named("Lab")));
     EXPECT_TRUE(device.isSame(named("Lab-5G"), named("Lab")));
     EXPECT_TRUE(device.isSame(named("My Lab"), named("Lab")));
@@ -403,157 +306,98 @@ TEST_F(VisibleNetworks, AreTheSameWhenTheSecondNameOccursInTheFirst) {
     EXPECT_FALSE(device.isSame(named(""), named("Lab")));
 }
 
-TEST_F(VisibleNetworks, RecordsThatACallerPutIntoTheListCountToo) {
-    WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
-    device.getVisibleNetworkList();
-    VisibleNetwork attic;
-    attic.m_ssid = "Attic";
-    device.m_visibleNetworks.append(attic);
-    VisibleNetwork guests;
-    guests.m_ssid = "Attic guests";
-    device.addVisibleNetwork(guests);
-    EXPECT_THAT(namesOf(device), ElementsAre("Lab", "Attic"));
-    device.m_visibleNetworks.clear();
-    device.addVisibleNetwork(guests);
-    EXPECT_THAT(namesOf(device), ElementsAre("Attic guests"));
-}
-
-TEST_F(VisibleNetworks, ARecordRenamedInTheListCountsUnderItsNewName) {
+TEST_F(VisibleNetworks, RecordsThatACallerPutIntoTheListOrRenamedThereCountToo) {
     WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
     device.getVisibleNetworkList();
     device.m_visibleNetworks[0].m_ssid = "Attic";
+    device.m_visibleNetworks.append(named("Cellar"));
     VisibleNetwork added;
-    for (const char* name : {"Lab-5G", "Attic guests"}) {
+    for (const char* name : {"Lab-5G", "Attic guests", "Cellar guests"}) {
         added.m_ssid = name;
-        device.addVisibleNetwork(added);
+        device.addVisibleNetwork(added); // takes a copy
     }
-    EXPECT_THAT(namesOf(device), ElementsAre("Attic", "Lab-5G"));
-}
-
-TEST_F(VisibleNetworks, AnAddedRecordIsACopy) {
-    WirelessDevice& device = opened();
-    VisibleNetwork network;
-    network.m_ssid = mrl::String("Lab");
-    device.addVisibleNetwork(network);
-    network.m_ssid = mrl::String("Guest");
-    EXPECT_THAT(namesOf(device), ElementsAre("Lab"));
+    EXPECT_THAT(namesOf(device), ElementsAre("Attic", "Cellar", "Lab-5G"));
 }
 
 // --- signal quality ---
 
-TEST_F(VisibleNetworks, TheConnectionsQualityReplacesAReportOfNothingOrEverything) {
-    for (const unsigned int reported : {0U, 100U}) {
-        WirelessDevice& device =
-            openedConnected({{.ssid = "Lab", .signal = reported}}, {.ssid = "Lab", .quality = 63U});
-        ASSERT_TRUE(device.getVisibleNetworkList());
-        EXPECT_EQ(device.m_visibleNetworks[0].m_signalQuality, 63);
-        EXPECT_EQ(device.m_signalQuality, 63U);
-        EXPECT_THAT(linesNumbered("1339"), ElementsAre("1339 Signal quality: 63%"));
-        EXPECT_THAT(linesNumbered("1346"), IsEmpty());
-        close();
-    }
-}
+// What the list reports of "Lab", what the current connection is, and what is made of it.
+struct Quality {
+    std::uint32_t reported;
+    std::optional<Connection> connection;
+    mrl::Int32 recorded;
+    bool ofTheConnection;
+    std::size_t queries;
+};
 
-TEST_F(VisibleNetworks, EvenTheSameQualityIsLoggedAsTheConnections) {
+class SignalQuality : public VisibleNetworks, public testing::WithParamInterface<Quality> {};
+
+TEST_P(SignalQuality, IsTheConnectionsWhereTheListSaysNothingOrEverything) {
+    const Quality& row = GetParam();
+    // Which network the list flags as connected decides nothing.
     WirelessDevice& device =
-        openedConnected({{.ssid = "Lab", .signal = 100U}}, {.ssid = "Lab", .quality = 100U});
-    device.getVisibleNetworkList();
-    EXPECT_THAT(linesNumbered("1339"), ElementsAre("1339 Signal quality: 100%"));
-}
-
-TEST_F(VisibleNetworks, AnotherNetworksReportOfNothingOrEverythingIsKept) {
-    WirelessDevice& device =
-        openedConnected({{.ssid = "Attic", .signal = 0U}, {.ssid = "lab", .signal = 100U}},
-                        {.ssid = "Lab", .quality = 63U});
-    ASSERT_TRUE(device.getVisibleNetworkList());
-    EXPECT_EQ(device.m_visibleNetworks[0].m_signalQuality, 0);
-    EXPECT_EQ(device.m_visibleNetworks[1].m_signalQuality, 100);
-    EXPECT_EQ(device.m_signalQuality, 0U);
-    EXPECT_THAT(linesNumbered("1346"),
-                ElementsAre("1346 Signal quality: 0%", "1346 Signal quality: 100%"));
-    EXPECT_THAT(linesNumbered("1339"), IsEmpty());
-}
-
-TEST_F(VisibleNetworks, EveryOtherReportIsTrustedWithoutAQuery) {
-    for (const unsigned int reported : {1U, 50U, 99U, 101U}) {
-        WirelessDevice& device =
-            openedConnected({{.ssid = "Lab", .signal = reported}}, {.ssid = "Lab", .quality = 63U});
-        ASSERT_TRUE(device.getVisibleNetworkList());
-        EXPECT_EQ(device.m_visibleNetworks[0].m_signalQuality, static_cast<int>(reported));
-        EXPECT_EQ(radio().callCount("WlanQueryInterface"), 0U);
-        close();
-    }
-}
-
-TEST_F(VisibleNetworks, WithoutAConnectionADistrustedReportIsKeptAndTheQueryLogged) {
-    WirelessDevice& device = openedSeeing({{.ssid = "Lab", .signal = 100U}});
+        openedOn({.connection = row.connection,
+                  .accessPoints = {{.ssid = "Lab", .signal = row.reported, .connected = false}}});
     device.m_signalQuality = 5;
     ASSERT_TRUE(device.getVisibleNetworkList());
-    EXPECT_EQ(device.m_visibleNetworks[0].m_signalQuality, 100);
-    EXPECT_EQ(device.m_signalQuality, 5U);
-    EXPECT_THAT(lines(), Contains(test::LineSaying("The queryWirelessLanInterface call with OPCODE "
-                                                   "wlan_intf_opcode_current_connection    "
-                                                   "failed")));
-    EXPECT_THAT(linesNumbered("1346"), ElementsAre("1346 Signal quality: 100%"));
-    EXPECT_EQ(radio().callCount("WlanFreeMemory"), 1U);
+    EXPECT_EQ(device.m_visibleNetworks[0].m_signalQuality, row.recorded);
+    EXPECT_FALSE(device.m_visibleNetworks[0].m_isConnected);
+    EXPECT_EQ(static_cast<mrl::Int32>(device.m_signalQuality),
+              row.ofTheConnection ? row.recorded : 5);
+    const std::string line = " Signal quality: " + std::to_string(row.recorded) + "%";
+    EXPECT_THAT(lines(), Contains((row.ofTheConnection ? "1339" : "1346") + line));
+    EXPECT_THAT(lines(), Not(Contains(StartsWith(row.ofTheConnection ? "1346 Sig" : "1339 Sig"))));
+    EXPECT_EQ(radio().callCount("WlanQueryInterface"), row.queries);
 }
+
+std::optional<Connection> to(const char* ssid, std::uint32_t quality) {
+    return Connection{.ssid = ssid, .quality = quality};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Reports, SignalQuality,
+    testing::Values(
+        Quality{0, to("Lab", 63), 63, true, 1}, Quality{100, to("Lab", 63), 63, true, 1},
+        Quality{100, to("Lab", 100), 100, true, 1}, // the same, yet the connection's
+        Quality{0, to("lab", 63), 0, false, 1},     // another network
+        Quality{100, to("Lab 2", 63), 100, false, 1}, Quality{100, {}, 100, false, 1},
+        Quality{1, to("Lab", 63), 1, false, 0}, Quality{50, to("Lab", 63), 50, false, 0},
+        Quality{99, to("Lab", 63), 99, false, 0}, Quality{101, to("Lab", 63), 101, false, 0}));
 
 TEST_F(VisibleNetworks, AConnectionAnswerWithoutABlockIsNone) {
     WirelessDevice& device =
-        openedConnected({{.ssid = "Lab", .signal = 0U}}, {.ssid = "Lab", .quality = 63U});
+        openedOn({.connection = to("Lab", 63), .accessPoints = {{.ssid = "Lab", .signal = 0U}}});
     radio().addFault({.function = "WlanQueryInterface", .opcode = 7U, .noData = true});
     ASSERT_TRUE(device.getVisibleNetworkList());
-    EXPECT_THAT(linesNumbered("1346"), ElementsAre("1346 Signal quality: 0%"));
-}
-
-TEST_F(VisibleNetworks, TheDistrustedNetworkNeedNotBeTheOneFlaggedAsConnected) {
-    WirelessDevice& device = openedConnected({{.ssid = "Lab", .signal = 0U, .connected = false}},
-                                             {.ssid = "Lab", .quality = 41U});
-    ASSERT_TRUE(device.getVisibleNetworkList());
-    EXPECT_EQ(device.m_visibleNetworks[0].m_signalQuality, 41);
-    EXPECT_FALSE(device.m_visibleNetworks[0].m_isConnected);
+    EXPECT_THAT(lines(), Contains("1346 Signal quality: 0%"));
 }
 
 // --- names ---
 
-TEST_F(VisibleNetworks, ANameMayFillAllThirtyTwoBytes) {
-    const std::string name = "0123456789abcdef0123456789ABCDEF";
-    ASSERT_EQ(name.size(), 32U);
-    EXPECT_THAT(refreshedNames(openedSeeing({{.ssid = name}})), ElementsAre(name));
-}
-
-TEST_F(VisibleNetworks, ALengthBeyondThirtyTwoIsCutToIt) {
-    const std::string name = "0123456789abcdef0123456789ABCDEF";
-    for (const std::uint32_t length : {33U, 255U, 0x80000000U, 0xFFFFFFFFU}) {
-        EXPECT_THAT(refreshedNames(openedSeeing({{.ssid = name, .ssidLength = length}})),
-                    ElementsAre(name))
-            << length;
-        close();
+TEST_F(VisibleNetworks, ANameHasOneCharacterAByteUpToItsLengthToThirtyTwoOrToAByteOfZero) {
+    const std::string longest = "0123456789abcdef0123456789ABCDEF";
+    const struct {
+        AccessPoint seen;
+        Texts names;
+    } rows[] = {
+        {{.ssid = longest}, {longest}},
+        {{.ssid = longest, .ssidLength = 33U}, {longest}},
+        {{.ssid = longest, .ssidLength = 0xFFFFFFFFU}, {longest}},
+        {{.ssid = "Laboratory", .ssidLength = 3U}, {"Lab"}},
+        {{.ssid = "B\xC3\xBCro"}, {"B\u00C3\u00BCro"}}, // a name in UTF-8
+        {{.ssid = "Caf\xE9\xFF"}, {"Caf\u00E9\u00FF"}},
+        {{.ssid = std::string("Lab\0-5G", 7)}, {"Lab"}},
+        {{.ssid = std::string("\0Lab", 4)}, {}},
+    };
+    for (const auto& [seen, names] : rows) {
+        EXPECT_EQ(refreshedNames(openedSeeing({seen})), names);
     }
-}
-
-TEST_F(VisibleNetworks, AShorterLengthCutsTheName) {
-    EXPECT_THAT(refreshedNames(openedSeeing({{.ssid = "Laboratory", .ssidLength = 3U}})),
-                ElementsAre("Lab"));
-}
-
-TEST_F(VisibleNetworks, EachByteIsACharacter) {
-    // A name in UTF-8 and one in Latin-1.
-    EXPECT_THAT(refreshedNames(openedSeeing({{.ssid = "B\xC3\xBCro"}, {.ssid = "Caf\xE9\xFF"}})),
-                ElementsAre("B\u00C3\u00BCro", "Caf\u00E9\u00FF"));
-}
-
-TEST_F(VisibleNetworks, AByteOfZeroEndsAName) {
-    WirelessDevice& device =
-        openedSeeing({{.ssid = std::string("Lab\0-5G", 7)}, {.ssid = std::string("\0Lab", 4)}});
-    EXPECT_THAT(refreshedNames(device), ElementsAre("Lab"));
-    EXPECT_THAT(linesNumbered("1268"), ElementsAre("1268 SSID: Lab"));
 }
 
 TEST_F(VisibleNetworks, ControlCharactersInANameDoNotBreakTheLog) {
     WirelessDevice& device = openedSeeing({{.ssid = "a\nb"}});
     EXPECT_THAT(refreshedNames(device), ElementsAre("a\nb"));
-    EXPECT_THAT(linesNumbered("1268"), ElementsAre(Not(HasSubstr("\n"))));
+    EXPECT_THAT(lines(), testing::Each(Not(HasSubstr("\n"))));
 }
 
 TEST_F(VisibleNetworks, ANameIsWrittenIntoTheCallersBuffer) {
@@ -574,17 +418,6 @@ TEST_F(VisibleNetworks, ANameIsWrittenIntoTheCallersBuffer) {
     device.SsidToStringW(buffer, 3, &ssid);
     EXPECT_EQ(mrl::CharView(buffer), mrl::CharView(MRL_TEXT("He")));
     EXPECT_EQ(device.SsidToStringW(nullptr, 0, &ssid), nullptr);
-}
-
-TEST_F(VisibleNetworks, AProfileNameThatFillsItsArrayEndsThere) {
-    WirelessDevice& device = opened();
-    WLAN_AVAILABLE_NETWORK network{};
-    std::fill(std::begin(network.strProfileName), std::end(network.strProfileName), MRL_TEXT('p'));
-    network.dwFlags = WLAN_AVAILABLE_NETWORK_HAS_PROFILE;
-    network.dot11Ssid = {1, {'x'}};
-    network.wlanSignalQuality = 50;
-    device.printNetworkInfo(&network);
-    EXPECT_THAT(lines(), Contains("1293 Has a matching profile: " + std::string(256, 'p') + "."));
 }
 
 TEST_F(VisibleNetworks, NoNetworkAtAllIsNothingToPrint) {
@@ -608,96 +441,58 @@ TEST_F(VisibleNetworks, AReasonWithoutATextIsLoggedAsItsCode) {
                             "1377  The reason is \"The wireless network is not visible.\"."));
 }
 
-DWORD WINAPI reasonWithoutTerminator(DWORD /*code*/, DWORD size, WCHAR* buffer,
-                                     PVOID /*reserved*/) {
-    std::fill(buffer, buffer + size, MRL_TEXT('r'));
-    return ERROR_SUCCESS;
+TEST_F(VisibleNetworks, ABssTypeIsALocalizedWord) {
+    constexpr struct {
+        int type;
+        const char* key;
+    } rows[] = {
+        {1, "INFRASTRUCTURE"},   {2, "AD_HOC_INDEPENDENT"}, {3, "ANY"},
+        {0, "UNKNOWN_BSS_TYPE"}, {4, "UNKNOWN_BSS_TYPE"},   {-1, "UNKNOWN_BSS_TYPE"},
+    };
+    for (const auto& [type, key] : rows) {
+        EXPECT_EQ(utf8(opened().getBssTypeString(static_cast<DOT11_BSS_TYPE>(type))),
+                  localized(key));
+    }
 }
 
-TEST_F(VisibleNetworks, AReasonThatFillsItsBufferEndsThere) {
-    WirelessDevice& device = opened();
-    test::PatchedApi patched;
-    patched->WlanReasonCodeToString = &reasonWithoutTerminator;
-    device.printReason(1);
-    EXPECT_THAT(lines(), ElementsAre("1377  The reason is \"" + std::string(256, 'r') + "\"."));
-}
-
-struct BssTypeWord {
-    int type;
-    const char* key;
-};
-
-class BssTypeWords : public VisibleNetworks, public testing::WithParamInterface<BssTypeWord> {};
-
-TEST_P(BssTypeWords, AreLocalized) {
-    EXPECT_EQ(utf8(opened().getBssTypeString(static_cast<DOT11_BSS_TYPE>(GetParam().type))),
-              localized(GetParam().key));
-}
-
-constexpr BssTypeWord bssTypeWords[] = {
-    {1, "INFRASTRUCTURE"},   {2, "AD_HOC_INDEPENDENT"}, {3, "ANY"},
-    {0, "UNKNOWN_BSS_TYPE"}, {4, "UNKNOWN_BSS_TYPE"},   {-1, "UNKNOWN_BSS_TYPE"},
-};
-INSTANTIATE_TEST_SUITE_P(Types, BssTypeWords, testing::ValuesIn(bssTypeWords), [](const auto& row) {
-    return row.param.type < 0 ? std::string("Negative") : std::to_string(row.param.type);
-});
-
-struct Rating {
-    int quality;
-    const char* key; ///< null: no word
-};
-
-class SignalQualityRating : public VisibleNetworks, public testing::WithParamInterface<Rating> {};
-
-TEST_P(SignalQualityRating, IsALocalizedWordKeptInTheRecord) {
+TEST_F(VisibleNetworks, ARatingIsALocalizedWordKeptInTheRecord) {
+    const struct {
+        std::vector<mrl::Int32> qualities;
+        std::string word;
+    } rows[] = {
+        {{INT32_MAX, 101, 100, 80}, localized("EXCELLENT")},
+        {{79, 60}, localized("VERY_GOOD")},
+        {{59, 40}, localized("GOOD")},
+        {{39, 20}, localized("LOW")},
+        {{19, 1}, localized("VERY_LOW")},
+        {{0}, localized("NO_SIGNAL")},
+        {{-1, INT32_MIN}, ""},
+    };
     VisibleNetwork network;
-    network.m_signalQualityText = mrl::String("before");
-    network.m_signalQuality = GetParam().quality;
-    const std::string word = GetParam().key != nullptr ? localized(GetParam().key) : "";
-    EXPECT_EQ(utf8(network.getSignalQualityText()), word);
-    EXPECT_EQ(utf8(network.m_signalQualityText), word);
+    for (const auto& [qualities, word] : rows) {
+        for (const mrl::Int32 quality : qualities) {
+            network.m_signalQualityText = "before";
+            network.m_signalQuality = quality;
+            EXPECT_EQ(utf8(network.getSignalQualityText()), word) << quality;
+            EXPECT_EQ(utf8(network.m_signalQualityText), word) << quality;
+        }
+    }
 }
-
-constexpr Rating ratings[] = {
-    {INT32_MAX, "EXCELLENT"},
-    {101, "EXCELLENT"},
-    {100, "EXCELLENT"},
-    {80, "EXCELLENT"},
-    {79, "VERY_GOOD"},
-    {60, "VERY_GOOD"},
-    {59, "GOOD"},
-    {40, "GOOD"},
-    {39, "LOW"},
-    {20, "LOW"},
-    {19, "VERY_LOW"},
-    {1, "VERY_LOW"},
-    {0, "NO_SIGNAL"},
-    {-1, nullptr},
-    {INT32_MIN, nullptr},
-};
-INSTANTIATE_TEST_SUITE_P(Qualities, SignalQualityRating, testing::ValuesIn(ratings),
-                         [](const auto& row) {
-                             const std::string number = std::to_string(row.param.quality);
-                             return row.param.quality < 0 ? "Minus" + number.substr(1) : number;
-                         });
 
 TEST_F(VisibleNetworks, ANewRecordIsEmpty) {
     const VisibleNetwork network;
-    for (const mrl::String& text :
-         {network.m_spareText1, network.getSsid(), network.getSecurity(), network.getConnectable(),
-          network.getBssType(), network.getAuthAlgorithm(), network.m_spareText2,
-          network.getConnected(), network.m_signalQualityText}) {
-        EXPECT_TRUE(text.empty());
-    }
-    EXPECT_EQ(network.m_signalQuality, 0);
-    EXPECT_FALSE(network.m_isConnected);
+    EXPECT_EQ(textsOf(network), (Texts{"", "", "", "", "", "", "0", "not connected"}));
+    EXPECT_TRUE(network.m_spareText1.empty());
+    EXPECT_TRUE(network.m_spareText2.empty());
+    EXPECT_TRUE(network.m_signalQualityText.empty());
 }
 
 // --- trace scopes ---
 
 TEST_F(VisibleNetworks, TraceEachOperationOfARefresh) {
-    WirelessDevice& device = openedConnected({{.ssid = "Lab", .signal = 0U, .connectable = false}},
-                                             {.ssid = "Lab", .quality = 50U});
+    WirelessDevice& device =
+        openedOn({.connection = to("Lab", 50),
+                  .accessPoints = {{.ssid = "Lab", .signal = 0U, .connectable = false}}});
     EXPECT_THAT(scopesOf([&device] { device.getNumVisibleNetworks(); }),
                 ElementsAre("getNumVisibleNetworks()", "getVisibleNetworkList()",
                             "printNetworkInfo()", "SsidToStringW()", "printReason()",
