@@ -12,21 +12,21 @@ namespace {
 
 constexpr std::uint32_t NOT_VISIBLE = 0x28002;
 
-std::vector<radiosim::AccessPoint> beforeTheFirstLook() {
-    return {{.ssid = "Attic", .signal = 30U, .connectable = false, .reason = NOT_VISIBLE},
-            {.ssid = "Cellar", .signal = 100U},
-            {.ssid = "Lab",
-             .signal = 60U,
-             .visible = radiosim::Visible::AFTER_SCAN,
-             .scans = 2,
-             .inNetworkList = false}};
-}
-
-std::vector<radiosim::AccessPoint> afterTheFirstLook() {
-    std::vector<radiosim::AccessPoint> networks = beforeTheFirstLook();
-    networks.push_back(
-        {.ssid = "Lab", .signal = 50U, .bss = std::vector<radiosim::Bss>(), .bssidCount = 1});
-    return networks;
+// Of "Lab", only what the second scan hears; the list shows it from the second look on.
+std::vector<radiosim::AccessPoint> networks(bool labIsListed) {
+    std::vector<radiosim::AccessPoint> all = {
+        {.ssid = "Attic", .signal = 30U, .connectable = false, .reason = NOT_VISIBLE},
+        {.ssid = "Cellar", .signal = 100U},
+        {.ssid = "Lab",
+         .signal = 60U,
+         .visible = radiosim::Visible::AFTER_SCAN,
+         .scans = 2,
+         .inNetworkList = false}};
+    if (labIsListed) {
+        all.push_back(
+            {.ssid = "Lab", .signal = 50U, .bss = std::vector<radiosim::Bss>(), .bssidCount = 1});
+    }
+    return all;
 }
 
 } // namespace
@@ -39,17 +39,13 @@ VerificationRun::~VerificationRun() {
 }
 
 void VerificationRun::startScene() {
-    radiosim::Scenario scenario;
-    radiosim::Interface& adapter = scenario.interfaces.front();
-    adapter.accessPoints = beforeTheFirstLook();
-    radiosim::Connection& connection = adapter.connection.emplace();
-    connection.ssid = "Cellar";
-    connection.quality = 33U;
-    startRadio(scenario);
+    startRadio(radiosim::Scenario{
+        .interfaces = {{.connection = radiosim::Connection{.ssid = "Cellar", .quality = 33U},
+                        .accessPoints = networks(false)}}});
     m_calls = 0;
     radio().onCall([this](const radiosim::Call& call) {
         if (call.function == "WlanGetAvailableNetworkList" && call.result == ERROR_SUCCESS) {
-            radio().setAccessPoints(0, afterTheFirstLook());
+            radio().setAccessPoints(0, networks(true));
         }
         ++m_calls;
         if (afterCall) {
@@ -58,10 +54,10 @@ void VerificationRun::startScene() {
     });
 }
 
-tesk5::TestResult VerificationRun::verify() {
-    parameters::ssid->set("Lab");
-    parameters::warningSignalStrength->set("55");
-    parameters::failingSignalStrength->set("20");
+tesk5::TestResult VerificationRun::verify(const char* ssid, const char* warn, const char* fail) {
+    parameters::ssid->set(ssid);
+    parameters::warningSignalStrength->set(warn);
+    parameters::failingSignalStrength->set(fail);
     return WirelessSignalStrengthVerificationTest(device());
 }
 

@@ -1,5 +1,4 @@
-// A run of the verification test that takes every path: two forced scans, two refreshes of the
-// list, a network with a reason, one whose quality is queried.
+// Runs of the verification test, whatever their parameters.
 #pragma once
 
 #include "ModuleTest.h"
@@ -14,13 +13,15 @@ class VerificationRun : public ModuleTest {
 protected:
     ~VerificationRun() override;
 
-    /// "Lab" is heard, at 60 %, once two scans have ended, and listed, at 50 %, from the second
-    /// look on. "Attic" is not connectable, for it is not visible (0x28002); "Cellar", which the
-    /// adapter is connected to, claims 100 %.
+    /// A radio on which a run takes every path: two forced scans, two refreshes of the list, a
+    /// network with a reason, one whose quality is queried. "Lab" is heard, at 60 %, once two scans
+    /// have ended, and listed, at 50 %, from the second look on. "Attic" is not connectable, for it
+    /// is not visible (0x28002); "Cellar", which the adapter is connected to, claims 100 %.
     void startScene();
-    /// Looks for "Lab", with a warning at 55 % and a failure at 20 %: PASS when the second forced
-    /// scan heard it, else WARN.
-    static tesk5::TestResult verify();
+    /// Looks for `ssid` with a warning at `warn` % and a failure at `fail` %. In the scene, the
+    /// result is PASS when the second forced scan heard "Lab", else WARN.
+    static tesk5::TestResult verify(const char* ssid = "Lab", const char* warn = "55",
+                                    const char* fail = "20");
 
     /// The events raised, as lines.
     std::vector<std::string> raisedLines() const;
@@ -28,7 +29,7 @@ protected:
     /// whose closing failed.
     std::size_t handlesLeft(std::size_t first = 0) const;
 
-    /// Called after each call of the module, with its number from 1 on.
+    /// Called after each call of the module in the scene, with its number from 1 on.
     std::function<void(std::size_t, const radiosim::Call&)> afterCall;
 
 private:

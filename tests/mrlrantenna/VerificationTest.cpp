@@ -1,152 +1,248 @@
-// The verification test from end to end: parameters in; result, events, log lines and platform
-// calls out.
-#include "VerificationWithParameters.h"
+// The verification test from end to end: parameters in; out come the result and, in the order in
+// which others see them, log lines, events, phases, calls of the radio and pauses.
+#include "VerificationRun.h"
+
+#include <MRLrAntenna.h>
+
+#include <algorithm>
 
 namespace {
 
 using radiosim::AccessPoint;
 using tesk5::TestResult;
-using test::text;
-using testing::Contains;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
-constexpr const char* SOURCE = "modules/src/windows/diag/mrlrantenna/MRLrAntenna.cpp";
-constexpr const char* PREFIX = "WirelessSignalStrengthVerificationTest::";
+using Order = std::vector<std::string>;
 
-class Verification : public test::VerificationWithParameters {
+const std::string SOURCE = "modules/src/windows/diag/mrlrantenna/MRLrAntenna.cpp:";
+const std::string TEST = "WirelessSignalStrengthVerificationTest::";
+const std::string SEARCH = "getAccessPointSignalStrength";
+
+class Verification : public test::VerificationRun {
 protected:
-    // The one event raised, as a line.
-    std::string theEvent() const {
-        return raised().size() == 1 ? text(raised().front())
-                                    : std::to_string(raised().size()) + " events";
+    // What a run does. Lines of the module stand as they are, calls by their functions; the rest as
+    // the journal has it.
+    Order orderOf(TestResult result, const char* ssid, const char* warn = "40",
+                  const char* fail = "20") {
+        const test::Journal journal;
+        EXPECT_EQ(verify(ssid, warn, fail), result);
+        Order order;
+        for (const std::string& entry : journal.entries()) {
+            const std::string line = "log 1 mrlrantenna: ";
+            if (entry.starts_with(line)) {
+                order.push_back(entry.substr(line.size()));
+            } else if (entry.starts_with("call ")) {
+                order.push_back(entry.substr(5, entry.find(' ', 5) - 5));
+            } else if (!entry.starts_with("log ")) {
+                order.push_back(entry);
+            }
+        }
+        return order;
+    }
+    // What follows the last entry that is `entry`.
+    static Order behind(const std::string& entry, const Order& order) {
+        return {std::find(order.rbegin(), order.rend(), entry).base(), order.end()};
     }
 
-    static std::string at(int line) { return std::string(SOURCE) + ":" + std::to_string(line); }
+    // "DetectedSignalStrength 70 % of 0..100 WarningSignalStrength 40 warning"
+    std::string theMeasurement() const {
+        if (measurements().size() != 1) {
+            return std::to_string(measurements().size()) + " measurements";
+        }
+        const tesk5::Measurement& one = measurements().front();
+        std::string all = one.name.utf8() + " " + std::to_string(one.value) + " " +
+                          one.unit.utf8() + " of " + std::to_string(one.lowest) + ".." +
+                          std::to_string(one.highest);
+        for (const tesk5::Limit& limit : one.limits) {
+            all += " " + limit.name.utf8() + " " + std::to_string(limit.value) + " " +
+                   severityName(limit.severity);
+        }
+        return all;
+    }
+
+    // "VISIBLE_NETWORKS: Office 61 %, Lab 70 % measured"
+    std::string theSurvey() const {
+        if (surveys().size() != 1) {
+            return std::to_string(surveys().size()) + " surveys";
+        }
+        const tesk5::Survey& one = surveys().front();
+        std::string all = one.name.utf8() + ":";
+        for (const tesk5::Survey::Entry& entry : one.entries) {
+            all += " " + entry.name.utf8() + " " + std::to_string(entry.value) + one.unit.utf8() +
+                   (entry.measured ? " measured" : "");
+        }
+        return all;
+    }
 };
 
-TEST_F(Verification, AnEmptyNameIsABadParameterAndNothingIsSearched) {
-    radio().clearCalls();
-    EXPECT_EQ(verify("", "40", "20"), TestResult::BADPARAMS());
-    EXPECT_EQ(theEvent(), "warning SSID_NOT_SET " + at(246));
+// --- a whole run ---
+
+TEST_F(Verification, PassesInThisOrder) {
+    startRadio({{.ssid = "Office", .signal = 61U, .bss = std::vector<radiosim::Bss>()},
+                {.ssid = "Lab",
+                 .signal = 50U,
+                 .bss = std::vector<radiosim::Bss>{{.linkQuality = radiosim::Signal(60U)}}}});
     EXPECT_THAT(
-        logged(test::MODULE_LOGGER),
-        ElementsAre("245 WirelessSignalStrengthVerificationTest::SSID parameter was not set"));
-    EXPECT_THAT(radio().calls(), IsEmpty());
+        orderOf(TestResult::PASS(), "  lab\t"),
+        ElementsAre("250 " + TEST + "SSID to test: lab",
+                    // the device and its radio
+                    "WlanOpenHandle", "UuidFromStringW", "WlanRegisterNotification",
+                    "WlanQueryInterface",
+                    // the forced scan
+                    "progress SCANNING 45 s", "WlanOpenHandle", "WlanEnumInterfaces", "WlanScan",
+                    "pause 7000 ms", "WlanGetNetworkBssList",
+                    "154 " + SEARCH + "::forcedScanSignalStrength: 60",
+                    // the search
+                    "progress SEARCHING 31 s", "WlanGetAvailableNetworkList", "WlanFreeMemory",
+                    "WlanQueryInterface", "179 " + SEARCH + "::SSID Being Compared: Office",
+                    "179 " + SEARCH + "::SSID Being Compared: Lab", "survey VISIBLE_NETWORKS",
+                    "181 " + SEARCH + "::Found the matching SSID: Lab",
+                    "183 " + SEARCH + "::getSignalStrength(): 50",
+                    "187 " + SEARCH + "::forcedScanSignalStrength returned better result: 60",
+                    "WlanCloseHandle",
+                    // the verdict
+                    "265 " + TEST + SEARCH + "() returned signal strength: 60 for the SSID: lab",
+                    "268 " + TEST + "warning signal strength parameter: 40",
+                    "271 " + TEST + "failing signal strength parameter: 20",
+                    "measurement DetectedSignalStrength"));
+    EXPECT_EQ(theSurvey(), "VISIBLE_NETWORKS: Office 61% Lab 50% measured");
+}
+
+TEST_F(Verification, FailsInThisOrderWhenNoNetworkHasTheName) {
+    startRadio({AccessPoint{.ssid = "Other", .signal = 50U}});
+    // Thresholds that make no sense are never read.
+    const Order order = orderOf(TestResult::FAIL(), "Lab", "0", "0");
+    EXPECT_THAT(Order(order.begin() + 5, order.begin() + 19),
+                ElementsAre("progress SCANNING 45 s", "WlanOpenHandle", "WlanEnumInterfaces",
+                            "WlanScan", "pause 7000 ms", "WlanGetNetworkBssList",
+                            "progress SCANNING_AGAIN 38 s", "WlanOpenHandle", "WlanEnumInterfaces",
+                            "WlanScan", "pause 7000 ms", "WlanGetNetworkBssList",
+                            "154 " + SEARCH + "::forcedScanSignalStrength: 0",
+                            "progress SEARCHING 31 s"));
+    EXPECT_EQ(std::count(order.begin(), order.end(), "pause 100 ms"), 300);
+    EXPECT_THAT(
+        behind("pause 100 ms", order),
+        ElementsAre("WlanGetAvailableNetworkList", "WlanFreeMemory", "WlanQueryInterface",
+                    "179 " + SEARCH + "::SSID Being Compared: Other",
+                    "194 " + SEARCH +
+                        "() was not able to find a matching SSID: Lab after trying for 30 seconds",
+                    "survey VISIBLE_NETWORKS", "WlanCloseHandle",
+                    "event error ACCESS_POINT_NOT_FOUND",
+                    "262 " + TEST + "SSID: Lab was not found"));
+    EXPECT_EQ(theSurvey(), "VISIBLE_NETWORKS: Other 50%");
+    EXPECT_THAT(raisedLines(),
+                ElementsAre("error ACCESS_POINT_NOT_FOUND " + SOURCE + "261 SSIDName=\"Lab\""));
+}
+
+TEST_F(Verification, DoesNotLookAtTheRadioInTheEndWhenTheListStaysEmpty) {
+    startRadio(std::vector<AccessPoint>{});
+    const Order order = orderOf(TestResult::FAIL(), "Lab");
+    EXPECT_EQ(std::count(order.begin(), order.end(), "pause 100 ms"), 300);
+    EXPECT_THAT(behind("pause 100 ms", order),
+                ElementsAre("WlanGetAvailableNetworkList", "WlanFreeMemory",
+                            "163 " + SEARCH + "::Did not find any access point",
+                            "event error NO_ACCESS_POINT_FOUND", "WlanCloseHandle",
+                            "event error ACCESS_POINT_NOT_FOUND",
+                            "262 " + TEST + "SSID: Lab was not found"));
+    EXPECT_EQ(raisedLines().front(), "error NO_ACCESS_POINT_FOUND " + SOURCE + "164");
+}
+
+TEST_F(Verification, CannotRunWithTheRadioOffAndRaisesNothing) {
+    startRadio(radiosim::Scenario{.interfaces = {{.phys = {{.software = 2}, {.software = 1}},
+                                                  .accessPoints = {{.ssid = "Lab"}}}}});
+    EXPECT_THAT(behind("progress SEARCHING 31 s", orderOf(TestResult::CANNOTRUN(), "Lab")),
+                ElementsAre("WlanGetAvailableNetworkList", "WlanFreeMemory", "WlanQueryInterface",
+                            "WlanCloseHandle", "256 The wireless radio is in off state"));
+}
+
+TEST_F(Verification, AnEmptyNameIsABadParameterAndNothingIsSearched) {
+    EXPECT_THAT(
+        orderOf(TestResult::BADPARAMS(), ""),
+        ElementsAre("245 " + TEST + "SSID parameter was not set", "event warning SSID_NOT_SET"));
+    EXPECT_THAT(raisedLines(), ElementsAre("warning SSID_NOT_SET " + SOURCE + "246"));
 }
 
 TEST_F(Verification, ANameOfBlanksIsSearchedAsAnEmptyOneAndNotFound) {
     startRadio({{.ssid = "Lab"}, {.ssid = " "}});
-    EXPECT_EQ(verify("  ", "40", "20"), TestResult::FAIL());
-    EXPECT_EQ(theEvent(), "error ACCESS_POINT_NOT_FOUND " + at(261) + " SSIDName=\"\"");
-    EXPECT_THAT(logged(test::MODULE_LOGGER),
-                Contains("250 WirelessSignalStrengthVerificationTest::SSID to test: "));
+    EXPECT_EQ(orderOf(TestResult::FAIL(), "  ").front(), "250 " + TEST + "SSID to test: ");
+    EXPECT_THAT(raisedLines(),
+                ElementsAre("error ACCESS_POINT_NOT_FOUND " + SOURCE + "261 SSIDName=\"\""));
 }
 
-TEST_F(Verification, TrimsTheNameBeforeItSearches) {
-    startRadio({{.ssid = "Lab", .signal = 70U}});
-    EXPECT_EQ(verify("  Lab\t", "40", "20"), TestResult::PASS());
-}
-
-TEST_F(Verification, ARadioThatIsOffCannotBeTestedAndTheTestItselfRaisesNothing) {
-    radiosim::Scenario scenario;
-    scenario.interfaces.front().accessPoints = {{.ssid = "Lab"}};
-    scenario.interfaces.front().phys = {{.software = 2}, {.software = 1}};
-    startRadio(scenario);
-    EXPECT_EQ(verify("Lab", "40", "20"), TestResult::CANNOTRUN());
-    EXPECT_THAT(raised(), IsEmpty());
-    EXPECT_EQ(logged(test::MODULE_LOGGER).back(), "256 The wireless radio is in off state");
-}
-
-TEST_F(Verification, AMissingAccessPointFailsEvenWithThresholdsThatMakeNoSense) {
-    startRadio({{.ssid = "Other"}});
-    EXPECT_EQ(verify("Lab", "0", "0"), TestResult::FAIL());
-    EXPECT_EQ(theEvent(), "error ACCESS_POINT_NOT_FOUND " + at(261) + " SSIDName=\"Lab\"");
-    EXPECT_EQ(logged(test::MODULE_LOGGER).back(),
-              "262 WirelessSignalStrengthVerificationTest::SSID: Lab was not found");
-    EXPECT_THAT(logged(test::MODULE_LOGGER), Not(Contains(HasSubstr("threshold"))));
-    EXPECT_THAT(logged(test::MODULE_LOGGER), Not(Contains(HasSubstr("268 "))));
-}
-
-TEST_F(Verification, AnEmptyListRaisesItsOwnEventFirst) {
-    startRadio(std::vector<AccessPoint>{});
-    EXPECT_EQ(verify("Lab", "40", "20"), TestResult::FAIL());
-    EXPECT_THAT(raisedKeys(), ElementsAre("NO_ACCESS_POINT_FOUND", "ACCESS_POINT_NOT_FOUND"));
-}
+// --- the verdict ---
 
 struct Rating {
-    const char* warn;
-    const char* fail;
+    unsigned int warn;
+    unsigned int fail;
     unsigned int strength;
     TestResult result;
-    std::string event; // severity, key, line and variables; empty for none
 };
 
 void PrintTo(const Rating& rating, std::ostream* out) {
     *out << "warn " << rating.warn << ", fail " << rating.fail << ", strength " << rating.strength;
 }
 
-const std::string DETECTED = "FAILING_SIGNAL_STRENGTH_DETECTED " + std::string(SOURCE);
-
 class VerificationRating : public Verification, public testing::WithParamInterface<Rating> {};
 
 TEST_P(VerificationRating, FollowsTheThresholds) {
-    const Rating& rating = GetParam();
-    startRadio({{.ssid = "Lab", .signal = rating.strength}});
-    EXPECT_EQ(verify("Lab", rating.warn, rating.fail), rating.result);
-    if (rating.event.empty()) {
-        EXPECT_THAT(raised(), IsEmpty());
-    } else {
-        EXPECT_EQ(theEvent(), rating.event);
+    const Rating& row = GetParam();
+    const std::string warn = std::to_string(row.warn);
+    const std::string fail = std::to_string(row.fail);
+    const std::string strength = std::to_string(row.strength);
+    startRadio({{.ssid = "Lab", .signal = row.strength}});
+    const Order order = orderOf(row.result, "Lab", warn.c_str(), fail.c_str());
+
+    Order expected = {"265 " + TEST + SEARCH + "() returned signal strength: " + strength +
+                          " for the SSID: Lab",
+                      "268 " + TEST + "warning signal strength parameter: " + warn,
+                      "271 " + TEST + "failing signal strength parameter: " + fail,
+                      "measurement DetectedSignalStrength"};
+    Order events;
+    const auto expectWeak = [&](const std::string& severity, int place, const std::string& level,
+                                const std::string& threshold) {
+        const std::string weak = severity + " FAILING_SIGNAL_STRENGTH_DETECTED";
+        expected.push_back("event " + weak);
+        expected.push_back(std::to_string(place + 1) + " " + TEST + "SSID: Lab " + level +
+                           " signal strength: " + threshold +
+                           " detected signal strength: " + strength);
+        // The warning threshold travels as the failing one.
+        events.push_back(weak + " " + SOURCE + std::to_string(place) +
+                         " SSIDName=\"Lab\" FailingSignalStrength=" + threshold +
+                         " DetectedSignalStrength=" + strength);
+    };
+    if (row.result == TestResult::FAIL()) {
+        expectWeak("error", 282, "failing", fail);
+    } else if (row.result == TestResult::WARN()) {
+        expectWeak("warning", 291, "warning", warn);
     }
+    EXPECT_EQ(behind("WlanCloseHandle", order), expected);
+    EXPECT_EQ(raisedLines(), events);
+    EXPECT_EQ(theMeasurement(),
+              "DetectedSignalStrength " + strength + " % of 0..100" +
+                  (row.warn == 0 ? "" : " WarningSignalStrength " + warn + " warning") +
+                  (row.fail == 0 ? "" : " FailingSignalStrength " + fail + " error"));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Thresholds, VerificationRating,
-    testing::Values(
-        Rating{"40", "20", 19, TestResult::FAIL(),
-               "error " + DETECTED +
-                   ":282 SSIDName=\"Lab\" FailingSignalStrength=20 DetectedSignalStrength=19"},
-        Rating{"40", "20", 20, TestResult::FAIL(),
-               "error " + DETECTED +
-                   ":282 SSIDName=\"Lab\" FailingSignalStrength=20 DetectedSignalStrength=20"},
-        // The warning threshold travels as the failing one.
-        Rating{"40", "20", 21, TestResult::WARN(),
-               "warning " + DETECTED +
-                   ":291 SSIDName=\"Lab\" FailingSignalStrength=40 DetectedSignalStrength=21"},
-        Rating{"40", "20", 40, TestResult::WARN(),
-               "warning " + DETECTED +
-                   ":291 SSIDName=\"Lab\" FailingSignalStrength=40 DetectedSignalStrength=40"},
-        Rating{"40", "20", 41, TestResult::PASS(), ""},
-        // A threshold of 0 switches its level off.
-        Rating{"30", "0", 0, TestResult::WARN(),
-               "warning " + DETECTED +
-                   ":291 SSIDName=\"Lab\" FailingSignalStrength=30 DetectedSignalStrength=0"},
-        Rating{"30", "", 31, TestResult::PASS(), ""},
-        Rating{"0", "99", 99, TestResult::FAIL(),
-               "error " + DETECTED +
-                   ":282 SSIDName=\"Lab\" FailingSignalStrength=99 DetectedSignalStrength=99"},
-        Rating{"0", "99", 100, TestResult::PASS(), ""},
-        Rating{"99", "0", 99, TestResult::WARN(),
-               "warning " + DETECTED +
-                   ":291 SSIDName=\"Lab\" FailingSignalStrength=99 DetectedSignalStrength=99"},
-        Rating{"99", "0", 100, TestResult::PASS(), ""},
-        Rating{"2", "1", 1, TestResult::FAIL(),
-               "error " + DETECTED +
-                   ":282 SSIDName=\"Lab\" FailingSignalStrength=1 DetectedSignalStrength=1"},
-        Rating{"99", "98", 98, TestResult::FAIL(),
-               "error " + DETECTED +
-                   ":282 SSIDName=\"Lab\" FailingSignalStrength=98 DetectedSignalStrength=98"},
-        // Compared unsigned: a negative quality is a large one.
-        Rating{"40", "20", 0xFFFFFFFFU, TestResult::PASS(), ""}));
+    testing::Values(Rating{40, 20, 19, TestResult::FAIL()}, Rating{40, 20, 20, TestResult::FAIL()},
+                    Rating{40, 20, 21, TestResult::WARN()}, Rating{40, 20, 40, TestResult::WARN()},
+                    Rating{40, 20, 41, TestResult::PASS()},
+                    // A threshold of 0 switches its level off.
+                    Rating{30, 0, 0, TestResult::WARN()}, Rating{30, 0, 31, TestResult::PASS()},
+                    Rating{0, 99, 99, TestResult::FAIL()}, Rating{0, 99, 100, TestResult::PASS()},
+                    Rating{99, 0, 99, TestResult::WARN()}, Rating{99, 0, 100, TestResult::PASS()},
+                    Rating{2, 1, 1, TestResult::FAIL()}, Rating{99, 98, 98, TestResult::FAIL()},
+                    // Compared unsigned: a negative quality is a large one.
+                    Rating{40, 20, 0xFFFFFFFFU, TestResult::PASS()}));
 
 struct BadThresholds {
     const char* warn;
     const char* fail;
-    std::string event;
-    std::string line;
+    std::string line; // behind "signalStrengthParametersValid::"
+    const char* event;
+    std::string variables; // behind the event's source file
 };
 
 void PrintTo(const BadThresholds& bad, std::ostream* out) {
@@ -159,112 +255,67 @@ class VerificationBadThresholds : public Verification,
 TEST_P(VerificationBadThresholds, AreReportedAfterTheSearchAndDecideNothingElse) {
     const BadThresholds& bad = GetParam();
     startRadio({{.ssid = "Lab", .signal = 1U}});
-    EXPECT_EQ(verify("Lab", bad.warn, bad.fail), TestResult::BADPARAMS());
-    EXPECT_EQ(theEvent(), bad.event);
-    const std::vector<std::string> lines = logged(test::MODULE_LOGGER);
-    ASSERT_GE(lines.size(), 2U);
-    EXPECT_EQ(lines[lines.size() - 2], bad.line);
-    EXPECT_EQ(
-        lines.back(),
-        "275 WirelessSignalStrengthVerificationTest::invalid params caused the test to return");
+    Order order =
+        behind("WlanCloseHandle", orderOf(TestResult::BADPARAMS(), "Lab", bad.warn, bad.fail));
+    ASSERT_EQ(order.size(), 6U);
+    order.erase(order.begin(), order.begin() + 3); // the strength and the thresholds
+    std::string line = bad.line;
+    line.insert(4, "signalStrengthParametersValid::");
+    EXPECT_THAT(order, ElementsAre(line, std::string("event warning ") + bad.event,
+                                   "275 " + TEST + "invalid params caused the test to return"));
+    EXPECT_THAT(raisedLines(),
+                ElementsAre(std::string("warning ") + bad.event + " " + SOURCE + bad.variables));
 }
 
-std::string warning(const char* key, int line, const std::string& variables) {
-    return std::string("warning ") + key + " " + SOURCE + ":" + std::to_string(line) + variables;
-}
+const BadThresholds badThresholds[] = {
+    {"0", "0",
+     "207 Both WarningSignalStrength and FailingSignalStrength parameters have been set to ZERO "
+     "values",
+     "WARN_AND_FAIL_SIGNAL_STRENGTH_SET_ZERO", "208"},
+    {"", "",
+     "207 Both WarningSignalStrength and FailingSignalStrength parameters have been set to ZERO "
+     "values",
+     "WARN_AND_FAIL_SIGNAL_STRENGTH_SET_ZERO", "208"},
+    {"100", "20",
+     "213 WarningSignalStrength has been populated with value: 100 which is out of range",
+     "PARAM_OUT_OF_RANGE", "215 ParamName=\"WarningSignalStrength\""},
+    // The warning threshold is checked first.
+    {"4294967295", "4294967295",
+     "213 WarningSignalStrength has been populated with value: 4294967295 which is out of range",
+     "PARAM_OUT_OF_RANGE", "215 ParamName=\"WarningSignalStrength\""},
+    {"40", "100",
+     "220 FailingSignalStrengh has been populated with value: 100 which is out of range",
+     "PARAM_OUT_OF_RANGE", "222 ParamName=\"FailingSignalStrengh\""},
+    {"0", "100",
+     "220 FailingSignalStrengh has been populated with value: 100 which is out of range",
+     "PARAM_OUT_OF_RANGE", "222 ParamName=\"FailingSignalStrengh\""},
+    {"50", "50",
+     "228 FailingSignalStrengh signal strength: 50 is higher than the WarningSignalStrength: 50",
+     "FAIL_SIGNAL_STRENGTH_HIGHER_THAN_WARN",
+     "231 FailingSignalStrength=50 WarningSignalStrength=50"},
+    {"20", "40",
+     "228 FailingSignalStrengh signal strength: 40 is higher than the WarningSignalStrength: 20",
+     "FAIL_SIGNAL_STRENGTH_HIGHER_THAN_WARN",
+     "231 FailingSignalStrength=40 WarningSignalStrength=20"},
+};
+INSTANTIATE_TEST_SUITE_P(Thresholds, VerificationBadThresholds, testing::ValuesIn(badThresholds));
 
-const std::string BOTH_ZERO = "207 signalStrengthParametersValid::Both WarningSignalStrength and "
-                              "FailingSignalStrength parameters have been set to ZERO values";
-
-INSTANTIATE_TEST_SUITE_P(
-    Thresholds, VerificationBadThresholds,
-    testing::Values(
-        BadThresholds{"0", "0", warning("WARN_AND_FAIL_SIGNAL_STRENGTH_SET_ZERO", 208, ""),
-                      BOTH_ZERO},
-        BadThresholds{"", "", warning("WARN_AND_FAIL_SIGNAL_STRENGTH_SET_ZERO", 208, ""),
-                      BOTH_ZERO},
-        BadThresholds{"100", "20",
-                      warning("PARAM_OUT_OF_RANGE", 215, " ParamName=\"WarningSignalStrength\""),
-                      "213 signalStrengthParametersValid::WarningSignalStrength has been populated "
-                      "with value: 100 which is out of range"},
-        // The warning threshold is checked first.
-        BadThresholds{"4294967295", "4294967295",
-                      warning("PARAM_OUT_OF_RANGE", 215, " ParamName=\"WarningSignalStrength\""),
-                      "213 signalStrengthParametersValid::WarningSignalStrength has been populated "
-                      "with value: 4294967295 which is out of range"},
-        BadThresholds{"40", "100",
-                      warning("PARAM_OUT_OF_RANGE", 222, " ParamName=\"FailingSignalStrengh\""),
-                      "220 signalStrengthParametersValid::FailingSignalStrengh has been populated "
-                      "with value: 100 which is out of range"},
-        BadThresholds{"0", "100",
-                      warning("PARAM_OUT_OF_RANGE", 222, " ParamName=\"FailingSignalStrengh\""),
-                      "220 signalStrengthParametersValid::FailingSignalStrengh has been populated "
-                      "with value: 100 which is out of range"},
-        BadThresholds{"50", "50",
-                      warning("FAIL_SIGNAL_STRENGTH_HIGHER_THAN_WARN", 231,
-                              " FailingSignalStrength=50 WarningSignalStrength=50"),
-                      "228 signalStrengthParametersValid::FailingSignalStrengh signal strength: 50 "
-                      "is higher than the WarningSignalStrength: 50"},
-        BadThresholds{"20", "40",
-                      warning("FAIL_SIGNAL_STRENGTH_HIGHER_THAN_WARN", 231,
-                              " FailingSignalStrength=40 WarningSignalStrength=20"),
-                      "228 signalStrengthParametersValid::FailingSignalStrengh signal strength: 40 "
-                      "is higher than the WarningSignalStrength: 20"}));
-
-TEST_F(Verification, LogsAPassLineByLine) {
-    startRadio({{.ssid = "Lab", .signal = 70U}});
-    EXPECT_EQ(verify("lab", "40", "20"), TestResult::PASS());
-    EXPECT_THAT(raised(), IsEmpty());
-    EXPECT_THAT(
-        logged(test::MODULE_LOGGER),
-        ElementsAre(
-            std::string("250 ") + PREFIX + "SSID to test: lab",
-            "154 getAccessPointSignalStrength::forcedScanSignalStrength: 70",
-            "179 getAccessPointSignalStrength::SSID Being Compared: Lab",
-            "181 getAccessPointSignalStrength::Found the matching SSID: Lab",
-            "183 getAccessPointSignalStrength::getSignalStrength(): 70",
-            std::string("265 ") + PREFIX +
-                "getAccessPointSignalStrength() returned signal strength: 70 for the SSID: lab",
-            std::string("268 ") + PREFIX + "warning signal strength parameter: 40",
-            std::string("271 ") + PREFIX + "failing signal strength parameter: 20"));
-}
-
-TEST_F(Verification, LogsAWeakSignal) {
-    startRadio({{.ssid = "Lab", .signal = 20U}});
-    verify("Lab", "40", "20");
-    EXPECT_EQ(logged(test::MODULE_LOGGER).back(),
-              "283 WirelessSignalStrengthVerificationTest::SSID: Lab failing signal strength: 20 "
-              "detected signal strength: 20");
-    startRadio({{.ssid = "Lab", .signal = 30U}});
-    verify("Lab", "40", "20");
-    EXPECT_EQ(logged(test::MODULE_LOGGER).back(),
-              "292 WirelessSignalStrengthVerificationTest::SSID: Lab warning signal strength: 40 "
-              "detected signal strength: 30");
-}
-
-TEST_F(Verification, WritesEveryLineAtPriorityOne) {
-    startRadio({{.ssid = "Lab", .signal = 20U}});
-    verify("Lab", "40", "20");
-    for (const test::CapturedLog::Line& line : log().lines()) {
-        EXPECT_EQ(line.priority, 1) << line.text;
-    }
-}
+// --- the log ---
 
 TEST_F(Verification, TracesItsOperationsWithTheirPlaces) {
     const test::CapturedLog traced(0);
     startRadio({{.ssid = "Lab", .signal = 70U}});
-    verify("Lab", "40", "20");
-    const std::string file = std::string(" (") + SOURCE;
-    std::vector<std::string> scopes;
+    verify();
+    Order scopes;
     for (const test::CapturedLog::Line& line : traced.lines()) {
         if (line.priority == 0 && line.logger == test::MODULE_LOGGER) {
             scopes.push_back(line.text);
         }
     }
-    EXPECT_THAT(scopes, ElementsAre("> WirelessSignalStrengthVerificationTest" + file + ":241)",
-                                    "> getAccessPointSignalStrength" + file + ":144)",
+    EXPECT_THAT(scopes, ElementsAre("> WirelessSignalStrengthVerificationTest (" + SOURCE + "241)",
+                                    "> getAccessPointSignalStrength (" + SOURCE + "144)",
                                     "< getAccessPointSignalStrength",
-                                    "> signalStrengthParametersValid" + file + ":204)",
+                                    "> signalStrengthParametersValid (" + SOURCE + "204)",
                                     "< signalStrengthParametersValid",
                                     "< WirelessSignalStrengthVerificationTest"));
 }
@@ -272,50 +323,11 @@ TEST_F(Verification, TracesItsOperationsWithTheirPlaces) {
 TEST_F(Verification, KeepsSilentWhenTheLoggerIsSetHigher) {
     mrl::LogFactory::createLogger(test::MODULE_LOGGER).setPriority(2);
     startRadio({{.ssid = "Lab"}});
-    verify("Lab", "40", "20");
+    verify();
     EXPECT_THAT(logged(test::MODULE_LOGGER), IsEmpty());
     EXPECT_EQ(moduleLogger(), nullptr);
     mrl::LogFactory::createLogger(test::MODULE_LOGGER).clearPriority();
     EXPECT_NE(moduleLogger(), nullptr);
-}
-
-TEST_F(Verification, MakesExactlyThesePlatformCalls) {
-    startRadio({{.ssid = "Lab", .signal = 70U}});
-    radio().clearCalls();
-    EXPECT_EQ(verify("Lab", "40", "20"), TestResult::PASS());
-    const std::string guid = radiosim::FIRST_INTERFACE;
-    const std::string own = R"({"handle":"h1","interface":")" + guid + R"(",)";
-    const std::string scan = R"({"handle":"h2","interface":")" + guid + R"(",)";
-    const std::string readRadio = "WlanQueryInterface " + own +
-                                  R"("opcode":4,"reserved":null,"valueType":null} = 0 )"
-                                  R"({"dataSize":772})";
-    EXPECT_THAT(
-        radio().callTexts(),
-        ElementsAre(
-            // The device: opened, parsed, registered for every source, radio read.
-            R"(WlanOpenHandle {"clientVersion":2,"reserved":null} = 0 )"
-            R"({"negotiatedVersion":2,"handle":"h1"})",
-            R"(UuidFromStringW {"text":")" + guid + R"("} = 0 {})",
-            R"(WlanRegisterNotification {"handle":"h1","source":65535,"ignoreDuplicate":true,)"
-            R"("callback":"set","context":null,"reserved":null,"previousSource":null} = 0 {})",
-            readRadio,
-            // The forced scan, on a handle of its own that stays open.
-            R"(WlanOpenHandle {"clientVersion":1,"reserved":null} = 0 )"
-            R"({"negotiatedVersion":1,"handle":"h2"})",
-            R"(WlanEnumInterfaces {"handle":"h2","reserved":null} = 0 {"interfaces":1})",
-            "WlanScan " + scan + R"("ssid":null,"informationElement":null,"reserved":null} = 0 {})",
-            "WlanGetNetworkBssList " + scan +
-                R"("ssid":null,"bssType":3,"securityEnabled":false,"reserved":null} = 0 )"
-                R"({"entries":1})",
-            // One poll: the list and its release, then the radio.
-            "WlanGetAvailableNetworkList " + own +
-                R"("flags":0,"reserved":null} = 0 {"networks":1})",
-            R"(WlanFreeMemory {"memory":"set"} = 0 {})", readRadio,
-            // The device's end.
-            R"(WlanCloseHandle {"handle":"h1","reserved":null} = 0 {})"));
-    EXPECT_EQ(radio().openHandles(), 1U);
-    // Two radio states, the interfaces and what the scan heard are kept.
-    EXPECT_EQ(radio().liveBlocks(), 4U);
 }
 
 } // namespace

@@ -169,6 +169,21 @@ TEST_F(VisibleNetworks, ANewRefreshReplacesTheList) {
     EXPECT_THAT(refreshedNames(device), ElementsAre("Attic"));
 }
 
+TEST_F(VisibleNetworks, TheOldListIsGoneBeforeTheServiceIsAskedForANewOne) {
+    WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
+    ASSERT_EQ(device.getNumVisibleNetworks(), 1U);
+    std::vector<mrl::Uint32> sizes;
+    // Called after the service's answer, before the module reads it.
+    radio().onCall([&](const radiosim::Call& call) {
+        if (call.function == "WlanGetAvailableNetworkList") {
+            sizes.push_back(device.m_visibleNetworks.size());
+        }
+    });
+    device.getNumVisibleNetworks();
+    radio().onCall(nullptr);
+    EXPECT_THAT(sizes, ElementsAre(0U));
+}
+
 TEST_F(VisibleNetworks, GrowTheListByDoublingAndClearItToEight) {
     std::vector<AccessPoint> many;
     for (char c = 'a'; c < 'a' + 17; ++c) {
@@ -499,6 +514,15 @@ TEST_F(VisibleNetworks, TraceEachOperationOfARefresh) {
                             "getBssTypeString()", "populateWLANConnectionAtrributes()",
                             "queryWirelessLanInterface()", "SsidToStringW()", "getAuthAlgoString()",
                             "addVisibleNetwork()"));
+}
+
+TEST_F(VisibleNetworks, TraceTheOpeningOfTheDeviceInsideTheQuery) {
+    WirelessDevice& device = opened();
+    device.m_initialized = false;
+    radio().addFault({.function = "WlanOpenHandle", .code = 5U});
+    EXPECT_THAT(scopesOf([&] { device.getNumVisibleNetworks(); }),
+                ElementsAre("getNumVisibleNetworks()", "getVisibleNetworkList()", "initialize()",
+                            "openHandle()", "closeHandle()"));
 }
 
 TEST_F(VisibleNetworks, TraceNothingForTheErrorReportAndTheRating) {
