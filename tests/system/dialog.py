@@ -22,7 +22,7 @@ LOOK_EVERY_SECONDS = 0.2
 
 RESOURCE_IDS = ROOT / "modules" / "src" / "windows" / "diag" / "mrlrantenna" / "resource.h"
 # Ids of the controls: ID.FINISH is that of IDC_FINISH.
-ID = types.SimpleNamespace(CANCEL=2, **{
+ID = types.SimpleNamespace(**{
     name: int(value) for name, value in
     re.findall(r"^#define IDC_(\w+) (\d+)$", RESOURCE_IDS.read_text(encoding="utf-8"), re.M)})
 
@@ -146,16 +146,9 @@ class Dialog:
     def select(self, index):
         self._ask("select", ID.NETWORK_COMBO, index)
 
-    def give_keyboard_to(self, control_id):
-        self._ask("focus", control_id)
-
     def press(self, *keys):
         """Presses real keys."""
         self._display.press(*keys)
-
-    def close(self):
-        """Uses the close box."""
-        self._ask("close")
 
     def interrupt(self):
         """Ctrl+C in the console."""
@@ -185,9 +178,7 @@ class DialogTest(ProgramTest):
 
     def open(self, scenario=None, dpi=96, language="en"):
         """Opens the dialog in a radio environment: a file, or what to write into one."""
-        if isinstance(scenario, dict):
-            scenario = self.write("scenario.json", scenario)
-        return Dialog(self, scenario, dpi, language)
+        return Dialog(self, self.scenario_file(scenario), dpi, language)
 
     def assert_becomes(self, read, expected, seconds=40):
         """Waits until `read()` gives `expected`, or a value for which `expected(value)` holds."""

@@ -12,20 +12,22 @@ SECTION_CHARACTERISTICS = {"executable": 0x20000000, "writable": 0x80000000}
 
 
 class Image:
-    """The header and the imports of a 64-bit image."""
+    """The header and the imports of a 64-bit image; `sections` are characteristics by name."""
 
     def __init__(self, path):
         self.data = path.read_bytes()
         start = self._number("<I", 0x3C)
-        self.machine, self.section_count, self.timestamp = self._numbers("<HHI", start + 4)
+        self.machine, section_count, self.timestamp = self._numbers("<HHI", start + 4)
         optional = start + 24
         self.subsystem, self.dll_characteristics = self._numbers("<HH", optional + 68)
-        self._sections = [self._section(optional + self._number("<H", start + 20) + 40 * index)
-                          for index in range(self.section_count)]
-        self.sections = {self.data[begin:begin + 8].rstrip(b"\0").decode("ascii"):
-                         self._number("<I", begin + 36)
-                         for begin in (optional + self._number("<H", start + 20) + 40 * index
-                                       for index in range(self.section_count))}
+        headers = optional + self._number("<H", start + 20)
+        # By name: size, address, size in the file, place in the file.
+        self._places = {}
+        self.sections = {}
+        for header in range(headers, headers + 40 * section_count, 40):
+            name = self.data[header:header + 8].rstrip(b"\0").decode("ascii")
+            self._places[name] = self._numbers("<IIII", header + 8)
+            self.sections[name] = self._number("<I", header + 36)
         self.image_base = self._number("<Q", optional + 24)
         self._import_directory = self._number("<I", optional + 112 + 8)
         self.relocations_size = self._number("<I", optional + 112 + 8 * RELOCATIONS + 4)
@@ -49,7 +51,7 @@ class Image:
     def calls_of(self, address):
         """How many near calls in the code lead to the function at `address` (with the base)."""
         target = address - self.image_base
-        begin, size, raw = self._sections[list(self.sections).index(".text")]
+        size, begin, _, raw = self._places[".text"]
         code = self.data[raw:raw + size]
         count, place = 0, code.find(b"\xE8")
         while 0 <= place <= len(code) - 5:
@@ -64,12 +66,8 @@ class Image:
     def _number(self, form, offset):
         return self._numbers(form, offset)[0]
 
-    def _section(self, offset):
-        size, address, _, raw = self._numbers("<IIII", offset + 8)
-        return address, size, raw
-
     def _offset(self, address):
-        for begin, size, raw in self._sections:
+        for size, begin, _, raw in self._places.values():
             if begin <= address < begin + size:
                 return raw + address - begin
         raise ValueError(f"address {address:#x} lies in no section")

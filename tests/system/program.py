@@ -2,6 +2,7 @@
 import json
 import os
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -22,6 +23,8 @@ LIMIT_SECONDS = 120
 RESULTS = {"PASS": 0, "WARN": 1, "FAIL": 2, "CANNOTRUN": 3, "BADPARAMS": 4, "INTERNALERROR": 5,
            "USERABORTED": 6, "COMPLETED": 7, "EXITEDABNORMALLY": 8}
 WRONG_USAGE = 64
+# Time, priority, logger and text.
+LOG_LINE = re.compile(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z \d [\w.]+: .+")
 
 
 def environment(scenario=None, **extra):
@@ -36,6 +39,12 @@ def environment(scenario=None, **extra):
         env["RADIOSIM_SCENARIO"] = str(scenario)
     env.update(extra)
     return env
+
+
+def settings(**parameters):
+    """The options that give parameters these values."""
+    return tuple(word for name, value in parameters.items()
+                 for word in ("--set", f"{name}={value}"))
 
 
 class Run:
@@ -54,8 +63,8 @@ class Started:
     """A running program. Its output goes to files: processes that Wine starts beside it may keep a
     pipe open long after the program has ended. A start that Wine failed is repeated once."""
 
-    def __init__(self, arguments, folder, env):
-        self._command = ["wine", str(EXECUTABLE), *arguments]
+    def __init__(self, arguments, folder, env, executable=EXECUTABLE):
+        self._command = ["wine", str(executable), *arguments]
         self._folder = folder
         self._trace = tempfile.NamedTemporaryFile()
         self._environment = {"RADIOSIM_TRACE": self._trace.name, **env}
@@ -112,9 +121,20 @@ class ProgramTest(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
+        self.executable = EXECUTABLE
+
+    def scenario_file(self, scenario):
+        """A scenario as a file: it is one, or what to write into one."""
+        return self.write("scenario.json", scenario) if isinstance(scenario, dict) else scenario
+
+    def start_program(self, *arguments, scenario=None, **extra):
+        started = Started(arguments, self.folder,
+                          environment(self.scenario_file(scenario), **extra), self.executable)
+        self.addCleanup(started.process.kill)
+        return started
 
     def run_program(self, *arguments, scenario=None, **extra):
-        run = Started(arguments, self.folder, environment(scenario, **extra)).finish()
+        run = self.start_program(*arguments, scenario=scenario, **extra).finish()
         self.assertNotIn("err:heap:", run.err, "Wine's heap complains")
         return run
 

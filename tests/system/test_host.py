@@ -12,13 +12,13 @@ import jsonschema
 
 import side_by_side
 from program import (EXECUTABLE, LIMIT_SECONDS, ROOT, SCENARIOS, VERIFICATION, WRONG_USAGE,
-                     ProgramTest, Started, environment)
+                     ProgramTest, environment, settings)
 
 load_tests = side_by_side.load_tests
 
 HOST = ROOT / "examples" / "host" / "host.py"
 SCHEMA = ROOT / "docs" / "schemas" / "events.schema.json"
-TO_PASS = ("--set", "SSID=Lab", "--set", "FailingSignalStrength=20")
+TO_PASS = settings(SSID="Lab", FailingSignalStrength=20)
 INTO_THE_PAUSE_SECONDS = 1
 
 
@@ -65,9 +65,8 @@ class Stream(ProgramTest):
         return [line["type"] for line in lines]
 
     def test_is_the_only_output_and_matches_its_schema(self):
-        scenario = self.write("scenario.json", two_cards(12))
         run = self.run_program("run", VERIFICATION, "--events", "--json", "report.json", *TO_PASS,
-                               "--device", "Card 1", scenario=scenario)
+                               "--device", "Card 1", scenario=two_cards(12))
         self.assertEqual(run.exit, 2, run)
         self.assertEqual(run.err, "", "failures are reported on the stream")
         lines = self.assert_is_a_stream(run.out)
@@ -79,37 +78,35 @@ class Stream(ProgramTest):
         self.assertEqual(lines[-1]["exit"], 2)
         self.assertEqual([lines[-2]["result"]], self.read_json("report.json")["results"])
 
-    def test_is_written_while_the_test_runs_and_reports_the_first_interrupt(self):
-        scenario = self.write("scenario.json", two_cards(60))
-        started = Started(("run", VERIFICATION, "--events", *TO_PASS), self.folder,
-                          environment(scenario))
-        self.addCleanup(started.process.kill)
+    def interrupted(self):
+        """Starts a run on two cards, and interrupts it in the pause of the first scan."""
+        started = self.start_program("run", VERIFICATION, "--events", "--json", "report.json",
+                                     *TO_PASS, scenario=two_cards(60))
         started.wait_until_it_says('"type":"progress"')
         self.assertIsNone(started.process.poll(), "the scan's pause has only begun")
         started.process.send_signal(signal.SIGINT)
-        run = started.finish()
+        started.wait_until_it_says('"type":"stopping"')
+        return started
+
+    def test_is_written_while_the_test_runs_and_reports_the_first_interrupt(self):
+        run = self.interrupted().finish()
         self.assertEqual(run.exit, 6, run)
         self.assertIn("Ctrl+C", run.err)
         lines = self.assert_is_a_stream(run.out)
-        types = self.types(lines)
-        self.assertEqual(types.count("stopping"), 1, types)
-        self.assertLess(types.index("stopping"), types.index("testEnded"))
+        self.assertEqual(self.types(lines).count("stopping"), 1)
         ended = [line for line in lines if line["type"] == "testEnded"]
         self.assertEqual([(line["called"], line["result"]["result"]) for line in ended],
                          [(True, "PASS"), (False, "USERABORTED")])
+        self.assertEqual([line["result"] for line in ended],
+                         self.read_json("report.json")["results"])
 
-    def test_is_without_its_end_after_the_second_interrupt(self):
-        scenario = self.write("scenario.json", two_cards(60))
-        started = Started(("run", VERIFICATION, "--events", *TO_PASS), self.folder,
-                          environment(scenario))
-        self.addCleanup(started.process.kill)
-        started.wait_until_it_says('"type":"progress"')
-        started.process.send_signal(signal.SIGINT)
-        started.wait_until_it_says('"type":"stopping"')
+    def test_is_without_its_end_after_the_second_interrupt_which_leaves_no_report(self):
+        started = self.interrupted()
         started.process.send_signal(signal.SIGINT)
         run = started.finish()
         self.assertEqual(run.exit, 6, run)
         self.assertEqual(self.types(self.assert_is_a_stream(run.out))[-1], "stopping")
+        self.assertEqual([path.name for path in self.folder.iterdir()], ["scenario.json"])
 
     def test_without_a_reader_changes_no_verdict(self):
         for report, wait_for in (("a.json", 1), ("b.json", 0)):
@@ -127,12 +124,6 @@ class Stream(ProgramTest):
                     process.kill()
                     process.wait()
             self.assertEqual(self.read_json(report)["exit"], 0)
-
-    def test_is_empty_without_a_run(self):
-        run = self.run_program("list", "--events")
-        self.assertEqual(run.exit, WRONG_USAGE, run)
-        self.assertEqual(run.out, "")
-        self.assertIn("--events", run.err)
 
 
 # Replaces a module: writes the first two lines, then runs its last argument as Python code.
@@ -169,7 +160,7 @@ class Host(ProgramTest):
 
     def host_of_modules(self, jobs, scenario, *options):
         return self.host(jobs, "--module", str(EXECUTABLE), "--launcher", "wine", *options,
-                         env=environment(scenario))
+                         env=environment(self.scenario_file(scenario)))
 
     def host_of_fakes(self, *programs):
         (self.folder / "fake.py").write_text(FAKE_MODULE, encoding="utf-8")
@@ -203,9 +194,8 @@ class Host(ProgramTest):
         self.assertRegex(out, r"usb +error: .*90")
 
     def test_passes_an_interrupt_on_and_ends_in_order(self):
-        scenario = self.write("scenario.json", two_cards(60))
         process = self.host_of_modules([{"name": "both", "arguments": [VERIFICATION, *TO_PASS]}],
-                                       scenario)
+                                       two_cards(60))
         self.addCleanup(process.kill)
         while b"Card 1" not in (line := process.stdout.readline()):
             self.assertNotEqual(line, b"", "the host ended too soon")
@@ -250,18 +240,15 @@ class Host(ProgramTest):
         self.assertEqual([(job["exit"], job["problem"]) for job in self.gathered()["jobs"]],
                          [(8, "took longer than it said"), (0, None), (0, None), (0, None)])
 
-    def test_refuses_malformed_jobs(self):
-        for jobs in ([], {"name": "x"}, [{"name": "x"}], [{"name": "x", "arguments": [1]}]):
-            process = self.host(jobs, "--module", "x")
+    def test_refuses_malformed_jobs_and_wrong_usage(self):
+        def assert_refused(words, jobs, *options):
+            process = self.host(jobs, *options)
             _, err = process.communicate(timeout=LIMIT_SECONDS)
             self.assertEqual(process.returncode, WRONG_USAGE)
-            self.assertIn(b"cannot be used", err)
-
-    def test_refuses_wrong_usage_with_its_exit_value(self):
-        process = self.host([])
-        _, err = process.communicate(timeout=LIMIT_SECONDS)
-        self.assertEqual(process.returncode, WRONG_USAGE)
-        self.assertIn(b"--module", err)
+            self.assertIn(words, err)
+        assert_refused(b"--module", [])
+        for jobs in ([], {"name": "x"}, [{"name": "x"}], [{"name": "x", "arguments": [1]}]):
+            assert_refused(b"cannot be used", jobs, "--module", "x")
 
 
 if __name__ == "__main__":

@@ -6,18 +6,13 @@ import signal
 import time
 import unittest
 
-from program import VERIFICATION, ProgramTest, Started, environment
+from program import LOG_LINE, VERIFICATION, ProgramTest, settings
 
-# Time, priority, logger and text.
-LOG_LINE = re.compile(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z \d [\w.]+: .+")
 # Enough results for a report whose writing takes a while.
 CARDS = 400
 
 
 class Killed(ProgramTest):
-    def start(self, *arguments):
-        return Started(arguments, self.folder, environment())
-
     def kill(self, started):
         """Ends the program as Windows' task manager does: it cannot react."""
         with contextlib.suppress(ProcessLookupError):  # it may be over already
@@ -45,8 +40,8 @@ class Killed(ProgramTest):
 
     def test_during_the_scan(self):
         self.write("report.json", '{"an older": "report"}')
-        started = self.start("run", VERIFICATION, "--set", "SSID=Lab", "--json", "report.json",
-                             "--log", "run.log", "--log-level", "0")
+        started = self.start_program("run", VERIFICATION, *settings(SSID="Lab"), "--json",
+                                     "report.json", "--log", "run.log", "--log-level", "0")
         started.wait_until_it_says("WirelessSignalStrength")
         self.kill(started)
         self.assertEqual(self.read_json("report.json"), {"an older": "report"})
@@ -64,7 +59,7 @@ class Killed(ProgramTest):
         old = (self.folder / "report.json").read_bytes()
         seen = set()
         for attempt in range(12):
-            started = self.start(*arguments)
+            started = self.start_program(*arguments)
             started.wait_until_it_says(f"on Card {CARDS - 1}")
             if attempt % 2:
                 self.wait_for_the_temporary_file(started)

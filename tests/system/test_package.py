@@ -10,12 +10,10 @@ import subprocess
 import sys
 import tempfile
 import unittest
-import unittest.mock
 import zipfile
 
 import jsonschema
 
-import program
 from program import DIST, EXECUTABLE, RESULTS, ROOT, WRONG_USAGE, ProgramTest
 
 TOOLS = ROOT / "tools" / "package"
@@ -110,9 +108,6 @@ class Contents(PackageTest):
                 expected = 0o100755 if entry.filename == EXECUTABLE.name else 0o100644
                 self.assertEqual(entry.external_attr >> 16, expected)
 
-    def test_are_whole(self):
-        self.assertIsNone(self.zip.testzip())
-
 
 class Papers(PackageTest):
     def text(self, name):
@@ -131,6 +126,7 @@ class Papers(PackageTest):
         readme = self.text("README.txt")
         self.assertTrue(readme.startswith("mrlrantenna 6.5 build 000000001\r\n"))
         self.assertNotRegex(readme, r"[{}]", "every place of the template is filled")
+        self.assertLessEqual(max(map(len, readme.split("\r\n"))), 100, "fits a narrow window")
         for text in ("mrlrantenna.k5x list", "cmd /c", "%ERRORLEVEL%", "$LASTEXITCODE",
                      "Privacy & security > Location", "--help", "LICENSE.txt", BILL):
             with self.subTest(text):
@@ -139,10 +135,6 @@ class Papers(PackageTest):
             with self.subTest(result):
                 self.assertRegex(readme, rf"(?m)^  {value} .*\b{result}\b")
         self.assertRegex(readme, rf"(?m)^  {WRONG_USAGE} ")
-
-    def test_readme_fits_a_narrow_window(self):
-        for line in self.text("README.txt").split("\r\n"):
-            self.assertLessEqual(len(line), 100)
 
     def test_licence_of_the_program_is_the_repositorys(self):
         self.assertEqual(self.text("LICENSE.txt").replace("\r\n", "\n"),
@@ -203,20 +195,17 @@ class Unpacked(PackageTest):
     def run_unpacked(self, folder_name, *arguments):
         folder = self.folder / folder_name
         self.zip.extractall(folder)
-        with unittest.mock.patch.object(program, "EXECUTABLE", folder / EXECUTABLE.name):
-            return self.run_program(*arguments)
+        self.executable = folder / EXECUTABLE.name
+        return self.run_program(*arguments)
 
-    def test_runs_from_folders_of_any_name(self):
+    def test_runs_from_folders_of_any_name_and_has_the_version_in_its_own(self):
         for name in ("plain", "Pr\u00fcfstand 7 & (mehr)", "\u30a2\u30f3\u30c6\u30ca \u691c\u67fb"):
             with self.subTest(name):
                 run = self.run_unpacked(name, "--version")
                 self.assertEqual(run.exit, 0, run)
                 self.assertEqual(run.out, "mrlrantenna 6.5 (build 000000001)\n")
-
-    def test_lists_and_runs_the_tests(self):
-        listed = self.run_unpacked("here", "list")
-        self.assertEqual(listed.exit, 0, listed)
-        self.assertIn(program.VERIFICATION, listed.out)
+        self.assertRegex(self.package.name,
+                         r"\Amrlrantenna-6\.5\.000000001-win64(-modified)?\.zip\Z")
 
     def test_knows_every_command_and_option_of_its_readme(self):
         readme = self.zip.read("README.txt").decode("ascii")
@@ -228,12 +217,6 @@ class Unpacked(PackageTest):
         for word in commands | options:
             with self.subTest(word):
                 self.assertRegex(page, rf"(?m)^  (mrlrantenna\.k5x \[?)?{word}\b")
-
-    def test_has_the_version_in_its_name(self):
-        run = self.run_unpacked("here", "--version")
-        number, build = re.search(r"(\d+\.\d+) \(build (\w+)\)", run.out).groups()
-        self.assertRegex(self.package.name,
-                         rf"\Amrlrantenna-{re.escape(number)}\.{build}-win64(-modified)?\.zip\Z")
 
 
 class Repetition(ProgramTest):
@@ -292,13 +275,6 @@ class Refusal(ProgramTest):
             self.assertIn(text, message)
         self.assertFalse(output.exists(), "nothing is written")
 
-    def built_copy(self):
-        copy = self.folder / "build"
-        copy.mkdir()
-        shutil.copytree(DIST, copy / "dist")
-        (copy / "mrlrantenna.map").symlink_to(BUILD / "mrlrantenna.map")
-        return copy
-
     def test_of_a_header_only_library_that_the_table_does_not_have(self):
         with self.assertRaisesRegex(components.PackagingError, "newlib of libnewlib-dev"):
             self.used(cmake=CMAKE_LIBRARIES + "mrlr_header_only(third_party_new newlib libnewlib-dev)\n")
@@ -326,24 +302,18 @@ class Refusal(ProgramTest):
         part = "/usr/lib/gcc/x86_64-w64-mingw32/12/libstdc++.a(floating_from_chars.o)"
         self.assertIn("fast_float", self.used(members=(*self.MEMBERS, part)))
 
-    def test_of_a_tree_that_is_not_built(self):
+    def test_of_a_tree_that_is_not_built_or_not_as_it_was_built(self):
         self.refused(self.folder / "nothing", "mrlrantenna.k5x is missing")
-
-    def test_of_a_stray_file_in_the_built_tree(self):
-        build = self.built_copy()
-        (build / "dist" / "notes.txt").write_text("not for customers")
-        self.refused(build, "notes.txt")
-
-    def test_of_outdated_resources_in_the_built_tree(self):
-        build = self.built_copy()
-        texts = build / "dist" / "resources" / "mrlrantenna" / "texts" / "en.json"
-        texts.write_text("{}")
-        self.refused(build, "en.json", "build again")
-
-    def test_of_an_executable_without_a_version(self):
-        build = self.built_copy()
-        (build / "dist" / EXECUTABLE.name).write_bytes(b"MZ")
-        self.refused(build, "version")
+        for file, content, naming in (
+                ("notes.txt", b"not for customers", ("notes.txt",)),
+                ("resources/mrlrantenna/texts/en.json", b"{}", ("en.json", "build again")),
+                (EXECUTABLE.name, b"MZ", ("version",))):
+            with self.subTest(file):
+                build = self.folder / pathlib.Path(file).stem
+                shutil.copytree(DIST, build / "dist")
+                (build / "mrlrantenna.map").symlink_to(BUILD / "mrlrantenna.map")
+                (build / "dist" / file).write_bytes(content)
+                self.refused(build, *naming)
 
 
 class Origin(ProgramTest):

@@ -7,8 +7,7 @@ import time
 import unittest
 
 import pe
-import program
-from program import DIST, EXECUTABLE, ROOT, VERIFICATION, ProgramTest, Started
+from program import DIST, EXECUTABLE, ROOT, VERIFICATION, ProgramTest, environment, settings
 
 PLANTED = ROOT / "build" / "windows" / "tests" / "helpers" / "planted.dll"
 SOURCES = [path for folder in ("common", "modules") for path in (ROOT / folder).rglob("*.cpp")]
@@ -33,51 +32,50 @@ class PlantedDlls(ProgramTest):
         super().setUp()
         self.program_folder = self.folder / "program"
         shutil.copytree(DIST, self.program_folder)
-        original = program.EXECUTABLE
-        program.EXECUTABLE = self.program_folder / EXECUTABLE.name
-        self.addCleanup(setattr, program, "EXECUTABLE", original)
+        self.executable = self.program_folder / EXECUTABLE.name
         for folder in (self.program_folder, self.folder):
             for name in LOOKED_UP:
                 shutil.copy(PLANTED, folder / name)
 
-    def loaded(self):
-        return sorted(path.relative_to(self.folder).as_posix() for path in self.folder.rglob("*.ran"))
-
-    def overrides(self):
-        """Makes Wine prefer the planted files to its own DLLs of those names."""
-        base = program.environment()["WINEDLLOVERRIDES"]
+        # Wine prefers the planted files to its own DLLs of those names.
+        base = environment()["WINEDLLOVERRIDES"]
         planted = (pathlib.PurePath(name).stem for name in LOOKED_UP)
-        return ";".join([base, *(f"{name}=n,b" for name in planted if f"{name}=" not in base)])
+        self.overrides = ";".join([base, *(f"{name}=n,b" for name in planted
+                                           if f"{name}=" not in base)])
+
+    def start_with_planted_dlls(self, *arguments):
+        return self.start_program(*arguments, WINEDLLOVERRIDES=self.overrides)
+
+    def assert_loaded(self, *names):
+        self.assertEqual(sorted(path.relative_to(self.folder).as_posix()
+                                for path in self.folder.rglob("*.ran")), list(names))
 
     def test_are_not_loaded_by_a_run(self):
-        run = self.run_program("run", VERIFICATION, "--set", "SSID=Lab", "--set",
-                               "FailingSignalStrength=20", WINEDLLOVERRIDES=self.overrides())
+        run = self.start_with_planted_dlls(
+            "run", VERIFICATION, *settings(SSID="Lab", FailingSignalStrength=20)).finish()
         self.assertEqual(run.exit, 0, run)
-        self.assertEqual(self.loaded(), [])
+        self.assert_loaded()
 
     def test_are_not_loaded_by_a_list(self):
-        run = self.run_program("list", WINEDLLOVERRIDES=self.overrides())
+        run = self.start_with_planted_dlls("list").finish()
         self.assertEqual(run.exit, 0, run)
         self.assertIn("Simulated", run.out)
-        self.assertEqual(self.loaded(), [])
+        self.assert_loaded()
 
     def test_are_not_loaded_by_the_dialog(self):
-        started = Started(("run", "DiversityTest"), self.folder,
-                          program.environment(WINEDLLOVERRIDES=self.overrides()))
+        started = self.start_with_planted_dlls("run", "DiversityTest")
         started.wait_until_it_says("DiversityTest on")
         time.sleep(5)  # the dialog opens and draws its pictures
         started.process.send_signal(signal.SIGINT)
         run = started.finish()
         self.assertEqual(run.exit, 6, run)
-        self.assertEqual(self.loaded(), [])
+        self.assert_loaded()
 
     def test_are_detected(self):
         """A program without these guards loads the planted DLL, and the test notices."""
-        unguarded = ROOT / "build" / "windows" / "tests" / "helpers" / "unguarded.exe"
-        program.EXECUTABLE = self.program_folder / unguarded.name
-        shutil.copy(unguarded, program.EXECUTABLE)
-        self.run_program(WINEDLLOVERRIDES=self.overrides())
-        self.assertEqual(self.loaded(), ["program/iphlpapi.dll.ran"])
+        self.executable = shutil.copy(PLANTED.with_name("unguarded.exe"), self.program_folder)
+        self.start_with_planted_dlls().finish()
+        self.assert_loaded("program/iphlpapi.dll.ran")
 
 
 class Imports(unittest.TestCase):

@@ -7,11 +7,15 @@ import xml.etree.ElementTree as ElementTree
 
 import jsonschema
 
-from program import RESULTS, ROOT, SCENARIOS, VERIFICATION, ProgramTest
+import side_by_side
+from program import RESULTS, ROOT, SCENARIOS, VERIFICATION, ProgramTest, settings
+
+load_tests = side_by_side.load_tests
 
 SCHEMAS = ROOT / "docs" / "schemas"
 # A letter, an escape sequence, a line end, markup, the end of a CDATA section.
 HOSTILE = b'A\x1b[2J\n<b>"&]]>'
+FORCED_SCAN_SECONDS = 7
 
 
 @functools.cache
@@ -21,55 +25,56 @@ def report_schema():
     return jsonschema.Draft202012Validator(schema)
 
 
+def bench(signal):
+    return {"interfaces": [{"accessPoints": [{"ssid": "Bench AP", "signal": signal},
+                                             {"ssidHex": HOSTILE.hex(), "signal": 90}]}]}
+
+
 class Reports(ProgramTest):
-    def run_with_reports(self, *settings, scenario=None):
-        """Runs the verification test; returns the Run, the JSON report and the root of the XML."""
-        arguments = [argument for setting in settings for argument in ("--set", setting)]
-        run = self.run_program("run", VERIFICATION, *arguments, "--json", "report.json",
-                               "--junit", "report.xml", scenario=scenario)
+    def check_junit(self, path):
+        return subprocess.run(
+            ["xmllint", "--noout", "--nonet", "--schema", SCHEMAS / "junit.xsd", path],
+            capture_output=True, text=True, check=False)
+
+    def assert_reported(self, outcome, scenario, kind, **parameters):
+        """Runs the verification test, whose one case must be of `kind` in JUnit's words; returns
+        the Run, the JSON report and the case."""
+        run = self.run_program("run", VERIFICATION, *settings(**parameters), "--json",
+                               "report.json", "--junit", "report.xml", scenario=scenario)
+        self.assertEqual(run.exit, RESULTS[outcome], run)
         report = self.read_json("report.json")
         self.assertEqual([error.message for error in report_schema().iter_errors(report)], [])
-        checked = subprocess.run(
-            ["xmllint", "--noout", "--nonet", "--schema", SCHEMAS / "junit.xsd",
-             self.folder / "report.xml"], capture_output=True, text=True, check=False)
+        self.assertEqual([result["result"] for result in report["results"]],
+                         [] if report["withoutDevice"] else [outcome])
+        checked = self.check_junit(self.folder / "report.xml")
         self.assertEqual(checked.returncode, 0, checked.stderr)
-        return run, report, ElementTree.parse(self.folder / "report.xml").getroot()
-
-    def only_case(self, root, **counts):
-        """The one case of a report with these counts."""
-        counts = {"tests": 1, "failures": 0, "errors": 0, "skipped": 0, **counts}
+        root = ElementTree.parse(self.folder / "report.xml").getroot()
         for element in (root, root.find("testsuite")):
-            self.assertEqual({name: int(element.get(name)) for name in counts}, counts)
-        cases = root.findall("testsuite/testcase")
-        self.assertEqual(len(cases), 1)
-        self.assertEqual(cases[0].get("classname"), f"mrlrantenna.{VERIFICATION}")
-        return cases[0]
-
-    @staticmethod
-    def properties(case):
-        return {element.get("name"): element.get("value")
-                for element in case.findall("properties/property")}
-
-    def bench(self, signal):
-        return self.write("scenario.json", {"interfaces": [{"accessPoints": [
-            {"ssid": "Bench AP", "signal": signal},
-            {"ssidHex": HOSTILE.hex(), "signal": 90}]}]})
+            counts = {name: int(element.get(name))
+                      for name in ("tests", "failures", "errors", "skipped")}
+            self.assertEqual({name for name, count in counts.items() if count}, {"tests", *kind})
+        [case] = root.findall("testsuite/testcase")
+        self.assertEqual(case.get("classname"), f"mrlrantenna.{VERIFICATION}")
+        return run, report, case
 
     def test_a_pass_has_the_number_its_limits_and_every_visible_network(self):
-        run, report, root = self.run_with_reports(
-            "SSID=Bench AP", "WarningSignalStrength=40", "FailingSignalStrength=20",
-            scenario=self.bench(60))
-        self.assertEqual(run.exit, RESULTS["PASS"], run)
+        run, report, case = self.assert_reported(
+            "PASS", bench(60), {}, SSID="Bench AP", WarningSignalStrength=40,
+            FailingSignalStrength=20)
+        for control in ("\x1b", "\r", "so far"):  # names, and the line that only terminals get
+            self.assertNotIn(control, run.out + run.err)
         result = report["results"][0]
+        self.assertGreaterEqual(result["seconds"], FORCED_SCAN_SECONDS)
+        self.assertEqual(result["events"], [])
         self.assertEqual(result["measurements"], [{
             "name": "DetectedSignalStrength", "value": 60, "unit": "%", "lowest": 0, "highest": 100,
             "limits": [{"name": "WarningSignalStrength", "value": 40, "severity": "warning"},
                        {"name": "FailingSignalStrength", "value": 20, "severity": "error"}],
             "brokenLimit": None}])
-        case = self.only_case(root)
         self.assertEqual(case.get("name"), f"{VERIFICATION}[{result['device']['name']}]")
         self.assertEqual(float(case.get("time")), result["seconds"])
-        properties = self.properties(case)
+        properties = {element.get("name"): element.get("value")
+                      for element in case.findall("properties/property")}
         self.assertEqual(properties["result"], "PASS")
         self.assertEqual(properties["parameter.SSID"], "Bench AP")
         self.assertEqual(properties["measurement.DetectedSignalStrength"], "60")
@@ -78,51 +83,34 @@ class Reports(ProgramTest):
         self.assertIn('  90 %  A\\x1B[2J\\n<b>"&]]>', case.findtext("system-out"))
 
     def test_a_warning_passes_with_its_text_in_the_output(self):
-        run, report, root = self.run_with_reports(
-            "SSID=Bench AP", "WarningSignalStrength=40", "FailingSignalStrength=20",
-            scenario=self.bench(30))
-        self.assertEqual(run.exit, RESULTS["WARN"], run)
-        case = self.only_case(root)
-        self.assertEqual(self.properties(case)["result"], "WARN")
-        self.assertIn("warning: " + report["results"][0]["events"][0]["text"],
-                      case.findtext("system-out"))
+        run, report, case = self.assert_reported(
+            "WARN", bench(30), {}, SSID="bench ap", WarningSignalStrength=40,
+            FailingSignalStrength=20)
+        text = report["results"][0]["events"][0]["text"]
+        self.assertIn("warning: " + text, case.findtext("system-out"))
+        self.assertIn(text, run.out)
 
     def test_a_weak_signal_is_a_failure_with_its_event(self):
-        run, report, root = self.run_with_reports(
-            "SSID=Bench AP", "FailingSignalStrength=30", scenario=self.bench(30))
-        self.assertEqual(run.exit, RESULTS["FAIL"], run)
-        failure = self.only_case(root, failures=1).find("failure")
+        _, report, case = self.assert_reported(
+            "FAIL", bench(30), {"failures"}, SSID="Bench AP", FailingSignalStrength=30)
+        failure = case.find("failure")
         self.assertEqual(failure.get("type"), "FAILING_SIGNAL_STRENGTH_DETECTED")
         self.assertEqual(failure.get("message"), report["results"][0]["events"][0]["text"])
         self.assertIn("MRLrAntenna.cpp:282)", failure.text)
 
     def test_a_radio_that_is_off_is_skipped(self):
-        run, _, root = self.run_with_reports("SSID=Lab", scenario=SCENARIOS / "radio-off.json")
-        self.assertEqual(run.exit, RESULTS["CANNOTRUN"], run)
-        skipped = self.only_case(root, skipped=1).find("skipped")
-        self.assertNotEqual(skipped.get("message"), "")
+        self.assert_reported("CANNOTRUN", SCENARIOS / "radio-off.json", {"skipped"}, SSID="Lab")
 
     def test_missing_parameters_are_an_error(self):
-        run, _, root = self.run_with_reports()
-        self.assertEqual(run.exit, RESULTS["BADPARAMS"], run)
-        self.assertEqual(self.only_case(root, errors=1).find("error").get("type"), "SSID_NOT_SET")
+        self.assert_reported("BADPARAMS", None, {"errors"})
 
     def test_a_pc_without_adapter_skips_the_test(self):
-        run, report, root = self.run_with_reports("SSID=Lab",
-                                                  scenario=SCENARIOS / "no-adapter.json")
-        self.assertEqual(run.exit, RESULTS["CANNOTRUN"], run)
-        self.assertEqual(report["results"], [])
-        self.assertEqual([test["test"] for test in report["withoutDevice"]], [VERIFICATION])
-        case = self.only_case(root, skipped=1)
-        self.assertEqual(case.get("name"), VERIFICATION)
-        self.assertNotEqual(case.find("skipped").get("message"), "")
+        self.assert_reported("CANNOTRUN", SCENARIOS / "no-adapter.json", {"skipped"}, SSID="Lab")
 
     def test_the_schemas_refuse_anything_but_a_report(self):
         self.assertNotEqual(list(report_schema().iter_errors({"schema": 1})), [])
-        bad = self.write("bad.xml", "<testsuites name='x'/>")
-        checked = subprocess.run(["xmllint", "--noout", "--schema", SCHEMAS / "junit.xsd", bad],
-                                 capture_output=True, check=False)
-        self.assertNotEqual(checked.returncode, 0)
+        self.assertNotEqual(
+            self.check_junit(self.write("bad.xml", "<testsuites name='x'/>")).returncode, 0)
 
 
 if __name__ == "__main__":

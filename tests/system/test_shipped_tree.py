@@ -1,20 +1,11 @@
 """The deliverable tree: its contents, and what the executable needs of a Windows PC."""
-import json
-import pathlib
 import re
+import shutil
 import unittest
 
 import pe
-import program
-from program import DIST, EXECUTABLE, ROOT, ProgramTest
+from program import DIST, EXECUTABLE, ROOT, ProgramTest, settings
 
-# Part of every Windows since 7; none is a DLL of a compiler.
-WINDOWS_DLLS = {
-    "advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll", "gdiplus.dll", "imm32.dll",
-    "iphlpapi.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll", "rpcrt4.dll",
-    "shell32.dll", "shlwapi.dll", "user32.dll", "uxtheme.dll", "version.dll",
-    "windowscodecs.dll", "oleacc.dll",
-}
 # Loaded when the dialog opens.
 FOR_THE_DIALOG = {"comctl32.dll", "gdiplus.dll", "msimg32.dll", "windowscodecs.dll"}
 # The DLLs that open network connections.
@@ -35,17 +26,17 @@ class ShippedTree(ProgramTest):
                     for path in folder.rglob("*") if path.is_file()}
         self.assertEqual(files(DIST / "resources"), files(ROOT / "resources"))
 
-    def test_runs_from_a_folder_of_any_name_without_its_resources(self):
-        folder = self.folder / "Pr\u00fcfstand 7 & mehr"
-        folder.mkdir()
-        copy = pathlib.Path(folder / EXECUTABLE.name)
-        copy.write_bytes(EXECUTABLE.read_bytes())
-        original = program.EXECUTABLE
-        program.EXECUTABLE = copy
-        self.addCleanup(setattr, program, "EXECUTABLE", original)
+    def test_runs_without_its_resources(self):
+        self.executable = shutil.copy(EXECUTABLE, self.folder)
         run = self.run_program("run")
         self.assertEqual(run.exit, 4, run)
         self.assertIn("No access point was named", run.out, "the texts are compiled in as well")
+
+    def test_takes_its_resources_from_beside_the_executable_first(self):
+        texts = "resources/mrlrantenna/texts/en.json"
+        (self.folder / texts).parent.mkdir(parents=True)
+        self.write(texts, {"SSID_NOT_SET": "planted"})
+        self.assertNotIn("planted", self.run_program("run").out)
 
 
 class Processes(ProgramTest):
@@ -63,32 +54,9 @@ class Processes(ProgramTest):
         self.assertEqual(loaded & FOR_THE_DIALOG, set())
 
     def test_load_nothing_of_the_dialog_for_a_measurement(self):
-        loaded = self.loaded("run", "--set", "SSID=Lab", "--set", "WarningSignalStrength=20")
+        loaded = self.loaded("run", *settings(SSID="Lab", WarningSignalStrength=20))
         self.assertIn("rpcrt4.dll", loaded)
         self.assertEqual(loaded & FOR_THE_DIALOG, set())
-
-
-class Resources(ProgramTest):
-    ENGLISH = "resources/mrlrantenna/texts/en.json"
-
-    def current_folder_says(self, text):
-        path = self.folder / self.ENGLISH
-        path.parent.mkdir(parents=True)
-        path.write_text(json.dumps({"SSID_NOT_SET": text}), encoding="utf-8")
-
-    def test_beside_the_executable_come_before_those_of_the_current_folder(self):
-        self.current_folder_says("planted")
-        self.assertNotIn("planted", self.run_program("run").out)
-
-    def test_of_the_current_folder_serve_an_executable_that_has_none(self):
-        self.current_folder_says("from here")
-        lone = self.folder / "program" / EXECUTABLE.name
-        lone.parent.mkdir()
-        lone.write_bytes(EXECUTABLE.read_bytes())
-        original = program.EXECUTABLE
-        program.EXECUTABLE = lone
-        self.addCleanup(setattr, program, "EXECUTABLE", original)
-        self.assertIn("from here", self.run_program("run").out)
 
 
 class Executable(unittest.TestCase):
@@ -100,9 +68,6 @@ class Executable(unittest.TestCase):
         self.assertEqual(self.image.machine, pe.MACHINE_X64)
         self.assertEqual(self.image.subsystem, pe.SUBSYSTEM_CONSOLE)
 
-    def test_needs_only_dlls_that_windows_has(self):
-        self.assertEqual(set(self.image.imported_dlls()) - WINDOWS_DLLS, set())
-
     def test_opens_no_network_connection(self):
         for dll in NETWORK_DLLS:
             with self.subTest(dll):
@@ -111,9 +76,6 @@ class Executable(unittest.TestCase):
                 for name in (dll, dll.upper()):
                     self.assertNotIn(f"{name}.dll".encode("ascii"), self.image.data)
                     self.assertNotIn(f"{name}.dll".encode("utf-16-le"), self.image.data)
-
-    def test_looks_native_wifi_up_when_it_runs(self):
-        self.assertNotIn("wlanapi.dll", self.image.imported_dlls())
 
     def test_carries_the_loaders_protections(self):
         for characteristic in pe.DLL_CHARACTERISTICS:
@@ -138,16 +100,15 @@ class Executable(unittest.TestCase):
         # Each function with a buffer on its stack calls it once; there were 689 at first.
         self.assertGreater(self.image.calls_of(int(check[1], 16)), 300)
 
-    def test_asks_for_no_elevation(self):
+    def test_carries_its_manifest_which_asks_for_no_elevation(self):
+        for text in (b"Microsoft.Windows.Common-Controls", b"PerMonitorV2",
+                     b"<requestedExecutionLevel"):
+            with self.subTest(text):
+                self.assertEqual(self.image.data.count(text), 1)
         begin = self.image.data.index(b"<requestedExecutionLevel")
         level = self.image.data[begin:self.image.data.index(b"/>", begin)].decode("ascii")
         self.assertIn('level="asInvoker"', level)
         self.assertIn('uiAccess="false"', level)
-
-    def test_carries_its_manifest(self):
-        for text in (b"Microsoft.Windows.Common-Controls", b"PerMonitorV2", b"asInvoker"):
-            with self.subTest(text):
-                self.assertEqual(self.image.data.count(text), 1)
 
     def test_carries_its_version(self):
         def named(key, value):
