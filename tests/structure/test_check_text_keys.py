@@ -32,33 +32,26 @@ class TextKeys(unittest.TestCase):
     def offences(self):
         return check_text_keys.check(self.root)
 
-    def test_texts_that_code_names_pass(self):
-        self.texts("tesk5", "LIST_TESTS", "INPUT_A", "INPUT_B")
-        self.code(f"{FRAMEWORK}/a.cpp", 'line(message("LIST_TESTS"));\nk[] = {"INPUT_A", "INPUT_B"};')
-        self.assertEqual(self.offences(), [])
-
-    def test_a_key_without_a_text_is_named(self):
-        self.texts("tesk5", "LIST_TESTS")
-        self.code(f"{FRAMEWORK}/a.cpp", 'message("LIST_TESTS"); message( "PLAIN"); f("LIST_TEST");')
-        self.assertEqual(self.offences(), [f"{FRAMEWORK}/a.cpp: there is no text of LIST_TEST",
-                                           f"{FRAMEWORK}/a.cpp: there is no text of PLAIN"])
-
-    def test_a_text_that_no_code_names_is_named(self):
-        self.texts("tesk5", "LIST_TESTS", "LIST_NONE")
-        self.code(f"{FRAMEWORK}/a.cpp", 'message("LIST_TESTS"); // "LIST_NONE" is gone')
-        self.assertEqual(self.offences(),
-                         ["resources/tesk5/texts/en.json: no code names LIST_NONE"])
-
-    def test_a_page_names_texts_in_double_braces(self):
-        self.texts("tesk5", "LIST_TESTS")
-        self.code(f"{FRAMEWORK}/page.html", '<h1 class="LIST">{{LIST_TESTS}}</h1>{{LIST_NONE}}')
-        self.assertEqual(self.offences(), [f"{FRAMEWORK}/page.html: there is no text of LIST_NONE"])
-
-    def test_a_literal_may_name_the_beginning_of_keys(self):
-        self.texts("tesk5", "LIST_RESULT_PASS", "LIST_OTHER")
-        self.code(f"{FRAMEWORK}/a.cpp", 'message("LIST_RESULT_" + name);')
-        self.assertEqual(self.offences(),
-                         ["resources/tesk5/texts/en.json: no code names LIST_OTHER"])
+    def test_keys_in_code_and_texts_are_the_same(self):
+        for keys, file, code, *offences in (
+                ("LIST_TESTS INPUT_A INPUT_B", "a.cpp",
+                 'line(message("LIST_TESTS"));\nk[] = {"INPUT_A", "INPUT_B"};'),
+                ("LIST_TESTS", "a.cpp", 'message("LIST_TESTS"); message( "PLAIN"); f("LIST_TEST");',
+                 f"{FRAMEWORK}/a.cpp: there is no text of LIST_TEST",
+                 f"{FRAMEWORK}/a.cpp: there is no text of PLAIN"),
+                ("LIST_TESTS LIST_NONE", "a.cpp", 'message("LIST_TESTS"); // "LIST_NONE" is gone',
+                 "resources/tesk5/texts/en.json: no code names LIST_NONE"),
+                # A page names texts in double braces.
+                ("LIST_TESTS", "a.html", '<h1 class="LIST">{{LIST_TESTS}}</h1>{{LIST_NONE}}',
+                 f"{FRAMEWORK}/a.html: there is no text of LIST_NONE"),
+                # A literal may name the beginning of keys.
+                ("LIST_RESULT_PASS LIST_OTHER", "a.cpp", 'message("LIST_RESULT_" + name);',
+                 "resources/tesk5/texts/en.json: no code names LIST_OTHER")):
+            with self.subTest(code):
+                self.texts("tesk5", *keys.split())
+                self.code(f"{FRAMEWORK}/{file}", code)
+                self.assertEqual(self.offences(), offences)
+                (self.root / FRAMEWORK / file).unlink()
 
     def test_the_modules_keys_are_looked_for_in_the_module(self):
         self.texts("tesk5")

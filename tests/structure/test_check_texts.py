@@ -31,42 +31,26 @@ class Texts(unittest.TestCase):
     def offences(self):
         return check_texts.check(self.root)
 
-    def assert_german(self, changes, *messages):
-        """The offences of a German file that differs from a right one in `changes`."""
-        texts = {key: text for key, text in {**GERMAN, **changes}.items() if text is not None}
-        self.file("a", "de", texts)
-        self.assertEqual(self.offences(),
-                         [f"resources/a/texts/de.json: {message}" for message in messages])
-
-    def test_a_whole_translation_passes(self):
-        self.assert_german({})
-
-    def test_a_missing_and_a_superfluous_key_are_named(self):
-        self.assert_german({"END": None, "BEGIN": "Anfang"}, "missing: END", "superfluous: BEGIN")
-
-    def test_a_missing_and_a_superfluous_placeholder_are_named(self):
-        self.assert_german({"WEAK": "{Name}: {Prozent} %"},
-                           "WEAK: missing: {Percent}", "WEAK: superfluous: {Prozent}")
-
-    def test_a_placeholder_in_another_letter_case_is_another(self):
-        self.assert_german({"WEAK": "{name}: {Percent} %"},
-                           "WEAK: missing: {Name}", "WEAK: superfluous: {name}")
-
-    def test_a_text_is_not_empty(self):
-        self.assert_german({"END": ""}, "END: empty", "END: has 0 access keys")
-
-    def test_white_space_at_the_ends_is_as_in_english(self):
-        self.assert_german({"LIST": "&Netzwerke: "}, "LIST: white space at its ends differs")
-
-    def test_an_access_key_is_where_english_has_one_and_nowhere_else(self):
-        self.assert_german({"LIST": "Netzwerke:", "WEAK": "{Name} && {Percent} &schwach"},
-                           "LIST: has 0 access keys", "WEAK: has 1 access keys")
-
-    def test_an_ampersand_between_words_is_no_access_key(self):
-        self.assert_german({"WEAK": "{Name} & {Percent} %"})
-
-    def test_an_access_key_stands_for_one_text(self):
-        self.assert_german({"END": "&neu"}, "access key N is that of LIST and END")
+    def test_a_translation_has_the_keys_placeholders_blanks_and_access_keys_of_english(self):
+        for changes, *messages in (
+                ({},),
+                ({"END": None, "BEGIN": "Anfang"}, "missing: END", "superfluous: BEGIN"),
+                ({"WEAK": "{Name}: {Prozent} %"},
+                 "WEAK: missing: {Percent}", "WEAK: superfluous: {Prozent}"),
+                ({"WEAK": "{name}: {Percent} %"},
+                 "WEAK: missing: {Name}", "WEAK: superfluous: {name}"),
+                ({"END": ""}, "END: empty", "END: has 0 access keys"),
+                ({"LIST": "&Netzwerke: "}, "LIST: white space at its ends differs"),
+                ({"LIST": "Netzwerke:", "WEAK": "{Name} && {Percent} &schwach"},
+                 "LIST: has 0 access keys", "WEAK: has 1 access keys"),
+                ({"WEAK": "{Name} & {Percent} %"},),
+                ({"END": "&neu"}, "access key N is that of LIST and END")):
+            with self.subTest(changes):
+                texts = {key: text for key, text in {**GERMAN, **changes}.items()
+                         if text is not None}
+                self.file("a", "de", texts)
+                self.assertEqual(self.offences(),
+                                 [f"resources/a/texts/de.json: {message}" for message in messages])
 
     def test_the_english_access_keys_differ_too(self):
         self.file("a", "en", {**ENGLISH, "END": "E&nd"})

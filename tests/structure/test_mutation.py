@@ -12,8 +12,8 @@ from mutation.lab import ROOT, Verdict, sources
 from mutation.mutants import mutants_of
 
 
-def function(body, before="", head="void f()"):
-    return f"{before}{head} {{\n{body}\n}}\n"
+def function(*lines, before="", head="void f()"):
+    return "\n".join((f"{before}{head} {{", *(f"    {line}" for line in lines), "}\n"))
 
 
 def changed(text, kind=None):
@@ -27,140 +27,99 @@ def changed(text, kind=None):
     return found
 
 
+COMPARISONS = function("g(a < b);", "g(c == d);")
+RESERVE = function("g();", "a.reserve(b.size());", "h();")
+# What is shown, a source, a kind of change (None: every one), and the changed lines.
+CHANGES = (
+    ("comparisons are turned", COMPARISONS, "comparison turned", ["g(a > b);", "g(c != d);"]),
+    ("comparisons are shifted by one", COMPARISONS, "comparison shifted", ["g(a <= b);"]),
+    ("templates are no comparisons",
+     function("g(static_cast<long>(a), std::vector<std::vector<char>>());",
+              before="template <typename T>\n"), "comparison turned", []),
+    ("conditions are negated",
+     function("if (a && b()) {", "    g();", "}", "while (c()) {", "    h();", "}"),
+     "condition negated", ["if (!(a && b())) {", "if (a || b()) {", "while (!(c())) {"]),
+    ("the condition of a for is its middle",
+     function("for (int i = 0; i < n(); ++i) {", "    g();", "}"),
+     "condition negated", ["for (int i = 0; !(i < n()); ++i) {"]),
+    ("a comparison that is turned is not negated too",
+     function("if (a == b) {", "    g();", "}"), "condition negated", []),
+    ("the arms of a choice are exchanged",
+     function("g(a ? b(1, 2) : c);"), "condition negated", ["g(a ? c : b(1, 2));"]),
+    ("a negation is taken away", function("g(!a);"), "condition negated", ["g(a);"]),
+    ("statements are removed", function("g();", "m_a = 1;", "if (b) {", "    return;", "}", "h();"),
+     "statement removed", [";", ";", ";", ";"]),
+    ("what a function returns last stays",
+     function("return a();", head="int f()"), "statement removed", []),
+    ("a declaration goes only where nothing uses it",
+     function("const Trace trace(1);", "const int used = a();", "g(used);"),
+     "statement removed", [";", ";"]),
+    ("memory reserved for speed is nothing that tests see", RESERVE, "statement removed", [";", ";"]),
+    ("memory reserved for speed keeps its place", RESERVE, "statements exchanged", []),
+    ("constants are altered",
+     "constexpr int A = 99;\nconstexpr double B = 30.0;\nconstexpr unsigned C = 0xFFu;\n"
+     "constexpr bool D = true;\n", "constant altered",
+     ["constexpr int A = 100;", "constexpr double B = 31.0;", "constexpr unsigned C = 256u;",
+      "constexpr bool D = false;"]),
+    ("texts are altered in a letter that is not escaped",
+     'const char* a = "\\n%d of";\nconst char* b = "";\n', "text altered",
+     ['const char* a = "\\n%d xf";', 'const char* b = "x";']),
+    ("of joined texts one is altered",
+     'const char* a = "one "\n    "text";\n', "text altered", ['const char* a = "xne "']),
+    ("signs change in casts and in locals",
+     function("const mrl::Uint32 n = g(static_cast<int>(a));",
+              "for (mrl::Uint32 i = 0; i < n; ++i) {", "    h();", "}"), "sign changed",
+     ["const mrl::Int32 n = g(static_cast<int>(a));",
+      "const mrl::Uint32 n = g(static_cast<unsigned int>(a));"]),
+    ("signs of parameters change where no header declares them",
+     "namespace {\nvoid f(unsigned int a) {\n    g(a);\n}\n} // namespace\n", "sign changed",
+     ["void f(int a) {"]),
+    ("signs of other parameters stay",
+     function("g(a);", head="void f(unsigned int a)"), "sign changed", []),
+    ("neighbouring arguments are exchanged", function("g(a, b(1, x), 2);"), "arguments exchanged",
+     ["g(b(1, x), a, 2);", "g(a, 2, b(1, x));", "g(a, b(x, 1), 2);"]),
+    ("arguments whose order means nothing stay",
+     function("g(std::min(a, b));"), "arguments exchanged", []),
+    ("bodies of lambdas are functions too", function("g([this](int a) { h(a); });"),
+     "statement removed", [";", "g([this](int a) { ; });"]),
+    ("a body behind initialisers of members is found",
+     "A::A(int a) : m_a(a), m_b{a} {\n    g();\n}\n", "statement removed", [";"]),
+    ("comments, preprocessor lines and what is for the compiler stay",
+     '// a < b, "c", 1\n/* return 1; */\n#include "a.h"\n#define A(b) \\\n    ((b) < 1)\n'
+     "static_assert(sizeof(int) == 4);\nusing mrl::String;\n", None, []),
+    ("raw texts end at their own mark",
+     'auto a = R"x(1 " < 2 )" b)x";\n', None, ['auto a = R"x(1 " < 2 )" x)x";']),
+)
+
+
 class WhatIsChanged(unittest.TestCase):
-    def assert_changed(self, text, kind, expected):
-        self.assertEqual(sorted(changed(text, kind)), sorted(expected))
+    def test_is_each_kind_in_its_place(self):
+        for shown, text, kind, expected in CHANGES:
+            with self.subTest(shown):
+                self.assertEqual(sorted(changed(text, kind)), sorted(expected))
 
-    def test_comparisons_are_turned_and_shifted_by_one(self):
-        text = function("    g(a < b);\n    g(c == d);")
-        self.assert_changed(text, "comparison turned", ["g(a > b);", "g(c != d);"])
-        self.assert_changed(text, "comparison shifted", ["g(a <= b);"])
+    def test_marks_inside_texts_mean_nothing(self):
+        kinds = {mutant.kind for mutant in
+                 mutants_of("a.cpp", 'auto a = "if (b < 1) { return; } // c";\nauto d = \'"\';\n')}
+        self.assertEqual(kinds, {"text altered", "constant altered"})
 
-    def test_templates_are_no_comparisons(self):
-        text = function("    g(static_cast<long>(a), std::vector<std::vector<char>>());",
-                        before="template <typename T>\n")
-        self.assert_changed(text, "comparison turned", [])
-
-    def test_conditions_are_negated(self):
-        self.assert_changed(
-            function("    if (a && b()) {\n        g();\n    }\n    while (c()) {\n        h();\n    }"),
-            "condition negated",
-            ["if (!(a && b())) {", "if (a || b()) {", "while (!(c())) {"])
-
-    def test_the_condition_of_a_for_is_its_middle(self):
-        self.assert_changed(function("    for (int i = 0; i < n(); ++i) {\n        g();\n    }"),
-                            "condition negated", ["for (int i = 0; !(i < n()); ++i) {"])
-
-    def test_a_comparison_that_is_turned_is_not_negated_too(self):
-        self.assert_changed(function("    if (a == b) {\n        g();\n    }"), "condition negated", [])
-
-    def test_the_arms_of_a_choice_are_exchanged(self):
-        self.assert_changed(function("    g(a ? b(1, 2) : c);"), "condition negated",
-                            ["g(a ? c : b(1, 2));"])
-
-    def test_a_negation_is_taken_away(self):
-        self.assert_changed(function("    g(!a);"), "condition negated", ["g(a);"])
-
-    def test_statements_are_removed(self):
-        self.assert_changed(
-            function("    g();\n    m_a = 1;\n    if (b) {\n        return;\n    }\n    h();"),
-            "statement removed", [";", ";", ";", ";"])
-
-    def test_what_a_function_returns_last_stays(self):
-        self.assert_changed(function("    return a();", head="int f()"), "statement removed", [])
-
-    def test_a_declaration_goes_only_where_nothing_uses_it(self):
-        self.assert_changed(
-            function("    const Trace trace(1);\n    const int used = a();\n    g(used);"),
-            "statement removed", [";", ";"])
-
-    def assert_exchanged(self, body, expected):
-        text = function(body)
-        self.assertEqual([mutant.applied(text) for mutant in mutants_of("a.cpp", text)
-                          if mutant.kind == "statements exchanged"],
-                         [function(other) for other in expected])
-
-    def test_neighbouring_statements_are_exchanged(self):
-        self.assert_exchanged("    g();\n    if (a) {\n        h();\n    }",
-                              ["    if (a) {\n        h();\n    }\n    g();"])
-
-    def test_what_follows_from_the_statement_before_is_not_exchanged_with_it(self):
-        self.assert_exchanged("    const int a = g();\n    h(a);\n    return;", [])
-
-    def test_assignments_that_cannot_see_each_other_are_not_exchanged(self):
-        self.assert_exchanged("    m_a = 0;\n    m_b = 0;", [])
-        self.assert_exchanged("    m_a = 0;\n    m_b = m_a;", ["    m_b = m_a;\n    m_a = 0;"])
-
-    def test_memory_reserved_for_speed_is_nothing_that_tests_see(self):
-        text = function("    g();\n    a.reserve(b.size());\n    h();")
-        self.assert_changed(text, "statement removed", [";", ";"])
-        self.assert_changed(text, "statements exchanged", [])
-
-    def test_constants_are_altered(self):
-        self.assert_changed(
-            "constexpr int A = 99;\nconstexpr double B = 30.0;\nconstexpr unsigned C = 0xFFu;\n"
-            "constexpr bool D = true;\n",
-            "constant altered",
-            ["constexpr int A = 100;", "constexpr double B = 31.0;", "constexpr unsigned C = 256u;",
-             "constexpr bool D = false;"])
-
-    def test_texts_are_altered_in_a_letter_that_is_not_escaped(self):
-        self.assert_changed('const char* a = "\\n%d of";\nconst char* b = "";\n', "text altered",
-                            ['const char* a = "\\n%d xf";', 'const char* b = "x";'])
-
-    def test_of_joined_texts_one_is_altered(self):
-        self.assert_changed('const char* a = "one "\n    "text";\n', "text altered",
-                            ['const char* a = "xne "'])
-
-    def test_signs_change_in_casts_and_in_locals(self):
-        self.assert_changed(
-            function("    const mrl::Uint32 n = g(static_cast<int>(a));\n"
-                     "    for (mrl::Uint32 i = 0; i < n; ++i) {\n        h();\n    }"),
-            "sign changed",
-            ["const mrl::Int32 n = g(static_cast<int>(a));",
-             "const mrl::Uint32 n = g(static_cast<unsigned int>(a));"])
-
-    def test_signs_of_parameters_change_where_no_header_declares_them(self):
-        hidden = "namespace {\nvoid f(unsigned int a) {\n    g(a);\n}\n} // namespace\n"
-        self.assert_changed(hidden, "sign changed", ["void f(int a) {"])
-        self.assert_changed(function("    g(a);", head="void f(unsigned int a)"), "sign changed", [])
-
-    def test_neighbouring_arguments_are_exchanged(self):
-        self.assert_changed(function("    g(a, b(1, x), 2);"), "arguments exchanged",
-                            ["g(b(1, x), a, 2);", "g(a, 2, b(1, x));", "g(a, b(x, 1), 2);"])
-
-    def test_arguments_whose_order_means_nothing_stay(self):
-        self.assert_changed(function("    g(std::min(a, b));"), "arguments exchanged", [])
+    def test_neighbouring_statements_are_exchanged_where_neither_follows_from_the_other(self):
+        for lines, *expected in (
+                (("g();", "if (a) {", "    h();", "}"), ("if (a) {", "    h();", "}", "g();")),
+                (("const int a = g();", "h(a);", "return;"),),
+                (("m_a = 0;", "m_b = 0;"),),
+                (("m_a = 0;", "m_b = m_a;"), ("m_b = m_a;", "m_a = 0;"))):
+            with self.subTest(lines):
+                text = function(*lines)
+                self.assertEqual([mutant.applied(text) for mutant in mutants_of("a.cpp", text)
+                                  if mutant.kind == "statements exchanged"],
+                                 [function(*other) for other in expected])
 
     def test_rows_of_a_message_map_are_removed(self):
         text = "BEGIN_MESSAGE_MAP(A, B)\nON_WM_PAINT()\nON_WM_CLOSE()\nEND_MESSAGE_MAP()\n"
         self.assertEqual([m.applied(text).splitlines() for m in mutants_of("a.cpp", text)],
                          [["BEGIN_MESSAGE_MAP(A, B)", "", "ON_WM_CLOSE()", "END_MESSAGE_MAP()"],
                           ["BEGIN_MESSAGE_MAP(A, B)", "ON_WM_PAINT()", "", "END_MESSAGE_MAP()"]])
-
-    def test_bodies_of_lambdas_are_functions_too(self):
-        self.assert_changed(function("    g([this](int a) { h(a); });"), "statement removed",
-                            [";", "g([this](int a) { ; });"])
-
-    def test_a_body_behind_initialisers_of_members_is_found(self):
-        text = "A::A(int a) : m_a(a), m_b{a} {\n    g();\n}\n"
-        self.assert_changed(text, "statement removed", [";"])
-
-
-class WhatIsLeftAlone(unittest.TestCase):
-    def test_comments_preprocessor_lines_and_what_is_for_the_compiler(self):
-        self.assertEqual(changed('// a < b, "c", 1\n/* return 1; */\n#include "a.h"\n'
-                                 "#define A(b) \\\n    ((b) < 1)\n"
-                                 "static_assert(sizeof(int) == 4);\nusing mrl::String;\n"), [])
-
-    def test_marks_inside_texts(self):
-        kinds = {mutant.kind for mutant in
-                 mutants_of("a.cpp", 'auto a = "if (b < 1) { return; } // c";\nauto d = \'"\';\n')}
-        self.assertEqual(kinds, {"text altered", "constant altered"})
-
-    def test_raw_texts_end_at_their_own_mark(self):
-        self.assertEqual(changed('auto a = R"x(1 " < 2 )" b)x";\n'),
-                         ['auto a = R"x(1 " < 2 )" x)x";'])
 
 
 class EverySource(unittest.TestCase):

@@ -30,6 +30,7 @@ class FakeWine(unittest.TestCase):
 
     def wine_does(self, *starts):
         """Sets the shell command of each start in turn; the last one serves all further starts."""
+        (self.folder / "starts").unlink(missing_ok=True)
         script = self.folder / "wine"
         lines = "\n".join(f"[ $n = {i} ] && {{ {start}; }}" for i, start in enumerate(starts, 1))
         script.write_text(f"#!/bin/sh\necho >>{self.folder}/starts\n"
@@ -47,53 +48,44 @@ class FakeWine(unittest.TestCase):
         return len(wine_starts.repeats(self.notes))
 
 
-class Repeated(FakeWine):
-    def test_is_a_silent_end_with_1(self):
+class Starts(FakeWine):
+    def unit_tests(self):
+        with mock.patch.object(run_tests, "LOGS", self.folder):
+            return run_tests.run_google_test("fake", ["wine", "test_x.exe"])
+
+    def test_that_never_began_are_repeated_once(self):
         self.wine_does("exit 1", "echo done; exit 0")
         run = self.run_program()
         self.assertEqual((run.exit, run.out), (0, "done\n"))
         self.assertEqual((self.starts(), self.repeats()), (2, 1))
 
-    def test_is_an_assertion_of_the_dynamic_loader(self):
-        self.wine_does("echo 'Inconsistency detected by ld.so: x' >&2; exit 127", "exit 0")
-        self.assertEqual(self.run_program().exit, 0)
-        self.assertEqual(self.repeats(), 1)
-
-    def test_is_a_program_of_unit_tests_that_reported_nothing(self):
-        self.wine_does("exit 1", """echo '{"tests": 3, "failures": 0}' >report.json; exit 0""")
-        with mock.patch.object(run_tests, "LOGS", self.folder):
-            self.assertEqual(run_tests.run_google_test("fake", ["wine", "test_x.exe"]), (3, 0))
-        self.assertEqual(self.repeats(), 1)
-
-    def test_is_each_start_once_at_most(self):
+    def test_are_not_repeated_a_second_time(self):
         self.wine_does("exit 1")
         self.assertEqual(self.run_program().exit, 1)
         self.assertEqual(self.starts(), 2)
 
+    def test_that_an_assertion_of_the_dynamic_loader_ended_are_repeated(self):
+        self.wine_does("echo 'Inconsistency detected by ld.so: x' >&2; exit 127", "exit 0")
+        self.assertEqual(self.run_program().exit, 0)
+        self.assertEqual(self.repeats(), 1)
 
-class NeverRepeated(FakeWine):
-    def assert_not_repeated(self, start, exit_value):
-        self.wine_does(start)
-        self.assertEqual(self.run_program().exit, exit_value)
-        self.assertEqual((self.starts(), self.repeats()), (1, 0))
+    def test_of_unit_tests_that_reported_nothing_are_repeated(self):
+        self.wine_does("exit 1", """echo '{"tests": 3, "failures": 0}' >report.json; exit 0""")
+        self.assertEqual(self.unit_tests(), (3, 0))
+        self.assertEqual(self.repeats(), 1)
 
-    def test_is_a_program_that_wrote_something(self):
-        self.assert_not_repeated("echo WARN; exit 1", 1)
-
-    def test_is_a_program_that_wrote_to_standard_error(self):
-        self.assert_not_repeated("echo complaint >&2; exit 1", 1)
-
-    def test_is_a_quiet_program_that_called_the_radio(self):
-        self.assert_not_repeated('echo call >"$RADIOSIM_TRACE"; exit 1', 1)
-
-    def test_is_a_crash(self):
-        self.assert_not_repeated("exit 5", 5)
-
-    def test_are_failed_unit_tests(self):
+    def test_of_unit_tests_that_failed_are_not_repeated(self):
         self.wine_does("""echo '{"tests": 3, "failures": 1}' >report.json; exit 1""")
-        with mock.patch.object(run_tests, "LOGS", self.folder):
-            self.assertEqual(run_tests.run_google_test("fake", ["wine", "test_x.exe"]), (2, 1))
+        self.assertEqual(self.unit_tests(), (2, 1))
         self.assertEqual((self.starts(), self.repeats()), (1, 0))
+
+    def test_that_wrote_called_the_radio_or_crashed_are_not_repeated(self):
+        for start in ("echo WARN; exit 1", "echo complaint >&2; exit 1",
+                      'echo call >"$RADIOSIM_TRACE"; exit 1', "exit 5"):
+            with self.subTest(start):
+                self.wine_does(start)
+                self.assertEqual(self.run_program().exit, int(start[-1]))
+                self.assertEqual((self.starts(), self.repeats()), (1, 0))
 
 
 class Sum(unittest.TestCase):
