@@ -9,8 +9,7 @@
 namespace {
 
 using tesk5::TestResult;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using testing::ElementsAreArray;
 
 constexpr const char* RADIO_OFF_EVENT =
     "error ERROR_NDIS_DOT11_POWER_STATE_INVALID "
@@ -18,6 +17,7 @@ constexpr const char* RADIO_OFF_EVENT =
 constexpr const char* NOT_FOUND_EVENT =
     "error ACCESS_POINT_NOT_FOUND modules/src/windows/diag/mrlrantenna/MRLrAntenna.cpp:261 "
     "SSIDName=\"Lab\"";
+constexpr std::int32_t ON = 1;
 constexpr std::int32_t OFF = 2;
 // Two forced scans and a poll that comes again.
 constexpr double LONGEST_SECONDS = 14.3;
@@ -39,31 +39,49 @@ protected:
         m_calls = radio().calls();
     }
 
-    const std::vector<radiosim::Call>& calls() const { return m_calls; }
-    std::size_t moments() const { return m_calls.size(); }
-
-    // Runs the test; `event` happens right behind its nth call.
-    TestResult verifyWith(std::size_t nth, const std::function<void()>& event) {
-        m_eventsBefore = raised().size();
-        startScene();
-        afterCall = [nth, &event](std::size_t number, const radiosim::Call&) {
-            if (number == nth) {
-                event();
-            }
-        };
-        const mrl::Clock::Duration before = clock().now();
-        const TestResult result = verify();
-        m_seconds = std::chrono::duration<double>(clock().now() - before).count();
-        afterCall = nullptr;
-        test::countCombination();
-        return result;
+    // Runs the test once for each moment; `event` happens right behind its nth call, and `expected`
+    // is the result and the events of that run.
+    struct Outcome {
+        TestResult result;
+        std::vector<std::string> events = {};
+    };
+    void expectAtEachMoment(const std::function<void()>& event,
+                            const std::function<Outcome(std::size_t nth)>& expected,
+                            const std::function<std::size_t(std::size_t nth)>& handles) {
+        for (std::size_t nth = 1; nth <= m_calls.size(); ++nth) {
+            SCOPED_TRACE(m_calls[nth - 1].text());
+            const std::size_t eventsBefore = raised().size();
+            startScene();
+            mrl::Clock::Duration begin = clock().now();
+            afterCall = [&](std::size_t number, const radiosim::Call&) {
+                if (number == nth) {
+                    const mrl::Clock::Duration before = clock().now();
+                    event();
+                    begin += clock().now() - before; // a night is not the run's
+                }
+            };
+            const Outcome outcome = expected(nth);
+            EXPECT_EQ(verify(), outcome.result);
+            const std::chrono::duration<double> took = clock().now() - begin;
+            EXPECT_LE(took.count(), LONGEST_SECONDS);
+            const std::vector<std::string> events = raisedLines();
+            EXPECT_THAT(
+                std::vector<std::string>(events.begin() + static_cast<std::ptrdiff_t>(eventsBefore),
+                                         events.end()),
+                ElementsAreArray(outcome.events));
+            afterCall = nullptr;
+            test::expectDeliberateLeaksAlone(radio(), handles(nth));
+            test::countCombination();
+        }
+    }
+    void expectAtEachMoment(const std::function<void()>& event,
+                            const std::function<Outcome(std::size_t nth)>& expected) {
+        expectAtEachMoment(event, expected, [this](std::size_t) { return handlesLeft(); });
     }
 
-    std::vector<std::string> newEvents() const {
-        std::vector<std::string> all = raisedLines();
-        return {all.begin() + static_cast<std::ptrdiff_t>(m_eventsBefore), all.end()};
+    static Outcome cannotRunIf(bool matters) {
+        return {matters ? TestResult::CANNOTRUN() : TestResult::PASS()};
     }
-    double seconds() const { return m_seconds; }
 
     // Whether the radio is still to be asked about after the nth call: what has gone by then is
     // taken for a radio that is off.
@@ -93,83 +111,54 @@ private:
     }
 
     std::vector<radiosim::Call> m_calls;
-    std::size_t m_eventsBefore = 0;
-    double m_seconds = 0;
 };
 
 TEST_F(ComeAndGo, AnAdapterThatIsUnpluggedCannotBeTested) {
-    for (std::size_t nth = 1; nth <= moments(); ++nth) {
-        SCOPED_TRACE(calls()[nth - 1].text());
-        const bool matters = radioIsAskedAfter(nth);
-        EXPECT_EQ(verifyWith(nth, [this] { radio().removeInterface(0); }),
-                  matters ? TestResult::CANNOTRUN() : TestResult::PASS());
-        EXPECT_THAT(newEvents(), IsEmpty());
-        EXPECT_LE(seconds(), LONGEST_SECONDS);
-        test::expectDeliberateLeaksAlone(radio(), handlesLeft());
-    }
+    expectAtEachMoment([this] { radio().removeInterface(0); },
+                       [this](std::size_t nth) { return cannotRunIf(radioIsAskedAfter(nth)); });
 }
 
 TEST_F(ComeAndGo, AServiceThatIsStoppedCannotBeAsked) {
     for (const DWORD code : {DWORD{ERROR_SERVICE_NOT_ACTIVE}, DWORD{1722}}) {
-        for (std::size_t nth = 1; nth <= moments(); ++nth) {
-            SCOPED_TRACE(calls()[nth - 1].text());
-            const bool matters = radioIsAskedAfter(nth);
-            EXPECT_EQ(verifyWith(nth, [&] { radio().stopService(code); }),
-                      matters ? TestResult::CANNOTRUN() : TestResult::PASS());
-            EXPECT_THAT(newEvents(), IsEmpty());
-            EXPECT_LE(seconds(), LONGEST_SECONDS);
-            test::expectDeliberateLeaksAlone(radio(), 0); // the service took its handles along
-        }
+        expectAtEachMoment([this, code] { radio().stopService(code); },
+                           [this](std::size_t nth) { return cannotRunIf(radioIsAskedAfter(nth)); },
+                           [](std::size_t) { return 0U; }); // it took its handles along
     }
 }
 
 // A handle from before is invalid, and one that has worked once is never opened anew.
 TEST_F(ComeAndGo, AServiceThatIsRestartedIsFoundAgainOnlyByADeviceThatIsNotReadyYet) {
-    for (std::size_t nth = 1; nth <= moments(); ++nth) {
-        SCOPED_TRACE(calls()[nth - 1].text());
-        const bool ready = nth >= numberOf("WlanRegisterNotification", 1);
-        const bool matters = ready && radioIsAskedAfter(nth);
-        const TestResult result = verifyWith(nth, [this] {
+    expectAtEachMoment(
+        [this] {
             radio().stopService();
             radio().startService();
-        });
-        if (matters) {
-            EXPECT_EQ(result, TestResult::CANNOTRUN());
-        } else {
-            EXPECT_EQ(result, TestResult::PASS());
-        }
-        EXPECT_THAT(newEvents(), IsEmpty());
-        EXPECT_LE(seconds(), LONGEST_SECONDS);
-    }
+        },
+        [this](std::size_t nth) {
+            return cannotRunIf(nth >= numberOf("WlanRegisterNotification", 1) &&
+                               radioIsAskedAfter(nth));
+        },
+        [this](std::size_t) { return radio().openHandles(); });
 }
 
 TEST_F(ComeAndGo, ARadioThatIsSwitchedOffOnTheCaseCannotBeTested) {
-    for (std::size_t nth = 1; nth <= moments(); ++nth) {
-        SCOPED_TRACE(calls()[nth - 1].text());
-        const bool matters = radioIsAskedAfter(nth);
-        EXPECT_EQ(verifyWith(nth, [this] { radio().setRadio(0, 0, {}, OFF); }),
-                  matters ? TestResult::CANNOTRUN() : TestResult::PASS());
-        if (listIsNextAfter(nth) || nth < numberOf("WlanGetAvailableNetworkList", 1)) {
-            EXPECT_THAT(newEvents(), ElementsAre(RADIO_OFF_EVENT));
-        } else {
-            EXPECT_THAT(newEvents(), IsEmpty());
-        }
-        EXPECT_LE(seconds(), LONGEST_SECONDS);
-        test::expectDeliberateLeaksAlone(radio(), handlesLeft());
-    }
+    expectAtEachMoment([this] { radio().setRadio(0, 0, {}, OFF); },
+                       [this](std::size_t nth) {
+                           Outcome outcome = cannotRunIf(radioIsAskedAfter(nth));
+                           if (listIsNextAfter(nth) ||
+                               nth < numberOf("WlanGetAvailableNetworkList", 1)) {
+                               outcome.events = {RADIO_OFF_EVENT};
+                           }
+                           return outcome;
+                       });
 }
 
 TEST_F(ComeAndGo, ARadioThatIsBackBeforeItIsAskedForIsNotMissed) {
-    for (std::size_t nth = numberOf("WlanGetNetworkBssList", 2); nth <= moments(); ++nth) {
-        SCOPED_TRACE(calls()[nth - 1].text());
-        EXPECT_EQ(verifyWith(nth,
-                             [this] {
-                                 radio().setRadio(0, 0, {}, OFF);
-                                 radio().setRadio(0, 0, {}, 1);
-                             }),
-                  TestResult::PASS());
-        EXPECT_THAT(newEvents(), IsEmpty());
-    }
+    expectAtEachMoment(
+        [this] {
+            radio().setRadio(0, 0, {}, OFF);
+            radio().setRadio(0, 0, {}, ON);
+        },
+        [](std::size_t) { return Outcome{TestResult::PASS()}; });
 }
 
 // The fixed waits are measured in pauses and the search in time: a night between two calls of the
@@ -177,19 +166,12 @@ TEST_F(ComeAndGo, ARadioThatIsBackBeforeItIsAskedForIsNotMissed) {
 TEST_F(ComeAndGo, APcThatIsSuspendedLosesTheSearchOnlyInAPollWithoutAMatch) {
     const std::size_t searchBegins = numberOf("WlanGetNetworkBssList", 2) + 1;
     const std::size_t matchBegins = numberOf("WlanGetAvailableNetworkList", 2);
-    for (std::size_t nth = 1; nth <= moments(); ++nth) {
-        SCOPED_TRACE(calls()[nth - 1].text());
-        const bool lost = nth >= searchBegins && nth < matchBegins;
-        EXPECT_EQ(verifyWith(nth, [this] { clock().sleep(std::chrono::hours(9)); }),
-                  lost ? TestResult::FAIL() : TestResult::PASS());
-        if (lost) {
-            EXPECT_THAT(newEvents(), ElementsAre(NOT_FOUND_EVENT));
-        } else {
-            EXPECT_THAT(newEvents(), IsEmpty());
-        }
-        EXPECT_LE(seconds() - 9 * 3600, LONGEST_SECONDS);
-        test::expectDeliberateLeaksAlone(radio(), handlesLeft());
-    }
+    expectAtEachMoment([this] { clock().sleep(std::chrono::hours(9)); },
+                       [&](std::size_t nth) {
+                           return nth >= searchBegins && nth < matchBegins
+                                      ? Outcome{TestResult::FAIL(), {NOT_FOUND_EVENT}}
+                                      : Outcome{TestResult::PASS()};
+                       });
 }
 
 } // namespace
