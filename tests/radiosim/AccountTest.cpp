@@ -20,9 +20,7 @@ protected:
 TEST_F(Account, CountsOpenHandles) {
     EXPECT_EQ(engine().openHandles(), 1U);
     {
-        nativewifi::ClientHandle second;
-        DWORD version = 0;
-        nativewifi::api().WlanOpenHandle(1, nullptr, &version, out(second));
+        const nativewifi::ClientHandle second = openHandle();
         EXPECT_EQ(engine().openHandles(), 2U);
     }
     EXPECT_EQ(engine().openHandles(), 1U);
@@ -84,9 +82,7 @@ TEST_F(Account, CountsWhatEachFunctionHandedOutAndWhatOfThatIsLeft) {
 }
 
 TEST_F(Account, NamesEachCallWithArgumentsResultAndOutput) {
-    nativewifi::ClientHandle second;
-    DWORD version = 0;
-    nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second));
+    nativewifi::ClientHandle second = openHandle();
     switchRadio(0, 2);
     nativewifi::api().WlanGetAvailableNetworkList(second.get(), nullptr, 4, nullptr, nullptr);
     second.reset();
@@ -104,9 +100,7 @@ TEST_F(Account, NamesEachCallWithArgumentsResultAndOutput) {
 
 TEST_F(Account, DistinguishesTheNullHandleAnUnknownOneAndAClosedOne) {
     int unknown = 0;
-    nativewifi::ClientHandle second;
-    DWORD version = 0;
-    nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second));
+    nativewifi::ClientHandle second = openHandle();
     const HANDLE closed = second.get();
     second.reset();
     engine().clearCalls();

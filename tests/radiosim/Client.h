@@ -25,6 +25,18 @@ inline std::string ssidText(const DOT11_SSID& ssid) {
     return {ssid.ucSSID, ssid.ucSSID + std::min<ULONG>(ssid.uSSIDLength, DOT11_SSID_MAX_LENGTH)};
 }
 
+inline nativewifi::ClientHandle openHandle() {
+    nativewifi::ClientHandle handle;
+    DWORD version = 0;
+    EXPECT_EQ(nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(handle)), ERROR_SUCCESS);
+    return handle;
+}
+
+inline const GUID& firstInterface() {
+    static const GUID first = nativewifi::parseGuid(mrl::toUtf16(FIRST_INTERFACE)).value_or(GUID{});
+    return first;
+}
+
 /// One engine on a virtual clock, and one open client handle.
 class WithEngine : public testing::Test {
 protected:
@@ -33,9 +45,7 @@ protected:
         m_handle.reset();
         m_engine.reset();
         m_engine = std::make_unique<Engine>(std::move(scenario));
-        DWORD version = 0;
-        ASSERT_EQ(nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(m_handle)),
-                  ERROR_SUCCESS);
+        m_handle = openHandle();
     }
 
     /// The same with one interface that shows these.
@@ -46,11 +56,7 @@ protected:
     Engine& engine() { return *m_engine; }
     test::VirtualClock& clock() { return m_clock; }
     HANDLE handle() const { return m_handle.get(); }
-    static const GUID& guid() {
-        static const GUID first =
-            nativewifi::parseGuid(mrl::toUtf16(FIRST_INTERFACE)).value_or(GUID{});
-        return first;
-    }
+    static const GUID& guid() { return firstInterface(); }
     void after(Milliseconds time) {
         m_clock.sleep(time);
         m_engine->settle();

@@ -13,11 +13,6 @@ TEST_F(NetworkList, KeepsTheOrderAndTheDuplicatesOfTheScenario) {
     EXPECT_EQ(names(), (Names{"Lab-5G", "Lab", "Lab"}));
 }
 
-TEST_F(NetworkList, IsEmptyWithoutNetworks) {
-    show({});
-    EXPECT_TRUE(names().empty());
-}
-
 TEST_F(NetworkList, ShowsWhatTheScenarioSaysOfANetwork) {
     show({{.ssid = "Lab",
            .signal = 61U,

@@ -60,24 +60,27 @@ private:
 using Messages = std::vector<Received>;
 const Received SCAN_COMPLETE{WLAN_NOTIFICATION_SOURCE_ACM, 7, {}};
 
+/// Registers `callback` on `client`; returns the sources registered before.
+DWORD callOn(HANDLE client, DWORD source, WLAN_NOTIFICATION_CALLBACK callback, void* context) {
+    DWORD previous = 99;
+    EXPECT_EQ(nativewifi::api().WlanRegisterNotification(client, source, TRUE, callback, context,
+                                                         nullptr, &previous),
+              ERROR_SUCCESS);
+    return previous;
+}
+
 class Notifications : public WithEngine {
 protected:
-    DWORD listen(DWORD source, Inbox& inbox, HANDLE client = nullptr, DWORD* previous = nullptr) {
-        return nativewifi::api().WlanRegisterNotification(client == nullptr ? handle() : client,
-                                                          source, TRUE, &Inbox::callback, &inbox,
-                                                          nullptr, previous);
-    }
+    Notifications() { start({}); }
 
-    DWORD stopListening() {
-        return nativewifi::api().WlanRegisterNotification(handle(), WLAN_NOTIFICATION_SOURCE_NONE,
-                                                          TRUE, nullptr, nullptr, nullptr, nullptr);
+    DWORD listen(Inbox& inbox, DWORD source = WLAN_NOTIFICATION_SOURCE_ALL) {
+        return callOn(handle(), source, &Inbox::callback, &inbox);
     }
 };
 
 TEST_F(Notifications, ReportTheEndOfAScanOnAThreadOfTheirOwn) {
-    start({});
     Inbox inbox;
-    ASSERT_EQ(listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox), ERROR_SUCCESS);
+    listen(inbox);
     scan();
     after(3999ms);
     EXPECT_EQ(inbox.received(), Messages{});
@@ -90,7 +93,7 @@ TEST_F(Notifications, ReportTheEndOfAScanOnAThreadOfTheirOwn) {
 TEST_F(Notifications, ComeAfterTheScanDurationOfTheInterface) {
     start({.interfaces = {{.scanDuration = 0ms}}});
     Inbox inbox;
-    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    listen(inbox);
     scan();
     engine().settle();
     EXPECT_EQ(inbox.received().size(), 1U);
@@ -99,7 +102,7 @@ TEST_F(Notifications, ComeAfterTheScanDurationOfTheInterface) {
 TEST_F(Notifications, ReportAScanThatFailed) {
     start({.interfaces = {{.scanEnd = ScanEnd::FAIL}}});
     Inbox inbox;
-    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    listen(inbox);
     scan();
     after(4s);
     EXPECT_EQ(inbox.received(),
@@ -110,7 +113,7 @@ TEST_F(Notifications, DoNotComeForAScanThatEndsSilently) {
     start({.interfaces = {{.scanEnd = ScanEnd::SILENT,
                            .accessPoints = {{.ssid = "New", .visible = Visible::AFTER_SCAN}}}}});
     Inbox inbox;
-    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    listen(inbox);
     scan();
     after(4s);
     EXPECT_EQ(inbox.received(), Messages{});
@@ -118,14 +121,11 @@ TEST_F(Notifications, DoNotComeForAScanThatEndsSilently) {
 }
 
 TEST_F(Notifications, ReachOnlyTheClientsRegisteredForTheirSource) {
-    start({});
     Inbox acm;
     Inbox msm;
-    nativewifi::ClientHandle second;
-    DWORD version = 0;
-    nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second));
-    listen(WLAN_NOTIFICATION_SOURCE_ACM, acm);
-    listen(WLAN_NOTIFICATION_SOURCE_MSM, msm, second.get());
+    nativewifi::ClientHandle second = openHandle();
+    listen(acm, WLAN_NOTIFICATION_SOURCE_ACM);
+    callOn(second.get(), WLAN_NOTIFICATION_SOURCE_MSM, &Inbox::callback, &msm);
     engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
     engine().notify(WLAN_NOTIFICATION_SOURCE_MSM, 7, {1, 2});
     engine().settle();
@@ -134,9 +134,8 @@ TEST_F(Notifications, ReachOnlyTheClientsRegisteredForTheirSource) {
 }
 
 TEST_F(Notifications, AreDeliveredInTheirOrder) {
-    start({});
     Inbox inbox;
-    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    listen(inbox);
     for (std::uint32_t code = 0; code < 100; ++code) {
         engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, code);
     }
@@ -149,9 +148,8 @@ TEST_F(Notifications, AreDeliveredInTheirOrder) {
 }
 
 TEST_F(Notifications, AreRepeatedEvenWhenTheyAreTheSame) {
-    start({});
     Inbox inbox;
-    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    listen(inbox);
     for (int i = 0; i < 2; ++i) {
         scan();
         after(4s);
@@ -165,7 +163,7 @@ TEST_F(Notifications, OfTheScenarioComeAtTheirTimeAndAfterTheirScan) {
                              {.afterScan = 2, .source = 0x20, .code = 2},
                              {.source = 0x40, .code = 3, .data = {9}}}});
     Inbox inbox;
-    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    listen(inbox);
     after(499ms);
     EXPECT_EQ(inbox.received(), Messages{});
     after(1ms);
@@ -180,9 +178,8 @@ TEST_F(Notifications, OfTheScenarioComeAtTheirTimeAndAfterTheirScan) {
 }
 
 TEST_F(Notifications, ReportEachSwitchOfTheRadio) {
-    start({});
     Inbox inbox;
-    listen(WLAN_NOTIFICATION_SOURCE_MSM, inbox);
+    listen(inbox, WLAN_NOTIFICATION_SOURCE_MSM);
     switchRadio(0, 2);
     switchRadio(0, 2);
     engine().settle();
@@ -194,32 +191,24 @@ TEST_F(Notifications, ReportEachSwitchOfTheRadio) {
 }
 
 TEST_F(Notifications, StopWhenTheClientUnregisters) {
-    start({});
     Inbox inbox;
-    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
-    EXPECT_EQ(stopListening(), ERROR_SUCCESS);
+    listen(inbox);
+    callOn(handle(), WLAN_NOTIFICATION_SOURCE_NONE, nullptr, nullptr);
     engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
     engine().settle();
     EXPECT_EQ(inbox.received(), Messages{});
 }
 
 TEST_F(Notifications, ReturnTheSourcesRegisteredBefore) {
-    start({});
     Inbox inbox;
-    DWORD previous = 99;
-    listen(WLAN_NOTIFICATION_SOURCE_ACM, inbox, nullptr, &previous);
-    EXPECT_EQ(previous, 0U);
-    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox, nullptr, &previous);
-    EXPECT_EQ(previous, WLAN_NOTIFICATION_SOURCE_ACM);
+    EXPECT_EQ(listen(inbox, WLAN_NOTIFICATION_SOURCE_ACM), 0U);
+    EXPECT_EQ(listen(inbox), WLAN_NOTIFICATION_SOURCE_ACM);
 }
 
 TEST_F(Notifications, StopWithTheHandle) {
-    start({});
     Inbox inbox;
-    nativewifi::ClientHandle second;
-    DWORD version = 0;
-    nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second));
-    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox, second.get());
+    nativewifi::ClientHandle second = openHandle();
+    callOn(second.get(), WLAN_NOTIFICATION_SOURCE_ALL, &Inbox::callback, &inbox);
     second.reset();
     engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
     engine().settle();
@@ -266,13 +255,9 @@ private:
 };
 
 TEST_F(Notifications, HoldTheClosingOfTheHandleUntilTheCallbackHasEnded) {
-    start({});
     Gate gate;
-    nativewifi::ClientHandle second;
-    DWORD version = 0;
-    nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second));
-    nativewifi::api().WlanRegisterNotification(second.get(), WLAN_NOTIFICATION_SOURCE_ALL, TRUE,
-                                               &Gate::callback, &gate, nullptr, nullptr);
+    nativewifi::ClientHandle second = openHandle();
+    callOn(second.get(), WLAN_NOTIFICATION_SOURCE_ALL, &Gate::callback, &gate);
     engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
     gate.awaitEntered();
     std::atomic<bool> closed{false};
@@ -309,25 +294,18 @@ TEST_F(Notifications, LetTheirCallbackUseTheService) {
             own.networks = block->dwNumberOfItems;
         }
     };
-    nativewifi::api().WlanRegisterNotification(handle(), WLAN_NOTIFICATION_SOURCE_ALL, TRUE,
-                                               static_cast<WLAN_NOTIFICATION_CALLBACK>(callback),
-                                               &context, nullptr, nullptr);
+    callOn(handle(), WLAN_NOTIFICATION_SOURCE_ALL, callback, &context);
     scan();
     after(4s);
     EXPECT_EQ(context.networks, 13U);
 }
 
 TEST_F(Notifications, LetTheirCallbackCloseItsOwnHandle) {
-    start({});
-    nativewifi::ClientHandle second;
-    DWORD version = 0;
-    nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(second));
+    nativewifi::ClientHandle second = openHandle();
     const auto callback = [](WLAN_NOTIFICATION_DATA* /*data*/, PVOID context) {
         static_cast<nativewifi::ClientHandle*>(context)->reset();
     };
-    nativewifi::api().WlanRegisterNotification(second.get(), WLAN_NOTIFICATION_SOURCE_ALL, TRUE,
-                                               static_cast<WLAN_NOTIFICATION_CALLBACK>(callback),
-                                               &second, nullptr, nullptr);
+    callOn(second.get(), WLAN_NOTIFICATION_SOURCE_ALL, callback, &second);
     engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
     engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
     engine().settle();
@@ -335,9 +313,8 @@ TEST_F(Notifications, LetTheirCallbackCloseItsOwnHandle) {
 }
 
 TEST_F(Notifications, EndWithTheEngine) {
-    start({});
     Inbox inbox;
-    listen(WLAN_NOTIFICATION_SOURCE_ALL, inbox);
+    listen(inbox);
     scan();
     start({});
     after(10s);
@@ -347,15 +324,12 @@ TEST_F(Notifications, EndWithTheEngine) {
 TEST(NotificationsInRealTime, ComeWithoutAnotherCall) {
     Engine engine({.interfaces = {{.scanDuration = 20ms}}});
     Gate gate;
-    nativewifi::ClientHandle handle;
-    DWORD version = 0;
-    ASSERT_EQ(nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(handle)), ERROR_SUCCESS);
-    nativewifi::api().WlanRegisterNotification(handle.get(), WLAN_NOTIFICATION_SOURCE_ACM, TRUE,
-                                               &Gate::callback, &gate, nullptr, nullptr);
-    const GUID guid = nativewifi::parseGuid(mrl::toUtf16(FIRST_INTERFACE)).value_or(GUID{});
+    nativewifi::ClientHandle handle = openHandle();
+    callOn(handle.get(), WLAN_NOTIFICATION_SOURCE_ACM, &Gate::callback, &gate);
     gate.open();
-    EXPECT_EQ(nativewifi::api().WlanScan(handle.get(), &guid, nullptr, nullptr, nullptr),
-              ERROR_SUCCESS);
+    EXPECT_EQ(
+        nativewifi::api().WlanScan(handle.get(), &firstInterface(), nullptr, nullptr, nullptr),
+        ERROR_SUCCESS);
     gate.awaitEntered();
     handle.reset();
     EXPECT_TRUE(gate.left());
@@ -363,23 +337,19 @@ TEST(NotificationsInRealTime, ComeWithoutAnotherCall) {
 
 TEST(NotificationsInRealTime, SurviveThreadsThatUseTheServiceAtOnce) {
     Engine engine({.interfaces = {{.scanDuration = 0ms, .accessPoints = {{.ssid = "Lab"}}}}});
-    const GUID guid = nativewifi::parseGuid(mrl::toUtf16(FIRST_INTERFACE)).value_or(GUID{});
     Inbox inbox;
     std::vector<std::thread> threads;
     threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
             for (int round = 0; round < 100; ++round) {
-                nativewifi::ClientHandle handle;
-                DWORD version = 0;
-                nativewifi::api().WlanOpenHandle(2, nullptr, &version, out(handle));
-                nativewifi::api().WlanRegisterNotification(
-                    handle.get(), WLAN_NOTIFICATION_SOURCE_ALL, TRUE, &Inbox::callback, &inbox,
-                    nullptr, nullptr);
-                nativewifi::api().WlanScan(handle.get(), &guid, nullptr, nullptr, nullptr);
+                const nativewifi::ClientHandle handle = openHandle();
+                callOn(handle.get(), WLAN_NOTIFICATION_SOURCE_ALL, &Inbox::callback, &inbox);
+                nativewifi::api().WlanScan(handle.get(), &firstInterface(), nullptr, nullptr,
+                                           nullptr);
                 nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> block;
-                nativewifi::api().WlanGetAvailableNetworkList(handle.get(), &guid, 0, nullptr,
-                                                              out(block));
+                nativewifi::api().WlanGetAvailableNetworkList(handle.get(), &firstInterface(), 0,
+                                                              nullptr, out(block));
             }
         });
     }
