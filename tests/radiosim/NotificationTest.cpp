@@ -71,148 +71,138 @@ DWORD callOn(HANDLE client, DWORD source, WLAN_NOTIFICATION_CALLBACK callback, v
 
 class Notifications : public WithEngine {
 protected:
-    Notifications() { start({}); }
+    Notifications() { listen({}); }
+    ~Notifications() override { engine().settle(); }
 
-    DWORD listen(Inbox& inbox, DWORD source = WLAN_NOTIFICATION_SOURCE_ALL) {
-        return callOn(handle(), source, &Inbox::callback, &inbox);
+    /// Starts over with another scenario, and with every notification in the inbox.
+    void listen(Scenario scenario) {
+        start(std::move(scenario));
+        callOn(handle(), WLAN_NOTIFICATION_SOURCE_ALL, &Inbox::callback, &m_inbox);
     }
+
+    Messages received() { return m_inbox.received(); }
+    Inbox& inbox() { return m_inbox; }
+
+private:
+    Inbox m_inbox;
 };
 
 TEST_F(Notifications, ReportTheEndOfAScanOnAThreadOfTheirOwn) {
-    Inbox inbox;
-    listen(inbox);
     scan();
     after(3999ms);
-    EXPECT_EQ(inbox.received(), Messages{});
+    EXPECT_EQ(received(), Messages{});
     after(1ms);
-    EXPECT_EQ(inbox.received(), Messages{SCAN_COMPLETE});
-    EXPECT_NE(inbox.thread(), std::this_thread::get_id());
-    EXPECT_TRUE(nativewifi::sameGuid(inbox.lastInterface(), guid()));
+    EXPECT_EQ(received(), Messages{SCAN_COMPLETE});
+    EXPECT_NE(inbox().thread(), std::this_thread::get_id());
+    EXPECT_TRUE(nativewifi::sameGuid(inbox().lastInterface(), guid()));
 }
 
 TEST_F(Notifications, ComeAfterTheScanDurationOfTheInterface) {
-    start({.interfaces = {{.scanDuration = 0ms}}});
-    Inbox inbox;
-    listen(inbox);
+    listen({.interfaces = {{.scanDuration = 0ms}}});
     scan();
     engine().settle();
-    EXPECT_EQ(inbox.received().size(), 1U);
+    EXPECT_EQ(received().size(), 1U);
 }
 
 TEST_F(Notifications, ReportAScanThatFailed) {
-    start({.interfaces = {{.scanEnd = ScanEnd::FAIL}}});
-    Inbox inbox;
-    listen(inbox);
+    listen({.interfaces = {{.scanEnd = ScanEnd::FAIL}}});
     scan();
     after(4s);
-    EXPECT_EQ(inbox.received(),
-              (Messages{{WLAN_NOTIFICATION_SOURCE_ACM, 8, {0x01, 0x00, 0x01, 0x00}}}));
+    EXPECT_EQ(received(), (Messages{{WLAN_NOTIFICATION_SOURCE_ACM, 8, {0x01, 0x00, 0x01, 0x00}}}));
 }
 
 TEST_F(Notifications, DoNotComeForAScanThatEndsSilently) {
-    start({.interfaces = {{.scanEnd = ScanEnd::SILENT,
-                           .accessPoints = {{.ssid = "New", .visible = Visible::AFTER_SCAN}}}}});
-    Inbox inbox;
-    listen(inbox);
+    listen({.interfaces = {{.scanEnd = ScanEnd::SILENT,
+                            .accessPoints = {{.ssid = "New", .visible = Visible::AFTER_SCAN}}}}});
     scan();
     after(4s);
-    EXPECT_EQ(inbox.received(), Messages{});
+    EXPECT_EQ(received(), Messages{});
     EXPECT_EQ(names(), std::vector<std::string>{"New"});
 }
 
 TEST_F(Notifications, ReachOnlyTheClientsRegisteredForTheirSource) {
-    Inbox acm;
     Inbox msm;
     nativewifi::ClientHandle second = openHandle();
-    listen(acm, WLAN_NOTIFICATION_SOURCE_ACM);
+    callOn(handle(), WLAN_NOTIFICATION_SOURCE_ACM, &Inbox::callback, &inbox());
     callOn(second.get(), WLAN_NOTIFICATION_SOURCE_MSM, &Inbox::callback, &msm);
     engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
     engine().notify(WLAN_NOTIFICATION_SOURCE_MSM, 7, {1, 2});
     engine().settle();
-    EXPECT_EQ(acm.received(), Messages{SCAN_COMPLETE});
+    EXPECT_EQ(received(), Messages{SCAN_COMPLETE});
     EXPECT_EQ(msm.received(), (Messages{{WLAN_NOTIFICATION_SOURCE_MSM, 7, {1, 2}}}));
 }
 
 TEST_F(Notifications, AreDeliveredInTheirOrder) {
-    Inbox inbox;
-    listen(inbox);
     for (std::uint32_t code = 0; code < 100; ++code) {
         engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, code);
     }
     engine().settle();
-    const Messages received = inbox.received();
-    ASSERT_EQ(received.size(), 100U);
+    const Messages all = received();
+    ASSERT_EQ(all.size(), 100U);
     for (std::uint32_t code = 0; code < 100; ++code) {
-        EXPECT_EQ(received[code].code, code);
+        EXPECT_EQ(all[code].code, code);
     }
 }
 
 TEST_F(Notifications, AreRepeatedEvenWhenTheyAreTheSame) {
-    Inbox inbox;
-    listen(inbox);
     for (int i = 0; i < 2; ++i) {
         scan();
         after(4s);
     }
-    EXPECT_EQ(inbox.received(), (Messages{SCAN_COMPLETE, SCAN_COMPLETE}));
+    EXPECT_EQ(received(), (Messages{SCAN_COMPLETE, SCAN_COMPLETE}));
 }
 
 TEST_F(Notifications, OfTheScenarioComeAtTheirTimeAndAfterTheirScan) {
-    start({.interfaces = {{.scanEnd = ScanEnd::SILENT}},
-           .notifications = {{.at = 500ms, .source = 0x10, .code = 1},
-                             {.afterScan = 2, .source = 0x20, .code = 2},
-                             {.source = 0x40, .code = 3, .data = {9}}}});
-    Inbox inbox;
-    listen(inbox);
+    listen({.interfaces = {{.scanEnd = ScanEnd::SILENT}},
+            .notifications = {{.at = 500ms, .source = 0x10, .code = 1},
+                              {.afterScan = 2, .source = 0x20, .code = 2},
+                              {.source = 0x40, .code = 3, .data = {9}}}});
     after(499ms);
-    EXPECT_EQ(inbox.received(), Messages{});
+    EXPECT_EQ(received(), Messages{});
     after(1ms);
-    EXPECT_EQ(inbox.received(), (Messages{{0x10, 1, {}}}));
+    EXPECT_EQ(received(), (Messages{{0x10, 1, {}}}));
     scan();
     after(4s);
-    EXPECT_EQ(inbox.received(), (Messages{{0x10, 1, {}}, {0x40, 3, {9}}}));
+    EXPECT_EQ(received(), (Messages{{0x10, 1, {}}, {0x40, 3, {9}}}));
     scan();
     after(4s);
-    EXPECT_EQ(inbox.received(),
-              (Messages{{0x10, 1, {}}, {0x40, 3, {9}}, {0x20, 2, {}}, {0x40, 3, {9}}}));
+    EXPECT_EQ(received(), (Messages{{0x10, 1, {}}, {0x40, 3, {9}}, {0x20, 2, {}}, {0x40, 3, {9}}}));
 }
 
 TEST_F(Notifications, ReportEachSwitchOfTheRadio) {
-    Inbox inbox;
-    listen(inbox, WLAN_NOTIFICATION_SOURCE_MSM);
     switchRadio(0, 2);
     switchRadio(0, 2);
     engine().settle();
     const Received off{WLAN_NOTIFICATION_SOURCE_MSM, 7, {0, 0, 0, 0, 2, 0, 0, 0, 1, 0, 0, 0}};
-    EXPECT_EQ(inbox.received(), Messages{off}) << "the second call changed nothing";
+    EXPECT_EQ(received(), Messages{off}) << "the second call changed nothing";
     engine().setRadio(0, 0, 1, {});
     engine().settle();
-    EXPECT_EQ(inbox.received().size(), 2U);
+    EXPECT_EQ(received().size(), 2U);
 }
 
 TEST_F(Notifications, StopWhenTheClientUnregisters) {
-    Inbox inbox;
-    listen(inbox);
     callOn(handle(), WLAN_NOTIFICATION_SOURCE_NONE, nullptr, nullptr);
     engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
     engine().settle();
-    EXPECT_EQ(inbox.received(), Messages{});
+    EXPECT_EQ(received(), Messages{});
 }
 
 TEST_F(Notifications, ReturnTheSourcesRegisteredBefore) {
-    Inbox inbox;
-    EXPECT_EQ(listen(inbox, WLAN_NOTIFICATION_SOURCE_ACM), 0U);
-    EXPECT_EQ(listen(inbox), WLAN_NOTIFICATION_SOURCE_ACM);
+    const nativewifi::ClientHandle second = openHandle();
+    for (const DWORD before : {0U, WLAN_NOTIFICATION_SOURCE_ACM}) {
+        EXPECT_EQ(callOn(second.get(), WLAN_NOTIFICATION_SOURCE_ACM, &Inbox::callback, &inbox()),
+                  before);
+    }
 }
 
 TEST_F(Notifications, StopWithTheHandle) {
-    Inbox inbox;
+    Inbox closed;
     nativewifi::ClientHandle second = openHandle();
-    callOn(second.get(), WLAN_NOTIFICATION_SOURCE_ALL, &Inbox::callback, &inbox);
+    callOn(second.get(), WLAN_NOTIFICATION_SOURCE_ALL, &Inbox::callback, &closed);
     second.reset();
     engine().notify(WLAN_NOTIFICATION_SOURCE_ACM, 7);
     engine().settle();
-    EXPECT_EQ(inbox.received(), Messages{});
+    EXPECT_EQ(closed.received(), Messages{});
 }
 
 /// A callback that stays in until it is let out.
@@ -313,12 +303,10 @@ TEST_F(Notifications, LetTheirCallbackCloseItsOwnHandle) {
 }
 
 TEST_F(Notifications, EndWithTheEngine) {
-    Inbox inbox;
-    listen(inbox);
     scan();
     start({});
     after(10s);
-    EXPECT_EQ(inbox.received(), Messages{}) << "the scan of an engine that is gone";
+    EXPECT_EQ(received(), Messages{}) << "the scan of an engine that is gone";
 }
 
 TEST(NotificationsInRealTime, ComeWithoutAnotherCall) {
