@@ -1,7 +1,7 @@
 // Device files: they give devices whose texts are all safe to show, or are refused with one line.
 #include "Refusal.h"
 
-#include <support/CapturedOutput.h>
+#include <support/CapturedStream.h>
 #include <support/InputFile.h>
 
 #include <console/ListOutput.h>
@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     file.write(fuzz::viewOf(data, size));
     try {
         const tesk5::DeviceList list = tesk5::devicesFromFile(file.path());
-        fuzz::CapturedOutput output(mrl::cout);
+        test::CapturedStream output(mrl::cout);
         tesk5::showList(mrl::cout, tesk5::Registry::instance(), list, "Card");
         fuzz::requireNone(test::findUnsafeInLines(output.text()), "the list of devices");
         for (const tesk5::DiagDevice& device : list.devices) {

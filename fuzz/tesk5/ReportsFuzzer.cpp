@@ -1,6 +1,6 @@
 // Every output of a run with arbitrary names. Each is compared with the output of the same run with
 // harmless names, from which it may differ in texts alone.
-#include <support/CapturedOutput.h>
+#include <support/CapturedStream.h>
 #include <support/Input.h>
 #include <support/Require.h>
 #include <support/SafeText.h>
@@ -217,15 +217,15 @@ void replay(tesk5::RunListener& listener, const tesk5::RunRecord& run) {
 }
 
 std::string consoleOf(const tesk5::RunRecord& run) {
-    const fuzz::CapturedOutput output(mrl::cout);
-    const fuzz::CapturedOutput errors(mrl::cerr);
+    const test::CapturedStream output(mrl::cout);
+    const test::CapturedStream errors(mrl::cerr);
     tesk5::Console console(tesk5::RunContext::current(), {});
     replay(console, run);
     return output.text() + errors.text();
 }
 
 std::string listOf(const Run& run) {
-    const fuzz::CapturedOutput output(mrl::cout);
+    const test::CapturedStream output(mrl::cout);
     tesk5::showList(mrl::cout, tesk5::Registry::instance(),
                     {{run.devices.begin(), run.devices.end()}, {}}, std::nullopt);
     return output.text();
@@ -240,7 +240,7 @@ void checkConsole(const Twins& twins) {
 }
 
 void checkEvents(const tesk5::RunRecord& run) {
-    fuzz::CapturedOutput output(mrl::cout);
+    test::CapturedStream output(mrl::cout);
     tesk5::EventStream events(mrl::cout);
     replay(events, run);
     const std::vector<std::string> lines = test::linesOf(output.text());
@@ -256,7 +256,7 @@ void checkEvents(const tesk5::RunRecord& run) {
 
 // The text between two movements of the cursor fits into the line.
 void checkLiveLine(const std::string& name) {
-    fuzz::CapturedOutput output(mrl::cout);
+    test::CapturedStream output(mrl::cout);
     constexpr std::size_t COLUMNS = ROOM;
     tesk5::LiveLine live(mrl::cout, COLUMNS);
     live.begin();

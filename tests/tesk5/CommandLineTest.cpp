@@ -10,12 +10,7 @@ namespace test {
 namespace {
 
 using tesk5::Command;
-using tesk5::DiagDevice;
 using tesk5::parseCommandLine;
-using tesk5::TestResult;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 TEST(CommandLines, WithoutACommandList) {
     EXPECT_EQ(parseCommandLine({}).command, Command::list);
@@ -119,18 +114,18 @@ TEST_F(Start, HelpOnACommandShowsItsOptionsWithExamples) {
                 << option.name;
         }
         EXPECT_THAT(output(), HasSubstr("example: --json report.json"));
-        EXPECT_THAT(output(), testing::Not(HasSubstr("INTERNALERROR")));
+        EXPECT_THAT(output(), Not(HasSubstr("INTERNALERROR")));
     }
     forgetOutput();
     EXPECT_EQ(start({"list", "--help"}), 0);
     EXPECT_THAT(output(), testing::StartsWith("  example.k5x [list] [OPTIONS]\n"));
     EXPECT_THAT(output(), HasSubstr("\n  --device TEXT "));
-    EXPECT_THAT(output(), testing::Not(HasSubstr("\n  --json")));
+    EXPECT_THAT(output(), Not(HasSubstr("\n  --json")));
 }
 
 TEST_F(Start, ListsWithoutEvenAProgramName) {
-    tesk5::DiagModule::setCmdLineArgs(0, nullptr);
-    EXPECT_EQ(tesk5::DiagModule::start(), 0);
+    DiagModule::setCmdLineArgs(0, nullptr);
+    EXPECT_EQ(DiagModule::start(), 0);
     EXPECT_THAT(output(), testing::StartsWith("Tests\n"));
 }
 

@@ -5,7 +5,6 @@
 #include <commandline/ConfigFile.h>
 #include <commandline/ConfigKeys.h>
 
-#include <tesk5/Registry.h>
 #include <tesk5/Texts.h>
 
 #include <regex>
@@ -13,14 +12,6 @@
 namespace test {
 
 namespace {
-
-using tesk5::DataType;
-using tesk5::DiagDevice;
-using tesk5::DiagModule;
-using tesk5::TestResult;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 class Configurations : public FrameworkTest {
 protected:
@@ -162,11 +153,11 @@ TEST_F(Configurations, YieldToTheCommandLineSettingBySetting) {
 
 TEST_F(Configurations, KeepTheConsoleQuietAndColourIt) {
     EXPECT_EQ(runWith("[console]\nquiet = true"), 0);
-    EXPECT_THAT(output(), testing::Not(HasSubstr("Signal")));
+    EXPECT_THAT(output(), Not(HasSubstr("Signal")));
     EXPECT_EQ(runWith("[console]\ncolor = 'always'"), 0);
     EXPECT_THAT(output(), HasSubstr("\x1B["));
     EXPECT_EQ(runWith("[console]\ncolor = 'always'", {"--color", "auto"}), 0);
-    EXPECT_THAT(output(), testing::Not(HasSubstr("\x1B[")));
+    EXPECT_THAT(output(), Not(HasSubstr("\x1B[")));
 }
 
 TEST_F(Configurations, GiveRequiredParameters) {

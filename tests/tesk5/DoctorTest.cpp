@@ -6,20 +6,12 @@ namespace test {
 
 namespace {
 
-using tesk5::DiagDevice;
-using tesk5::DiagModule;
 using tesk5::ExaminationDepth;
 using tesk5::Findings;
-using tesk5::Measurement;
-using tesk5::TestResult;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 
 const int CANNOTRUN = TestResult::CANNOTRUN().value();
 
-struct Doctor : FrameworkTest {
+struct Examinations : FrameworkTest {
     std::vector<std::string> examined;
 
     static void stopService() {
@@ -34,11 +26,19 @@ struct Doctor : FrameworkTest {
             all.insert(all.end(), findings.begin(), findings.end());
         });
     }
-    std::string firstLine() const { return output().substr(0, output().find('\n')); }
+};
+
+// The command doctor, with a test "A" that must not run.
+struct Doctor : Examinations {
+    Doctor() {
+        registerTest("A", [](const DiagDevice&) {
+            ADD_FAILURE() << "the test has run";
+            return TestResult::PASS();
+        });
+    }
 };
 
 TEST_F(Doctor, SaysThatAllIsWell) {
-    registerTest("A", TestResult::PASS());
     registerTest("B", TestResult::PASS());
     EXPECT_EQ(start({"doctor"}), 0);
     EXPECT_EQ(output(), "ok: The service answers.\n"
@@ -47,33 +47,19 @@ TEST_F(Doctor, SaysThatAllIsWell) {
     EXPECT_EQ(errors(), "");
 }
 
-TEST_F(Doctor, RunsNoTest) {
-    registerTest("A", [](const DiagDevice&) -> TestResult {
-        ADD_FAILURE() << "the test has run";
-        return TestResult::PASS();
-    });
-    EXPECT_EQ(start({"doctor"}), 0);
-}
-
-TEST_F(Doctor, SaysNothingOfDevicesWhenTheServiceFails) {
-    registerTest("A", TestResult::PASS());
+TEST_F(Doctor, ExaminesNoDeviceOfThisPcOrOfAFileWhenTheServiceFails) {
+    examineSaying({});
     stopService();
     EXPECT_EQ(startBare({"doctor"}), CANNOTRUN);
     EXPECT_EQ(output(), "problem: The service does not run (error 1062).\n"
                         "Problems found: 1; exit value 3\n");
-}
-
-TEST_F(Doctor, ChecksTheServiceForDevicesFromAFileToo) {
-    registerTest("A", TestResult::PASS());
-    examineSaying({});
-    stopService();
+    forgetOutput();
     EXPECT_EQ(start({"doctor"}), CANNOTRUN);
-    EXPECT_THAT(firstLine(), HasSubstr("The service does not run"));
+    EXPECT_THAT(output(), testing::StartsWith("problem: The service does not run"));
     EXPECT_THAT(examined, IsEmpty());
 }
 
 TEST_F(Doctor, SaysThatThereIsNoAdapter) {
-    registerTest("A", TestResult::PASS());
     setDevices(0);
     EXPECT_EQ(start({"doctor"}), CANNOTRUN);
     EXPECT_EQ(output(), "ok: The service answers.\n"
@@ -82,7 +68,6 @@ TEST_F(Doctor, SaysThatThereIsNoAdapter) {
 }
 
 TEST_F(Doctor, ReportsADeviceOfAnotherKindAsGood) {
-    registerTest("A", TestResult::PASS());
     setDevices(R"([{"name": "Ethernet", "capabilities": ["NetworkCard"]},
                    {"name": "Card", "capabilities": ["Wireless"]}])");
     EXPECT_EQ(start({"doctor"}), 0);
@@ -91,19 +76,17 @@ TEST_F(Doctor, ReportsADeviceOfAnotherKindAsGood) {
 }
 
 TEST_F(Doctor, SaysForEachTestWhyItLeavesAnAdapterOut) {
-    registerTest("A", TestResult::PASS())->addDevicePropertyExclusion("WiMAX", "");
     registerTest("B", TestResult::PASS())->addDevicePropertyExclusion("WiMAX", "");
-    registerTest("C", TestResult::PASS());
+    registerTest("C", TestResult::PASS())->addDevicePropertyExclusion("WiMAX", "");
     setDevices(R"([{"name": "Card", "capabilities": ["Wireless"], "properties": {"WiMAX": "1"}}])");
     EXPECT_EQ(start({"doctor"}), CANNOTRUN);
     EXPECT_EQ(output(), "ok: The service answers.\n"
-                        "problem: Card is left out by A, B: has the property \"WiMAX\".\n"
-                        "ok: Card can be tested by C.\n"
+                        "ok: Card can be tested by A.\n"
+                        "problem: Card is left out by B, C: has the property \"WiMAX\".\n"
                         "Problems found: 1; exit value 3\n");
 }
 
 TEST_F(Doctor, ReportsAnAdapterThatTheFilterLeavesOutAsGoodWhenAnotherIsTested) {
-    registerTest("A", TestResult::PASS());
     setDevices(2);
     EXPECT_EQ(start({"doctor", "--device", "card 2"}), 0);
     EXPECT_THAT(output(), HasSubstr("ok: Card 1 is left out by A: has no \"card 2\" in its name"));
@@ -114,7 +97,6 @@ TEST_F(Doctor, ReportsAnAdapterThatTheFilterLeavesOutAsGoodWhenAnotherIsTested) 
 }
 
 TEST_F(Doctor, LetsTheModuleExamineEachDeviceThatSuitsATest) {
-    registerTest("A", TestResult::PASS());
     setDevices(R"([{"name": "Ethernet", "capabilities": []},
                    {"name": "Card", "capabilities": ["Wireless"]}])");
     examineSaying({{"WEAK", false, {{"Name", "a\x1b[2J"}, {"Strength", mrl::Uint32(7)}}},
@@ -128,8 +110,8 @@ TEST_F(Doctor, LetsTheModuleExamineEachDeviceThatSuitsATest) {
 }
 
 TEST_F(Doctor, TakesParametersAndNeedsNone) {
-    auto* name = DiagModule::createParameter("Name", tesk5::DataType::STRING(), "", false, false);
-    registerTest("A", TestResult::PASS())->setInteractive(true)->addParameter(name);
+    auto* name = DiagModule::createParameter("Name", DataType::STRING(), "", false, false);
+    registerTest("B", TestResult::PASS())->setInteractive(true)->addParameter(name);
     EXPECT_EQ(start({"doctor"}), 0);
     EXPECT_EQ(start({"doctor", "--set", "Name=Lab"}), 0);
     EXPECT_EQ(name->value().valueString(), "Lab");
@@ -140,7 +122,9 @@ TEST_F(Doctor, TakesParametersAndNeedsNone) {
     EXPECT_THAT(errors(), HasSubstr("the command doctor takes no \"A\""));
 }
 
-TEST_F(Doctor, GivesAdviceUnderARunThatCouldNotRun) {
+using Advice = Examinations;
+
+TEST_F(Advice, StandsUnderARunThatCouldNotRun) {
     registerTest("A", TestResult::CANNOTRUN());
     examineSaying({{"PLAIN", false, {}}, {"WEAK", true, {}}});
     EXPECT_EQ(start({"run", "--json", file("report.json")}), CANNOTRUN);
@@ -151,56 +135,51 @@ TEST_F(Doctor, GivesAdviceUnderARunThatCouldNotRun) {
     EXPECT_THAT(examined, ElementsAre("Card 1 quickly"));
 }
 
-TEST_F(Doctor, GivesAdviceUnderAFailureThatMeasuredNothing) {
+TEST_F(Advice, IsGivenForAFailureWithoutAMeasurementAndForAnEndByAPersonWhenTheTestRequestsIt) {
+    const struct {
+        TestResult result;
+        bool measures;
+        bool requests;
+        bool advice;
+    } rows[] = {
+        {.result = TestResult::FAIL(), .measures = false, .requests = false, .advice = true},
+        {.result = TestResult::FAIL(), .measures = true, .requests = false, .advice = false},
+        {.result = TestResult::COMPLETED(), .measures = false, .requests = true, .advice = true},
+        {.result = TestResult::COMPLETED(), .measures = false, .requests = false, .advice = false},
+        {.result = TestResult::USERABORTED(), .measures = false, .requests = true, .advice = true},
+        {.result = TestResult::USERABORTED(),
+         .measures = false,
+         .requests = false,
+         .advice = false},
+        {.result = TestResult::PASS(), .measures = false, .requests = true, .advice = false},
+        {.result = TestResult::WARN(), .measures = false, .requests = false, .advice = false},
+        {.result = TestResult::BADPARAMS(), .measures = false, .requests = false, .advice = false},
+    };
     examineSaying({{"PLAIN", false, {}}});
-    registerTest("A", TestResult::FAIL());
-    EXPECT_EQ(start({"run"}), TestResult::FAIL().value());
-    EXPECT_THAT(output(), HasSubstr("  FAIL after 0.0 s\n  possible cause: Something happened.\n"));
-}
-
-TEST_F(Doctor, GivesNoAdviceUnderAVerdict) {
-    examineSaying({{"PLAIN", false, {}}});
-    registerTest("A", [](const DiagDevice&) {
-        DiagModule::measured(Measurement{"Strength", 7, "%", 0, 100, {}});
-        return TestResult::FAIL();
-    });
-    registerTest("B", TestResult::PASS());
-    registerTest("C", TestResult::WARN());
-    registerTest("D", TestResult::BADPARAMS());
-    registerTest("E", TestResult::USERABORTED());
-    EXPECT_EQ(start({"run"}), TestResult::FAIL().value());
-    EXPECT_THAT(examined, IsEmpty());
-    EXPECT_THAT(output(), Not(HasSubstr("possible cause")));
-}
-
-TEST_F(Doctor, GivesAdviceUnderARunThatAPersonEndedWhenItsTestRequestedIt) {
-    examineSaying({{"PLAIN", false, {}}, {"WEAK", true, {}}});
-    for (const TestResult& result : {TestResult::COMPLETED(), TestResult::USERABORTED()}) {
-        registerTest(result.name(), [result](const DiagDevice&) {
+    auto row = rows[0];
+    registerTest("A", [&row](const DiagDevice&) {
+        if (row.measures) {
+            DiagModule::measured(Measurement{"Strength", 7, "%", 0, 100, {}});
+        }
+        if (row.requests) {
             DiagModule::requestAdvice();
-            return result;
-        });
-    }
-    EXPECT_EQ(start({"run"}), TestResult::USERABORTED().value());
-    EXPECT_THAT(output(),
-                HasSubstr("  COMPLETED after 0.0 s\n  possible cause: Something happened.\n"));
-    EXPECT_THAT(output(),
-                HasSubstr("  USERABORTED after 0.0 s\n  possible cause: Something happened.\n"));
-    EXPECT_THAT(examined, ElementsAre("Card 1 quickly", "Card 1 quickly"));
-}
-
-TEST_F(Doctor, GivesNoAdviceUnderAVerdictWhoseTestRequestedIt) {
-    examineSaying({{"PLAIN", false, {}}});
-    registerTest("A", [](const DiagDevice&) {
-        DiagModule::requestAdvice();
-        return TestResult::PASS();
+        }
+        return row.result;
     });
-    registerTest("B", TestResult::COMPLETED());
-    EXPECT_EQ(start({"run"}), 0);
-    EXPECT_THAT(examined, IsEmpty());
+    for (const auto& next : rows) {
+        row = next;
+        SCOPED_TRACE(row.result.name());
+        forgetOutput();
+        examined.clear();
+        EXPECT_EQ(start({"run"}), row.result.good() ? 0 : row.result.value());
+        EXPECT_EQ(examined.size(), row.advice ? 1U : 0U);
+        EXPECT_EQ(output().find(" after 0.0 s\n  possible cause: Something happened.\n") !=
+                      std::string::npos,
+                  row.advice);
+    }
 }
 
-TEST_F(Doctor, NamesTheServiceUnderARunDuringWhichItStopped) {
+TEST_F(Advice, NamesTheServiceUnderARunDuringWhichItStopped) {
     examineSaying({{"PLAIN", false, {}}});
     registerTest("A", TestResult::CANNOTRUN());
     stopService();
@@ -209,32 +188,14 @@ TEST_F(Doctor, NamesTheServiceUnderARunDuringWhichItStopped) {
     EXPECT_THAT(examined, IsEmpty());
 }
 
-TEST_F(Doctor, GivesAdviceForATestWithoutADevice) {
+TEST_F(Advice, IsGivenForATestWithoutADevice) {
     registerTest("A", TestResult::PASS());
     setDevices(R"([{"name": "Ethernet", "capabilities": []}])");
     EXPECT_EQ(start({"run"}), CANNOTRUN);
     EXPECT_EQ(errors(), "example: no device for A\n"
                         "  Ethernet: lacks the capability \"Wireless\"\n"
                         "  possible cause: There is no device for A.\n");
-}
-
-TEST_F(Doctor, ExaminesTheDevicesOfThisPcWithoutADeviceFile) {
-    std::vector<std::string> seen;
-    registerTest("A", [&seen](const DiagDevice& device) {
-        seen.push_back(device.name().utf8());
-        return TestResult::PASS();
-    });
-    const auto card = [](const char* name, const char* systemName) {
-        return DiagDevice(name, tesk5::DeviceCapability::Wireless(),
-                          {{"DeviceSystemName", systemName}});
-    };
-    setMachineDevices({{card("First", "{8C2F6B1E}"), card("Second", "{11111111}")}, {}});
-    EXPECT_EQ(startBare({"run", "--device", "8c2f6b1e"}), 0);
-    EXPECT_THAT(seen, ElementsAre("First"));
-}
-
-TEST_F(Doctor, ExplainsWhyThisPcMayHaveNoDevice) {
-    registerTest("A", TestResult::PASS());
+    forgetOutput();
     setMachineDevices({{}, tesk5::Finding{"SERVICE_STOPPED", false, {{"Error", "126"}}}});
     EXPECT_EQ(startBare({"run"}), CANNOTRUN);
     EXPECT_THAT(errors(), HasSubstr("  possible cause: The service does not run (error 126).\n"));

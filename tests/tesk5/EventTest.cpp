@@ -7,12 +7,10 @@ namespace test {
 
 namespace {
 
-using tesk5::DiagModule;
 using tesk5::Event;
 using tesk5::fillPlaceholders;
 using tesk5::TestRecorder;
 using tesk5::Value;
-using testing::ElementsAre;
 using testing::Pair;
 
 class Events : public FrameworkTest {};
@@ -66,7 +64,7 @@ TEST_F(Events, GoToTheInnermostRecorderAndAreLostWithoutOne) {
 }
 
 TEST_F(Events, ThatAreNullAreRefused) {
-    EXPECT_THROW(DiagModule::error(nullptr, "", 1), tesk5::TeskException);
+    EXPECT_THROW(DiagModule::error(nullptr, "", 1), TeskException);
 }
 
 TEST_F(Events, WithoutATextHaveTheKeyAsText) {

@@ -65,10 +65,6 @@ namespace test {
 
 namespace {
 
-using tesk5::DiagDevice;
-using tesk5::DiagModule;
-using tesk5::TestResult;
-
 // The framework takes plain functions; each slot is one, and looks up the body to run.
 constexpr std::size_t SLOTS = 8;
 std::array<std::function<TestResult(const DiagDevice&)>, SLOTS> g_bodies;
@@ -84,6 +80,15 @@ constexpr tesk5::Test::Function functions[SLOTS] = {
 };
 
 } // namespace
+
+std::string reasonOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const TeskException& exception) {
+        return exception.toString().getUTF8String().bytes();
+    }
+    return {};
+}
 
 FrameworkTest::FrameworkTest() {
     g_examination = nullptr;
@@ -105,6 +110,17 @@ tesk5::Test* FrameworkTest::registerTest(const char* name, Body body) {
     return DiagModule::createTest(name, tesk5::DeviceCapability::Wireless(), functions[slot]);
 }
 
+tesk5::Test* FrameworkTest::registerStopping(const char* name) {
+    return registerTest(name, [](const DiagDevice&) {
+        tesk5::RunContext::current().stopRequest.raise();
+        return TestResult::PASS();
+    });
+}
+
+tesk5::Parameter* FrameworkTest::optionalParameter(const char* name, const DataType& type) {
+    return DiagModule::createParameter(name, type, "", false, true);
+}
+
 tesk5::Test* FrameworkTest::registerTest(const char* name, TestResult result) {
     return registerTest(name, [result](const DiagDevice&) { return result; });
 }
@@ -117,8 +133,7 @@ void FrameworkTest::setMachineDevices(tesk5::DeviceList devices) {
     g_devices = std::move(devices);
 }
 
-void FrameworkTest::setExamination(
-    std::function<void(const tesk5::DiagDevice&, tesk5::ExaminationDepth, tesk5::Findings&)> what) {
+void FrameworkTest::setExamination(Examination what) {
     g_examination = std::move(what);
 }
 

@@ -2,14 +2,14 @@
 // output is captured.
 #pragma once
 
+#include <support/CapturedStream.h>
 #include <support/TemporaryFolder.h>
 #include <support/VirtualClock.h>
 
 #include <tesk5/DiagModule.h>
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/RunContext.h>
-
-#include <mrl/OutputStream.h>
+#include <tesk5/TeskException.h>
 
 #include <gmock/gmock.h>
 
@@ -20,26 +20,27 @@
 
 namespace test {
 
-/// Keeps what is written to a stream.
-class CapturedStream final : public mrl::OutputStream::Receiver {
-public:
-    explicit CapturedStream(mrl::OutputStream& stream)
-        : m_stream(stream), m_before(stream.redirect(this)) {}
-    ~CapturedStream() override { m_stream.redirect(m_before); }
+using tesk5::DataType;
+using tesk5::DeviceCapability;
+using tesk5::DiagDevice;
+using tesk5::DiagModule;
+using tesk5::Measurement;
+using tesk5::Severity;
+using tesk5::TeskException;
+using tesk5::TestResult;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
 
-    void write(std::string_view utf8) override { m_text += utf8; }
-    const std::string& text() const { return m_text; }
-    void clear() { m_text.clear(); }
-
-private:
-    mrl::OutputStream& m_stream;
-    mrl::OutputStream::Receiver* m_before;
-    std::string m_text;
-};
+/// The text of the TeskException that `action` throws; else the empty text.
+std::string reasonOf(const std::function<void()>& action);
 
 class FrameworkTest : public testing::Test {
 protected:
-    using Body = std::function<tesk5::TestResult(const tesk5::DiagDevice&)>;
+    using Body = std::function<TestResult(const DiagDevice&)>;
+    using Examination =
+        std::function<void(const DiagDevice&, tesk5::ExaminationDepth, tesk5::Findings&)>;
 
     FrameworkTest();
     ~FrameworkTest() override;
@@ -47,12 +48,21 @@ protected:
     /// Registers a test for wireless devices that does `body`; at most eight a test case.
     static tesk5::Test* registerTest(const char* name, Body body);
     /// One that only returns `result`.
-    static tesk5::Test* registerTest(const char* name, tesk5::TestResult result);
+    static tesk5::Test* registerTest(const char* name, TestResult result);
+    /// One that throws `exception`.
+    template <typename Exception>
+    static tesk5::Test* registerThrowing(const char* name, Exception exception) {
+        return registerTest(name,
+                            [exception](const DiagDevice&) -> TestResult { throw exception; });
+    }
+    /// One during which a stop is requested, as by Ctrl+C, and that passes.
+    static tesk5::Test* registerStopping(const char* name);
+    /// A parameter that may be left out.
+    static tesk5::Parameter* optionalParameter(const char* name,
+                                               const DataType& type = DataType::STRING());
 
     /// Sets the module's examination of a device; at first it finds nothing.
-    static void setExamination(
-        std::function<void(const tesk5::DiagDevice&, tesk5::ExaminationDepth, tesk5::Findings&)>
-            what);
+    static void setExamination(Examination what);
 
     /// Runs the module with these arguments, on devices "Card 1", "Card 2", ... unless others are
     /// set.

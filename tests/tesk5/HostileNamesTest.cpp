@@ -4,9 +4,6 @@
 
 #include <support/SafeText.h>
 
-#include <tesk5/Registry.h>
-#include <tesk5/TeskException.h>
-
 #include <mrl/LoggerStream.h>
 #include <mrl/Unicode.h>
 
@@ -17,12 +14,7 @@ namespace test {
 namespace {
 
 using nlohmann::ordered_json;
-using tesk5::DataType;
-using tesk5::DiagDevice;
-using tesk5::DiagModule;
-using tesk5::Severity;
 using tesk5::TeskString;
-using tesk5::TestResult;
 
 // Names as the module makes them of an SSID's bytes, one character a byte, and as files and
 // command lines spell them in UTF-8.
@@ -97,7 +89,7 @@ protected:
             for (const std::string& name : names) {
                 all += name;
             }
-            throw tesk5::TeskException(TeskString(all));
+            throw TeskException(TeskString(all));
         });
         ordered_json devices = ordered_json::array();
         std::string all;

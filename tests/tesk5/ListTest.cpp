@@ -4,11 +4,6 @@ namespace test {
 
 namespace {
 
-using tesk5::DataType;
-using tesk5::DiagModule;
-using tesk5::TestResult;
-using testing::HasSubstr;
-
 class List : public FrameworkTest {
 protected:
     List() {

@@ -97,14 +97,14 @@ TEST_F(TheLiveLine, ShowsNoControlCharactersOfNames) {
     LiveLine line(mrl::cout, WIDE);
     line.begin();
     line.tell("\x1b[2JLab\r", 1);
-    EXPECT_THAT(output(), testing::Not(testing::HasSubstr("\x1b")));
+    EXPECT_THAT(output(), Not(HasSubstr("\x1b")));
     EXPECT_EQ(shown(), "  \\x1B[2JLab\\r: 0 s so far, at most 1 s more");
 }
 
 TEST_F(TheLiveLine, IsNotDrawnOutsideATerminal) {
-    registerTest("A", [](const tesk5::DiagDevice&) {
-        tesk5::DiagModule::progresses("SCANNING", 45);
-        return tesk5::TestResult::PASS();
+    registerTest("A", [](const DiagDevice&) {
+        DiagModule::progresses("SCANNING", 45);
+        return TestResult::PASS();
     });
     EXPECT_EQ(start({"run"}), 0);
     EXPECT_EQ(output(), "A on Card 1\n  PASS after 0.0 s\nRuns: 1 (1 PASS); exit value 0\n");
@@ -130,18 +130,18 @@ TEST(ATicker, TicksUntilItIsDestroyed) {
 class Quiet : public FrameworkTest {};
 
 TEST_F(Quiet, SuccessfulRunsPrintNothing) {
-    registerTest("A", tesk5::TestResult::PASS());
-    registerTest("B", tesk5::TestResult::COMPLETED());
+    registerTest("A", TestResult::PASS());
+    registerTest("B", TestResult::COMPLETED());
     EXPECT_EQ(start({"run", "--quiet"}), 0);
     EXPECT_EQ(output(), "");
     EXPECT_EQ(errors(), "");
 }
 
 TEST_F(Quiet, UnsuccessfulRunsArePrintedAsUsual) {
-    registerTest("A", tesk5::TestResult::PASS());
-    registerTest("B", [](const tesk5::DiagDevice&) {
-        tesk5::DiagModule::warning(tesk5::DiagModule::createEvent("PLAIN"), "", 1);
-        return tesk5::TestResult::WARN();
+    registerTest("A", TestResult::PASS());
+    registerTest("B", [](const DiagDevice&) {
+        DiagModule::warning(DiagModule::createEvent("PLAIN"), "", 1);
+        return TestResult::WARN();
     });
     EXPECT_EQ(start({"run", "--quiet"}), 1);
     EXPECT_EQ(output(), "B on Card 1\n  warning: Something happened.\n  WARN after 0.0 s\n");
@@ -150,16 +150,16 @@ TEST_F(Quiet, UnsuccessfulRunsArePrintedAsUsual) {
 class ColoursOfVerdicts : public FrameworkTest {};
 
 TEST_F(ColoursOfVerdicts, AreThereWhenAskedForAndElseInATerminalOnly) {
-    registerTest("A", tesk5::TestResult::PASS());
-    registerTest("B", tesk5::TestResult::WARN());
-    registerTest("C", tesk5::TestResult::FAIL());
+    registerTest("A", TestResult::PASS());
+    registerTest("B", TestResult::WARN());
+    registerTest("C", TestResult::FAIL());
     start({"run"});
     EXPECT_EQ(output().find('\x1b'), std::string::npos);
     forgetOutput();
     start({"run", "--color", "always"});
-    EXPECT_THAT(output(), testing::HasSubstr("  \x1b[32mPASS\x1b[0m after 0.0 s\n"));
-    EXPECT_THAT(output(), testing::HasSubstr("  \x1b[33mWARN\x1b[0m after 0.0 s\n"));
-    EXPECT_THAT(output(), testing::HasSubstr("  \x1b[31mFAIL\x1b[0m after 0.0 s\n"));
+    EXPECT_THAT(output(), HasSubstr("  \x1b[32mPASS\x1b[0m after 0.0 s\n"));
+    EXPECT_THAT(output(), HasSubstr("  \x1b[33mWARN\x1b[0m after 0.0 s\n"));
+    EXPECT_THAT(output(), HasSubstr("  \x1b[31mFAIL\x1b[0m after 0.0 s\n"));
     forgetOutput();
     start({"run", "--color=never"});
     EXPECT_EQ(output().find('\x1b'), std::string::npos);

@@ -7,14 +7,9 @@ namespace test {
 
 namespace {
 
-using tesk5::DiagModule;
 using tesk5::Limit;
-using tesk5::Measurement;
-using tesk5::Severity;
 using tesk5::Survey;
 using tesk5::TestRecorder;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class Measurements : public FrameworkTest {
 protected:
@@ -107,10 +102,10 @@ TEST_F(Measurements, AndEverythingElseReachTheObserverAsItHappens) {
 }
 
 TEST_F(Measurements, StandOnTheConsoleBeforeTheVerdict) {
-    registerTest("A", [](const tesk5::DiagDevice&) {
+    registerTest("A", [](const DiagDevice&) {
         DiagModule::measured(strength(72, {warning(40), failing(20)}));
         DiagModule::measured(strength(3, {}));
-        return tesk5::TestResult::PASS();
+        return TestResult::PASS();
     });
     EXPECT_EQ(start({"run"}), 0);
     EXPECT_EQ(output(), "A on Card 1\n"

@@ -5,8 +5,6 @@ namespace test {
 
 namespace {
 
-using testing::HasSubstr;
-
 using ModuleCommands = FrameworkTest;
 
 TEST_F(ModuleCommands, GetTheirArgumentsAndTheContextOfTheRun) {
@@ -17,7 +15,7 @@ TEST_F(ModuleCommands, GetTheirArgumentsAndTheContextOfTheRun) {
 
 TEST_F(ModuleCommands, AreDoneAfterTheInitialisationCallback) {
     static bool initialised = false;
-    tesk5::DiagModule::setModuleInitCallback([] { initialised = true; });
+    DiagModule::setModuleInitCallback([] { initialised = true; });
     EXPECT_EQ(startBare({"echo"}), 0);
     EXPECT_TRUE(initialised);
 }

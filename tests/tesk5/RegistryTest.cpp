@@ -1,28 +1,12 @@
 #include "FrameworkTest.h"
 
-#include <tesk5/Registry.h>
-
 namespace test {
 
 namespace {
 
-using tesk5::DataType;
-using tesk5::DeviceCapability;
-using tesk5::DiagModule;
 using tesk5::Registry;
-using tesk5::TeskException;
-using tesk5::TestResult;
 
 class Registration : public FrameworkTest {};
-
-std::string reasonOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const TeskException& exception) {
-        return exception.toString().getUTF8String().bytes();
-    }
-    return "nothing was thrown";
-}
 
 TEST_F(Registration, KeepsTheOrderOfCreationAcrossKinds) {
     DiagModule::createLocalizedString("TITLE");
@@ -30,8 +14,7 @@ TEST_F(Registration, KeepsTheOrderOfCreationAcrossKinds) {
     registerTest("Test", TestResult::PASS());
     DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
     DiagModule::createLocalizedString("EXCELLENT");
-    EXPECT_THAT(registry().order,
-                testing::ElementsAre("TITLE", "WEAK", "Test", "SSID", "EXCELLENT"));
+    EXPECT_THAT(registry().order, ElementsAre("TITLE", "WEAK", "Test", "SSID", "EXCELLENT"));
 }
 
 TEST_F(Registration, FindsEachKindByItsName) {
@@ -94,7 +77,7 @@ TEST_F(Registration, SettersOfATestReturnItAndKeepTheirOrder) {
     EXPECT_TRUE(check->interactive());
     EXPECT_EQ(check->exclusions()[1].property, "y");
     EXPECT_EQ(check->requirements()[0].property, "z");
-    EXPECT_THAT(check->parameters(), testing::ElementsAre(b, a));
+    EXPECT_THAT(check->parameters(), ElementsAre(b, a));
 }
 
 TEST_F(Registration, AParameterIsAttachedOnceHoweverOftenItIsAdded) {

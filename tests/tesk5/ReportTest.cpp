@@ -1,58 +1,101 @@
+// What a run says of itself: the JSON report, the JUnit report, the HTML page and the stream of
+// events, all of the same run.
 #include "FrameworkTest.h"
 
-#include <reports/ReportFile.h>
-#include <reports/ReportJson.h>
+#include <reports/EventStream.h>
 
-#include <tesk5/RunContext.h>
-#include <tesk5/TeskException.h>
-
-#include <mrl/AssertionFailure.h>
 #include <mrl/Exception.h>
-#include <mrl/MRLArrayCommon.h>
+#include <mrl/LoggerStream.h>
 
 #include <nlohmann/json.hpp>
+
+#include <sstream>
+#include <thread>
 
 namespace test {
 
 namespace {
 
-using tesk5::DataType;
-using tesk5::DiagDevice;
-using tesk5::DiagModule;
-using tesk5::TestResult;
-using testing::ElementsAre;
-using testing::HasSubstr;
+using nlohmann::ordered_json;
+using testing::AllOf;
+
+// The members `name` of objects.
+std::vector<ordered_json> allOf(const std::string& name, const std::vector<ordered_json>& objects) {
+    std::vector<ordered_json> members;
+    for (const ordered_json& object : objects) {
+        members.push_back(object.at(name));
+    }
+    return members;
+}
+
+void log(int priority, const char* text) {
+    mrl::Logger& logger = mrl::LogFactory::createLogger("page");
+    mrl::LoggerStream(logger.admitting(priority), priority) << text;
+}
 
 class Reports : public FrameworkTest {
 protected:
-    nlohmann::ordered_json report() const {
-        return nlohmann::ordered_json::parse(bytesOfFile(file("report.json")));
+    /// Starts a run with a report of every kind; \return its exit value.
+    int startWithReports(std::vector<std::string> arguments = {}) {
+        forgetOutput();
+        arguments.insert(arguments.begin(), {"run", "--json", file("r.json"), "--junit",
+                                             file("r.xml"), "--html", file("r.html")});
+        return start(std::move(arguments));
     }
-    std::vector<std::string> toReport(std::vector<std::string> more = {}) const {
-        more.insert(more.begin(), {"run", "--json", file("report.json")});
-        return more;
+    int startWithEvents() { return startWithReports({"--events"}); }
+
+    ordered_json json() const { return ordered_json::parse(bytesOfFile(file("r.json"))); }
+    ordered_json result(std::size_t run) const { return json().at("results").at(run); }
+    std::string junit() const { return bytesOfFile(file("r.xml")); }
+    std::string html() const { return bytesOfFile(file("r.html")); }
+    std::vector<ordered_json> events() const {
+        std::vector<ordered_json> lines;
+        std::istringstream stream(output());
+        for (std::string line; std::getline(stream, line);) {
+            lines.push_back(ordered_json::parse(line));
+        }
+        return lines;
+    }
+    std::vector<ordered_json> types() const { return allOf("type", events()); }
+};
+
+// A run with everything that there is to report, and names that every format must escape.
+class WholeRun : public Reports {
+protected:
+    WholeRun() {
+        registerTest("Signal",
+                     [this](const DiagDevice&) {
+                         DiagModule::progresses("PLAIN", 44.5);
+                         clock().sleep(std::chrono::milliseconds(1500));
+                         DiagModule::surveyed(
+                             {"VISIBLE", "%", 0, 100, {{"<b>Far", 5, false}, {"Lab", 12, true}}});
+                         DiagModule::measured({"Strength",
+                                               12,
+                                               "%",
+                                               0,
+                                               100,
+                                               {{"Warning", 40, Severity::warning},
+                                                {"Failing", 20, Severity::error}}});
+                         auto* event = DiagModule::createEvent("WEAK");
+                         event->setVariable("Strength", mrl::Uint32{12})
+                             ->setVariable("Name", "Lab\x01\"<\n")
+                             ->setVariable("Other", "{{exit}}");
+                         DiagModule::error(event, "modules/a.cpp", 245);
+                         clock().sleep(std::chrono::milliseconds(250));
+                         DiagModule::progresses("WEAK", std::nullopt);
+                         return TestResult::FAIL();
+                     })
+            ->addParameter(optionalParameter("SSID"))
+            ->addParameter(optionalParameter("Limit", DataType::UINT32()));
+        registerTest("Other", TestResult::PASS())->addDevicePropertyRequirement("wired", "");
+        setDevices(R"([{"name": "Kärte\u2028<'&]]>", "capabilities": ["Wireless"],
+                        "properties": {"z": "1", "a": "2"}}])");
+        EXPECT_EQ(startWithReports({"--events", "--set", "SSID=L=b"}), 2);
     }
 };
 
-TEST_F(Reports, DescribeTheWholeRun) {
-    auto* name = DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
-    auto* limit = DiagModule::createParameter("Limit", DataType::UINT32(), "", false, true);
-    auto* event = DiagModule::createEvent("WEAK");
-    registerTest(
-        "Signal",
-        [&](const DiagDevice&) {
-            clock().sleep(std::chrono::milliseconds(1500));
-            event->setVariable("Strength", mrl::Uint32{12})->setVariable("Name", "Lab\x01\"\n");
-            DiagModule::error(event, "modules/a.cpp", 245);
-            clock().sleep(std::chrono::milliseconds(250));
-            return TestResult::FAIL();
-        })
-        ->addParameter(name)
-        ->addParameter(limit);
-    setDevices(R"([{"name": "Kärte\u2028", "capabilities": ["Wireless"],
-                    "properties": {"z": "1", "a": "2"}}])");
-    EXPECT_EQ(start(toReport({"--set", "SSID=L=b"})), 2);
-    EXPECT_EQ(bytesOfFile(file("report.json")), R"({
+TEST_F(WholeRun, IsDescribedByTheJsonReport) {
+    EXPECT_EQ(bytesOfFile(file("r.json")), R"({
   "schema": 1,
   "module": {
     "name": "example",
@@ -66,7 +109,7 @@ TEST_F(Reports, DescribeTheWholeRun) {
     {
       "test": "Signal",
       "device": {
-        "name": "Kärte\u2028",
+        "name": "Kärte\u2028<'&]]>",
         "properties": {
           "z": "1",
           "a": "2"
@@ -84,153 +127,421 @@ TEST_F(Reports, DescribeTheWholeRun) {
         {
           "key": "WEAK",
           "severity": "error",
-          "text": "The signal of Lab\u0001\"\n is 12 %.",
+          "text": "The signal of Lab\u0001\"<\n is 12 %.",
           "variables": {
             "Strength": 12,
-            "Name": "Lab\u0001\"\n"
+            "Name": "Lab\u0001\"<\n",
+            "Other": "{{exit}}"
           },
           "file": "modules/a.cpp",
           "line": 245,
           "time": "2026-11-20T19:55:02.623Z"
         }
       ],
-      "measurements": [],
-      "surveys": [],
+      "measurements": [
+        {
+          "name": "Strength",
+          "value": 12,
+          "unit": "%",
+          "lowest": 0,
+          "highest": 100,
+          "limits": [
+            {
+              "name": "Warning",
+              "value": 40,
+              "severity": "warning"
+            },
+            {
+              "name": "Failing",
+              "value": 20,
+              "severity": "error"
+            }
+          ],
+          "brokenLimit": "Failing"
+        }
+      ],
+      "surveys": [
+        {
+          "name": "VISIBLE",
+          "unit": "%",
+          "lowest": 0,
+          "highest": 100,
+          "entries": [
+            {
+              "name": "<b>Far",
+              "value": 5,
+              "measured": false
+            },
+            {
+              "name": "Lab",
+              "value": 12,
+              "measured": true
+            }
+          ]
+        }
+      ],
       "advice": []
     }
   ],
-  "withoutDevice": []
+  "withoutDevice": [
+    {
+      "test": "Other",
+      "reasons": [
+        "Kärte\u2028<'&]]>: lacks the property \"wired\""
+      ],
+      "advice": []
+    }
+  ]
 }
 )");
 }
 
-TEST_F(Reports, ReplaceTheOldOneAndLeaveNothingElse) {
-    registerTest("A", TestResult::WARN());
-    fileWith("report.json", "old");
-    EXPECT_EQ(start(toReport()), 1);
-    EXPECT_EQ(report()["exit"], 1);
-    EXPECT_THAT(filesThere(), ElementsAre("devices.json", "report.json"));
+TEST_F(WholeRun, IsAStreamOfOneAsciiLineForEachEventInTheShapeOfTheReport) {
+    const ordered_json report = json();
+    const ordered_json signal = report["results"][0];
+    const std::string start = report["started"];
+    const std::string later = signal["events"][0]["time"];
+    const std::string end = report["ended"];
+    std::string expected;
+    int sequence = 0;
+    const auto expect = [&](const char* type, const std::string& time, const ordered_json& rest) {
+        ordered_json line = {{"type", type}, {"sequence", ++sequence}, {"time", time}};
+        line.update(rest);
+        expected += line.dump(-1, ' ', true) + "\n";
+    };
+    expect("runStarted", start,
+           {{"protocol", 1},
+            {"module", report["module"]},
+            {"planned", 1},
+            {"withoutDevice", report["withoutDevice"]}});
+    expect("testStarted", start,
+           {{"run", 1},
+            {"test", "Signal"},
+            {"interactive", false},
+            {"device", signal["device"]},
+            {"parameters", signal["parameters"]}});
+    expect(
+        "progress", start,
+        {{"run", 1}, {"key", "PLAIN"}, {"text", "Something happened."}, {"longestSeconds", 44.5}});
+    expect("survey", later, {{"run", 1}, {"survey", signal["surveys"][0]}});
+    expect("measurement", later, {{"run", 1}, {"measurement", signal["measurements"][0]}});
+    expect("event", later, {{"run", 1}, {"event", signal["events"][0]}});
+    expect("progress", end,
+           {{"run", 1},
+            {"key", "WEAK"},
+            {"text", "The signal of {Name} is {Strength} %."},
+            {"longestSeconds", nullptr}});
+    expect("testEnded", end, {{"run", 1}, {"called", true}, {"failure", ""}, {"result", signal}});
+    expect("runEnded", end, {{"exit", 2}, {"started", start}, {"ended", end}, {"leftOut", 0}});
+    EXPECT_EQ(output(), expected);
+    EXPECT_EQ(errors(), "example: no device for Other\n"
+                        "  Kärte\\u2028<'&]]>: lacks the property \"wired\"\n")
+        << "standard error has it too, for people";
+}
+
+TEST_F(WholeRun, IsDescribedByTheJUnitReport) {
+    EXPECT_EQ(junit(), R"(<?xml version="1.0" encoding="UTF-8"?>
+<testsuites name="example" timestamp="2026-11-20T19:55:01.123Z" tests="2" failures="1" errors="0" skipped="1" time="1.750">
+  <testsuite name="example.Signal" timestamp="2026-11-20T19:55:01.123Z" tests="1" failures="1" errors="0" skipped="0" time="1.750">
+    <properties>
+      <property name="module" value="example"/>
+      <property name="version" value="6.5"/>
+      <property name="build" value="000000001"/>
+      <property name="exit" value="2"/>
+    </properties>
+    <testcase classname="example.Signal" name="Signal[Kärte\u2028&lt;&#39;&amp;]]&gt;]" time="1.750">
+      <properties>
+        <property name="result" value="FAIL"/>
+        <property name="started" value="2026-11-20T19:55:01.123Z"/>
+        <property name="device" value="Kärte\u2028&lt;&#39;&amp;]]&gt;"/>
+        <property name="device.z" value="1"/>
+        <property name="device.a" value="2"/>
+        <property name="parameter.SSID" value="L=b"/>
+        <property name="parameter.Limit" value="0"/>
+        <property name="measurement.Strength" value="12"/>
+        <property name="measurement.Strength.unit" value="%"/>
+        <property name="measurement.Strength.lowest" value="0"/>
+        <property name="measurement.Strength.highest" value="100"/>
+        <property name="measurement.Strength.limit.Warning" value="40"/>
+        <property name="measurement.Strength.limit.Warning.severity" value="warning"/>
+        <property name="measurement.Strength.limit.Failing" value="20"/>
+        <property name="measurement.Strength.limit.Failing.severity" value="error"/>
+        <property name="measurement.Strength.brokenLimit" value="Failing"/>
+      </properties>
+      <failure message="The signal of Lab\x01&quot;&lt;\n is 12 %." type="WEAK">error: The signal of Lab\x01&quot;&lt;\n is 12 %.
+  WEAK (modules/a.cpp:245)
+  Strength = 12
+  Name = Lab\x01&quot;&lt;\n
+  Other = {{exit}}</failure>
+      <system-out>error: The signal of Lab\x01&quot;&lt;\n is 12 %.
+  WEAK (modules/a.cpp:245)
+  Strength = 12
+  Name = Lab\x01&quot;&lt;\n
+  Other = {{exit}}
+Strength: 12 % [###..|....|..............] at or below the failing limit of 20 %
+VISIBLE:
+  12 %  Lab  (measured)
+  5 %  &lt;b&gt;Far</system-out>
+    </testcase>
+  </testsuite>
+  <testsuite name="example.Other" timestamp="2026-11-20T19:55:01.123Z" tests="1" failures="0" errors="0" skipped="1" time="0.000">
+    <properties>
+      <property name="module" value="example"/>
+      <property name="version" value="6.5"/>
+      <property name="build" value="000000001"/>
+      <property name="exit" value="2"/>
+    </properties>
+    <testcase classname="example.Other" name="Other" time="0.000">
+
+      <skipped message="This PC has no device that suits the test. Kärte\u2028&lt;&#39;&amp;]]&gt;: lacks the property &quot;wired&quot;">Kärte\u2028&lt;&#39;&amp;]]&gt;: lacks the property &quot;wired&quot;</skipped>
+
+    </testcase>
+  </testsuite>
+</testsuites>
+)");
+}
+
+TEST_F(WholeRun, IsShownByTheHtmlPageWithEveryNameAsTextIsolatedInItsDirection) {
+    const std::string page = html();
+    for (const char* part : {
+             R"(<html lang="en" dir="ltr">)",
+             "<strong>Failed</strong> <small>FAIL</small>",
+             "<bdi>example 6.5 (build 000000001)</bdi>",
+             "<bdi>Kärte\\u2028&lt;&#39;&amp;]]&gt;</bdi>",
+             R"(aria-label="Strength: 12 %; Warning at 40 % or below; Failing at 20 % or below")",
+             R"(<rect class="bad" x="0.00%" y="24" width="20.00%")",
+             R"(<rect class="warning" x="20.00%" y="24" width="20.00%")",
+             R"(<rect class="good" x="40.00%" y="24" width="60.00%")",
+             R"(<rect class="bar" x="0.00%" y="32" width="12.00%")",
+             R"(<tr class="measured"><th scope="row"><bdi>Lab</bdi>)",
+             "The signal of <bdi>Lab\\x01&quot;&lt;\\n</bdi> is <bdi>12</bdi> %.",
+             "<bdi>Other</bdi>: <bdi>{{exit}}</bdi>",
+         }) {
+        EXPECT_THAT(page, HasSubstr(part));
+    }
+    EXPECT_LT(page.find("<bdi>Lab</bdi>"), page.find("<bdi>&lt;b&gt;Far</bdi>"))
+        << "the strongest first";
+    EXPECT_THAT(page, HasSubstr("content=\"default-src 'none'; style-src 'sha256-"));
+    for (const char* foreign : {"<script", "src=", "url(", "style=", "http://", "https://"}) {
+        EXPECT_THAT(page, Not(HasSubstr(foreign)));
+    }
+    EXPECT_THAT(page, Not(HasSubstr("REPORT_"))) << "every text is found";
+}
+
+// How one test appears in the JUnit report.
+struct JUnitRow {
+    TestResult result;
+    bool warns; ///< the test raises a warning
+    const char* counts;
+    const char* verdict; ///< none: the report has no element for it
+};
+
+class JUnitVerdicts : public Reports, public testing::WithParamInterface<JUnitRow> {};
+
+TEST_P(JUnitVerdicts, AreElementsWithTheReason) {
+    registerTest("A", [](const DiagDevice&) {
+        if (GetParam().warns) {
+            DiagModule::warning(DiagModule::createEvent("PLAIN"), "a.cpp", 1);
+        }
+        return GetParam().result;
+    });
+    startWithReports();
+    EXPECT_THAT(junit(), HasSubstr(std::string(R"(tests="1" )") + GetParam().counts));
+    EXPECT_THAT(junit(), HasSubstr(std::string(R"(<property name="result" value=")") +
+                                   GetParam().result.name() + "\"/>"));
+    EXPECT_THAT(junit(), HasSubstr(GetParam().verdict));
+    const bool good = GetParam().result.good() || GetParam().result == TestResult::WARN();
+    EXPECT_EQ(junit().find(" message=") == std::string::npos, good);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Results, JUnitVerdicts,
+    testing::Values(
+        JUnitRow{.result = TestResult::COMPLETED(),
+                 .warns = false,
+                 .counts = R"(failures="0" errors="0" skipped="0")",
+                 .verdict = ""},
+        JUnitRow{.result = TestResult::WARN(),
+                 .warns = true,
+                 .counts = R"(failures="0" errors="0" skipped="0")",
+                 .verdict = "<system-out>warning: Something happened.\n"},
+        JUnitRow{.result = TestResult::CANNOTRUN(),
+                 .warns = true,
+                 .counts = R"(failures="0" errors="0" skipped="1")",
+                 .verdict = R"(<skipped message="Something happened.")"},
+        JUnitRow{.result = TestResult::BADPARAMS(),
+                 .warns = false,
+                 .counts = R"(failures="0" errors="1" skipped="0")",
+                 .verdict = R"(<error message="Parameters cannot be used" type="BADPARAMS"/>)"}),
+    [](const auto& row) { return row.param.result.name(); });
+
+TEST_F(Reports, SayWhyATestHasNoDevice) {
+    registerTest("A", TestResult::PASS());
+    setDevices(R"([{"name": "Cable", "capabilities": []}, {"name": "Modem", "capabilities": []}])");
+    EXPECT_EQ(startWithEvents(), 3);
+    EXPECT_EQ(json()["exit"], 3);
+    EXPECT_EQ(json()["results"], ordered_json::array());
+    EXPECT_THAT(types(), ElementsAre("runStarted", "runEnded"));
+    EXPECT_EQ(events()[0]["planned"], 0);
+    EXPECT_EQ(events()[1]["exit"], 3);
+    EXPECT_THAT(junit(), HasSubstr(R"(<testcase classname="example.A" name="A" time="0.000">)"));
+    EXPECT_THAT(junit(),
+                HasSubstr("<skipped message=\"This PC has no device that suits the test.\">Cable"));
+    EXPECT_THAT(junit(), HasSubstr("\nModem: "));
+    EXPECT_THAT(html(), HasSubstr("<small>CANNOTRUN</small>"));
+    EXPECT_THAT(html(), HasSubstr("<li><bdi>Cable: "));
+}
+
+TEST_F(Reports, GiveTheReasonForAnInternalError) {
+    registerThrowing("A", TeskException("the \xfc <card> vanished"));
+    registerTest("B", TestResult::CANNOTRUN());
+    EXPECT_EQ(startWithEvents(), 5);
+    EXPECT_EQ(result(0)["result"], "INTERNALERROR");
+    EXPECT_EQ(result(0)["failure"], "the \xEF\xBF\xBD <card> vanished");
+    EXPECT_FALSE(result(1).contains("failure"));
+    EXPECT_EQ(events()[2]["failure"], result(0)["failure"]);
+    EXPECT_THAT(junit(), HasSubstr("<error message=\"the \xEF\xBF\xBD &lt;card&gt; vanished\" "
+                                   "type=\"INTERNALERROR\">the \xEF\xBF\xBD &lt;card&gt; "
+                                   "vanished</error>"));
+    EXPECT_THAT(html(), HasSubstr("<p class=\"remark\"><bdi>the \xEF\xBF\xBD &lt;card&gt; "
+                                  "vanished</bdi></p>"));
+    EXPECT_THAT(html(), HasSubstr("The test gave no reason. The log may show more.")) << "of B";
 }
 
 TEST_F(Reports, ListRunsThatAStopRequestPrevented) {
+    registerStopping("A");
+    registerTest("B", TestResult::PASS());
+    EXPECT_EQ(startWithEvents(), 6);
+    EXPECT_EQ(result(1)["result"], "USERABORTED");
+    EXPECT_EQ(result(1)["seconds"], 0);
+    EXPECT_EQ(json()["exit"], 6);
+    EXPECT_THAT(types(),
+                ElementsAre("runStarted", "testStarted", "testEnded", "testEnded", "runEnded"));
+    EXPECT_EQ(events()[2]["called"], true);
+    EXPECT_EQ(events()[3]["called"], false);
+    EXPECT_EQ(events()[3]["run"], 2);
+    EXPECT_THAT(junit(), HasSubstr(R"(tests="2" failures="0" errors="1" skipped="0")"));
+    EXPECT_THAT(junit(), HasSubstr("<error message=\"The test was not started"));
+}
+
+TEST_F(Reports, CountTheRunsThatAnAbortLeftOut) {
     registerTest("A", [](const DiagDevice&) {
-        tesk5::RunContext::current().stopRequest.raise();
+        DiagModule::requestAbort();
         return TestResult::PASS();
     });
-    registerTest("B", TestResult::PASS());
-    EXPECT_EQ(start(toReport()), 6);
-    EXPECT_EQ(report()["results"][1]["result"], "USERABORTED");
-    EXPECT_EQ(report()["results"][1]["seconds"], 0);
-    EXPECT_EQ(report()["exit"], 6);
-}
-
-TEST_F(Reports, GiveTheReasonForABrokenTestAlone) {
-    registerTest("A", [](const DiagDevice&) -> TestResult {
-        throw tesk5::TeskException("the card \xfc vanished");
-    });
-    registerTest("B", TestResult::PASS());
-    EXPECT_EQ(start(toReport()), 5);
-    EXPECT_EQ(report()["results"][0]["result"], "INTERNALERROR");
-    EXPECT_EQ(report()["results"][0]["failure"], "the card \xEF\xBF\xBD vanished");
-    EXPECT_FALSE(report()["results"][1].contains("failure"));
-}
-
-TEST_F(Reports, AreWrittenWithoutAnyDeviceToo) {
-    registerTest("A", TestResult::PASS());
-    setDevices("[]");
-    EXPECT_EQ(start(toReport()), 3);
-    EXPECT_EQ(report()["exit"], 3);
-    EXPECT_TRUE(report()["results"].is_array());
-    EXPECT_TRUE(report()["results"].empty());
+    setDevices(3);
+    EXPECT_EQ(startWithEvents(), 0);
+    EXPECT_EQ(events().front()["planned"], 3);
+    EXPECT_EQ(events().back()["leftOut"], 2);
+    EXPECT_THAT(junit(), HasSubstr(R"(<property name="leftOut" value="2"/>)"));
 }
 
 TEST_F(Reports, OfARunThatAnExceptionEndedNameTheTestAndTheReason) {
     registerTest("A", TestResult::PASS());
     registerTest("B", [](const DiagDevice&) -> TestResult {
         DiagModule::warning(DiagModule::createEvent("PLAIN"), "", 1);
-        throw mrl::Exception("oops");
+        throw std::runtime_error("no \xfc"
+                                 "ber\n");
     });
     registerTest("C", TestResult::PASS());
-    fileWith("report.json", "old");
-    EXPECT_THROW(start(toReport()), mrl::Exception);
-    EXPECT_EQ(report()["exit"], 8);
-    ASSERT_EQ(report()["results"].size(), 2U);
-    EXPECT_EQ(report()["results"][0]["result"], "PASS");
-    const nlohmann::ordered_json broken = report()["results"][1];
-    EXPECT_EQ(broken["result"], "EXITEDABNORMALLY");
-    EXPECT_EQ(broken["value"], 8);
-    EXPECT_EQ(broken["failure"], "oops");
-    ASSERT_EQ(broken["events"].size(), 1U);
-    EXPECT_EQ(broken["events"][0]["key"], "PLAIN");
-    EXPECT_THAT(filesThere(), ElementsAre("devices.json", "report.json"));
+    EXPECT_THROW(startWithEvents(), std::runtime_error);
+    EXPECT_EQ(json()["exit"], 8);
+    ASSERT_EQ(json()["results"].size(), 2U);
+    EXPECT_EQ(result(0)["result"], "PASS");
+    EXPECT_EQ(result(1)["result"], "EXITEDABNORMALLY");
+    EXPECT_EQ(result(1)["value"], 8);
+    EXPECT_EQ(result(1)["failure"], "no \xef\xbf\xbd"
+                                    "ber\n")
+        << "in no encoding that is known";
+    EXPECT_EQ(result(1)["events"][0]["key"], "PLAIN");
+    EXPECT_THAT(types(), ElementsAre("runStarted", "testStarted", "testEnded", "testStarted",
+                                     "event", "broken"));
+    EXPECT_EQ(events().back()["run"], 2);
+    EXPECT_EQ(events().back()["reason"], result(1)["failure"]);
+    EXPECT_THAT(errors(), HasSubstr("an exception ended B on Card 1; the run ends here"));
 }
 
-TEST_F(Reports, TellABrokenAssertionOfTheArrayFromAnExceptionOfUnknownType) {
-    registerTest("A", [](const DiagDevice&) -> TestResult {
-        const mrl::MRLArray<int> none;
-        return none[0] == 0 ? TestResult::PASS() : TestResult::FAIL();
-    });
-    EXPECT_THROW(start(toReport()), mrl::StructuredException);
-    EXPECT_EQ(report()["results"][0]["failure"], "structured exception with code 7");
-
-    registry().tests.clear();
-    registerTest("B", [](const DiagDevice&) -> TestResult { throw 7; });
-    EXPECT_THROW(start(toReport()), int);
-    EXPECT_EQ(report()["results"][0]["result"], "EXITEDABNORMALLY");
-    EXPECT_FALSE(report()["results"][0].contains("failure"));
-}
-
-TEST_F(Reports, ThatCannotBeWrittenDoNotHideTheExceptionThatEndedTheRun) {
-    registerTest("A", [this](const DiagDevice&) -> TestResult {
-        std::filesystem::create_directory(mrl::System::path(file("report.json")));
-        fileWith("report.json/full", "");
-        throw mrl::Exception("oops");
-    });
-    EXPECT_THROW(start(toReport()), mrl::Exception);
-    EXPECT_THAT(errors(), HasSubstr("report.json\" could not be written: "));
-}
-
-TEST_F(Reports, AreNotTouchedBeforeTheRunIsOver) {
-    registerTest("A", [this](const DiagDevice&) {
-        EXPECT_EQ(bytesOfFile(file("report.json")), "old");
-        EXPECT_THAT(filesThere(), ElementsAre("devices.json", "report.json"));
-        return TestResult::PASS();
-    });
-    fileWith("report.json", "old");
-    EXPECT_EQ(start(toReport()), 0);
-}
-
-TEST_F(Reports, ThatCannotBeWrittenAreAFailureWithAReason) {
-    registerTest("A", [this](const DiagDevice&) {
-        std::filesystem::create_directory(mrl::System::path(file("report.json")));
-        fileWith("report.json/full", "");
-        return TestResult::PASS();
-    });
-    try {
-        start(toReport());
-        GTEST_FAIL() << "no exception";
-    } catch (const tesk5::TeskException& exception) {
-        EXPECT_THAT(exception.toString().getUTF8String().bytes(),
-                    HasSubstr("report.json\" could not be written: "));
+TEST_F(Reports, OfSeveralRunsNumberDevicesOfOneNameAndShowTheWorstFirst) {
+    registerTest("A", TestResult::PASS())->setInteractive(true);
+    registerTest("B", TestResult::FAIL());
+    setDevices(R"([{"name": "Card", "capabilities": ["Wireless"]},
+                   {"name": "Card", "capabilities": ["Wireless"]}])");
+    EXPECT_EQ(startWithReports({"A", "B", "--events"}), 2);
+    EXPECT_THAT(types(),
+                ElementsAre("runStarted", "testStarted", "testEnded", "testStarted", "testEnded",
+                            "testStarted", "testEnded", "testStarted", "testEnded", "runEnded"));
+    EXPECT_EQ(events()[1]["interactive"], true);
+    EXPECT_EQ(events()[8]["run"], 4);
+    EXPECT_EQ(errors(), "");
+    for (const char* part : {R"(tests="4" failures="2" errors="0" skipped="0")",
+                             R"(name="example.A" timestamp="2026-11-20T19:55:01.123Z" tests="2")",
+                             R"(name="B[Card]")", R"(name="B[Card (2)]")"}) {
+        EXPECT_THAT(junit(), HasSubstr(part));
     }
-    EXPECT_THAT(filesThere(), ElementsAre("devices.json", "report.json"));
+    const std::string page = html();
+    EXPECT_LT(page.find("<strong>Failed</strong>"), page.find("<strong>Passed</strong>"));
+    EXPECT_THAT(page, HasSubstr("<a href=\"#result-3\"><bdi>B</bdi></a>"));
+    EXPECT_THAT(page, HasSubstr("<article class=\"card\" id=\"result-3\">"));
 }
 
-#ifndef _WIN32 // where making a link takes a right that few users have
-TEST_F(Reports, GoToTheFileBehindALink) {
-    registerTest("A", TestResult::PASS());
-    std::filesystem::create_symlink(mrl::System::path(fileWith("real.json", "old")),
-                                    mrl::System::path(file("report.json")));
-    EXPECT_EQ(start(toReport()), 0);
-    EXPECT_THAT(bytesOfFile(file("real.json")), HasSubstr("\"schema\": 1"));
-    EXPECT_TRUE(std::filesystem::is_symlink(mrl::System::path(file("report.json"))));
+TEST_F(Reports, HoldTheLogInTheHtmlPageWithoutALogOption) {
+    registerTest("A", [](const DiagDevice&) {
+        log(1, "the <line>");
+        log(0, "a trace");
+        return TestResult::PASS();
+    });
+    startWithReports();
+    EXPECT_THAT(html(), HasSubstr("2026-11-20T19:55:01.123Z 1 page: the &lt;line&gt;\n"));
+    EXPECT_THAT(html(), Not(HasSubstr("a trace")));
+    EXPECT_EQ(errors(), "");
+    EXPECT_EQ(mrl::LogFactory::getPriority(), mrl::LogFactory::OFF);
 }
-#endif
 
-TEST_F(Reports, DifferentPathsToOneFileAreRecognised) {
-    EXPECT_TRUE(tesk5::nameSameFile(file("a"), file("./a")));
-    EXPECT_FALSE(tesk5::nameSameFile(file("a"), file("b")));
-    EXPECT_TRUE(tesk5::nameSameFile("a", "./x/../a"));
+TEST_F(Reports, LeaveARequestedLogUnchanged) {
+    registerTest("A", [](const DiagDevice&) {
+        log(1, "ordinary");
+        log(3, "grave");
+        return TestResult::PASS();
+    });
+    startWithReports({"--log-level", "3"});
+    EXPECT_THAT(html(), AllOf(HasSubstr("ordinary"), HasSubstr("grave")));
+    EXPECT_THAT(errors(), AllOf(HasSubstr(" 3 page: grave\n"), Not(HasSubstr("ordinary"))));
+    EXPECT_EQ(mrl::LogFactory::getPriority(), 3);
+}
+
+TEST_F(Reports, AreAheadOfTheRunInTheStreamOfEvents) {
+    registerTest("A", [this](const DiagDevice&) {
+        EXPECT_THAT(types(), ElementsAre("runStarted", "testStarted"));
+        DiagModule::progresses("PLAIN", 1.0);
+        EXPECT_THAT(types(), ElementsAre("runStarted", "testStarted", "progress"));
+        return TestResult::PASS();
+    });
+    EXPECT_EQ(startWithEvents(), 0);
+}
+
+TEST_F(Reports, HaveAStopRequestInTheStreamOfEvents) {
+    tesk5::EventStream(mrl::cout).onStopRequest();
+    EXPECT_EQ(output(),
+              "{\"type\":\"stopping\",\"sequence\":1,\"time\":\"2026-11-20T19:55:01.123Z\"}\n");
+}
+
+TEST_F(Reports, HaveWholeLinesOfEveryThreadInTheStreamInTheOrderOfTheirNumbers) {
+    tesk5::EventStream stream(mrl::cout);
+    constexpr int TIMES = 200;
+    std::thread other([&stream] {
+        for (int i = 0; i < TIMES; ++i) {
+            stream.onStopRequest();
+        }
+    });
+    for (int i = 0; i < TIMES; ++i) {
+        stream.onProgress({"KEY", std::string(300, 'x'), 7.0});
+    }
+    other.join();
+    mrl::Uint32 sequence = 0;
+    for (const ordered_json& line : events()) {
+        EXPECT_EQ(line["sequence"], ++sequence);
+    }
+    EXPECT_EQ(sequence, 2U * TIMES);
 }
 
 } // namespace

@@ -9,10 +9,7 @@ namespace test {
 
 namespace {
 
-using tesk5::DiagDevice;
-using tesk5::DiagModule;
 using tesk5::RunContext;
-using tesk5::TestResult;
 
 // For the two test functions below, which get only a device.
 RunContext* g_inner = nullptr;
@@ -53,7 +50,7 @@ protected:
 };
 
 TEST_F(SideBySide, RunsShareNothing) {
-    const auto wireless = tesk5::DeviceCapability::Wireless();
+    const auto wireless = DeviceCapability::Wireless();
     {
         const RunContext::Scope scope(m_inner);
         DiagModule::setVersion(1, 2, "3");
@@ -87,23 +84,23 @@ TEST_F(SideBySide, RunsShareNothing) {
 TEST_F(SideBySide, EachWritesItsOwnLanguageAndColoursToItsOwnStreams) {
     {
         const RunContext::Scope scope(m_inner);
-        DiagModule::createTest("A", tesk5::DeviceCapability::Wireless(), &warnAndStop);
+        DiagModule::createTest("A", DeviceCapability::Wireless(), &warnAndStop);
     }
     m_inner.arguments = {"run",   "--devices",   file("devices.json"), "--color=always",
                          "--log", file("a.log"), "--language=de"};
-    DiagModule::createTest("A", tesk5::DeviceCapability::Wireless(), &startTheOther);
+    DiagModule::createTest("A", DeviceCapability::Wireless(), &startTheOther);
     EXPECT_EQ(start({"run"}), 0);
-    EXPECT_THAT(m_innerResults.text(), testing::HasSubstr("\x1b[33mWARN\x1b[0m"));
-    EXPECT_THAT(m_innerResults.text(), testing::HasSubstr("Testläufe: 1"));
-    EXPECT_THAT(output(), testing::HasSubstr("Runs: 1 (1 PASS)"));
-    EXPECT_THAT(output(), testing::Not(testing::HasSubstr("\x1b")));
+    EXPECT_THAT(m_innerResults.text(), HasSubstr("\x1b[33mWARN\x1b[0m"));
+    EXPECT_THAT(m_innerResults.text(), HasSubstr("Testläufe: 1"));
+    EXPECT_THAT(output(), HasSubstr("Runs: 1 (1 PASS)"));
+    EXPECT_THAT(output(), Not(HasSubstr("\x1b")));
 
     m_inner.arguments = {"nonsense", "--language=de"};
     {
         const RunContext::Scope scope(m_inner);
         EXPECT_EQ(DiagModule::start(), 64);
     }
-    EXPECT_THAT(m_innerFailures.text(), testing::HasSubstr("nonsense"));
+    EXPECT_THAT(m_innerFailures.text(), HasSubstr("nonsense"));
     EXPECT_EQ(errors(), "");
 }
 

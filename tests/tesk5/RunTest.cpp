@@ -1,21 +1,10 @@
 #include "FrameworkTest.h"
 
-#include <tesk5/RunContext.h>
-
 #include <mrl/Exception.h>
 
 namespace test {
 
 namespace {
-
-using tesk5::DataType;
-using tesk5::DeviceCapability;
-using tesk5::DiagDevice;
-using tesk5::DiagModule;
-using tesk5::TestResult;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 class Runs : public FrameworkTest {
 protected:
@@ -190,8 +179,8 @@ TEST_F(Runs, AStopRequestDuringTheLastTestChangesNothing) {
 }
 
 TEST_F(Runs, GoOnAfterATeskExceptionWhichIsAnInternalError) {
-    registerTest(
-        "A", [](const DiagDevice&) -> TestResult { throw tesk5::TeskException("no such\nthing"); });
+    registerTest("A",
+                 [](const DiagDevice&) -> TestResult { throw TeskException("no such\nthing"); });
     noting("B");
     EXPECT_EQ(start({"run"}), TestResult::INTERNALERROR().value());
     EXPECT_THAT(m_calls, ElementsAre("B on Card 1"));
@@ -225,7 +214,7 @@ TEST_F(Runs, LetExceptionsOfAnyTypePass) {
 TEST_F(Runs, TurnAFailureOfTheModulesCallbackIntoOneWithAReason) {
     registerTest("A", TestResult::PASS());
     DiagModule::setModuleInitCallback([] { throw std::runtime_error("no room"); });
-    EXPECT_THROW(start({"run"}), tesk5::TeskException);
+    EXPECT_THROW(start({"run"}), TeskException);
 }
 
 TEST_F(Runs, ShowWhatRunsWhereAndHowItWent) {

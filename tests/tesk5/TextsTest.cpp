@@ -17,8 +17,6 @@ using tesk5::Language;
 using tesk5::message;
 using testing::AllOf;
 using testing::Contains;
-using testing::HasSubstr;
-using testing::Not;
 
 class SpokenTexts : public FrameworkTest {
 protected:

@@ -5,17 +5,18 @@
 
 #include <string>
 
-namespace fuzz {
+namespace test {
 
 /// While it lives, text that is written to `stream` is collected here.
-class CapturedOutput final : public mrl::OutputStream::Receiver {
+class CapturedStream final : public mrl::OutputStream::Receiver {
 public:
-    explicit CapturedOutput(mrl::OutputStream& stream)
+    explicit CapturedStream(mrl::OutputStream& stream)
         : m_stream(stream), m_before(stream.redirect(this)) {}
-    ~CapturedOutput() override { m_stream.redirect(m_before); }
+    ~CapturedStream() override { m_stream.redirect(m_before); }
 
     void write(std::string_view utf8) override { m_text += utf8; }
     const std::string& text() const { return m_text; }
+    void clear() { m_text.clear(); }
 
 private:
     mrl::OutputStream& m_stream;
@@ -23,4 +24,4 @@ private:
     std::string m_text;
 };
 
-} // namespace fuzz
+} // namespace test
