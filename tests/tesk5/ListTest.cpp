@@ -62,14 +62,6 @@ What would run
 )");
 }
 
-TEST_F(List, RunsNothingAndCallsTheModulesCallback) {
-    static bool called = false;
-    called = false;
-    DiagModule::setModuleInitCallback([] { called = true; });
-    EXPECT_EQ(start({}), 0);
-    EXPECT_TRUE(called);
-}
-
 TEST_F(List, HonoursTheChoiceOfDevices) {
     EXPECT_EQ(start({"list", "--device", "card a"}), 0);
     EXPECT_THAT(output(),

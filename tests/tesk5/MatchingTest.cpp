@@ -16,77 +16,70 @@ tesk5::TestResult nothing(const DiagDevice&) {
     return tesk5::TestResult::PASS();
 }
 
-struct Matching : testing::Test {
-    tesk5::Test check{"Test", DeviceCapability::Wireless() | DeviceCapability::NetworkCard(),
-                      nothing};
-
-    std::vector<std::string> against(DeviceCapability capability,
-                                     DiagDevice::Properties properties = {}) const {
-        std::vector<std::string> phrases;
-        for (const tesk5::Mismatch& reason :
-             check.mismatches(DiagDevice("Card", capability, std::move(properties)))) {
-            phrases.push_back(tesk5::message(reason));
-        }
-        return phrases;
+// Why the test leaves out a device with these capabilities and properties.
+std::vector<std::string> reasons(const tesk5::Test& test, DeviceCapability capability,
+                                 DiagDevice::Properties properties = {}) {
+    std::vector<std::string> phrases;
+    for (const tesk5::Mismatch& reason :
+         test.mismatches(DiagDevice("Card", capability, std::move(properties)))) {
+        phrases.push_back(tesk5::message(reason));
     }
-    /// The same of a device with every capability.
-    std::vector<std::string> againstWith(DiagDevice::Properties properties) const {
-        return against(check.capability(), std::move(properties));
-    }
-};
+    return phrases;
+}
 
-TEST_F(Matching, NeedsEveryCapabilityOfTheTest) {
-    EXPECT_THAT(against(check.capability()), IsEmpty());
-    EXPECT_THAT(against(DeviceCapability::NetworkCard()),
+TEST(Matching, NeedsEveryCapabilityOfTheTestAndAllowsMore) {
+    const DeviceCapability both = DeviceCapability::Wireless() | DeviceCapability::NetworkCard();
+    const tesk5::Test test("Test", both, nothing);
+    EXPECT_THAT(reasons(test, both), IsEmpty());
+    EXPECT_THAT(reasons(test, DeviceCapability::NetworkCard()),
                 ElementsAre("lacks the capability \"Wireless\""));
-    EXPECT_THAT(against(DeviceCapability()), ElementsAre("lacks the capability \"Wireless\"",
-                                                         "lacks the capability \"NetworkCard\""));
-}
-
-TEST_F(Matching, MoreCapabilitiesThanNeededAreFine) {
+    EXPECT_THAT(
+        reasons(test, DeviceCapability()),
+        ElementsAre("lacks the capability \"Wireless\"", "lacks the capability \"NetworkCard\""));
     const tesk5::Test plain("Test", DeviceCapability::NetworkCard(), nothing);
-    EXPECT_THAT(plain.mismatches(DiagDevice("Card", check.capability())), IsEmpty());
+    EXPECT_THAT(reasons(plain, both), IsEmpty());
 }
 
-TEST_F(Matching, AnExclusionWithoutValueMeansThePropertyItself) {
-    check.addDevicePropertyExclusion("WirelessWAN", "");
-    EXPECT_THAT(againstWith({}), IsEmpty());
-    EXPECT_THAT(againstWith({{"WirelessWAN", ""}}),
-                ElementsAre("has the property \"WirelessWAN\""));
-    EXPECT_THAT(againstWith({{"WirelessWAN", "no"}}),
-                ElementsAre("has the property \"WirelessWAN\""));
-    EXPECT_THAT(againstWith({{"wirelesswan", "true"}}), IsEmpty());
+TEST(Matching, AConditionWithoutAValueMeansThePropertyItselfAndOneWithAValueThisValueAlone) {
+    tesk5::Test excluding("Test", {}, nothing);
+    excluding.addDevicePropertyExclusion("Bus", "");
+    tesk5::Test excludingUsb("Test", {}, nothing);
+    excludingUsb.addDevicePropertyExclusion("Bus", "USB");
+    tesk5::Test requiring("Test", {}, nothing);
+    requiring.addDevicePropertyRequirement("Bus", "");
+    tesk5::Test requiringPci("Test", {}, nothing);
+    requiringPci.addDevicePropertyRequirement("Bus", "PCI");
+    const struct {
+        const tesk5::Test& test;
+        DiagDevice::Properties properties;
+        std::vector<std::string> reasons;
+    } rows[] = {
+        {excluding, {}, {}},
+        {excluding, {{"Bus", ""}}, {"has the property \"Bus\""}},
+        {excluding, {{"Bus", "no"}}, {"has the property \"Bus\""}},
+        {excluding, {{"bus", "true"}}, {}},
+        {excludingUsb, {}, {}},
+        {excludingUsb, {{"Bus", "PCI"}}, {}},
+        {excludingUsb, {{"Bus", "usb"}}, {}},
+        {excludingUsb, {{"Bus", "USB"}}, {"has the property \"Bus\" with the value \"USB\""}},
+        {requiring, {}, {"lacks the property \"Bus\""}},
+        {requiring, {{"Bus", ""}}, {}},
+        {requiring, {{"Bus", "false"}}, {}},
+        {requiringPci, {{"Bus", "PCI"}}, {}},
+        {requiringPci, {{"Bus", "USB"}}, {"lacks the property \"Bus\" with the value \"PCI\""}},
+        {requiringPci, {}, {"lacks the property \"Bus\" with the value \"PCI\""}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(reasons(row.test, {}, row.properties), row.reasons) << &row - rows;
+    }
 }
 
-TEST_F(Matching, AnExclusionWithValueMeansThisValueAlone) {
-    check.addDevicePropertyExclusion("Bus", "USB");
-    EXPECT_THAT(againstWith({}), IsEmpty());
-    EXPECT_THAT(againstWith({{"Bus", "PCI"}}), IsEmpty());
-    EXPECT_THAT(againstWith({{"Bus", "usb"}}), IsEmpty());
-    EXPECT_THAT(againstWith({{"Bus", "USB"}}),
-                ElementsAre("has the property \"Bus\" with the value \"USB\""));
-}
-
-TEST_F(Matching, ARequirementWithoutValueMeansThePropertyItself) {
-    check.addDevicePropertyRequirement("wlanAPISupported", "");
-    EXPECT_THAT(againstWith({}), ElementsAre("lacks the property \"wlanAPISupported\""));
-    EXPECT_THAT(againstWith({{"wlanAPISupported", ""}}), IsEmpty());
-    EXPECT_THAT(againstWith({{"wlanAPISupported", "false"}}), IsEmpty());
-}
-
-TEST_F(Matching, ARequirementWithValueMeansThisValueAlone) {
-    check.addDevicePropertyRequirement("Bus", "PCI");
-    EXPECT_THAT(againstWith({{"Bus", "PCI"}}), IsEmpty());
-    EXPECT_THAT(againstWith({{"Bus", "USB"}}),
-                ElementsAre("lacks the property \"Bus\" with the value \"PCI\""));
-    EXPECT_THAT(againstWith({}), ElementsAre("lacks the property \"Bus\" with the value \"PCI\""));
-}
-
-TEST_F(Matching, GivesEveryReason) {
-    check.addDevicePropertyExclusion("WirelessWAN", "")
+TEST(Matching, GivesEveryReason) {
+    tesk5::Test test("Test", DeviceCapability::Wireless(), nothing);
+    test.addDevicePropertyExclusion("WirelessWAN", "")
         ->addDevicePropertyExclusion("WiMAX", "")
         ->addDevicePropertyRequirement("wlanAPISupported", "");
-    EXPECT_THAT(against(DeviceCapability::NetworkCard(), {{"WiMAX", "1"}, {"WirelessWAN", "1"}}),
+    EXPECT_THAT(reasons(test, {}, {{"WiMAX", "1"}, {"WirelessWAN", "1"}}),
                 ElementsAre("lacks the capability \"Wireless\"", "has the property \"WirelessWAN\"",
                             "has the property \"WiMAX\"",
                             "lacks the property \"wlanAPISupported\""));

@@ -1,6 +1,12 @@
 #include "FrameworkTest.h"
 
+#include <run/RunListener.h>
+
+#include <support/CapturedLog.h>
+#include <support/Journal.h>
+
 #include <mrl/Exception.h>
+#include <mrl/MRLArrayCommon.h>
 
 namespace test {
 
@@ -43,6 +49,13 @@ TEST_F(Runs, LeaveOutDevicesThatDoNotSuitAndHandOverThoseThatDo) {
     EXPECT_THAT(m_calls, ElementsAre("Card"));
 }
 
+TEST_F(Runs, UseTheDevicesOfThisPcWithoutADeviceFile) {
+    noting("A");
+    setMachineDevices({{DiagDevice("Built in", DeviceCapability::Wireless())}, {}});
+    EXPECT_EQ(startBare({"run"}), 0);
+    EXPECT_THAT(m_calls, ElementsAre("A on Built in"));
+}
+
 TEST_F(Runs, OfATestThatEnumeratesOnceTakeTheFirstDeviceThatSuitsIt) {
     noting("A")->setEnumeratesOnlyOnce(true)->addDevicePropertyRequirement("Good", "");
     setDevices(R"([
@@ -53,20 +66,15 @@ TEST_F(Runs, OfATestThatEnumeratesOnceTakeTheFirstDeviceThatSuitsIt) {
     EXPECT_THAT(m_calls, ElementsAre("A on 2"));
 }
 
-TEST_F(Runs, TakeInteractiveTestsOnlyByName) {
+TEST_F(Runs, TakeNamedTestsInTheOrderOfTheirNamingAndInteractiveOnesOnlyByName) {
     noting("Asks")->setInteractive(true);
-    noting("Plain");
-    EXPECT_EQ(start({"run"}), 0);
-    EXPECT_THAT(m_calls, ElementsAre("Plain on Card 1"));
-    EXPECT_EQ(start({"run", "Asks"}), 0);
-    EXPECT_THAT(m_calls, ElementsAre("Plain on Card 1", "Asks on Card 1"));
-}
-
-TEST_F(Runs, TakeNamedTestsInTheOrderOfTheirNaming) {
     noting("A");
     noting("B");
-    EXPECT_EQ(start({"run", "B", "A"}), 0);
-    EXPECT_THAT(m_calls, ElementsAre("B on Card 1", "A on Card 1"));
+    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_THAT(m_calls, ElementsAre("A on Card 1", "B on Card 1"));
+    m_calls.clear();
+    EXPECT_EQ(start({"run", "B", "Asks"}), 0);
+    EXPECT_THAT(m_calls, ElementsAre("B on Card 1", "Asks on Card 1"));
 }
 
 TEST_F(Runs, AreNarrowedToDevicesByNameSystemNameOrGuidInAnyLetterCase) {
@@ -86,8 +94,8 @@ TEST_F(Runs, AreNarrowedToDevicesByNameSystemNameOrGuidInAnyLetterCase) {
 }
 
 TEST_F(Runs, SeeTheParametersOfTheCommandLineAndTheNextRunItsOwn) {
-    auto* name = DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
-    auto* limit = DiagModule::createParameter("Limit", DataType::UINT32(), "", false, true);
+    auto* name = optionalParameter("SSID");
+    auto* limit = optionalParameter("Limit", DataType::UINT32());
     registerTest("A",
                  [&](const DiagDevice&) {
                      m_calls.push_back(name->value().valueString().utf8() + "/" +
@@ -171,44 +179,77 @@ TEST_F(Runs, StartNothingMoreAfterAStopRequestAndCountItAsAborted) {
 }
 
 TEST_F(Runs, AStopRequestDuringTheLastTestChangesNothing) {
-    registerTest("A", [](const DiagDevice&) {
-        tesk5::RunContext::current().stopRequest.raise();
-        return TestResult::PASS();
-    });
+    registerStopping("A");
     EXPECT_EQ(start({"run"}), 0);
 }
 
 TEST_F(Runs, GoOnAfterATeskExceptionWhichIsAnInternalError) {
-    registerTest("A",
-                 [](const DiagDevice&) -> TestResult { throw TeskException("no such\nthing"); });
+    registerThrowing("A", TeskException("no such\nthing"));
     noting("B");
     EXPECT_EQ(start({"run"}), TestResult::INTERNALERROR().value());
     EXPECT_THAT(m_calls, ElementsAre("B on Card 1"));
     EXPECT_THAT(output(), HasSubstr("  INTERNALERROR after 0.0 s: no such\\nthing\n"));
 }
 
-TEST_F(Runs, LetEveryOtherExceptionPassAndSaySo) {
-    registerTest("A", [](const DiagDevice&) -> TestResult { throw mrl::Exception("no memory"); });
+TEST_F(Runs, LetEveryOtherExceptionPassAndSayWhichTestItEndedAndWhy) {
+    const struct {
+        std::function<void()> fail;
+        const char* reason;
+    } rows[] = {
+        {[] { throw mrl::Exception("no memory"); }, ": no memory"},
+        {[] { throw std::runtime_error("oops"); }, ": oops"},
+        {[] { static_cast<void>(mrl::MRLArray<int>()[0]); }, ": structured exception with code 7"},
+        {[] { throw 7; }, ""},
+    };
+    std::function<void()> fail;
+    registerTest("A", [&fail](const DiagDevice&) {
+        fail();
+        return TestResult::PASS();
+    });
     noting("B");
-    EXPECT_THROW(start({"run"}), mrl::Exception);
-    EXPECT_THAT(m_calls, IsEmpty());
-    EXPECT_EQ(errors(), "example: an exception ended A on Card 1; the run ends here: no "
-                        "memory\n");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.reason);
+        fail = row.fail;
+        forgetOutput();
+        EXPECT_ANY_THROW(start({"run", "--json", file("r.json")}));
+        EXPECT_THAT(m_calls, IsEmpty());
+        EXPECT_EQ(errors(), std::string("example: an exception ended A on Card 1; the run ends "
+                                        "here") +
+                                row.reason + "\n");
+        EXPECT_EQ(bytesOfFile(file("r.json")).find("\"failure\"") != std::string::npos,
+                  *row.reason != '\0');
+    }
 }
 
-TEST_F(Runs, LetExceptionsOfAnyTypePass) {
-    auto* check = registerTest(
-        "A", [](const DiagDevice&) -> TestResult { throw mrl::StructuredException{7}; });
-    EXPECT_THROW(start({"run"}), mrl::StructuredException);
-    EXPECT_EQ(errors(), "example: an exception ended A on Card 1; the run ends here: "
-                        "structured exception with code 7\n");
-    static_cast<void>(check);
-    registerTest("B", [](const DiagDevice&) -> TestResult { throw std::runtime_error("oops"); });
-    EXPECT_THROW(start({"run", "B"}), std::runtime_error);
-    EXPECT_THAT(errors(), HasSubstr("the run ends here: oops\n"));
-    registerTest("C", [](const DiagDevice&) -> TestResult { throw 7; });
-    EXPECT_THROW(start({"run", "C"}), int);
-    EXPECT_THAT(errors(), HasSubstr("an exception ended C on Card 1; the run ends here\n"));
+TEST_F(Runs, AreLoggedAheadOfAndBehindWhatTheTestDoes) {
+    const Journal journal;
+    const CapturedLog log;
+    struct Listener final : tesk5::RunListener {
+        void onTestStart(const tesk5::PlannedRun& /*run*/) override { Journal::note("start"); }
+        void onTestEnd(const tesk5::Outcome& /*outcome*/) override { Journal::note("end"); }
+        void onTestBroken(const tesk5::PlannedRun& /*run*/,
+                          const std::string& /*reason*/) override {
+            Journal::note("broken");
+        }
+    } listener;
+    const DiagDevice card("Card", DeviceCapability::Wireless());
+    const tesk5::Test* const warning = registerTest("A", [](const DiagDevice&) {
+        Journal::note("A");
+        return TestResult::WARN();
+    });
+    tesk5::RunRecord record;
+    tesk5::runAll({{warning, &card},
+                   {registerThrowing("B", TeskException("no card")), &card},
+                   {registerThrowing("C", std::runtime_error("oops")), &card}},
+                  listener, record, tesk5::RunContext::current());
+    EXPECT_THAT(journal.entries(),
+                ElementsAre("log 1 tesk5.run: A on Card starts", "start", "A",
+                            "log 1 tesk5.run: A on Card ends with WARN", "end",
+                            "log 1 tesk5.run: B on Card starts", "start",
+                            "log 4 tesk5.run: B on Card: no card",
+                            "log 1 tesk5.run: B on Card ends with INTERNALERROR", "end",
+                            "log 1 tesk5.run: C on Card starts", "start",
+                            "log 4 tesk5.run: C on Card is left by an exception oops", "broken"));
 }
 
 TEST_F(Runs, TurnAFailureOfTheModulesCallbackIntoOneWithAReason) {
@@ -255,18 +296,15 @@ TEST_F(Runs, WithoutADeviceSayWhichThereAreAndWhyNoneSuits) {
     EXPECT_EQ(output(), "Runs: 0; tests without a device: 1; exit value 3\n");
 }
 
-TEST_F(Runs, WithoutAnyDeviceAtAllSaySo) {
-    noting("A");
-    setDevices("[]");
-    EXPECT_EQ(start({"run"}), 3);
-    EXPECT_THAT(errors(), testing::StartsWith("example: no device for A: there is none at all\n"));
-}
-
-TEST_F(Runs, ThatLeaveOutEveryDeviceSayWhy) {
+TEST_F(Runs, WithoutAnyDeviceOrWithAFilterThatLeavesOutEachSaySo) {
     noting("A");
     EXPECT_EQ(start({"run", "--device", "realtek"}), 3);
     EXPECT_EQ(errors(), "example: no device for A\n"
                         "  Card 1: has no \"realtek\" in its name or system name\n");
+    forgetOutput();
+    setDevices("[]");
+    EXPECT_EQ(start({"run"}), 3);
+    EXPECT_THAT(errors(), testing::StartsWith("example: no device for A: there is none at all\n"));
 }
 
 TEST_F(Runs, ATestWithoutADeviceDoesNotHideTheOthers) {
