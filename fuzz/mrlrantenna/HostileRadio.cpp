@@ -19,24 +19,23 @@ int g_client = 0; // its address is the client handle
 constexpr std::uint32_t NETWORKS = 12;
 constexpr std::uint32_t INTERFACES = 3;
 
-struct QueryAnswer {
-    int opcode;
-    std::uint32_t size;
-};
-constexpr QueryAnswer queryAnswers[] = {
-    {1, 4},          {2, 4},   {3, 4},   {4, sizeof(WLAN_RADIO_STATE)},
-    {5, 4},          {6, 4},   {7, 604}, {8, 4},
-    {9, 12},         {10, 12}, {11, 8},  {0x10000101, 368},
-    {0x10000102, 4},
-};
-
+// How many bytes the answer to a query has when it is right.
 std::uint32_t rightSize(int opcode) {
-    for (const QueryAnswer& row : queryAnswers) {
-        if (row.opcode == opcode) {
-            return row.size;
-        }
+    switch (opcode) {
+    case wlan_intf_opcode_radio_state:
+        return sizeof(WLAN_RADIO_STATE);
+    case wlan_intf_opcode_current_connection:
+        return sizeof(WLAN_CONNECTION_ATTRIBUTES);
+    case 9:
+    case 10:
+        return 12;
+    case 11:
+        return 8;
+    case 0x10000101:
+        return 368;
+    default:
+        return 4;
     }
-    return 4;
 }
 
 } // namespace
@@ -103,20 +102,25 @@ void HostileRadio::fill(WLAN_CONNECTION_ATTRIBUTES& attributes) {
 }
 
 template <typename List, typename Item>
-List* HostileRadio::newList(Item (List::*items)[1], DWORD List::*count, std::uint32_t most) {
+DWORD HostileRadio::answer(List** list, Item (List::*items)[1], DWORD List::*count,
+                           std::uint32_t most) {
+    if (const DWORD result = answer(); result != ERROR_SUCCESS) {
+        return result;
+    }
+    *list = nullptr;
     if (m_input.number(0, 31) == 1) {
-        return nullptr;
+        return ERROR_SUCCESS;
     }
     const std::uint32_t room = m_input.number(0, most);
     const std::size_t head = sizeof(DWORD) * 2;
     constexpr bool isNetworkList = std::is_same_v<List, WLAN_AVAILABLE_NETWORK_LIST>;
-    auto* const list = static_cast<List*>(newBlock(head + room * sizeof(Item), isNetworkList));
-    list->*count = m_input.flag() ? m_input.number(0, room) : room;
-    Item* const entries = list->*items;
+    *list = static_cast<List*>(newBlock(head + room * sizeof(Item), isNetworkList));
+    (*list)->*count = m_input.flag() ? m_input.number(0, room) : room;
+    Item* const entries = (*list)->*items;
     for (std::uint32_t i = 0; i < room; ++i) {
         fill(entries[i]);
     }
-    return list;
+    return ERROR_SUCCESS;
 }
 
 struct HostileRadio::Functions {
@@ -135,12 +139,8 @@ struct HostileRadio::Functions {
     }
     static DWORD WlanEnumInterfaces(HANDLE /*handle*/, PVOID /*reserved*/,
                                     WLAN_INTERFACE_INFO_LIST** list) {
-        const DWORD result = g_radio->answer();
-        if (result == ERROR_SUCCESS) {
-            *list = g_radio->newList(&WLAN_INTERFACE_INFO_LIST::InterfaceInfo,
-                                     &WLAN_INTERFACE_INFO_LIST::dwNumberOfItems, INTERFACES);
-        }
-        return result;
+        return g_radio->answer(list, &WLAN_INTERFACE_INFO_LIST::InterfaceInfo,
+                               &WLAN_INTERFACE_INFO_LIST::dwNumberOfItems, INTERFACES);
     }
     static DWORD WlanQueryInterface(HANDLE /*handle*/, const GUID* /*interface*/,
                                     WLAN_INTF_OPCODE opcode, PVOID /*reserved*/, DWORD* size,
@@ -181,12 +181,8 @@ struct HostileRadio::Functions {
     static DWORD WlanGetAvailableNetworkList(HANDLE /*handle*/, const GUID* /*interface*/,
                                              DWORD /*flags*/, PVOID /*reserved*/,
                                              WLAN_AVAILABLE_NETWORK_LIST** list) {
-        const DWORD result = g_radio->answer();
-        if (result == ERROR_SUCCESS) {
-            *list = g_radio->newList(&WLAN_AVAILABLE_NETWORK_LIST::Network,
-                                     &WLAN_AVAILABLE_NETWORK_LIST::dwNumberOfItems, NETWORKS);
-        }
-        return result;
+        return g_radio->answer(list, &WLAN_AVAILABLE_NETWORK_LIST::Network,
+                               &WLAN_AVAILABLE_NETWORK_LIST::dwNumberOfItems, NETWORKS);
     }
     static DWORD WlanReasonCodeToString(DWORD /*code*/, DWORD size, WCHAR* buffer,
                                         PVOID /*reserved*/) {
@@ -212,12 +208,8 @@ struct HostileRadio::Functions {
                                        DOT11_SSID* /*ssid*/, DOT11_BSS_TYPE /*type*/,
                                        BOOL /*security*/, PVOID /*reserved*/,
                                        WLAN_BSS_LIST** list) {
-        const DWORD result = g_radio->answer();
-        if (result == ERROR_SUCCESS) {
-            *list = g_radio->newList(&WLAN_BSS_LIST::wlanBssEntries,
-                                     &WLAN_BSS_LIST::dwNumberOfItems, NETWORKS);
-        }
-        return result;
+        return g_radio->answer(list, &WLAN_BSS_LIST::wlanBssEntries,
+                               &WLAN_BSS_LIST::dwNumberOfItems, NETWORKS);
     }
 };
 

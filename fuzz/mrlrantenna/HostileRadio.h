@@ -55,7 +55,7 @@ private:
     void fill(DOT11_SSID& ssid);
     void fill(WLAN_CONNECTION_ATTRIBUTES& attributes);
     template <typename List, typename Item>
-    List* newList(Item (List::*items)[1], DWORD List::*count, std::uint32_t most);
+    DWORD answer(List** list, Item (List::*items)[1], DWORD List::*count, std::uint32_t most);
 
     Input& m_input;
     test::VirtualClock m_clock;

@@ -28,7 +28,6 @@ using tesk5::TeskString;
 using tesk5::TestResult;
 
 constexpr std::size_t LONGEST_NAME = 40;
-constexpr std::size_t ROOM = 60;
 
 TestResult pass(const tesk5::DiagDevice& /*device*/) {
     return TestResult::PASS();
@@ -46,126 +45,88 @@ const TestResult results[] = {
     TestResult::USERABORTED(), TestResult::COMPLETED(), TestResult::EXITEDABNORMALLY(),
 };
 
-// A record of a run, with the devices that it points to.
-struct Run {
-    std::deque<tesk5::DiagDevice> devices;
-    tesk5::RunRecord record;
-};
-
-// Two runs from the same input: one with the names of the input, one with harmless names.
-class Twins {
+// A run as the input describes it. With `harmless` every name that is not empty is "x" instead, so
+// that the same input gives two runs that differ in their names alone.
+class Run {
 public:
-    explicit Twins(fuzz::Input& input) : m_input(input) {
+    Run(const std::uint8_t* data, std::size_t size, bool harmless)
+        : m_input(data, size), m_harmless(harmless) {
         for (auto outcomes = m_input.number(0, 2); outcomes > 0; --outcomes) {
             addOutcome();
         }
         if (m_input.flag()) {
-            addTestWithoutDevice();
+            const TeskString reason(name());
+            record.withoutDevice.push_back({&test(true), {reason.utf8()}, advice(reason, false)});
         }
-        for (Run& run : m_runs) {
-            run.record.started = run.record.ended = mrl::Clock::UtcTime();
-        }
-        const auto exitValue = static_cast<int>(m_input.number(0, 8));
-        const std::size_t leftOut = m_input.number(0, 2);
-        const Names logged = name();
-        for (std::size_t which = 0; which < 2; ++which) {
-            tesk5::RunRecord& record = m_runs[which].record;
-            record.exitValue = exitValue;
-            record.leftOut = leftOut;
-            record.log.first = {{{}, 1, "module", mrl::escapeControls(logged.of[which])}};
-        }
+        record.started = record.ended = mrl::Clock::UtcTime();
+        record.exitValue = static_cast<int>(m_input.number(0, 8));
+        record.leftOut = m_input.number(0, 2);
+        record.log.first = {{{}, 1, "module", mrl::escapeControls(name())}};
     }
 
-    const Run& hostile() const { return m_runs[0]; }
-    const Run& harmless() const { return m_runs[1]; }
-    /// The names of the hostile run.
-    const std::vector<std::string>& names() const { return m_names; }
+    std::deque<tesk5::DiagDevice> devices; ///< of the record
+    tesk5::RunRecord record;
+    std::string lastName; ///< exists in every run
 
 private:
-    // A name for each of the two runs; both are empty or neither is.
-    struct Names {
-        std::string of[2];
-    };
-    Names name() {
-        Names both;
-        both.of[0] = m_input.bytes(LONGEST_NAME);
-        both.of[1] = both.of[0].empty() ? "" : "x";
-        m_names.push_back(both.of[0]);
-        return both;
+    std::string name() {
+        lastName = m_input.bytes(LONGEST_NAME);
+        return m_harmless && !lastName.empty() ? "x" : lastName;
     }
 
-    tesk5::Findings advice(std::size_t which, const Names& named, bool good) {
-        return {{"WEAK", good, {{"Name", named.of[which]}, {"Strength", mrl::Uint32{3}}}}};
+    static tesk5::Findings advice(const TeskString& about, bool good) {
+        return {{"WEAK", good, {{"Name", about}, {"Strength", mrl::Uint32{3}}}}};
     }
 
     void addOutcome() {
-        const bool other = m_input.flag();
+        const tesk5::Test& chosen = test(m_input.flag());
         const TestResult result = results[m_input.number(0, std::size(results) - 1)];
         const bool started = m_input.number(0, 7) != 1;
         const double seconds = m_input.number(0, 100000) / 1000.0;
-        const Names device = name();
-        const Names property = name();
-        const Names parameter = name();
-        const Names variable = name();
-        const Names file = name();
-        const Names network = name();
-        const Names failure = name();
+        const TeskString device(name());
+        const TeskString property(name());
+        const TeskString parameter(name());
+        const TeskString variable(name());
+        const TeskString file(name());
+        const TeskString network(name());
+        const std::string failure = name(); // the text of an exception may be ill-formed
         const mrl::Uint32 value = m_input.number({0, 100, 101, 0xFFFFFFFF});
         const auto severity = m_input.flag() ? tesk5::Severity::error : tesk5::Severity::warning;
         const bool extra = m_input.flag();
-        for (std::size_t which = 0; which < 2; ++which) {
-            Run& run = m_runs[which];
-            run.devices.emplace_back(TeskString(device.of[which]),
-                                     tesk5::DeviceCapability::Wireless(),
-                                     tesk5::DiagDevice::Properties{
-                                         {"DeviceSystemName", TeskString(property.of[which])}});
-            tesk5::Outcome outcome{&test(other), &run.devices.back(),
-                                   result,       started,
-                                   {},           seconds,
-                                   {},           {},
-                                   {},           {},
-                                   {},           {}};
-            outcome.parameters = {{"SSID", TeskString(parameter.of[which])}, {"Limit", value}};
-            const tesk5::Event::Variables variables = {{"Name", TeskString(variable.of[which])},
-                                                       {"Strength", value}};
-            const char* key = extra ? "PLAIN" : "WEAK";
-            outcome.events = {{key,
-                               severity,
-                               tesk5::fillPlaceholders(tesk5::translation(key).utf8(), variables),
-                               variables,
-                               TeskString(file.of[which]).utf8(),
-                               245,
-                               {}}};
-            outcome.measurements = {{"Strength",
-                                     value,
-                                     "%",
-                                     0,
-                                     100,
-                                     {{"Warning", 40, tesk5::Severity::warning},
-                                      {"Failing", 20, tesk5::Severity::error}}}};
-            outcome.surveys = {{"Networks",
-                                "%",
-                                0,
-                                100,
-                                {{TeskString(network.of[which]), value, extra},
-                                 {TeskString(parameter.of[which]), 50, !extra}}}};
-            outcome.advice = advice(which, variable, !extra);
-            outcome.failure = failure.of[which];
-            run.record.outcomes.push_back(std::move(outcome));
-        }
+        devices.emplace_back(device, tesk5::DeviceCapability::Wireless(),
+                             tesk5::DiagDevice::Properties{{"DeviceSystemName", property}});
+        const char* key = extra ? "PLAIN" : "WEAK";
+        const tesk5::Event::Variables variables = {{"Name", variable}, {"Strength", value}};
+        record.outcomes.push_back(
+            {.test = &chosen,
+             .device = &devices.back(),
+             .result = result,
+             .started = started,
+             .time = {},
+             .seconds = seconds,
+             .parameters = {{"SSID", parameter}, {"Limit", value}},
+             .events = {{key,
+                         severity,
+                         tesk5::fillPlaceholders(tesk5::translation(key).utf8(), variables),
+                         variables,
+                         file.utf8(),
+                         245,
+                         {}}},
+             .measurements = {{"Strength",
+                               value,
+                               "%",
+                               0,
+                               100,
+                               {{"Warning", 40, tesk5::Severity::warning},
+                                {"Failing", 20, tesk5::Severity::error}}}},
+             .surveys =
+                 {{"Networks", "%", 0, 100, {{network, value, extra}, {parameter, 50, !extra}}}},
+             .advice = advice(variable, !extra),
+             .failure = failure});
     }
 
-    void addTestWithoutDevice() {
-        const Names reason = name();
-        for (std::size_t which = 0; which < 2; ++which) {
-            m_runs[which].record.withoutDevice.push_back(
-                {&test(true), {TeskString(reason.of[which]).utf8()}, advice(which, reason, false)});
-        }
-    }
-
-    fuzz::Input& m_input;
-    Run m_runs[2];
-    std::vector<std::string> m_names;
+    fuzz::Input m_input;
+    bool m_harmless;
 };
 
 void checkJson(const std::string& text, const tesk5::RunRecord& run) {
@@ -185,16 +146,15 @@ void checkJson(const std::string& text, const tesk5::RunRecord& run) {
     }
 }
 
-void checkReports(const Twins& twins) {
+void checkReports(const tesk5::RunRecord& run, const tesk5::RunRecord& harmless) {
     for (const tesk5::ReportKind& kind : tesk5::reportKinds()) {
-        const std::string text = kind.text(twins.hostile().record);
+        const std::string text = kind.text(run);
         if (std::string_view(kind.option) == "--json") {
-            checkJson(text, twins.hostile().record);
+            checkJson(text, run);
             continue;
         }
         fuzz::requireNone(test::findUnsafeInMarkup(text), kind.option);
-        fuzz::require(test::skeletonOf(text) ==
-                          test::skeletonOf(kind.text(twins.harmless().record)),
+        fuzz::require(test::skeletonOf(text) == test::skeletonOf(kind.text(harmless)),
                       std::string("a name is no markup: ") + kind.option);
     }
 }
@@ -216,26 +176,21 @@ void replay(tesk5::RunListener& listener, const tesk5::RunRecord& run) {
     listener.onRunEnd(run);
 }
 
-std::string consoleOf(const tesk5::RunRecord& run) {
+// What a person sees of the run, and of the list of its devices.
+std::string consoleOf(const Run& run) {
     const test::CapturedStream output(mrl::cout);
     const test::CapturedStream errors(mrl::cerr);
     tesk5::Console console(tesk5::RunContext::current(), {});
-    replay(console, run);
+    replay(console, run.record);
+    tesk5::showList(mrl::cout, tesk5::Registry::instance(),
+                    {{run.devices.begin(), run.devices.end()}, {}}, std::nullopt);
     return output.text() + errors.text();
 }
 
-std::string listOf(const Run& run) {
-    const test::CapturedStream output(mrl::cout);
-    tesk5::showList(mrl::cout, tesk5::Registry::instance(),
-                    {{run.devices.begin(), run.devices.end()}, {}}, std::nullopt);
-    return output.text();
-}
-
-void checkConsole(const Twins& twins) {
-    const std::string text = consoleOf(twins.hostile().record) + listOf(twins.hostile());
-    const std::string twin = consoleOf(twins.harmless().record) + listOf(twins.harmless());
+void checkConsole(const Run& run, const Run& harmless) {
+    const std::string text = consoleOf(run);
     fuzz::requireNone(test::findUnsafeInLines(text), "the console");
-    fuzz::require(test::linesOf(text).size() == test::linesOf(twin).size(),
+    fuzz::require(test::linesOf(text).size() == test::linesOf(consoleOf(harmless)).size(),
                   "a name does not break a line of the console");
 }
 
@@ -257,7 +212,7 @@ void checkEvents(const tesk5::RunRecord& run) {
 // The text between two movements of the cursor fits into the line.
 void checkLiveLine(const std::string& name) {
     test::CapturedStream output(mrl::cout);
-    constexpr std::size_t COLUMNS = ROOM;
+    constexpr std::size_t COLUMNS = 60;
     tesk5::LiveLine live(mrl::cout, COLUMNS);
     live.begin();
     live.tell(name, 12.0);
@@ -295,13 +250,12 @@ void checkLog(const std::string& name) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     mrl::LogFactory::setPriority(mrl::LogFactory::OFF); // ends the keeping of early lines
-    fuzz::Input input(data, size);
-    const Twins twins(input);
-    checkReports(twins);
-    checkConsole(twins);
-    checkEvents(twins.hostile().record);
-    // The last name exists in every input.
-    checkLiveLine(twins.names().back());
-    checkLog(twins.names().back());
+    const Run run(data, size, false);
+    const Run harmless(data, size, true);
+    checkReports(run.record, harmless.record);
+    checkConsole(run, harmless);
+    checkEvents(run.record);
+    checkLiveLine(run.lastName);
+    checkLog(run.lastName);
     return 0;
 }

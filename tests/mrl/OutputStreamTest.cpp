@@ -1,5 +1,4 @@
-#include <mrl/OutputStream.h>
-
+#include <support/CapturedStream.h>
 #include <support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
@@ -17,12 +16,6 @@
 namespace {
 
 using mrl::OutputStream;
-
-class CollectedText final : public OutputStream::Receiver {
-public:
-    void write(std::string_view utf8) override { text += utf8; }
-    std::string text;
-};
 
 // Sends the process's own stream to a file while it lives.
 class StreamToFile {
@@ -48,33 +41,28 @@ private:
     int m_before;
 };
 
-TEST(OutputStream, AReceiverGetsWhatIsWrittenAsUtf8) {
+TEST(OutputStream, AReceiverIsNoTerminalAndGetsWhatIsWrittenAsUtf8) {
     OutputStream stream(OutputStream::Target::standardOutput);
-    CollectedText kept;
-    stream.redirect(&kept);
+    const test::CapturedStream kept(stream);
     stream << "a " << std::string_view("view\0!", 6) << mrl::String(MRL_TEXT(" \u00fc\u65e5"))
            << mrl::endl;
-    EXPECT_EQ(kept.text, std::string("a view\0! \xC3\xBC\xE6\x97\xA5\n", 15));
+    EXPECT_EQ(kept.text(), std::string("a view\0! \xC3\xBC\xE6\x97\xA5\n", 15));
+    EXPECT_FALSE(stream.isTerminal());
 }
 
 TEST(OutputStream, RedirectReturnsThePreviousReceiver) {
     OutputStream stream(OutputStream::Target::standardError);
-    CollectedText first;
-    CollectedText second;
-    EXPECT_EQ(stream.redirect(&first), nullptr);
+    test::CapturedStream first(stream);
+    {
+        test::CapturedStream second(stream);
+        stream << "two";
+        EXPECT_EQ(second.text(), "two");
+        EXPECT_EQ(stream.redirect(&first), &second);
+    }
     stream << "one";
-    EXPECT_EQ(stream.redirect(&second), &first);
-    stream << "two";
-    EXPECT_EQ(stream.redirect(nullptr), &second);
-    EXPECT_EQ(first.text, "one");
-    EXPECT_EQ(second.text, "two");
-}
-
-TEST(OutputStream, AReceiverIsNotATerminal) {
-    OutputStream stream(OutputStream::Target::standardOutput);
-    CollectedText kept;
-    stream.redirect(&kept);
-    EXPECT_FALSE(stream.isTerminal());
+    EXPECT_EQ(first.text(), "one");
+    EXPECT_EQ(stream.redirect(nullptr), &first);
+    EXPECT_EQ(stream.redirect(nullptr), nullptr);
 }
 
 struct ProcessStream {

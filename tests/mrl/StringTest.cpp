@@ -50,21 +50,14 @@ TEST(String, CopiesAreIndependent) {
     original += "-5G";
     EXPECT_EQ(original, String("Lab-5G"));
     EXPECT_EQ(copy, String("Lab"));
+    original.clear();
+    EXPECT_TRUE(original.empty());
+    EXPECT_EQ(original, String());
 }
 
-TEST(String, ClearLeavesNothing) {
-    String text("Lab");
-    text.clear();
-    EXPECT_TRUE(text.empty());
-    EXPECT_EQ(text, String());
-}
-
-TEST(String, AddingJoins) {
+TEST(String, AddingJoinsAlsoATextToItself) {
     EXPECT_EQ(String("Lab") + "-5G", String("Lab-5G"));
     EXPECT_EQ(String() + "", String());
-}
-
-TEST(String, AddsItselfToItself) {
     String text("Lab");
     text += text;
     EXPECT_EQ(text, String("LabLab"));
@@ -96,43 +89,34 @@ TEST(String, FindsTheFirstOccurrence) {
     EXPECT_EQ(text.find(Char('x')), String::NOT_FOUND);
 }
 
-TEST(String, TheEmptyTextOccursEverywhereUpToTheEnd) {
+TEST(String, TheEmptyTextOccursEverywhereUpToTheEndBeyondWhichThereIsNothing) {
     EXPECT_EQ(String("Lab").find(""), 0U);
     EXPECT_EQ(String("Lab").find("", 3), 3U);
     EXPECT_EQ(String("Lab").find("", 4), String::NOT_FOUND);
     EXPECT_EQ(String().find(""), 0U);
     EXPECT_EQ(String().find("Lab"), String::NOT_FOUND);
-}
-
-TEST(String, FindingFromBeyondTheEndFindsNothing) {
     EXPECT_EQ(String("Lab").find("b", 99), String::NOT_FOUND);
     EXPECT_EQ(String("Lab").find(Char('b'), 99), String::NOT_FOUND);
 }
 
-TEST(String, SubStringIsCutAtTheEnd) {
+TEST(String, SubStringIsCutAtTheEndBeyondWhichItIsEmpty) {
     const String text("{4A2B}");
     EXPECT_EQ(text.subString(1, 4), String("4A2B"));
     EXPECT_EQ(text.subString(1), String("4A2B}"));
     EXPECT_EQ(text.subString(4, 99), String("B}"));
     EXPECT_EQ(text.subString(2, 0), String());
-}
-
-TEST(String, SubStringFromBeyondTheEndIsEmpty) {
-    EXPECT_EQ(String("Lab").subString(3), String());
-    EXPECT_EQ(String("Lab").subString(4, 1), String());
-    EXPECT_EQ(String("Lab").subString(String::NOT_FOUND), String());
+    EXPECT_EQ(text.subString(6), String());
+    EXPECT_EQ(text.subString(7, 1), String());
+    EXPECT_EQ(text.subString(String::NOT_FOUND), String());
     EXPECT_EQ(String().subString(0), String());
 }
 
-TEST(String, TrimTakesWhiteSpaceFromBothEndsOnly) {
+TEST(String, TrimTakesWhiteSpaceFromBothEndsOnlyAndLeavesNullCharacters) {
     EXPECT_EQ(trimmed("  My  Net "), String("My  Net"));
     EXPECT_EQ(trimmed("\t\r\n\v\f \xC2\xA0Lab\xC2\xA0 \f\v\n\r\t"), String("Lab"));
     EXPECT_EQ(trimmed("Lab"), String("Lab"));
     EXPECT_EQ(trimmed(" \t "), String());
     EXPECT_EQ(trimmed(""), String());
-}
-
-TEST(String, TrimLeavesNullCharacters) {
     EXPECT_EQ(String(std::string_view("\0 ", 2)).trim().length(), 1U);
 }
 

@@ -37,38 +37,25 @@ TEST(TraceLogger, WritesOpeningAndClosingLineAtPriorityZero) {
     EXPECT_EQ(lines[2].priority, 0);
 }
 
-TEST(TraceLogger, NestedScopesCloseInnermostFirst) {
+TEST(TraceLogger, ScopesCloseInnermostFirstAlsoWhenAnExceptionLeavesThem) {
     const CapturedLog captured(0);
-    {
-        const TraceLogger outer(&logger(), "outer", "f", 1);
-        const TraceLogger inner(&logger(), "inner", "f", 2);
-    }
+    EXPECT_THROW(
+        {
+            const TraceLogger outer(&logger(), "outer", "f", 1);
+            const TraceLogger inner(&logger(), "inner", "f", 2);
+            throw std::runtime_error("out");
+        },
+        std::runtime_error);
     EXPECT_THAT(captured.texts(),
                 ElementsAre("> outer (f:1)", "> inner (f:2)", "< inner", "< outer"));
 }
 
-TEST(TraceLogger, ClosesWhenAnExceptionLeavesTheScope) {
-    const CapturedLog captured(0);
-    EXPECT_THROW(
-        {
-            const TraceLogger scope(&logger(), "scope", "f", 1);
-            throw std::runtime_error("out");
-        },
-        std::runtime_error);
-    EXPECT_THAT(captured.texts(), ElementsAre("> scope (f:1)", "< scope"));
-}
-
-TEST(TraceLogger, AThresholdOfOneHidesScopes) {
-    const CapturedLog captured(1);
-    { const TraceLogger scope(&logger(), "scope", "f", 1); }
-    EXPECT_THAT(captured.texts(), IsEmpty());
-}
-
-TEST(TraceLogger, TheLoggersOwnPriorityHidesScopes) {
+TEST(TraceLogger, TheLoggersOwnPriorityHidesScopesAndWithoutALoggerThereAreNone) {
     const CapturedLog captured(0);
     logger().setPriority(1);
     { const TraceLogger scope(&logger(), "scope", "f", 1); }
     logger().clearPriority();
+    { const TraceLogger scope(nullptr, "scope", "f", 1); }
     EXPECT_THAT(captured.texts(), IsEmpty());
 }
 
@@ -88,12 +75,6 @@ TEST(TraceLogger, AThresholdThatIsRaisedInsideHidesTheClosingLine) {
         LogFactory::setPriority(1);
     }
     EXPECT_THAT(captured.texts(), ElementsAre("> scope (f:1)"));
-}
-
-TEST(TraceLogger, WithoutALoggerNothingIsWritten) {
-    const CapturedLog captured(0);
-    { const TraceLogger scope(nullptr, "scope", "f", 1); }
-    EXPECT_THAT(captured.texts(), IsEmpty());
 }
 
 } // namespace

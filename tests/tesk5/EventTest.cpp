@@ -67,35 +67,25 @@ TEST_F(Events, ThatAreNullAreRefused) {
     EXPECT_THROW(DiagModule::error(nullptr, "", 1), TeskException);
 }
 
-TEST_F(Events, WithoutATextHaveTheKeyAsText) {
-    const TestRecorder recorder;
-    DiagModule::error(DiagModule::createEvent("NO_SUCH_TEXT"), "", 1);
-    EXPECT_EQ(recorder.events().at(0).text, "NO_SUCH_TEXT");
-}
-
-TEST(Placeholders, AreFilledWithTheVariableOfTheirName) {
-    const Event::Variables variables = {{"a", Value("A")}, {"n", Value(mrl::Uint32{7})}};
-    EXPECT_EQ(fillPlaceholders("{a}-{n}-{a}", variables), "A-7-A");
-    EXPECT_EQ(fillPlaceholders("", variables), "");
-    EXPECT_EQ(fillPlaceholders("no braces", variables), "no braces");
-}
-
-TEST(Placeholders, AreFilledWithoutTheLineEndOfASystemMessage) {
+TEST(Placeholders, AreFilledWithTheVariableOfTheirNameAndStayWithoutOne) {
     const Event::Variables variables = {
-        {"a", "Access is denied.\r\n"}, {"b", "\r\n"}, {"c", "x\r\ny "}};
-    EXPECT_EQ(fillPlaceholders("not: {a}|{b}|{c}|", variables), "not: Access is denied.||x\r\ny |");
-}
-
-TEST(Placeholders, ThatNoVariableFillsStay) {
-    const Event::Variables variables = {{"a", Value("A")}};
-    EXPECT_EQ(fillPlaceholders("{b} {a", variables), "{b} {a");
-    EXPECT_EQ(fillPlaceholders("{} {{a}}", variables), "{} {A}");
-    EXPECT_EQ(fillPlaceholders("} {x {a}", variables), "} {x A");
-}
-
-TEST(Placeholders, InAValueAreText) {
-    const Event::Variables variables = {{"a", Value("{b}")}, {"b", Value("B")}};
-    EXPECT_EQ(fillPlaceholders("{a}{b}", variables), "{b}B");
+        {"a", Value("A")},        {"n", Value(mrl::Uint32{7})},
+        {"braces", Value("{a}")}, {"denied", "Access is denied.\r\n"},
+        {"end", "\r\n"},          {"lines", "x\r\ny "}};
+    const std::pair<const char*, const char*> rows[] = {
+        {"{a}-{n}-{a}", "A-7-A"},
+        {"", ""},
+        {"no braces", "no braces"},
+        {"{b} {a", "{b} {a"},
+        {"{} {{a}}", "{} {A}"},
+        {"} {x {a}", "} {x A"},
+        {"{braces}{a}", "{a}A"}, // a value is text
+        // a message of the system ends with a line end, which is left out
+        {"not: {denied}|{end}|{lines}|", "not: Access is denied.||x\r\ny |"},
+    };
+    for (const auto& [pattern, filled] : rows) {
+        EXPECT_EQ(fillPlaceholders(pattern, variables), filled);
+    }
 }
 
 } // namespace

@@ -101,21 +101,6 @@ TEST_F(Measurements, AndEverythingElseReachTheObserverAsItHappens) {
                                            "saw 0", "measured 70", "OTHER without an end"));
 }
 
-TEST_F(Measurements, StandOnTheConsoleBeforeTheVerdict) {
-    registerTest("A", [](const DiagDevice&) {
-        DiagModule::measured(strength(72, {warning(40), failing(20)}));
-        DiagModule::measured(strength(3, {}));
-        return TestResult::PASS();
-    });
-    EXPECT_EQ(start({"run"}), 0);
-    EXPECT_EQ(output(), "A on Card 1\n"
-                        "  Strength: 72 % [#####|####|#######.......] above the warning limit of "
-                        "40 %\n"
-                        "  Strength: 3 % [#........................]\n"
-                        "  PASS after 0.0 s\n"
-                        "Runs: 1 (1 PASS); exit value 0\n");
-}
-
 } // namespace
 
 } // namespace test

@@ -8,21 +8,14 @@ using tesk5::Registry;
 
 class Registration : public FrameworkTest {};
 
-TEST_F(Registration, KeepsTheOrderOfCreationAcrossKinds) {
-    DiagModule::createLocalizedString("TITLE");
-    DiagModule::createEvent("WEAK");
-    registerTest("Test", TestResult::PASS());
-    DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
-    DiagModule::createLocalizedString("EXCELLENT");
-    EXPECT_THAT(registry().order, ElementsAre("TITLE", "WEAK", "Test", "SSID", "EXCELLENT"));
-}
-
-TEST_F(Registration, FindsEachKindByItsName) {
+TEST_F(Registration, KeepsTheOrderOfCreationAcrossKindsAndFindsEachByItsName) {
     auto* text = DiagModule::createLocalizedString("TITLE");
     auto* event = DiagModule::createEvent("WEAK");
     auto* check = registerTest("Test", TestResult::PASS());
-    auto* parameter = DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
+    auto* parameter = optionalParameter("SSID");
+    DiagModule::createLocalizedString("EXCELLENT");
     Registry& all = registry();
+    EXPECT_THAT(all.order, ElementsAre("TITLE", "WEAK", "Test", "SSID", "EXCELLENT"));
     EXPECT_EQ(all.findLocalizedString("TITLE"), text);
     EXPECT_EQ(all.findEvent("WEAK"), event);
     EXPECT_EQ(all.findTest("Test"), check);
@@ -32,18 +25,16 @@ TEST_F(Registration, FindsEachKindByItsName) {
 }
 
 TEST_F(Registration, RefusesANameThatItsKindHasAlready) {
-    DiagModule::createLocalizedString("A");
-    DiagModule::createEvent("A");
-    registerTest("A", TestResult::PASS());
-    DiagModule::createParameter("A", DataType::STRING(), "", false, true);
-    EXPECT_EQ(reasonOf([] { DiagModule::createLocalizedString("A"); }),
-              "the localized string \"A\" exists already");
-    EXPECT_EQ(reasonOf([] { DiagModule::createEvent("A"); }), "the event \"A\" exists already");
-    EXPECT_EQ(reasonOf([] { registerTest("A", TestResult::PASS()); }),
-              "the test \"A\" exists already");
-    EXPECT_EQ(
-        reasonOf([] { DiagModule::createParameter("A", DataType::UINT32(), "", false, true); }),
-        "the parameter \"A\" exists already");
+    const std::pair<const char*, std::function<void()>> kinds[] = {
+        {"localized string", [] { DiagModule::createLocalizedString("A"); }},
+        {"event", [] { DiagModule::createEvent("A"); }},
+        {"test", [] { registerTest("A", TestResult::PASS()); }},
+        {"parameter", [] { optionalParameter("A"); }},
+    };
+    for (const auto& [kind, create] : kinds) {
+        create();
+        EXPECT_EQ(reasonOf(create), std::string("the ") + kind + " \"A\" exists already");
+    }
     EXPECT_EQ(registry().order.size(), 4U);
 }
 
@@ -63,8 +54,8 @@ TEST_F(Registration, ATestNeedsAFunction) {
 
 TEST_F(Registration, SettersOfATestReturnItAndKeepTheirOrder) {
     auto* check = registerTest("Test", TestResult::PASS());
-    auto* a = DiagModule::createParameter("a", DataType::STRING(), "", false, true);
-    auto* b = DiagModule::createParameter("b", DataType::STRING(), "", false, true);
+    auto* a = optionalParameter("a");
+    auto* b = optionalParameter("b");
     EXPECT_EQ(check->setEnumeratesOnlyOnce(true)
                   ->setInteractive(true)
                   ->addDevicePropertyExclusion("x", "")
@@ -82,7 +73,7 @@ TEST_F(Registration, SettersOfATestReturnItAndKeepTheirOrder) {
 
 TEST_F(Registration, AParameterIsAttachedOnceHoweverOftenItIsAdded) {
     auto* check = registerTest("Test", TestResult::PASS());
-    auto* parameter = DiagModule::createParameter("a", DataType::STRING(), "", false, true);
+    auto* parameter = optionalParameter("a");
     check->addParameter(parameter)->addParameter(parameter);
     EXPECT_EQ(check->parameters().size(), 1U);
     EXPECT_EQ(reasonOf([check] { check->addParameter(nullptr); }),
@@ -95,8 +86,7 @@ TEST_F(Registration, TheCallbackRunsInsideStartBeforeTheTestsAreLookedAt) {
     calls = 0;
     DiagModule::setModuleInitCallback([] {
         ++calls;
-        registry().findTest("Test")->addParameter(
-            DiagModule::createParameter("SSID", DataType::STRING(), "", false, true));
+        registry().findTest("Test")->addParameter(optionalParameter("SSID"));
     });
     EXPECT_EQ(calls, 0);
     EXPECT_EQ(start({"run", "--set", "SSID=Lab"}), 0);

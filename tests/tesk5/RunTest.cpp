@@ -266,6 +266,13 @@ TEST_F(Runs, ShowWhatRunsWhereAndHowItWent) {
             ->setVariable("Strength", mrl::Uint32{12})
             ->setVariable("Limit", mrl::Uint32{30});
         DiagModule::error(event, "modules/a.cpp", 10);
+        DiagModule::measured({"Strength",
+                              72,
+                              "%",
+                              0,
+                              100,
+                              {{"Warn", 40, Severity::warning}, {"Fail", 20, Severity::error}}});
+        DiagModule::measured({"Rate", 3, "%", 0, 100, {}});
         DiagModule::warning(DiagModule::createEvent("PLAIN"), "modules/a.cpp", 11);
         return TestResult::FAIL();
     });
@@ -276,6 +283,9 @@ TEST_F(Runs, ShowWhatRunsWhereAndHowItWent) {
                         "  error: The signal of Lab\\x1B[2J is 12 %.\n"
                         "         Limit: 30\n"
                         "  warning: Something happened.\n"
+                        "  Strength: 72 % [#####|####|#######.......] above the warning limit of "
+                        "40 %\n"
+                        "  Rate: 3 % [#........................]\n"
                         "  FAIL after 7.9 s\n"
                         "Other on Card\\n1\\u202E\n"
                         "  PASS after 0.0 s\n"
