@@ -11,7 +11,6 @@ using radiosim::Connection;
 using tesk5::TestResult;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
@@ -258,15 +257,6 @@ INSTANTIATE_TEST_SUITE_P(Codes, NetworkListFailure,
                                          ListError{0xFFFFFFFF, TestResult::FAIL()}),
                          [](const auto& row) { return "Code" + std::to_string(row.param.code); });
 
-TEST_F(VisibleNetworks, WithTheRadioOffThereIsAnEventAndNoList) {
-    WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
-    device.getVisibleNetworkList();
-    radio().setRadio(0, 0, 2, {});
-    EXPECT_FALSE(device.getVisibleNetworkList());
-    EXPECT_THAT(namesOf(device), IsEmpty());
-    EXPECT_THAT(raisedKeys(), ElementsAre("ERROR_NDIS_DOT11_POWER_STATE_INVALID"));
-}
-
 TEST_F(VisibleNetworks, ASentenceFollowsTheCallsNameDirectly) {
     opened().reportNetworkListError("AnyCall", ERROR_NOT_ENOUGH_MEMORY);
     EXPECT_THAT(lines(), ElementsAre("1195 The win32 call of AnyCall returned an error related to "
@@ -388,32 +378,6 @@ TEST_F(VisibleNetworks, AConnectionAnswerWithoutABlockIsNone) {
 }
 
 // --- names ---
-
-TEST_F(VisibleNetworks, ANameHasOneCharacterAByteUpToItsLengthToThirtyTwoOrToAByteOfZero) {
-    const std::string longest = "0123456789abcdef0123456789ABCDEF";
-    const struct {
-        AccessPoint seen;
-        Texts names;
-    } rows[] = {
-        {{.ssid = longest}, {longest}},
-        {{.ssid = longest, .ssidLength = 33U}, {longest}},
-        {{.ssid = longest, .ssidLength = 0xFFFFFFFFU}, {longest}},
-        {{.ssid = "Laboratory", .ssidLength = 3U}, {"Lab"}},
-        {{.ssid = "B\xC3\xBCro"}, {"B\u00C3\u00BCro"}}, // a name in UTF-8
-        {{.ssid = "Caf\xE9\xFF"}, {"Caf\u00E9\u00FF"}},
-        {{.ssid = std::string("Lab\0-5G", 7)}, {"Lab"}},
-        {{.ssid = std::string("\0Lab", 4)}, {}},
-    };
-    for (const auto& [seen, names] : rows) {
-        EXPECT_EQ(refreshedNames(openedSeeing({seen})), names);
-    }
-}
-
-TEST_F(VisibleNetworks, ControlCharactersInANameDoNotBreakTheLog) {
-    WirelessDevice& device = openedSeeing({{.ssid = "a\nb"}});
-    EXPECT_THAT(refreshedNames(device), ElementsAre("a\nb"));
-    EXPECT_THAT(lines(), testing::Each(Not(HasSubstr("\n"))));
-}
 
 TEST_F(VisibleNetworks, ANameIsWrittenIntoTheCallersBuffer) {
     WirelessDevice& device = opened();

@@ -7,7 +7,6 @@
 #include <ModuleObjects.h>
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <iostream>
 #include <thread>
@@ -15,40 +14,13 @@
 namespace {
 
 using tesk5::TestResult;
+using test::AnnouncedScans;
 using test::announceScan;
 using test::Dialog;
 using test::network;
 using testing::ElementsAre;
 
 constexpr int FLOOD = 10000;
-constexpr int SERVICE_THREADS = 4;
-
-// Calls back without end while it lives.
-class Flood {
-public:
-    Flood() {
-        for (int i = 0; i < SERVICE_THREADS; ++i) {
-            m_threads.emplace_back([this] {
-                while (!m_over) {
-                    announceScan();
-                    std::this_thread::yield();
-                }
-            });
-        }
-    }
-    Flood(const Flood&) = delete;
-    Flood& operator=(const Flood&) = delete;
-    ~Flood() {
-        m_over = true;
-        for (std::thread& thread : m_threads) {
-            thread.join();
-        }
-    }
-
-private:
-    std::atomic<bool> m_over = false;
-    std::vector<std::thread> m_threads;
-};
 
 class NotificationFlood : public test::DialogTest {
 protected:
@@ -59,9 +31,9 @@ TEST_F(NotificationFlood, OfTenThousandMakesOneRefreshAndThenTheClickIsAnswered)
     EXPECT_EQ(runTest({[&](Dialog& dialog) {
                   journal().clear();
                   std::vector<std::thread> services;
-                  for (int i = 0; i < SERVICE_THREADS; ++i) {
+                  for (int i = 0; i < AnnouncedScans::THREADS; ++i) {
                       services.emplace_back([] {
-                          for (int n = 0; n < FLOOD / SERVICE_THREADS; ++n) {
+                          for (int n = 0; n < FLOOD / AnnouncedScans::THREADS; ++n) {
                               announceScan();
                           }
                       });
@@ -125,7 +97,7 @@ TEST_F(NotificationFlood, OfTenThousandInASecondLeavesEachClickAnswered) {
 }
 
 TEST_F(NotificationFlood, LeavesRefreshesAndChoicesWhole) {
-    std::optional<Flood> flood;
+    std::optional<AnnouncedScans> flood;
     std::vector<test::Step> steps;
     steps.emplace_back([&](Dialog&) { flood.emplace(); });
     for (int i = 0; i < 10; ++i) {
@@ -144,7 +116,7 @@ TEST_F(NotificationFlood, LeavesRefreshesAndChoicesWhole) {
 }
 
 TEST_F(NotificationFlood, GoesOnWhileDialogsOpenAndEnd) {
-    const Flood flood;
+    const AnnouncedScans flood;
     for (int i = 0; i < 5; ++i) {
         EXPECT_EQ(runTest({[](Dialog& dialog) { test::press(dialog, VK_ESCAPE); }}),
                   TestResult::USERABORTED());
@@ -157,7 +129,7 @@ TEST_F(NotificationFlood, GoesOnWhileDialogsOpenAndEnd) {
 
 TEST_F(NotificationFlood, DoesNotReachTheOtherTestAfterwards) {
     runTest({});
-    const Flood flood;
+    const AnnouncedScans flood;
     parameters::ssid->set("Lab");
     parameters::warningSignalStrength->set("40");
     parameters::failingSignalStrength->set("20");

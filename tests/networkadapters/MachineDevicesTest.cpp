@@ -1,5 +1,6 @@
 #include <networkadapters/AdapterTexts.h>
 #include <networkadapters/MachineDevices.h>
+#include <networkadapters/NetworkAdapters.h>
 
 #include <radiosim/Engine.h>
 
@@ -48,12 +49,11 @@ struct MachineDevices : testing::Test {
         return m_radio.emplace(std::move(scenario));
     }
     radiosim::Engine& radio() { return *m_radio; }
-    Scenario twoInterfaces() {
-        Scenario scenario;
-        scenario.interfaces = {
-            {.guid = FIRST_GUID, .description = "Wi-Fi Kärte"},
-            {.guid = "11111111-1111-1111-1111-111111111111", .description = "Wi-Fi 2"}};
-        return scenario;
+    static Scenario twoInterfaces(std::vector<radiosim::Fault> faults = {}) {
+        return {.interfaces = {{.guid = FIRST_GUID, .description = "Wi-Fi Kärte"},
+                               {.guid = "11111111-1111-1111-1111-111111111111",
+                                .description = "Wi-Fi 2"}},
+                .faults = std::move(faults)};
     }
     static NetworkAdapter adapter(const char* name, const char* guid,
                                   bool mobileBroadband = false) {
@@ -111,38 +111,32 @@ TEST_F(MachineDevices, AreListedOnceThoughTheSystemKnowsThemTwice) {
 }
 
 TEST_F(MachineDevices, AreNoneWithoutInterfaces) {
-    Scenario scenario;
-    scenario.interfaces.clear();
-    startRadio(std::move(scenario));
+    startRadio(Scenario{.interfaces = {}});
     const auto list = devicesAmong({});
     EXPECT_THAT(list.devices, IsEmpty());
     EXPECT_FALSE(list.failure);
 }
 
-TEST_F(MachineDevices, ComeWithTheReasonWhenTheServiceCannotBeOpened) {
-    Scenario scenario = twoInterfaces();
-    scenario.faults = {{.function = "WlanOpenHandle", .code = ERROR_SERVICE_NOT_ACTIVE}};
-    startRadio(std::move(scenario));
-    const auto list = devicesAmong({adapter("Ethernet", OTHER_GUID)});
-    EXPECT_THAT(namesOf(list), ElementsAre("Ethernet"));
-    ASSERT_TRUE(list.failure);
-    EXPECT_EQ(list.failure->key, "DOCTOR_SERVICE_STOPPED");
-    EXPECT_THAT(list.failure->variables,
-                ElementsAre(Pair("Function", "WlanOpenHandle"), Pair("Error", mrl::Uint32(1062))));
-    EXPECT_EQ(radio().callCount("WlanEnumInterfaces"), 0U);
-}
-
-TEST_F(MachineDevices, ComeWithTheReasonWhenTheyCannotBeEnumerated) {
-    Scenario scenario = twoInterfaces();
-    scenario.faults = {{.function = "WlanEnumInterfaces", .code = 1702}};
-    startRadio(std::move(scenario));
-    const auto list = devicesAmong({});
-    EXPECT_THAT(list.devices, IsEmpty());
-    ASSERT_TRUE(list.failure);
-    EXPECT_EQ(list.failure->key, "DOCTOR_SERVICE_FAILS");
-    EXPECT_THAT(list.failure->variables, ElementsAre(Pair("Function", "WlanEnumInterfaces"),
-                                                     Pair("Error", mrl::Uint32(1702))));
-    EXPECT_EQ(radio().openHandles(), 0U);
+TEST_F(MachineDevices, ComeWithTheReasonWhenTheServiceCannotBeAsked) {
+    constexpr struct {
+        const char* function;
+        std::uint32_t error;
+        const char* key;
+    } rows[] = {
+        {"WlanOpenHandle", ERROR_SERVICE_NOT_ACTIVE, "DOCTOR_SERVICE_STOPPED"},
+        {"WlanEnumInterfaces", 1702, "DOCTOR_SERVICE_FAILS"},
+    };
+    for (const auto& [function, error, key] : rows) {
+        startRadio(twoInterfaces({{.function = function, .code = error}}));
+        const auto list = devicesAmong({adapter("Ethernet", OTHER_GUID)});
+        EXPECT_THAT(namesOf(list), ElementsAre("Ethernet"));
+        ASSERT_TRUE(list.failure);
+        EXPECT_EQ(list.failure->key, key);
+        EXPECT_THAT(list.failure->variables,
+                    ElementsAre(Pair("Function", function), Pair("Error", mrl::Uint32(error))));
+        EXPECT_EQ(radio().callCount("WlanEnumInterfaces"), key == rows[1].key ? 1U : 0U);
+        EXPECT_EQ(radio().openHandles(), 0U);
+    }
 }
 
 TEST_F(MachineDevices, AreAskedForWithTheServiceTheyNeed) {
@@ -185,14 +179,24 @@ TEST_F(MachineDevices, ComeWithTheRemedyForEachFailureOfTheService) {
                "Restart \"WLAN AutoConfig\" in services.msc, or restart the PC."},
     };
     for (const Case& test : cases) {
-        Scenario scenario;
-        scenario.faults = {{.function = "WlanOpenHandle", .code = test.error}};
-        startRadio(std::move(scenario));
+        startRadio(Scenario{.faults = {{.function = "WlanOpenHandle", .code = test.error}}});
         const tesk5::Finding finding = checkWirelessService();
         EXPECT_FALSE(finding.good);
         EXPECT_EQ(message(finding), test.line);
         EXPECT_THAT(radio().unfiredFaults(), IsEmpty());
     }
+}
+
+TEST_F(MachineDevices, OfTheSystemHaveANameEach) {
+    startRadio(twoInterfaces());
+    const std::vector<NetworkAdapter> adapters = networkadapters::networkAdapters();
+#ifdef _WIN32
+    for (const NetworkAdapter& each : adapters) {
+        EXPECT_FALSE(each.name.empty());
+    }
+#else
+    EXPECT_THAT(adapters, IsEmpty()); // not listed on other systems
+#endif
 }
 
 } // namespace

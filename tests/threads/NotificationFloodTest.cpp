@@ -14,54 +14,11 @@
 
 namespace {
 
-using test::announceScan;
+using test::AnnouncedScans;
 using testing::ElementsAre;
 
-constexpr int SERVICE_THREADS = 4;
 constexpr int REFRESHES = 30;
 constexpr int DIALOGS = 50;
-
-// Calls back without end, from several threads and through the simulated service too.
-class Flood {
-public:
-    explicit Flood(radiosim::Engine& radio) {
-        m_threads.emplace_back([this, &radio] {
-            while (!m_over) {
-                radio.notify(WLAN_NOTIFICATION_SOURCE_ACM, wlan_notification_acm_scan_complete);
-                radio.settle();
-            }
-        });
-        for (int i = 1; i < SERVICE_THREADS; ++i) {
-            m_threads.emplace_back([this] {
-                while (!m_over) {
-                    announceScan();
-                    ++m_count;
-                    std::this_thread::yield();
-                }
-            });
-        }
-    }
-    Flood(const Flood&) = delete;
-    Flood& operator=(const Flood&) = delete;
-    ~Flood() {
-        m_over = true;
-        for (std::thread& thread : m_threads) {
-            thread.join();
-        }
-    }
-
-    // Waits for more of it.
-    void goesOn() const {
-        for (const long before = m_count; m_count < before + SERVICE_THREADS;) {
-            std::this_thread::yield();
-        }
-    }
-
-private:
-    std::atomic<bool> m_over = false;
-    std::atomic<long> m_count = 0;
-    std::vector<std::thread> m_threads;
-};
 
 // Stands for the dialog: its place in memory, its window, and what it does when it is idle.
 class Screen {
@@ -120,7 +77,7 @@ protected:
 
 TEST_F(NotificationFlood, LeavesEveryRefreshWhole) {
     Screen screen(device());
-    const Flood flood(radio());
+    const AnnouncedScans flood(&radio());
     for (int i = 0; i < REFRESHES; ++i) {
         EXPECT_THAT(screen.refresh(), ElementsAre("Attic", "Lab"));
     }
@@ -128,7 +85,7 @@ TEST_F(NotificationFlood, LeavesEveryRefreshWhole) {
 
 TEST_F(NotificationFlood, LeavesTheMeasurementOfASelectionWhole) {
     Screen screen(device());
-    const Flood flood(radio());
+    const AnnouncedScans flood(&radio());
     screen.refresh();
     for (int i = 0; i < REFRESHES; ++i) {
         EXPECT_EQ(screen.measure(0), 30);
@@ -138,24 +95,24 @@ TEST_F(NotificationFlood, LeavesTheMeasurementOfASelectionWhole) {
 
 TEST_F(NotificationFlood, WakesTheDialogOnceForEachRefresh) {
     Screen screen(device());
-    const Flood flood(radio());
+    const AnnouncedScans flood(&radio());
     for (int i = 1; i <= REFRESHES; ++i) {
-        flood.goesOn();
+        flood.goOn();
         EXPECT_EQ(screen.messages(), i);
         screen.refresh();
-        flood.goesOn();
+        flood.goOn();
     }
 }
 
 TEST_F(NotificationFlood, LeavesNothingForADialogThatHasEnded) {
-    const Flood flood(radio());
+    const AnnouncedScans flood(&radio());
     for (int i = 0; i < DIALOGS; ++i) {
         // On the heap, where the next may get the address of the one before.
         const auto screen = std::make_unique<Screen>(device());
         EXPECT_THAT(screen->refresh(), ElementsAre("Attic", "Lab"));
         screen->close();
         const long messages = screen->messages();
-        flood.goesOn();
+        flood.goOn();
         EXPECT_FALSE(screen->hasPendingRefresh());
         EXPECT_EQ(screen->messages(), messages);
     }
@@ -166,13 +123,13 @@ TEST_F(NotificationFlood, LeavesNothingForADialogThatHasEnded) {
 TEST_F(NotificationFlood, DoesNotReachASecondRun) {
     startScene();
     { const Screen gone(device()); }
-    const Flood flood(radio());
+    const AnnouncedScans flood(&radio());
     EXPECT_EQ(verify(), tesk5::TestResult::PASS());
 }
 
 TEST_F(NotificationFlood, MayComeWhileTheRadioChanges) {
     Screen screen(device());
-    const Flood flood(radio());
+    const AnnouncedScans flood(&radio());
     std::atomic<bool> over = false;
     std::thread room([&] {
         while (!over) {
@@ -193,9 +150,9 @@ TEST_F(NotificationFlood, MayComeWhileTheRadioChanges) {
 
 TEST_F(NotificationFlood, MayComeWhileAStopIsRequested) {
     Screen screen(device());
-    const Flood flood(radio());
+    const AnnouncedScans flood(&radio());
     std::thread person([&flood] {
-        flood.goesOn();
+        flood.goOn();
         tesk5::RunContext::current().stopRequest.raise();
     });
     do {
