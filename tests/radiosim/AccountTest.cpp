@@ -17,15 +17,6 @@ protected:
     }
 };
 
-TEST_F(Account, CountsOpenHandles) {
-    EXPECT_EQ(engine().openHandles(), 1U);
-    {
-        const nativewifi::ClientHandle second = openHandle();
-        EXPECT_EQ(engine().openHandles(), 2U);
-    }
-    EXPECT_EQ(engine().openHandles(), 1U);
-}
-
 TEST_F(Account, CountsBlocksAndTheirBytes) {
     nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> block;
     list(block);
