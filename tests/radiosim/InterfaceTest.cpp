@@ -60,15 +60,17 @@ TEST_F(Interfaces, LoseTheirConnectionWithTheRadio) {
 
 TEST_F(Interfaces, TakeWhatCanBeSet) {
     start({.interfaces = {{.autoconf = false, .backgroundScan = true, .mediaStreaming = true}}});
-    const WLAN_INTF_OPCODE flags[] = {wlan_intf_opcode_autoconf_enabled,
-                                      wlan_intf_opcode_background_scan_enabled,
-                                      wlan_intf_opcode_media_streaming_mode};
-    for (const WLAN_INTF_OPCODE flag : flags) {
-        const BOOL before = flag == wlan_intf_opcode_autoconf_enabled ? FALSE : TRUE;
-        EXPECT_EQ(queried<BOOL>(flag), before) << flag;
-        EXPECT_EQ(set<BOOL>(flag, 1 - before), ERROR_SUCCESS) << flag;
-        EXPECT_EQ(queried<BOOL>(flag), 1 - before) << flag;
-    }
+    const auto flags = [this] {
+        return std::vector{queried<BOOL>(wlan_intf_opcode_autoconf_enabled),
+                           queried<BOOL>(wlan_intf_opcode_background_scan_enabled),
+                           queried<BOOL>(wlan_intf_opcode_media_streaming_mode)};
+    };
+    EXPECT_EQ(flags(), (std::vector{FALSE, TRUE, TRUE}));
+    EXPECT_EQ(set<BOOL>(wlan_intf_opcode_autoconf_enabled, TRUE), ERROR_SUCCESS);
+    EXPECT_EQ(set<BOOL>(wlan_intf_opcode_background_scan_enabled, FALSE), ERROR_SUCCESS);
+    EXPECT_EQ(flags(), (std::vector{TRUE, FALSE, TRUE}));
+    EXPECT_EQ(set<BOOL>(wlan_intf_opcode_media_streaming_mode, FALSE), ERROR_SUCCESS);
+    EXPECT_EQ(flags(), (std::vector{TRUE, FALSE, FALSE}));
     EXPECT_EQ(set(wlan_intf_opcode_bss_type, dot11_BSS_type_any), ERROR_SUCCESS);
     EXPECT_EQ(queried<DOT11_BSS_TYPE>(wlan_intf_opcode_bss_type), dot11_BSS_type_any);
 }
