@@ -25,6 +25,8 @@ std::string textAt(LPARAM pointer) {
 std::string ofList(const CWPSTRUCT& sent) {
     const std::string index = number(static_cast<int>(sent.wParam));
     switch (sent.message) {
+    case CB_GETCOUNT:
+        return "count entries";
     case CB_RESETCONTENT:
         return "list empty";
     case CB_INSERTSTRING:
@@ -67,16 +69,12 @@ std::string ofToolTip(const CWPSTRUCT& sent) {
     }
 }
 
-bool isToolTip(HWND window) {
-    wchar_t name[sizeof TOOLTIPS_CLASSW] = {};
-    GetClassNameW(window, name, static_cast<int>(std::size(name)));
-    return std::wstring_view(name) == TOOLTIPS_CLASSW;
-}
-
 // Empty for what is not noted.
 std::string entryOf(const CWPSTRUCT& sent) {
     const int id = GetDlgCtrlID(sent.hwnd);
     switch (sent.message) {
+    case WM_INITDIALOG:
+        return "opens";
     case WM_SETTEXT:
         return "text " + number(id) + " " + textAt(sent.lParam);
     case WM_SETICON:
@@ -99,9 +97,14 @@ std::string entryOf(const CWPSTRUCT& sent) {
 
 } // namespace
 
-ControlJournal::ControlJournal(VirtualClock& clock)
-    : m_clock(clock),
-      m_hook(SetWindowsHookExW(WH_CALLWNDPROC, hook, nullptr, GetCurrentThreadId())) {
+bool isToolTip(HWND window) {
+    wchar_t name[sizeof TOOLTIPS_CLASSW] = {};
+    GetClassNameW(window, name, static_cast<int>(std::size(name)));
+    return std::wstring_view(name) == TOOLTIPS_CLASSW;
+}
+
+ControlJournal::ControlJournal()
+    : m_hook(SetWindowsHookExW(WH_CALLWNDPROC, hook, nullptr, GetCurrentThreadId())) {
     g_journal = this;
 }
 
@@ -112,50 +115,32 @@ ControlJournal::~ControlJournal() {
 
 LRESULT CALLBACK ControlJournal::hook(int code, WPARAM wParam, LPARAM lParam) {
     if (code == HC_ACTION) {
-        const std::string entry = entryOf(*reinterpret_cast<const CWPSTRUCT*>(lParam));
+        const auto& sent = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+        const std::string entry = entryOf(sent);
         if (!entry.empty()) {
             g_journal->m_fromOtherThreads += InSendMessage() ? 1 : 0;
-            g_journal->note(entry);
+            Journal::note(entry);
+            if (g_journal->onEntry) {
+                g_journal->onEntry(entry, sent.hwnd);
+            }
         }
     }
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
-void ControlJournal::noteSleeps() {
-    const std::vector<long long> sleeps = m_clock.sleeps();
-    for (; m_sleepsSeen < sleeps.size(); ++m_sleepsSeen) {
-        m_entries.push_back("sleep " + number(sleeps[m_sleepsSeen]));
-    }
-}
-
-void ControlJournal::note(std::string entry) {
-    noteSleeps();
-    m_entries.push_back(entry);
-    if (onEntry) {
-        onEntry(entry);
-    }
-}
-
-std::vector<std::string> ControlJournal::entries(std::vector<std::string_view> kinds) {
-    noteSleeps();
-    std::vector<std::string> chosen;
-    std::copy_if(m_entries.begin(), m_entries.end(), std::back_inserter(chosen),
-                 [&kinds](const std::string& entry) {
-                     return kinds.empty() || std::any_of(kinds.begin(), kinds.end(),
-                                                         [&entry](std::string_view kind) {
-                                                             return entry.starts_with(kind);
-                                                         });
-                 });
+std::vector<std::string> ControlJournal::entries(const std::vector<std::string_view>& kinds) const {
+    std::vector<std::string> chosen = m_journal.entries();
+    std::erase_if(chosen, [&kinds](const std::string& entry) {
+        const auto begins = [&entry](std::string_view kind) { return entry.starts_with(kind); };
+        return kinds.empty() ? begins("call ") || begins("log ") || begins("event ")
+                             : std::none_of(kinds.begin(), kinds.end(), begins);
+    });
     return chosen;
 }
 
-long ControlJournal::count(std::string_view entry) {
-    return static_cast<long>(std::count(m_entries.begin(), m_entries.end(), entry));
-}
-
-void ControlJournal::clear() {
-    noteSleeps();
-    std::vector<std::string>().swap(m_entries);
+long ControlJournal::count(std::string_view entry) const {
+    const std::vector<std::string> all = m_journal.entries();
+    return static_cast<long>(std::count(all.begin(), all.end(), entry));
 }
 
 } // namespace test

@@ -9,31 +9,11 @@ using test::Dialog;
 using test::network;
 using test::shown;
 using test::strength;
+using test::written;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* SSID_TEXT = "text 1031 ";
-
-class Details : public test::DialogTest {
-protected:
-    /// The names written into the field, in turn, and the list looked at, when entry `index` is
-    /// chosen after the networks have become `now`.
-    std::vector<std::string> namesWritten(std::vector<radiosim::AccessPoint> before, int index,
-                                          std::vector<radiosim::AccessPoint> now) {
-        startRadio(std::move(before));
-        std::vector<std::string> names;
-        run({[&](Dialog& dialog) {
-            radio().setAccessPoints(0, std::move(now));
-            journal().clear();
-            choose(dialog, index);
-            names = journal().entries({SSID_TEXT});
-        }});
-        for (std::string& name : names) {
-            name = name.substr(std::string(SSID_TEXT).size());
-        }
-        return names;
-    }
-};
+class Details : public test::DialogTest {};
 
 TEST_F(Details, ShowEverythingAboutTheSelectedNetwork) {
     radiosim::AccessPoint adHoc = network("Field", 81U);
@@ -62,85 +42,69 @@ TEST_F(Details, ShowEverythingAboutTheSelectedNetwork) {
     }});
 }
 
-TEST_F(Details, AreWrittenInAFixedOrder) {
-    startRadio({network("Lab", 42U)});
-    run({[&](Dialog& dialog) {
-        journal().clear();
-        dialog.updateSelectedNetworkInformation();
-        EXPECT_THAT(journal().entries(),
-                    ElementsAre("sleep 50", "text 1045 " + localized("RADIO_BUTTON_ON"),
-                                "list select 0", "sleep 100", "sleep 100", "sleep 100",
-                                "text 1030 " + localized("INFRASTRUCTURE"), "text 1031 Lab",
-                                "text 1032 " + localized("ENABLED"),
-                                "text 1033 " + localized("YES"), "text 1034 " + localized("NO"),
-                                "text 1035 RSNA PSK", "text 1038 " + localized("GOOD"),
-                                "text 1041 42%", "meter 42"));
-    }});
-}
-
-// Three looks 100 ms apart, at 1.0, 1.1 and 1.2 s of a signal's life.
-TEST_F(Details, ShowTheMeanOfThreeReadings) {
-    startRadio({network("Guest"), network("Lab")});
-    run({[&](Dialog& dialog) {
-        radio().setAccessPoints(
-            0, {network("Guest"),
-                network("Lab", radiosim::Signal::Series{.values = {70, 71, 73},
-                                                        .step = std::chrono::milliseconds(100),
-                                                        .repeat = true})});
-        choose(dialog, 1);
-        EXPECT_EQ(strength(dialog), localized("VERY_GOOD") + " 71% 71");
-    }});
-}
-
-struct Rating {
-    unsigned int percent;
-    const char* key;
-};
-
-class Ratings : public Details, public testing::WithParamInterface<Rating> {};
-
-TEST_P(Ratings, FollowThePercentage) {
-    const Rating& rating = GetParam();
-    startRadio({network("Lab", rating.percent)});
-    run({[&](Dialog& dialog) {
-        const std::string percent = std::to_string(rating.percent);
-        EXPECT_EQ(strength(dialog), localized(rating.key) + " " + percent + "% " + percent);
-    }});
-}
-
-constexpr Rating ratings[] = {{99, "EXCELLENT"}, {80, "EXCELLENT"}, {79, "VERY_GOOD"},
-                              {59, "GOOD"},      {39, "LOW"},       {19, "VERY_LOW"},
-                              {1, "VERY_LOW"},   {0, "NO_SIGNAL"}};
-INSTANTIATE_TEST_SUITE_P(Scale, Ratings, testing::ValuesIn(ratings));
-
 // --- Which network -------------------------------------------------------------------------------
 
-TEST_F(Details, OfTheFirstEntryEndOnTheFirstNetworkWhoseNameIsInTheEntry) {
-    EXPECT_THAT(namesWritten({network("Lab"), network("Guest")}, 0,
-                             {network("Zoo"), network("Attic"), network("Lab"), network("Guest")}),
-                ElementsAre("Zoo", "Attic", "Lab"));
-    EXPECT_THAT(namesWritten({network("lab2"), network("Guest")}, 0,
-                             {network("Zoo"), network("lab"), network("Guest")}),
-                ElementsAre("Zoo", "lab"));
+using Names = std::vector<std::string>;
+
+// The networks, the entry that is chosen when they have changed, and whose details are then written
+// into the fields, in turn.
+struct Choice {
+    const char* name;
+    Names before;
+    int index;
+    Names now;
+    Names written;
+};
+
+void PrintTo(const Choice& choice, std::ostream* out) {
+    *out << choice.name;
 }
 
-TEST_F(Details, OfTheFirstEntryStayOnTheLastNetworkWhenNoneMatches) {
-    EXPECT_THAT(
-        namesWritten({network("Lab"), network("Guest")}, 0, {network("Zoo"), network("Attic")}),
-        ElementsAre("Zoo", "Attic"));
+class DetailsOfAnEntry : public Details, public testing::WithParamInterface<Choice> {};
+
+TEST_P(DetailsOfAnEntry, AreThoseOf) {
+    startRadio(test::networks(GetParam().before));
+    run({[&](Dialog& dialog) {
+        radio().setAccessPoints(0, test::networks(GetParam().now));
+        journal().clear();
+        choose(dialog, GetParam().index);
+        Names expected;
+        for (const std::string& name : GetParam().written) {
+            expected.push_back(written(IDC_SSID, name));
+        }
+        EXPECT_EQ(journal().entries({written(IDC_SSID, "")}), expected);
+    }});
 }
 
-TEST_F(Details, OfAnotherEntryAreWrittenForTheMatchAlone) {
-    EXPECT_THAT(namesWritten({network("Lab"), network("Guest")}, 1,
-                             {network("Zoo"), network("Attic"), network("Guest"), network("Lab")}),
-                ElementsAre("Guest"));
-}
-
-TEST_F(Details, OfAnotherEntryComeFromTheFirstOfSeveralMatches) {
-    EXPECT_THAT(namesWritten({network("Zoo"), network("Lab-5G"), network("Lab")}, 1,
-                             {network("Zoo"), network("b-5"), network("Lab-5G"), network("Lab")}),
-                ElementsAre("b-5"));
-}
+const Choice choices[] = {
+    {"AllUpToTheMatchOfTheFirstEntry",
+     {"Lab", "Guest"},
+     0,
+     {"Zoo", "Attic", "Lab", "Guest"},
+     {"Zoo", "Attic", "Lab"}},
+    {"TheFirstEntryByAPartOfItsName",
+     {"lab2", "Guest"},
+     0,
+     {"Zoo", "lab", "Guest"},
+     {"Zoo", "lab"}},
+    {"AllWhereNothingMatchesTheFirstEntry",
+     {"Lab", "Guest"},
+     0,
+     {"Zoo", "Attic"},
+     {"Zoo", "Attic"}},
+    {"TheMatchAloneOfAnotherEntry",
+     {"Lab", "Guest"},
+     1,
+     {"Zoo", "Attic", "Guest", "Lab"},
+     {"Guest"}},
+    {"TheFirstOfSeveralMatches",
+     {"Zoo", "Lab-5G", "Lab"},
+     1,
+     {"Zoo", "b-5", "Lab-5G", "Lab"},
+     {"b-5"}},
+};
+INSTANTIATE_TEST_SUITE_P(Entries, DetailsOfAnEntry, testing::ValuesIn(choices),
+                         [](const auto& choice) { return std::string(choice.param.name); });
 
 TEST_F(Details, OfAnotherEntryKeepTheirValuesWithoutAMatch) {
     startRadio({network("Lab", 42U), network("Guest", 80U)});
@@ -149,7 +113,8 @@ TEST_F(Details, OfAnotherEntryKeepTheirValuesWithoutAMatch) {
         radio().setAccessPoints(0, {network("Zoo", 10U), network("Attic", 11U)});
         journal().clear();
         choose(dialog, 1);
-        EXPECT_THAT(journal().entries({"text 1031", "text 1041", "meter"}), IsEmpty());
+        EXPECT_THAT(journal().entries({"text", "meter"}),
+                    ElementsAre(writtenKey(IDC_RADIO_STATUS, "RADIO_BUTTON_ON")));
         EXPECT_EQ(shown(dialog, IDC_SSID), "Guest");
         EXPECT_EQ(strength(dialog), localized("EXCELLENT") + " 80% 80");
     }});
@@ -179,47 +144,36 @@ TEST_F(Details, SelectTheMatchingEntryAgain) {
 
 class ClearedDetails : public Details {
 protected:
-    void expectCleared(Dialog& dialog) {
-        for (const int id : {IDC_BSS_TYPE, IDC_SSID, IDC_SECURITY, IDC_CONNECTABLE, IDC_CIPHER,
-                             IDC_AUTH, IDC_STRENGTH_TEXT, IDC_STRENGTH_PERCENT}) {
-            EXPECT_EQ(shown(dialog, id), "") << id;
-        }
-        EXPECT_EQ(dialog.m_signalMeter.SendMessage(PBM_GETPOS), 0);
+    ClearedDetails() { startRadio({network("Lab", 42U), network("Guest")}); }
+
+    /// Runs `change`, then expects a refresh of the details to clear them all.
+    void expectClearedBy(const test::Step& change) {
+        run({[&](Dialog& dialog) {
+            EXPECT_EQ(shown(dialog, IDC_SSID), "Lab");
+            change(dialog);
+            journal().clear();
+            dialog.updateSelectedNetworkInformation();
+            EXPECT_THAT(journal().entries({"text", "meter"}),
+                        // The radio's state is shown all the same.
+                        ElementsAre(writtenKey(IDC_RADIO_STATUS, "RADIO_BUTTON_ON"),
+                                    written(IDC_BSS_TYPE, ""), written(IDC_SSID, ""),
+                                    written(IDC_SECURITY, ""), written(IDC_CONNECTABLE, ""),
+                                    written(IDC_CIPHER, ""), written(IDC_AUTH, ""),
+                                    written(IDC_STRENGTH_TEXT, ""),
+                                    written(IDC_STRENGTH_PERCENT, ""), "meter 0"));
+        }});
     }
 };
 
 TEST_F(ClearedDetails, WhenTheListHasBecomeEmpty) {
-    startRadio({network("Lab", 42U)});
-    run({[&](Dialog& dialog) {
-        EXPECT_EQ(shown(dialog, IDC_SSID), "Lab");
+    expectClearedBy([&](Dialog& dialog) {
         radio().setAccessPoints(0, {});
-        journal().clear();
         dialog.populateAvailableNetworks();
-        dialog.updateSelectedNetworkInformation();
-        expectCleared(dialog);
-        // The radio's state is shown all the same.
-        EXPECT_THAT(journal().entries({"text 1045"}),
-                    ElementsAre("text 1045 " + localized("RADIO_BUTTON_ON")));
-    }});
+    });
 }
 
 TEST_F(ClearedDetails, WhenNothingIsSelected) {
-    startRadio({network("Lab", 42U), network("Guest")});
-    run({[&](Dialog& dialog) {
-        dialog.m_networkCombo.SetCurSel(-1);
-        dialog.updateSelectedNetworkInformation();
-        expectCleared(dialog);
-    }});
-}
-
-TEST_F(ClearedDetails, WhenTheListCannotBeRead) {
-    startRadio({network("Lab", 42U)});
-    run({[&](Dialog& dialog) {
-        radio().addFault({.function = "WlanGetAvailableNetworkList", .code = ERROR_GEN_FAILURE});
-        dialog.populateAvailableNetworks();
-        dialog.updateSelectedNetworkInformation();
-        expectCleared(dialog);
-    }});
+    expectClearedBy([](Dialog& dialog) { dialog.m_networkCombo.SetCurSel(-1); });
 }
 
 // --- Another choice ------------------------------------------------------------------------------
@@ -251,7 +205,8 @@ TEST_F(Details, AreReadWhileTheTimerIsStoppedAndRestartItsPeriod) {
              Sleep(50);
          },
          [&](Dialog& dialog) {
-             EXPECT_THAT(journal().entries({"text 1039"}), IsEmpty()); // no tick
+             EXPECT_THAT(journal().entries({written(IDC_CONNECTION_STATE, "")}),
+                         IsEmpty()); // no tick
              EXPECT_TRUE(test::timerRuns(dialog));
          }});
 }

@@ -4,21 +4,28 @@
 
 #include <MRLrAntenna.h>
 
+#include <support/WindowLooks.h>
+
 #include <mrl/Unicode.h>
 
 namespace test {
 
 namespace {
 
-std::string windowText(HWND window) {
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)), L'\0');
-    GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1);
-    return mrl::toUtf8(text);
-}
-
 HWND control(const Dialog& dialog, int controlId) {
     return ::GetDlgItem(dialog.m_hWnd, controlId);
 }
+
+class ExchangingDialog : public MRLRAntennaDlg {
+public:
+    using MRLRAntennaDlg::MRLRAntennaDlg;
+
+protected:
+    void DoDataExchange(CDataExchange* exchange) override {
+        Journal::note(exchange->m_bSaveAndValidate ? "exchange read" : "exchange show");
+        MRLRAntennaDlg::DoDataExchange(exchange);
+    }
+};
 
 } // namespace
 
@@ -31,8 +38,20 @@ radiosim::AccessPoint connected(radiosim::AccessPoint network) {
     return network;
 }
 
+std::vector<radiosim::AccessPoint> networks(const std::vector<std::string>& names) {
+    std::vector<radiosim::AccessPoint> all;
+    for (const std::string& name : names) {
+        all.push_back(name.starts_with('*') ? connected(network(name.substr(1))) : network(name));
+    }
+    return all;
+}
+
+std::string written(int controlId, const std::string& text) {
+    return "text " + std::to_string(controlId) + " " + text;
+}
+
 std::string shown(const Dialog& dialog, int controlId) {
-    return windowText(controlId == 0 ? dialog.m_hWnd : control(dialog, controlId));
+    return mrl::toUtf8(textOf(controlId == 0 ? dialog.m_hWnd : control(dialog, controlId)));
 }
 
 std::vector<std::string> entries(const Dialog& dialog) {
@@ -93,6 +112,10 @@ bool timerRuns(const Dialog& dialog) {
     return true;
 }
 
+void push(const Dialog& dialog, int controlId) {
+    ::SendMessageW(control(dialog, controlId), BM_CLICK, 0, 0);
+}
+
 void choose(Dialog& dialog, int index) {
     dialog.m_networkCombo.SetCurSel(index);
     dialog.SendMessage(WM_COMMAND, MAKEWPARAM(IDC_NETWORK_COMBO, CBN_SELCHANGE),
@@ -116,22 +139,22 @@ void press(const Dialog& dialog, WPARAM key) {
 }
 
 // The pictures are nowhere near the current folder: the log then names those that were looked for.
-DialogTest::DialogTest() : m_journal(clock()), m_folderBefore(std::filesystem::current_path()) {
+DialogTest::DialogTest() : m_folderBefore(std::filesystem::current_path()) {
     std::filesystem::current_path(m_folder.path());
     doubles::tabletPc = false;
-    tesk5::RunContext::current().stopRequest.clear();
+    withdrawStop();
     tesk5::RunContext::current().abortRequested = false;
 }
 
 DialogTest::~DialogTest() {
-    tesk5::RunContext::current().stopRequest.clear();
+    withdrawStop();
     std::filesystem::current_path(m_folderBefore);
 }
 
 INT_PTR DialogTest::run(std::vector<Step> steps, DialogDriver::Place place) {
     const DialogDriver driver(std::move(steps), place);
     const tesk5::DiagDevice card = device();
-    MRLRAntennaDlg dialog(card);
+    ExchangingDialog dialog(card);
     const INT_PTR result = dialog.DoModal();
     m_ended = !driver.leftOpen();
     EXPECT_EQ(driver.stepsLeft(), 0U);

@@ -21,6 +21,12 @@ radiosim::AccessPoint network(const std::string& ssid, radiosim::Signal signal =
 /// One that the interface is connected to, as far as the list of networks says.
 radiosim::AccessPoint connected(radiosim::AccessPoint network);
 
+/// Access points of these names; the interface is connected to one after "*".
+std::vector<radiosim::AccessPoint> networks(const std::vector<std::string>& names);
+
+/// The journal's entry for a text that a control gets.
+std::string written(int controlId, const std::string& text);
+
 // What the dialog shows.
 
 /// The text of a control; of the dialog itself for 0.
@@ -42,6 +48,8 @@ bool timerRuns(const Dialog& dialog);
 
 // What a user does.
 
+/// Pushes a button, whether it can be seen or not.
+void push(const Dialog& dialog, int controlId);
 /// Selects an entry of the list of networks.
 void choose(Dialog& dialog, int index);
 /// Clicks with the left button on a control that has SS_NOTIFY.
@@ -56,7 +64,8 @@ protected:
     DialogTest();
     ~DialogTest() override;
 
-    /// Runs a dialog without the test function. \return what DoModal() returns
+    /// Runs a dialog without the test function; its exchanges of data are in the journal, as
+    /// "exchange show" and "exchange read". \return what DoModal() returns
     INT_PTR run(std::vector<Step> steps,
                 DialogDriver::Place place = DialogDriver::Place::OFF_SCREEN);
     /// Runs the test function, which makes the dialogs.
@@ -71,7 +80,14 @@ protected:
     /// How often the list of networks was asked for.
     std::size_t looks() { return radio().callCount("WlanGetAvailableNetworkList"); }
 
+    static void requestStop() { tesk5::RunContext::current().stopRequest.raise(); }
+    static void withdrawStop() { tesk5::RunContext::current().stopRequest.clear(); }
+
     static std::string localized(const char* key) { return tesk5::translation(key).utf8(); }
+    /// written() with the text of a key.
+    static std::string writtenKey(int controlId, const char* key) {
+        return written(controlId, localized(key));
+    }
 
 private:
     ControlJournal m_journal;

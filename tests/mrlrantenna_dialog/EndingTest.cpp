@@ -10,8 +10,8 @@ using test::Dialog;
 using test::DialogDriver;
 using test::network;
 using test::press;
-using test::shown;
 using test::timerRuns;
+using test::written;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -22,41 +22,62 @@ protected:
     static std::atomic<bool>& abortRequested() {
         return tesk5::RunContext::current().abortRequested;
     }
-    static void pushButton(const Dialog& dialog, int controlId) {
-        dialog.GetDlgItem(controlId)->SendMessage(BM_CLICK);
+    /// Requests a stop when the window gets the message of `entry`.
+    void requestStopAt(const std::string& entry) {
+        journal().onEntry = [entry](const std::string& noted, HWND) {
+            if (noted == entry) {
+                requestStop();
+            }
+        };
+    }
+    /// Requests a stop at the nth look at the list of networks.
+    void requestStopAtLook(std::size_t nth) {
+        journal().clear();
+        radio().clearCalls();
+        radio().onCall([this, nth](const radiosim::Call&) {
+            if (looks() == nth) {
+                requestStop();
+            }
+        });
     }
 };
 
-TEST_F(EndOfTheDialog, FinishCompletesTheTest) {
-    EXPECT_EQ(runTest({[](Dialog& dialog) { pushButton(dialog, IDC_FINISH); }}),
-              TestResult::COMPLETED());
+struct End {
+    const char* by;
+    void (*act)(Dialog& dialog);
+    bool completes;
+    bool requestsAbort;
+};
+
+class EndsOfTheDialog : public EndOfTheDialog, public testing::WithParamInterface<End> {};
+
+TEST_P(EndsOfTheDialog, DecideTheResult) {
+    EXPECT_EQ(runTest({GetParam().act}),
+              GetParam().completes ? TestResult::COMPLETED() : TestResult::USERABORTED());
     EXPECT_TRUE(ended());
-    EXPECT_TRUE(abortRequested());
+    EXPECT_EQ(abortRequested(), GetParam().requestsAbort);
 }
 
-TEST_F(EndOfTheDialog, TheCloseBoxCompletesTheTest) {
-    EXPECT_EQ(runTest({[](Dialog& dialog) { dialog.SendMessage(WM_SYSCOMMAND, SC_CLOSE); }}),
-              TestResult::COMPLETED());
-    EXPECT_TRUE(ended());
-    EXPECT_TRUE(abortRequested());
-}
-
-TEST_F(EndOfTheDialog, EscapeAbortsTheTest) {
-    EXPECT_EQ(runTest({[](Dialog& dialog) { press(dialog, VK_ESCAPE); }}),
-              TestResult::USERABORTED());
-    EXPECT_TRUE(ended());
-    EXPECT_FALSE(abortRequested());
-}
-
-TEST_F(EndOfTheDialog, EscapeAbortsTheTestFromTheFinishButtonToo) {
-    EXPECT_EQ(runTest({[](Dialog& dialog) {
-                  CWnd* const button = dialog.GetDlgItem(IDC_FINISH);
-                  ::SetFocus(*button);
-                  button->PostMessage(WM_KEYDOWN, VK_ESCAPE);
-              }}),
-              TestResult::USERABORTED());
-    EXPECT_TRUE(ended());
-}
+constexpr End ends[] = {
+    {.by = "Finish",
+     .act = [](Dialog& dialog) { test::push(dialog, IDC_FINISH); },
+     .completes = true,
+     .requestsAbort = true},
+    {.by = "CloseBox",
+     .act = [](Dialog& dialog) { dialog.SendMessage(WM_SYSCOMMAND, SC_CLOSE); },
+     .completes = true,
+     .requestsAbort = true},
+    {.by = "Escape",
+     .act = [](Dialog& dialog) { press(dialog, VK_ESCAPE); },
+     .completes = false,
+     .requestsAbort = false},
+    {.by = "AnyOtherResult",
+     .act = [](Dialog& dialog) { dialog.EndDialog(99); },
+     .completes = true,
+     .requestsAbort = false},
+};
+INSTANTIATE_TEST_SUITE_P(By, EndsOfTheDialog, testing::ValuesIn(ends),
+                         [](const auto& end) { return std::string(end.param.by); });
 
 TEST_F(EndOfTheDialog, EnterDoesNotEndIt) {
     EXPECT_EQ(run({[](Dialog& dialog) { press(dialog, VK_RETURN); },
@@ -65,48 +86,39 @@ TEST_F(EndOfTheDialog, EnterDoesNotEndIt) {
     EXPECT_FALSE(ended());
 }
 
-TEST_F(EndOfTheDialog, ResultsOfTheDialogAreOkAndCancel) {
-    EXPECT_EQ(run({[](Dialog& dialog) { pushButton(dialog, IDC_FINISH); }}), IDOK);
-    EXPECT_EQ(run({[](Dialog& dialog) { dialog.SendMessage(WM_CLOSE); }}), IDOK);
-    EXPECT_EQ(run({[](Dialog& dialog) { press(dialog, VK_ESCAPE); }}), IDCANCEL);
-}
-
-TEST_F(EndOfTheDialog, AnyEndButCancelCompletesTheTest) {
-    EXPECT_EQ(runTest({[](Dialog& dialog) { dialog.EndDialog(99); }}), TestResult::COMPLETED());
-}
-
-TEST_F(EndOfTheDialog, FinishStopsTheMeterFirst) {
-    run({[&](Dialog& dialog) {
-        EXPECT_EQ(test::strength(dialog), "Good 42% 42");
-        EXPECT_TRUE(timerRuns(dialog));
-        journal().clear();
-        pushButton(dialog, IDC_FINISH);
-        EXPECT_THAT(journal().entries({"meter", "text"}), ElementsAre("meter 0", "text 1041 0%"));
-        EXPECT_EQ(test::strength(dialog), "Good 0% 0");
-        EXPECT_FALSE(timerRuns(dialog));
-    }});
-    EXPECT_TRUE(ended());
-}
-
-// The Fail button is always hidden and disabled, but hosts may send its command.
+// The Fail button is always hidden and disabled, but hosts may send its command; Finish begins with
+// the same steps.
 TEST_F(EndOfTheDialog, FailStopsTheMeterAndLeavesTheDialogOpen) {
     run({[&](Dialog& dialog) {
+             EXPECT_TRUE(timerRuns(dialog));
              dialog.GetDlgItem(IDC_FINISH)->EnableWindow(FALSE);
              journal().clear();
-             journal().onEntry = [&](const std::string& entry) {
+             journal().onEntry = [&](const std::string& entry, HWND) {
                  if (entry == "meter 0") {
-                     journal().note(timerRuns(dialog) ? "timer on" : "timer off");
-                     journal().note(abortRequested() ? "abort requested" : "no abort");
+                     test::Journal::note(timerRuns(dialog) ? "timer on" : "timer off");
+                     test::Journal::note(abortRequested() ? "abort requested" : "no abort");
                  }
              };
              dialog.SendMessage(WM_COMMAND, MAKEWPARAM(IDC_FAIL, BN_CLICKED),
                                 reinterpret_cast<LPARAM>(dialog.GetDlgItem(IDC_FAIL)->m_hWnd));
              journal().onEntry = nullptr;
-             EXPECT_THAT(journal().entries(), ElementsAre("meter 0", "timer off", "abort requested",
-                                                          "text 1041 0%", "enable 1015"));
+             EXPECT_THAT(journal().entries(),
+                         ElementsAre("meter 0", "timer off", "abort requested",
+                                     written(IDC_STRENGTH_PERCENT, "0%"), "exchange read",
+                                     "exchange read", "enable " + std::to_string(IDC_FINISH)));
          },
          [](Dialog& dialog) { EXPECT_FALSE(timerRuns(dialog)); }});
     EXPECT_FALSE(ended());
+}
+
+TEST_F(EndOfTheDialog, FinishStopsTheMeterToo) {
+    run({[&](Dialog& dialog) {
+        EXPECT_EQ(test::strength(dialog), "Good 42% 42");
+        test::push(dialog, IDC_FINISH);
+        EXPECT_EQ(test::strength(dialog), "Good 0% 0");
+        EXPECT_FALSE(timerRuns(dialog));
+    }});
+    EXPECT_TRUE(ended());
 }
 
 TEST_F(EndOfTheDialog, EndingItByTheOkCommandKillsTheTimerToo) {
@@ -117,11 +129,6 @@ TEST_F(EndOfTheDialog, EndingItByTheOkCommandKillsTheTimerToo) {
               }}),
               IDOK);
     EXPECT_FALSE(abortRequested());
-}
-
-TEST_F(EndOfTheDialog, TheClientHandleIsGivenBack) {
-    runTest({[&](Dialog&) { EXPECT_EQ(radio().openHandles(), 1U); }});
-    EXPECT_EQ(radio().openHandles(), 0U);
 }
 
 TEST_F(EndOfTheDialog, TheTestHasATraceScopeOfItsOwn) {
@@ -135,42 +142,33 @@ TEST_F(EndOfTheDialog, TheTestHasATraceScopeOfItsOwn) {
 }
 
 TEST_F(EndOfTheDialog, TheTestWaitsASecondBeforeItsDialog) {
-    bool opened = false;
-    journal().onEntry = [&](const std::string& entry) {
-        if (!opened && entry.starts_with("icon")) {
-            opened = true;
-            EXPECT_THAT(clock().sleeps(), ElementsAre(1000, 1000));
-        }
-    };
     runTest({});
-    EXPECT_TRUE(opened);
+    EXPECT_THAT(journal().entries({"pause 1000 ms", "opens"}),
+                ElementsAre("pause 1000 ms", "opens", "pause 1000 ms", "pause 1000 ms"));
 }
 
 // --- Stop requests -------------------------------------------------------------------------------
 
 TEST_F(EndOfTheDialog, AStopRequestBeforeItOpensAbortsTheTest) {
-    tesk5::RunContext::current().stopRequest.raise();
+    requestStop();
     EXPECT_EQ(runTest({}), TestResult::USERABORTED());
     EXPECT_TRUE(ended());
     EXPECT_EQ(looks(), 1U); // the details look at the list before they ask whether to go on
 }
 
 TEST_F(EndOfTheDialog, AStopRequestAtTheEndOfOpeningAbortsTheTest) {
-    journal().onEntry = [](const std::string& entry) {
-        if (entry == "meter step 1") {
-            tesk5::RunContext::current().stopRequest.raise();
-        }
-    };
+    requestStopAt("meter step 1");
     EXPECT_EQ(runTest({}), TestResult::USERABORTED());
     EXPECT_TRUE(ended());
 }
 
-TEST_F(EndOfTheDialog, AStopRequestIsSeenWhenTheDialogIsPainted) {
+TEST_F(EndOfTheDialog, AStopRequestIsSeenWhenTheDialogIsPaintedAndNothingIsDrawn) {
     EXPECT_EQ(runTest({[](Dialog& dialog) {
-                          tesk5::RunContext::current().stopRequest.raise();
+                          requestStop();
                           dialog.Invalidate();
                           dialog.UpdateWindow();
                           EXPECT_FALSE(dialog.ContinueModal());
+                          EXPECT_TRUE(::GetUpdateRect(dialog.m_hWnd, nullptr, FALSE));
                       }},
                       DialogDriver::Place::ON_SCREEN),
               TestResult::USERABORTED());
@@ -179,13 +177,11 @@ TEST_F(EndOfTheDialog, AStopRequestIsSeenWhenTheDialogIsPainted) {
 
 TEST_F(EndOfTheDialog, AStopRequestIsSeenAtATickWhichDoesNothingElse) {
     EXPECT_EQ(runTest({[&](Dialog& dialog) {
-                  radio().clearCalls();
                   journal().clear();
-                  tesk5::RunContext::current().stopRequest.raise();
+                  requestStop();
                   test::tick(dialog);
                   EXPECT_FALSE(dialog.ContinueModal());
-                  EXPECT_THAT(radio().callNames(), IsEmpty());
-                  EXPECT_THAT(journal().entries(), IsEmpty());
+                  EXPECT_THAT(journal().entries({""}), IsEmpty());
               }}),
               TestResult::USERABORTED());
     EXPECT_TRUE(ended());
@@ -194,47 +190,33 @@ TEST_F(EndOfTheDialog, AStopRequestIsSeenAtATickWhichDoesNothingElse) {
 TEST_F(EndOfTheDialog, AStopRequestKeepsARefreshFromBeginning) {
     run({[&](Dialog& dialog) {
         journal().clear();
-        radio().clearCalls();
-        tesk5::RunContext::current().stopRequest.raise();
+        requestStop();
         dialog.populateAvailableNetworks();
-        EXPECT_THAT(journal().entries(), IsEmpty());
-        EXPECT_THAT(radio().callNames(), IsEmpty());
-        EXPECT_THAT(test::entries(dialog), ElementsAre("Lab"));
-        tesk5::RunContext::current().stopRequest.clear();
+        EXPECT_THAT(journal().entries({""}), IsEmpty());
+        withdrawStop();
     }});
     EXPECT_FALSE(ended());
 }
 
 TEST_F(EndOfTheDialog, AStopRequestKeepsAnEmptiedListEmpty) {
     run({[&](Dialog& dialog) {
-        radio().clearCalls();
-        journal().onEntry = [](const std::string& entry) {
-            if (entry == "list empty") {
-                tesk5::RunContext::current().stopRequest.raise();
-            }
-        };
+        journal().clear();
+        requestStopAt("list empty");
         dialog.populateAvailableNetworks();
-        EXPECT_THAT(radio().callNames(), IsEmpty());
-        EXPECT_THAT(test::entries(dialog), IsEmpty());
-        tesk5::RunContext::current().stopRequest.clear();
+        EXPECT_THAT(journal().entries({""}), ElementsAre("count entries", "list empty"));
+        withdrawStop();
     }});
     EXPECT_FALSE(ended());
 }
 
 TEST_F(EndOfTheDialog, AStopRequestDuringTheRefreshLeavesTheDetailsAsTheyAre) {
     run({[&](Dialog& dialog) {
-        journal().clear();
-        radio().clearCalls();
-        radio().onCall([](const radiosim::Call& call) {
-            if (call.function == "WlanGetAvailableNetworkList") {
-                tesk5::RunContext::current().stopRequest.raise();
-            }
-        });
+        requestStopAtLook(1);
         dialog.updateSelectedNetworkInformation();
         EXPECT_EQ(radio().callCount("WlanQueryInterface"), 0U); // nor the radio's state
-        EXPECT_THAT(journal().entries(), ElementsAre("sleep 50"));
+        EXPECT_THAT(journal().entries(), ElementsAre("pause 50 ms"));
         radio().onCall(nullptr);
-        tesk5::RunContext::current().stopRequest.clear();
+        withdrawStop();
     }});
     EXPECT_FALSE(ended());
 }
@@ -242,19 +224,13 @@ TEST_F(EndOfTheDialog, AStopRequestDuringTheRefreshLeavesTheDetailsAsTheyAre) {
 TEST_F(EndOfTheDialog, AStopRequestDuringTheMeasurementLeavesTheFieldsAsTheyAre) {
     run({[&](Dialog& dialog) {
         radio().setAccessPoints(0, {network("Attic", 90U), network("Lab", 90U)});
-        journal().clear();
-        radio().clearCalls();
-        radio().onCall([this](const radiosim::Call&) {
-            if (looks() == 4) { // the third of the measurement
-                tesk5::RunContext::current().stopRequest.raise();
-            }
-        });
+        requestStopAtLook(4); // the third of the measurement
         dialog.updateSelectedNetworkInformation();
         EXPECT_EQ(looks(), 4U); // and not of the second network
-        EXPECT_THAT(journal().entries({"text 1031", "text 1041", "meter"}), IsEmpty());
-        EXPECT_EQ(shown(dialog, IDC_SSID), "Lab");
+        EXPECT_THAT(journal().entries({written(IDC_SSID, ""), "meter"}), IsEmpty());
+        EXPECT_EQ(test::shown(dialog, IDC_SSID), "Lab");
         radio().onCall(nullptr);
-        tesk5::RunContext::current().stopRequest.clear();
+        withdrawStop();
     }});
     EXPECT_FALSE(ended());
 }

@@ -7,13 +7,14 @@
 
 #include <libUikit/UiLanguage.h>
 
+#include <support/WindowLooks.h>
+
 #include <mrl/System.h>
 #include <mrl/Unicode.h>
 
 #include <tesk5/Language.h>
 #include <tesk5/Texts.h>
 
-#include <cstdlib>
 #include <memory>
 
 namespace {
@@ -174,50 +175,27 @@ protected:
         libUikit::setUiLanguage(0);
     }
 
-    static LONG letterHeight(const Dialog& dialog, int controlId) {
-        LOGFONTW font{};
-        GetObjectW(reinterpret_cast<HFONT>(dialog.GetDlgItem(controlId)->SendMessage(WM_GETFONT)),
-                   sizeof font, &font);
-        return std::labs(font.lfHeight);
-    }
     static bool isMirrored(const Dialog& dialog) {
         return (GetWindowLongPtrW(dialog, GWL_EXSTYLE) & WS_EX_LAYOUTRTL) != 0;
     }
-    // From the dialog's left edge, in pixels.
     static LONG leftOf(const Dialog& dialog, int controlId) {
-        CRect frame;
-        CRect place;
-        ::GetWindowRect(dialog, frame);
-        ::GetWindowRect(*dialog.GetDlgItem(controlId), place);
-        return place.left - frame.left;
+        return test::leftInside(*dialog.GetDlgItem(controlId), dialog);
     }
 };
 
-TEST_F(DialogInALanguage, SpeaksTheLanguageOfTheProgramsTexts) {
+TEST_F(DialogInALanguage, IsThatOfTheProgramsTextsAndShowsEachWholeInTheDialogsOwnFont) {
     startRadio({network("Lab", 50)});
     for (const char* tag : SHIPPED) {
-        ASSERT_TRUE(tesk5::Language::current().set(tag)) << tag;
-        std::string title;
-        bool mirrored = false;
+        SCOPED_TRACE(tag);
+        ASSERT_TRUE(tesk5::Language::current().set(tag));
         runTest({[&](Dialog& dialog) {
-            title = shown(dialog, 0);
-            mirrored = isMirrored(dialog);
-        }});
-        EXPECT_EQ(title, localized("TITLE")) << tag;
-        EXPECT_EQ(mirrored, std::string(tag) == "ar") << tag;
-    }
-}
-
-TEST_F(DialogInALanguage, ShowsEveryTextWholeInTheDialogsOwnFont) {
-    startRadio({network("Lab", 50)});
-    for (const char* tag : SHIPPED) {
-        ASSERT_TRUE(tesk5::Language::current().set(tag)) << tag;
-        runTest({[&](Dialog& dialog) {
-            const LONG full = letterHeight(dialog, IDC_NETWORK_COMBO);
+            EXPECT_EQ(shown(dialog, 0), localized("TITLE"));
+            EXPECT_EQ(isMirrored(dialog), std::string(tag) == "ar");
+            const LONG full = test::letterHeight(*dialog.GetDlgItem(IDC_NETWORK_COMBO));
             for (const Showing& showing : showings) {
                 for (const char* key : showing.keys) {
                     dialog.SetDlgItemText(showing.id, tesk5::translation(key).getUCS2Buffer());
-                    EXPECT_EQ(letterHeight(dialog, showing.id), full) << tag << " " << key;
+                    EXPECT_EQ(test::letterHeight(*dialog.GetDlgItem(showing.id)), full) << key;
                 }
             }
         }});

@@ -22,19 +22,13 @@ constexpr COLORREF BLACK = RGB(0, 0, 0);
 constexpr COLORREF BLUE = RGB(0, 0, 255);
 constexpr COLORREF RED = RGB(255, 0, 0);
 
-radiosim::Fault refusal(const char* function, WLAN_INTF_OPCODE opcode, DWORD code) {
-    return {.function = function, .opcode = static_cast<std::uint32_t>(opcode), .code = code};
-}
-
 class RadioOnDisplay : public test::DialogTest {
 protected:
-    void failRadioQueries() {
-        radio().addFault(
-            refusal("WlanQueryInterface", wlan_intf_opcode_radio_state, ERROR_ACCESS_DENIED));
-    }
-    void failSwitching() {
-        radio().addFault(
-            refusal("WlanSetInterface", wlan_intf_opcode_radio_state, ERROR_ACCESS_DENIED));
+    /// Lets a function fail that reads or sets the state of the radio.
+    void fail(const char* function) {
+        radio().addFault({.function = function,
+                          .opcode = wlan_intf_opcode_radio_state,
+                          .code = ERROR_ACCESS_DENIED});
     }
     std::size_t switchings() { return radio().callCount("WlanSetInterface"); }
 };
@@ -56,7 +50,7 @@ protected:
         if (row.readable) {
             radio().setRadio(0, 0, row.software, row.hardware);
         } else {
-            failRadioQueries();
+            fail("WlanQueryInterface");
         }
     }
     void expectShown(const StateRow& row, const Dialog& dialog) {
@@ -69,25 +63,19 @@ protected:
 };
 
 TEST_P(RadioStates, AreShownInWordsPictureAndColour) {
-    run({[&](Dialog& dialog) {
-        changeTo(GetParam());
-        dialog.updateRadioState();
-        expectShown(GetParam(), dialog);
-        dialog.updateRadioState(); // and stay
-        expectShown(GetParam(), dialog);
-    }});
-}
-
-TEST_P(RadioStates, ComeBackFromTheOppositePicture) {
-    radiosim::Scenario scenario;
-    scenario.interfaces.front().phys = {{.software = ON, .hardware = OFF}};
-    startRadio(std::move(scenario));
-    run({[&](Dialog& dialog) {
-        EXPECT_EQ(picture(dialog), "greyed off");
-        changeTo(GetParam());
-        dialog.updateRadioState();
-        expectShown(GetParam(), dialog);
-    }});
+    for (const std::int32_t hardware : {ON, OFF}) { // from either picture
+        radiosim::Scenario scenario;
+        scenario.interfaces.front().phys = {{.software = ON, .hardware = hardware}};
+        startRadio(std::move(scenario));
+        run({[&](Dialog& dialog) {
+            EXPECT_EQ(picture(dialog), hardware == ON ? "on" : "greyed off");
+            changeTo(GetParam());
+            dialog.updateRadioState();
+            expectShown(GetParam(), dialog);
+            dialog.updateRadioState(); // and stay
+            expectShown(GetParam(), dialog);
+        }});
+    }
 }
 
 constexpr StateRow stateRows[] = {
@@ -101,86 +89,54 @@ constexpr StateRow stateRows[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Rows, RadioStates, testing::ValuesIn(stateRows));
 
-TEST_F(RadioOnDisplay, IsTheLastPhyOfSeveral) {
-    radiosim::Scenario scenario;
-    scenario.interfaces.front().phys = {{.software = OFF}, {.software = ON}};
-    startRadio(std::move(scenario));
-    run({[&](Dialog& dialog) {
-        EXPECT_EQ(picture(dialog), "on");
-        radio().setRadio(0, 1, OFF, std::nullopt);
-        dialog.updateRadioState();
-        EXPECT_EQ(picture(dialog), "off");
-    }});
-}
-
-TEST_F(RadioOnDisplay, IsOffInHardwareOnACardWithoutPhys) {
-    radiosim::Scenario scenario;
-    scenario.interfaces.front().phys = {};
-    startRadio(std::move(scenario));
-    run({[&](Dialog& dialog) {
-        EXPECT_EQ(shown(dialog, IDC_RADIO_STATUS), localized("HARDWARE_SWITCH_OFF"));
-        EXPECT_EQ(picture(dialog), "greyed off");
-    }});
-}
-
 TEST_F(RadioOnDisplay, LeavesThePicturesAloneThatAreAsTheyShouldBe) {
     run({[&](Dialog& dialog) {
         journal().clear();
         dialog.updateRadioState();
-        EXPECT_THAT(journal().entries(), ElementsAre("text 1045 " + localized("RADIO_BUTTON_ON")));
+        EXPECT_THAT(journal().entries(),
+                    ElementsAre(writtenKey(IDC_RADIO_STATUS, "RADIO_BUTTON_ON")));
         radio().setRadio(0, 0, std::nullopt, OFF);
         dialog.updateRadioState();
         EXPECT_THAT(journal().entries({"enable", "disable"}),
-                    ElementsAre("disable 1042", "disable 1043"));
+                    ElementsAre("disable " + std::to_string(IDC_RADIO_ON_IMAGE),
+                                "disable " + std::to_string(IDC_RADIO_OFF_IMAGE)));
     }});
 }
 
 // --- Colours -------------------------------------------------------------------------------------
 
-TEST_F(RadioOnDisplay, TheConnectionIsBlueWhileThereIsOneAndRedWithout) {
+TEST_F(RadioOnDisplay, TheConnectionIsBlueWhileThereIsOneAndAskedForAtEachPainting) {
     run({[&](Dialog& dialog) {
         EXPECT_EQ(colour(dialog, IDC_CONNECTION_STATE), RED);
         radio().setConnection(0, radiosim::Connection{.ssid = "Lab"});
+        radio().clearCalls();
         EXPECT_EQ(colour(dialog, IDC_CONNECTION_STATE), BLUE);
+        EXPECT_THAT(radio().callNames(), ElementsAre("WlanQueryInterface"));
         radio().setConnection(0, std::nullopt);
         EXPECT_EQ(colour(dialog, IDC_CONNECTION_STATE), RED);
     }});
 }
 
-TEST_F(RadioOnDisplay, EachPaintingOfTheConnectionAsksForItOnce) {
+TEST_F(RadioOnDisplay, OtherTextsKeepTheirColourAndAllTheirBackground) {
     run({[&](Dialog& dialog) {
         radio().clearCalls();
-        colour(dialog, IDC_CONNECTION_STATE);
-        EXPECT_THAT(radio().callNames(), ElementsAre("WlanQueryInterface"));
-    }});
-}
-
-TEST_F(RadioOnDisplay, OtherTextsKeepTheirColour) {
-    run({[&](Dialog& dialog) {
-        radio().clearCalls();
-        const HDC dc = CreateCompatibleDC(nullptr);
-        DefWindowProcW(dialog.m_hWnd, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
-                       reinterpret_cast<LPARAM>(::GetDlgItem(dialog.m_hWnd, IDC_SSID)));
-        const COLORREF usual = GetTextColor(dc);
-        DeleteDC(dc);
-        for (const int id : {IDC_SSID, IDC_ADAPTER_NAME, IDC_STRENGTH_TEXT, IDC_INSTRUCTIONS}) {
-            EXPECT_EQ(colour(dialog, id), usual) << id;
-        }
-        EXPECT_THAT(radio().callNames(), IsEmpty());
-    }});
-}
-
-TEST_F(RadioOnDisplay, ColoursLeaveTheUsualBackground) {
-    run({[](Dialog& dialog) {
         const HDC dc = CreateCompatibleDC(nullptr);
         const auto brushOf = [&](int id) {
             return dialog.SendMessage(WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
                                       reinterpret_cast<LPARAM>(::GetDlgItem(dialog.m_hWnd, id)));
         };
-        const LRESULT usual = brushOf(IDC_SSID);
+        const LRESULT usual =
+            DefWindowProcW(dialog.m_hWnd, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
+                           reinterpret_cast<LPARAM>(::GetDlgItem(dialog.m_hWnd, IDC_SSID)));
+        const COLORREF usualColour = GetTextColor(dc);
         EXPECT_NE(usual, 0);
-        EXPECT_EQ(brushOf(IDC_CONNECTION_STATE), usual);
-        EXPECT_EQ(brushOf(IDC_RADIO_STATUS), usual);
+        for (const int id : {IDC_SSID, IDC_ADAPTER_NAME, IDC_STRENGTH_TEXT, IDC_INSTRUCTIONS}) {
+            EXPECT_EQ(colour(dialog, id), usualColour) << id;
+        }
+        EXPECT_THAT(radio().callNames(), IsEmpty());
+        for (const int id : {IDC_SSID, IDC_CONNECTION_STATE, IDC_RADIO_STATUS}) {
+            EXPECT_EQ(brushOf(id), usual) << id;
+        }
         DeleteDC(dc);
     }});
 }
@@ -207,7 +163,7 @@ TEST_F(RadioOnDisplay, AClickOnThePictureSwitchesTheRadioOffAndOnAgain) {
 
 TEST_F(RadioOnDisplay, AClickThatTheCardRefusesChangesNothing) {
     run({[&](Dialog& dialog) {
-        failSwitching();
+        fail("WlanSetInterface");
         journal().clear();
         click(dialog, IDC_RADIO_ON_IMAGE);
         EXPECT_EQ(switchings(), 1U);

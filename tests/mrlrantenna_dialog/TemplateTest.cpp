@@ -22,6 +22,12 @@ constexpr DWORD DISABLED = 2;
 constexpr DWORD CENTRED = 4;
 constexpr DWORD CLICKS = 8;
 constexpr DWORD TAB_STOP = 16;
+// What kind of button, static or combo box it is, in higher bits.
+constexpr DWORD DEFAULT_BUTTON = BS_DEFPUSHBUTTON << 8;
+constexpr DWORD GROUP_BOX = BS_GROUPBOX << 8;
+constexpr DWORD ETCHED = SS_ETCHEDFRAME << 8;
+constexpr DWORD SORTED_LIST = (CBS_DROPDOWNLIST | CBS_SORT) << 8;
+constexpr DWORD SCROLLS = 32;
 
 // Traits of a control, out of its style.
 DWORD traits(const Control& control) {
@@ -32,6 +38,12 @@ DWORD traits(const Control& control) {
     if (control.kind == STATIC) {
         found |= (control.style & SS_CENTERIMAGE) != 0 ? CENTRED : 0;
         found |= (control.style & SS_NOTIFY) != 0 ? CLICKS : 0;
+        found |= (control.style & SS_TYPEMASK) << 8;
+    } else if (control.kind == BUTTON) {
+        found |= (control.style & BS_TYPEMASK) << 8;
+    } else if (control.kind == COMBO) {
+        found |= (control.style & (CBS_DROPDOWNLIST | CBS_SORT)) << 8;
+        found |= (control.style & WS_VSCROLL) != 0 ? SCROLLS : 0;
     }
     return found;
 }
@@ -39,30 +51,31 @@ DWORD traits(const Control& control) {
 struct Expected {
     int id;
     std::string kind;
-    const char* text;
+    std::string text;
     std::array<short, 4> place;
     DWORD traits;
+
+    friend bool operator==(const Expected&, const Expected&) = default;
 };
 
-std::string line(int id, const std::string& kind, const std::string& text,
-                 const std::array<short, 4>& place, DWORD found) {
-    std::string words = std::to_string(id) + " " + kind + " \"" + text + "\"";
-    for (const short side : place) {
-        words += " " + std::to_string(side);
+void PrintTo(const Expected& control, std::ostream* out) {
+    *out << control.id << " " << control.kind << " \"" << control.text << "\"";
+    for (const short side : control.place) {
+        *out << " " << side;
     }
-    return words + " traits " + std::to_string(found);
+    *out << " traits " << control.traits;
 }
 
 const Expected expectedControls[] = {
     {1015, BUTTON, "Finish", {374, 258, 50, 14}, TAB_STOP},
     {1016, BUTTON, "Fail", {312, 258, 50, 14}, HIDDEN | DISABLED | TAB_STOP},
-    {2, BUTTON, "Cancel", {312, 258, 50, 14}, HIDDEN | DISABLED | TAB_STOP},
-    {1017, BUTTON, "", {179, 0, 247, 252}, 0},
+    {2, BUTTON, "Cancel", {312, 258, 50, 14}, DEFAULT_BUTTON | HIDDEN | DISABLED | TAB_STOP},
+    {1017, BUTTON, "", {179, 0, 247, 252}, GROUP_BOX},
     {1019, STATIC, "Network Adapter:", {183, 11, 237, 12}, CENTRED},
     {1020, STATIC, "Network adapter not available", {183, 26, 237, 24}, 0},
     {1039, STATIC, "", {183, 51, 237, 36}, CENTRED},
     {1022, STATIC, "Available Networks:", {183, 91, 237, 12}, CENTRED},
-    {1021, COMBO, "", {183, 106, 237, 24}, TAB_STOP},
+    {1021, COMBO, "", {183, 106, 237, 24}, SORTED_LIST | SCROLLS | TAB_STOP},
     {1023, STATIC, "BSS Type:", {183, 125, 95, 12}, CENTRED},
     {1030, STATIC, "", {282, 125, 138, 12}, CENTRED},
     {1024, STATIC, "SSID:", {183, 141, 95, 12}, CENTRED},
@@ -79,7 +92,7 @@ const Expected expectedControls[] = {
     {1038, STATIC, "", {282, 221, 138, 12}, CENTRED},
     {1041, STATIC, "", {390, 235, 30, 12}, CENTRED},
     {1001, METER, "", {183, 235, 202, 12}, 0},
-    {1044, STATIC, "", {41, 86, 91, 91}, 0},
+    {1044, STATIC, "", {41, 86, 91, 91}, ETCHED},
     {1036,
      STATIC,
      "Adjust your Antenna(s) until greatest signal strength has been achieved.",
@@ -112,50 +125,16 @@ TEST(DialogTemplate, IsAnAppWindowWithACaptionAndAModalFrame) {
 // Compared without order: the order in the template matters for the keyboard only.
 TEST(DialogTemplate, HasItsControlsWithTheirPlacesTextsAndFirstStates) {
     const TemplateReader read(IDD_SIGNAL_STRENGTH);
-    std::vector<std::string> wanted;
-    for (const Expected& control : expectedControls) {
-        wanted.push_back(
-            line(control.id, control.kind, control.text, control.place, control.traits));
-    }
-    std::vector<std::string> found;
+    std::vector<Expected> found;
     for (const Control& control : read.controls) {
-        found.push_back(
-            line(control.id, control.kind, control.text, control.place, traits(control)));
+        found.push_back({.id = control.id,
+                         .kind = control.kind,
+                         .text = control.text,
+                         .place = control.place,
+                         .traits = traits(control)});
     }
     EXPECT_EQ(found.size(), 31U);
-    EXPECT_THAT(found, UnorderedElementsAreArray(wanted));
-}
-
-TEST(DialogTemplate, HasTheStylesThatMakeTheControlsWhatTheyAre) {
-    const TemplateReader read(IDD_SIGNAL_STRENGTH);
-    int looked = 0;
-    for (const Control& control : read.controls) {
-        const DWORD buttonType = control.style & BS_TYPEMASK;
-        switch (control.id) {
-        case IDC_FINISH:
-        case IDC_FAIL:
-            EXPECT_EQ(buttonType, DWORD{BS_PUSHBUTTON});
-            break;
-        case IDCANCEL:
-            EXPECT_EQ(buttonType, DWORD{BS_DEFPUSHBUTTON});
-            break;
-        case IDC_GROUP:
-            EXPECT_EQ(buttonType, DWORD{BS_GROUPBOX});
-            break;
-        case IDC_NETWORK_COMBO:
-            EXPECT_EQ(control.style & 3U, DWORD{CBS_DROPDOWNLIST});
-            EXPECT_NE(control.style & CBS_SORT, 0U);
-            EXPECT_NE(control.style & WS_VSCROLL, 0U);
-            break;
-        case IDC_IMAGE_FRAME:
-            EXPECT_EQ(control.style & SS_TYPEMASK, DWORD{SS_ETCHEDFRAME});
-            break;
-        default:
-            continue;
-        }
-        ++looked;
-    }
-    EXPECT_EQ(looked, 6);
+    EXPECT_THAT(found, UnorderedElementsAreArray(expectedControls));
 }
 
 } // namespace

@@ -51,7 +51,7 @@ std::vector<std::string> Journal::entries(const std::vector<std::string>& kinds)
 
 void Journal::clear() {
     const std::lock_guard lock(g_mutex);
-    m_entries.clear();
+    std::vector<std::string>().swap(m_entries);
 }
 
 } // namespace test

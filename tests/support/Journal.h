@@ -31,6 +31,7 @@ public:
     std::vector<std::string> entries() const;
     /// Those of the kinds `kinds`, such as "call" and "pause".
     std::vector<std::string> entries(const std::vector<std::string>& kinds) const;
+    /// Discards the entries and frees their memory.
     void clear();
 
 private:
