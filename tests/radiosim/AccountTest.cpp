@@ -17,15 +17,6 @@ protected:
     }
 };
 
-TEST_F(Account, CountsBlocksAndTheirBytes) {
-    nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> block;
-    list(block);
-    EXPECT_EQ(engine().liveBlocks(), 1U);
-    EXPECT_EQ(engine().liveBytes(), 8U + 628U);
-    block.reset();
-    EXPECT_EQ(engine().leaks(), (Leaks{.handles = 1}));
-}
-
 TEST_F(Account, CountsTextsOfGuids) {
     {
         nativewifi::RpcText text;

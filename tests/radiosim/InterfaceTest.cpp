@@ -129,14 +129,6 @@ TEST_F(Interfaces, KnowTheConnectionAndItsRates) {
               0);
 }
 
-TEST_F(Interfaces, KnowAConnectionWithAQualityOfItsOwn) {
-    start({.interfaces = {{.connection = Connection{.ssid = "Lab", .quality = 12U},
-                           .accessPoints = {{.ssid = "Lab", .signal = 100U}}}}});
-    EXPECT_EQ(queried<WLAN_CONNECTION_ATTRIBUTES>(wlan_intf_opcode_current_connection)
-                  .wlanAssociationAttributes.wlanSignalQuality,
-              12U);
-}
-
 TEST_F(Interfaces, HaveNoConnectionWhenDisconnected) {
     start({});
     std::vector<unsigned char> bytes;

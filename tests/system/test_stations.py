@@ -2,7 +2,6 @@
 import getpass
 import json
 import os
-import pathlib
 import re
 import socket
 import subprocess
@@ -12,14 +11,14 @@ import unittest
 
 import side_by_side
 from display import stop
-from program import EXECUTABLE, LIMIT_SECONDS, ROOT, WRONG_USAGE, ProgramTest, environment
+from program import (EXECUTABLE, LIMIT_SECONDS, ROOT, WRONG_USAGE, ProgramTest, environment,
+                     settings)
 
 load_tests = side_by_side.load_tests
 
 EXAMPLES = ROOT / "examples" / "stations"
 BROKER_SECONDS = 20
-TO_RATE = ("--set", "SSID=Lab", "--set", "WarningSignalStrength=40",
-           "--set", "FailingSignalStrength=20")
+TO_RATE = settings(SSID="Lab", WarningSignalStrength=40, FailingSignalStrength=20)
 MANY_NETWORKS = 150
 
 
@@ -103,29 +102,30 @@ class StationTest(ProgramTest):
     def subscriptions(self):
         return (self.folder / "broker.err").read_bytes().count(b" as gatherer ")
 
-    def scenario(self, name, signal, others=0):
+    def start_station(self, signal, *options, name="bench-1", others=0):
         points = [{"ssid": "Lab", "signal": signal}]
         points += [{"ssid": f"Neighbour {number:03}", "signal": 5} for number in range(others)]
-        return self.write(f"{name}.scenario.json", {"interfaces": [{"accessPoints": points}]})
-
-    def start_station(self, name, scenario, *options):
+        scenario = self.write(f"{name}.json", {"interfaces": [{"accessPoints": points}]})
         return self.start_process(
             [sys.executable, str(EXAMPLES / "station.py"), name, "--module", str(EXECUTABLE),
              "--launcher", "wine", "--record", f"{name}.jsonl", "--port", str(self.port),
              *options, "--", *TO_RATE], f"{name}.out", f"{name}.err", environment(scenario))
 
-    def record(self, name):
+    def record(self, name="bench-1"):
         path = self.folder / f"{name}.jsonl"
         return path.read_text(encoding="utf-8").splitlines(keepends=True) if path.exists() else []
 
-    def errors(self, name):
+    def errors(self, name="bench-1"):
         return (self.folder / f"{name}.err").read_text(encoding="utf-8")
 
-    def assert_is_a_whole_run(self, lines, exit_value):
-        parsed = [json.loads(line) for line in lines]
-        self.assertEqual([line["sequence"] for line in parsed], list(range(1, len(parsed) + 1)))
-        self.assertEqual((parsed[0]["type"], parsed[-1]["type"]), ("runStarted", "runEnded"))
-        self.assertEqual(parsed[-1]["exit"], exit_value)
+    def whole_record(self, station, exit_value, name="bench-1"):
+        """Waits for the end of a station; returns the lines of its record, those of one run."""
+        self.assertEqual(station.wait(LIMIT_SECONDS), exit_value, self.errors(name))
+        lines = [json.loads(line) for line in self.record(name)]
+        self.assertEqual([line["sequence"] for line in lines], list(range(1, len(lines) + 1)))
+        self.assertEqual((lines[0]["type"], lines[-1]["type"]), ("runStarted", "runEnded"))
+        self.assertEqual(lines[-1]["exit"], exit_value)
+        return self.record(name)
 
 
 class Stations(StationTest):
@@ -133,50 +133,40 @@ class Stations(StationTest):
         self.start_broker()
         gathered = self.subscribe()
         verdicts = {"bench-1": (60, 0), "bench-2": (30, 1), "Pr\u00fcfplatz 3": (10, 2)}
-        running = {name: self.start_station(name, self.scenario(name, signal))
+        running = {name: self.start_station(signal, name=name)
                    for name, (signal, _) in verdicts.items()}
-        for name, (_, exit_value) in verdicts.items():
-            self.assertEqual(running[name].wait(LIMIT_SECONDS), exit_value, self.errors(name))
-            self.assertEqual(self.errors(name), "")
-        wait_until(lambda: sum(map(len, gathered().values())) >=
-                   sum(len(self.record(name)) for name in verdicts), "every line", BROKER_SECONDS)
-        self.assertEqual(gathered(), {f"antenna/{name}/events": self.record(name)
-                                      for name in verdicts})
-        for name, (_, exit_value) in verdicts.items():
-            self.assert_is_a_whole_run(self.record(name), exit_value)
+        records = {f"antenna/{name}/events": self.whole_record(running[name], exit_value, name)
+                   for name, (_, exit_value) in verdicts.items()}
+        self.assertEqual("".join(map(self.errors, verdicts)), "")
+        wait_until(lambda: sum(map(len, gathered().values())) >= sum(map(len, records.values())),
+                   "every line", BROKER_SECONDS)
+        self.assertEqual(gathered(), records)
 
     def test_keep_their_verdict_without_a_broker(self):
-        station = self.start_station("bench-1", self.scenario("bench-1", 10), "--patience", "1")
-        self.assertEqual(station.wait(LIMIT_SECONDS), 2, self.errors("bench-1"))
-        record = self.record("bench-1")
-        self.assert_is_a_whole_run(record, 2)
+        record = self.whole_record(self.start_station(10, "--patience", "1"), 2)
         self.assertIn(f"station: {len(record)} lines did not reach the broker (Error: ",
-                      self.errors("bench-1"))
+                      self.errors())
 
     def test_keep_their_verdict_when_the_broker_does_not_answer(self):
         with socket.create_server(("127.0.0.1", 0)) as silent:
             self.port = silent.getsockname()[1]
-            station = self.start_station("bench-1", self.scenario("bench-1", 60), "--patience", "1")
-            self.assertEqual(station.wait(LIMIT_SECONDS), 0, self.errors("bench-1"))
-        self.assert_is_a_whole_run(self.record("bench-1"), 0)
-        self.assertIn("did not reach the broker", self.errors("bench-1"))
+            self.whole_record(self.start_station(60, "--patience", "1"), 0)
+        self.assertIn("did not reach the broker", self.errors())
 
     def test_lose_nothing_when_the_broker_is_away_for_a_while(self):
         # A subscriber with a persistent session, and a broker that keeps its sessions.
         memory = f"persistence true\npersistence_location {self.folder}/\n"
         broker = self.start_broker(memory)
         gathered = self.subscribe("-c")
-        station = self.start_station("bench-1", self.scenario("bench-1", 30), "--patience", "60")
+        station = self.start_station(30, "--patience", "60")
         wait_until(lambda: gathered().get("antenna/bench-1/events"), "the first line")
         stop(broker)
-        wait_until(lambda: any('"runEnded"' in line for line in self.record("bench-1")),
+        wait_until(lambda: any('"runEnded"' in line for line in self.record()),
                    "the end of the run")
         self.assertIsNone(station.poll(), "it has patience with the broker")
         self.start_broker(memory)
-        self.assertEqual(station.wait(LIMIT_SECONDS), 1, self.errors("bench-1"))
-        self.assertEqual(self.errors("bench-1"), "")
-        record = self.record("bench-1")
-        self.assert_is_a_whole_run(record, 1)
+        record = self.whole_record(station, 1)
+        self.assertEqual(self.errors(), "")
 
         def came():
             # A line whose acknowledgement was lost is sent again, directly after itself.
@@ -212,12 +202,10 @@ class LogShipper(StationTest):
         self.start_process(
             ["/usr/sbin/rsyslogd", "-n", "-i", str(self.folder / "pid"), "-f",
              str(self.write("rsyslog.conf", configuration))], "shipper.out", "shipper.err")
-        station = self.start_station("bench-1", self.scenario("bench-1", 60, MANY_NETWORKS),
-                                     "--patience", "0")
-        self.assertEqual(station.wait(LIMIT_SECONDS), 0, self.errors("bench-1"))
-        record = "".join(self.record("bench-1"))
+        station = self.start_station(60, "--patience", "0", others=MANY_NETWORKS)
+        record = "".join(self.whole_record(station, 0))
         self.assertGreater(max(map(len, record.splitlines())), 8192, "longer than common limits")
-        shipped = pathlib.Path(self.folder / "shipped")
+        shipped = self.folder / "shipped"
 
         def text():
             return shipped.read_text(encoding="utf-8") if shipped.exists() else ""
