@@ -299,7 +299,7 @@ std::string placeOf(const std::string& json) {
     try {
         Scenario::fromJson(json);
     } catch (const ScenarioError& error) {
-        EXPECT_FALSE(error.reason().empty());
+        EXPECT_TRUE(error.reason().starts_with("syntax error")) << "without the parser's name";
         return error.place();
     }
     return "taken";
@@ -311,15 +311,6 @@ TEST(MalformedScenario, IsRefusedWithLineAndColumn) {
     EXPECT_EQ(placeOf("{\"interfaces\": []"), "line 1, column 18");
     EXPECT_EQ(placeOf("{\"interfaces\": []} x"), "line 1, column 20");
     EXPECT_EQ(placeOf("{\n\n\"\xFF\": 1}"), "line 3, column 2");
-}
-
-TEST(MalformedScenario, IsRefusedInWordsWithoutTheParsersName) {
-    try {
-        Scenario::fromJson("{");
-        GTEST_FAIL();
-    } catch (const ScenarioError& error) {
-        EXPECT_EQ(error.reason().rfind("syntax error", 0), 0U) << error.reason();
-    }
 }
 
 TEST(MalformedScenario, IsRefusedHoweverDeepItGoes) {
