@@ -1,6 +1,7 @@
 #include <afxwin.h>
 
-#include <filesystem>
+#include <support/HelperProgram.h>
+
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -75,28 +76,10 @@ TEST(Application, LooksForIconsInTheExecutable) {
 // The process from its entry on, in a program that has no main() of its own.
 
 DWORD runProbe(const std::wstring& arguments) {
-    std::wstring self(32768, L'\0');
-    self.resize(GetModuleFileNameW(nullptr, self.data(), static_cast<DWORD>(self.size())));
-    const std::filesystem::path folder = std::filesystem::path(self).parent_path().parent_path();
-    std::wstring commandLine =
-        L"\"" + (folder / L"helpers" / MFC_APPLICATION_PROBE).wstring() + L"\" " + arguments;
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                       &startup, &process) == 0) {
-        ADD_FAILURE() << "the probe does not start: " << GetLastError();
-        return 0;
-    }
-    WaitForSingleObject(process.hProcess, INFINITE);
-    DWORD code = 0;
-    GetExitCodeProcess(process.hProcess, &code);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return code;
+    return test::runHelper(MFC_APPLICATION_PROBE, arguments).code;
 }
 
-TEST(ApplicationProcess, ExitsWithWhatRunReturns) {
+TEST(ApplicationProcess, ExitsWithWhatRunReturnsAfterReadingItsArguments) {
     EXPECT_EQ(runProbe(L""), 40U);
     EXPECT_EQ(runProbe(L"run --twice"), 42U);
 }

@@ -1,5 +1,7 @@
 #include "TestDialog.h"
 
+#include <support/WindowLooks.h>
+
 #include <algorithm>
 #include <gmock/gmock.h>
 #include <memory>
@@ -12,6 +14,7 @@ using test::TestDialog;
 using test::WM_TEST_STEP;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::IsSupersetOf;
 using testing::Not;
 
 struct OwnerWindow : CWnd {
@@ -20,20 +23,13 @@ struct OwnerWindow : CWnd {
     }
 };
 
-TEST(Dialog, ReturnsWhatItWasEndedWith) {
+TEST(Dialog, ReturnsWhatItWasEndedWithAndCanRunAgain) {
+    TestDialog dialog;
     for (const int result : {0, 1, 2, 4711}) {
-        TestDialog dialog;
         dialog.step = [&] { dialog.EndDialog(result); };
         EXPECT_EQ(dialog.DoModal(), result);
         EXPECT_EQ(dialog.m_hWnd, nullptr);
     }
-}
-
-TEST(Dialog, CanRunAgain) {
-    TestDialog dialog;
-    dialog.DoModal();
-    dialog.step = [&] { dialog.EndDialog(3); };
-    EXPECT_EQ(dialog.DoModal(), 3);
 }
 
 TEST(Dialog, WithoutATemplateDoesNotOpen) {
@@ -51,47 +47,32 @@ TEST(Dialog, EndedWhileItOpensNeverRuns) {
     EXPECT_FALSE(ran);
 }
 
-TEST(Dialog, ThatIsNotOpenIgnoresItsEnd) {
+TEST(Dialog, IsShownBeforeItsTimersTickWithTheirIds) {
     TestDialog dialog;
-    dialog.EndDialog(0);
-    EXPECT_FALSE(dialog.DestroyWindow());
-}
-
-TEST(Dialog, IsShownWhenItRuns) {
-    TestDialog dialog;
-    bool visible = false;
-    dialog.step = [&] {
-        // The first step comes before the queue is empty; the second one after.
-        dialog.step = [&] {
-            visible = ::IsWindowVisible(dialog);
-            dialog.EndDialog(0);
-        };
-        dialog.SetTimer(1, 20, nullptr);
+    dialog.step = [&] { dialog.SetTimer(129, 20, nullptr); };
+    dialog.onTimer = [&](UINT_PTR id) {
+        EXPECT_EQ(id, 129U);
+        EXPECT_TRUE(::IsWindowVisible(dialog));
+        dialog.EndDialog(4);
     };
-    dialog.onTimer = [&](UINT_PTR) { dialog.step(); };
-    dialog.DoModal();
-    EXPECT_TRUE(visible);
+    EXPECT_EQ(dialog.DoModal(), 4);
 }
 
-TEST(Dialog, EndsByItsButtonsAndItsCloseBox) {
+TEST(Dialog, EndsByItsButtonsItsCloseBoxAndItsKeys) {
     const auto endedBy = [](UINT message, WPARAM wParam) {
         TestDialog dialog;
-        dialog.step = [&] { dialog.PostMessage(message, wParam); };
+        dialog.step = [&] {
+            // Keys reach the dialog manager in the control that has the focus.
+            ::PostMessageW(message == WM_KEYDOWN ? ::GetFocus() : dialog.m_hWnd, message, wParam,
+                           0);
+        };
         return dialog.DoModal();
     };
     EXPECT_EQ(endedBy(WM_COMMAND, IDOK), IDOK);
     EXPECT_EQ(endedBy(WM_COMMAND, IDCANCEL), IDCANCEL);
     EXPECT_EQ(endedBy(WM_SYSCOMMAND, SC_CLOSE), IDCANCEL);
-}
-
-TEST(Dialog, EndsByEscapeAndEnterThroughTheDialogManager) {
-    const auto endedBy = [](WPARAM key) {
-        TestDialog dialog;
-        dialog.step = [&] { ::PostMessageW(::GetFocus(), WM_KEYDOWN, key, 0); };
-        return dialog.DoModal();
-    };
-    EXPECT_EQ(endedBy(VK_ESCAPE), IDCANCEL);
-    EXPECT_EQ(endedBy(VK_RETURN), IDOK);
+    EXPECT_EQ(endedBy(WM_KEYDOWN, VK_ESCAPE), IDCANCEL);
+    EXPECT_EQ(endedBy(WM_KEYDOWN, VK_RETURN), IDOK);
 }
 
 TEST(Dialog, LeavesTheEndOfTheProgramToTheLoopOutside) {
@@ -111,12 +92,10 @@ TEST(DialogsOwner, IsDisabledWhileTheDialogRuns) {
     TestDialog dialog(&owner);
     BOOL enabled = TRUE;
     HWND parent = nullptr;
-    dialog.step = [&] {
+    dialog.runWith([&] {
         enabled = owner.IsWindowEnabled();
         parent = ::GetParent(dialog);
-        dialog.EndDialog(0);
-    };
-    dialog.DoModal();
+    });
     EXPECT_FALSE(enabled);
     EXPECT_EQ(parent, owner.m_hWnd);
     EXPECT_TRUE(owner.IsWindowEnabled());
@@ -135,11 +114,7 @@ TEST(DialogsOwner, IsTheTopLevelWindowAroundAGivenControl) {
     child.CreateEx(0, L"STATIC", L"", WS_CHILD, 0, 0, 9, 9, owner, nullptr);
     TestDialog dialog(&child);
     HWND parent = nullptr;
-    dialog.step = [&] {
-        parent = ::GetParent(dialog);
-        dialog.EndDialog(0);
-    };
-    dialog.DoModal();
+    dialog.runWith([&] { parent = ::GetParent(dialog); });
     EXPECT_EQ(parent, owner.m_hWnd);
 }
 
@@ -153,53 +128,53 @@ TEST(DialogsOwner, IsEnabledAgainAfterAnException) {
 
 // Exceptions.
 
-TEST(ExceptionInADialog, FromAHandlerEndsItAndComesOutOfDoModal) {
+[[noreturn]] void fail() {
+    throw std::logic_error("from the dialog");
+}
+
+struct Failing {
+    const char* place;
+    void (*prepare)(TestDialog& dialog);
+};
+
+class ExceptionFrom : public testing::TestWithParam<Failing> {};
+
+TEST_P(ExceptionFrom, EndsTheDialogAndComesOutOfDoModal) {
     TestDialog dialog;
-    dialog.step = [] { throw std::runtime_error("step"); };
-    EXPECT_THROW(dialog.DoModal(), std::runtime_error);
+    GetParam().prepare(dialog);
+    EXPECT_THROW(dialog.DoModal(), std::logic_error);
     EXPECT_EQ(dialog.m_hWnd, nullptr);
     dialog.EndDialog(0);
     EXPECT_FALSE(dialog.DestroyWindow());
 }
 
+constexpr Failing failings[] = {
+    {"AHandler", [](TestDialog& dialog) { dialog.step = fail; }},
+    {"OnInitDialog", [](TestDialog& dialog) { dialog.onInit = fail; }},
+    {"ATimer",
+     [](TestDialog& dialog) {
+         dialog.step = [&dialog] { dialog.SetTimer(129, 10, nullptr); };
+         dialog.onTimer = [](UINT_PTR) { fail(); };
+     }},
+    {"PreTranslateMessage",
+     [](TestDialog& dialog) {
+         dialog.onPreTranslate = [](MSG* message) {
+             return message->message == WM_TEST_STEP ? (fail(), true) : false;
+         };
+     }},
+    {"AKeysCommandThroughTheDialogManager",
+     [](TestDialog& dialog) {
+         dialog.step = [] { ::PostMessageW(::GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0); };
+         dialog.onCancel = fail;
+     }},
+};
+INSTANTIATE_TEST_SUITE_P(Places, ExceptionFrom, testing::ValuesIn(failings),
+                         [](const auto& failing) { return std::string(failing.param.place); });
+
 TEST(ExceptionInADialog, KeepsItsType) {
     TestDialog dialog;
     dialog.step = [] { throw 42; };
     EXPECT_THROW(dialog.DoModal(), int);
-}
-
-TEST(ExceptionInADialog, FromOnInitDialogComesOutOfDoModal) {
-    TestDialog dialog;
-    dialog.onInit = [] { throw std::runtime_error("init"); };
-    EXPECT_THROW(dialog.DoModal(), std::runtime_error);
-    EXPECT_EQ(dialog.m_hWnd, nullptr);
-}
-
-TEST(ExceptionInADialog, FromATimerComesOutOfDoModal) {
-    TestDialog dialog;
-    dialog.step = [&] { dialog.SetTimer(129, 10, nullptr); };
-    dialog.onTimer = [](UINT_PTR) { throw std::logic_error("timer"); };
-    EXPECT_THROW(dialog.DoModal(), std::logic_error);
-}
-
-TEST(ExceptionInADialog, FromPreTranslateMessageComesOutOfDoModal) {
-    TestDialog dialog;
-    dialog.onPreTranslate = [](MSG* message) -> bool {
-        if (message->message == WM_TEST_STEP) {
-            throw std::logic_error("pretranslate");
-        }
-        return false;
-    };
-    EXPECT_THROW(dialog.DoModal(), std::logic_error);
-    EXPECT_EQ(dialog.m_hWnd, nullptr);
-}
-
-TEST(ExceptionInADialog, FromAKeysCommandComesOutThroughTheDialogManager) {
-    struct Refusing final : TestDialog {
-        void OnCancel() override { throw std::logic_error("cancel"); }
-    } dialog;
-    dialog.step = [] { ::PostMessageW(::GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0); };
-    EXPECT_THROW(dialog.DoModal(), std::logic_error);
 }
 
 TEST(ExceptionInADialog, FromAMessageOfAnotherThreadDoesNotWaitForTheNextOne) {
@@ -262,27 +237,25 @@ TEST(ExceptionInADialog, FromOnInitDialogComesOutOfCreate) {
 TEST(PreTranslateMessage, SeesTheMessagesOfTheDialogAndOfItsControls) {
     TestDialog dialog;
     dialog.step = [&] {
-        dialog.step = [&] { dialog.EndDialog(0); };
         dialog.combo.PostMessage(WM_MOUSEMOVE);
         dialog.text.PostMessage(WM_APP + 1);
-        dialog.PostMessage(WM_TEST_STEP);
+        dialog.PostMessage(WM_COMMAND, IDOK);
     };
-    dialog.DoModal();
-    EXPECT_THAT(dialog.seen, Contains(UINT{WM_MOUSEMOVE}));
-    EXPECT_THAT(dialog.seen, Contains(UINT{WM_APP + 1}));
-    EXPECT_THAT(dialog.seen, Contains(WM_TEST_STEP));
+    EXPECT_EQ(dialog.DoModal(), IDOK);
+    EXPECT_THAT(dialog.seen,
+                IsSupersetOf({UINT{WM_MOUSEMOVE}, UINT{WM_APP + 1}, UINT{WM_COMMAND}}));
 }
 
 TEST(PreTranslateMessage, KeepsAMessageFromBeingDispatched) {
     TestDialog dialog;
-    int clicks = 0;
-    dialog.onPreTranslate = [](MSG* message) { return message->message == WM_COMMAND; };
-    dialog.step = [&] {
-        dialog.step = [&] { dialog.EndDialog(++clicks); };
-        dialog.PostMessage(WM_COMMAND, IDOK);
-        dialog.PostMessage(WM_TEST_STEP);
+    dialog.onPreTranslate = [](MSG* message) {
+        return message->message == WM_COMMAND && message->wParam == IDOK;
     };
-    EXPECT_EQ(dialog.DoModal(), 1);
+    dialog.step = [&] {
+        dialog.PostMessage(WM_COMMAND, IDOK);
+        dialog.PostMessage(WM_COMMAND, IDCANCEL);
+    };
+    EXPECT_EQ(dialog.DoModal(), IDCANCEL);
 }
 
 TEST(PreTranslateMessage, GoesUpTheChainOfWindowsAndStopsWhereItIsHandled) {
@@ -297,9 +270,8 @@ TEST(PreTranslateMessage, GoesUpTheChainOfWindowsAndStopsWhereItIsHandled) {
     TestDialog dialog;
     dialog.onInit = [&] { control.SubclassWindow(*dialog.GetDlgItem(IDC_TEST_BUTTON)); };
     dialog.step = [&] {
-        dialog.step = [&] { dialog.EndDialog(0); };
         control.PostMessage(WM_APP + 1);
-        dialog.PostMessage(WM_TEST_STEP);
+        dialog.PostMessage(WM_COMMAND, IDOK);
     };
     dialog.DoModal();
     EXPECT_EQ(control.asked, 1);
@@ -371,90 +343,58 @@ TEST(DialogsMessages, ReachTheirHandlers) {
 TEST(DialogsMessages, CarryTheResultOfTheirHandlers) {
     TestDialog dialog;
     LRESULT cursor = 0;
-    dialog.step = [&] {
+    dialog.runWith([&] {
         cursor = dialog.SendMessage(WM_QUERYDRAGICON);
         dialog.SendMessage(WM_HSCROLL, SB_LINELEFT, reinterpret_cast<LPARAM>(dialog.m_hWnd));
-        dialog.EndDialog(0);
-    };
-    dialog.DoModal();
+    });
     EXPECT_EQ(cursor, reinterpret_cast<LRESULT>(LoadCursorW(nullptr, IDC_HAND)));
 }
 
-TEST(DialogsMessages, OfATimerCarryItsId) {
-    TestDialog dialog;
-    UINT_PTR seen = 0;
-    dialog.step = [&] { dialog.SetTimer(129, 10, nullptr); };
-    dialog.onTimer = [&](UINT_PTR id) {
-        seen = id;
-        dialog.EndDialog(0);
-    };
-    dialog.DoModal();
-    EXPECT_EQ(seen, 129U);
+// Sends a control's request for colours as the control does. \return the brush
+LRESULT ask(const TestDialog& dialog, UINT message, int controlId, HDC dc) {
+    return dialog.SendMessage(message, reinterpret_cast<WPARAM>(dc),
+                              reinterpret_cast<LPARAM>(::GetDlgItem(dialog.m_hWnd, controlId)));
 }
 
 TEST(ColourRequests, ComeWithTheControlAndItsKind) {
     TestDialog dialog;
     std::vector<std::pair<int, UINT>> asked;
-    COLORREF colour = 0;
-    HDC dc = nullptr;
-    HDC given = nullptr;
-    bool permanent = false;
+    const HDC dc = CreateCompatibleDC(nullptr);
     dialog.onColor = [&](CDC* context, CWnd* control, UINT type) {
-        given = context->GetSafeHdc();
         asked.emplace_back(control->GetDlgCtrlID(), type);
-        permanent = permanent || control == &dialog.text;
+        EXPECT_EQ(control == &dialog.text, type == CTLCOLOR_STATIC);
         context->SetTextColor(RGB(255, 0, 0));
         return GetSysColorBrush(COLOR_INFOBK);
     };
-    LRESULT brush = 0;
-    dialog.step = [&] {
+    dialog.runWith([&] {
         dialog.UpdateWindow();
         asked.clear();
-        dc = CreateCompatibleDC(nullptr);
-        brush = dialog.SendMessage(WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
-                                   reinterpret_cast<LPARAM>(dialog.text.m_hWnd));
-        colour = GetTextColor(dc);
-        dialog.SendMessage(WM_CTLCOLORBTN, reinterpret_cast<WPARAM>(dc),
-                           reinterpret_cast<LPARAM>(::GetDlgItem(dialog.m_hWnd, IDC_TEST_BUTTON)));
-        DeleteDC(dc);
-        dialog.EndDialog(0);
-    };
-    dialog.DoModal();
-    EXPECT_THAT(asked, ElementsAre(std::pair(IDC_TEST_STATIC, UINT{CTLCOLOR_STATIC}),
-                                   std::pair(IDC_TEST_BUTTON, UINT{CTLCOLOR_BTN})));
-    EXPECT_EQ(given, dc);
-    EXPECT_TRUE(permanent);
-    EXPECT_EQ(colour, RGB(255, 0, 0));
-    EXPECT_EQ(brush, reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_INFOBK)));
+        EXPECT_EQ(ask(dialog, WM_CTLCOLORSTATIC, IDC_TEST_STATIC, dc),
+                  reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_INFOBK)));
+        EXPECT_EQ(GetTextColor(dc), RGB(255, 0, 0));
+        ask(dialog, WM_CTLCOLORBTN, IDC_TEST_BUTTON, dc);
+        EXPECT_THAT(asked, ElementsAre(std::pair(IDC_TEST_STATIC, UINT{CTLCOLOR_STATIC}),
+                                       std::pair(IDC_TEST_BUTTON, UINT{CTLCOLOR_BTN})));
+    });
+    DeleteDC(dc);
 }
 
 TEST(ColourRequests, WithoutAHandlerGetTheDialogsBackground) {
     TestDialog dialog;
-    LRESULT brush = 0;
-    dialog.step = [&] {
-        const HDC dc = CreateCompatibleDC(nullptr);
-        brush = dialog.SendMessage(WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
-                                   reinterpret_cast<LPARAM>(dialog.text.m_hWnd));
-        DeleteDC(dc);
-        dialog.EndDialog(0);
-    };
-    dialog.DoModal();
-    EXPECT_NE(brush, 0);
+    const HDC dc = CreateCompatibleDC(nullptr);
+    dialog.runWith([&] { EXPECT_NE(ask(dialog, WM_CTLCOLORSTATIC, IDC_TEST_STATIC, dc), 0); });
+    DeleteDC(dc);
 }
 
 // Members and controls.
 
 TEST(DataExchange, BindsMembersOnceAndForTheLifeOfTheWindow) {
     TestDialog dialog;
-    bool bound = false;
-    dialog.step = [&] {
-        bound = CWnd::FromHandlePermanent(::GetDlgItem(dialog, IDC_TEST_COMBO)) == &dialog.combo &&
-                dialog.UpdateData(TRUE) && dialog.UpdateData(FALSE) &&
-                dialog.GetDlgItem(IDC_TEST_COMBO) == &dialog.combo;
-        dialog.EndDialog(0);
-    };
-    dialog.DoModal();
-    EXPECT_TRUE(bound);
+    dialog.runWith([&] {
+        EXPECT_TRUE(dialog.UpdateData(TRUE));
+        EXPECT_TRUE(dialog.UpdateData(FALSE));
+        EXPECT_EQ(dialog.GetDlgItem(IDC_TEST_COMBO), &dialog.combo);
+    });
     EXPECT_EQ(dialog.combo.m_hWnd, nullptr);
     EXPECT_FALSE(dialog.UpdateData(TRUE)) << "without a window";
 }
@@ -480,17 +420,11 @@ TEST(DataExchange, RefusesAControlThatHasAnObjectAlready) {
 
 TEST(DialogsControls, AreReachedByTheirIds) {
     TestDialog dialog;
-    wchar_t text[16]{};
-    const CWnd* missing = &dialog;
-    dialog.step = [&] {
+    dialog.runWith([&] {
         dialog.SetDlgItemText(IDC_TEST_STATIC, L"49%");
-        ::GetDlgItemTextW(dialog, IDC_TEST_STATIC, text, 16);
-        missing = dialog.GetDlgItem(4711);
-        dialog.EndDialog(3);
-    };
-    EXPECT_EQ(dialog.DoModal(), 3);
-    EXPECT_STREQ(text, L"49%");
-    EXPECT_EQ(missing, nullptr);
+        EXPECT_EQ(test::textOf(dialog.text), L"49%");
+        EXPECT_EQ(dialog.GetDlgItem(4711), nullptr);
+    });
 }
 
 } // namespace

@@ -43,15 +43,7 @@ TEST(Ole, RunsFromAfxOleInitUntilTheApplicationEnds) {
     });
 }
 
-TEST(Ole, CannotStartOnAThreadOfTheMultithreadedApartment) {
-    onNewThread([] {
-        ASSERT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
-        EXPECT_FALSE(AfxOleInit());
-        CoUninitialize();
-    });
-}
-
-TEST(Ole, ThatFailedToStartIsNotEndedEither) {
+TEST(Ole, CannotStartInTheMultithreadedApartmentAndIsNotEndedThen) {
     onNewThread([] {
         ASSERT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
         OleApplication application;

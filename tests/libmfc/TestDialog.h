@@ -20,7 +20,6 @@ public:
 
     BOOL OnInitDialog() override {
         CDialog::OnInitDialog();
-        opened = true;
         PostMessage(WM_TEST_STEP);
         if (onInit) {
             onInit();
@@ -32,6 +31,17 @@ public:
         return (onPreTranslate && onPreTranslate(message)) || CDialog::PreTranslateMessage(message);
     }
 
+    void OnCancel() override { onCancel ? onCancel() : CDialog::OnCancel(); }
+
+    /// Runs the dialog modally with `act` as its step, which then ends it.
+    INT_PTR runWith(const std::function<void()>& act) {
+        step = [this, act] {
+            act();
+            EndDialog(0);
+        };
+        return DoModal();
+    }
+
     CComboBox combo;
     CProgressCtrl progress;
     CStatic text;
@@ -40,10 +50,10 @@ public:
     std::function<void()> step = [this] { EndDialog(0); };
     std::function<bool(MSG*)> onPreTranslate;
     std::function<void(UINT_PTR)> onTimer;
+    std::function<void()> onCancel;
     std::function<HBRUSH(CDC*, CWnd*, UINT)> onColor;
     std::vector<UINT> seen;
     std::vector<std::string> handled;
-    bool opened = false;
 
 protected:
     void DoDataExchange(CDataExchange* exchange) override {

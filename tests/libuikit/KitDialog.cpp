@@ -1,7 +1,5 @@
 #include "KitDialog.h"
 
-#include <cstdlib>
-
 namespace test {
 
 BEGIN_MESSAGE_MAP(KitDialog, CDialog)
@@ -39,17 +37,21 @@ HBRUSH KitDialog::OnCtlColor(CDC* dc, CWnd* control, UINT type) {
     return onColor ? onColor(control) : brush;
 }
 
-std::wstring KitDialog::text(int id) const {
-    wchar_t buffer[256]{};
-    ::GetDlgItemTextW(m_hWnd, id, buffer, static_cast<int>(std::size(buffer)));
-    return buffer;
+Painted::Painted(HWND control, DWORD layout) : m_dc(CreateCompatibleDC(nullptr)) {
+    GetClientRect(control, &m_size);
+    const HDC window = GetDC(control);
+    m_bitmap = CreateCompatibleBitmap(window, m_size.right, m_size.bottom);
+    ReleaseDC(control, window);
+    m_before = SelectObject(m_dc, m_bitmap);
+    SetLayout(m_dc, layout);
+    SendMessageW(control, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(m_dc), PRF_CLIENT);
+    SetLayout(m_dc, 0);
 }
 
-LONG KitDialog::letterHeight(int id) const {
-    LOGFONTW font{};
-    GetObjectW(reinterpret_cast<HFONT>(GetDlgItem(id)->SendMessage(WM_GETFONT)), sizeof font,
-               &font);
-    return std::labs(font.lfHeight);
+Painted::~Painted() {
+    SelectObject(m_dc, m_before);
+    DeleteObject(m_bitmap);
+    DeleteDC(m_dc);
 }
 
 } // namespace test

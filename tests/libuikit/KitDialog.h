@@ -5,6 +5,8 @@
 #include <libUikit/PngControl.h>
 #include <libUikit/UiLanguage.h>
 
+#include <support/WindowLooks.h>
+
 #include "dialog_ids.h"
 
 #include <functional>
@@ -26,9 +28,8 @@ public:
     int pictureClicks = 0;
     int pushes = 0;
 
-    std::wstring text(int id) const;
-    /// Height of the letters of a control's font, in pixels.
-    LONG letterHeight(int id) const;
+    std::wstring text(int id) const { return textOf(*GetDlgItem(id)); }
+    LONG letterHeight(int id) const { return test::letterHeight(*GetDlgItem(id)); }
     DWORD styleOf(int id) const {
         return static_cast<DWORD>(GetWindowLongPtrW(*GetDlgItem(id), GWL_STYLE));
     }
@@ -41,6 +42,26 @@ protected:
     afx_msg void OnPicture() { ++pictureClicks; }
     afx_msg void OnPush() { ++pushes; }
     DECLARE_MESSAGE_MAP()
+};
+
+/// The colours that a control paints, pixel by pixel.
+class Painted {
+public:
+    /// \param layout that of the device context while it paints, as LAYOUT_RTL
+    explicit Painted(HWND control, DWORD layout = 0);
+    Painted(const Painted&) = delete;
+    Painted& operator=(const Painted&) = delete;
+    ~Painted();
+
+    COLORREF at(int x, int y) const { return GetPixel(m_dc, x, y); }
+    int width() const { return m_size.right; }
+    int height() const { return m_size.bottom; }
+
+private:
+    RECT m_size{};
+    HDC m_dc;
+    HBITMAP m_bitmap = nullptr;
+    HGDIOBJ m_before = nullptr;
 };
 
 /// Sets the language of the user interface for its own lifetime.

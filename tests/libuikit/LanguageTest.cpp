@@ -34,13 +34,15 @@ TEST(UiLanguage, KnowsWhichWayItIsWritten) {
     EXPECT_FALSE(libUikit::isRightToLeft(0xffff));
 }
 
-// Where a control lies on the screen, from the dialog's left edge to the right.
 LONG distanceFromLeft(const KitDialog& dialog, int id) {
-    CRect frame;
-    CRect control;
-    ::GetWindowRect(dialog, frame);
-    ::GetWindowRect(*dialog.GetDlgItem(id), control);
-    return control.left - frame.left;
+    return test::leftInside(*dialog.GetDlgItem(id), dialog);
+}
+
+LOGFONTW tahoma() {
+    LOGFONTW font{};
+    font.lfHeight = -11;
+    wcscpy(font.lfFaceName, L"Tahoma");
+    return font;
 }
 
 TEST(DialogLayout, IsMirroredForLanguagesWrittenFromRightToLeft) {
@@ -63,17 +65,13 @@ TEST(DialogLayout, IsMirroredForLanguagesWrittenFromRightToLeft) {
 }
 
 TEST(LanguageFont, KeepsAFontThatHasTheLetters) {
-    LOGFONTW font{};
-    font.lfHeight = -11;
-    wcscpy(font.lfFaceName, L"Tahoma");
+    LOGFONTW font = tahoma();
     EXPECT_TRUE(libUikit::hasLetters(font, ENGLISH));
     EXPECT_STREQ(libUikit::fontForLanguage(font, ENGLISH).lfFaceName, L"Tahoma");
 }
 
 TEST(LanguageFont, ReplacesAFontThatLacksThemByOneThatHasThemWhereThereIsOne) {
-    LOGFONTW font{};
-    font.lfHeight = -11;
-    wcscpy(font.lfFaceName, L"Tahoma");
+    LOGFONTW font = tahoma();
     for (const int language : {LANG_JAPANESE, LANG_CHINESE, LANG_ARABIC}) {
         const LANGID id = MAKELANGID(static_cast<WORD>(language), SUBLANG_DEFAULT);
         const LOGFONTW chosen = libUikit::fontForLanguage(font, id);
@@ -196,9 +194,7 @@ TEST_F(Texts, KeepTheirStateWhenTheirStyleChanges) {
 }
 
 TEST(GdiResources, AreMadeOnceForEqualProperties) {
-    LOGFONTW font{};
-    font.lfHeight = -11;
-    wcscpy(font.lfFaceName, L"Tahoma");
+    LOGFONTW font = tahoma();
     EXPECT_NE(GdiResourceManager::font(font), GdiResourceManager::font(font)) << "no manager";
     const GdiResourceManager manager;
     const auto first = GdiResourceManager::font(font);
@@ -208,10 +204,8 @@ TEST(GdiResources, AreMadeOnceForEqualProperties) {
 }
 
 TEST(GdiResources, InUseOutliveTheirManager) {
-    LOGFONTW font{};
-    font.lfHeight = -11;
     std::optional<GdiResourceManager> manager(std::in_place);
-    const auto kept = GdiResourceManager::font(font);
+    const auto kept = GdiResourceManager::font(tahoma());
     manager.reset();
     EXPECT_EQ(GetObjectType(kept->handle()), UINT{OBJ_FONT});
 }

@@ -45,7 +45,6 @@ protected:
             return control == &dialog.picture ? brush : GetSysColorBrush(COLOR_3DFACE);
         };
         ASSERT_TRUE(dialog.Create(IDD_KIT));
-        dialog.picture.GetClientRect(client);
     }
     void TearDown() override {
         dialog.DestroyWindow();
@@ -63,18 +62,9 @@ protected:
 
     // What the control paints at a place given in parts of its size.
     COLORREF pixel(double x, double y) {
-        const HDC window = GetDC(dialog.picture);
-        const HDC dc = CreateCompatibleDC(window);
-        const HBITMAP bitmap = CreateCompatibleBitmap(window, client.Width(), client.Height());
-        const HGDIOBJ before = SelectObject(dc, bitmap);
-        dialog.picture.SendMessage(WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
-        const COLORREF colour = GetPixel(dc, static_cast<int>(x * (client.Width() - 1)),
-                                         static_cast<int>(y * (client.Height() - 1)));
-        SelectObject(dc, before);
-        DeleteObject(bitmap);
-        DeleteDC(dc);
-        ReleaseDC(dialog.picture, window);
-        return colour;
+        const test::Painted painted(dialog.picture);
+        return painted.at(static_cast<int>(x * (painted.width() - 1)),
+                          static_cast<int>(y * (painted.height() - 1)));
     }
 
     // Beside the executable, where relative paths begin.
@@ -82,7 +72,6 @@ protected:
     const HBRUSH brush = CreateSolidBrush(BACKGROUND);
     test::CapturedLog log;
     KitDialog dialog;
-    CRect client;
 };
 
 TEST_F(Pictures, FillTheControlWhenTheAspectMayChange) {
@@ -113,6 +102,7 @@ TEST_F(Pictures, GrowOnlyWhenAskedTo) {
 
 TEST_F(Pictures, GiveTheControlTheirSizeWhenAskedTo) {
     ASSERT_TRUE(dialog.picture.SetImage(redAndGreen(31, 17), true, true, false));
+    CRect client;
     dialog.picture.GetClientRect(client);
     EXPECT_EQ(client.Width(), 31);
     EXPECT_EQ(client.Height(), 17);
@@ -144,13 +134,9 @@ TEST_F(Pictures, AreGreyWhileTheControlIsDisabled) {
     EXPECT_EQ(pixel(0.1, 0.5), RED);
 }
 
-TEST_F(Pictures, AreFoundBesideTheExecutable) {
+TEST_F(Pictures, AreFoundBesideTheExecutableAndInTheCurrentFolder) {
     redAndGreen(40, 40);
     EXPECT_TRUE(dialog.picture.SetImage("pictures of the test/half.png", false, true, false));
-}
-
-TEST_F(Pictures, AreFoundInTheCurrentFolderWhenTheyAreNotBesideTheExecutable) {
-    redAndGreen(40, 40);
     const auto before = std::filesystem::current_path();
     std::filesystem::current_path(folder);
     EXPECT_TRUE(dialog.picture.SetImage("half.png", false, true, false));

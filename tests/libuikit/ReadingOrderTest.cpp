@@ -65,32 +65,19 @@ protected:
     }
 
     Ink painted(int id, const wchar_t* text) {
-        CWnd& control = *dialog.GetDlgItem(id);
-        control.SetWindowText(text);
-        CRect client;
-        control.GetClientRect(client);
-        const HDC window = GetDC(control);
-        const HDC dc = CreateCompatibleDC(window);
-        const HBITMAP bitmap = CreateCompatibleBitmap(window, client.Width(), client.Height());
-        const HGDIOBJ before = SelectObject(dc, bitmap);
-        SetLayout(dc, LAYOUT_RTL);
-        control.SendMessage(WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
-        SetLayout(dc, 0);
-        Ink ink{std::vector<bool>(static_cast<std::size_t>(client.Width())),
-                std::vector<bool>(static_cast<std::size_t>(client.Height()))};
-        for (int x = 0; x < client.Width(); ++x) {
-            for (int y = 0; y < client.Height(); ++y) {
+        dialog.SetDlgItemText(id, text);
+        const test::Painted painted(*dialog.GetDlgItem(id), LAYOUT_RTL);
+        Ink ink{std::vector<bool>(static_cast<std::size_t>(painted.width())),
+                std::vector<bool>(static_cast<std::size_t>(painted.height()))};
+        for (int x = 0; x < painted.width(); ++x) {
+            for (int y = 0; y < painted.height(); ++y) {
                 // Darker than the background of the letters.
-                if (GetGValue(GetPixel(dc, x, y)) < 200) {
+                if (GetGValue(painted.at(x, y)) < 200) {
                     ink.columns[static_cast<std::size_t>(x)] = true;
                     ink.rows[static_cast<std::size_t>(y)] = true;
                 }
             }
         }
-        SelectObject(dc, before);
-        DeleteObject(bitmap);
-        DeleteDC(dc);
-        ReleaseDC(control, window);
         return ink;
     }
 
