@@ -177,14 +177,6 @@ TEST_F(ForcedScan, WithNothingHeardFailsSilentlyAfterTheWait) {
     EXPECT_THAT(lines(), IsEmpty());
 }
 
-TEST_F(ForcedScan, WithTheRadioOffFailsWithoutAWait) {
-    WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
-    radio().setRadio(0, 0, 2, {});
-    EXPECT_EQ(scan(device, "Lab"), notHeard());
-    EXPECT_THAT(clock().sleeps(), IsEmpty());
-    EXPECT_THAT(raised(), IsEmpty());
-}
-
 TEST_F(ForcedScan, WithoutAnyInterfaceReadsNoneAndFails) {
     WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
     radio().removeInterface(0);

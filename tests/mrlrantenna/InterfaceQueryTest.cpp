@@ -71,7 +71,7 @@ protected:
     static void forgetRadioState(WirelessDevice& device) { device.m_radioStateData = nullptr; }
 };
 
-TEST_P(QueryOfOpcode, KeepsAnAnswerOfExactlyTheExpectedSizeAndNeverFreesIt) {
+TEST_P(QueryOfOpcode, KeepsAnAnswerOfExactlyTheExpectedSizeUntilTheNextAndFreesNone) {
     const Opcode& opcode = GetParam();
     WirelessDevice& device = openedConnected();
     forgetRadioState(device);
@@ -79,10 +79,13 @@ TEST_P(QueryOfOpcode, KeepsAnAnswerOfExactlyTheExpectedSizeAndNeverFreesIt) {
     EXPECT_TRUE(device.queryWirelessLanInterface(opcodeOf(opcode.number)));
     EXPECT_TRUE(opcode.kept(device));
     EXPECT_THAT(radio().callTexts(), ElementsAre(calls::query("h1", opcode.number, opcode.size)));
+    // A success without a block is no answer.
+    radio().addFault({.function = "WlanQueryInterface", .nth = 1, .noData = true});
     EXPECT_TRUE(device.queryWirelessLanInterface(opcodeOf(opcode.number)));
+    EXPECT_FALSE(opcode.kept(device));
     EXPECT_THAT(lines(), IsEmpty());
     close();
-    EXPECT_EQ(radio().liveBlocks(), 3U); // of the construction and of both queries
+    EXPECT_EQ(radio().liveBlocks(), 2U); // of the construction and of the first query
 }
 
 TEST_P(QueryOfOpcode, RefusesAnyOtherSizeSilentlyAndKeepsNothing) {
@@ -97,17 +100,6 @@ TEST_P(QueryOfOpcode, RefusesAnyOtherSizeSilentlyAndKeepsNothing) {
     EXPECT_THAT(lines(), IsEmpty());
     EXPECT_TRUE(device.m_errorText.empty());
     EXPECT_EQ(radio().callCount("WlanFreeMemory"), 0U);
-}
-
-TEST_P(QueryOfOpcode, TakesASuccessWithoutABlockForNoAnswer) {
-    const Opcode& opcode = GetParam();
-    WirelessDevice& device = openedConnected();
-    EXPECT_TRUE(device.queryWirelessLanInterface(opcodeOf(opcode.number)));
-    ASSERT_TRUE(opcode.kept(device));
-    radio().addFault({.function = "WlanQueryInterface", .nth = 1, .noData = true});
-    EXPECT_TRUE(device.queryWirelessLanInterface(opcodeOf(opcode.number)));
-    EXPECT_FALSE(opcode.kept(device));
-    EXPECT_THAT(lines(), IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Opcodes, QueryOfOpcode, testing::ValuesIn(opcodes),
@@ -319,7 +311,7 @@ protected:
     }
 };
 
-TEST_F(InterfaceList, IsLoggedLineByLine) {
+TEST_F(InterfaceList, IsQueriedOnTheDevicesHandleLoggedLineByLineAndNeverFreed) {
     startRadio(two());
     WirelessDevice& device = opened();
     EXPECT_TRUE(device.enumerateInterfaces());
@@ -333,12 +325,6 @@ TEST_F(InterfaceList, IsLoggedLineByLine) {
                             LineSaying("Interface Description -NOT USED-: Card B"),
                             LineSaying("State: \"disconnected\"")));
     EXPECT_EQ(utf8(device.m_interfaceDescription), "Card A");
-}
-
-TEST_F(InterfaceList, IsQueriedOnTheDevicesHandleAndNeverFreed) {
-    startRadio(two());
-    WirelessDevice& device = opened();
-    EXPECT_TRUE(device.enumerateInterfaces());
     const std::string guid = SECOND_GUID;
     EXPECT_THAT(
         radio().callTexts(),
@@ -411,21 +397,20 @@ TEST_F(InterfaceList, ConnectedFollowsTheLastInterfaceThatSaysSoWhileLoggingIsOn
     device.m_connected = true;
     device.enumerateInterfaces();
     EXPECT_FALSE(device.m_connected); // the second one is disconnected
-
-    radio().setState(1, wlan_interface_state_discovering);
+    mrl::LogFactory::setPriority(2);
+    device.m_connected = true;
     device.enumerateInterfaces();
     EXPECT_TRUE(device.m_connected);
-}
 
-TEST_F(InterfaceList, ConnectedStaysAsItIsWhileLoggingIsOff) {
-    startRadio(two());
-    WirelessDevice& device = opened();
-    mrl::LogFactory::setPriority(2);
-    EXPECT_TRUE(device.enumerateInterfaces());
-    EXPECT_FALSE(device.m_connected);
-    device.m_connected = true;
-    EXPECT_TRUE(device.enumerateInterfaces());
+    mrl::LogFactory::setPriority(1);
+    radio().setState(1, wlan_interface_state_discovering);
+    device.m_connected = false;
+    device.enumerateInterfaces();
     EXPECT_TRUE(device.m_connected);
+    mrl::LogFactory::setPriority(2);
+    device.m_connected = false;
+    device.enumerateInterfaces();
+    EXPECT_FALSE(device.m_connected);
     EXPECT_EQ(utf8(device.m_interfaceDescription), "Card A");
 }
 

@@ -60,13 +60,6 @@ TEST_F(RadioOfADevice, APhyThatDoesNotExistIsOff) {
     }
 }
 
-TEST_F(RadioOfADevice, TheLastPhyOfNoneIsOff) {
-    WirelessDevice& device = openedOn({.phys = {}});
-    ASSERT_EQ(device.m_radio.m_numberOfPhys, 0);
-    EXPECT_EQ(device.getRadioState(device.m_radio.lastPhy()), BOTH_OFF);
-    EXPECT_FALSE(device.isRadioEnabled(device.m_radio.lastPhy()));
-}
-
 TEST_F(RadioOfADevice, HoldsSixtyFourPhys) {
     std::vector<radiosim::Phy> phys(64);
     phys.back().software = 2;
@@ -77,15 +70,15 @@ TEST_F(RadioOfADevice, HoldsSixtyFourPhys) {
     EXPECT_EQ(device.getRadioState(64), BOTH_OFF);
 }
 
-TEST_F(RadioOfADevice, ACountThatTheTableCannotHoldIsKeptAndLeadsNowhereBehindIt) {
-    for (const std::uint32_t count : {65U, 1000U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
+TEST_F(RadioOfADevice, ACountOfNoneOrBeyondTheTableIsKeptAndLeadsNowhereBehindIt) {
+    for (const std::uint32_t count : {0U, 65U, 1000U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
         SCOPED_TRACE(count);
         close();
         startRadio(radiosim::Scenario{
             .faults = {{.function = "WlanQueryInterface", .opcode = 4U, .count = count}}});
         WirelessDevice& device = opened();
         EXPECT_EQ(device.m_radio.m_numberOfPhys, static_cast<mrl::Int32>(count));
-        // A negative one holds no PHY.
+        // None, or a negative one, holds no PHY.
         EXPECT_EQ(device.isRadioEnabled(0), device.m_radio.m_numberOfPhys > 0);
         for (const mrl::Int32 index : {63, 64, -1, -2, INT32_MIN, device.m_radio.lastPhy()}) {
             EXPECT_EQ(device.getRadioState(index), BOTH_OFF) << index;
@@ -177,32 +170,27 @@ TEST_F(RadioOfADevice, IsSwitchedInSoftware) {
     EXPECT_THAT(lines(), IsEmpty());
 }
 
-TEST_F(RadioOfADevice, CannotBeSwitchedOnAgainstTheHardwareSwitch) {
-    WirelessDevice& device = openedOn({.phys = {{.software = 2, .hardware = 2}}});
-    EXPECT_FALSE(device.setRadioState(0, true));
-    EXPECT_EQ(device.m_lastSetResult, ERROR_INVALID_STATE);
-    EXPECT_THAT(lines(), ElementsAre(LineSaying(switchLine("0"))));
-}
-
-TEST_F(RadioOfADevice, AFailedSwitchIsLoggedInOneWordingWhateverTheCode) {
-    WirelessDevice& device = openedOn({.phys = {{}, {}, {}}});
-    for (const DWORD code : {5023U, 87U, 5U, 6U, 31U, 0xFFFFFFFFU}) {
+TEST_F(RadioOfADevice, AFailedSwitchIsLoggedInOneWordingWhateverTheCodeWithThePhyAsASignedNumber) {
+    WirelessDevice& device = opened();
+    constexpr struct {
+        DWORD code;
+        mrl::Uint32 phy;
+        const char* named;
+    } rows[] = {
+        {5023, 0, "0"},
+        {87, 7, "7"},
+        {5, 0xFFFFFFFF, "-1"},
+        {6, 1, "1"},
+        {31, 0x80000000, "-2147483648"},
+        {0xFFFFFFFF, 2, "2"},
+    };
+    for (const auto& [code, phy, phyInTheLog] : rows) {
         radio().addFault({.function = "WlanSetInterface", .nth = 1, .code = code});
         log().clear();
-        EXPECT_FALSE(device.setRadioState(2, true));
+        EXPECT_FALSE(device.setRadioState(phy, code % 2 == 0));
         EXPECT_EQ(device.m_lastSetResult, code);
-        EXPECT_THAT(lines(), ElementsAre(LineSaying(switchLine("2")))) << code;
+        EXPECT_THAT(lines(), ElementsAre(LineSaying(switchLine(phyInTheLog))));
     }
-}
-
-TEST_F(RadioOfADevice, AFailedSwitchNamesThePhyAsASignedNumber) {
-    WirelessDevice& device = opened();
-    EXPECT_FALSE(device.setRadioState(0xFFFFFFFFU, true));
-    EXPECT_FALSE(device.setRadioState(0x80000000U, true));
-    EXPECT_FALSE(device.setRadioState(7, false));
-    EXPECT_THAT(lines(),
-                ElementsAre(LineSaying(switchLine("-1")), LineSaying(switchLine("-2147483648")),
-                            LineSaying(switchLine("7"))));
 }
 
 TEST_F(RadioOfADevice, ASwitchWithoutAServiceFailsSilentlyAndWithoutAResult) {

@@ -49,17 +49,13 @@ TEST_F(SignalStrength, CountsOnlyTheRefreshesThatShowTheNetwork) {
 }
 
 TEST_F(SignalStrength, AveragesInANetworkWhoseNameIsAPartOfTheGivenOne) {
-    WirelessDevice& device =
-        openedSeeing({{.ssid = "Lab-5G", .signal = 90U}, {.ssid = "Lab", .signal = 40U}});
-    EXPECT_EQ(device.getSignalStrength(named("Lab-5G")), 65);
-    EXPECT_EQ(device.getSignalStrength(named("Lab")), 40);
-}
-
-TEST_F(SignalStrength, OfAMergedNetworkIsThatOfTheNameItWasMergedInto) {
-    WirelessDevice& device =
-        openedSeeing({{.ssid = "Lab", .signal = 40U}, {.ssid = "Lab-5G", .signal = 90U}});
-    EXPECT_EQ(device.getSignalStrength(named("Lab-5G")), 40);
-    EXPECT_EQ(device.getSignalStrength(named("Lab")), 40);
+    const AccessPoint lab{.ssid = "Lab", .signal = 40U};
+    const AccessPoint lab5{.ssid = "Lab-5G", .signal = 90U};
+    EXPECT_EQ(openedSeeing({lab5, lab}).getSignalStrength(named("Lab-5G")), 65);
+    EXPECT_EQ(openedSeeing({lab5, lab}).getSignalStrength(named("Lab")), 40);
+    // Merged into the shorter name.
+    EXPECT_EQ(openedSeeing({lab, lab5}).getSignalStrength(named("Lab-5G")), 40);
+    EXPECT_EQ(openedSeeing({lab, lab5}).getSignalStrength(named("Lab")), 40);
 }
 
 TEST_F(SignalStrength, LeavesTheThirdRefreshInTheList) {
@@ -139,25 +135,18 @@ TEST_F(ConnectionReadings, AreZeroWithoutAConnection) {
     EXPECT_THAT(lines(), Contains(test::LineSaying(test::CONNECTION_QUERY_LINE)));
 }
 
-TEST_F(ConnectionReadings, AreZeroWhenTheAnswerCannotBeUsed) {
-    WirelessDevice& device = openedConnected();
-    ASSERT_TRUE(device.getSigTransReceieveRate());
-    radio().addFault({.function = "WlanQueryInterface", .nth = 1, .dataSize = 603U});
-    EXPECT_FALSE(device.getSigTransReceieveRate());
-    EXPECT_THAT(readingsOf(device), ElementsAre(0, 0, 0));
-
-    fill(device);
-    radio().addFault({.function = "WlanQueryInterface", .nth = 1, .noData = true});
-    EXPECT_FALSE(device.getSigTransReceieveRate());
-    EXPECT_THAT(readingsOf(device), ElementsAre(0, 0, 0));
-}
-
-TEST_F(ConnectionReadings, AreZeroWithoutAService) {
-    radio().addFault({.function = "WlanOpenHandle", .code = ERROR_SERVICE_NOT_ACTIVE});
-    WirelessDevice& device = opened();
-    fill(device);
-    EXPECT_FALSE(device.getSigTransReceieveRate());
-    EXPECT_THAT(readingsOf(device), ElementsAre(0, 0, 0));
+TEST_F(ConnectionReadings, AreZeroWhenTheAnswerCannotBeUsedOrTheServiceIsGone) {
+    for (const radiosim::Fault& fault :
+         {radiosim::Fault{.function = "WlanQueryInterface", .nth = 1, .dataSize = 603U},
+          radiosim::Fault{.function = "WlanQueryInterface", .nth = 1, .noData = true},
+          radiosim::Fault{.function = "WlanOpenHandle", .nth = 1, .code = 1062U}}) {
+        WirelessDevice& device = openedConnected();
+        fill(device);
+        device.m_initialized = fault.function != "WlanOpenHandle";
+        radio().addFault(fault);
+        EXPECT_FALSE(device.getSigTransReceieveRate());
+        EXPECT_THAT(readingsOf(device), ElementsAre(0, 0, 0));
+    }
 }
 
 TEST_F(ConnectionReadings, KeepTheirValuesWhileQueriesAreBlocked) {

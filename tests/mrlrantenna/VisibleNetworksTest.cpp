@@ -133,24 +133,18 @@ TEST_F(VisibleNetworks, AreRecordedWithoutALogToo) {
     EXPECT_THAT(lines(), IsEmpty());
 }
 
-TEST_F(VisibleNetworks, AHiddenOneIsCountedButNeitherLoggedNorKept) {
-    WirelessDevice& device =
-        openedSeeing({{.ssid = "Secret", .hidden = true}, {.ssid = ""}, {.ssid = "Lab"}});
-    EXPECT_THAT(refreshedNames(device), ElementsAre("Lab"));
-    EXPECT_EQ(device.m_numVisibleNetworks, 3U);
-    const Texts logged = lines();
-    ASSERT_GE(logged.size(), 5U);
-    EXPECT_THAT(Texts(logged.begin(), logged.begin() + 5),
-                ElementsAre("1154 Total 3 networks are visible.", "1157 Network 0:",
-                            "1157 Network 1:", "1157 Network 2:", "1268 SSID: Lab"));
-}
-
-TEST_F(VisibleNetworks, CountingRefreshesAndCountsTheRecords) {
+TEST_F(VisibleNetworks, AHiddenOneIsReportedButNeitherLoggedNorRecordedNorCounted) {
     WirelessDevice& device = openedSeeing(
-        {{.ssid = "Lab"}, {.ssid = "Lab"}, {.ssid = "", .hidden = true}, {.ssid = "Guest"}});
-    EXPECT_EQ(device.getNumVisibleNetworks(), 2U);
-    EXPECT_EQ(device.m_numVisibleNetworks, 2U);
-    EXPECT_THAT(lines(), Contains("1154 Total 4 networks are visible."));
+        {{.ssid = "Secret", .hidden = true}, {.ssid = ""}, {.ssid = "Lab"}, {.ssid = "Lab"}});
+    EXPECT_THAT(refreshedNames(device), ElementsAre("Lab"));
+    EXPECT_EQ(device.m_numVisibleNetworks, 4U);
+    Texts logged = lines();
+    ASSERT_GE(logged.size(), 5U);
+    logged.resize(5);
+    EXPECT_THAT(logged, ElementsAre("1154 Total 4 networks are visible.", "1157 Network 0:",
+                                    "1157 Network 1:", "1157 Network 2:", "1268 SSID: Lab"));
+    EXPECT_EQ(device.getNumVisibleNetworks(), 1U);
+    EXPECT_EQ(device.m_numVisibleNetworks, 1U);
 }
 
 TEST_F(VisibleNetworks, CountingAFailedListGivesNone) {
@@ -159,13 +153,6 @@ TEST_F(VisibleNetworks, CountingAFailedListGivesNone) {
     radio().addFault({.function = "WlanGetAvailableNetworkList", .code = ERROR_BUSY});
     EXPECT_EQ(device.getNumVisibleNetworks(), 0U);
     EXPECT_EQ(device.m_numVisibleNetworks, 0U);
-}
-
-TEST_F(VisibleNetworks, ANewRefreshReplacesTheList) {
-    WirelessDevice& device = openedSeeing({{.ssid = "Lab"}, {.ssid = "Guest"}});
-    EXPECT_THAT(refreshedNames(device), ElementsAre("Lab", "Guest"));
-    radio().setAccessPoints(0, {{.ssid = "Attic"}});
-    EXPECT_THAT(refreshedNames(device), ElementsAre("Attic"));
 }
 
 TEST_F(VisibleNetworks, TheOldListIsGoneBeforeTheServiceIsAskedForANewOne) {

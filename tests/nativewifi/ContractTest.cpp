@@ -39,6 +39,23 @@ protected:
 
     HANDLE handle() const { return m_handle.get(); }
     const GUID* guid() const { return &m_guid; }
+    // The functions without what most calls leave out.
+    DWORD query(WLAN_INTF_OPCODE opcode, DWORD* size, PVOID* data,
+                WLAN_OPCODE_VALUE_TYPE* type = nullptr) const {
+        return api().WlanQueryInterface(handle(), guid(), opcode, nullptr, size, data, type);
+    }
+    DWORD listNetworks(DWORD flags, WLAN_AVAILABLE_NETWORK_LIST** list) const {
+        return api().WlanGetAvailableNetworkList(handle(), guid(), flags, nullptr, list);
+    }
+    DWORD listBss(DOT11_SSID* ssid, DOT11_BSS_TYPE type, WLAN_BSS_LIST** list) const {
+        return api().WlanGetNetworkBssList(handle(), guid(), ssid, type,
+                                           ssid == nullptr ? FALSE : TRUE, nullptr, list);
+    }
+    static DWORD listen(HANDLE handle, DWORD source, WLAN_NOTIFICATION_CALLBACK callback,
+                        PVOID reserved = nullptr, DWORD* previous = nullptr) {
+        return api().WlanRegisterNotification(handle, source, TRUE, callback, nullptr, reserved,
+                                              previous);
+    }
     /// A handle that has been closed.
     static HANDLE closedHandle() {
         ClientHandle closed;
@@ -135,9 +152,7 @@ TEST_P(Contract, RefusesAHandleThatIsClosed) {
     WLAN_INTERFACE_INFO_LIST* interfaces = nullptr;
     EXPECT_EQ(api().WlanEnumInterfaces(closedHandle(), nullptr, &interfaces), ERROR_INVALID_HANDLE);
     EXPECT_EQ(interfaces, nullptr);
-    EXPECT_EQ(api().WlanRegisterNotification(closedHandle(), WLAN_NOTIFICATION_SOURCE_NONE, TRUE,
-                                             nullptr, nullptr, nullptr, nullptr),
-              ERROR_INVALID_HANDLE);
+    EXPECT_EQ(listen(closedHandle(), WLAN_NOTIFICATION_SOURCE_NONE, nullptr), ERROR_INVALID_HANDLE);
 }
 
 TEST_P(Contract, RefusesTheNullHandleTheNullGuidAndAReservedPointer) {
@@ -160,17 +175,10 @@ TEST_P(Contract, RefusesWithoutAPlaceForTheResult) {
     DWORD size = 0;
     PVOID data = nullptr;
     EXPECT_EQ(api().WlanEnumInterfaces(handle(), nullptr, nullptr), ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(api().WlanQueryInterface(handle(), guid(), wlan_intf_opcode_radio_state, nullptr,
-                                       nullptr, &data, nullptr),
-              ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(api().WlanQueryInterface(handle(), guid(), wlan_intf_opcode_radio_state, nullptr,
-                                       &size, nullptr, nullptr),
-              ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(api().WlanGetAvailableNetworkList(handle(), guid(), 0, nullptr, nullptr),
-              ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(api().WlanGetNetworkBssList(handle(), guid(), nullptr, dot11_BSS_type_any, FALSE,
-                                          nullptr, nullptr),
-              ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(query(wlan_intf_opcode_radio_state, nullptr, &data), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(query(wlan_intf_opcode_radio_state, &size, nullptr), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(listNetworks(0, nullptr), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(listBss(nullptr, dot11_BSS_type_any, nullptr), ERROR_INVALID_PARAMETER);
     EXPECT_EQ(api().WlanSetInterface(handle(), guid(), wlan_intf_opcode_radio_state, 12, nullptr,
                                      nullptr),
               ERROR_INVALID_PARAMETER);
@@ -178,16 +186,13 @@ TEST_P(Contract, RefusesWithoutAPlaceForTheResult) {
 
 TEST_P(Contract, RefusesUnknownFlagsOfTheNetworkList) {
     WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
-    EXPECT_EQ(api().WlanGetAvailableNetworkList(handle(), guid(), 4, nullptr, out(list)),
-              ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(api().WlanGetAvailableNetworkList(handle(), guid(), 3, nullptr, out(list)),
-              ERROR_SUCCESS);
+    EXPECT_EQ(listNetworks(4, out(list)), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(listNetworks(3, out(list)), ERROR_SUCCESS);
 }
 
 TEST_P(Contract, HandsOutNetworksOfPlausibleValues) {
     WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
-    ASSERT_EQ(api().WlanGetAvailableNetworkList(handle(), guid(), 0, nullptr, out(list)),
-              ERROR_SUCCESS);
+    ASSERT_EQ(listNetworks(0, out(list)), ERROR_SUCCESS);
     EXPECT_EQ(list->dwIndex, 0U);
     const WLAN_AVAILABLE_NETWORK* const networks = list->Network;
     for (DWORD i = 0; i < list->dwNumberOfItems; ++i) {
@@ -201,9 +206,7 @@ TEST_P(Contract, HandsOutNetworksOfPlausibleValues) {
 
 TEST_P(Contract, HandsOutABssListOfItsStatedSize) {
     WlanMemory<WLAN_BSS_LIST> list;
-    ASSERT_EQ(api().WlanGetNetworkBssList(handle(), guid(), nullptr, dot11_BSS_type_any, FALSE,
-                                          nullptr, out(list)),
-              ERROR_SUCCESS);
+    ASSERT_EQ(listBss(nullptr, dot11_BSS_type_any, out(list)), ERROR_SUCCESS);
     EXPECT_GE(list->dwTotalSize, offsetof(WLAN_BSS_LIST, wlanBssEntries) +
                                      list->dwNumberOfItems * sizeof(WLAN_BSS_ENTRY));
     const WLAN_BSS_ENTRY* const entries = list->wlanBssEntries;
@@ -216,16 +219,10 @@ TEST_P(Contract, HandsOutABssListOfItsStatedSize) {
 TEST_P(Contract, NeedsATypeWithTheNameOfABss) {
     DOT11_SSID ssid{3, {'L', 'a', 'b'}};
     WlanMemory<WLAN_BSS_LIST> list;
-    EXPECT_EQ(api().WlanGetNetworkBssList(handle(), guid(), &ssid, dot11_BSS_type_any, TRUE,
-                                          nullptr, out(list)),
-              ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(api().WlanGetNetworkBssList(handle(), guid(), &ssid, dot11_BSS_type_infrastructure,
-                                          TRUE, nullptr, out(list)),
-              ERROR_SUCCESS);
+    EXPECT_EQ(listBss(&ssid, dot11_BSS_type_any, out(list)), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(listBss(&ssid, dot11_BSS_type_infrastructure, out(list)), ERROR_SUCCESS);
     ssid.uSSIDLength = 33;
-    EXPECT_EQ(api().WlanGetNetworkBssList(handle(), guid(), &ssid, dot11_BSS_type_infrastructure,
-                                          TRUE, nullptr, out(list)),
-              ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(listBss(&ssid, dot11_BSS_type_infrastructure, out(list)), ERROR_INVALID_PARAMETER);
     EXPECT_EQ(api().WlanScan(handle(), guid(), &ssid, nullptr, nullptr), ERROR_INVALID_PARAMETER);
 }
 
@@ -248,10 +245,7 @@ TEST_P(Contract, AnswersTheFixedOpcodesInTheirDocumentedSizes) {
     for (const auto& [opcode, expected] : opcodes) {
         DWORD size = 0;
         PVOID data = nullptr;
-        EXPECT_EQ(
-            api().WlanQueryInterface(handle(), guid(), opcode, nullptr, &size, &data, nullptr),
-            ERROR_SUCCESS)
-            << opcode;
+        EXPECT_EQ(query(opcode, &size, &data), ERROR_SUCCESS) << opcode;
         EXPECT_EQ(size, expected) << opcode;
         EXPECT_NE(data, nullptr) << opcode;
         api().WlanFreeMemory(data);
@@ -263,9 +257,7 @@ TEST_P(Contract, SaysWhereAValueComesFromWhenAsked) {
     PVOID data = nullptr;
     WLAN_OPCODE_VALUE_TYPE type;
     std::memset(&type, 0x55, sizeof type);
-    ASSERT_EQ(api().WlanQueryInterface(handle(), guid(), wlan_intf_opcode_bss_type, nullptr, &size,
-                                       &data, &type),
-              ERROR_SUCCESS);
+    ASSERT_EQ(query(wlan_intf_opcode_bss_type, &size, &data, &type), ERROR_SUCCESS);
     api().WlanFreeMemory(data);
     EXPECT_EQ(type, wlan_opcode_value_type_query_only);
 }
@@ -288,18 +280,12 @@ TEST_P(Contract, RegistersAndUnregistersNotifications) {
     const auto callback = [](WLAN_NOTIFICATION_DATA* /*data*/, PVOID /*context*/) {};
     const auto function = static_cast<WLAN_NOTIFICATION_CALLBACK>(callback);
     DWORD previous = 0;
-    EXPECT_EQ(api().WlanRegisterNotification(handle(), WLAN_NOTIFICATION_SOURCE_ALL, TRUE, function,
-                                             nullptr, nullptr, nullptr),
-              ERROR_SUCCESS);
-    EXPECT_EQ(api().WlanRegisterNotification(handle(), WLAN_NOTIFICATION_SOURCE_NONE, TRUE, nullptr,
-                                             nullptr, nullptr, &previous),
+    EXPECT_EQ(listen(handle(), WLAN_NOTIFICATION_SOURCE_ALL, function), ERROR_SUCCESS);
+    EXPECT_EQ(listen(handle(), WLAN_NOTIFICATION_SOURCE_NONE, nullptr, nullptr, &previous),
               ERROR_SUCCESS);
     EXPECT_EQ(previous, WLAN_NOTIFICATION_SOURCE_ALL);
-    EXPECT_EQ(api().WlanRegisterNotification(handle(), WLAN_NOTIFICATION_SOURCE_ALL, TRUE, nullptr,
-                                             nullptr, nullptr, nullptr),
-              ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(api().WlanRegisterNotification(handle(), WLAN_NOTIFICATION_SOURCE_NONE, TRUE, nullptr,
-                                             nullptr, &previous, nullptr),
+    EXPECT_EQ(listen(handle(), WLAN_NOTIFICATION_SOURCE_ALL, nullptr), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(listen(handle(), WLAN_NOTIFICATION_SOURCE_NONE, nullptr, &previous, nullptr),
               ERROR_INVALID_PARAMETER);
 }
 
@@ -311,16 +297,12 @@ TEST_P(Contract, SwitchesTheRadioOffAndOn) {
     };
     WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
     ASSERT_EQ(switchTo(dot11_radio_state_off), ERROR_SUCCESS);
-    EXPECT_EQ(api().WlanGetAvailableNetworkList(handle(), guid(), 0, nullptr, out(list)),
-              ERROR_NDIS_DOT11_POWER_STATE_INVALID);
+    EXPECT_EQ(listNetworks(0, out(list)), ERROR_NDIS_DOT11_POWER_STATE_INVALID);
     DWORD size = 0;
     PVOID data = nullptr;
-    EXPECT_EQ(api().WlanQueryInterface(handle(), guid(), wlan_intf_opcode_current_connection,
-                                       nullptr, &size, &data, nullptr),
-              ERROR_INVALID_STATE);
+    EXPECT_EQ(query(wlan_intf_opcode_current_connection, &size, &data), ERROR_INVALID_STATE);
     ASSERT_EQ(switchTo(dot11_radio_state_on), ERROR_SUCCESS);
-    EXPECT_EQ(api().WlanGetAvailableNetworkList(handle(), guid(), 0, nullptr, out(list)),
-              ERROR_SUCCESS);
+    EXPECT_EQ(listNetworks(0, out(list)), ERROR_SUCCESS);
 }
 
 TEST_P(Contract, FreesNothingForTheNullPointerAndScansAfterwards) {

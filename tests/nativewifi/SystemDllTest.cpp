@@ -14,10 +14,16 @@
 namespace nativewifi {
 namespace {
 
-TEST(SystemDll, ExportsWhatIsNotSimulatedAndSaysSo) {
-    if (!systemDllIsSimulated()) {
-        GTEST_FAIL() << "the simulator's wlanapi.dll must stand in the system directory";
+class SystemDllDeathTest : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!systemDllIsSimulated()) {
+            GTEST_FAIL() << "the simulator's wlanapi.dll must stand in the system directory";
+        }
     }
+};
+
+TEST_F(SystemDllDeathTest, ExportsWhatIsNotSimulatedAndSaysSo) {
     const HMODULE module = GetModuleHandleW(L"Wlanapi.dll");
     ASSERT_NE(module, nullptr);
     for (const char* name :
@@ -38,51 +44,36 @@ TEST(SystemDll, ExportsWhatIsNotSimulatedAndSaysSo) {
     api().WlanFreeMemory(block);
 }
 
-class SystemDllDeathTest : public testing::Test {
-protected:
-    void SetUp() override {
-        if (!systemDllIsSimulated()) {
-            GTEST_FAIL() << "the simulator's wlanapi.dll must stand in the system directory";
-        }
-    }
-
-    /// To be run in a process of its own: the first call is what counts.
-    static void firstCallWith(const wchar_t* variable, const std::filesystem::path& value) {
-        SetEnvironmentVariableW(variable, value.c_str());
-        DWORD version = 0;
-        HANDLE handle = nullptr;
-        api().WlanOpenHandle(2, nullptr, &version, &handle);
-    }
-
-    static std::filesystem::path scenarioFile(const std::string& text) {
-        std::filesystem::path file =
-            std::filesystem::path(testing::TempDir()) / L"sc\u00E9nario.json";
+TEST_F(SystemDllDeathTest, EndsTheProcessForAnEnvironmentThatCannotBeUsed) {
+    const auto scenarioFile = [](const wchar_t* name, const std::string& text) {
+        const std::filesystem::path file = std::filesystem::path(testing::TempDir()) / name;
         std::ofstream(file, std::ios::binary) << text;
         return file;
+    };
+    const struct {
+        const wchar_t* variable;
+        std::filesystem::path value;
+        const char* message;
+    } rows[] = {
+        {L"RADIOSIM_SCENARIO",
+         scenarioFile(L"sc\u00E9nario.json", R"({"interfaces": [{"rssi": "x"}]})"),
+         "radiosim: .*nario.json: /interfaces/0/rssi: a whole number from -200 to 200 was "
+         "expected. Mend the file"},
+        {L"RADIOSIM_SCENARIO", scenarioFile(L"no_json.json", "{\n]"),
+         "radiosim: .*no_json.json: line 2, column 1: syntax error"},
+        {L"RADIOSIM_SCENARIO", L"no\\such.json", "such.json: the file cannot be read"},
+        {L"RADIOSIM_TRACE", L"no\\such\\trace", "trace: the trace cannot be written. Name a file"},
+    };
+    for (const auto& row : rows) {
+        // In a process of its own: the first call is what counts.
+        const auto firstCall = [&row] {
+            SetEnvironmentVariableW(row.variable, row.value.c_str());
+            DWORD version = 0;
+            HANDLE handle = nullptr;
+            api().WlanOpenHandle(2, nullptr, &version, &handle);
+        };
+        EXPECT_EXIT(firstCall(), testing::ExitedWithCode(64), row.message);
     }
-};
-
-TEST_F(SystemDllDeathTest, EndsTheProcessForAScenarioWithAMistake) {
-    const std::filesystem::path file = scenarioFile(R"({"interfaces": [{"rssi": "x"}]})");
-    EXPECT_EXIT(firstCallWith(L"RADIOSIM_SCENARIO", file), testing::ExitedWithCode(64),
-                "radiosim: .*nario.json: /interfaces/0/rssi: a whole number from -200 to 200 was "
-                "expected. Mend the file");
-}
-
-TEST_F(SystemDllDeathTest, EndsTheProcessForAScenarioThatIsNoJson) {
-    const std::filesystem::path file = scenarioFile("{\n]");
-    EXPECT_EXIT(firstCallWith(L"RADIOSIM_SCENARIO", file), testing::ExitedWithCode(64),
-                "radiosim: .*nario.json: line 2, column 1: syntax error");
-}
-
-TEST_F(SystemDllDeathTest, EndsTheProcessForAScenarioThatIsNotThere) {
-    EXPECT_EXIT(firstCallWith(L"RADIOSIM_SCENARIO", L"no\\such.json"), testing::ExitedWithCode(64),
-                "such.json: the file cannot be read");
-}
-
-TEST_F(SystemDllDeathTest, EndsTheProcessForATraceThatCannotBeWritten) {
-    EXPECT_EXIT(firstCallWith(L"RADIOSIM_TRACE", L"no\\such\\trace"), testing::ExitedWithCode(64),
-                "trace: the trace cannot be written. Name a file");
 }
 
 } // namespace
