@@ -189,7 +189,7 @@ TEST_F(Notifications, StopWhenTheClientUnregisters) {
 
 TEST_F(Notifications, ReturnTheSourcesRegisteredBefore) {
     const nativewifi::ClientHandle second = openHandle();
-    for (const DWORD before : {0U, WLAN_NOTIFICATION_SOURCE_ACM}) {
+    for (const DWORD before : {DWORD{0}, DWORD{WLAN_NOTIFICATION_SOURCE_ACM}}) {
         EXPECT_EQ(callOn(second.get(), WLAN_NOTIFICATION_SOURCE_ACM, &Inbox::callback, &inbox()),
                   before);
     }

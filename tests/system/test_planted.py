@@ -7,7 +7,10 @@ import time
 import unittest
 
 import pe
+import side_by_side
 from program import DIST, EXECUTABLE, ROOT, VERIFICATION, ProgramTest, environment, settings
+
+load_tests = side_by_side.load_tests
 
 PLANTED = ROOT / "build" / "windows" / "tests" / "helpers" / "planted.dll"
 SOURCES = [path for folder in ("common", "modules") for path in (ROOT / folder).rglob("*.cpp")]
