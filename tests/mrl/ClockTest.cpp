@@ -6,8 +6,6 @@
 
 #include <gmock/gmock.h>
 
-#include <thread>
-
 namespace {
 
 using mrl::Clock;
@@ -54,28 +52,6 @@ TEST(Clock, AScopedClockReplacesTheClockWhileItLives) {
         EXPECT_EQ(&Clock::current(), &outer);
     }
     EXPECT_EQ(&Clock::current(), &system);
-}
-
-TEST(Clock, SleepingMovesTheVirtualDate) {
-    test::VirtualClock clock;
-    const Clock::UtcTime start = clock.utcNow();
-    mrl::System::mssleep(7000);
-    EXPECT_EQ(clock.utcNow() - start, 7s);
-}
-
-TEST(Clock, AWaiterReturnsWhenAThreadSleepsPastItsDeadline) {
-    test::VirtualClock clock;
-    std::mutex mutex;
-    std::condition_variable condition;
-    std::thread waiter([&] {
-        std::unique_lock lock(mutex);
-        while (clock.now() < 10s) {
-            clock.waitUntil(lock, condition, 10s);
-        }
-    });
-    clock.sleep(10s);
-    waiter.join();
-    EXPECT_DOUBLE_EQ(clock.elapsedSeconds(), 10);
 }
 
 TEST(System, SleepsOnTheClockInUse) {

@@ -56,100 +56,93 @@ TEST(LogFactory, WithTheThresholdOffNothingIsAdmitted) {
 // The lines before the first setPriority() of a process: each test runs in a process of its own.
 class EarlyLinesDeathTest : public testing::Test {
 protected:
+    using Matcher = testing::Matcher<const std::string&>;
+
     EarlyLinesDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 
     static void logEarly() {
         test::VirtualClock clock;
-        log(logger(".early"), 0, "trace");
+        log(LogFactory::createLogger("early"), 0, "trace");
         clock.sleep(std::chrono::seconds(1));
-        log(logger(".early"), 1, "first");
+        log(LogFactory::createLogger("early"), 1, "first");
         clock.sleep(std::chrono::seconds(1));
-        log(logger(".early"), 4, "second\n");
+        log(LogFactory::createLogger("early"), 4, "second\n");
     }
-    /// Opens the log on standard error and ends the process.
-    [[noreturn]] static void openLogAndExit(int threshold) {
+    static void openLog(int threshold) {
         LogFactory::setSink(mrl::standardErrorLogSink());
         LogFactory::setPriority(threshold);
         const test::VirtualClock clock;
-        log(logger(".late"), 5, "late");
-        std::exit(LogFactory::getPriority() == threshold ? 0 : 1);
+        log(LogFactory::createLogger("late"), 5, "late");
     }
-};
-
-TEST_F(EarlyLinesDeathTest, AreWrittenInTheirOrderWithTheirTimesWhenTheLogOpens) {
-    EXPECT_EXIT(
-        {
-            logEarly();
-            openLogAndExit(0);
-        },
-        testing::ExitedWithCode(0),
-        HasSubstr("2026-11-20T19:55:01.123Z 0 "
-                  "AreWrittenInTheirOrderWithTheirTimesWhenTheLogOpens.early: trace\n"
-                  "2026-11-20T19:55:02.123Z 1 "
-                  "AreWrittenInTheirOrderWithTheirTimesWhenTheLogOpens.early: first\n"
-                  "2026-11-20T19:55:03.123Z 4 "
-                  "AreWrittenInTheirOrderWithTheirTimesWhenTheLogOpens.early: second\\n\n"
-                  "2026-11-20T19:55:01.123Z 5 "
-                  "AreWrittenInTheirOrderWithTheirTimesWhenTheLogOpens.late: late\n"));
-}
-
-TEST_F(EarlyLinesDeathTest, BelowTheThresholdOrOfARunWithoutALogAreDiscarded) {
-    EXPECT_EXIT(
-        {
-            logEarly();
-            openLogAndExit(2);
-        },
-        testing::ExitedWithCode(0),
-        AllOf(Not(HasSubstr("trace")), Not(HasSubstr("first")), HasSubstr("second"),
-              HasSubstr("late")));
-    EXPECT_EXIT(
-        {
-            logEarly();
-            LogFactory::setPriority(LogFactory::OFF);
-            openLogAndExit(0);
-        },
-        testing::ExitedWithCode(0), AllOf(Not(HasSubstr("early")), HasSubstr("late")));
-}
-
-TEST_F(EarlyLinesDeathTest, AreKeptUpToALimit) {
-    static_assert(LogFactory::MOST_KEPT_LINES == 100);
-    EXPECT_EXIT(
-        {
-            for (int i = 1; i <= 101; ++i) {
-                log(logger(""), 1, ("line " + std::to_string(i) + ".").c_str());
-            }
-            openLogAndExit(0);
-        },
-        testing::ExitedWithCode(0),
-        AllOf(HasSubstr("line 1."), HasSubstr("line 100."), Not(HasSubstr("line 101."))));
-}
-
-TEST_F(EarlyLinesDeathTest, ASinkAloneDoesNotReceive) {
-    EXPECT_EXIT(
-        {
-            LogFactory::setSink(mrl::standardErrorLogSink());
-            logEarly();
-            std::exit(0);
-        },
-        testing::ExitedWithCode(0), Not(HasSubstr("early")));
-}
-
-TEST_F(EarlyLinesDeathTest, AScopeThatIsOpenWhenTheLogOpensClosesInIt) {
-    for (const auto& [threshold, lines] :
-         {std::pair(0, testing::Matcher<const std::string&>(
-                           AllOf(HasSubstr("> scope (f:1)"), HasSubstr("< scope")))),
-          std::pair(1, testing::Matcher<const std::string&>(Not(HasSubstr("scope"))))}) {
+    /// Expects these lines on standard error of a process that does `action`.
+    template <typename Action>
+    static void expectLog(Action action, const Matcher& lines) {
         EXPECT_EXIT(
             {
-                {
-                    const mrl::TraceLogger scope(&logger(""), "scope", "f", 1);
-                    LogFactory::setSink(mrl::standardErrorLogSink());
-                    LogFactory::setPriority(threshold);
-                }
+                action();
                 std::exit(0);
             },
             testing::ExitedWithCode(0), lines);
     }
+};
+
+TEST_F(EarlyLinesDeathTest, AreWrittenInTheirOrderWithTheirTimesWhenTheLogOpens) {
+    expectLog(
+        [] {
+            logEarly();
+            openLog(0);
+        },
+        HasSubstr("2026-11-20T19:55:01.123Z 0 early: trace\n"
+                  "2026-11-20T19:55:02.123Z 1 early: first\n"
+                  "2026-11-20T19:55:03.123Z 4 early: second\\n\n"
+                  "2026-11-20T19:55:01.123Z 5 late: late\n"));
+}
+
+TEST_F(EarlyLinesDeathTest, BelowTheThresholdOrOfARunWithoutALogAreDiscarded) {
+    expectLog(
+        [] {
+            logEarly();
+            openLog(2);
+        },
+        AllOf(Not(HasSubstr("trace")), Not(HasSubstr("first")), HasSubstr("second"),
+              HasSubstr("late")));
+    expectLog(
+        [] {
+            logEarly();
+            LogFactory::setPriority(LogFactory::OFF);
+            openLog(0);
+        },
+        AllOf(Not(HasSubstr("early")), HasSubstr("late")));
+}
+
+TEST_F(EarlyLinesDeathTest, AreKeptUpToALimit) {
+    static_assert(LogFactory::MOST_KEPT_LINES == 100);
+    expectLog(
+        [] {
+            for (int i = 1; i <= 101; ++i) {
+                log(logger(""), 1, ("line " + std::to_string(i) + ".").c_str());
+            }
+            openLog(0);
+        },
+        AllOf(HasSubstr("line 1."), HasSubstr("line 100."), Not(HasSubstr("line 101."))));
+}
+
+TEST_F(EarlyLinesDeathTest, ASinkAloneDoesNotReceive) {
+    expectLog(
+        [] {
+            LogFactory::setSink(mrl::standardErrorLogSink());
+            logEarly();
+        },
+        Not(HasSubstr("early")));
+}
+
+TEST_F(EarlyLinesDeathTest, AScopeThatIsOpenWhenTheLogOpensClosesInIt) {
+    const auto openInScope = [](int threshold) {
+        const mrl::TraceLogger scope(&logger(""), "scope", "f", 1);
+        openLog(threshold);
+    };
+    expectLog([&] { openInScope(0); }, AllOf(HasSubstr("> scope (f:1)"), HasSubstr("< scope")));
+    expectLog([&] { openInScope(1); }, Not(HasSubstr("scope")));
 }
 
 TEST(LogFactory, SetSinkHandsBackTheOneBefore) {

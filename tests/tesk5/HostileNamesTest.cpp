@@ -34,29 +34,27 @@ std::vector<std::string> hostileNames() {
         names.emplace_back(length, '\x1b');
         names.emplace_back(length, '<');
     }
-    for (const char* name : {
-             "\x1b]0;title\x07",
-             "\x1b[2J\x1b[H",
-             "\xC2\x9Bm",
-             "\u202Eeman",
-             "\xE2\x81\xA6x\xE2\x81\xA9",
-             "\xE2\x80\xA8line\xE2\x80\xA9",
-             "\"'&<>`",
-             "</testcase>",
-             "]]>",
-             "<!--",
-             "</bdi></td><script>alert(1)</script>",
-             "&amp;&#x41;",
-             "{Name}{{Name}}{{{Name}}}",
-             "%s%n",
-             "\\",
-             "\\u0041",
-             "\r\n",
-             "\n\n",
-             "\xFF\xFE\xC0\xAF\xED\xA0\x80",
-             "\xEF\xBF\xBE\xEF\xBF\xBF",
-             "\xF0\x9F\x93\xB6",
-         }) {
+    for (const char* name : {"\x1b]0;title\x07",
+                             "\x1b[2J\x1b[H",
+                             "\xC2\x9Bm",
+                             "\u202Eeman",
+                             "\xE2\x81\xA6x\xE2\x81\xA9",
+                             "\xE2\x80\xA8line\xE2\x80\xA9",
+                             "\"'&<>`",
+                             "</testcase>",
+                             "]]>",
+                             "<!--",
+                             "</bdi></td><script>alert(1)</script>",
+                             "&amp;&#x41;",
+                             "{Name}{{Name}}{{{Name}}}",
+                             "%s%n",
+                             "\\",
+                             "\\u0041",
+                             "\r\n",
+                             "\n\n",
+                             "\xFF\xFE\xC0\xAF\xED\xA0\x80",
+                             "\xEF\xBF\xBE\xEF\xBF\xBF",
+                             "\xF0\x9F\x93\xB6"}) {
         names.emplace_back(name);
     }
     return names;
@@ -65,7 +63,7 @@ std::vector<std::string> hostileNames() {
 class HostileNames : public FrameworkTest {
 protected:
     HostileNames() {
-        m_name = DiagModule::createParameter("SSID", DataType::STRING(), "", false, true);
+        m_name = optionalParameter("SSID");
         m_event = DiagModule::createEvent("WEAK");
     }
 
@@ -84,21 +82,14 @@ protected:
             DiagModule::surveyed(survey);
             return TestResult::WARN();
         })->addParameter(m_name);
-        registerTest("B", [names](const DiagDevice&) -> TestResult {
-            std::string all;
-            for (const std::string& name : names) {
-                all += name;
-            }
-            throw TeskException(TeskString(all));
-        });
-        ordered_json devices = ordered_json::array();
         std::string all;
         for (const std::string& name : names) {
             all += TeskString(name).utf8();
         }
-        devices.push_back(
-            {{"name", all}, {"capabilities", {"Wireless"}}, {"properties", {{all + ".", all}}}});
-        setDevices(devices.dump());
+        registerThrowing("B", TeskException(TeskString(all)));
+        const ordered_json device = {
+            {"name", all}, {"capabilities", {"Wireless"}}, {"properties", {{all + ".", all}}}};
+        setDevices(ordered_json::array({device}).dump());
         std::vector<std::string> arguments = {
             "run",          "--json", file("r.json"), "--junit", file("r.xml"),         "--html",
             file("r.html"), "--log",  file("r.log"),  "--set",   "SSID=" + names.back()};

@@ -4,9 +4,6 @@
 #include <run/InterruptWatchWin32.h>
 #endif
 
-#include <tesk5/DiagModule.h>
-#include <tesk5/RunContext.h>
-
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -30,25 +27,8 @@ void interrupt() {
 }
 
 struct Stopping : testing::Test {
-    tesk5::RunContext m_context{tesk5::Registry::instance()};
-    StopRequest& m_request = m_context.stopRequest;
+    StopRequest m_request;
 };
-
-TEST_F(Stopping, IsWhatCheckForStopReturns) {
-    const tesk5::RunContext::Scope scope(m_context);
-    EXPECT_FALSE(tesk5::DiagModule::checkForStop());
-    m_request.raise();
-    EXPECT_TRUE(tesk5::DiagModule::checkForStop());
-    m_request.clear();
-    EXPECT_FALSE(tesk5::DiagModule::checkForStop());
-}
-
-TEST_F(Stopping, IsNotWhatRequestAbortAsksFor) {
-    const tesk5::RunContext::Scope scope(m_context);
-    tesk5::DiagModule::requestAbort();
-    EXPECT_TRUE(m_context.abortRequested);
-    EXPECT_FALSE(tesk5::DiagModule::checkForStop());
-}
 
 TEST_F(Stopping, IsRequestedByAnInterruptDuringAWatchWhichReportsItOnce) {
     std::atomic<int> reports = 0;

@@ -95,105 +95,48 @@ protected:
 };
 
 TEST_F(WholeRun, IsDescribedByTheJsonReport) {
-    EXPECT_EQ(bytesOfFile(file("r.json")), R"({
-  "schema": 1,
-  "module": {
-    "name": "example",
-    "version": "6.5",
-    "build": "000000001"
-  },
-  "started": "2026-11-20T19:55:01.123Z",
-  "ended": "2026-11-20T19:55:02.873Z",
-  "exit": 2,
-  "results": [
-    {
-      "test": "Signal",
-      "device": {
-        "name": "Kärte\u2028<'&]]>",
-        "properties": {
-          "z": "1",
-          "a": "2"
-        }
-      },
-      "result": "FAIL",
-      "value": 2,
-      "started": "2026-11-20T19:55:01.123Z",
-      "seconds": 1.75,
-      "parameters": {
-        "SSID": "L=b",
-        "Limit": 0
-      },
-      "events": [
-        {
-          "key": "WEAK",
-          "severity": "error",
-          "text": "The signal of Lab\u0001\"<\n is 12 %.",
-          "variables": {
-            "Strength": 12,
-            "Name": "Lab\u0001\"<\n",
-            "Other": "{{exit}}"
-          },
-          "file": "modules/a.cpp",
-          "line": 245,
-          "time": "2026-11-20T19:55:02.623Z"
-        }
-      ],
-      "measurements": [
-        {
-          "name": "Strength",
-          "value": 12,
-          "unit": "%",
-          "lowest": 0,
-          "highest": 100,
-          "limits": [
-            {
-              "name": "Warning",
-              "value": 40,
-              "severity": "warning"
-            },
-            {
-              "name": "Failing",
-              "value": 20,
-              "severity": "error"
-            }
-          ],
-          "brokenLimit": "Failing"
-        }
-      ],
-      "surveys": [
-        {
-          "name": "VISIBLE",
-          "unit": "%",
-          "lowest": 0,
-          "highest": 100,
-          "entries": [
-            {
-              "name": "<b>Far",
-              "value": 5,
-              "measured": false
-            },
-            {
-              "name": "Lab",
-              "value": 12,
-              "measured": true
-            }
-          ]
-        }
-      ],
-      "advice": []
-    }
-  ],
-  "withoutDevice": [
-    {
-      "test": "Other",
-      "reasons": [
-        "Kärte\u2028<'&]]>: lacks the property \"wired\""
-      ],
-      "advice": []
-    }
-  ]
-}
-)");
+    EXPECT_EQ(json(), ordered_json::parse(R"({
+        "schema": 1,
+        "module": {"name": "example", "version": "6.5", "build": "000000001"},
+        "started": "2026-11-20T19:55:01.123Z",
+        "ended": "2026-11-20T19:55:02.873Z",
+        "exit": 2,
+        "results": [{
+            "test": "Signal",
+            "device": {"name": "Kärte\u2028<'&]]>", "properties": {"z": "1", "a": "2"}},
+            "result": "FAIL",
+            "value": 2,
+            "started": "2026-11-20T19:55:01.123Z",
+            "seconds": 1.75,
+            "parameters": {"SSID": "L=b", "Limit": 0},
+            "events": [{
+                "key": "WEAK",
+                "severity": "error",
+                "text": "The signal of Lab\u0001\"<\n is 12 %.",
+                "variables": {"Strength": 12, "Name": "Lab\u0001\"<\n", "Other": "{{exit}}"},
+                "file": "modules/a.cpp",
+                "line": 245,
+                "time": "2026-11-20T19:55:02.623Z"}],
+            "measurements": [{
+                "name": "Strength", "value": 12, "unit": "%", "lowest": 0, "highest": 100,
+                "limits": [{"name": "Warning", "value": 40, "severity": "warning"},
+                           {"name": "Failing", "value": 20, "severity": "error"}],
+                "brokenLimit": "Failing"}],
+            "surveys": [{
+                "name": "VISIBLE", "unit": "%", "lowest": 0, "highest": 100,
+                "entries": [{"name": "<b>Far", "value": 5, "measured": false},
+                            {"name": "Lab", "value": 12, "measured": true}]}],
+            "advice": []}],
+        "withoutDevice": [{
+            "test": "Other",
+            "reasons": ["Kärte\u2028<'&]]>: lacks the property \"wired\""],
+            "advice": []}]
+    })"))
+        << "in this order";
+    const std::string text = bytesOfFile(file("r.json"));
+    EXPECT_THAT(text, testing::StartsWith("{\n  \"schema\": 1,\n  \"module\": {\n    \"name\": "));
+    EXPECT_THAT(text, testing::EndsWith("\n}\n"));
+    EXPECT_THAT(text, HasSubstr("\"name\": \"Kärte\\u2028<'&]]>\",\n"));
 }
 
 TEST_F(WholeRun, IsAStreamOfOneAsciiLineForEachEventInTheShapeOfTheReport) {

@@ -11,10 +11,6 @@ namespace {
 
 using tesk5::RunContext;
 
-// For the two test functions below, which get only a device.
-RunContext* g_inner = nullptr;
-int g_innerExit = -1;
-
 TestResult warnAndStop(const DiagDevice& /*device*/) {
     DiagModule::warning(DiagModule::createEvent("PLAIN"), "modules/inner.cpp", 1);
     DiagModule::requestAbort();
@@ -22,20 +18,24 @@ TestResult warnAndStop(const DiagDevice& /*device*/) {
     return DiagModule::checkForStop() ? TestResult::WARN() : TestResult::INTERNALERROR();
 }
 
-TestResult startTheOther(const DiagDevice& /*device*/) {
-    {
-        const RunContext::Scope scope(*g_inner);
-        g_innerExit = DiagModule::start();
-    }
-    DiagModule::error(DiagModule::createEvent("WEAK"), "modules/outer.cpp", 2);
-    return DiagModule::checkForStop() ? TestResult::USERABORTED() : TestResult::PASS();
-}
-
 class SideBySide : public FrameworkTest {
 protected:
-    SideBySide() { g_inner = &m_inner; }
-    ~SideBySide() override { g_inner = nullptr; }
+    SideBySide() {
+        registerTest("A", [this](const DiagDevice&) {
+            EXPECT_EQ(startInner(), TestResult::USERABORTED().value());
+            DiagModule::error(DiagModule::createEvent("WEAK"), "modules/outer.cpp", 2);
+            return DiagModule::checkForStop() ? TestResult::USERABORTED() : TestResult::PASS();
+        });
+        const RunContext::Scope scope(m_inner);
+        DiagModule::setVersion(1, 2, "3");
+        DiagModule::createTest("A", DeviceCapability::Wireless(), &warnAndStop);
+        DiagModule::createTest("B", DeviceCapability::Wireless(), &warnAndStop);
+    }
 
+    int startInner() {
+        const RunContext::Scope scope(m_inner);
+        return DiagModule::start();
+    }
     nlohmann::json report(const char* name) const {
         return nlohmann::json::parse(bytesOfFile(file(name)));
     }
@@ -50,56 +50,40 @@ protected:
 };
 
 TEST_F(SideBySide, RunsShareNothing) {
-    const auto wireless = DeviceCapability::Wireless();
-    {
-        const RunContext::Scope scope(m_inner);
-        DiagModule::setVersion(1, 2, "3");
-        DiagModule::createTest("A", wireless, &warnAndStop);
-        DiagModule::createTest("B", wireless, &warnAndStop);
-    }
     m_inner.arguments = {"run", "--devices", file("devices.json"), "--json", file("inner.json")};
-    DiagModule::createTest("A", wireless, &startTheOther);
-    DiagModule::createTest("C", wireless,
-                           [](const DiagDevice&) { return TestResult::COMPLETED(); });
+    registerTest("C", TestResult::COMPLETED());
     EXPECT_EQ(start({"run", "--json", file("outer.json")}), 0);
-
-    EXPECT_EQ(g_innerExit, TestResult::USERABORTED().value());
-    const nlohmann::json inner = report("inner.json");
-    EXPECT_EQ(inner["module"]["version"], "1.2");
-    ASSERT_EQ(inner["results"].size(), 2U);
-    EXPECT_EQ(inner["results"][0]["result"], "WARN");
-    ASSERT_EQ(inner["results"][0]["events"].size(), 1U);
-    EXPECT_EQ(inner["results"][0]["events"][0]["key"], "PLAIN");
-    EXPECT_EQ(inner["results"][1]["result"], "USERABORTED");
-
-    const nlohmann::json outer = report("outer.json");
-    EXPECT_EQ(outer["module"]["version"], "6.5");
-    ASSERT_EQ(outer["results"].size(), 2U);
-    EXPECT_EQ(outer["results"][0]["result"], "PASS");
-    ASSERT_EQ(outer["results"][0]["events"].size(), 1U);
-    EXPECT_EQ(outer["results"][0]["events"][0]["key"], "WEAK");
-    EXPECT_EQ(outer["results"][1]["result"], "COMPLETED");
+    const struct {
+        const char* file;
+        const char* version;
+        const char* event;
+        const char* results[2];
+    } rows[] = {
+        {"inner.json", "1.2", "PLAIN", {"WARN", "USERABORTED"}},
+        {"outer.json", "6.5", "WEAK", {"PASS", "COMPLETED"}},
+    };
+    for (const auto& row : rows) {
+        const nlohmann::json written = report(row.file);
+        EXPECT_EQ(written["module"]["version"], row.version);
+        ASSERT_EQ(written["results"].size(), 2U);
+        EXPECT_EQ(written["results"][0]["result"], row.results[0]);
+        ASSERT_EQ(written["results"][0]["events"].size(), 1U);
+        EXPECT_EQ(written["results"][0]["events"][0]["key"], row.event);
+        EXPECT_EQ(written["results"][1]["result"], row.results[1]);
+    }
 }
 
 TEST_F(SideBySide, EachWritesItsOwnLanguageAndColoursToItsOwnStreams) {
-    {
-        const RunContext::Scope scope(m_inner);
-        DiagModule::createTest("A", DeviceCapability::Wireless(), &warnAndStop);
-    }
     m_inner.arguments = {"run",   "--devices",   file("devices.json"), "--color=always",
                          "--log", file("a.log"), "--language=de"};
-    DiagModule::createTest("A", DeviceCapability::Wireless(), &startTheOther);
     EXPECT_EQ(start({"run"}), 0);
     EXPECT_THAT(m_innerResults.text(), HasSubstr("\x1b[33mWARN\x1b[0m"));
-    EXPECT_THAT(m_innerResults.text(), HasSubstr("Testläufe: 1"));
+    EXPECT_THAT(m_innerResults.text(), HasSubstr("Testläufe: 2"));
     EXPECT_THAT(output(), HasSubstr("Runs: 1 (1 PASS)"));
     EXPECT_THAT(output(), Not(HasSubstr("\x1b")));
 
     m_inner.arguments = {"nonsense", "--language=de"};
-    {
-        const RunContext::Scope scope(m_inner);
-        EXPECT_EQ(DiagModule::start(), 64);
-    }
+    EXPECT_EQ(startInner(), 64);
     EXPECT_THAT(m_innerFailures.text(), HasSubstr("nonsense"));
     EXPECT_EQ(errors(), "");
 }

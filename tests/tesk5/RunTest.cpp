@@ -96,28 +96,21 @@ TEST_F(Runs, AreNarrowedToDevicesByNameSystemNameOrGuidInAnyLetterCase) {
 TEST_F(Runs, SeeTheParametersOfTheCommandLineAndTheNextRunItsOwn) {
     auto* name = optionalParameter("SSID");
     auto* limit = optionalParameter("Limit", DataType::UINT32());
+    auto* several = DiagModule::createParameter("Names", DataType::STRING(), "", true, true);
     registerTest("A",
                  [&](const DiagDevice&) {
                      m_calls.push_back(name->value().valueString().utf8() + "/" +
-                                       std::to_string(limit->value().valueUint32()));
+                                       std::to_string(limit->value().valueUint32()) + "/" +
+                                       several->value().valueString().utf8());
                      return TestResult::PASS();
                  })
         ->addParameter(name)
-        ->addParameter(limit);
+        ->addParameter(limit)
+        ->addParameter(several);
     EXPECT_EQ(start({"run", "--set", "SSID=a=b", "--set", "Limit=40"}), 0);
-    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_EQ(start({"run", "--set", "Names=a", "--set", "Names=b"}), 0);
     EXPECT_EQ(start({"run", "--set", "Limit="}), 0);
-    EXPECT_THAT(m_calls, ElementsAre("a=b/40", "/0", "/0"));
-}
-
-TEST_F(Runs, OfAMultiValuedParameterSeeItsLastValue) {
-    auto* name = DiagModule::createParameter("SSID", DataType::STRING(), "", true, true);
-    registerTest("A", [&](const DiagDevice&) {
-        m_calls.push_back(name->value().valueString().utf8());
-        return TestResult::PASS();
-    })->addParameter(name);
-    EXPECT_EQ(start({"run", "--set", "SSID=a", "--set", "SSID=b"}), 0);
-    EXPECT_THAT(m_calls, ElementsAre("b"));
+    EXPECT_THAT(m_calls, ElementsAre("a=b/40/", "/0/b", "/0/"));
 }
 
 // From good to bad; two that count as good.
