@@ -15,17 +15,12 @@ using testing::Pair;
 
 class Events : public FrameworkTest {};
 
-TEST_F(Events, KeepTheirVariablesInTheOrderInWhichTheyWereFirstSet) {
-    Event* event = DiagModule::createEvent("WEAK");
-    event->setVariable("b", "1")->setVariable("a", mrl::Uint32{2})->setVariable("b", "3");
-    EXPECT_THAT(event->variables(),
-                ElementsAre(Pair("b", Value("3")), Pair("a", Value(mrl::Uint32{2}))));
-}
-
 TEST_F(Events, AreRecordedAsTheyWereWhenRaised) {
     Event* event = DiagModule::createEvent("WEAK");
     const TestRecorder recorder;
-    event->setVariable("Name", "Lab")->setVariable("Strength", mrl::Uint32{12});
+    event->setVariable("Name", "")
+        ->setVariable("Strength", mrl::Uint32{12})
+        ->setVariable("Name", "Lab"); // stays where it is
     DiagModule::error(event, "modules/a.cpp", 245);
     clock().sleep(std::chrono::seconds(2));
     event->setVariable("Strength", mrl::Uint32{30});
@@ -33,13 +28,9 @@ TEST_F(Events, AreRecordedAsTheyWereWhenRaised) {
 
     ASSERT_EQ(recorder.events().size(), 2U);
     const tesk5::RaisedEvent& first = recorder.events()[0];
-    EXPECT_EQ(first.key, "WEAK");
-    EXPECT_STREQ(severityName(first.severity), "error");
     EXPECT_EQ(first.text, "The signal of Lab is 12 %.");
     EXPECT_THAT(first.variables,
                 ElementsAre(Pair("Name", Value("Lab")), Pair("Strength", Value(mrl::Uint32{12}))));
-    EXPECT_EQ(first.file, "modules/a.cpp");
-    EXPECT_EQ(first.line, 245);
     const tesk5::RaisedEvent& second = recorder.events()[1];
     EXPECT_STREQ(severityName(second.severity), "warning");
     EXPECT_EQ(second.text, "The signal of Lab is 30 %.");

@@ -13,13 +13,6 @@ TEST_F(ModuleCommands, GetTheirArgumentsAndTheContextOfTheRun) {
     EXPECT_EQ(errors(), "");
 }
 
-TEST_F(ModuleCommands, AreDoneAfterTheInitialisationCallback) {
-    static bool initialised = false;
-    DiagModule::setModuleInitCallback([] { initialised = true; });
-    EXPECT_EQ(startBare({"echo"}), 0);
-    EXPECT_TRUE(initialised);
-}
-
 TEST_F(ModuleCommands, TakeTheOptionsOfEveryCommandAndNoOthers) {
     EXPECT_EQ(startBare({"echo", "one", "--color", "never"}), 1);
     EXPECT_EQ(output(), "one 6.5\n");

@@ -17,7 +17,6 @@ namespace test {
 namespace {
 
 using nlohmann::ordered_json;
-using testing::AllOf;
 
 // The members `name` of objects.
 std::vector<ordered_json> allOf(const std::string& name, const std::vector<ordered_json>& objects) {
@@ -438,18 +437,6 @@ TEST_F(Reports, HoldTheLogInTheHtmlPageWithoutALogOption) {
     EXPECT_THAT(html(), Not(HasSubstr("a trace")));
     EXPECT_EQ(errors(), "");
     EXPECT_EQ(mrl::LogFactory::getPriority(), mrl::LogFactory::OFF);
-}
-
-TEST_F(Reports, LeaveARequestedLogUnchanged) {
-    registerTest("A", [](const DiagDevice&) {
-        log(1, "ordinary");
-        log(3, "grave");
-        return TestResult::PASS();
-    });
-    startWithReports({"--log-level", "3"});
-    EXPECT_THAT(html(), AllOf(HasSubstr("ordinary"), HasSubstr("grave")));
-    EXPECT_THAT(errors(), AllOf(HasSubstr(" 3 page: grave\n"), Not(HasSubstr("ordinary"))));
-    EXPECT_EQ(mrl::LogFactory::getPriority(), 3);
 }
 
 TEST_F(Reports, AreAheadOfTheRunInTheStreamOfEvents) {
