@@ -215,7 +215,7 @@ struct HostileRadio::Functions {
 
 HostileRadio::HostileRadio(Input& input) : m_input(input), m_log(0) {
     g_radio = this;
-    m_interface = *nativewifi::parseGuid(mrl::toUtf16(INTERFACE));
+    m_interface = *nativewifi::parseGuid(mrl::toUtf16(std::string_view(SYSTEM_NAME).substr(9, 36)));
     static_cast<nativewifi::RpcFunctions&>(m_table) = nativewifi::platformRpcFunctions();
 #define HOSTILE_FUNCTION(result, name, arguments, errors) m_table.name = &Functions::name;
     NATIVEWIFI_WLAN_FUNCTIONS(HOSTILE_FUNCTION)

@@ -30,7 +30,8 @@ public:
     HostileRadio& operator=(const HostileRadio&) = delete;
     ~HostileRadio();
 
-    static constexpr const char* INTERFACE = "8c2f6b1e-4d37-4a59-9e0b-5f6a7d3c1b20";
+    /// System name of the device whose interface the radio knows.
+    static constexpr const char* SYSTEM_NAME = "\\DEVICE\\{8c2f6b1e-4d37-4a59-9e0b-5f6a7d3c1b20}";
 
     /// Sends the module a notification if it has registered for one.
     void notify();

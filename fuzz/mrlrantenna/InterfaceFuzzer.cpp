@@ -16,8 +16,7 @@ constexpr int ROUNDS = 3;
 
 tesk5::DiagDevice card(fuzz::Input& input) {
     const std::string systemName =
-        input.number(0, 3) == 1 ? input.bytes(80)
-                                : std::string("\\DEVICE\\{") + fuzz::HostileRadio::INTERFACE + "}";
+        input.number(0, 3) == 1 ? input.bytes(80) : fuzz::HostileRadio::SYSTEM_NAME;
     const char* property = input.flag() ? "VirtualDeviceSystemName" : "DeviceSystemName";
     return tesk5::DiagDevice("Card", tesk5::DeviceCapability::Wireless(),
                              {{property, tesk5::TeskString(systemName)}});

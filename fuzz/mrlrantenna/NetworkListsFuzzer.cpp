@@ -11,13 +11,6 @@ namespace {
 // More rounds would only repeat what a shorter input does.
 constexpr int ROUNDS = 3;
 
-tesk5::DiagDevice card() {
-    return tesk5::DiagDevice(
-        "Card", tesk5::DeviceCapability::Wireless(),
-        {{"DeviceSystemName",
-          tesk5::TeskString(std::string("\\DEVICE\\{") + fuzz::HostileRadio::INTERFACE + "}")}});
-}
-
 void checkRecords(WirelessDevice& device) {
     const mrl::MRLArray<VisibleNetwork>& networks = device.m_visibleNetworks;
     for (mrl::Uint32 i = 0; i < networks.size(); ++i) {
@@ -38,7 +31,9 @@ void checkRecords(WirelessDevice& device) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
     fuzz::HostileRadio radio(input);
-    WirelessDevice device(card());
+    WirelessDevice device(
+        tesk5::DiagDevice("Card", tesk5::DeviceCapability::Wireless(),
+                          {{"DeviceSystemName", fuzz::HostileRadio::SYSTEM_NAME}}));
     for (int round = 0; round < ROUNDS && !input.empty(); ++round) {
         fuzz::require(device.getNumVisibleNetworks() == device.m_visibleNetworks.size(),
                       "the count is that of the records");

@@ -20,21 +20,14 @@ TEST(String, GoesToUtf8AndBack) {
     EXPECT_EQ(String(text).length(), 11U) << "the last character takes two units";
 }
 
-TEST(String, KeepsANullCharacterInside) {
+TEST(String, KeepsANullCharacterInsideAndTerminatesTheBuffer) {
     const String text(std::string_view("a\0b", 3));
     EXPECT_EQ(text.length(), 3U);
     EXPECT_EQ(text.getUTF8String().bytes(), std::string("a\0b", 3));
-}
-
-TEST(String, NullPointersGiveTheEmptyText) {
+    EXPECT_EQ(text.getUCS2Buffer()[3], Char(0));
+    EXPECT_EQ(String().getUCS2Buffer()[0], Char(0));
     EXPECT_TRUE(String(static_cast<const char*>(nullptr)).empty());
     EXPECT_TRUE(String(static_cast<const Char*>(nullptr)).empty());
-}
-
-TEST(String, TheBufferIsTerminated) {
-    const String text(MRL_TEXT("ab"));
-    EXPECT_EQ(text.getUCS2Buffer()[2], Char(0));
-    EXPECT_EQ(String().getUCS2Buffer()[0], Char(0));
 }
 
 TEST(String, TheUtf8TextOutlivesItsSource) {

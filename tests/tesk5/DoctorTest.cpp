@@ -15,16 +15,16 @@ struct Examinations : FrameworkTest {
     std::vector<std::string> examined;
 
     static void stopService() {
-        setService({"SERVICE_STOPPED", false, {{"Error", mrl::Uint32(1062)}}});
+        g_module.service = {"SERVICE_STOPPED", false, {{"Error", mrl::Uint32(1062)}}};
     }
     // The module's half: records its calls and reports `findings`.
     void examineSaying(Findings findings) {
-        setExamination([this, findings = std::move(findings)](
-                           const DiagDevice& device, ExaminationDepth depth, Findings& all) {
+        g_module.examine = [this, findings = std::move(findings)](
+                               const DiagDevice& device, ExaminationDepth depth, Findings& all) {
             examined.push_back(device.name().utf8() +
                                (depth == ExaminationDepth::QUICK ? " quickly" : " thoroughly"));
             all.insert(all.end(), findings.begin(), findings.end());
-        });
+        };
     }
 };
 
@@ -196,7 +196,7 @@ TEST_F(Advice, IsGivenForATestWithoutADevice) {
                         "  Ethernet: lacks the capability \"Wireless\"\n"
                         "  possible cause: There is no device for A.\n");
     forgetOutput();
-    setMachineDevices({{}, tesk5::Finding{"SERVICE_STOPPED", false, {{"Error", "126"}}}});
+    g_module.devices = {{}, tesk5::Finding{"SERVICE_STOPPED", false, {{"Error", "126"}}}};
     EXPECT_EQ(startBare({"run"}), CANNOTRUN);
     EXPECT_THAT(errors(), HasSubstr("  possible cause: The service does not run (error 126).\n"));
 }

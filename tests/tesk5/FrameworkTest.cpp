@@ -10,16 +10,6 @@
 
 namespace {
 
-std::function<void(const tesk5::DiagDevice&, tesk5::ExaminationDepth, tesk5::Findings&)>
-    g_examination;
-
-void examine(const tesk5::DiagDevice& device, tesk5::ExaminationDepth depth,
-             tesk5::Findings& findings) {
-    if (g_examination) {
-        g_examination(device, depth, findings);
-    }
-}
-
 // A command of the module: its arguments and the version of its run, and their number.
 int echo(const std::vector<std::string>& arguments, tesk5::RunContext& context) {
     for (const std::string& argument : arguments) {
@@ -28,9 +18,6 @@ int echo(const std::vector<std::string>& arguments, tesk5::RunContext& context) 
     context.output << context.version.text() << "\n";
     return static_cast<int>(arguments.size());
 }
-
-tesk5::Finding g_service{"SERVICE_ANSWERS", true, {}};
-tesk5::DeviceList g_devices;
 
 } // namespace
 
@@ -50,9 +37,10 @@ const ModuleInfo& moduleInfo() {
             "SERVICE_STOPPED": "The service does not run (error {Error}).",
             "NO_DEVICE": "There is no device for {Tests}."
         })",
-        .examine = &examine,
-        .devices = [] { return g_devices; },
-        .checkService = [] { return g_service; },
+        .examine = [](const auto& device, auto depth,
+                      auto& findings) { test::g_module.examine(device, depth, findings); },
+        .devices = [] { return test::g_module.devices; },
+        .checkService = [] { return test::g_module.service; },
         .noDevice = "NO_DEVICE",
         .commands = commands,
     };
@@ -91,9 +79,7 @@ std::string reasonOf(const std::function<void()>& action) {
 }
 
 FrameworkTest::FrameworkTest() {
-    g_examination = nullptr;
-    g_service = {"SERVICE_ANSWERS", true, {}};
-    g_devices = {};
+    g_module = {};
     DiagModule::setVersion(6, 5, "000000001");
     tesk5::Language::current().set("en");
     setDevices(1);
@@ -123,18 +109,6 @@ tesk5::Parameter* FrameworkTest::optionalParameter(const char* name, const DataT
 
 tesk5::Test* FrameworkTest::registerTest(const char* name, TestResult result) {
     return registerTest(name, [result](const DiagDevice&) { return result; });
-}
-
-void FrameworkTest::setService(tesk5::Finding finding) {
-    g_service = std::move(finding);
-}
-
-void FrameworkTest::setMachineDevices(tesk5::DeviceList devices) {
-    g_devices = std::move(devices);
-}
-
-void FrameworkTest::setExamination(Examination what) {
-    g_examination = std::move(what);
 }
 
 int FrameworkTest::start(std::vector<std::string> arguments) {

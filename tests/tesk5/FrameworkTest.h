@@ -36,11 +36,18 @@ using testing::Not;
 /// The text of the TeskException that `action` throws; else the empty text.
 std::string reasonOf(const std::function<void()>& action);
 
+/// What the module answers during a test; set anew for each.
+struct ModuleAnswers {
+    std::function<void(const DiagDevice&, tesk5::ExaminationDepth, tesk5::Findings&)> examine =
+        [](const auto&...) {};
+    tesk5::Finding service{"SERVICE_ANSWERS", true, {}};
+    tesk5::DeviceList devices; ///< of this PC
+};
+inline ModuleAnswers g_module;
+
 class FrameworkTest : public testing::Test {
 protected:
     using Body = std::function<TestResult(const DiagDevice&)>;
-    using Examination =
-        std::function<void(const DiagDevice&, tesk5::ExaminationDepth, tesk5::Findings&)>;
 
     FrameworkTest();
     ~FrameworkTest() override;
@@ -61,19 +68,11 @@ protected:
     static tesk5::Parameter* optionalParameter(const char* name,
                                                const DataType& type = DataType::STRING());
 
-    /// Sets the module's examination of a device; at first it finds nothing.
-    static void setExamination(Examination what);
-
     /// Runs the module with these arguments, on devices "Card 1", "Card 2", ... unless others are
     /// set.
     int start(std::vector<std::string> arguments);
     /// The same with exactly these arguments.
     static int startBare(const std::vector<std::string>& arguments);
-
-    /// Sets what the check of the module's service finds; at first "SERVICE_ANSWERS".
-    static void setService(tesk5::Finding finding);
-    /// Sets the devices of this PC; at first none.
-    static void setMachineDevices(tesk5::DeviceList devices);
 
     /// Sets the devices of start(), as the JSON of a device file.
     void setDevices(const std::string& json);

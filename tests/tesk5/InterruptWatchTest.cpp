@@ -92,24 +92,21 @@ TEST_F(StoppingDeathTest, EndsTheProcessWhenTheConsoleClosesOrWindowsEnds) {
     }
 }
 
-TEST_F(Stopping, LeavesInterruptsToTheSystemWithoutAWatch) {
-    { const InterruptWatch watch(m_request); }
-    EXPECT_FALSE(tesk5::onConsoleEvent(0));
-    EXPECT_FALSE(m_request.raised());
-}
-
-#else
+#endif
 
 TEST_F(Stopping, LeavesInterruptsToTheSystemWithoutAWatch) {
     int reports = 0;
     {
         const InterruptWatch watch(m_request, [&reports] { ++reports; });
     }
+#ifdef _WIN32
+    EXPECT_FALSE(tesk5::onConsoleEvent(0));
+#else
     EXPECT_EQ(std::signal(SIGINT, SIG_DFL), SIG_DFL);
+#endif
+    EXPECT_FALSE(m_request.raised());
     EXPECT_EQ(reports, 0);
 }
-
-#endif
 
 } // namespace
 

@@ -14,16 +14,13 @@ using tesk5::fallbacksOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(LanguageTags, AreWrittenAsFilesAreNamed) {
+TEST(LanguageTags, AreWrittenAsFilesAreNamedAlsoWhenTheEnvironmentHasThem) {
     EXPECT_EQ(canonicalTag("de"), "de");
     EXPECT_EQ(canonicalTag("DE-at"), "de-AT");
     EXPECT_EQ(canonicalTag("zh-hans"), "zh-Hans");
     EXPECT_EQ(canonicalTag("ZH-HANT-hk"), "zh-Hant-HK");
     EXPECT_EQ(canonicalTag("es-419"), "es-419");
     EXPECT_EQ(canonicalTag("fil"), "fil");
-}
-
-TEST(LanguageTags, AreUnderstoodInTheNotationOfTheEnvironment) {
     EXPECT_EQ(canonicalTag("de_AT.UTF-8"), "de-AT");
     EXPECT_EQ(canonicalTag("ca_ES.UTF-8@valencia"), "ca-ES");
     EXPECT_EQ(canonicalTag("fr_FR@euro"), "fr-FR");
@@ -47,14 +44,11 @@ TEST(LanguageTags, ThatCouldLeadOutOfAFolderAreRefused) {
     }
 }
 
-TEST(LanguageFallbacks, GoFromTheRegionToTheLanguage) {
+TEST(LanguageFallbacks, GoFromTheRegionToTheLanguageAndKnowTheScriptOfAChineseOne) {
     EXPECT_THAT(fallbacksOf("de-AT"), ElementsAre("de-AT", "de"));
     EXPECT_THAT(fallbacksOf("pt_BR.UTF-8"), ElementsAre("pt-BR", "pt"));
     EXPECT_THAT(fallbacksOf("sr-Latn-RS"), ElementsAre("sr-Latn-RS", "sr-Latn", "sr"));
     EXPECT_THAT(fallbacksOf("fr"), ElementsAre("fr"));
-}
-
-TEST(LanguageFallbacks, KnowTheScriptOfAChineseRegion) {
     EXPECT_THAT(fallbacksOf("zh-CN"), ElementsAre("zh-CN", "zh-Hans", "zh"));
     EXPECT_THAT(fallbacksOf("zh"), ElementsAre("zh", "zh-Hans"));
     EXPECT_THAT(fallbacksOf("zh_SG"), ElementsAre("zh-SG", "zh-Hans", "zh"));

@@ -51,7 +51,7 @@ TEST_F(Runs, LeaveOutDevicesThatDoNotSuitAndHandOverThoseThatDo) {
 
 TEST_F(Runs, UseTheDevicesOfThisPcWithoutADeviceFile) {
     noting("A");
-    setMachineDevices({{DiagDevice("Built in", DeviceCapability::Wireless())}, {}});
+    g_module.devices = {{DiagDevice("Built in", DeviceCapability::Wireless())}, {}};
     EXPECT_EQ(startBare({"run"}), 0);
     EXPECT_THAT(m_calls, ElementsAre("A on Built in"));
 }

@@ -34,26 +34,16 @@ struct Texts : testing::Test {
     }
 };
 
-TEST_F(Texts, ComeFromTheProgramWithoutAFile) {
+TEST_F(Texts, ComeFromTheFirstFolderThatHasThemThenTheProgramAndElseAreTheKey) {
     EXPECT_EQ(text("A"), "built-in A");
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
-
-TEST_F(Texts, ComeFromTheFirstFolderThatHasThem) {
     write(second / "en.json", R"({"A": "second A"})");
     EXPECT_EQ(text("A"), "second A");
     write(first / "en.json", R"({"A": "first \u00C4"})");
     EXPECT_EQ(text("A"), "first Ä");
-}
-
-TEST_F(Texts, ThatAFileLacksComeFromTheProgram) {
-    write(first / "en.json", R"({"A": "first A"})");
     EXPECT_EQ(text("B"), "built-in B");
-}
-
-TEST_F(Texts, OfAnUnknownKeyAreTheKey) {
     EXPECT_EQ(text("NO_SUCH_KEY"), "NO_SUCH_KEY");
     EXPECT_EQ(text(""), "");
+    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(Texts, OfAnUnusableFileComeFromTheNextFolderOrTheProgramAndTheLogSaysWhy) {
