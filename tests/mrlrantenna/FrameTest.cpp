@@ -6,9 +6,9 @@
 #include "doubles/DiagModuleDouble.h"
 
 #include <support/CapturedLog.h>
+#include <support/CapturedStream.h>
 
 #include <mrl/Exception.h>
-#include <mrl/OutputStream.h>
 
 #include <gmock/gmock.h>
 
@@ -32,21 +32,6 @@ const std::vector<const tesk5::Parameter*>& parametersAtStart() {
     static const std::vector<const tesk5::Parameter*> parameters = signalStrengthTest->parameters();
     return parameters;
 }
-
-// Keeps what is written to a stream.
-class Captured final : public mrl::OutputStream::Receiver {
-public:
-    explicit Captured(mrl::OutputStream& stream)
-        : m_stream(stream), m_previous(stream.redirect(this)) {}
-    ~Captured() override { m_stream.redirect(m_previous); }
-    void write(std::string_view utf8) override { text += utf8; }
-
-    std::string text;
-
-private:
-    mrl::OutputStream& m_stream;
-    mrl::OutputStream::Receiver* m_previous;
-};
 
 class Frame : public testing::Test {
 protected:
@@ -150,11 +135,11 @@ TEST_F(Frame, ReportsAnExceptionOfTheRunUnlessItIsUnknownAndLogsNone) {
     const test::CapturedLog log(1);
     for (const auto& [run, result, expected] : rows) {
         doubles::onStart = run;
-        const Captured errors(mrl::cerr);
-        const Captured output(mrl::cout);
+        const test::CapturedStream errors(mrl::cerr);
+        const test::CapturedStream output(mrl::cout);
         EXPECT_EQ(theApp.Run(), result);
-        EXPECT_EQ(errors.text, expected);
-        EXPECT_EQ(output.text, "");
+        EXPECT_EQ(errors.text(), expected);
+        EXPECT_EQ(output.text(), "");
         EXPECT_EQ(doubles::journal().back(), "parser destroyed");
     }
     EXPECT_THAT(log.lines(), IsEmpty());
@@ -162,17 +147,17 @@ TEST_F(Frame, ReportsAnExceptionOfTheRunUnlessItIsUnknownAndLogsNone) {
 
 TEST_F(Frame, AFrameworkExceptionOfSetVersionIsReportedAndNothingStarts) {
     doubles::onSetVersion = [] { throw tesk5::TeskException("bad version"); };
-    const Captured errors(mrl::cerr);
+    const test::CapturedStream errors(mrl::cerr);
     EXPECT_EQ(theApp.Run(), 8);
-    EXPECT_EQ(errors.text, "TeskException: bad version\n");
+    EXPECT_EQ(errors.text(), "TeskException: bad version\n");
     EXPECT_THAT(doubles::journal(), testing::Not(testing::Contains("start")));
 }
 
 TEST_F(Frame, LeavesAnExceptionOfTheCommandLineToItsCaller) {
     doubles::onParseCommandLine = [] { throw mrl::Exception("no command line"); };
-    const Captured errors(mrl::cerr);
+    const test::CapturedStream errors(mrl::cerr);
     EXPECT_THROW(theApp.Run(), mrl::Exception);
-    EXPECT_EQ(errors.text, "");
+    EXPECT_EQ(errors.text(), "");
 }
 
 TEST_F(Frame, TracesItsRunUntilTheParserIsGone) {
