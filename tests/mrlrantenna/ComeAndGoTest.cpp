@@ -47,7 +47,7 @@ protected:
     };
     void expectAtEachMoment(const std::function<void()>& event,
                             const std::function<Outcome(std::size_t nth)>& expected,
-                            const std::function<std::size_t(std::size_t nth)>& handles) {
+                            const std::function<std::size_t()>& handles = nullptr) {
         for (std::size_t nth = 1; nth <= m_calls.size(); ++nth) {
             SCOPED_TRACE(m_calls[nth - 1].text());
             const std::size_t eventsBefore = raised().size();
@@ -70,15 +70,10 @@ protected:
                                          events.end()),
                 ElementsAreArray(outcome.events));
             afterCall = nullptr;
-            test::expectDeliberateLeaksAlone(radio(), handles(nth));
+            test::expectDeliberateLeaksAlone(radio(), handles ? handles() : handlesLeft());
             test::countCombination();
         }
     }
-    void expectAtEachMoment(const std::function<void()>& event,
-                            const std::function<Outcome(std::size_t nth)>& expected) {
-        expectAtEachMoment(event, expected, [this](std::size_t) { return handlesLeft(); });
-    }
-
     static Outcome cannotRunIf(bool matters) {
         return {matters ? TestResult::CANNOTRUN() : TestResult::PASS()};
     }
@@ -122,7 +117,7 @@ TEST_F(ComeAndGo, AServiceThatIsStoppedCannotBeAsked) {
     for (const DWORD code : {DWORD{ERROR_SERVICE_NOT_ACTIVE}, DWORD{1722}}) {
         expectAtEachMoment([this, code] { radio().stopService(code); },
                            [this](std::size_t nth) { return cannotRunIf(radioIsAskedAfter(nth)); },
-                           [](std::size_t) { return 0U; }); // it took its handles along
+                           [] { return 0U; }); // it took its handles along
     }
 }
 
@@ -137,7 +132,7 @@ TEST_F(ComeAndGo, AServiceThatIsRestartedIsFoundAgainOnlyByADeviceThatIsNotReady
             return cannotRunIf(nth >= numberOf("WlanRegisterNotification", 1) &&
                                radioIsAskedAfter(nth));
         },
-        [this](std::size_t) { return radio().openHandles(); });
+        [this] { return radio().openHandles(); });
 }
 
 TEST_F(ComeAndGo, ARadioThatIsSwitchedOffOnTheCaseCannotBeTested) {

@@ -23,28 +23,18 @@ std::vector<std::uint32_t> andServiceErrors(std::vector<std::uint32_t> codes) {
     return codes;
 }
 
-class CombinationCount : public testing::Environment {
-public:
-    void TearDown() override {
-        if (m_count != 0) {
-            std::cout << "[ FAULTS   ] " << m_count
+// Printed when the program ends.
+struct CombinationCount {
+    ~CombinationCount() {
+        if (count != 0) {
+            std::cout << "[ FAULTS   ] " << count
                       << " combinations of a call and what goes wrong at it\n";
         }
     }
-    void add() { ++m_count; }
-
-private:
-    std::size_t m_count = 0;
+    std::size_t count = 0;
 };
 
-// GoogleTest owns it.
-CombinationCount& combinations() {
-    static auto* const count = static_cast<CombinationCount*>(
-        testing::AddGlobalTestEnvironment(std::make_unique<CombinationCount>().release()));
-    return *count;
-}
-
-const CombinationCount& g_registeredBeforeTheTestsRun = combinations();
+CombinationCount g_combinations;
 
 } // namespace
 
@@ -150,7 +140,7 @@ void expectDeliberateLeaksAlone(const radiosim::Engine& radio, std::size_t handl
 }
 
 void countCombination() {
-    combinations().add();
+    ++g_combinations.count;
 }
 
 } // namespace test

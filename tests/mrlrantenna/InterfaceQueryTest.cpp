@@ -236,40 +236,31 @@ TEST_F(InterfaceQuery, WithoutAConnectionTheErrorTextIsSetAndStays) {
     EXPECT_EQ(utf8(device.m_errorText), localized("ERROR_INVALID_STATE"));
 }
 
-struct NamedQuery {
-    const char* name;
-    unsigned int opcode;
-    bool (WirelessDevice::*run)();
-    const char* line;
-};
-
-class NamedQueryOfADevice : public InterfaceQuery,
-                            public testing::WithParamInterface<NamedQuery> {};
-
-TEST_P(NamedQueryOfADevice, AsksForItsOpcodeAndLogsARefusalWithThePaddedName) {
-    const auto& [name, opcode, run, line] = GetParam();
-    WirelessDevice& device = openedConnected();
-    EXPECT_TRUE((device.*run)());
-    ASSERT_EQ(radio().calls().size(), 1U);
-    EXPECT_THAT(radio().callTexts().front(),
-                HasSubstr("\"opcode\":" + std::to_string(opcode) + ","));
-    EXPECT_THAT(lines(), IsEmpty());
-    // A size that is not expected is refused without a line of its own.
-    radio().addFault({.function = "WlanQueryInterface", .opcode = opcode, .dataSize = 5U});
-    EXPECT_FALSE((device.*run)());
-    EXPECT_THAT(lines(), ElementsAre(LineSaying(line)));
+TEST_F(InterfaceQuery, ANamedQueryAsksForItsOpcodeAndLogsARefusalWithThePaddedName) {
+    constexpr struct {
+        unsigned int opcode;
+        bool (WirelessDevice::*run)();
+        const char* line;
+    } queries[] = {
+        {4, &WirelessDevice::populateRadioState, test::RADIO_QUERY_LINE},
+        {7, &WirelessDevice::populateWLANConnectionAtrributes, CONNECTION_QUERY_LINE},
+        {2, &WirelessDevice::isScanEnabled,
+         "The queryWirelessLanInterface call with OPCODE wlan_intf_opcode_background_scan_enabled "
+         "failed"},
+    };
+    for (const auto& [opcode, run, line] : queries) {
+        WirelessDevice& device = openedConnected();
+        EXPECT_TRUE((device.*run)());
+        ASSERT_EQ(radio().calls().size(), 1U);
+        EXPECT_THAT(radio().callTexts().front(),
+                    HasSubstr("\"opcode\":" + std::to_string(opcode) + ","));
+        EXPECT_THAT(lines(), IsEmpty());
+        // A size that is not expected is refused without a line of its own.
+        radio().addFault({.function = "WlanQueryInterface", .opcode = opcode, .dataSize = 5U});
+        EXPECT_FALSE((device.*run)());
+        EXPECT_THAT(lines(), ElementsAre(LineSaying(line)));
+    }
 }
-
-const NamedQuery namedQueries[] = {
-    {"RadioState", 4, &WirelessDevice::populateRadioState, test::RADIO_QUERY_LINE},
-    {"CurrentConnection", 7, &WirelessDevice::populateWLANConnectionAtrributes,
-     CONNECTION_QUERY_LINE},
-    {"BackgroundScan", 2, &WirelessDevice::isScanEnabled,
-     "The queryWirelessLanInterface call with OPCODE wlan_intf_opcode_background_scan_enabled "
-     "failed"},
-};
-INSTANTIATE_TEST_SUITE_P(Queries, NamedQueryOfADevice, testing::ValuesIn(namedQueries),
-                         [](const auto& row) { return row.param.name; });
 
 TEST_F(InterfaceQuery, ScanningCountsAsEnabledWhereverTheQuestionIsAnswered) {
     WirelessDevice& device = openedOn({.backgroundScan = false});

@@ -42,16 +42,6 @@ TEST_F(RadioOfADevice, IsReadAfreshEachTime) {
     EXPECT_THAT(lines(), IsEmpty());
 }
 
-TEST_F(RadioOfADevice, IsReportedForTheGivenPhyAlone) {
-    WirelessDevice& device = openedOn({.phys = {{.software = 2}, {}, {.hardware = 0}}});
-    EXPECT_FALSE(device.isRadioEnabled(0));
-    EXPECT_TRUE(device.isRadioEnabled(1));
-    EXPECT_FALSE(device.isRadioEnabled(2));
-    EXPECT_EQ(device.getRadioState(0), SOFTWARE_OFF | HARDWARE_ON);
-    EXPECT_EQ(device.getRadioState(1), SOFTWARE_ON | HARDWARE_ON);
-    EXPECT_EQ(device.getRadioState(2), SOFTWARE_ON | HARDWARE_OFF);
-}
-
 TEST_F(RadioOfADevice, APhyThatDoesNotExistIsOff) {
     WirelessDevice& device = openedOn({.phys = {{}, {}}});
     for (const mrl::Int32 index : {2, 3, 63, 64, 65, INT32_MAX, -1, INT32_MIN}) {
