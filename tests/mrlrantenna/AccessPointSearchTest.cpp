@@ -38,9 +38,12 @@ protected:
                 .signal = listed,
                 .bss = std::vector<radiosim::Bss>{{.linkQuality = Signal(heard)}}};
     }
-    // In the list, but not among what a scan hears.
-    static AccessPoint listedOnly(const char* ssid, unsigned int listed) {
-        return {.ssid = ssid, .signal = listed, .bss = std::vector<radiosim::Bss>{}};
+    // In the list, from a moment on, but not among what a scan hears.
+    static AccessPoint listedOnly(const char* ssid, unsigned int listed, long long fromMs = 0) {
+        return {.ssid = ssid,
+                .signal = listed,
+                .from = std::chrono::milliseconds(fromMs),
+                .bss = std::vector<radiosim::Bss>{}};
     }
 };
 
@@ -102,24 +105,18 @@ TEST_F(AccessPointSearch, NamesOfBlanksAreSkippedAndNeverLogged) {
 }
 
 TEST_F(AccessPointSearch, KeepsPollingUntilTheNameShows) {
-    AccessPoint late = listedOnly("Lab", 70);
-    late.from = std::chrono::milliseconds(2 * SCAN_MS + 250);
-    startRadio({late, {.ssid = "Other"}});
+    startRadio({listedOnly("Lab", 70, 2 * SCAN_MS + 250), {.ssid = "Other"}});
     EXPECT_EQ(search("Lab").strength, 70U);
     EXPECT_THAT(clock().sleeps(), ElementsAre(SCAN_MS, SCAN_MS, POLL_MS, POLL_MS, POLL_MS));
 }
 
 TEST_F(AccessPointSearch, ANameThatShowsInTheLastPollIsFound) {
-    AccessPoint late = listedOnly("Lab", 70);
-    late.from = std::chrono::milliseconds(2 * SCAN_MS + 30000);
-    startRadio({late, {.ssid = "Other"}});
+    startRadio({listedOnly("Lab", 70, 2 * SCAN_MS + 30000), {.ssid = "Other"}});
     EXPECT_TRUE(search("Lab").found);
 }
 
 TEST_F(AccessPointSearch, AListThatFillsAfterBeingEmptyIsNoEmptyList) {
-    AccessPoint late = listedOnly("Lab", 70);
-    late.from = std::chrono::milliseconds(2 * SCAN_MS + 29950);
-    startRadio({late});
+    startRadio({listedOnly("Lab", 70, 2 * SCAN_MS + 29950)});
     EXPECT_TRUE(search("Lab").found);
     EXPECT_THAT(raised(), IsEmpty());
 }

@@ -1,6 +1,8 @@
 #include "ModuleTest.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace test {
@@ -70,6 +72,12 @@ std::vector<std::string> ModuleTest::raisedKeys() const {
         keys.push_back(event.key.utf8());
     }
     return keys;
+}
+
+std::vector<std::string> ModuleTest::raisedLines() const {
+    std::vector<std::string> lines;
+    std::transform(raised().begin(), raised().end(), std::back_inserter(lines), text);
+    return lines;
 }
 
 std::string text(const tesk5::RaisedEvent& event) {

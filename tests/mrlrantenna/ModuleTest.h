@@ -55,6 +55,8 @@ protected:
     bool adviceRequested() const { return m_recorder.adviceRequested(); }
     /// The keys of the events raised, in order.
     std::vector<std::string> raisedKeys() const;
+    /// The events raised as lines, as text() writes them.
+    std::vector<std::string> raisedLines() const;
 
 private:
     class NotesEvents final : public tesk5::TestObserver {

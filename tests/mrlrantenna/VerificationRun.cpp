@@ -4,7 +4,6 @@
 #include <ModuleObjects.h>
 
 #include <algorithm>
-#include <iterator>
 
 namespace test {
 
@@ -59,12 +58,6 @@ tesk5::TestResult VerificationRun::verify(const char* ssid, const char* warn, co
     parameters::warningSignalStrength->set(warn);
     parameters::failingSignalStrength->set(fail);
     return WirelessSignalStrengthVerificationTest(device());
-}
-
-std::vector<std::string> VerificationRun::raisedLines() const {
-    std::vector<std::string> lines;
-    std::transform(raised().begin(), raised().end(), std::back_inserter(lines), text);
-    return lines;
 }
 
 std::size_t VerificationRun::handlesLeft(std::size_t first) const {

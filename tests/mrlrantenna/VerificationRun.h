@@ -23,8 +23,6 @@ protected:
     static tesk5::TestResult verify(const char* ssid = "Lab", const char* warn = "55",
                                     const char* fail = "20");
 
-    /// The events raised, as lines.
-    std::vector<std::string> raisedLines() const;
     /// How many handles the calls from the `first` on leave open: those of forced scans, and those
     /// whose closing failed.
     std::size_t handlesLeft(std::size_t first = 0) const;

@@ -90,10 +90,10 @@ TEST_F(MachineDevices, AreTheNativeWifiInterfaces) {
                                                  "WlanCloseHandle", "WlanFreeMemory"));
 }
 
-TEST_F(MachineDevices, AreTheOtherAdaptersToo) {
+TEST_F(MachineDevices, AreTheOtherAdaptersTooEachOnce) {
     startRadio(twoInterfaces());
     const auto list =
-        devicesAmong({adapter("Ethernet", OTHER_GUID),
+        devicesAmong({adapter("Wi-Fi as an adapter", FIRST_GUID), adapter("Ethernet", OTHER_GUID),
                       adapter("Modem", "22222222-1111-2222-3333-abcdefabcdef", true)});
     EXPECT_THAT(namesOf(list), ElementsAre("Wi-Fi Kärte", "Wi-Fi 2", "Ethernet", "Modem"));
     EXPECT_THAT(list.devices[2].capability().names(), ElementsAre("NetworkCard"));
@@ -102,12 +102,6 @@ TEST_F(MachineDevices, AreTheOtherAdaptersToo) {
         ElementsAre(Pair("DeviceSystemName", "\\DEVICE\\{00000000-1111-2222-3333-ABCDEFABCDEF}")));
     EXPECT_TRUE(list.devices[3].property("WirelessWAN").exists());
     EXPECT_FALSE(list.devices[3].property("wlanAPISupported").exists());
-}
-
-TEST_F(MachineDevices, AreListedOnceThoughTheSystemKnowsThemTwice) {
-    startRadio(twoInterfaces());
-    const auto list = devicesAmong({adapter("Wi-Fi as an adapter", FIRST_GUID)});
-    EXPECT_THAT(namesOf(list), ElementsAre("Wi-Fi Kärte", "Wi-Fi 2"));
 }
 
 TEST_F(MachineDevices, AreNoneWithoutInterfaces) {
@@ -134,7 +128,7 @@ TEST_F(MachineDevices, ComeWithTheReasonWhenTheServiceCannotBeAsked) {
         EXPECT_EQ(list.failure->key, key);
         EXPECT_THAT(list.failure->variables,
                     ElementsAre(Pair("Function", function), Pair("Error", mrl::Uint32(error))));
-        EXPECT_EQ(radio().callCount("WlanEnumInterfaces"), key == rows[1].key ? 1U : 0U);
+        EXPECT_EQ(radio().callCount("WlanEnumInterfaces"), error == 1702 ? 1U : 0U);
         EXPECT_EQ(radio().openHandles(), 0U);
     }
 }
