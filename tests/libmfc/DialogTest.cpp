@@ -12,10 +12,7 @@ namespace {
 
 using test::TestDialog;
 using test::WM_TEST_STEP;
-using testing::Contains;
 using testing::ElementsAre;
-using testing::IsSupersetOf;
-using testing::Not;
 
 struct OwnerWindow : CWnd {
     OwnerWindow() {
@@ -243,7 +240,7 @@ TEST(PreTranslateMessage, SeesTheMessagesOfTheDialogAndOfItsControls) {
     };
     EXPECT_EQ(dialog.DoModal(), IDOK);
     EXPECT_THAT(dialog.seen,
-                IsSupersetOf({UINT{WM_MOUSEMOVE}, UINT{WM_APP + 1}, UINT{WM_COMMAND}}));
+                testing::IsSupersetOf({UINT{WM_MOUSEMOVE}, UINT{WM_APP + 1}, UINT{WM_COMMAND}}));
 }
 
 TEST(PreTranslateMessage, KeepsAMessageFromBeingDispatched) {
@@ -275,7 +272,7 @@ TEST(PreTranslateMessage, GoesUpTheChainOfWindowsAndStopsWhereItIsHandled) {
     };
     dialog.DoModal();
     EXPECT_EQ(control.asked, 1);
-    EXPECT_THAT(dialog.seen, Not(Contains(UINT{WM_APP + 1})));
+    EXPECT_THAT(dialog.seen, testing::Not(testing::Contains(UINT{WM_APP + 1})));
 }
 
 // Idle.

@@ -14,9 +14,7 @@
 namespace {
 
 using test::KitDialog;
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 constexpr COLORREF BACKGROUND = RGB(0, 0, 255);
 constexpr COLORREF RED = RGB(255, 0, 0);
@@ -79,7 +77,7 @@ TEST_F(Pictures, FillTheControlWhenTheAspectMayChange) {
     EXPECT_EQ(pixel(0.01, 0.01), RED);
     EXPECT_EQ(pixel(0.01, 0.99), RED);
     EXPECT_EQ(pixel(0.99, 0.5), GREEN);
-    EXPECT_THAT(log.texts(), IsEmpty());
+    EXPECT_THAT(log.texts(), testing::IsEmpty());
 }
 
 TEST_F(Pictures, KeepTheirAspectInTheMiddleOverTheDialogsBackground) {
@@ -161,7 +159,7 @@ TEST_F(Pictures, ThatAreBrokenLeaveTheControlEmptyAndOneLine) {
     std::ofstream(file, std::ios::binary) << "\x89PNG\r\n\x1a\nand then nothing of use";
     EXPECT_FALSE(dialog.picture.SetImage(mrl::String(file.c_str()), false, true, false));
     EXPECT_EQ(pixel(0.5, 0.5), BACKGROUND);
-    EXPECT_THAT(log.texts(), ElementsAre(HasSubstr("broken.png is")));
+    EXPECT_THAT(log.texts(), testing::ElementsAre(HasSubstr("broken.png is")));
 
     std::ofstream(folder / L"empty.png", std::ios::binary);
     EXPECT_FALSE(

@@ -11,7 +11,6 @@
 namespace {
 
 using test::KitDialog;
-using test::Language;
 
 constexpr LANGID HEBREW = MAKELANGID(LANG_HEBREW, SUBLANG_DEFAULT);
 
@@ -81,7 +80,7 @@ protected:
         return ink;
     }
 
-    const Language language{HEBREW};
+    const test::Language language{HEBREW};
     const GdiResourceManager manager;
     const HBRUSH white = CreateSolidBrush(RGB(255, 255, 255));
     KitDialog dialog;

@@ -4,14 +4,12 @@
 namespace {
 
 using test::choose;
-using test::connected;
 using test::Dialog;
 using test::network;
 using test::shown;
 using test::strength;
 using test::written;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class Details : public test::DialogTest {};
 
@@ -22,7 +20,7 @@ TEST_F(Details, ShowEverythingAboutTheSelectedNetwork) {
     adHoc.bssType = dot11_BSS_type_independent;
     adHoc.connectable = false;
     adHoc.reason = 0x00020001;
-    startRadio({network("Guest", 20U), connected(network("Lab", 60U)), adHoc});
+    startRadio({network("Guest", 20U), test::connected(network("Lab", 60U)), adHoc});
     run({[&](Dialog& dialog) {
         EXPECT_EQ(shown(dialog, IDC_SSID), "Lab");
         EXPECT_EQ(shown(dialog, IDC_BSS_TYPE), localized("INFRASTRUCTURE"));
@@ -206,7 +204,7 @@ TEST_F(Details, AreReadWhileTheTimerIsStoppedAndRestartItsPeriod) {
          },
          [&](Dialog& dialog) {
              EXPECT_THAT(journal().entries({written(IDC_CONNECTION_STATE, "")}),
-                         IsEmpty()); // no tick
+                         testing::IsEmpty()); // no tick
              EXPECT_TRUE(test::timerRuns(dialog));
          }});
 }

@@ -11,7 +11,6 @@ namespace {
 using test::Dialog;
 using test::Display;
 using test::OFF;
-using test::ON;
 
 constexpr double LONGEST_SECONDS = 20;
 
@@ -133,7 +132,7 @@ TEST_F(ReturnOfTheRadio, IsShownWithoutAClick) {
              [&](Dialog& dialog) {
                  EXPECT_EQ(test::shown(dialog, IDC_RADIO_STATUS), localized("HARDWARE_SWITCH_OFF"));
                  EXPECT_THAT(test::entries(dialog), testing::IsEmpty());
-                 radio().setRadio(0, 0, {}, ON);
+                 radio().setRadio(0, 0, {}, test::ON);
                  radio().settle();
              },
              [&](Dialog& dialog) {

@@ -16,6 +16,11 @@ HWND control(const Dialog& dialog, int controlId) {
     return ::GetDlgItem(dialog.m_hWnd, controlId);
 }
 
+// Whether the control is visible when its dialog is.
+bool isShown(const Dialog& dialog, int controlId) {
+    return (GetWindowLongPtrW(control(dialog, controlId), GWL_STYLE) & WS_VISIBLE) != 0;
+}
+
 class ExchangingDialog : public MRLRAntennaDlg {
 public:
     using MRLRAntennaDlg::MRLRAntennaDlg;
@@ -57,11 +62,9 @@ std::string shown(const Dialog& dialog, int controlId) {
 std::vector<std::string> entries(const Dialog& dialog) {
     std::vector<std::string> texts;
     for (int i = 0; i < dialog.m_networkCombo.GetCount(); ++i) {
-        std::wstring text(static_cast<std::size_t>(dialog.m_networkCombo.SendMessage(
-                              CB_GETLBTEXTLEN, static_cast<WPARAM>(i))),
-                          L'\0');
-        dialog.m_networkCombo.GetLBText(i, text.data());
-        texts.push_back(mrl::toUtf8(text));
+        wchar_t text[80] = {}; // a name has 32 characters at most
+        dialog.m_networkCombo.GetLBText(i, text);
+        texts.push_back(mrl::toUtf8(static_cast<const wchar_t*>(text)));
     }
     return texts;
 }
@@ -76,19 +79,11 @@ std::string strength(const Dialog& dialog) {
            std::to_string(dialog.m_signalMeter.SendMessage(PBM_GETPOS));
 }
 
-bool isShown(const Dialog& dialog, int controlId) {
-    return (GetWindowLongPtrW(control(dialog, controlId), GWL_STYLE) & WS_VISIBLE) != 0;
-}
-
-bool isEnabled(const Dialog& dialog, int controlId) {
-    return ::IsWindowEnabled(control(dialog, controlId)) != FALSE;
-}
-
 std::string picture(const Dialog& dialog) {
     const bool on = isShown(dialog, IDC_RADIO_ON_IMAGE);
     const bool off = isShown(dialog, IDC_RADIO_OFF_IMAGE);
-    const bool onEnabled = isEnabled(dialog, IDC_RADIO_ON_IMAGE);
-    const bool offEnabled = isEnabled(dialog, IDC_RADIO_OFF_IMAGE);
+    const BOOL onEnabled = ::IsWindowEnabled(control(dialog, IDC_RADIO_ON_IMAGE));
+    const BOOL offEnabled = ::IsWindowEnabled(control(dialog, IDC_RADIO_OFF_IMAGE));
     std::string words = onEnabled != offEnabled ? "half greyed " : onEnabled ? "" : "greyed ";
     words += on && off ? "both" : on ? "on" : off ? "off" : "none";
     return words;

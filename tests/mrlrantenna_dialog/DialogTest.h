@@ -36,9 +36,6 @@ std::vector<std::string> entries(const Dialog& dialog);
 std::string selected(const Dialog& dialog);
 /// Strength in words, percent and meter: "Good 50% 50".
 std::string strength(const Dialog& dialog);
-/// Whether the control is visible when its dialog is.
-bool isShown(const Dialog& dialog, int controlId);
-bool isEnabled(const Dialog& dialog, int controlId);
 /// The picture that is shown: "on", "off", "both" or "none"; "greyed" in front when it is disabled.
 std::string picture(const Dialog& dialog);
 /// The text colour that the dialog sets for a control.

@@ -30,15 +30,31 @@ protected:
             }
         };
     }
-    /// Requests a stop at the nth look at the list of networks.
-    void requestStopAtLook(std::size_t nth) {
-        journal().clear();
-        radio().clearCalls();
-        radio().onCall([this, nth](const radiosim::Call&) {
-            if (looks() == nth) {
-                requestStop();
-            }
-        });
+    /// All that a part of a refresh still does where `request` requests a stop, or at the nth look
+    /// at the list of networks; the dialog stays open.
+    std::vector<std::string> doneBy(void (Dialog::*part)(), const std::function<void()>& request,
+                                    std::optional<std::size_t> atLook = {}) {
+        std::vector<std::string> done;
+        run({[&](Dialog& dialog) {
+            radio().setAccessPoints(0, {network("Attic", 90U), network("Lab", 90U)});
+            radio().clearCalls();
+            radio().onCall([&](const radiosim::Call& call) {
+                if (call.function != "WlanFreeMemory") {
+                    test::Journal::note(call.function);
+                }
+                if (looks() == atLook) {
+                    requestStop();
+                }
+            });
+            journal().clear();
+            request();
+            (dialog.*part)();
+            done = journal().entries();
+            radio().onCall(nullptr);
+            withdrawStop();
+        }});
+        EXPECT_FALSE(ended());
+        return done;
     }
 };
 
@@ -188,51 +204,28 @@ TEST_F(EndOfTheDialog, AStopRequestIsSeenAtATickWhichDoesNothingElse) {
 }
 
 TEST_F(EndOfTheDialog, AStopRequestKeepsARefreshFromBeginning) {
-    run({[&](Dialog& dialog) {
-        journal().clear();
-        requestStop();
-        dialog.populateAvailableNetworks();
-        EXPECT_THAT(journal().entries({""}), IsEmpty());
-        withdrawStop();
-    }});
-    EXPECT_FALSE(ended());
+    EXPECT_THAT(doneBy(&Dialog::populateAvailableNetworks, [] { requestStop(); }), IsEmpty());
 }
 
 TEST_F(EndOfTheDialog, AStopRequestKeepsAnEmptiedListEmpty) {
-    run({[&](Dialog& dialog) {
-        journal().clear();
-        requestStopAt("list empty");
-        dialog.populateAvailableNetworks();
-        EXPECT_THAT(journal().entries({""}), ElementsAre("count entries", "list empty"));
-        withdrawStop();
-    }});
-    EXPECT_FALSE(ended());
+    EXPECT_THAT(doneBy(&Dialog::populateAvailableNetworks, [this] { requestStopAt("list empty"); }),
+                ElementsAre("count entries", "list empty"));
 }
 
 TEST_F(EndOfTheDialog, AStopRequestDuringTheRefreshLeavesTheDetailsAsTheyAre) {
-    run({[&](Dialog& dialog) {
-        requestStopAtLook(1);
-        dialog.updateSelectedNetworkInformation();
-        EXPECT_EQ(radio().callCount("WlanQueryInterface"), 0U); // nor the radio's state
-        EXPECT_THAT(journal().entries(), ElementsAre("pause 50 ms"));
-        radio().onCall(nullptr);
-        withdrawStop();
-    }});
-    EXPECT_FALSE(ended());
+    EXPECT_THAT(doneBy(
+                    &Dialog::updateSelectedNetworkInformation, [] {}, 1),
+                ElementsAre("pause 50 ms", "WlanGetAvailableNetworkList"));
 }
 
 TEST_F(EndOfTheDialog, AStopRequestDuringTheMeasurementLeavesTheFieldsAsTheyAre) {
-    run({[&](Dialog& dialog) {
-        radio().setAccessPoints(0, {network("Attic", 90U), network("Lab", 90U)});
-        requestStopAtLook(4); // the third of the measurement
-        dialog.updateSelectedNetworkInformation();
-        EXPECT_EQ(looks(), 4U); // and not of the second network
-        EXPECT_THAT(journal().entries({written(IDC_SSID, ""), "meter"}), IsEmpty());
-        EXPECT_EQ(test::shown(dialog, IDC_SSID), "Lab");
-        radio().onCall(nullptr);
-        withdrawStop();
-    }});
-    EXPECT_FALSE(ended());
+    constexpr const char* LOOK = "WlanGetAvailableNetworkList";
+    // The three looks of the first network's measurement, and none of the second's.
+    EXPECT_THAT(doneBy(
+                    &Dialog::updateSelectedNetworkInformation, [] {}, 4),
+                ElementsAre("pause 50 ms", LOOK, "count entries", "WlanQueryInterface",
+                            writtenKey(IDC_RADIO_STATUS, "RADIO_BUTTON_ON"), LOOK, "pause 100 ms",
+                            LOOK, "pause 100 ms", LOOK, "pause 100 ms"));
 }
 
 } // namespace

@@ -15,7 +15,6 @@ using test::AnnouncedScans;
 using test::announceScan;
 using test::Dialog;
 using test::network;
-using testing::ElementsAre;
 
 constexpr int FLOOD = 10000;
 
@@ -101,7 +100,7 @@ TEST_F(NotificationFlood, LeavesRefreshesAndChoicesWhole) {
     steps.emplace_back([&](Dialog&) { flood.emplace(); });
     for (int i = 0; i < 10; ++i) {
         steps.emplace_back([&, i](Dialog& dialog) {
-            EXPECT_THAT(test::entries(dialog), ElementsAre("Attic", "Lab"));
+            EXPECT_THAT(test::entries(dialog), testing::ElementsAre("Attic", "Lab"));
             test::choose(dialog, i % 2);
             EXPECT_EQ(test::shown(dialog, IDC_SSID), i % 2 == 0 ? "Attic" : "Lab");
             EXPECT_EQ(dialog.m_signalMeter.SendMessage(PBM_GETPOS), i % 2 == 0 ? 30 : 50);

@@ -24,7 +24,6 @@ using test::network;
 using test::selected;
 using test::shown;
 using test::TemplateControl;
-using testing::IsEmpty;
 
 // What a control may show, by the keys of the texts.
 struct Showing {
@@ -153,7 +152,8 @@ TEST(DialogInEveryLanguage, HasRoomForEveryTextAtEveryDensityOfTheScreen) {
         const mrl::Json texts = tesk5::readJsonFile(shippedTree() / "resources" / "mrlrantenna" /
                                                     "texts" / (std::string(tag) + ".json"));
         for (const int dpi : DENSITIES) {
-            EXPECT_THAT(clipped(texts, languageOf(tag), dpi), IsEmpty()) << tag << " " << dpi;
+            EXPECT_THAT(clipped(texts, languageOf(tag), dpi), testing::IsEmpty())
+                << tag << " " << dpi;
         }
     }
 }

@@ -6,7 +6,6 @@
 namespace {
 
 using test::Dialog;
-using testing::ElementsAre;
 
 class Messages : public test::DialogTest {};
 
@@ -61,7 +60,7 @@ TEST_F(Messages, AMinimisedWindowIsPaintedAsItsIconInTheMiddle) {
             journal().clear();
             dialog.Invalidate();
             dialog.SendMessage(WM_PAINT);
-            EXPECT_THAT(journal().entries({"icon"}), ElementsAre("icon background"));
+            EXPECT_THAT(journal().entries({"icon"}), testing::ElementsAre("icon background"));
             EXPECT_FALSE(::GetUpdateRect(dialog.m_hWnd, nullptr, FALSE));
             CRect client;
             dialog.GetClientRect(&client);

@@ -8,12 +8,8 @@ using test::colour;
 using test::Dialog;
 using test::picture;
 using test::shown;
-using testing::AllOf;
-using testing::Contains;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::StartsWith;
 
 constexpr std::int32_t UNKNOWN = 0;
 constexpr std::int32_t ON = 1;
@@ -194,7 +190,8 @@ TEST_F(RadioOnDisplay, AClickSwitchesTheLastPhyThatTheCardHasNow) {
         radio().clearCalls();
         click(dialog, IDC_RADIO_ON_IMAGE);
         EXPECT_THAT(radio().callTexts(),
-                    Contains(AllOf(StartsWith("WlanSetInterface "), HasSubstr(R"("phy":1)"))));
+                    testing::Contains(testing::AllOf(testing::StartsWith("WlanSetInterface "),
+                                                     testing::HasSubstr(R"("phy":1)"))));
         EXPECT_EQ(picture(dialog), "off");
     }});
 }

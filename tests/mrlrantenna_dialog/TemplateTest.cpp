@@ -9,7 +9,6 @@ namespace {
 
 using test::TemplateReader;
 using Control = test::TemplateControl;
-using testing::UnorderedElementsAreArray;
 
 // Window classes by the numbers that templates have for them.
 const std::string BUTTON = "#128";
@@ -134,7 +133,7 @@ TEST(DialogTemplate, HasItsControlsWithTheirPlacesTextsAndFirstStates) {
                          .traits = traits(control)});
     }
     EXPECT_EQ(found.size(), 31U);
-    EXPECT_THAT(found, UnorderedElementsAreArray(expectedControls));
+    EXPECT_THAT(found, testing::UnorderedElementsAreArray(expectedControls));
 }
 
 } // namespace

@@ -19,12 +19,9 @@ using test::tick;
 using test::timerRuns;
 using test::written;
 using testing::AllOf;
-using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 using testing::StartsWith;
 
 constexpr UINT_PTR OTHER_TIMER = 130;
@@ -69,8 +66,9 @@ TEST_F(Ticks, ReadTheConnectionsStateAndQuality) {
 TEST_F(Ticks, LeaveTheRefreshToTheEndOfTheScanThatTheyStart) {
     runAndKeepTicking([&](Dialog& dialog) {
         tick(dialog);
-        EXPECT_THAT(radio().callTexts(), Contains(AllOf(StartsWith("WlanScan {\"handle\":\"h1\""),
-                                                        HasSubstr(radiosim::FIRST_INTERFACE))));
+        EXPECT_THAT(radio().callTexts(),
+                    testing::Contains(AllOf(StartsWith("WlanScan {\"handle\":\"h1\""),
+                                            HasSubstr(radiosim::FIRST_INTERFACE))));
         EXPECT_EQ(looks(), 0U);
         EXPECT_THAT(journal().entries(), areOfAReadingAlone());
     });
@@ -95,23 +93,22 @@ TEST_F(Ticks, AreFollowedByARefreshWhenTheScanIsCompleteAndTheDialogIdle) {
              }});
 }
 
-TEST_F(Ticks, RefreshAtOnceWhenTheScanCannotBeStarted) {
+TEST_F(Ticks, RefreshAtOnceWhenNoScanIsStarted) {
     runAndKeepTicking([&](Dialog& dialog) {
-        radio().addFault({.function = "WlanScan", .code = ERROR_GEN_FAILURE});
-        tick(dialog);
-        EXPECT_EQ(radio().callCount("WlanScan"), 1U);
-        EXPECT_THAT(refreshes(), ElementsAre("list empty", written(IDC_SSID, "Guest"), "meter 20"));
-    });
-}
-
-TEST_F(Ticks, RefreshAtOnceWithoutAScanWhenBackgroundScanningIsNotAnswered) {
-    runAndKeepTicking([&](Dialog& dialog) {
-        radio().addFault({.function = "WlanQueryInterface",
-                          .opcode = wlan_intf_opcode_background_scan_enabled,
-                          .code = ERROR_GEN_FAILURE});
-        tick(dialog);
-        EXPECT_EQ(radio().callCount("WlanScan"), 0U);
-        EXPECT_THAT(refreshes(), ElementsAre("list empty", written(IDC_SSID, "Guest"), "meter 20"));
+        for (const char* failing : {"WlanScan", "WlanQueryInterface"}) {
+            // The query is whether there are scans in the background.
+            radio().addFault({.function = failing,
+                              .nth = 1,
+                              .opcode = failing == std::string("WlanScan")
+                                            ? std::optional<std::uint32_t>()
+                                            : wlan_intf_opcode_background_scan_enabled,
+                              .code = ERROR_GEN_FAILURE});
+            journal().clear();
+            tick(dialog);
+            EXPECT_EQ(radio().callCount("WlanScan"), 1U); // the one that failed
+            EXPECT_THAT(refreshes(),
+                        ElementsAre("list empty", written(IDC_SSID, "Guest"), "meter 20"));
+        }
     });
 }
 
@@ -119,9 +116,9 @@ TEST_F(Ticks, OfAnotherTimerReadTheConnectionAndNothingElse) {
     runAndKeepTicking([&](Dialog& dialog) {
         tick(dialog, OTHER_TIMER);
         // One for the reading, others for the colour of the text.
-        EXPECT_THAT(radio().callTexts(), Not(IsEmpty()));
-        EXPECT_THAT(radio().callTexts(),
-                    Each(AllOf(StartsWith("WlanQueryInterface "), HasSubstr("\"opcode\":7,"))));
+        EXPECT_THAT(radio().callTexts(), testing::Not(IsEmpty()));
+        EXPECT_THAT(radio().callTexts(), testing::Each(AllOf(StartsWith("WlanQueryInterface "),
+                                                             HasSubstr("\"opcode\":7,"))));
         EXPECT_THAT(journal().entries(), areOfAReadingAlone());
     });
 }
