@@ -173,6 +173,8 @@ TEST(Logger, ThePriorityComesFromTheNearestLoggerAboveThatHasOne) {
     logger(".b").clearPriority();
     EXPECT_EQ(leaf.getPriority(), 1);
     EXPECT_EQ(logger("Longer").getPriority(), 0) << "a longer name without a dot";
+    logger("").clearPriority();
+    EXPECT_EQ(leaf.getPriority(), 0);
 }
 
 TEST(Logger, OneCallIsOneLine) {

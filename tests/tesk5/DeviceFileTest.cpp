@@ -1,24 +1,17 @@
-#include <support/TemporaryFolder.h>
+#include "FrameworkTest.h"
 
 #include <devices/DeviceFile.h>
 #include <texts/BadInput.h>
-
-#include <gmock/gmock.h>
 
 namespace test {
 
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::Pair;
 
-struct DeviceFiles : testing::Test {
-    TemporaryFolder folder;
-
+struct DeviceFiles : FrameworkTest {
     tesk5::DeviceList read(const std::string& text) {
-        std::ofstream(mrl::System::path(folder.file("d.json")), std::ios::binary) << text;
-        return tesk5::devicesFromFile(folder.file("d.json"));
+        return tesk5::devicesFromFile(fileWith("d.json", text));
     }
     static std::string refusalOf(const std::string& path) {
         try {
@@ -28,10 +21,7 @@ struct DeviceFiles : testing::Test {
         }
         return "accepted";
     }
-    std::string refusal(const std::string& text) {
-        std::ofstream(mrl::System::path(folder.file("d.json")), std::ios::binary) << text;
-        return refusalOf(folder.file("d.json"));
-    }
+    std::string refusal(const std::string& text) { return refusalOf(fileWith("d.json", text)); }
 };
 
 TEST_F(DeviceFiles, DescribeDevicesInTheirOrder) {
@@ -52,7 +42,7 @@ TEST_F(DeviceFiles, DescribeDevicesInTheirOrder) {
 
 TEST_F(DeviceFiles, AreRefusedWithFilePlaceReasonAndRemedy) {
     EXPECT_EQ(refusal(R"([{"name": "Card", "capabilities": ["Wirless"]}])"),
-              "the device file \"" + folder.file("d.json") +
+              "the device file \"" + file("d.json") +
                   "\" cannot be used: $[0].capabilities[0]: \"Wirless\" is not a capability; use "
                   "\"Wireless\" or \"NetworkCard\"; mend it, or leave out --devices to use this "
                   "PC's devices");
@@ -87,7 +77,7 @@ TEST_F(DeviceFiles, AreRefusedForEveryMistakeWithItsPlace) {
     for (const auto& [text, expected] : mistakes) {
         EXPECT_THAT(refusal(text), HasSubstr(std::string("cannot be used: ") + expected)) << text;
     }
-    EXPECT_THAT(refusalOf(folder.file("")), HasSubstr("cannot be used: it is a directory"));
+    EXPECT_THAT(refusalOf(file("")), HasSubstr("cannot be used: it is a directory"));
 }
 
 } // namespace

@@ -1,19 +1,15 @@
-#include <tesk5/Test.h>
-#include <tesk5/Texts.h>
+#include "FrameworkTest.h"
 
-#include <gmock/gmock.h>
+#include <tesk5/Texts.h>
 
 namespace test {
 
 namespace {
 
-using tesk5::DeviceCapability;
-using tesk5::DiagDevice;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using Matching = FrameworkTest;
 
-tesk5::TestResult nothing(const DiagDevice&) {
-    return tesk5::TestResult::PASS();
+TestResult nothing(const DiagDevice&) {
+    return TestResult::PASS();
 }
 
 // Why the test leaves out a device with these capabilities and properties.
@@ -27,7 +23,7 @@ std::vector<std::string> reasons(const tesk5::Test& test, DeviceCapability capab
     return phrases;
 }
 
-TEST(Matching, NeedsEveryCapabilityOfTheTestAndAllowsMore) {
+TEST_F(Matching, NeedsEveryCapabilityOfTheTestAndAllowsMore) {
     const DeviceCapability both = DeviceCapability::Wireless() | DeviceCapability::NetworkCard();
     const tesk5::Test test("Test", both, nothing);
     EXPECT_THAT(reasons(test, both), IsEmpty());
@@ -40,7 +36,7 @@ TEST(Matching, NeedsEveryCapabilityOfTheTestAndAllowsMore) {
     EXPECT_THAT(reasons(plain, both), IsEmpty());
 }
 
-TEST(Matching, AConditionWithoutAValueMeansThePropertyItselfAndOneWithAValueThisValueAlone) {
+TEST_F(Matching, AConditionWithoutAValueMeansThePropertyItselfAndOneWithAValueThisValueAlone) {
     tesk5::Test excluding("Test", {}, nothing);
     excluding.addDevicePropertyExclusion("Bus", "");
     tesk5::Test excludingUsb("Test", {}, nothing);
@@ -74,7 +70,7 @@ TEST(Matching, AConditionWithoutAValueMeansThePropertyItselfAndOneWithAValueThis
     }
 }
 
-TEST(Matching, GivesEveryReason) {
+TEST_F(Matching, GivesEveryReason) {
     tesk5::Test test("Test", DeviceCapability::Wireless(), nothing);
     test.addDevicePropertyExclusion("WirelessWAN", "")
         ->addDevicePropertyExclusion("WiMAX", "")

@@ -1,11 +1,15 @@
+// How a measurement compares with its limits, in words and on its scale.
 #include "FrameworkTest.h"
 
+#include <reports/Gauge.h>
 #include <texts/MeasurementText.h>
 
 namespace test {
 
 namespace {
 
+using tesk5::Gauge;
+using tesk5::gaugeOf;
 using tesk5::Limit;
 
 using Measurements = FrameworkTest;
@@ -63,6 +67,50 @@ TEST_F(Measurements, AreDrawnOnTheirScaleWithTheirLimits) {
     EXPECT_EQ(measurementBar(strength(100, {failing(100)}), 4), "[###|]");
     EXPECT_EQ(measurementBar(strength(4294967295, {}), 4), "[####]") << "beyond the scale";
     EXPECT_EQ(measurementBar({"Odd", 5, "", 7, 7, {}}, 4), "[....]") << "a scale of no length";
+}
+
+TEST(Gauge, HasAZoneForWhatAValueInItWouldMean) {
+    const Gauge gauge = gaugeOf(strength(72, {warning(40), failing(20)}), false);
+    ASSERT_EQ(gauge.zones.size(), 3U);
+    EXPECT_EQ(gauge.zones[0].severity, Severity::error);
+    EXPECT_EQ(gauge.zones[1].severity, Severity::warning);
+    EXPECT_EQ(gauge.zones[2].severity, std::nullopt);
+    EXPECT_DOUBLE_EQ(gauge.zones[1].x, 20);
+    EXPECT_DOUBLE_EQ(gauge.zones[1].width, 20);
+    EXPECT_DOUBLE_EQ(gauge.valueX, 72);
+}
+
+TEST(Gauge, AHigherSevererLimitCoversTheZonesBelowIt) {
+    const Gauge gauge = gaugeOf(strength(1, {{"W", 10, Severity::warning}, failing(20)}), false);
+    EXPECT_EQ(gauge.zones[0].severity, Severity::error);
+    EXPECT_EQ(gauge.zones[1].severity, Severity::error);
+}
+
+TEST(Gauge, RunsFromTheRightWhereTextDoes) {
+    const Gauge gauge = gaugeOf(strength(72, {failing(20)}), true);
+    EXPECT_DOUBLE_EQ(gauge.valueX, 28);
+    EXPECT_DOUBLE_EQ(gauge.value.x, 28);
+    EXPECT_DOUBLE_EQ(gauge.value.width, 72);
+    EXPECT_DOUBLE_EQ(gauge.zones[0].x, 80);
+}
+
+TEST(Gauge, KeepsNumbersApartThatLieCloseTogether) {
+    const Gauge gauge =
+        gaugeOf(strength(50, {{"F", 40, Severity::error}, {"W", 41, Severity::warning}}), false);
+    ASSERT_EQ(gauge.labels.size(), 4U);
+    EXPECT_EQ(gauge.labels[2].row, 0U);
+    EXPECT_EQ(gauge.labels[3].row, 1U);
+    EXPECT_EQ(gauge.rows, 2U);
+}
+
+TEST(Gauge, SaysALimitAtTheEndOfTheScaleOnce) {
+    EXPECT_EQ(gaugeOf(strength(1, {{"W", 100, Severity::warning}}), false).labels.size(), 2U);
+}
+
+TEST(Gauge, TextsAtTheEdgesStayInside) {
+    EXPECT_STREQ(tesk5::sideOfText(0), "left");
+    EXPECT_STREQ(tesk5::sideOfText(50), "middle");
+    EXPECT_STREQ(tesk5::sideOfText(100), "right");
 }
 
 } // namespace

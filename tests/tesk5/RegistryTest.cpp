@@ -24,7 +24,7 @@ TEST_F(Registration, KeepsTheOrderOfCreationAcrossKindsAndFindsEachByItsName) {
     EXPECT_EQ(all.findEvent("TITLE"), nullptr);
 }
 
-TEST_F(Registration, RefusesANameThatItsKindHasAlready) {
+TEST_F(Registration, RefusesANameThatItsKindHasAlreadyAndATestWithoutAFunction) {
     const std::pair<const char*, std::function<void()>> kinds[] = {
         {"localized string", [] { DiagModule::createLocalizedString("A"); }},
         {"event", [] { DiagModule::createEvent("A"); }},
@@ -36,6 +36,8 @@ TEST_F(Registration, RefusesANameThatItsKindHasAlready) {
         EXPECT_EQ(reasonOf(create), std::string("the ") + kind + " \"A\" exists already");
     }
     EXPECT_EQ(registry().order.size(), 4U);
+    EXPECT_EQ(reasonOf([] { DiagModule::createTest("B", DeviceCapability(), nullptr); }),
+              "the test \"B\" has no function");
 }
 
 TEST_F(Registration, ObjectsKeepTheirAddressesWhileOthersJoinThem) {
@@ -45,11 +47,6 @@ TEST_F(Registration, ObjectsKeepTheirAddressesWhileOthersJoinThem) {
     }
     EXPECT_EQ(registry().findEvent("0"), first);
     EXPECT_EQ(first->key(), "0");
-}
-
-TEST_F(Registration, ATestNeedsAFunction) {
-    EXPECT_EQ(reasonOf([] { DiagModule::createTest("A", DeviceCapability(), nullptr); }),
-              "the test \"A\" has no function");
 }
 
 TEST_F(Registration, SettersOfATestReturnItAndKeepTheirOrder) {
@@ -93,18 +90,16 @@ TEST_F(Registration, TheCallbackRunsInsideStartBeforeTheTestsAreLookedAt) {
     EXPECT_EQ(calls, 1);
 }
 
-TEST(TeskStrings, HoldOneTextInTwoForms) {
-    const tesk5::TeskString text("Grün");
-    EXPECT_EQ(text.utf8(), "Grün");
-    EXPECT_EQ(mrl::String(text.getUCS2Buffer()), mrl::String(MRL_TEXT("Gr\u00FCn")));
-    EXPECT_STREQ(text.getUTF8Buffer(), "Grün");
-    EXPECT_EQ(text.mrlString(), mrl::String("Grün"));
-}
-
-TEST(TeskStrings, RepairIllFormedTextInBothForms) {
-    const tesk5::TeskString text(std::string("a\xFFz"));
-    EXPECT_EQ(text.utf8(), "a\uFFFDz");
-    EXPECT_EQ(text.mrlString(), mrl::String(MRL_TEXT("a\uFFFDz")));
+TEST(TeskStrings, HoldOneTextInTwoFormsAndRepairIllFormedText) {
+    const std::pair<std::string, const char*> rows[] = {{"Gr\u00FCn", "Gr\u00FCn"},
+                                                        {"a\xFFz", "a\uFFFDz"}};
+    for (const auto& [given, held] : rows) {
+        const tesk5::TeskString text(given);
+        EXPECT_EQ(text.utf8(), held);
+        EXPECT_STREQ(text.getUTF8Buffer(), held);
+        EXPECT_EQ(mrl::String(text.getUCS2Buffer()), mrl::String(held));
+        EXPECT_EQ(text.mrlString(), mrl::String(held));
+    }
     EXPECT_TRUE(tesk5::TeskString(static_cast<const char*>(nullptr)).empty());
 }
 
