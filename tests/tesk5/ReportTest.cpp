@@ -435,7 +435,7 @@ TEST_F(Reports, HoldTheLogInTheHtmlPageWithoutALogOption) {
     EXPECT_EQ(mrl::LogFactory::getPriority(), mrl::LogFactory::OFF);
 }
 
-TEST_F(Reports, AreAheadOfTheRunInTheStreamOfEvents) {
+TEST_F(Reports, HaveEachEventInTheStreamAsSoonAsItHappens) {
     registerTest("A", [this](const DiagDevice&) {
         EXPECT_THAT(types(), ElementsAre("runStarted", "testStarted"));
         DiagModule::progresses("PLAIN", 1.0);

@@ -214,7 +214,7 @@ TEST_F(Runs, LetEveryOtherExceptionPassAndSayWhichTestItEndedAndWhy) {
     }
 }
 
-TEST_F(Runs, AreLoggedAheadOfAndBehindWhatTheTestDoes) {
+TEST_F(Runs, AreLoggedBeforeAndAfterWhatTheTestDoes) {
     const Journal journal;
     const CapturedLog log;
     struct Listener final : tesk5::RunListener {
