@@ -10,12 +10,21 @@ namespace {
 class ReportWords : public FrameworkTest {};
 
 TEST_F(ReportWords, OfAResultAreItsMeasurementsThenItsNetworksTheStrongestFirstThenItsAdvice) {
-    tesk5::Outcome outcome{.result = TestResult::CANNOTRUN()};
-    outcome.advice = {{"PLAIN", false, {}}, {"SERVICE_ANSWERS", true, {}}, {"WEAK", false, {}}};
-    outcome.surveys = {
-        {"VISIBLE", "%", 0, 100, {{"Far", 5, false}, {"Lab", 30, true}, {"Other", 5, false}}},
-        {"PLAIN", "dBm", 0, 100, {}}};
-    outcome.measurements = {{"Strength", 30, "%", 0, 100, {}}};
+    const tesk5::Outcome outcome{
+        .test = nullptr,
+        .device = nullptr,
+        .result = TestResult::CANNOTRUN(),
+        .started = true,
+        .time = {},
+        .seconds = 0,
+        .parameters = {},
+        .events = {},
+        .measurements = {{"Strength", 30, "%", 0, 100, {}}},
+        .surveys =
+            {{"VISIBLE", "%", 0, 100, {{"Far", 5, false}, {"Lab", 30, true}, {"Other", 5, false}}},
+             {"PLAIN", "dBm", 0, 100, {}}},
+        .advice = {{"PLAIN", false, {}}, {"SERVICE_ANSWERS", true, {}}, {"WEAK", false, {}}},
+        .failure = {}};
     EXPECT_THAT(tesk5::observationLines(outcome),
                 ElementsAre("Strength: 30 % [########.................]",
                             "VISIBLE:", "  30 %  Lab  (measured)", "  5 %  Far", "  5 %  Other",
@@ -24,8 +33,8 @@ TEST_F(ReportWords, OfAResultAreItsMeasurementsThenItsNetworksTheStrongestFirstT
 }
 
 TEST_F(ReportWords, NameTheVariablesThatTheTextOfAnEventDoesNotHave) {
-    tesk5::RaisedEvent event{.key = "WEAK"};
-    event.variables = {{"Limit", "30"}, {"Strength", "7"}, {"Nam", "x"}};
+    const tesk5::Event::Variables variables = {{"Limit", "30"}, {"Strength", "7"}, {"Nam", "x"}};
+    const tesk5::RaisedEvent event{"WEAK", Severity::error, {}, variables, {}, 245, {}};
     EXPECT_THAT(tesk5::unspokenVariables(event),
                 ElementsAre(testing::Pair("Limit", "30"), testing::Pair("Nam", "x")));
 }
