@@ -176,16 +176,6 @@ TEST_F(ClearedDetails, WhenNothingIsSelected) {
 
 // --- Another choice ------------------------------------------------------------------------------
 
-TEST_F(Details, FollowTheChoiceMadeWithTheKeyboard) {
-    startRadio({network("Guest", 20U), network("Lab", 42U)});
-    run({[](Dialog& dialog) { test::press(dialog, VK_DOWN); },
-         [&](Dialog& dialog) {
-             EXPECT_EQ(test::selected(dialog), "Lab");
-             EXPECT_EQ(shown(dialog, IDC_SSID), "Lab");
-             EXPECT_THAT(dialogLines(), testing::Contains("Sel Changed"));
-         }});
-}
-
 TEST_F(Details, AreReadWhileTheTimerIsStoppedAndRestartItsPeriod) {
     startRadio({network("Guest", 20U), network("Lab", 42U)});
     run({[&](Dialog& dialog) {

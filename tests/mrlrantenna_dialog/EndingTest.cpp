@@ -127,16 +127,6 @@ TEST_F(EndOfTheDialog, FailStopsTheMeterAndLeavesTheDialogOpen) {
     EXPECT_FALSE(ended());
 }
 
-TEST_F(EndOfTheDialog, FinishStopsTheMeterToo) {
-    run({[&](Dialog& dialog) {
-        EXPECT_EQ(test::strength(dialog), "Good 42% 42");
-        test::push(dialog, IDC_FINISH);
-        EXPECT_EQ(test::strength(dialog), "Good 0% 0");
-        EXPECT_FALSE(timerRuns(dialog));
-    }});
-    EXPECT_TRUE(ended());
-}
-
 TEST_F(EndOfTheDialog, EndingItByTheOkCommandKillsTheTimerToo) {
     EXPECT_EQ(run({[](Dialog& dialog) {
                   EXPECT_TRUE(timerRuns(dialog));

@@ -21,31 +21,7 @@ constexpr int FLOOD = 10000;
 class NotificationFlood : public test::DialogTest {
 protected:
     NotificationFlood() { startRadio({network("Attic", 30U), network("Lab", 50U)}); }
-
-    /// Returns when all are made: none waits for the dialog.
-    static void announceFromThreads() {
-        std::vector<std::jthread> services;
-        for (int i = 0; i < AnnouncedScans::THREADS; ++i) {
-            services.emplace_back([] {
-                for (int n = 0; n < FLOOD / AnnouncedScans::THREADS; ++n) {
-                    announceScan();
-                }
-            });
-        }
-    }
 };
-
-TEST_F(NotificationFlood, OfTenThousandMakesOneRefreshAndThenTheClickIsAnswered) {
-    EXPECT_EQ(runTest({[&](Dialog& dialog) {
-                  journal().clear();
-                  announceFromThreads();
-                  dialog.GetDlgItem(IDC_FINISH)->PostMessage(BM_CLICK);
-              }}),
-              TestResult::COMPLETED());
-    EXPECT_TRUE(ended());
-    // The click was in the queue before the dialog was idle, so nothing came before it.
-    EXPECT_LE(journal().count("list empty"), 1);
-}
 
 // The figure that it prints is real time, from a click to its first call; it is not asserted, as
 // the machine may be busy.

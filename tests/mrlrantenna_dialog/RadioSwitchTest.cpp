@@ -196,13 +196,4 @@ TEST_F(RadioOnDisplay, AClickSwitchesTheLastPhyThatTheCardHasNow) {
     }});
 }
 
-TEST_F(RadioOnDisplay, AClickThatFindsTheHardwareSwitchOffGreysThePictures) {
-    run({[&](Dialog& dialog) {
-        radio().setRadio(0, 0, std::nullopt, OFF);
-        click(dialog, IDC_RADIO_ON_IMAGE);
-        EXPECT_EQ(picture(dialog), "greyed off");
-        EXPECT_EQ(switchings(), 0U);
-    }});
-}
-
 } // namespace

@@ -25,7 +25,7 @@ using testing::IsEmpty;
 using testing::StartsWith;
 
 constexpr UINT_PTR OTHER_TIMER = 130;
-constexpr int FLOOD = 1000;
+constexpr int FLOOD = 10000;
 
 class Ticks : public test::DialogTest {
 protected:
