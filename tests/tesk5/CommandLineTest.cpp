@@ -122,6 +122,7 @@ protected:
 
     /// The lines of the test in the log of a run with these arguments.
     std::vector<std::string> linesOf(const std::vector<std::string>& arguments) {
+        mrl::LogFactory::setSink(nullptr); // closes the log of the run before
         std::filesystem::remove(mrl::System::path(file("run.log")));
         EXPECT_EQ(start(arguments), 0);
         std::vector<std::string> lines;
