@@ -154,6 +154,9 @@ TEST_F(VisibleNetworks, AFailedListOrASuccessWithoutOneGivesNone) {
           radiosim::Fault{.function = "WlanGetAvailableNetworkList", .nth = 1, .noData = true}}) {
         EXPECT_EQ(device.getNumVisibleNetworks(), 1U);
         radio().addFault(fault);
+        EXPECT_FALSE(device.getVisibleNetworkList());
+        EXPECT_THAT(namesOf(device), IsEmpty());
+        radio().addFault(fault);
         EXPECT_EQ(device.getNumVisibleNetworks(), 0U);
         EXPECT_EQ(device.m_numVisibleNetworks, 0U);
     }
