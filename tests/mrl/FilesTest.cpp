@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 
 #ifndef _WIN32
+#include <support/FullDisk.h>
+
 #include <sys/stat.h>
 #endif
 
@@ -125,9 +127,18 @@ TEST_F(Files, AreNotDevices) {
     expectRefused(m_folder.path() / "link");
 }
 
+TEST_F(Files, ThatAreWrittenAreOnesOfADisk) {
+    const std::filesystem::path link = m_folder.path() / "link";
+    std::filesystem::create_symlink("/dev/null", link);
+    EXPECT_EQ(failureOf([&link] { mrl::checkWritable(link); }).reason, Reason::notOrdinary);
+    EXPECT_EQ(failureOf([&link] { const mrl::FileToWrite file(link); }).reason,
+              Reason::notOrdinary);
+}
+
 TEST_F(Files, OnAFullDiskReportTheReason) {
-    mrl::FileToWrite file("/dev/full");
-    EXPECT_EQ(failureOf([&file] { file.write("x"); }).error, std::errc::no_space_on_device);
+    mrl::FileToWrite file(m_folder.path() / "new");
+    const test::FullDisk disk(0);
+    EXPECT_EQ(failureOf([&file] { file.write("x"); }).error, std::errc::file_too_large);
 }
 
 TEST_F(Files, AreNotPipesAndAreNotWaitedFor) {

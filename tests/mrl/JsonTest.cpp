@@ -55,6 +55,22 @@ TEST(JsonTexts, ThatNameAMemberTwiceInOneObjectAreRefused) {
     EXPECT_FALSE(failureOf(R"([{"a": {"a": 1}}, {"a": 2}])"));
 }
 
+TEST(JsonTexts, WithObjectsOfVeryManyMembersAreRefused) {
+    const auto objectOf = [](std::size_t members) {
+        std::string text;
+        for (std::size_t i = 1; i <= members; ++i) {
+            text += (text.empty() ? "{\"" : ",\"") + std::to_string(i) + "\":0";
+        }
+        return text + "}";
+    };
+    EXPECT_FALSE(failureOf("[" + objectOf(2000) + "," + objectOf(2000) + "]"));
+    const std::optional<mrl::JsonFailure> failure = failureOf(objectOf(100000));
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->reason, Reason::tooManyMembers);
+    EXPECT_STREQ(failure->what(),
+                 "one object has more than 2000 members, the first beyond being \"2001\"");
+}
+
 TEST(JsonTexts, WithANumberThatNoTypeHoldsAreRefused) {
     const std::optional<mrl::JsonFailure> failure = failureOf("[1e999]");
     ASSERT_TRUE(failure);

@@ -16,7 +16,7 @@ REFUSED = (
     ((*TO_REPORT, "--config", "folder/aux.toml"), ['"folder/aux.toml" cannot be used']),
     ((*TO_REPORT, "--log", r"\\.\pipe\mrlrantenna"), [r'"\\.\pipe\mrlrantenna"']),
     (("run", "--json", "con.json"), ['"con.json"']),
-    (("run", "--json", "no-such-folder/report.json"), ["no-such-folder"]),
+    (("run", "--json", "cards.json/report.json"), ["cards.json/report.json"]),
     (("list", "--colour"), ["--colour"]),
     (("list", "--events"), ["--events"]),
     (("list", "--language", "../../en"),

@@ -169,7 +169,9 @@ class Reports(FullDisk):
 
     def test_use_the_space_of_a_temporary_file_that_a_killed_run_left(self):
         padding, pages = self.padding_to_the_middle_of_a_page("--json", "report.json")
-        (self.folder / "report.json.42.tmp").write_bytes(bytes(pages * PAGE))
+        leftover = self.folder / "report.json.4294967291-42.tmp"  # no process has that number
+        leftover.mkdir()
+        (leftover / "mrl-report").write_bytes(bytes(pages * PAGE))
         self.leave(0)
         self.assert_replaced(self.run_of_cards(padding, "--json", "report.json"), "report.json")
 

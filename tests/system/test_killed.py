@@ -21,7 +21,7 @@ class Killed(ProgramTest):
 
     def leftovers(self):
         return [path for path in self.folder.iterdir()
-                if re.fullmatch(r"report\.json\.\d+\.tmp", path.name)]
+                if re.fullmatch(r"report\.json\.\d+-\d+\.tmp", path.name)]
 
     def wait_for_the_temporary_file(self, started):
         """Returns when the report is being written, or when the program has ended."""

@@ -13,7 +13,7 @@ using testing::AllOf;
 using testing::EndsWith;
 using testing::StartsWith;
 
-const char* const UNWRITABLE = "; name a file in a folder that exists and that you may write to";
+const char* const UNWRITABLE = "; name a file in a folder that you may write to";
 
 struct Refusal {
     std::vector<std::string> arguments;
@@ -76,6 +76,15 @@ TEST_F(BadInputs, AreRefusedWithWhatIsWrongAndWhatToDo) {
         {{"run", "--json", "--log", "x"}, "--json needs FILE, as in --json report.json"},
         {{"run", "--json="}, "--json needs FILE, as in --json report.json"},
         {{"run", "--device", ""}, "--device needs TEXT, as in --device intel"},
+        {{"run", "--json", " "}, "--json needs FILE, as in --json report.json"},
+        {{"run", "--log= \t"}, "--log needs FILE, as in --log antenna.log"},
+        {{"--", "run"}, "there is no option \"--\"; --help shows what there is"},
+        {{"-h=1"}, "--help takes no value; leave \"=1\" out"},
+        {{"--version", "garbage"},
+         "there is no command \"garbage\"; the commands are list, run, doctor, echo and bare"},
+        {{"--help", "garbage"},
+         "there is no command \"garbage\"; the commands are list, run, doctor, echo and bare"},
+        {{"--help", "--nonsense"}, "there is no option \"--nonsense\"; --help shows what there is"},
         {{"run", "--set"},
          "--set needs NAME=VALUE, as in --set SSID=Lab --set WarningSignalStrength=40"},
         {{"run", "--events=no"}, "--events takes no value; leave \"=no\" out"},
@@ -152,9 +161,9 @@ TEST_F(BadInputs, AMissingDeviceFile) {
 TEST_F(BadInputs, FilesThatCannotBeWritten) {
     const std::string folder = file("folder");
     std::filesystem::create_directory(mrl::System::path(folder));
-    refuses({"run", "--json", file("none/report.json")},
-            "the report \"" + file("none/report.json") + "\" cannot be written: No such file",
-            UNWRITABLE);
+    const std::string belowAFile = file("devices.json/report.json");
+    refuses({"run", "--json", belowAFile},
+            "the report \"" + belowAFile + "\" cannot be written: ", UNWRITABLE);
     for (const std::string& path : {folder, folder + "/"}) {
         refuses({"run", "--json", path},
                 "the report \"" + path + "\" cannot be written: it is a directory" + UNWRITABLE);

@@ -129,8 +129,8 @@ TEST_F(Advice, StandsUnderARunThatCouldNotRun) {
     examineSaying({{"PLAIN", false, {}}, {"WEAK", true, {}}});
     EXPECT_EQ(start({"run", "--json", file("report.json")}), CANNOTRUN);
     EXPECT_EQ(output(), "A on Card 1\n"
-                        "  CANNOTRUN after 0.0 s\n"
                         "  possible cause: Something happened.\n"
+                        "  CANNOTRUN after 0.0 s\n"
                         "Runs: 1 (1 CANNOTRUN); exit value 3\n");
     EXPECT_THAT(examined, ElementsAre("Card 1 quickly"));
 }
@@ -153,6 +153,7 @@ TEST_F(Advice, IsGivenForAFailureWithoutAMeasurementAndForAnEndByAPersonWhenTheT
          .advice = false},
         {.result = TestResult::PASS(), .measures = false, .requests = true, .advice = false},
         {.result = TestResult::WARN(), .measures = false, .requests = false, .advice = false},
+        {.result = TestResult::WARN(), .measures = false, .requests = true, .advice = true},
         {.result = TestResult::BADPARAMS(), .measures = false, .requests = false, .advice = false},
     };
     examineSaying({{"PLAIN", false, {}}});
@@ -173,10 +174,36 @@ TEST_F(Advice, IsGivenForAFailureWithoutAMeasurementAndForAnEndByAPersonWhenTheT
         examined.clear();
         EXPECT_EQ(start({"run"}), row.result.good() ? 0 : row.result.value());
         EXPECT_EQ(examined.size(), row.advice ? 1U : 0U);
-        EXPECT_EQ(output().find(" after 0.0 s\n  possible cause: Something happened.\n") !=
-                      std::string::npos,
-                  row.advice);
+        EXPECT_EQ(output().find("  possible cause: Something happened.\n  ") != std::string::npos,
+                  row.advice)
+            << "ahead of the verdict that it explains";
     }
+}
+
+TEST_F(Advice, FollowsTheVerdictOfAMeasurementThatReachedALimit) {
+    examineSaying({{"PLAIN", false, {}}});
+    registerTest("A", [](const DiagDevice&) {
+        DiagModule::measured({"Strength", 7, "%", 0, 100, {{"Failing", 20, Severity::error}}});
+        return TestResult::FAIL();
+    });
+    EXPECT_EQ(start({"run", "--json", file("report.json")}), TestResult::FAIL().value());
+    EXPECT_THAT(output(), HasSubstr("  FAIL after 0.0 s\n  possible cause: Card 1 is weak.\n"));
+    EXPECT_THAT(bytesOfFile(file("report.json")), HasSubstr("\"key\": \"LIMIT_REACHED\""));
+    EXPECT_THAT(examined, IsEmpty());
+}
+
+TEST_F(Advice, MakesAGoodResultOneToLookAt) {
+    examineSaying({{"PLAIN", false, {}}});
+    registerTest("A", [](const DiagDevice&) {
+        DiagModule::requestAdvice();
+        return TestResult::COMPLETED();
+    });
+    EXPECT_EQ(start({"run", "--quiet", "--color=always", "--html", file("r.html"), "--junit",
+                     file("r.xml")}),
+              0);
+    EXPECT_THAT(output(), HasSubstr("\x1b[33mCOMPLETED")) << "yellow, and not hidden by --quiet";
+    EXPECT_THAT(bytesOfFile(file("r.html")), HasSubstr("<p class=\"verdict warning\">"));
+    EXPECT_THAT(bytesOfFile(file("r.xml")), HasSubstr("Something happened."));
 }
 
 TEST_F(Advice, NamesTheServiceUnderARunDuringWhichItStopped) {

@@ -35,13 +35,15 @@ const ModuleInfo& moduleInfo() {
             "PLAIN": "Something happened.",
             "SERVICE_ANSWERS": "The service answers.",
             "SERVICE_STOPPED": "The service does not run (error {Error}).",
-            "NO_DEVICE": "There is no device for {Tests}."
+            "NO_DEVICE": "There is no device for {Tests}.",
+            "LIMIT_REACHED": "{Device} is weak."
         })",
         .examine = [](const auto& device, auto depth,
                       auto& findings) { test::g_module.examine(device, depth, findings); },
         .devices = [] { return test::g_module.devices; },
         .checkService = [] { return test::g_module.service; },
         .noDevice = "NO_DEVICE",
+        .limitReached = "LIMIT_REACHED",
         .commands = commands,
     };
     return info;
@@ -150,6 +152,22 @@ std::vector<std::string> FrameworkTest::filesThere() const {
     }
     std::sort(names.begin(), names.end());
     return names;
+}
+
+OwnTexts::OwnTexts() {
+    std::filesystem::current_path(mrl::System::path(file(".")));
+}
+
+OwnTexts::~OwnTexts() {
+    tesk5::Language::current().set("en");
+    std::filesystem::current_path(m_before);
+}
+
+void OwnTexts::write(const std::string& part, const std::string& tag,
+                     const std::string& text) const {
+    const std::string folder = "resources/" + part + "/texts/";
+    std::filesystem::create_directories(mrl::System::path(file(folder)));
+    fileWith(folder + tag + ".json", text);
 }
 
 } // namespace test

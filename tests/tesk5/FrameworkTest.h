@@ -105,4 +105,17 @@ private:
     CapturedStream m_errors{mrl::cerr};
 };
 
+/// A framework test whose folder is the current one, so that languages can be added to it.
+class OwnTexts : public FrameworkTest {
+protected:
+    OwnTexts();
+    ~OwnTexts() override;
+
+    /// A file of texts where the program looks for them.
+    void write(const std::string& part, const std::string& tag, const std::string& text) const;
+
+private:
+    std::filesystem::path m_before = std::filesystem::current_path();
+};
+
 } // namespace test

@@ -63,19 +63,6 @@ TEST_F(ReportFiles, ThatCannotBeWrittenDoNotHideTheExceptionThatEndedTheRun) {
     EXPECT_THAT(errors(), HasSubstr("r.json\" could not be written: "));
 }
 
-TEST_F(ReportFiles, TemporaryOnesOfAKilledProcessAreRemovedByTheNextReport) {
-    fileWith("r.json.4294967295.tmp", "{\"half\":");
-    fileWith("r.json.7.tmp", "");
-    for (const char* other : {"r.json.tmp", "r.json.7x.tmp", "r.json.7.tmp.bak", "r.jso.7.tmp"}) {
-        fileWith(other, "not ours");
-    }
-    std::filesystem::create_directory(mrl::System::path(file("r.json.8.tmp")));
-    EXPECT_EQ(startWithReport(), 0);
-    EXPECT_THAT(filesThere(),
-                ElementsAre("devices.json", "r.jso.7.tmp", "r.json", "r.json.7.tmp.bak",
-                            "r.json.7x.tmp", "r.json.8.tmp", "r.json.tmp"));
-}
-
 TEST_F(ReportFiles, AreRecognisedByDifferentPaths) {
     EXPECT_TRUE(tesk5::nameSameFile(file("a"), file("./a")));
     EXPECT_FALSE(tesk5::nameSameFile(file("a"), file("b")));

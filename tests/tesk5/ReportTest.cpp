@@ -346,6 +346,25 @@ TEST_F(Reports, GiveTheReasonForAnInternalError) {
     EXPECT_THAT(html(), HasSubstr("The test gave no reason. The log may show more.")) << "of B";
 }
 
+TEST_F(Reports, CountAnEventThatIsRaisedAgain) {
+    registerTest("A", [](const DiagDevice&) {
+        tesk5::Event* const event = DiagModule::createEvent("WEAK");
+        for (const char* name : {"a", "b", "a", "a"}) {
+            DiagModule::warning(event->setVariable("Name", name), "x.cpp", 1);
+        }
+        DiagModule::error(event, "x.cpp", 1);
+        return TestResult::WARN();
+    });
+    EXPECT_EQ(start({"run", "--json", file("report.json")}), 1);
+    const auto events =
+        nlohmann::json::parse(bytesOfFile(file("report.json")))["results"][0]["events"];
+    ASSERT_EQ(events.size(), 3U);
+    EXPECT_EQ(events[0]["count"], 3);
+    EXPECT_FALSE(events[1].contains("count"));
+    EXPECT_EQ(events[2]["severity"], "error");
+    EXPECT_THAT(output(), HasSubstr("The signal of a is {Strength} %. (3 times)"));
+}
+
 TEST_F(Reports, ListRunsThatAStopRequestPrevented) {
     registerStopping("A");
     registerTest("B", TestResult::PASS());

@@ -18,7 +18,7 @@ TestResult warnAndStop(const DiagDevice& /*device*/) {
     return DiagModule::checkForStop() ? TestResult::WARN() : TestResult::INTERNALERROR();
 }
 
-class SideBySide : public FrameworkTest {
+class SideBySide : public OwnTexts {
 protected:
     SideBySide() {
         registerTest("A", [this](const DiagDevice&) {
@@ -74,15 +74,16 @@ TEST_F(SideBySide, RunsShareNothing) {
 }
 
 TEST_F(SideBySide, EachWritesItsOwnLanguageAndColoursToItsOwnStreams) {
+    write("tesk5", "nl", R"({"CONSOLE_RUNS_TALLY": "Tests: {Count}"})");
     m_inner.arguments = {"run",   "--devices",   file("devices.json"), "--color=always",
-                         "--log", file("a.log"), "--language=de"};
+                         "--log", file("a.log"), "--language=nl"};
     EXPECT_EQ(start({"run"}), 0);
     EXPECT_THAT(m_innerResults.text(), HasSubstr("\x1b[33mWARN\x1b[0m"));
-    EXPECT_THAT(m_innerResults.text(), HasSubstr("Testläufe: 2"));
+    EXPECT_THAT(m_innerResults.text(), HasSubstr("Tests: 2"));
     EXPECT_THAT(output(), HasSubstr("Runs: 1 (1 PASS)"));
     EXPECT_THAT(output(), Not(HasSubstr("\x1b")));
 
-    m_inner.arguments = {"nonsense", "--language=de"};
+    m_inner.arguments = {"nonsense", "--language=nl"};
     EXPECT_EQ(startInner(), 64);
     EXPECT_THAT(m_innerFailures.text(), HasSubstr("nonsense"));
     EXPECT_EQ(errors(), "");

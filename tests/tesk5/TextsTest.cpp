@@ -15,23 +15,7 @@ using tesk5::Language;
 using tesk5::message;
 using testing::Contains;
 
-class SpokenTexts : public FrameworkTest {
-protected:
-    SpokenTexts() { std::filesystem::current_path(mrl::System::path(file("."))); }
-    ~SpokenTexts() override {
-        Language::current().set("en");
-        std::filesystem::current_path(m_before);
-    }
-    /// A file of texts where the program looks for them.
-    void write(const std::string& part, const std::string& tag, const std::string& text) {
-        const std::string folder = "resources/" + part + "/texts/";
-        std::filesystem::create_directories(mrl::System::path(file(folder)));
-        fileWith(folder + tag + ".json", text);
-    }
-
-private:
-    std::filesystem::path m_before = std::filesystem::current_path();
-};
+class SpokenTexts : public OwnTexts {};
 
 TEST_F(SpokenTexts, FillTheirPlaceholders) {
     EXPECT_EQ(message("WEAK", {{"Strength", mrl::Uint32{7}}, {"Name", "{Strength}"}}),

@@ -50,6 +50,8 @@ mrl::Json JsonReader::parse(std::string_view text) {
         case mrl::JsonFailure::Reason::memberTwice:
             throw ScenarioError("/", "the key " + inQuotes(failure.detail) +
                                          " stands twice in one object");
+        case mrl::JsonFailure::Reason::tooManyMembers:
+            throw ScenarioError("/", failure.what());
         case mrl::JsonFailure::Reason::number:
             break;
         }

@@ -22,7 +22,7 @@ enum class ExaminationDepth {
 
 /// Adds to `findings` what keeps `device`, which suits a test, from being tested, and what is in
 /// order; parameters have the values that were given. The framework calls it thoroughly for
-/// the command doctor, and quickly after each run without a verdict (CANNOTRUN, a FAIL that
+/// the command doctor, and quickly after each run without a clear view (CANNOTRUN, a FAIL that
 /// measured nothing, DiagModule::requestAdvice()): the findings that are not good are then shown.
 /// Failure: a call that fails becomes a finding; an exception ends the program
 /// Threads: the tests' thread, outside any test; events that it raises are dropped
@@ -66,6 +66,8 @@ struct ModuleInfo {
     Finding (*checkService)() = nullptr;
     /// Key of the finding that there is no device for {Tests}.
     const char* noDevice = nullptr;
+    /// Key of the advice after a measurement that reached a limit; its variable is {Device}.
+    const char* limitReached = nullptr;
     /// The module's own commands, in the order of the help page.
     std::span<const ModuleCommand> commands = {};
 };

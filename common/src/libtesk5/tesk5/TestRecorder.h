@@ -23,6 +23,8 @@ struct RaisedEvent {
     std::string file; ///< path of the source file inside the repository, as it was given
     int line;
     mrl::Clock::UtcTime time;
+    /// How often a test raised it, if it is part of an outcome; `time` is then the first.
+    mrl::Uint32 count = 1;
 };
 
 /// What a test is doing now.

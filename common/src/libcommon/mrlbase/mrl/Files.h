@@ -41,14 +41,25 @@ struct FileFailure {
 /// Platform: CreateFileW, ReadFile; open, read
 std::string readWholeFile(const std::filesystem::path& path, std::size_t limit);
 
+/// The whole path that the system makes of `path`, the current folder before it if need be. Links
+/// are not followed. Empty for a name that cannot be one.
+/// Platform: GetFullPathNameW; getcwd
+std::filesystem::path fullPath(const std::filesystem::path& path);
+
+/// Opens a file for writing if it is there, and leaves it as it is. A link can lead to a device or
+/// pipe of which fileKind() learns nothing: what was opened decides.
+/// Failure: throws FileFailure; not for a file that is missing
+/// Platform: CreateFileW, GetFileType; open, fstat
+void checkWritable(const std::filesystem::path& path);
+
 /// A file that is created, or emptied, and written from its beginning.
 ///
 /// The runtime libraries' streams are not used: when a disk becomes full in the middle of a piece,
 /// some of them report a failure without its reason.
 class FileToWrite {
 public:
-    /// Failure: throws FileFailure, with the system's reason
-    /// Platform: CreateFileW; open
+    /// Failure: throws FileFailure, also for what is no file on a disk
+    /// Platform: CreateFileW, GetFileType; open, fstat
     explicit FileToWrite(const std::filesystem::path& path);
     FileToWrite(const FileToWrite&) = delete;
     FileToWrite& operator=(const FileToWrite&) = delete;

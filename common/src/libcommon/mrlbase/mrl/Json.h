@@ -17,10 +17,14 @@ using Json = nlohmann::ordered_json;
 class JsonFailure : public std::runtime_error {
 public:
     enum class Reason {
-        syntax,      ///< at `line` and `column`; `detail` is the parser's description
-        memberTwice, ///< `detail` is the name that one object has twice
-        number       ///< too large for any type; `detail` is the parser's description
+        syntax,         ///< at `line` and `column`; `detail` is the parser's description
+        memberTwice,    ///< `detail` is the name that one object has twice
+        tooManyMembers, ///< one object has more than MOST_MEMBERS, `detail` is the first of them
+        number          ///< too large for any type; `detail` is the parser's description
     };
+
+    /// The library looks members up one by one: many more would take minutes.
+    static constexpr std::size_t MOST_MEMBERS = 2000;
 
     JsonFailure(Reason why, std::string about, std::size_t inLine = 0, std::size_t inColumn = 0);
 

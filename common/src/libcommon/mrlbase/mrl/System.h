@@ -33,6 +33,15 @@ public:
     /// environment); empty when the system has none.
     /// Platform: GetUserPreferredUILanguages; elsewhere the first of LC_ALL, LC_MESSAGES and LANG
     static std::vector<std::string> interfaceLanguages();
+
+    /// The system's number of this process.
+    /// Platform: GetCurrentProcessId; getpid
+    static Uint32 processId();
+
+    /// Whether a process of that number exists and has not ended. When the system does not say, it
+    /// does.
+    /// Platform: OpenProcess; kill with signal 0
+    static bool processRuns(Uint32 id);
 };
 
 } // namespace mrl

@@ -22,6 +22,8 @@ public:
         }
     }
     int get() const { return m_value; }
+    /// Gives the descriptor away, unclosed.
+    int release() { return std::exchange(m_value, -1); }
 
 private:
     int m_value;
@@ -29,6 +31,19 @@ private:
 
 [[noreturn]] void failWithLastError() {
     throw FileFailure{FileFailure::Reason::system, {errno, std::generic_category()}};
+}
+
+// Failure: throws FileFailure when `file` could not be opened, or is not ordinary
+void check(int file) {
+    struct stat status = {};
+    if (file < 0 || fstat(file, &status) != 0) {
+        failWithLastError();
+    }
+    if (!S_ISREG(status.st_mode)) {
+        throw FileFailure{S_ISDIR(status.st_mode) ? FileFailure::Reason::directory
+                                                  : FileFailure::Reason::notOrdinary,
+                          {}};
+    }
 }
 
 } // namespace
@@ -48,13 +63,7 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
     using Reason = FileFailure::Reason;
     // O_NONBLOCK: a pipe without a writer must not hold the program up.
     const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    struct stat status = {};
-    if (file.get() < 0 || fstat(file.get(), &status) != 0) {
-        failWithLastError();
-    }
-    if (!S_ISREG(status.st_mode)) {
-        throw FileFailure{S_ISDIR(status.st_mode) ? Reason::directory : Reason::notOrdinary, {}};
-    }
+    check(file.get());
     // Read to the end: the files of /proc, for example, report a size of 0.
     std::string bytes;
     for (;;) {
@@ -75,16 +84,32 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
     }
 }
 
-namespace {
-constexpr int CLOSED = -1;
-} // namespace
+std::filesystem::path fullPath(const std::filesystem::path& path) {
+    std::error_code failure;
+    return std::filesystem::absolute(path, failure);
+}
 
-FileToWrite::FileToWrite(const std::filesystem::path& path)
-    : m_handle(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY | O_CLOEXEC, 0666)) {
-    if (m_handle == CLOSED) {
-        failWithLastError();
+void checkWritable(const std::filesystem::path& path) {
+    const Descriptor file(open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (file.get() >= 0 || errno != ENOENT) {
+        check(file.get());
     }
 }
+
+namespace {
+
+constexpr int CLOSED = -1;
+
+int created(const std::filesystem::path& path) {
+    Descriptor file(
+        open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666));
+    check(file.get());
+    return file.release();
+}
+
+} // namespace
+
+FileToWrite::FileToWrite(const std::filesystem::path& path) : m_handle(created(path)) {}
 
 FileToWrite::~FileToWrite() {
     if (m_handle != CLOSED) {

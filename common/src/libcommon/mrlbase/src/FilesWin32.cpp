@@ -67,6 +67,21 @@ bool namesDevice(CharView name) {
                       {static_cast<int>(error), std::system_category()}};
 }
 
+using OpenFile = std::unique_ptr<void, decltype(&CloseHandle)>;
+
+// What CreateFileW returned.
+// Failure: throws FileFailure when it is none, or not on a disk
+OpenFile checkedFile(HANDLE opened) {
+    if (opened == INVALID_HANDLE_VALUE) {
+        fail(GetLastError());
+    }
+    OpenFile file(opened, &CloseHandle);
+    if (GetFileType(opened) != FILE_TYPE_DISK) {
+        throw FileFailure{FileFailure::Reason::notOrdinary, {}};
+    }
+    return file;
+}
+
 } // namespace
 
 FileKind fileKind(const std::filesystem::path& path) {
@@ -93,16 +108,9 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
     // A link may still lead to a pipe: with SECURITY_ANONYMOUS its server cannot identify the user.
     // ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION,
     // ERROR_INVALID_NAME
-    const HANDLE opened = CreateFileW(
+    const OpenFile file = checkedFile(CreateFileW(
         path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-        OPEN_EXISTING, SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS, nullptr);
-    if (opened == INVALID_HANDLE_VALUE) {
-        fail(GetLastError());
-    }
-    const std::unique_ptr<void, decltype(&CloseHandle)> file(opened, &CloseHandle);
-    if (GetFileType(file.get()) != FILE_TYPE_DISK) {
-        throw FileFailure{Reason::notOrdinary, {}};
-    }
+        OPEN_EXISTING, SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS, nullptr));
     // One piece of the file's size and one byte, by which the end is seen, when that is small.
     constexpr DWORD PIECE = 0x10000;
     LARGE_INTEGER size{};
@@ -128,6 +136,22 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
     }
 }
 
+std::filesystem::path fullPath(const std::filesystem::path& path) {
+    return fullName(path);
+}
+
+void checkWritable(const std::filesystem::path& path) {
+    const HANDLE opened = CreateFileW(
+        path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+        nullptr, OPEN_EXISTING, SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS, nullptr);
+    if (opened == INVALID_HANDLE_VALUE &&
+        (GetLastError() == ERROR_FILE_NOT_FOUND || GetLastError() == ERROR_PATH_NOT_FOUND)) {
+        return;
+    }
+    // ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION, ERROR_INVALID_NAME
+    checkedFile(opened);
+}
+
 namespace {
 
 HANDLE handleOf(std::intptr_t value) {
@@ -142,12 +166,9 @@ FileToWrite::FileToWrite(const std::filesystem::path& path)
     // ERROR_PATH_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION, ERROR_INVALID_NAME,
     // ERROR_DISK_FULL
     : m_handle(reinterpret_cast<std::intptr_t>(
-          CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                      CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr))) {
-    if (m_handle == CLOSED) {
-        fail(GetLastError());
-    }
-}
+          checkedFile(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                  nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr))
+              .release())) {}
 
 FileToWrite::~FileToWrite() {
     if (m_handle != CLOSED) {

@@ -8,8 +8,9 @@ namespace mrl {
 
 namespace {
 
-// Refuses a member that an object has twice: the parser would keep the last one silently.
-class DuplicateGuard {
+// Refuses a member that an object has twice, which the parser would overwrite silently, and objects
+// with too many members.
+class MemberGuard {
 public:
     bool operator()(int /*depth*/, Json::parse_event_t event, const Json& parsed) {
         switch (event) {
@@ -23,6 +24,9 @@ public:
             const auto& member = parsed.get_ref<const std::string&>();
             if (!m_open.back().insert(member).second) {
                 throw JsonFailure(JsonFailure::Reason::memberTwice, member);
+            }
+            if (m_open.back().size() > JsonFailure::MOST_MEMBERS) {
+                throw JsonFailure(JsonFailure::Reason::tooManyMembers, member);
             }
             break;
         }
@@ -68,6 +72,9 @@ std::string refusal(JsonFailure::Reason reason, const std::string& detail, std::
                detail;
     case JsonFailure::Reason::memberTwice:
         return "the member \"" + detail + "\" is there twice in one object";
+    case JsonFailure::Reason::tooManyMembers:
+        return "one object has more than " + std::to_string(JsonFailure::MOST_MEMBERS) +
+               " members, the first beyond being \"" + detail + "\"";
     case JsonFailure::Reason::number:
         break;
     }
@@ -82,7 +89,7 @@ JsonFailure::JsonFailure(Reason why, std::string about, std::size_t inLine, std:
 
 Json parseJson(std::string_view text) {
     try {
-        DuplicateGuard guard;
+        MemberGuard guard;
         return Json::parse(text, std::ref(guard));
     } catch (const Json::parse_error& failure) {
         throw syntaxFailure(text, failure);

@@ -36,6 +36,8 @@ bool endsInALine(const std::filesystem::path& path) {
     return last != '\n';
 }
 
+constexpr const char* NOT_ORDINARY = "it is no ordinary file";
+
 [[noreturn]] void failToOpen(std::string_view path, const std::string& reason) {
     throw Exception(String("Failed opening file " + std::string(path) + " for writing: " + reason));
 }
@@ -70,7 +72,12 @@ private:
 std::shared_ptr<LogSink> fileLogSink(std::string_view path) {
     // Opening alone has effects: a port is claimed, a pipe connected.
     if (fileKind(System::path(path)) == FileKind::other) {
-        failToOpen(path, "it is no ordinary file");
+        failToOpen(path, NOT_ORDINARY);
+    }
+    try {
+        checkWritable(System::path(path));
+    } catch (const FileFailure& failure) {
+        failToOpen(path, failure.error ? failure.error.message() : NOT_ORDINARY);
     }
     return std::make_shared<FileSink>(path);
 }

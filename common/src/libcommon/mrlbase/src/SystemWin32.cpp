@@ -23,6 +23,20 @@ std::filesystem::path System::executableFolder() {
     }
 }
 
+Uint32 System::processId() {
+    return GetCurrentProcessId();
+}
+
+bool System::processRuns(Uint32 id) {
+    const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, id);
+    if (process == nullptr) {
+        return GetLastError() != ERROR_INVALID_PARAMETER; // else ERROR_ACCESS_DENIED
+    }
+    const DWORD ended = WaitForSingleObject(process, 0);
+    CloseHandle(process);
+    return ended != WAIT_OBJECT_0;
+}
+
 std::vector<std::string> System::interfaceLanguages() {
     ULONG count = 0;
     ULONG length = 0;

@@ -33,15 +33,32 @@ std::string needsValue(const OptionDescription& option) {
         {{"Option", option.name}, {"Argument", option.argument}, {"Example", option.example}});
 }
 
+bool isBlank(std::string_view text) {
+    return text.find_first_not_of(" \t") == std::string_view::npos;
+}
+
+const OptionDescription* optionOf(const std::string& argument) {
+    const std::string name = argument.substr(0, argument.find('='));
+    return optionNamed(name == "-h" ? "--help" : name);
+}
+
 // By itself the parser takes whatever follows an option as its value, even the next option, so that
-// a report could be named "--log". It skips an empty value, and reads the value of a switch as a
-// number or as a word for yes or no.
+// a report could be named "--log". It skips an empty value, reads the value of a switch as a number
+// or as a word for yes or no, and drops what follows "--" where no names are taken.
 void refuseMisplacedValues(const std::vector<std::string>& arguments) {
-    for (std::size_t i = 0; i < arguments.size() && arguments[i] != "--"; ++i) {
+    bool afterCommand = false;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
+        if (argument == "--") {
+            if (!afterCommand) {
+                throw BadInput{message("INPUT_UNKNOWN_OPTION", {{"Name", argument}})};
+            }
+            return;
+        }
         const std::size_t equals = argument.find('=');
-        const OptionDescription* option = optionNamed(argument.substr(0, equals));
+        const OptionDescription* option = optionOf(argument);
         if (option == nullptr) {
+            afterCommand = afterCommand || commandNamed(argument) != nullptr;
             continue;
         }
         if (option->argument == nullptr) {
@@ -53,13 +70,13 @@ void refuseMisplacedValues(const std::vector<std::string>& arguments) {
             continue;
         }
         if (equals != std::string::npos) {
-            if (equals + 1 == argument.size()) {
+            if (isBlank(std::string_view(argument).substr(equals + 1))) {
                 throw BadInput{needsValue(*option)};
             }
             continue;
         }
         ++i;
-        if (i == arguments.size() || arguments[i].empty() || arguments[i].starts_with("--")) {
+        if (i == arguments.size() || isBlank(arguments[i]) || arguments[i].starts_with("--")) {
             throw BadInput{needsValue(*option)};
         }
     }
@@ -132,14 +149,22 @@ private:
         try {
             m_app.parse(std::move(arguments));
         } catch (const CLI::CallForHelp&) {
+            refuseExtras(); // which the parser would not look at any more
             m_helpWanted = true;
         } catch (const CLI::CallForVersion&) {
+            refuseExtras();
             m_versionWanted = true;
         } catch (const CLI::ExtrasError&) {
-            const std::vector<std::string> unknown = m_app.remaining(true);
-            throw BadInput{refusalOf(unknown.empty() ? std::string() : unknown.front())};
+            refuseExtras();
         } catch (const CLI::ParseError& failure) {
             throw BadInput{message("INPUT_USAGE", {{"Problem", failure.what()}})};
+        }
+    }
+
+    void refuseExtras() const {
+        const std::vector<std::string> unknown = m_app.remaining(true);
+        if (!unknown.empty()) {
+            throw BadInput{refusalOf(unknown.front())};
         }
     }
 

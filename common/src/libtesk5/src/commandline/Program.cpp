@@ -24,6 +24,7 @@
 
 #include <mrl/Exception.h>
 #include <mrl/Logger.h>
+#include <mrl/System.h>
 
 #include <algorithm>
 
@@ -33,7 +34,8 @@ namespace {
 
 constexpr int LOG_LEVEL_WITH_FILE = 1;
 
-void refuseSharedFiles(const CommandLine& line) {
+// The files that the command line and the configuration name, each with its option.
+std::vector<std::pair<const char*, std::string>> filesOf(const CommandLine& line) {
     std::vector<std::pair<const char*, std::string>> files;
     const auto add = [&files](const char* option, const std::optional<std::string>& path) {
         if (path) {
@@ -46,6 +48,11 @@ void refuseSharedFiles(const CommandLine& line) {
         add(report.kind->option, report.file);
     }
     add("--log", line.logFile);
+    return files;
+}
+
+void refuseSharedFiles(const CommandLine& line) {
+    const auto files = filesOf(line);
     for (auto a = files.begin(); a != files.end(); ++a) {
         for (auto b = a + 1; b != files.end(); ++b) {
             if (nameSameFile(a->second, b->second)) {
@@ -59,6 +66,9 @@ void refuseSharedFiles(const CommandLine& line) {
 
 void openLog(const CommandLine& line) {
     if (line.logFile) {
+        std::error_code ignored; // the log then says why it cannot be opened
+        std::filesystem::create_directories(mrl::System::path(*line.logFile).parent_path(),
+                                            ignored);
         try {
             mrl::LogFactory::setSink(mrl::fileLogSink(*line.logFile));
         } catch (const mrl::Exception& failure) {
@@ -204,9 +214,11 @@ int run(const CommandLine& given, RunContext& context) {
     applySettings(registry, line.settings, tests);
     demandValues(line.settings, tests);
     refuseSharedFiles(line);
+    const std::vector<std::string> named =
+        textsOf(filesOf(line), [](const auto& file) { return file.second; });
     std::vector<ReportFile> reports;
     for (const RequestedReport& report : line.reports) {
-        reports.emplace_back(report.file);
+        reports.emplace_back(report.file, named);
     }
     const DeviceList devices = devicesFor(line);
     Console console(context, styleFor(line, context.output));

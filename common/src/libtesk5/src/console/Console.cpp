@@ -18,12 +18,14 @@ namespace {
 
 constexpr const char* COLOUR_END = "\x1b[0m";
 
-const char* colourOf(const TestResult& result) {
-    if (result.good()) {
+const char* colourOf(const Outcome& outcome) {
+    if (plainlyGood(outcome)) {
         return "\x1b[32m";
     }
-    return result == TestResult::WARN() || result == TestResult::USERABORTED() ? "\x1b[33m"
-                                                                               : "\x1b[31m";
+    const TestResult& result = outcome.result;
+    return result.good() || result == TestResult::WARN() || result == TestResult::USERABORTED()
+               ? "\x1b[33m"
+               : "\x1b[31m";
 }
 
 // `texts` with `separator` between them.
@@ -64,7 +66,7 @@ std::string runText(const char* key, const PlannedRun& run) {
     return message(key, {{"Test", run.test->name()}, {"Device", run.device->name()}});
 }
 
-// The possible causes of a missing verdict, one line for each finding.
+// The possible causes of a result, one line for each finding.
 void writeAdvice(mrl::OutputStream& stream, const Findings& advice) {
     for (const Finding& finding : advice) {
         writeLine(stream, "  " + message("DOCTOR_CAUSE") + ": " + message(finding));
@@ -100,7 +102,7 @@ void Console::writeEvent(const RaisedEvent& event) {
     const std::string head =
         "  " + message(event.severity == Severity::error ? "CONSOLE_ERROR" : "CONSOLE_WARNING") +
         " ";
-    writeLine(m_output, head + event.text);
+    writeLine(m_output, head + eventText(event));
     for (const auto& [name, value] : unspokenVariables(event)) {
         writeLine(m_output, std::string(mrl::columnsOf(head), ' ') + name.utf8() + ": " +
                                 value.valueString().utf8());
@@ -116,7 +118,7 @@ void Console::writeVerdict(const Outcome& outcome) {
     // The colours go in last: escape sequences in names are escaped by then.
     const std::size_t place = text.find(result);
     if (m_style.colours && place != std::string::npos) {
-        text.replace(place, result.size(), colourOf(outcome.result) + result + COLOUR_END);
+        text.replace(place, result.size(), colourOf(outcome) + result + COLOUR_END);
     }
     if (!outcome.failure.empty()) {
         text += ": " + mrl::escapeControls(outcome.failure);
@@ -166,11 +168,15 @@ void Console::endLiveLine() {
 
 void Console::onTestEnd(const Outcome& outcome) {
     endLiveLine();
-    if (m_style.quiet && outcome.result.good()) {
+    if (m_style.quiet && plainlyGood(outcome)) {
         return;
     }
     if (m_style.quiet || !outcome.started) {
         writeHead({outcome.test, outcome.device});
+    }
+    const bool explained = adviceExplains(outcome);
+    if (explained) {
+        writeAdvice(m_output, outcome.advice);
     }
     for (const RaisedEvent& event : outcome.events) {
         writeEvent(event);
@@ -179,7 +185,9 @@ void Console::onTestEnd(const Outcome& outcome) {
         writeLine(m_output, "  " + measurementLine(measurement));
     }
     writeVerdict(outcome);
-    writeAdvice(m_output, outcome.advice);
+    if (!explained) {
+        writeAdvice(m_output, outcome.advice);
+    }
 }
 
 void Console::onTestBroken(const PlannedRun& run, const std::string& reason) {

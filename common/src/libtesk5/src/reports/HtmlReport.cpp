@@ -97,6 +97,9 @@ Json eventJson(const RaisedEvent& event) {
     setKind(json, kindOf(event.severity));
     json["word"] = message(event.severity == Severity::error ? "REPORT_ERROR" : "REPORT_WARNING");
     json["sentence"] = sentenceMarkup(event.key, event.variables);
+    json["times"] = event.count == 1
+                        ? Json(nullptr)
+                        : Json(message("REPORT_TIMES", {{"Count", std::to_string(event.count)}}));
     json["variables"] = listOf(unspokenVariables(event), [](const auto& variable) -> Json {
         return {{"name", variable.first.utf8()}, {"value", variable.second.valueString().utf8()}};
     });
@@ -222,6 +225,9 @@ Json partJson(const Outcome& outcome, bool mirrored) {
             ? Json(message("REPORT_SECONDS", {{"Seconds", secondsText(outcome.seconds)}}))
             : Json(nullptr);
     Json json = resultJson(outcome.result);
+    if (outcome.result.good() && !plainlyGood(outcome)) {
+        setKind(json, WARNING);
+    }
     json["test"] = translation(outcome.test->name()).utf8();
     json["device"] = outcome.device->name().utf8();
     json["started"] = timeJson(outcome.time);
@@ -233,7 +239,7 @@ Json partJson(const Outcome& outcome, bool mirrored) {
     });
     json["surveys"] = listOf(
         outcome.surveys, [mirrored](const Survey& survey) { return surveyJson(survey, mirrored); });
-    json["advice"] = adviceJson(outcome.advice);
+    json[adviceExplains(outcome) ? "causes" : "advice"] = adviceJson(outcome.advice);
     json["parameters"] = parametersJson(outcome);
     json["properties"] = propertiesJson(*outcome.device);
     return json;
@@ -318,6 +324,10 @@ std::string htmlReportOf(const RunRecord& run) {
     page["ended"] = timeJson(run.ended);
     page["exit"] = message("REPORT_EXIT", {{"Value", std::to_string(run.exitValue)}});
     page["overall"] = several ? resultJson(overall) : Json(nullptr);
+    if (several && overall.good() &&
+        !std::all_of(run.outcomes.begin(), run.outcomes.end(), &plainlyGood)) {
+        setKind(page["overall"], WARNING);
+    }
     page["parts"] = partsOf(run, mirrored);
     page["leftOut"] =
         run.leftOut == 0

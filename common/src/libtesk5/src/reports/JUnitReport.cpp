@@ -145,14 +145,13 @@ std::string reasonFor(const Outcome& outcome) {
     if (!outcome.failure.empty()) {
         return outcome.failure;
     }
+    if (adviceExplains(outcome)) {
+        return adviceLines(outcome.advice).front();
+    }
     if (const RaisedEvent* event = leadingEvent(outcome)) {
         return event->text;
     }
-    if (!outcome.started) {
-        return message("REPORT_NOT_STARTED");
-    }
-    const std::vector<std::string> advice = adviceLines(outcome.advice);
-    return advice.empty() ? resultInWords(outcome.result) : advice.front();
+    return outcome.started ? resultInWords(outcome.result) : message("REPORT_NOT_STARTED");
 }
 
 std::vector<std::string> eventLines(const Outcome& outcome) {
@@ -161,7 +160,7 @@ std::vector<std::string> eventLines(const Outcome& outcome) {
         lines.push_back(outcome.failure);
     }
     for (const RaisedEvent& event : outcome.events) {
-        lines.push_back(std::string(severityName(event.severity)) + ": " + event.text);
+        lines.push_back(std::string(severityName(event.severity)) + ": " + eventText(event));
         lines.push_back("  " + event.key.utf8() + " (" + event.file + ":" +
                         std::to_string(event.line) + ")");
         for (const auto& [name, value] : event.variables) {

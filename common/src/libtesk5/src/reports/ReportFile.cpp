@@ -3,6 +3,7 @@
 #include <tesk5/TeskException.h>
 #include <tesk5/Texts.h>
 
+#include "model/Decimal.h"
 #include "texts/BadInput.h"
 #include "texts/SystemReason.h"
 
@@ -10,8 +11,7 @@
 #include <mrl/System.h>
 #include <mrl/Unicode.h>
 
-#include <cerrno>
-#include <fstream>
+#include <algorithm>
 #include <random>
 #include <system_error>
 #include <vector>
@@ -22,55 +22,76 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* TEMPORARY = ".tmp";
+// A report is written in a folder of its own beside its target, "report.json.PROCESS-NUMBER.tmp",
+// from which it moves to its place. What a killed process leaves is known by that folder's name and
+// by the one file in it.
+constexpr const char* FOLDER_END = ".tmp";
+constexpr const char* REPORT = "mrl-report";
 
 struct IsDevice {};
 
-// A new file in the folder of `target`, removed again unless it takes the target's place.
-// Failure: operations throw mrl::FileFailure, the constructor also IsDevice
-class TemporaryFile {
+[[noreturn]] void fail(const std::error_code& error) {
+    throw mrl::FileFailure{mrl::FileFailure::Reason::system, error};
+}
+
+// A new folder beside `target`, removed again with its report.
+// Failure: the constructor throws mrl::FileFailure or IsDevice
+class TemporaryFolder {
 public:
-    explicit TemporaryFile(const fs::path& target) : m_path(freeNameBeside(target)) {
-        m_file.emplace(m_path);
-        if (std::error_code ignored; !fs::is_regular_file(m_path, ignored)) {
+    explicit TemporaryFolder(const fs::path& target) {
+        std::random_device random;
+        std::error_code failure;
+        do {
+            m_path = target;
+            m_path += "." + std::to_string(mrl::System::processId()) + "-" +
+                      std::to_string(random()) + FOLDER_END;
+        } while (!fs::create_directory(m_path, failure) && !failure && fs::exists(m_path));
+        if (failure) {
+            fail(failure);
+        }
+        if (!fs::is_directory(m_path, failure)) {
             throw IsDevice{}; // NUL.anything is NUL, too
         }
     }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() {
-        m_file.reset();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder() { remove(m_path); }
+
+    fs::path report() const { return m_path / REPORT; }
+
+    /// Removes the folder at `path`; it stays when it holds something besides a report.
+    static void remove(const fs::path& path) {
         std::error_code ignored;
-        fs::remove(m_path, ignored);
+        fs::remove(path / REPORT, ignored);
+        fs::remove(path, ignored);
     }
 
+private:
+    fs::path m_path;
+};
+
+// The file in a temporary folder, until it takes the place of its target.
+// Failure: operations throw mrl::FileFailure, the constructor also IsDevice
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const fs::path& target) : m_folder(target), m_file(m_folder.report()) {}
+
     void write(const std::string& text) {
-        m_file->write(text);
-        m_file->close();
+        m_file.write(text);
+        m_file.close();
     }
 
     void takePlaceOf(const fs::path& target) const {
         std::error_code failure;
-        fs::rename(m_path, target, failure);
+        fs::rename(m_folder.report(), target, failure);
         if (failure) {
-            throw mrl::FileFailure{mrl::FileFailure::Reason::system, failure};
+            fail(failure);
         }
     }
 
 private:
-    static fs::path freeNameBeside(const fs::path& target) {
-        std::random_device random;
-        std::error_code ignored;
-        fs::path path;
-        do {
-            path = target;
-            path += "." + std::to_string(random()) + TEMPORARY;
-        } while (fs::exists(path, ignored));
-        return path;
-    }
-
-    fs::path m_path;
-    std::optional<mrl::FileToWrite> m_file;
+    TemporaryFolder m_folder;
+    mrl::FileToWrite m_file;
 };
 
 // Why `use` of a temporary file fails; nothing when it does not.
@@ -82,35 +103,77 @@ std::optional<std::string> whatFails(Use use) {
     } catch (const IsDevice&) {
         return message("INPUT_FILE_IS_DEVICE");
     } catch (const mrl::FileFailure& failure) {
-        return systemReason(failure.error, Message("INPUT_FILE_UNWRITABLE")).text();
+        return fileReason(failure).text();
     }
 }
 
-// Removes temporary files beside `target` that a killed process left. One that is being written
-// stays: the system does not delete an open file.
-void removeLeftovers(const fs::path& target) {
+// The process that made a temporary folder of this name beside `target`; nothing for other names.
+std::optional<mrl::Uint32> makerOf(const fs::path& name, const fs::path& target) {
     const fs::path::string_type start = target.filename().native() + fs::path(".").native();
-    const fs::path::string_type end = fs::path(TEMPORARY).native();
-    const fs::path::string_type digits = fs::path("0123456789").native();
-    const auto isLeftover = [&](const fs::path::string_type& name) {
-        return name.size() > start.size() + end.size() && name.starts_with(start) &&
-               name.ends_with(end) &&
-               name.find_first_not_of(digits, start.size()) == name.size() - end.size();
-    };
+    if (!name.native().starts_with(start)) {
+        return std::nullopt;
+    }
+    std::string rest; // PROCESS-NUMBER.tmp
+    for (const fs::path::value_type unit : name.native().substr(start.size())) {
+        rest += static_cast<unsigned>(unit) < 0x80U ? static_cast<char>(unit) : '?';
+    }
+    const std::size_t dash = rest.find('-');
+    const std::size_t end = rest.find('.');
+    if (dash > end || rest.substr(std::min(end, rest.size())) != FOLDER_END ||
+        !parseUint32(std::string_view(rest).substr(dash + 1, end - dash - 1))) {
+        return std::nullopt;
+    }
+    return parseUint32(std::string_view(rest).substr(0, dash));
+}
+
+// Removes temporary folders beside `target` whose process has ended without doing so, unless one of
+// the `kept` files is in it.
+void removeLeftovers(const fs::path& target, const std::vector<std::string>& kept) {
     std::error_code failure;
     std::vector<fs::path> leftovers;
     const fs::path folder = target.parent_path();
     for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, failure), last;
          !failure && entry != last; entry.increment(failure)) {
-        if (isLeftover(entry->path().filename().native()) &&
-            mrl::fileKind(entry->path()) == mrl::FileKind::ordinary) {
+        const std::optional<mrl::Uint32> process = makerOf(entry->path().filename(), target);
+        if (process && !mrl::System::processRuns(*process) &&
+            mrl::fileKind(entry->path()) == mrl::FileKind::directory) {
             leftovers.push_back(entry->path());
         }
     }
     for (const fs::path& leftover : leftovers) {
-        fs::remove(leftover, failure);
+        const auto holds = [&leftover](const std::string& file) {
+            std::error_code ignored;
+            return fs::equivalent(mrl::System::path(file).parent_path(), leftover, ignored);
+        };
+        if (std::none_of(kept.begin(), kept.end(), holds)) {
+            TemporaryFolder::remove(leftover);
+        }
     }
 }
+
+// The missing folders above a file, made for as long as this lives.
+class FoldersAbove {
+public:
+    explicit FoldersAbove(const fs::path& file) {
+        std::error_code failure;
+        for (fs::path folder = file.parent_path(); !folder.empty() && !fs::exists(folder, failure);
+             folder = folder.parent_path()) {
+            m_made.push_back(folder);
+        }
+        fs::create_directories(file.parent_path(), failure); // what fails shows with the file
+    }
+    FoldersAbove(const FoldersAbove&) = delete;
+    FoldersAbove& operator=(const FoldersAbove&) = delete;
+    ~FoldersAbove() {
+        std::error_code ignored;
+        for (const fs::path& folder : m_made) {
+            fs::remove(folder, ignored);
+        }
+    }
+
+private:
+    std::vector<fs::path> m_made; ///< the deepest first
+};
 
 // Why `target` cannot be replaced; nothing when it can.
 std::optional<std::string> whyNotReplaceable(const fs::path& target) {
@@ -122,17 +185,14 @@ std::optional<std::string> whyNotReplaceable(const fs::path& target) {
         return message("INPUT_FILE_IS_DIRECTORY");
     case mrl::FileKind::other:
         return message("INPUT_FILE_NOT_ORDINARY");
-    case mrl::FileKind::missing:
+    default:
         break;
-    case mrl::FileKind::ordinary:
-        errno = 0;
-        const std::fstream present(target, std::ios::binary | std::ios::in | std::ios::out);
-        if (!present) {
-            return systemReason({errno, std::generic_category()}, Message("INPUT_FILE_UNWRITABLE"))
-                .text();
-        }
     }
-    return whatFails([&target] { const TemporaryFile file(target); });
+    return whatFails([&target] {
+        mrl::checkWritable(target);
+        const FoldersAbove folders(target);
+        const TemporaryFile file(target);
+    });
 }
 
 fs::path followed(const fs::path& path) {
@@ -144,25 +204,61 @@ fs::path followed(const fs::path& path) {
     return failure ? path : target;
 }
 
+// Whether another process that replaces or reads the file just now can be the reason.
+bool mayPass(const std::error_code& error) {
+    return error == std::errc::permission_denied || error == std::errc::device_or_resource_busy ||
+           error == std::errc::no_such_file_or_directory;
+}
+
+void replaceOnce(const fs::path& target, const std::string& text) {
+    std::error_code ignored;
+    fs::create_directories(target.parent_path(), ignored);
+    TemporaryFile file(target);
+    file.write(text);
+    file.takePlaceOf(target);
+}
+
+// Of two runs that write one report at once, each replaces it in turn. The system refuses that
+// while the other one does it.
+void replaceInTurn(const fs::path& target, const std::string& text) {
+    constexpr int ATTEMPTS = 100;
+    constexpr unsigned PAUSE_MS = 20;
+    for (int attempt = 1;; ++attempt) {
+        try {
+            replaceOnce(target, text);
+            return;
+        } catch (const mrl::FileFailure& failure) {
+            if (attempt == ATTEMPTS || !mayPass(failure.error)) {
+                throw;
+            }
+        }
+        mrl::System::mssleep(PAUSE_MS);
+    }
+}
+
+bool sameName(const fs::path& a, const fs::path& b) {
+#ifdef _WIN32
+    return mrl::equalNoCase(a.native(), b.native());
+#else
+    return a == b;
+#endif
+}
+
 } // namespace
 
-ReportFile::ReportFile(std::string path)
-    : m_path(std::move(path)), m_target(followed(mrl::System::path(m_path))) {
+ReportFile::ReportFile(std::string path, std::vector<std::string> kept)
+    : m_path(std::move(path)), m_target(followed(mrl::System::path(m_path))),
+      m_kept(std::move(kept)) {
     if (const auto reason = whyNotReplaceable(m_target)) {
         throw BadInput{message("INPUT_REPORT_UNWRITABLE", {{"File", m_path}, {"Reason", *reason}})};
     }
 }
 
 void ReportFile::replace(const std::string& text) const {
-    removeLeftovers(m_target);
-    const std::optional<std::string> failure = whatFails([&] {
-        TemporaryFile file(m_target);
-        file.write(text);
-        file.takePlaceOf(m_target);
-    });
-    if (failure) {
+    removeLeftovers(m_target, m_kept);
+    if (const auto reason = whatFails([&] { replaceInTurn(m_target, text); })) {
         throw TeskException(TeskString(
-            message("INPUT_REPORT_NOT_REPLACED", {{"File", m_path}, {"Reason", *failure}})));
+            message("INPUT_REPORT_NOT_REPLACED", {{"File", m_path}, {"Reason", *reason}})));
     }
 }
 
@@ -172,18 +268,17 @@ std::optional<std::string> whyNotWritable(const std::string& path) {
 
 bool nameSameFile(const std::string& a, const std::string& b) {
     std::error_code failure;
-    const fs::path first = mrl::System::path(a);
-    const fs::path second = mrl::System::path(b);
+    const fs::path first = mrl::fullPath(mrl::System::path(a));
+    const fs::path second = mrl::fullPath(mrl::System::path(b));
     if (fs::equivalent(first, second, failure)) {
         return true;
     }
-    const fs::path firstWhole = fs::weakly_canonical(fs::absolute(first, failure), failure);
-    const fs::path secondWhole = fs::weakly_canonical(fs::absolute(second, failure), failure);
-#ifdef _WIN32
-    return mrl::equalNoCase(firstWhole.native(), secondWhole.native());
-#else
-    return firstWhole == secondWhole;
-#endif
+    // A file that is not there yet: its folder can have several names too.
+    if (sameName(first.filename(), second.filename()) &&
+        fs::equivalent(first.parent_path(), second.parent_path(), failure)) {
+        return true;
+    }
+    return sameName(fs::weakly_canonical(first, failure), fs::weakly_canonical(second, failure));
 }
 
 } // namespace tesk5

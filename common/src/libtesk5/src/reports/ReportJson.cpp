@@ -61,6 +61,9 @@ Json jsonOf(const RaisedEvent& event) {
     json["file"] = event.file;
     json["line"] = event.line;
     json["time"] = mrl::utcText(event.time);
+    if (event.count > 1) {
+        json["count"] = event.count;
+    }
     return json;
 }
 

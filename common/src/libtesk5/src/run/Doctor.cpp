@@ -99,13 +99,17 @@ Findings serviceFindings() {
                                                 : Findings{moduleInfo().checkService()};
 }
 
-bool lacksVerdict(const Outcome& outcome) {
+bool lacksClearView(const Outcome& outcome) {
     const TestResult& result = outcome.result;
-    const bool endedByPerson =
-        result == TestResult::COMPLETED() || result == TestResult::USERABORTED();
     return result == TestResult::CANNOTRUN() ||
            (result == TestResult::FAIL() && outcome.measurements.empty()) ||
-           (endedByPerson && outcome.adviceRequested);
+           (result != TestResult::PASS() && outcome.adviceRequested);
+}
+
+bool reachedLimit(const Outcome& outcome) {
+    return std::any_of(
+        outcome.measurements.begin(), outcome.measurements.end(),
+        [](const Measurement& measurement) { return measurement.brokenLimit() != nullptr; });
 }
 
 } // namespace
@@ -131,14 +135,19 @@ Findings adviceFor(const Test& test, const DeviceList& devices) {
 }
 
 Findings adviceFor(const Outcome& outcome) {
-    if (!lacksVerdict(outcome)) {
-        return {};
+    Findings findings;
+    if (lacksClearView(outcome)) {
+        findings = serviceFindings();
+        if (std::all_of(findings.begin(), findings.end(), isGood) &&
+            moduleInfo().examine != nullptr) {
+            moduleInfo().examine(*outcome.device, ExaminationDepth::QUICK, findings);
+        }
+        std::erase_if(findings, isGood);
     }
-    Findings findings = serviceFindings();
-    if (std::all_of(findings.begin(), findings.end(), isGood) && moduleInfo().examine != nullptr) {
-        moduleInfo().examine(*outcome.device, ExaminationDepth::QUICK, findings);
+    if (reachedLimit(outcome) && moduleInfo().limitReached != nullptr) {
+        findings.push_back(
+            {moduleInfo().limitReached, false, {{"Device", outcome.device->name()}}});
     }
-    std::erase_if(findings, isGood);
     return findings;
 }
 

@@ -17,9 +17,10 @@ Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
 /// to the system.
 Findings adviceFor(const Test& test, const DeviceList& devices);
 
-/// Why a run may have ended without a verdict: with CANNOTRUN, with a FAIL that measured nothing,
-/// or by a person after its test had requested advice. Empty for any other run. Does not wait.
-/// Platform: what the module's check of the service and its examination call
+/// Why a run may have ended without a clear view: with CANNOTRUN, with a FAIL that measured
+/// nothing, or not with PASS after its test had requested advice. After a measurement that reached
+/// a limit, what to do about it. Empty for any other run. Does not wait. Platform: what the
+/// module's check of the service and its examination call
 Findings adviceFor(const Outcome& outcome);
 
 } // namespace tesk5

@@ -42,6 +42,21 @@ std::vector<std::string> observationLines(const Outcome& outcome) {
     return lines;
 }
 
+std::string eventText(const RaisedEvent& event) {
+    return event.count == 1
+               ? event.text
+               : message("REPORT_TEXT_TIMES",
+                         {{"Text", event.text}, {"Count", std::to_string(event.count)}});
+}
+
+bool adviceExplains(const Outcome& outcome) {
+    return !outcome.advice.empty() && outcome.measurements.empty();
+}
+
+bool plainlyGood(const Outcome& outcome) {
+    return outcome.result.good() && outcome.advice.empty();
+}
+
 Event::Variables unspokenVariables(const RaisedEvent& event) {
     const std::string pattern = translation(event.key).utf8();
     Event::Variables unspoken;

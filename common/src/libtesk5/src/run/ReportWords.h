@@ -14,8 +14,18 @@ std::string resultInWords(const TestResult& result);
 /// Measurements, surveys and advice, one line each.
 std::vector<std::string> observationLines(const Outcome& outcome);
 
+/// The text of an event, and how often it was raised if that was more than once.
+std::string eventText(const RaisedEvent& event);
+
 /// The variables of an event that its text does not contain.
 Event::Variables unspokenVariables(const RaisedEvent& event);
+
+/// Whether the advice explains the outcome, and so comes before the events: the test measured
+/// nothing, and what kept it from measuring is known.
+bool adviceExplains(const Outcome& outcome);
+
+/// Whether the result is good, and came from a clear view of what was tested.
+bool plainlyGood(const Outcome& outcome);
 
 /// The findings that are not good, one line each.
 std::vector<std::string> adviceLines(const Findings& advice);

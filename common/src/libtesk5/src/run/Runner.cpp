@@ -10,6 +10,8 @@
 #include <mrl/LoggerStream.h>
 #include <mrl/Stopwatch.h>
 
+#include <algorithm>
+
 namespace tesk5 {
 
 namespace {
@@ -45,6 +47,28 @@ Outcome unstarted(const PlannedRun& run, TestResult result, bool started) {
                    {}};
 }
 
+bool repeats(const RaisedEvent& event, const RaisedEvent& earlier) {
+    return event.key == earlier.key && event.severity == earlier.severity &&
+           event.text == earlier.text && event.file == earlier.file && event.line == earlier.line &&
+           event.variables == earlier.variables;
+}
+
+// Each event once, with the number of its repetitions.
+std::vector<RaisedEvent> counted(const std::vector<RaisedEvent>& events) {
+    std::vector<RaisedEvent> all;
+    for (const RaisedEvent& event : events) {
+        const auto same =
+            std::find_if(all.begin(), all.end(),
+                         [&event](const RaisedEvent& earlier) { return repeats(event, earlier); });
+        if (same == all.end()) {
+            all.push_back(event);
+        } else {
+            ++same->count;
+        }
+    }
+    return all;
+}
+
 // The text of the exception that is being handled; empty for a type without one.
 std::string reasonInFlight() {
     try {
@@ -76,7 +100,7 @@ Outcome execute(const PlannedRun& run, TestObserver& observer, std::exception_pt
         outcome.failure = reasonInFlight();
     }
     outcome.seconds = stopwatch.getElapsed();
-    outcome.events = recorder.events();
+    outcome.events = counted(recorder.events());
     outcome.measurements = recorder.measurements();
     outcome.surveys = recorder.surveys();
     outcome.adviceRequested = recorder.adviceRequested();

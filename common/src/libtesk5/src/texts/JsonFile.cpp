@@ -19,6 +19,10 @@ Message messageOf(const mrl::JsonFailure& failure) {
                                              {"Problem", failure.detail}});
     case mrl::JsonFailure::Reason::memberTwice:
         return Message("INPUT_JSON_MEMBER_TWICE", {{"Member", failure.detail}});
+    case mrl::JsonFailure::Reason::tooManyMembers:
+        return Message("INPUT_JSON_TOO_MANY_MEMBERS",
+                       {{"Member", failure.detail},
+                        {"Limit", std::to_string(mrl::JsonFailure::MOST_MEMBERS)}});
     case mrl::JsonFailure::Reason::number:
         break;
     }

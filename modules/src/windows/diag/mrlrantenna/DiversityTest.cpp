@@ -44,6 +44,7 @@ TestResult DiversityTest(const tesk5::DiagDevice& device) {
                 g_scanCompleteContext = dialog;
                 g_scanCompleteHandler = &MRLRAntennaDlg::refreshNetworks;
                 modalResult = dialog->DoModal();
+                dialog->recordObservations();
                 dialog->DestroyWindow();
                 delete std::exchange(dialog, nullptr);
             }

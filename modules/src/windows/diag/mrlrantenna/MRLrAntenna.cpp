@@ -5,6 +5,7 @@
 #include "MRLrAntenna.h"
 
 #include "ModuleObjects.h"
+#include "Observations.h"
 #include "WirelessDevice.h"
 
 #include <mrl/LoggerStream.h>
@@ -25,7 +26,6 @@ constexpr unsigned int POLL_INTERVAL_MS = 100;
 constexpr int RADIO_PHY = 0;
 
 constexpr unsigned int HIGHEST_THRESHOLD = 99;
-constexpr mrl::Uint32 HIGHEST_QUALITY = 100;
 
 // The longest that a phase and all that follows it take: two forced scans, then the search with
 // the reads of its last pass.
@@ -57,27 +57,16 @@ tesk5::Event* weakSignalEvent(const String& ssid, unsigned int threshold, unsign
         ->setVariable("DetectedSignalStrength", strength);
 }
 
-// Records the networks of the last refresh, for reports.
-void recordNetworks(const WirelessDevice& device, mrl::Uint32 count, mrl::Uint32 match) {
-    tesk5::Survey survey{"VISIBLE_NETWORKS", "%", 0, HIGHEST_QUALITY, {}};
-    for (mrl::Uint32 i = 0; i < count; ++i) {
-        const VisibleNetwork& network = device.m_visibleNetworks[i];
-        survey.entries.push_back({tesk5::TeskString(network.m_ssid),
-                                  static_cast<mrl::Uint32>(network.m_signalQuality), i == match});
-    }
-    DiagModule::surveyed(std::move(survey));
-}
-
-// The detected strength with the levels that are switched on.
-void recordStrength(unsigned int strength, unsigned int warn, unsigned int fail) {
-    tesk5::Measurement measurement{"DetectedSignalStrength", strength, "%", 0, HIGHEST_QUALITY, {}};
+// The levels that are switched on.
+std::vector<tesk5::Limit> limitsOf(unsigned int warn, unsigned int fail) {
+    std::vector<tesk5::Limit> limits;
     if (warn != 0) {
-        measurement.limits.push_back({"WarningSignalStrength", warn, tesk5::Severity::warning});
+        limits.push_back({"WarningSignalStrength", warn, tesk5::Severity::warning});
     }
     if (fail != 0) {
-        measurement.limits.push_back({"FailingSignalStrength", fail, tesk5::Severity::error});
+        limits.push_back({"FailingSignalStrength", fail, tesk5::Severity::error});
     }
-    DiagModule::measured(std::move(measurement));
+    return limits;
 }
 
 // Index of the first record whose name, trimmed, is `ssid` in any letter case; `count` when none
@@ -144,7 +133,7 @@ bool getAccessPointSignalStrength(const tesk5::DiagDevice& device, const String&
         String name;
         const mrl::Uint32 match = findNetwork(wirelessDevice, count, ssid, name);
         if (match < count) {
-            recordNetworks(wirelessDevice, count, match);
+            recordNetworks(wirelessDevice, match);
             moduleLog(181) << "getAccessPointSignalStrength::Found the matching SSID: " << name;
             signalStrength =
                 static_cast<unsigned int>(wirelessDevice.m_visibleNetworks[match].m_signalQuality);
@@ -164,7 +153,7 @@ bool getAccessPointSignalStrength(const tesk5::DiagDevice& device, const String&
             moduleLog(194)
                 << "getAccessPointSignalStrength() was not able to find a matching SSID: " << ssid
                 << " after trying for " << static_cast<int>(SEARCH_LIMIT_SECONDS) << " seconds";
-            recordNetworks(wirelessDevice, count, count);
+            recordNetworks(wirelessDevice, std::nullopt);
             return false;
         }
     }
@@ -242,7 +231,7 @@ TestResult WirelessSignalStrengthVerificationTest(const tesk5::DiagDevice& devic
         return TestResult::BADPARAMS();
     }
 
-    recordStrength(strength, warn, fail);
+    recordStrength(strength, limitsOf(warn, fail));
     if (fail != 0 && strength <= fail) {
         DiagModule::error(weakSignalEvent(ssid, fail, strength), MODULE_SOURCE_FILE, 282);
         moduleLog(283) << "WirelessSignalStrengthVerificationTest::SSID: " << ssid

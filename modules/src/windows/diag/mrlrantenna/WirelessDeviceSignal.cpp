@@ -3,6 +3,8 @@
 #include "WirelessDevice.h"
 #include "WirelessDeviceLog.h"
 
+#include <tesk5/DiagModule.h>
+
 #include <nativewifi/Api.h>
 
 #include <mrl/System.h>
@@ -63,7 +65,11 @@ bool WirelessDevice::forceScanMatched(const String& ssid, mrl::Uint32& signalStr
     if (interfaces != nullptr && interfaces->dwNumberOfItems != 0) {
         interfaceGuid = interfaces->InterfaceInfo[0].InterfaceGuid;
     }
-    if (api().WlanScan(scanHandle, &interfaceGuid, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
+    const DWORD scanned = api().WlanScan(scanHandle, &interfaceGuid, nullptr, nullptr, nullptr);
+    if (scanned != ERROR_SUCCESS) {
+        if (scanned == ERROR_ACCESS_DENIED) {
+            tesk5::DiagModule::requestAdvice();
+        }
         return false;
     }
     mrl::System::mssleep(SCAN_PAUSE_MS);

@@ -11,6 +11,8 @@
 #include <afxcmn.h>
 #include <afxwin.h>
 
+#include <optional>
+
 /// "Signal Strength Test", modal. Everything belongs to the thread that runs it, except
 /// refreshNetworks(), which any thread may call.
 ///
@@ -49,6 +51,9 @@ public:
     void updateRadioState();
     /// Arms the timer.
     void startWirelessProgress();
+    /// Records the networks of the last refresh and the strength that was shown last, for reports;
+    /// requests advice when there is no network. Makes no call to the platform.
+    void recordObservations() const;
     /// Signal quality of the current connection in percent, 0 without one; tells in words whether
     /// there is one. Blocks for 100 ms.
     unsigned int getSignalStrength();
@@ -84,6 +89,13 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    // The network whose details were shown last.
+    struct Shown {
+        mrl::String ssid;
+        mrl::Uint32 percent;
+    };
+    std::optional<Shown> m_shown;
+
     mrl::Int32 lastPhy() const;
     void setText(int controlId, const mrl::String& text);
     void createToolTip();

@@ -1,5 +1,6 @@
 // What the dialog shows: its texts, the list of networks, the details of the selected one.
 #include "ModuleObjects.h"
+#include "Observations.h"
 #include "mrlrantennaDlg.h"
 #include "mrlrantennaDlgLog.h"
 
@@ -165,6 +166,7 @@ void MRLRAntennaDlg::showNetwork(VisibleNetwork& network) {
     setText(IDC_STRENGTH_TEXT, network.getSignalQualityText());
     setText(IDC_STRENGTH_PERCENT, percentText(strength));
     m_signalMeter.SetPos(strength);
+    m_shown = Shown{.ssid = network.getSsid(), .percent = static_cast<mrl::Uint32>(strength)};
 }
 
 void MRLRAntennaDlg::clearNetwork() {
@@ -173,6 +175,24 @@ void MRLRAntennaDlg::clearNetwork() {
         setText(controlId, String());
     }
     m_signalMeter.SetPos(0);
+    m_shown.reset();
+}
+
+void MRLRAntennaDlg::recordObservations() const {
+    const mrl::MRLArray<VisibleNetwork>& networks = m_wirelessDevice->m_visibleNetworks;
+    if (networks.size() == 0) {
+        DiagModule::requestAdvice();
+    }
+    std::optional<mrl::Uint32> measured;
+    for (mrl::Uint32 i = 0; m_shown && !measured && i < networks.size(); ++i) {
+        if (networks[i].m_ssid == m_shown->ssid) {
+            measured = i;
+        }
+    }
+    recordNetworks(*m_wirelessDevice, measured);
+    if (m_shown) {
+        recordStrength(m_shown->percent, {});
+    }
 }
 
 void MRLRAntennaDlg::OnSelchangeComboNetwork() {
