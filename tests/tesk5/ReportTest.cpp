@@ -125,7 +125,9 @@ TEST_F(WholeRun, IsDescribedByTheJsonReport) {
                 "name": "VISIBLE", "unit": "%", "lowest": 0, "highest": 100,
                 "entries": [{"name": "<b>Far", "value": 5, "measured": false},
                             {"name": "Lab", "value": 12, "measured": true}]}],
-            "advice": []}],
+            "advice": [{"key": "LIMIT_REACHED", "good": false,
+                        "text": "Kärte\u2028<'&]]> is weak.",
+                        "variables": {"Device": "Kärte\u2028<'&]]>"}}]}],
         "withoutDevice": [{
             "test": "Other",
             "reasons": ["Kärte\u2028<'&]]>: lacks the property \"wired\""],
@@ -223,7 +225,8 @@ TEST_F(WholeRun, IsDescribedByTheJUnitReport) {
 Strength: 12 % [###..|....|..............] at or below the failing limit of 20 %
 VISIBLE:
   12 %  Lab  (measured)
-  5 %  &lt;b&gt;Far</system-out>
+  5 %  &lt;b&gt;Far
+Kärte\u2028&lt;&#39;&amp;]]&gt; is weak.</system-out>
     </testcase>
   </testsuite>
   <testsuite name="example.Other" timestamp="2026-11-20T19:55:01.123Z" tests="1" failures="0" errors="0" skipped="1" time="0.000">
