@@ -58,6 +58,37 @@ protected:
     }
 };
 
+TEST_F(EndOfTheDialog, RecordsTheNetworksAndTheStrengthThatWasShownLast) {
+    startRadio({network("Attic", 90U), network("Lab", 42U)});
+    runTest({[](Dialog& dialog) {
+        test::choose(dialog, 1);
+        test::push(dialog, IDC_FINISH);
+    }});
+    ASSERT_EQ(surveys().size(), 1U);
+    const std::vector<tesk5::Survey::Entry>& entries = surveys()[0].entries;
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0].name, "Attic");
+    EXPECT_EQ(entries[0].value, 90U);
+    EXPECT_FALSE(entries[0].measured);
+    EXPECT_EQ(entries[1].name, "Lab");
+    EXPECT_TRUE(entries[1].measured);
+    ASSERT_EQ(measurements().size(), 1U);
+    EXPECT_EQ(measurements()[0].name, "DetectedSignalStrength");
+    EXPECT_EQ(measurements()[0].value, 42U);
+    EXPECT_THAT(measurements()[0].limits, IsEmpty());
+    EXPECT_FALSE(adviceRequested());
+}
+
+TEST_F(EndOfTheDialog, RequestsAdviceWhenThereWasNoNetwork) {
+    startRadio(std::vector<radiosim::AccessPoint>());
+    EXPECT_EQ(runTest({[](Dialog& dialog) { test::push(dialog, IDC_FINISH); }}),
+              TestResult::COMPLETED());
+    EXPECT_TRUE(adviceRequested());
+    ASSERT_EQ(surveys().size(), 1U);
+    EXPECT_THAT(surveys()[0].entries, IsEmpty());
+    EXPECT_THAT(measurements(), IsEmpty());
+}
+
 struct End {
     const char* by;
     void (*act)(Dialog& dialog);

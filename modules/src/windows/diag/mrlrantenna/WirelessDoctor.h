@@ -10,6 +10,9 @@
 
 #include <vector>
 
+/// Key of the advice after a signal that reached a limit.
+inline constexpr const char* WEAK_SIGNAL_ADVICE = "ADVICE_WEAK_SIGNAL";
+
 /// Looks at the adapter's radio, at the access to its list of networks and, when the parameter
 /// "SSID" has a value, for that name as the verification test looks for it. What keeps the wireless
 /// service itself from answering is left to the framework.
