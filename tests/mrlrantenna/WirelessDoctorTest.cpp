@@ -274,4 +274,57 @@ TEST_F(WirelessDoctor, FindsExactlyTheNamesThatTheTestFinds) {
     startRadio({{.ssid = "Office"}}); // the scans of the search leave blocks behind
 }
 
+TEST_F(WirelessDoctor, ChecksTheParametersByTheRulesOfTheTest) {
+    struct {
+        const char* name;
+        const char* warn;
+        const char* fail;
+        std::vector<std::string> partial;  // what is given
+        std::vector<std::string> complete; // what a run needs
+    } const rows[] = {
+        {"Lab", "40", "20", {}, {"The parameters can be used."}},
+        {"Lab", "", "", {}, {"No signal strength threshold is set."}},
+        {"", "", "20", {}, {"No access point was named."}},
+        {"Lab",
+         "100",
+         "",
+         {"The parameter WarningSignalStrength is out of range."},
+         {"The parameter WarningSignalStrength is out of range."}},
+        {"Lab",
+         "20",
+         "20",
+         {"The failing signal strength (20 %) must be lower than the warning"},
+         {"The failing signal strength (20 %) must be lower than the warning"}},
+        {"Lab,WarningSignalStrength=40",
+         "40",
+         "",
+         {"The name \"Lab,WarningSignalStrength=40\" contains the parameter "
+          "WarningSignalStrength."},
+         {"The name \"Lab,WarningSignalStrength=40\" contains the parameter "
+          "WarningSignalStrength."}},
+        {"123456789012345678901234567890123",
+         "40",
+         "",
+         {"The name \"123456789012345678901234567890123\" has 33 bytes"},
+         {"The name \"123456789012345678901234567890123\" has 33 bytes"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        parameters::ssid->set(row.name);
+        parameters::warningSignalStrength->set(row.warn);
+        parameters::failingSignalStrength->set(row.fail);
+        for (const bool complete : {false, true}) {
+            const Findings findings = checkTestParameters(complete);
+            const std::vector<std::string>& expected = complete ? row.complete : row.partial;
+            ASSERT_EQ(findings.size(), expected.size());
+            for (std::size_t i = 0; i < findings.size(); ++i) {
+                EXPECT_THAT(message(findings[i]), testing::StartsWith(expected[i]));
+                EXPECT_EQ(findings[i].good, findings[i].key == "DOCTOR_PARAMETERS_USABLE");
+            }
+        }
+    }
+    parameters::warningSignalStrength->reset();
+    parameters::failingSignalStrength->reset();
+}
+
 } // namespace

@@ -58,16 +58,26 @@ TEST_F(BadInputs, AreRefusedWithWhatIsWrongAndWhatToDo) {
         {{"run", "Signl"},
          "there is no test \"Signl\", the nearest is \"Signal\"; the tests are \"Signal\", "
          "\"Asks\""},
-        {{"run", "signal"},
-         "there is no test \"signal\", the nearest is \"Signal\"; the tests are \"Signal\", "
-         "\"Asks\""},
         {{"run", "list"}, "there is no test \"list\"; the tests are \"Signal\", \"Asks\""},
         {{"run", ""}, "there is no test \"\"; the tests are \"Signal\", \"Asks\""},
         {{"run", "a\nb"}, "there is no test \"a\\nb\"; the tests are \"Signal\", \"Asks\""},
         {{"run", "Signal", "Signal"}, "the test \"Signal\" is named more than once; name it once"},
-        {{"rn"}, "there is no command \"rn\"; the commands are list, run, doctor, echo and bare"},
-        {{"/help"},
-         "there is no command \"/help\"; the commands are list, run, doctor, echo and bare"},
+        {{"rn"},
+         "there is no command \"rn\", the nearest is \"run\"; the commands are list, run, doctor, "
+         "echo and bare"},
+        {{"zzz"}, "there is no command \"zzz\"; the commands are list, run, doctor, echo and bare"},
+        {{"/set", "SSID=Lab"},
+         "there is no option \"/set\", the nearest is \"--set\"; --help shows what there is"},
+        {{"run", "\xE2\x80\x93set", "SSID=Lab"},
+         "there is no option \"\xE2\x80\x93set\", the nearest is \"--set\"; --help shows what "
+         "there is"},
+        {{"run", "SSID=Lab"},
+         "\"SSID=Lab\" is no test; to give a parameter its value, write --set SSID=Lab"},
+        {{"ssid=Lab"},
+         "\"ssid=Lab\" is no test; to give a parameter its value, write --set ssid=Lab"},
+        {{"doctor", "Lab"},
+         "the command doctor takes no \"Lab\"; to have it look for a name, write doctor --set "
+         "SSID=Lab"},
         {{"--jsno", "x", "run"},
          "there is no option \"--jsno\", the nearest is \"--json\"; --help shows what there is"},
         {{"list", "Signal"},
@@ -97,8 +107,8 @@ TEST_F(BadInputs, AreRefusedWithWhatIsWrongAndWhatToDo) {
         {{"run", "--set", "=Lab"},
          "--set \"=Lab\" is not NAME=VALUE; write it as in --set SSID=Lab"},
         {{"run", "--set", "{}"}, "--set \"{}\" is not NAME=VALUE; write it as in --set SSID=Lab"},
-        {{"run", "--events", "--set", "Ssid=Lab"},
-         "--set Ssid=Lab: no test that would run has the parameter \"Ssid\", the nearest is "
+        {{"run", "--events", "--set", "Sid=Lab"},
+         "--set Sid=Lab: no test that would run has the parameter \"Sid\", the nearest is "
          "\"SSID\"; the parameters are \"SSID\", \"Limit\""},
         {{"run", "--set", "Temperature=20"},
          "--set Temperature=20: no test that would run has the parameter \"Temperature\"; the "

@@ -56,6 +56,27 @@ TEST(CommandLines, KnowHelpAndVersionEverywhere) {
 
 class Start : public FrameworkTest {};
 
+TEST(CommandLines, KnowTheirCommandInAnyLetterCaseAndHelpByItsOtherNames) {
+    EXPECT_EQ(parseCommandLine({"--device", "RUN", "LIST"}).command, Command::list);
+    EXPECT_EQ(parseCommandLine({"Run", "list"}).tests, std::vector<tesk5::TeskString>{"list"})
+        << "what follows the command is spelt as it is";
+    for (const char* word : {"help", "HELP", "/?", "-?", "/h", "/help"}) {
+        EXPECT_EQ(parseCommandLine({word}).command, Command::help) << word;
+    }
+}
+
+TEST_F(Start, KnowsTestsAndParametersInAnyLetterCase) {
+    registerTest("Signal", [](const DiagDevice&) {
+        return registry().findParameter("SSID")->value().valueString() == "Lab"
+                   ? TestResult::PASS()
+                   : TestResult::FAIL();
+    })->addParameter(optionalParameter("SSID"));
+    EXPECT_EQ(start({"run", "signal", "--set", "ssid=Lab"}), 0);
+    registerTest("SIGNAL", TestResult::WARN());
+    EXPECT_EQ(start({"run", "signal"}), 64) << "there are two";
+    EXPECT_EQ(start({"run", "SIGNAL"}), 1);
+}
+
 TEST_F(Start, PrintsTheVersion) {
     EXPECT_EQ(start({"--version"}), 0);
     EXPECT_EQ(output(), "example 6.5 (build 000000001)\n");

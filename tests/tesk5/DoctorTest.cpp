@@ -228,6 +228,23 @@ TEST_F(Advice, IsGivenForATestWithoutADevice) {
     EXPECT_THAT(errors(), HasSubstr("  possible cause: The service does not run (error 126).\n"));
 }
 
+TEST_F(Doctor, LooksAtParametersThatAreGivenAndACheckAtWhatARunNeeds) {
+    registry().findTest("A")->addParameter(optionalParameter("SSID"));
+    g_module.parameters = [](bool complete) {
+        return complete ? tesk5::Findings{{"PLAIN", false, {}}}
+                        : tesk5::Findings{{"SERVICE_STOPPED", true, {{"Error", "0"}}}};
+    };
+    start({"doctor"});
+    EXPECT_THAT(output(), Not(HasSubstr("error 0")));
+    start({"doctor", "--set", "SSID=Lab"});
+    EXPECT_THAT(output(), HasSubstr("ok: The service does not run (error 0).\n"));
+    forgetOutput();
+    EXPECT_EQ(start({"run", "--check", "--json", file("r.json")}), CANNOTRUN);
+    EXPECT_EQ(output(), "problem: Something happened.\nProblems found: 1; exit value 3\n");
+    EXPECT_THAT(filesThere(), ElementsAre("devices.json")) << "nothing was run";
+    EXPECT_EQ(start({"run", "--check", "--set", "Nope=1"}), 64);
+}
+
 } // namespace
 
 } // namespace test

@@ -42,6 +42,7 @@ const ModuleInfo& moduleInfo() {
                       auto& findings) { test::g_module.examine(device, depth, findings); },
         .devices = [] { return test::g_module.devices; },
         .checkService = [] { return test::g_module.service; },
+        .checkParameters = [](bool complete) { return test::g_module.parameters(complete); },
         .noDevice = "NO_DEVICE",
         .limitReached = "LIMIT_REACHED",
         .commands = commands,

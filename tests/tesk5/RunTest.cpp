@@ -303,7 +303,10 @@ TEST_F(Runs, WithoutAnyDeviceOrWithAFilterThatLeavesOutEachSaySo) {
     noting("A");
     EXPECT_EQ(start({"run", "--device", "realtek"}), 3);
     EXPECT_EQ(errors(), "example: no device for A\n"
-                        "  Card 1: has no \"realtek\" in its name or system name\n");
+                        "  Card 1: has no \"realtek\" in its name or system name\n"
+                        "  possible cause: No device has \"realtek\" in its name or system name. "
+                        "Give --device a part of a name that the command list shows, or leave it "
+                        "out.\n");
     forgetOutput();
     setDevices("[]");
     EXPECT_EQ(start({"run"}), 3);

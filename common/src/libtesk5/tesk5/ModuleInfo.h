@@ -64,6 +64,10 @@ struct ModuleInfo {
     /// Whether the service that all tests need answers: a good finding, or the reason with its
     /// remedy. Any thread of the framework; must not wait.
     Finding (*checkService)() = nullptr;
+    /// Whether the parameters, which have the values that were given, suit the tests: findings as
+    /// of an examination. Makes no call to the system and does not wait. \param complete whether
+    /// what a run needs and was not given is a problem too
+    Findings (*checkParameters)(bool complete) = nullptr;
     /// Key of the finding that there is no device for {Tests}.
     const char* noDevice = nullptr;
     /// Key of the advice after a measurement that reached a limit; its variable is {Device}.

@@ -63,6 +63,11 @@ bool namesDevice(CharView name) {
 }
 
 [[noreturn]] void fail(DWORD error) {
+    // Characters such as ? and *. The runtime library takes such a file for a missing one.
+    if (error == ERROR_INVALID_NAME) {
+        throw FileFailure{FileFailure::Reason::system,
+                          std::make_error_code(std::errc::invalid_argument)};
+    }
     throw FileFailure{FileFailure::Reason::system,
                       {static_cast<int>(error), std::system_category()}};
 }

@@ -7,6 +7,8 @@
 #include "texts/BadInput.h"
 #include "texts/Lists.h"
 
+#include <mrl/Unicode.h>
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -18,6 +20,14 @@ namespace {
 
 constexpr std::string_view SETTING = "--set";
 
+// Whether two words differ in letter case alone.
+bool sameWord(const std::string& a, const std::string& b) {
+    return mrl::equalNoCase(mrl::toUtf16(a), mrl::toUtf16(b));
+}
+
+// How people ask for help in other programs.
+constexpr std::string_view HELP_WORDS[] = {"help", "/?", "-?", "/h", "/help"};
+
 const CommandDescription* commandNamed(std::string_view name) {
     for (const CommandDescription& command : commandDescriptions()) {
         if (name == command.name) {
@@ -25,6 +35,62 @@ const CommandDescription* commandNamed(std::string_view name) {
         }
     }
     return nullptr;
+}
+
+// `arguments` with the command spelt as it is here: in any letter case, "help" and "/?" among them.
+std::vector<std::string> withPlainCommand(std::vector<std::string> arguments) {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        std::string& argument = arguments[i];
+        if (const OptionDescription* option = optionNamed(argument)) {
+            i += option->argument != nullptr ? 1 : 0;
+            continue;
+        }
+        for (const CommandDescription& command : commandDescriptions()) {
+            if (sameWord(argument, command.name)) {
+                argument = command.name;
+                return arguments;
+            }
+        }
+        for (const std::string_view word : HELP_WORDS) {
+            if (sameWord(argument, std::string(word))) {
+                argument = "--help";
+                return arguments;
+            }
+        }
+        if (!argument.starts_with("-")) {
+            break;
+        }
+    }
+    return arguments;
+}
+
+// The word with two dashes in the place of what word processors and other programs put before an
+// option; nothing for a word that is none.
+std::optional<std::string> asOption(const std::string& word) {
+    for (const char* mark : {"\xE2\x80\x93", "\xE2\x80\x94", "\xE2\x88\x92", "/", "-"}) {
+        if (word.starts_with(mark)) {
+            const std::size_t name = word.find_first_not_of("-", std::string_view(mark).size());
+            const std::size_t end = word.find('=');
+            return name == std::string::npos ? std::string("--")
+                                             : "--" + word.substr(name, end - name);
+        }
+    }
+    return std::nullopt;
+}
+
+// Refuses a word that stands where a name is expected, but was meant otherwise.
+void refuseLookalike(const std::string& word) {
+    if (const std::optional<std::string> option = asOption(word)) {
+        const std::string nearest =
+            nearestName(*option, textsOf(optionDescriptions(), &OptionDescription::name));
+        throw BadInput{
+            message(nearest.empty() ? "INPUT_UNKNOWN_OPTION" : "INPUT_UNKNOWN_OPTION_NEAREST",
+                    {{"Name", word}, {"Nearest", nearest}})};
+    }
+    const std::size_t equals = word.find('=');
+    if (equals != std::string::npos && equals > 0) {
+        throw BadInput{message("INPUT_SETTING_WITHOUT_OPTION", {{"Text", word}})};
+    }
 }
 
 std::string needsValue(const OptionDescription& option) {
@@ -168,17 +234,17 @@ private:
         }
     }
 
+    // Failure: throws BadInput for a word that was meant as an option or a setting
     std::string refusalOf(const std::string& argument) const {
-        if (argument.starts_with("-")) {
-            return aboutUnknown({"INPUT_UNKNOWN_OPTION", "INPUT_UNKNOWN_OPTION_NEAREST"}, argument,
-                                textsOf(optionDescriptions(), &OptionDescription::name));
-        }
+        refuseLookalike(argument);
         const CommandDescription* named = command();
         if (named == nullptr) {
-            return message("INPUT_UNKNOWN_COMMAND",
-                           {{"Name", argument},
-                            {"Commands", listedWithAnd(textsOf(commandDescriptions(),
-                                                               &CommandDescription::name))}});
+            const auto names = textsOf(commandDescriptions(), &CommandDescription::name);
+            return aboutUnknown({"INPUT_UNKNOWN_COMMAND", "INPUT_UNKNOWN_COMMAND_NEAREST"},
+                                argument, names, {{"Commands", listedWithAnd(names)}});
+        }
+        if (named->command == Command::doctor) {
+            return message("INPUT_DOCTOR_TAKES_NO", {{"Name", argument}});
         }
         return message("INPUT_COMMAND_TAKES_NO", {{"Command", named->name}, {"Name", argument}});
     }
@@ -238,7 +304,8 @@ std::optional<std::string> languageAskedFor(const std::vector<std::string>& argu
     return std::nullopt;
 }
 
-CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
+CommandLine parseCommandLine(const std::vector<std::string>& given) {
+    const std::vector<std::string> arguments = withPlainCommand(given);
     refuseMisplacedValues(arguments);
     const ParsedArguments parsed(arguments);
     CommandLine line;
@@ -254,6 +321,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     }
     refuseForeignOptions(parsed, line.command);
     for (const std::string& name : parsed.tests()) {
+        refuseLookalike(name);
         line.tests.emplace_back(name);
     }
     for (const OptionDescription& option : optionDescriptions()) {

@@ -41,6 +41,7 @@ struct CommandLine {
     const ModuleCommand* moduleCommand = nullptr; ///< for Command::ofModule
     std::vector<std::string> moduleArguments;     ///< what follows it besides options
     bool quiet = false;
+    bool check = false; ///< look at the input and run nothing
     std::optional<mrl::OutputStream::Colours> colours;
 };
 

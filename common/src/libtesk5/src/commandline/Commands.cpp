@@ -131,6 +131,8 @@ const std::vector<OptionDescription>& optionDescriptions() {
         {"--log", "FILE", "HELP_LOG", "--log antenna.log", &setText<&CommandLine::logFile>},
         {"--log-level", "N", "HELP_LOG_LEVEL", "--log-level 0", &setLogLevel, ALL,
          "INPUT_LOG_LEVEL"},
+        {"--check", nullptr, "HELP_CHECK", "run --config station.toml --check",
+         &setSwitch<&CommandLine::check>, RUN},
         {"--quiet", nullptr, "HELP_QUIET", "run --config station.toml --quiet",
          &setSwitch<&CommandLine::quiet>, RUN},
         {"--color", "WHEN", "HELP_COLOR", "--color never", &setColours, ALL, "INPUT_COLOR"},

@@ -113,7 +113,8 @@ int doctor(const CommandLine& line, RunContext& context) {
     }
     applySettings(registry, line.settings, tests);
     refuseSharedFiles(line);
-    return showDiagnosis(context.output, diagnosis(registry.tests, devicesFor(line), line.device));
+    return showDiagnosis(context.output, diagnosis(registry.tests, devicesFor(line), line.device,
+                                                   !line.settings.empty()));
 }
 
 RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devices,
@@ -132,7 +133,7 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
                                {{"Name", device.name()}, {"Value", reasons}});
             };
             record.withoutDevice.push_back(
-                {test, textsOf(devices.devices, why), adviceFor(*test, devices)});
+                {test, textsOf(devices.devices, why), adviceFor(*test, devices, line.device)});
         }
     }
     record.started = mrl::Clock::current().utcNow();
@@ -216,6 +217,9 @@ int run(const CommandLine& given, RunContext& context) {
     refuseSharedFiles(line);
     const std::vector<std::string> named =
         textsOf(filesOf(line), [](const auto& file) { return file.second; });
+    if (line.check) {
+        return showDiagnosis(context.output, parameterFindings(true));
+    }
     std::vector<ReportFile> reports;
     for (const RequestedReport& report : line.reports) {
         reports.emplace_back(report.file, named);

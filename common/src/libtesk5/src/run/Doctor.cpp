@@ -114,24 +114,39 @@ bool reachedLimit(const Outcome& outcome) {
 
 } // namespace
 
+Findings parameterFindings(bool complete) {
+    return moduleInfo().checkParameters == nullptr ? Findings()
+                                                   : moduleInfo().checkParameters(complete);
+}
+
 Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
-                   const std::optional<std::string>& filter) {
+                   const std::optional<std::string>& filter, bool settings) {
     if (devices.failure) {
         return {*devices.failure};
     }
+    Findings findings = settings ? parameterFindings(false) : Findings();
     // Devices from a device file need the service too.
-    Findings findings = serviceFindings();
-    if (std::all_of(findings.begin(), findings.end(), isGood)) {
+    const Findings service = serviceFindings();
+    findings.insert(findings.end(), service.begin(), service.end());
+    if (std::all_of(service.begin(), service.end(), isGood)) {
         addDevices(tests, devices, filter, findings);
     }
     return findings;
 }
 
-Findings adviceFor(const Test& test, const DeviceList& devices) {
+Findings adviceFor(const Test& test, const DeviceList& devices,
+                   const std::optional<std::string>& filter) {
     if (devices.failure) {
         return {*devices.failure};
     }
-    return anyOfKind(test, devices) ? Findings() : noDeviceFor({test.name().utf8()});
+    if (!anyOfKind(test, devices)) {
+        return noDeviceFor({test.name().utf8()});
+    }
+    if (filter && std::none_of(devices.devices.begin(), devices.devices.end(),
+                               [&](const auto& device) { return answersTo(device, *filter); })) {
+        return {{"DOCTOR_FILTER_MATCHES_NONE", false, {{"Text", *filter}}}};
+    }
+    return {};
 }
 
 Findings adviceFor(const Outcome& outcome) {

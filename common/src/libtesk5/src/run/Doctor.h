@@ -6,16 +6,21 @@
 
 namespace tesk5 {
 
-/// Every finding, good and bad: the service that the module checks, which device suits which of
-/// `tests` with --device `filter`, and the module's examination of the devices that suit a test.
-/// When the service fails, its failure is the only finding.
-/// Blocks for as long as the module's thorough examination takes.
+/// What the module says of the parameters. \param complete as in ModuleInfo::checkParameters
+Findings parameterFindings(bool complete);
+
+/// Every finding, good and bad: the parameters when `settings` says that some were given, the
+/// service that the module checks, which device suits which of `tests` with --device `filter`, and
+/// the module's examination of the devices that suit a test. When the service fails, its failure is
+/// the only finding. Blocks for as long as the module's thorough examination takes.
 Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
-                   const std::optional<std::string>& filter);
+                   const std::optional<std::string>& filter, bool settings);
 
 /// Possible reasons why no device was found for `test`. Does not examine devices and makes no call
 /// to the system.
-Findings adviceFor(const Test& test, const DeviceList& devices);
+/// \param filter as --device gives it
+Findings adviceFor(const Test& test, const DeviceList& devices,
+                   const std::optional<std::string>& filter);
 
 /// Why a run may have ended without a clear view: with CANNOTRUN, with a FAIL that measured
 /// nothing, or not with PASS after its test had requested advice. After a measurement that reached

@@ -27,6 +27,26 @@ std::vector<const Parameter*> parametersOf(const std::vector<const Test*>& tests
     return parameters;
 }
 
+// Names of tests and parameters may be typed in any letter case, as long as that names only one.
+template <typename Things>
+auto* spelled(Things& things, const TeskString& name) {
+    decltype(&*things.begin()) found = nullptr;
+    for (auto& thing : things) {
+        if (thing.name() == name) {
+            return &thing;
+        }
+    }
+    for (auto& thing : things) {
+        if (mrl::equalNoCase(thing.name().mrlString().view(), name.mrlString().view())) {
+            if (found != nullptr) {
+                return decltype(found){};
+            }
+            found = &thing;
+        }
+    }
+    return found;
+}
+
 std::string asTyped(const Setting& setting) {
     return "--set " + setting.name.utf8() + "=" + setting.value.utf8();
 }
@@ -51,10 +71,14 @@ void apply(Parameter& parameter, const Setting& setting, int timesBefore) {
                                {{"Setting", asTyped(setting)}, {"Name", setting.name}})};
     }
     if (!parameter.accepts(setting.value)) {
+        // A module's text under the parameter's own name says its range.
+        const TeskString meaning = translation(parameter.name());
+        const bool known = meaning != parameter.name();
         throw BadInput{
             message("INPUT_SETTING_REFUSED",
                     {{"Setting", asTyped(setting)},
-                     {"Reason", message("INPUT_NOT_A_NUMBER", {{"Value", setting.value}})}})};
+                     {"Reason", message(known ? "INPUT_NOT_A_NUMBER_FOR" : "INPUT_NOT_A_NUMBER",
+                                        {{"Value", setting.value}, {"Meaning", meaning}})}})};
     }
     parameter.set(setting.value);
 }
@@ -75,7 +99,7 @@ std::vector<const Test*> chooseTests(const Registry& registry,
                                                         {{"Test", registry.tests.front().name()}})};
     }
     for (const TeskString& name : names) {
-        const Test* test = registry.findTest(name);
+        const Test* test = spelled(registry.tests, name);
         if (test == nullptr) {
             throw BadInput{aboutUnknown({"INPUT_UNKNOWN_TEST", "INPUT_UNKNOWN_TEST_NEAREST"},
                                         name.utf8(), registry.testNames())};
@@ -95,7 +119,10 @@ void applySettings(Registry& registry, const std::vector<Setting>& settings,
     }
     const std::vector<const Parameter*> wanted = parametersOf(tests);
     std::map<TeskString, int> times;
-    for (const Setting& setting : settings) {
+    for (Setting setting : settings) {
+        if (const Parameter* parameter = spelled(registry.parameters, setting.name)) {
+            setting.name = parameter->name();
+        }
         refuseUnknown(setting, wanted);
         apply(*registry.findParameter(setting.name), setting, times[setting.name]++);
     }
@@ -105,7 +132,8 @@ void demandValues(const std::vector<Setting>& settings, const std::vector<const 
     for (const Parameter* parameter : parametersOf(tests)) {
         const bool given =
             std::any_of(settings.begin(), settings.end(), [parameter](const Setting& setting) {
-                return setting.name == parameter->name();
+                return mrl::equalNoCase(setting.name.mrlString().view(),
+                                        parameter->name().mrlString().view());
             });
         if (!parameter->optional() && !given) {
             throw BadInput{message("INPUT_PARAMETER_WITHOUT_VALUE", {{"Name", parameter->name()}})};

@@ -1,8 +1,12 @@
 #include "WirelessDoctor.h"
 
+#include "MRLrAntenna.h"
 #include "ModuleObjects.h"
 #include "Radio.h"
 #include "WirelessDevice.h"
+
+#include <tesk5/TestRecorder.h>
+#include <tesk5/Texts.h>
 
 #include <nativewifi/Guid.h>
 #include <nativewifi/Handles.h>
@@ -227,6 +231,41 @@ private:
 };
 
 } // namespace
+
+Findings checkTestParameters(bool complete) {
+    Findings findings;
+    const auto refuse = [&findings](const TeskString& reason) {
+        findings.push_back({"DOCTOR_PARAMETER_REFUSED", false, {{"Reason", reason}}});
+    };
+    const String name = parameters::ssid->value().valueString().mrlString();
+    if (name.empty() && complete) {
+        refuse(tesk5::translation(events::ssidNotSet->key()));
+    }
+    if (name.view().size() > DOT11_SSID_MAX_LENGTH) { // read as one character a byte
+        findings.push_back({"DOCTOR_NAME_TOO_LONG",
+                            false,
+                            {{"Name", TeskString(name)},
+                             {"Count", static_cast<mrl::Uint32>(name.view().size())}}});
+    }
+    for (const tesk5::Parameter* threshold :
+         {parameters::warningSignalStrength, parameters::failingSignalStrength}) {
+        if (contains(name, String("," + threshold->name().utf8() + "="))) {
+            findings.push_back({"DOCTOR_NAME_HAS_SETTING",
+                                false,
+                                {{"Name", TeskString(name)}, {"Parameter", threshold->name()}}});
+        }
+    }
+    const unsigned int warn = parameters::warningSignalStrength->value().valueUint32();
+    const unsigned int fail = parameters::failingSignalStrength->value().valueUint32();
+    const tesk5::TestRecorder recorder;
+    if ((complete || warn != 0 || fail != 0) && !signalStrengthParametersValid(warn, fail)) {
+        refuse(TeskString(recorder.events().back().text));
+    }
+    if (findings.empty() && complete) {
+        findings.push_back({"DOCTOR_PARAMETERS_USABLE", true, {}});
+    }
+    return findings;
+}
 
 void examineWirelessDevice(const tesk5::DiagDevice& device, tesk5::ExaminationDepth depth,
                            Findings& findings) {

@@ -13,6 +13,11 @@
 /// Key of the advice after a signal that reached a limit.
 inline constexpr const char* WEAK_SIGNAL_ADVICE = "ADVICE_WEAK_SIGNAL";
 
+/// Whether the parameters can be used: the thresholds by the rule of the verification test, and the
+/// name by what a name can be. Makes no call to the platform.
+/// \param complete whether a missing name and missing thresholds are findings too
+tesk5::Findings checkTestParameters(bool complete);
+
 /// Looks at the adapter's radio, at the access to its list of networks and, when the parameter
 /// "SSID" has a value, for that name as the verification test looks for it. What keeps the wireless
 /// service itself from answering is left to the framework.
