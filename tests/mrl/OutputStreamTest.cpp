@@ -1,45 +1,15 @@
 #include <support/CapturedStream.h>
+#include <support/StreamToFile.h>
 #include <support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fcntl.h>
 #include <fstream>
-
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
 
 namespace {
 
 using mrl::OutputStream;
-
-// Sends the process's own stream to a file while it lives.
-class StreamToFile {
-public:
-    StreamToFile(std::FILE* stream, const std::string& path, const char* mode = "wb")
-        : m_stream(stream) {
-        std::fflush(stream);
-        m_before = dup(fileno(stream));
-        std::FILE* const file = std::fopen(path.c_str(), mode);
-        dup2(fileno(file), fileno(stream));
-        std::fclose(file);
-    }
-    StreamToFile(const StreamToFile&) = delete;
-    StreamToFile& operator=(const StreamToFile&) = delete;
-    ~StreamToFile() {
-        std::fflush(m_stream);
-        dup2(m_before, fileno(m_stream));
-        close(m_before);
-    }
-
-private:
-    std::FILE* m_stream;
-    int m_before;
-};
+using test::StreamToFile;
 
 TEST(OutputStream, AReceiverIsNoTerminalAndGetsWhatIsWrittenAsUtf8) {
     OutputStream stream(OutputStream::Target::standardOutput);
@@ -63,6 +33,20 @@ TEST(OutputStream, RedirectReturnsThePreviousReceiver) {
     EXPECT_EQ(first.text(), "one");
     EXPECT_EQ(stream.redirect(nullptr), &first);
     EXPECT_EQ(stream.redirect(nullptr), nullptr);
+}
+
+TEST(OutputStream, RemembersThatAPieceWasLost) {
+    const test::TemporaryFolder folder;
+    const std::string path = folder.file("out.txt");
+    OutputStream stream(OutputStream::Target::standardOutput);
+    const auto lostOneThrough = [&](const char* mode) {
+        const StreamToFile redirected(stdout, path, mode);
+        stream << "text" << mrl::endl;
+        return stream.hasLost();
+    };
+    EXPECT_FALSE(lostOneThrough("wb"));
+    EXPECT_TRUE(lostOneThrough("rb")) << "it cannot be written";
+    EXPECT_TRUE(lostOneThrough("wb")) << "what is lost stays lost";
 }
 
 struct ProcessStream {

@@ -23,6 +23,7 @@ LIMIT_SECONDS = 120
 RESULTS = {"PASS": 0, "WARN": 1, "FAIL": 2, "CANNOTRUN": 3, "BADPARAMS": 4, "INTERNALERROR": 5,
            "USERABORTED": 6, "COMPLETED": 7, "EXITEDABNORMALLY": 8}
 WRONG_USAGE = 64
+OUTPUT_LOST = 74
 # Time, priority, logger and text.
 LOG_LINE = re.compile(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z \d [\w.]+: .+")
 

@@ -14,7 +14,7 @@ import time
 import unittest
 
 from display import Prefix
-from program import (EXECUTABLE, LIMIT_SECONDS, LOG_LINE, RESULTS, SCENARIOS, VERIFICATION,
+from program import (EXECUTABLE, LIMIT_SECONDS, LOG_LINE, OUTPUT_LOST, RESULTS, SCENARIOS, VERIFICATION,
                      WRONG_USAGE, ProgramTest, environment, settings)
 
 # The unit in which the file system allocates.
@@ -209,6 +209,29 @@ class Logs(FullDisk):
         for line in lines:
             if line not in (cut, ""):
                 self.assertRegex(line, LOG_LINE)
+
+
+class Output(FullDisk):
+    def exit_value(self, *arguments, to):
+        with open(to, "ab") as out:
+            return subprocess.run(
+                ["wine", str(EXECUTABLE), *arguments], cwd=self.folder, env=environment(),
+                stdin=subprocess.DEVNULL, stdout=out, stderr=subprocess.DEVNULL,
+                timeout=LIMIT_SECONDS, check=False).returncode
+
+    def test_that_is_lost_has_an_exit_value_unless_a_report_has_the_verdict(self):
+        run = ("run", VERIFICATION, "--devices", str(self.cards(10)))
+        report = ("--json", str(self.beside / "report.json"))
+        full = self.folder / "output.txt"
+        full.touch()
+        self.leave(0)
+        for arguments, value in ((run, OUTPUT_LOST), ((*run, "--events"), OUTPUT_LOST),
+                                 ((*run, *report), RESULTS["BADPARAMS"]),
+                                 (("list",), OUTPUT_LOST), (("--help",), OUTPUT_LOST)):
+            with self.subTest(arguments):
+                self.assertEqual(self.exit_value(*arguments, to=full), value)
+        self.assertEqual(full.read_bytes(), b"")
+        self.assertEqual(self.exit_value(*run, to=os.devnull), RESULTS["BADPARAMS"])
 
 
 class Events(FullDisk):

@@ -11,7 +11,7 @@ import unittest
 import jsonschema
 
 import side_by_side
-from program import (EXECUTABLE, LIMIT_SECONDS, ROOT, SCENARIOS, VERIFICATION, WRONG_USAGE,
+from program import (EXECUTABLE, LIMIT_SECONDS, OUTPUT_LOST, ROOT, SCENARIOS, VERIFICATION, WRONG_USAGE,
                      ProgramTest, environment, settings)
 
 load_tests = side_by_side.load_tests
@@ -108,22 +108,24 @@ class Stream(ProgramTest):
         self.assertEqual(self.types(self.assert_is_a_stream(run.out))[-1], "stopping")
         self.assertEqual([path.name for path in self.folder.iterdir()], ["scenario.json"])
 
-    def test_without_a_reader_changes_no_verdict(self):
-        for report, wait_for in (("a.json", 1), ("b.json", 0)):
+    def test_without_a_reader_changes_no_verdict_that_a_report_has(self):
+        for report, wait_for, value in ((("--json", "a.json"), 1, 0), (("--json", "b.json"), 0, 0),
+                                        ((), 0, OUTPUT_LOST)):
             with tempfile.TemporaryFile() as errors:
                 process = subprocess.Popen(
-                    ["wine", str(EXECUTABLE), "run", VERIFICATION, "--events", "--json", report,
+                    ["wine", str(EXECUTABLE), "run", VERIFICATION, "--events", *report,
                      *TO_PASS], cwd=self.folder, env=environment(), stdin=subprocess.DEVNULL,
                     stdout=subprocess.PIPE, stderr=errors, start_new_session=True)
                 try:
                     for _ in range(wait_for):
                         self.assertIn(b"runStarted", process.stdout.readline())
                     process.stdout.close()
-                    self.assertEqual(process.wait(LIMIT_SECONDS), 0)
+                    self.assertEqual(process.wait(LIMIT_SECONDS), value)
                 finally:
                     process.kill()
                     process.wait()
-            self.assertEqual(self.read_json(report)["exit"], 0)
+            for path in report[1:]:
+                self.assertEqual(self.read_json(path)["exit"], 0)
 
 
 # Replaces a module: writes the first two lines, then runs its last argument as Python code.

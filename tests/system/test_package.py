@@ -14,7 +14,7 @@ import zipfile
 
 import jsonschema
 
-from program import DIST, EXECUTABLE, RESULTS, ROOT, WRONG_USAGE, ProgramTest
+from program import DIST, EXECUTABLE, OUTPUT_LOST, RESULTS, ROOT, WRONG_USAGE, ProgramTest
 
 TOOLS = ROOT / "tools" / "package"
 sys.path.insert(0, str(TOOLS))
@@ -134,7 +134,8 @@ class Papers(PackageTest):
         for result, value in {**RESULTS, "COMPLETED": 0}.items():
             with self.subTest(result):
                 self.assertRegex(readme, rf"(?m)^  {value} .*\b{result}\b")
-        self.assertRegex(readme, rf"(?m)^  {WRONG_USAGE} ")
+        for value in (WRONG_USAGE, OUTPUT_LOST):
+            self.assertRegex(readme, rf"(?m)^  {value} ")
 
     def test_licence_of_the_program_is_the_repositorys(self):
         self.assertEqual(self.text("LICENSE.txt").replace("\r\n", "\n"),

@@ -1,6 +1,9 @@
 #include "FrameworkTest.h"
 
+#include <support/StreamToFile.h>
+
 #include <commandline/CommandLine.h>
+#include <commandline/Program.h>
 
 #include <mrl/Logger.h>
 #include <mrl/LoggerStream.h>
@@ -88,7 +91,7 @@ TEST_F(Start, HelpNamesEveryCommandOptionAndExitValue) {
     for (const char* word :
          {"example.k5x [list] [OPTIONS]", "example.k5x run [TEST...] [OPTIONS]", "--set NAME=VALUE",
           "  0 ", "  1   WARN", "  2   FAIL", "  3   CANNOTRUN", "  4   BADPARAMS",
-          "  5   INTERNALERROR", "  6   USERABORTED", "  8   EXITEDABNORMALLY", "  64 ",
+          "  5   INTERNALERROR", "  6   USERABORTED", "  8   EXITEDABNORMALLY", "  64 ", "  74 ",
           "example.k5x run --set SSID=Lab --set FailingSignalStrength=20\n"}) {
         EXPECT_THAT(output(), HasSubstr(word));
     }
@@ -122,6 +125,31 @@ TEST_F(Start, HelpOnACommandShowsItsOptionsWithExamples) {
     EXPECT_THAT(output(), HasSubstr("\n  --device TEXT "));
     EXPECT_THAT(output(), Not(HasSubstr("\n  --json")));
 }
+
+#ifndef _WIN32 // Windows has no device that is always full.
+
+TEST_F(Start, HasAnExitValueForLostOutputUnlessAReportHasTheVerdict) {
+    registerTest("A", TestResult::WARN());
+    const auto exitValue = [this](const std::vector<std::string>& arguments, const char* output) {
+        const StreamToFile redirected(stdout, output);
+        mrl::OutputStream stream(mrl::OutputStream::Target::standardOutput);
+        tesk5::RunContext context(registry(), tesk5::Language::current(), stream);
+        context.arguments = {"--devices", file("devices.json")};
+        context.arguments.insert(context.arguments.end(), arguments.begin(), arguments.end());
+        const tesk5::RunContext::Scope scope(context);
+        return tesk5::runProgram(context);
+    };
+    const char* const full = "/dev/full";
+    EXPECT_EQ(exitValue({"run"}, full), 74);
+    EXPECT_EQ(exitValue({"run", "--events"}, full), 74);
+    EXPECT_EQ(exitValue({"run", "--json", file("report.json")}, full), 1);
+    EXPECT_EQ(exitValue({"list"}, full), 74);
+    EXPECT_EQ(exitValue({"doctor"}, full), 74);
+    EXPECT_EQ(exitValue({"run"}, "/dev/null"), 1);
+    EXPECT_EQ(exitValue({"list"}, "/dev/null"), 0);
+}
+
+#endif
 
 TEST_F(Start, ListsWithoutEvenAProgramName) {
     DiagModule::setCmdLineArgs(0, nullptr);

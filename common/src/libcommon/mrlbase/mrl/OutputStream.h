@@ -38,6 +38,11 @@ public:
     }
     void flush();
 
+    /// Whether a piece was ever lost, as far as it is known: what is buffered counts after flush().
+    /// What a receiver or a Windows console gets is never lost, nor what a process writes that
+    /// Windows started without the stream.
+    bool hasLost() const { return m_hasLost; }
+
     /// Whether the stream is a terminal and has no receiver.
     bool isTerminal() const;
 
@@ -58,9 +63,12 @@ public:
     Receiver* redirect(Receiver* receiver);
 
 private:
+    void lose();
+
     Target m_target;
     Receiver* m_receiver = nullptr;
     std::atomic<bool> m_lost = false; ///< a piece was lost, and nothing has been written since
+    std::atomic<bool> m_hasLost = false;
 };
 
 /// Ends the line with "\n" and flushes.

@@ -25,10 +25,14 @@ std::FILE* fileOf(OutputStream::Target target) {
 
 #ifdef _WIN32
 
+HANDLE handleOf(OutputStream::Target target) {
+    return GetStdHandle(target == OutputStream::Target::standardOutput ? STD_OUTPUT_HANDLE
+                                                                       : STD_ERROR_HANDLE);
+}
+
 // The console behind a stream, or null when the stream is a file or a pipe.
 HANDLE consoleOf(OutputStream::Target target) {
-    const HANDLE handle = GetStdHandle(
-        target == OutputStream::Target::standardOutput ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
+    const HANDLE handle = handleOf(target);
     DWORD mode = 0;
     return GetConsoleMode(handle, &mode) != 0 ? handle : nullptr;
 }
@@ -63,6 +67,11 @@ bool writeTo(OutputStream::Target target, std::string_view utf8) {
         DWORD written = 0;
         WriteConsoleW(console, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
         return true; // a console keeps nothing that could be incomplete
+    }
+    // A program that is started without the stream, by DETACHED_PROCESS for instance, has no reader
+    // that could miss a part.
+    if (handleOf(target) == nullptr || handleOf(target) == INVALID_HANDLE_VALUE) {
+        return true;
     }
     // Otherwise the runtime library writes \r\n for \n.
     const int file = _fileno(fileOf(target));
@@ -116,7 +125,7 @@ OutputStream& OutputStream::operator<<(std::string_view utf8) {
         m_lost = !writeTo(m_target, "\n");
     }
     if (!writeTo(m_target, utf8)) {
-        m_lost = true;
+        lose();
     }
     return *this;
 }
@@ -128,8 +137,13 @@ OutputStream& OutputStream::operator<<(const String& text) {
 void OutputStream::flush() {
     // The runtime library discards what it could not write.
     if (m_receiver == nullptr && std::fflush(fileOf(m_target)) != 0) {
-        m_lost = true;
+        lose();
     }
+}
+
+void OutputStream::lose() {
+    m_lost = true;
+    m_hasLost = true;
 }
 
 bool OutputStream::isTerminal() const {

@@ -4,6 +4,7 @@
 #include <tesk5/TestResult.h>
 #include <tesk5/Texts.h>
 
+#include "commandline/Program.h"
 #include "texts/BadInput.h"
 #include "texts/Lists.h"
 #include "texts/TextLayout.h"
@@ -33,6 +34,7 @@ const ExitMeaning exitMeanings[] = {
     {TestResult::INTERNALERROR().value(), "INTERNALERROR", "HELP_EXIT_INTERNALERROR"},
     {TestResult::EXITEDABNORMALLY().value(), "EXITEDABNORMALLY", "HELP_EXIT_EXITEDABNORMALLY"},
     {BadInput::VALUE, "", "HELP_EXIT_UNUSABLE"},
+    {OUTPUT_LOST, "", "HELP_EXIT_OUTPUT_LOST"},
 };
 
 // One column less than the usual terminal: some terminals wrap after the last column.

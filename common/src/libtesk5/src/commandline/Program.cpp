@@ -199,6 +199,12 @@ private:
     Console& m_console;
 };
 
+// `value`, unless a part of standard output is lost.
+int unlessLost(int value, const RunContext& context) {
+    context.output.flush();
+    return context.output.hasLost() ? OUTPUT_LOST : value;
+}
+
 ConsoleStyle styleFor(const CommandLine& line, const mrl::OutputStream& stream) {
     // A log on standard error would be written into the middle of a live line.
     const bool logAmong = line.logLevel && !line.logFile;
@@ -245,7 +251,7 @@ int run(const CommandLine& given, RunContext& context) {
     }
     writeReports(line.reports, reports, record);
     listener->onRunEnd(record);
-    return record.exitValue;
+    return line.reports.empty() ? unlessLost(record.exitValue, context) : record.exitValue;
 }
 
 // Comes before every message, so that each is in the right language.
@@ -304,7 +310,9 @@ int follow(const CommandLine& line, RunContext& context) {
 int runProgram(RunContext& context) {
     try {
         useLanguageAskedFor(context);
-        return follow(parseCommandLine(context.arguments), context);
+        const CommandLine line = parseCommandLine(context.arguments);
+        const int value = follow(line, context);
+        return line.command == Command::run ? value : unlessLost(value, context);
     } catch (const BadInput& input) {
         writeLine(context.errors, std::string(moduleInfo().name) + ": " + input.line);
         return BadInput::VALUE;

@@ -5,6 +5,10 @@
 
 namespace tesk5 {
 
+/// The exit value when a part of standard output could not be written and no report was written
+/// either: the result is lost. It is EX_IOERR of sysexits.h.
+constexpr int OUTPUT_LOST = 74;
+
 /// Carries out the command in the arguments of `context`.
 /// \return the process's exit value, as DiagModule::start() describes it
 /// Failure: throws TeskException for a failure of the framework; exceptions that leave a test
