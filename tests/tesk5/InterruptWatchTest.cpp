@@ -58,6 +58,18 @@ TEST_F(StoppingDeathTest, EndsTheProcessAtTheSecondInterrupt) {
         testing::ExitedWithCode(6), "");
 }
 
+TEST_F(StoppingDeathTest, WritesItsLastWordsAtTheSecondInterruptAlone) {
+    EXPECT_EXIT(
+        {
+            const InterruptWatch watch(m_request, {}, {.output = {}, .errors = "That is all.\n"});
+            interrupt();
+            std::fputs("Still here. ", stderr);
+            std::fflush(stderr);
+            interrupt();
+        },
+        testing::ExitedWithCode(6), "Still here. That is all.");
+}
+
 TEST_F(Stopping, IsWatchedForAgainByTheNextWatch) {
     for (int i = 0; i < 3; ++i) {
         m_request.clear();

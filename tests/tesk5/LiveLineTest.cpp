@@ -1,6 +1,7 @@
 // The live line on a simulated terminal.
 #include "FrameworkTest.h"
 
+#include <console/Console.h>
 #include <console/LiveLine.h>
 
 #include <future>
@@ -57,6 +58,7 @@ TEST_F(TheLiveLine, LeavesNothingBehindAtItsEnd) {
     line.tell("A long tale of what is going on", 10);
     line.tell("Short", 10);
     EXPECT_EQ(shown(), "  Short: 0 s so far, at most 10 s more");
+    mrl::cout << "^C";
     line.end();
     EXPECT_EQ(shown(), "");
     line.draw();
@@ -74,11 +76,11 @@ TEST_F(TheLiveLine, MakesRoomForPermanentLines) {
     EXPECT_EQ(shown(), "  Running: 0 s so far");
 }
 
-TEST_F(TheLiveLine, NeverFillsTheLastColumn) {
+TEST_F(TheLiveLine, LeavesTheLastColumnFreeAndRoomForTheEchoOfAnInterrupt) {
     LiveLine narrow(mrl::cout, 12);
     narrow.begin();
     narrow.tell("Scanning for networks", 45);
-    EXPECT_EQ(shown(), "  Scanning…") << "ten columns and the ellipsis";
+    EXPECT_EQ(shown(), "  Scanni…") << "eight columns and the ellipsis";
 }
 
 TEST_F(TheLiveLine, ShowsNoControlCharactersOfNames) {
@@ -103,6 +105,33 @@ TEST(ATicker, TicksUntilItIsDestroyed) {
     EXPECT_GE(atEnd, 3);
     std::this_thread::yield();
     EXPECT_EQ(ticks, atEnd);
+}
+
+using AStopRequest = FrameworkTest;
+
+TEST_F(AStopRequest, IsAnsweredWithTheLongestTimeOfTheCurrentTestIfItIsKnown) {
+    tesk5::Console console(tesk5::RunContext::current(), {});
+    const auto answer = [&] {
+        forgetOutput();
+        console.onStopRequest();
+        return errors();
+    };
+    const std::string unknown = "example: stopping: the run ends after the current test; Ctrl+C "
+                                "once more ends the program at once, without a report\n";
+    EXPECT_EQ(answer(), unknown);
+    console.onProgress({"SCAN", "Scanning", 45});
+    clock().sleep(milliseconds(14500));
+    EXPECT_EQ(answer(),
+              "example: stopping: the current test ends within 31 s, then the run; Ctrl+C "
+              "once more ends the program at once, without a report\n");
+    clock().sleep(seconds(60));
+    EXPECT_EQ(answer(), unknown) << "the test has exceeded its time";
+    console.onProgress({"SCAN", "Scanning", 45});
+    const tesk5::Test* const next = registerTest("B", TestResult::PASS());
+    const DiagDevice card("Card 1", DeviceCapability::Wireless());
+    console.onTestStart({next, &card});
+    EXPECT_EQ(answer(), unknown) << "the time was that of the test before";
+    EXPECT_EQ(output(), "");
 }
 
 using Verdicts = FrameworkTest;

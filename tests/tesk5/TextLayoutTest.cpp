@@ -10,6 +10,7 @@ namespace {
 
 using tesk5::padded;
 using tesk5::wrapped;
+using tesk5::wrappedForTerminal;
 using testing::ElementsAre;
 
 TEST(Wrapping, EndsLinesAtSpaces) {
@@ -54,6 +55,18 @@ TEST(Wrapping, LosesNothingButTheSpacesAtLineEnds) {
         std::erase(all, ' ');
         EXPECT_EQ(all, expected);
     }
+}
+
+TEST(WrappingForATerminal, KeepsTheIndentAndLeavesTheLastColumnFree) {
+    EXPECT_EQ(wrappedForTerminal("  one two three", 10), "  one two\n  three");
+    EXPECT_EQ(wrappedForTerminal("  one two three", 9), "  one\n  two\n  three");
+    EXPECT_EQ(wrappedForTerminal("one two", 8), "one two");
+    EXPECT_EQ(wrappedForTerminal("one two", 1), "one\ntwo");
+    EXPECT_EQ(wrappedForTerminal("", 8), "");
+}
+
+TEST(WrappingForATerminal, LeavesALineAsItIsWithoutATerminal) {
+    EXPECT_EQ(wrappedForTerminal("  one  two three ", 0), "  one  two three ");
 }
 
 TEST(Padding, CountsColumnsAndLeavesASpaceAtLeast) {

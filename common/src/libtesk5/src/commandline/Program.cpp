@@ -118,7 +118,8 @@ int doctor(const CommandLine& line, RunContext& context) {
 }
 
 RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devices,
-                  const CommandLine& line, RunListener& listener, RunContext& context) {
+                  const CommandLine& line, RunListener& listener, LastWords lastWords,
+                  RunContext& context) {
     RunRecord record;
     record.version = context.version;
     std::vector<PlannedRun> plan;
@@ -138,7 +139,8 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
     }
     record.started = mrl::Clock::current().utcNow();
     listener.onRunStart(record, plan.size());
-    const InterruptWatch interrupts(context.stopRequest, [&listener] { listener.onStopRequest(); });
+    const InterruptWatch interrupts(
+        context.stopRequest, [&listener] { listener.onStopRequest(); }, std::move(lastWords));
     runAll(plan, listener, record, context);
     record.ended = mrl::Clock::current().utcNow();
     record.exitValue = worstResult(record).value();
@@ -186,6 +188,18 @@ public:
         m_console.onRunStart(record, planned);
         EventStream::onRunStart(record, planned);
     }
+    void onTestStart(const PlannedRun& run) override {
+        m_console.expectEndWithin(std::nullopt);
+        EventStream::onTestStart(run);
+    }
+    void onProgress(const Progress& progress) override {
+        m_console.expectEndWithin(progress.longestSeconds);
+        EventStream::onProgress(progress);
+    }
+    void onTestEnd(const Outcome& outcome) override {
+        m_console.expectEndWithin(std::nullopt);
+        EventStream::onTestEnd(outcome);
+    }
     void onTestBroken(const PlannedRun& run, const std::string& reason) override {
         m_console.onTestBroken(run, reason);
         EventStream::onTestBroken(run, reason);
@@ -209,7 +223,7 @@ ConsoleStyle styleFor(const CommandLine& line, const mrl::OutputStream& stream) 
     // A log on standard error would be written into the middle of a live line.
     const bool logAmong = line.logLevel && !line.logFile;
     return {.quiet = line.quiet,
-            .live = stream.isTerminal() && !line.quiet && !logAmong,
+            .live = stream.isTerminal() && !line.quiet && !line.events && !logAmong,
             .colours =
                 stream.showsColours(line.colours.value_or(mrl::OutputStream::Colours::automatic))};
 }
@@ -242,7 +256,7 @@ int run(const CommandLine& given, RunContext& context) {
                     [](const RequestedReport& report) { return report.kind->showsLog; })) {
         log.emplace();
     }
-    RunRecord record = execute(tests, devices, line, *listener, context);
+    RunRecord record = execute(tests, devices, line, *listener, console.lastWords(), context);
     if (log) {
         record.log = log->log();
     }

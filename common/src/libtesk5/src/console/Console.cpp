@@ -6,15 +6,19 @@
 #include "run/ReportWords.h"
 #include "texts/BadInput.h"
 #include "texts/MeasurementText.h"
+#include "texts/TextLayout.h"
 
 #include <mrl/DisplayWidth.h>
 #include <mrl/Unicode.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tesk5 {
 
 namespace {
+
+using Seconds = std::chrono::duration<double>;
 
 constexpr const char* COLOUR_END = "\x1b[0m";
 
@@ -73,10 +77,15 @@ void writeAdvice(mrl::OutputStream& stream, const Findings& advice) {
     }
 }
 
+// `text`, which may come from outside, as lines for `stream`.
+std::string linesOf(const std::string& text, const mrl::OutputStream& stream) {
+    return wrappedForTerminal(mrl::escapeControls(text), stream.columns()) + "\n";
+}
+
 } // namespace
 
 void writeLine(mrl::OutputStream& stream, const std::string& text) {
-    stream << std::string_view(mrl::escapeControls(text) + "\n");
+    stream << linesOf(text, stream);
     stream.flush();
 }
 
@@ -111,19 +120,22 @@ void Console::writeEvent(const RaisedEvent& event) {
 
 void Console::writeVerdict(const Outcome& outcome) {
     const std::string result = outcome.result.name();
-    std::string text = mrl::escapeControls(
-        outcome.started ? message("CONSOLE_ENDED",
-                                  {{"Result", result}, {"Seconds", secondsText(outcome.seconds)}})
-                        : message("CONSOLE_NOT_STARTED", {{"Result", result}}));
+    std::string text =
+        "  " + (outcome.started
+                    ? message("CONSOLE_ENDED",
+                              {{"Result", result}, {"Seconds", secondsText(outcome.seconds)}})
+                    : message("CONSOLE_NOT_STARTED", {{"Result", result}}));
+    if (!outcome.failure.empty()) {
+        text += ": " + outcome.failure;
+    }
+    text = linesOf(text, m_output);
     // The colours go in last: escape sequences in names are escaped by then.
     const std::size_t place = text.find(result);
     if (m_style.colours && place != std::string::npos) {
         text.replace(place, result.size(), colourOf(outcome) + result + COLOUR_END);
     }
-    if (!outcome.failure.empty()) {
-        text += ": " + mrl::escapeControls(outcome.failure);
-    }
-    m_output << std::string_view("  " + text) << mrl::endl;
+    m_output << text;
+    m_output.flush();
 }
 
 void Console::onRunStart(const RunRecord& record, std::size_t /*planned*/) {
@@ -144,6 +156,7 @@ void Console::writeHead(const PlannedRun& run) {
 }
 
 void Console::onTestStart(const PlannedRun& run) {
+    expectEndWithin(std::nullopt);
     if (!m_style.quiet) {
         writeHead(run);
     }
@@ -158,10 +171,12 @@ void Console::onTestStart(const PlannedRun& run) {
 }
 
 void Console::onProgress(const Progress& progress) {
+    expectEndWithin(progress.longestSeconds);
     m_liveLine.tell(progress.text, progress.longestSeconds);
 }
 
 void Console::endLiveLine() {
+    expectEndWithin(std::nullopt);
     m_ticker.reset();
     m_liveLine.end();
 }
@@ -219,10 +234,36 @@ void Console::onRunEnd(const RunRecord& record) {
     writeLine(m_output, joined(parts, message("CONSOLE_SEPARATOR").c_str()));
 }
 
+void Console::expectEndWithin(std::optional<double> seconds) {
+    const std::lock_guard lock(m_endMutex);
+    m_latestEnd.reset();
+    if (seconds) {
+        m_latestEnd = mrl::Clock::current().now() +
+                      std::chrono::duration_cast<mrl::Clock::Duration>(Seconds(*seconds));
+    }
+}
+
+std::string Console::stoppingText() {
+    const std::lock_guard lock(m_endMutex);
+    const double left =
+        m_latestEnd ? std::ceil(Seconds(*m_latestEnd - mrl::Clock::current().now()).count()) : 0;
+    return left > 0 ? message("CONSOLE_STOPPING_LIMITED",
+                              {{"Left", std::to_string(static_cast<long>(left))}})
+                    : message("CONSOLE_STOPPING");
+}
+
 void Console::onStopRequest() {
     const RunContext::Scope scope(m_context);
-    m_liveLine.yieldTo(
-        [this] { writeLine(m_context.errors, programPrefix() + message("CONSOLE_STOPPING")); });
+    m_liveLine.yieldTo([this] { writeLine(m_context.errors, programPrefix() + stoppingText()); });
+}
+
+LastWords Console::lastWords() const {
+    LastWords words;
+    if (m_style.live) {
+        words.output = LiveLine::erasure(m_output.columns());
+    }
+    words.errors = linesOf(programPrefix() + message("CONSOLE_STOPPED_AT_ONCE"), m_context.errors);
+    return words;
 }
 
 } // namespace tesk5

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "console/LiveLine.h"
+#include "run/InterruptWatch.h"
 #include "run/RunListener.h"
 
 #include <tesk5/RunContext.h>
@@ -10,8 +11,9 @@
 
 namespace tesk5 {
 
-/// Writes one line in one piece. Characters that could move the cursor or break the line are
-/// escaped: names of networks and devices come from outside.
+/// Writes one line in one piece, which a terminal shows with breaks between words. Characters that
+/// could move the cursor or break the line are escaped: names of networks and devices come from
+/// outside.
 void writeLine(mrl::OutputStream& stream, const std::string& text);
 
 /// Writes a line for each finding, and how many are bad.
@@ -38,17 +40,26 @@ public:
     void onStopRequest() override;
     void onRunEnd(const RunRecord& record) override;
 
+    /// Notes the longest time in seconds that the current test still takes, for onStopRequest();
+    /// none when it is unknown or no test runs. Any thread.
+    void expectEndWithin(std::optional<double> seconds);
+    /// What the program writes when a second Ctrl+C ends it.
+    LastWords lastWords() const;
+
 private:
     void writeHead(const PlannedRun& run);
     void writeEvent(const RaisedEvent& event);
     void writeVerdict(const Outcome& outcome);
     void endLiveLine();
+    std::string stoppingText();
 
     RunContext& m_context;
     mrl::OutputStream& m_output;
     ConsoleStyle m_style;
     LiveLine m_liveLine;
-    std::optional<Ticker> m_ticker; ///< ends before the line does
+    std::mutex m_endMutex;
+    std::optional<mrl::Clock::Duration> m_latestEnd; ///< of the current test
+    std::optional<Ticker> m_ticker;                  ///< ends before the line does
 };
 
 } // namespace tesk5

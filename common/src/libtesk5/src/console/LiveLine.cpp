@@ -13,6 +13,10 @@ namespace tesk5 {
 LiveLine::LiveLine(mrl::OutputStream& stream, std::size_t columns)
     : m_stream(stream), m_columns(columns) {}
 
+std::string LiveLine::erasure(std::size_t columns) {
+    return columns == 0 ? "\n" : "\r" + std::string(columns - 1, ' ') + "\r";
+}
+
 void LiveLine::begin() {
     const std::lock_guard lock(m_mutex);
     m_there = true;
@@ -68,8 +72,11 @@ void LiveLine::drawLocked() {
     if (!m_there) {
         return;
     }
-    // A line that fills the terminal's last column would wrap, and could not be erased.
-    const std::size_t room = m_columns == 0 ? std::string::npos : m_columns - 1;
+    // A line that fills the terminal's last column would wrap, and could not be erased. Terminals
+    // other than Windows' show "^C" behind it.
+    constexpr std::size_t FREE = 3;
+    const std::size_t room =
+        m_columns == 0 ? std::string::npos : m_columns - std::min(m_columns, FREE);
     const std::string shown = mrl::fittedToColumns("  " + mrl::escapeControls(text()), room);
     const std::size_t width = mrl::columnsOf(shown);
     const std::size_t rest = m_drawn > width ? m_drawn - width : 0;
@@ -80,7 +87,7 @@ void LiveLine::drawLocked() {
 
 void LiveLine::eraseLocked() {
     if (m_there && m_drawn > 0) {
-        m_stream << std::string_view("\r" + std::string(m_drawn, ' ') + "\r");
+        m_stream << erasure(m_columns == 0 ? m_drawn + 1 : m_columns);
         m_stream.flush();
         m_drawn = 0;
     }

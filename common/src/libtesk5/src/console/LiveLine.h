@@ -23,6 +23,10 @@ public:
     LiveLine& operator=(const LiveLine&) = delete;
     ~LiveLine() { end(); }
 
+    /// What erases a line on a terminal of `columns` columns, whatever it shows; ends it when the
+    /// width is unknown.
+    static std::string erasure(std::size_t columns);
+
     /// Shows the line; its time counts from now.
     void begin();
     /// Sets the activity, and the longest time in seconds that it and the rest of the test can

@@ -5,8 +5,10 @@
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
+#include <poll.h>
 #include <semaphore.h>
 #include <thread>
+#include <unistd.h>
 
 namespace tesk5 {
 
@@ -14,6 +16,7 @@ namespace {
 
 // The state of the handler. The handler may run until the process ends, so none is destroyed.
 constinit std::atomic<StopRequest*> g_stopRequest{nullptr};
+constinit std::atomic<const LastWords*> g_lastWords{nullptr};
 constinit std::atomic<bool> g_interrupted{false};
 
 // Posting a semaphore is among the few things that a signal handler may do.
@@ -24,8 +27,21 @@ sem_t& interrupted() {
     return semaphore;
 }
 
+// For the signal handler. A full pipe would block, and one without a reader would end the process
+// with another exit value.
+void writeIfPossible(int file, const std::string& text) {
+    pollfd stream = {file, POLLOUT, 0};
+    if (!text.empty() && poll(&stream, 1, 0) == 1 && stream.revents == POLLOUT) {
+        static_cast<void>(!write(file, text.data(), text.size())); // ENOSPC, EIO: lost
+    }
+}
+
 extern "C" void onInterrupt(int /*number*/) {
     if (g_interrupted.exchange(true)) {
+        if (const LastWords* const words = g_lastWords) {
+            writeIfPossible(STDOUT_FILENO, words->output);
+            writeIfPossible(STDERR_FILENO, words->errors);
+        }
         // No destructors, no report. The exit value is set here because the default handling of an
         // interrupt ends with a different value on each system.
         std::_Exit(TestResult::USERABORTED().value());
@@ -48,8 +64,8 @@ void handleInterrupts(void (*handler)(int)) {
 
 class InterruptWatch::Platform {
 public:
-    Platform(StopRequest& stopRequest, std::function<void()> onFirst)
-        : m_onFirst(std::move(onFirst)) {
+    Platform(StopRequest& stopRequest, std::function<void()> onFirst, LastWords lastWords)
+        : m_onFirst(std::move(onFirst)), m_lastWords(std::move(lastWords)) {
         StopRequest* none = nullptr;
         if (!g_stopRequest.compare_exchange_strong(none, &stopRequest)) {
             return;
@@ -63,6 +79,7 @@ public:
                 m_onFirst();
             }
         });
+        g_lastWords = &m_lastWords;
         g_interrupted = false;
         handleInterrupts(onInterrupt);
     }
@@ -76,17 +93,21 @@ public:
         m_ending = true;
         sem_post(&interrupted());
         m_caller.join();
+        g_lastWords = nullptr;
         g_stopRequest = nullptr;
     }
 
 private:
     std::function<void()> m_onFirst;
+    LastWords m_lastWords;
     std::atomic<bool> m_ending = false;
     std::thread m_caller;
 };
 
-InterruptWatch::InterruptWatch(StopRequest& stopRequest, std::function<void()> onFirst)
-    : m_platform(std::make_unique<Platform>(stopRequest, std::move(onFirst))) {}
+InterruptWatch::InterruptWatch(StopRequest& stopRequest, std::function<void()> onFirst,
+                               LastWords lastWords)
+    : m_platform(
+          std::make_unique<Platform>(stopRequest, std::move(onFirst), std::move(lastWords))) {}
 
 InterruptWatch::~InterruptWatch() = default;
 

@@ -4,11 +4,16 @@
 
 #include <tesk5/TestResult.h>
 
+#include <mrl/OutputStream.h>
+
 #include <windows.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
+#include <future>
 #include <mutex>
+#include <thread>
 
 namespace tesk5 {
 
@@ -26,7 +31,45 @@ std::mutex& watchMutex() {
     return mutex;
 }
 Watched* g_watched = nullptr;
-constinit std::atomic<bool> g_interrupted{false};
+constinit std::atomic<int> g_interrupts{0};
+
+// Of the present watch, with a lock of their own: the handler of the first interrupt holds the
+// other one, and may block on the terminal.
+struct SharedWords {
+    std::mutex mutex;
+    LastWords words;
+};
+SharedWords& sharedWords() {
+    static auto* const words = new SharedWords; // NOLINT(cppcoreguidelines-owning-memory)
+    return *words;
+}
+
+void setLastWords(LastWords words) {
+    const std::lock_guard lock(sharedWords().mutex);
+    sharedWords().words = std::move(words);
+}
+
+// Gives up after a moment: a full pipe and a console with selected text block the one who writes.
+void writeLastWords() {
+    constexpr std::chrono::milliseconds LONGEST(500);
+    std::promise<void> written;
+    std::future<void> end = written.get_future();
+    std::thread([written = std::move(written)]() mutable {
+        LastWords words;
+        {
+            const std::lock_guard lock(sharedWords().mutex);
+            words = sharedWords().words;
+        }
+        if (!words.output.empty()) {
+            mrl::cout << words.output;
+        }
+        if (!words.errors.empty()) {
+            mrl::cerr << words.errors;
+        }
+        written.set_value();
+    }).detach();
+    end.wait_for(LONGEST);
+}
 
 bool leavesNoTime(DWORD event) {
     return event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT;
@@ -36,7 +79,12 @@ bool leavesNoTime(DWORD event) {
 
 int __stdcall onConsoleEvent(unsigned long event) {
     // Before the lock: the handler of the first interrupt holds it, and may block on the terminal.
-    if (leavesNoTime(event) || g_interrupted.exchange(true)) {
+    const bool atOnce = leavesNoTime(event);
+    const int earlier = atOnce ? 0 : g_interrupts.fetch_add(1);
+    if (atOnce || earlier > 0) {
+        if (earlier == 1) {
+            writeLastWords();
+        }
         // No destructors, no report. The value is the same on every system.
         std::_Exit(TestResult::USERABORTED().value());
     }
@@ -53,14 +101,15 @@ int __stdcall onConsoleEvent(unsigned long event) {
 
 class InterruptWatch::Platform {
 public:
-    Platform(StopRequest& stopRequest, std::function<void()> onFirst)
+    Platform(StopRequest& stopRequest, std::function<void()> onFirst, LastWords lastWords)
         : m_watched{stopRequest, std::move(onFirst)} {
         const std::lock_guard lock(watchMutex());
         if (g_watched != nullptr) {
             return;
         }
         g_watched = &m_watched;
-        g_interrupted = false;
+        setLastWords(std::move(lastWords));
+        g_interrupts = 0;
         // ERROR_NOT_ENOUGH_MEMORY: the run goes on, and Ctrl+C ends it as Windows does
         SetConsoleCtrlHandler(&onConsoleEvent, TRUE);
     }
@@ -80,8 +129,10 @@ private:
     Watched m_watched;
 };
 
-InterruptWatch::InterruptWatch(StopRequest& stopRequest, std::function<void()> onFirst)
-    : m_platform(std::make_unique<Platform>(stopRequest, std::move(onFirst))) {}
+InterruptWatch::InterruptWatch(StopRequest& stopRequest, std::function<void()> onFirst,
+                               LastWords lastWords)
+    : m_platform(
+          std::make_unique<Platform>(stopRequest, std::move(onFirst), std::move(lastWords))) {}
 
 InterruptWatch::~InterruptWatch() = default;
 

@@ -78,4 +78,19 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t columns) {
     return lines;
 }
 
+std::string wrappedForTerminal(const std::string& text, std::size_t columns) {
+    if (columns == 0) {
+        return text;
+    }
+    const std::string indent(std::min(text.find_first_not_of(' '), text.size()), ' ');
+    const std::size_t room = columns - std::min(columns, indent.size() + 1);
+    std::string all;
+    for (const std::string& line : wrapped(text, room)) {
+        all += all.empty() ? "" : "\n";
+        all += indent;
+        all += line;
+    }
+    return all;
+}
+
 } // namespace tesk5

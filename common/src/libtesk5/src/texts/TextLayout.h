@@ -14,4 +14,9 @@ std::string padded(std::string text, std::size_t columns);
 /// characters where their rules allow it; a word that is longer than a line is not broken.
 std::vector<std::string> wrapped(std::string_view text, std::size_t columns);
 
+/// One line of text as a terminal of `columns` columns shows it: wrapped with line feeds, each line
+/// with the leading spaces of `text` and without the last column, after which some terminals wrap
+/// themselves. `text` as it is when `columns` is 0.
+std::string wrappedForTerminal(const std::string& text, std::size_t columns);
+
 } // namespace tesk5
