@@ -20,10 +20,12 @@ import threading
 import time
 
 PROTOCOL = 1
-# Exit values of modules from good to bad; a run without a verdict counts as broken down.
-FROM_GOOD_TO_BAD = (0, 1, 6, 3, 4, 2, 5, 8, 64)
 BROKEN_DOWN = 8
 WRONG_USAGE = 64
+# This host's own, as shells have it: the module cannot be started.
+CANNOT_START = 127
+# Exit values from good to bad; a run without a verdict, 74 among them, counts as broken down.
+FROM_GOOD_TO_BAD = (0, 1, 6, 3, 4, 2, 5, BROKEN_DOWN, WRONG_USAGE, CANNOT_START)
 # How long the module's output may stay open after its end: what it started may hold it.
 LAST_WORDS_SECONDS = 2
 
@@ -70,7 +72,7 @@ class Job:
                 self.command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                 stderr=self._errors, **group)
         except OSError as failure:
-            self.problem = f"cannot be started: {failure}"
+            self.problem = f"{self.command[0]} cannot be started: {failure.strerror}"
             happenings.put((self, None))
             return
 
@@ -160,8 +162,13 @@ class Job:
             self.problem = words or "ended in the middle"
         return self.problem
 
+    def started(self):
+        return self._process is not None
+
     def exit(self):
-        value = self._process.returncode if self._process else BROKEN_DOWN
+        if not self.started():
+            return CANNOT_START
+        value = self._process.returncode
         if value == WRONG_USAGE or (self.ended and value in FROM_GOOD_TO_BAD):
             return value
         return BROKEN_DOWN
@@ -202,6 +209,8 @@ def follow(jobs, say):
     happenings = queue.Queue()
     for job in jobs:
         job.start(happenings)
+    if not any(job.started() for job in jobs):
+        return
     while not all(job.over for job in jobs):
         try:
             try:
@@ -265,6 +274,9 @@ def main():
               flush=True)
 
     follow(jobs, say)
+    if not any(job.started() for job in jobs):
+        print(f"host: {visible(jobs[0].problem)}", file=sys.stderr)
+        return CANNOT_START
     exit_value = max((job.exit() for job in jobs), key=FROM_GOOD_TO_BAD.index)
     if options.report:
         options.report.write_text(json.dumps(

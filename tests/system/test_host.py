@@ -246,6 +246,19 @@ class Host(ProgramTest):
         self.assertEqual([(job["exit"], job["problem"]) for job in self.gathered()["jobs"]],
                          [(8, "took longer than it said"), (0, None), (0, None), (0, None)])
 
+    def test_says_in_one_line_that_no_module_can_be_started(self):
+        jobs = [{"name": name, "arguments": []} for name in ("a", "b")]
+        (self.folder / "page.txt").write_text("no program", encoding="ascii")
+        for program, words in (("absent.k5x", b"No such file or directory"),
+                               ("./page.txt", b"Permission denied")):
+            for options in (("--module", program), ("--module", "x", "--launcher", program)):
+                with self.subTest(options):
+                    process = self.host(jobs, *options)
+                    out, err = process.communicate(timeout=LIMIT_SECONDS)
+                    self.assertEqual((process.returncode, out), (127, b""))
+                    self.assertEqual(
+                        err, b"host: " + program.encode() + b" cannot be started: " + words + b"\n")
+
     def test_refuses_malformed_jobs_and_wrong_usage(self):
         def assert_refused(words, jobs, *options):
             process = self.host(jobs, *options)
