@@ -19,7 +19,7 @@ HOSTILE_CARD = "Card \u202e</title><script>alert(3)</script>"
 ALLOWED = {"html", "head", "meta", "title", "style", "body", "header", "main", "footer", "section",
            "article", "h1", "h2", "h3", "p", "span", "strong", "small", "i", "a", "bdi", "time",
            "dl", "div", "dt", "dd", "ul", "li", "table", "caption", "thead", "tbody", "tr", "th",
-           "td", "details", "summary", "pre", "svg", "rect", "line", "path", "text"}
+           "td", "details", "summary", "pre", "svg", "rect", "line", "path", "text", "wbr"}
 
 
 class Page(html.parser.HTMLParser):

@@ -123,6 +123,14 @@ TEST_F(Configurations, YieldToTheCommandLineSettingBySetting) {
     EXPECT_THAT(m_runs, ElementsAre("Signal on Card 1, , 7")) << "none is a value too";
 }
 
+TEST_F(Configurations, RequestEveryLineOfTheLog) {
+    for (const bool full : {false, true}) {
+        tesk5::CommandLine line;
+        line.configFile = config(std::string("[outputs]\nfull-log = ") + (full ? "true" : "false"));
+        EXPECT_EQ(tesk5::withConfiguration(line, registry()).fullLog, full);
+    }
+}
+
 TEST_F(Configurations, KeepTheConsoleQuietAndColourIt) {
     EXPECT_EQ(runWith("[console]\nquiet = true"), 0);
     EXPECT_THAT(output(), Not(HasSubstr("Signal")));

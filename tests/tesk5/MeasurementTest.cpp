@@ -107,10 +107,32 @@ TEST(Gauge, SaysALimitAtTheEndOfTheScaleOnce) {
     EXPECT_EQ(gaugeOf(strength(1, {{"W", 100, Severity::warning}}), false).labels.size(), 2U);
 }
 
+TEST(Gauge, KeepsALimitApartFromTheEndsOfTheScale) {
+    const auto rowOf = [](mrl::Uint32 limit) {
+        return gaugeOf(strength(50, {failing(limit)}), false).labels.at(2).row;
+    };
+    EXPECT_EQ(rowOf(15), 1U) << "\"0 %\" begins at 0, \"15 %\" reaches beyond 15 on both sides";
+    EXPECT_EQ(rowOf(25), 0U);
+    EXPECT_EQ(rowOf(75), 0U);
+    EXPECT_EQ(rowOf(85), 1U);
+}
+
+TEST(Gauge, GivesALongUnitMoreRoom) {
+    const auto rowsWith = [](const char* unit) {
+        return gaugeOf({"Rate", 1, unit, 0, 100, {warning(40), failing(60)}}, false).rows;
+    };
+    EXPECT_EQ(rowsWith("%"), 1U);
+    EXPECT_EQ(rowsWith("Mbit/s"), 2U);
+}
+
 TEST(Gauge, TextsAtTheEdgesStayInside) {
-    EXPECT_STREQ(tesk5::sideOfText(0), "left");
-    EXPECT_STREQ(tesk5::sideOfText(50), "middle");
-    EXPECT_STREQ(tesk5::sideOfText(100), "right");
+    const auto sideOf = [](mrl::Uint32 value) {
+        return std::string(gaugeOf(strength(value, {}), false).valueSide);
+    };
+    EXPECT_EQ(sideOf(0), "left");
+    EXPECT_EQ(sideOf(50), "middle");
+    EXPECT_EQ(sideOf(100), "right");
+    EXPECT_STREQ(gaugeOf(strength(50, {failing(1)}), false).labels.at(2).side, "left");
 }
 
 } // namespace

@@ -17,6 +17,15 @@ TEST_F(NumericParameter, ReadsAsZeroWithoutAValue) {
     EXPECT_EQ(parameter.value(), Value(mrl::Uint32{0}));
 }
 
+TEST_F(NumericParameter, IsSetOnceAValueIsGiven) {
+    EXPECT_FALSE(parameter.isSet());
+    parameter.set("0");
+    EXPECT_TRUE(parameter.isSet());
+    parameter.set("");
+    EXPECT_FALSE(parameter.isSet());
+    EXPECT_TRUE(Parameter("Threshold", DataType::UINT32(), "7", false, true).isSet());
+}
+
 TEST_F(NumericParameter, TakesEveryUnsigned32BitNumber) {
     for (const char* text : {"0", "1", "40", "007", "4294967295"}) {
         EXPECT_TRUE(parameter.accepts(text)) << text;

@@ -250,6 +250,9 @@ TEST_F(WholeRun, IsShownByTheHtmlPageWithEveryNameAsTextIsolatedInItsDirection) 
     const std::string page = html();
     for (const char* part : {
              R"(<html lang="en" dir="ltr">)",
+             "<title>Failed · Runs: 2 · Test report</title>",
+             "<bdi>SSID</bdi></th><td><bdi>L=b</bdi></td>",
+             "<bdi>Limit</bdi></th><td><i>not set</i></td>",
              "<strong>Failed</strong> <small>FAIL</small>",
              "<bdi>example 6.5 (build 000000001)</bdi>",
              "<bdi>Kärte\\u2028&lt;&#39;&amp;]]&gt;</bdi>",
@@ -455,6 +458,38 @@ TEST_F(Reports, HoldTheLogInTheHtmlPageWithoutALogOption) {
     EXPECT_THAT(html(), Not(HasSubstr("a trace")));
     EXPECT_EQ(errors(), "");
     EXPECT_EQ(mrl::LogFactory::getPriority(), mrl::LogFactory::OFF);
+}
+
+TEST_F(Reports, FoldTheLogInTheHtmlPageUnlessAllOfItIsRequested) {
+    registerTest("A", [](const DiagDevice&) {
+        for (const char* text : {"poll 1", "poll 2", "poll 3"}) {
+            log(1, text);
+        }
+        return TestResult::PASS();
+    });
+    constexpr const char* HINT = "<p><small>Repetitions are folded. --full-log shows every line.";
+    startWithReports();
+    EXPECT_THAT(html(), HasSubstr("1 page: poll 1\n... Repeated with other numbers 2 times until "
+                                  "2026-11-20T19:55:01.123Z (lines: 1)\n"));
+    EXPECT_THAT(html(), Not(HasSubstr("poll 3")));
+    EXPECT_THAT(html(), HasSubstr("<small>Lines: 5</small>"));
+    EXPECT_THAT(html(), HasSubstr(HINT));
+    startWithReports({"--full-log"});
+    EXPECT_THAT(html(), HasSubstr("page: poll 2\n"));
+    EXPECT_THAT(html(), HasSubstr("page: poll 3\n"));
+    EXPECT_THAT(html(), Not(HasSubstr(HINT)));
+}
+
+TEST_F(Reports, NameADeviceInTheTitleOfTheHtmlPageAndBreakNamesBetweenTheirWords) {
+    registerTest("SignalStrengthTest", TestResult::PASS())
+        ->addParameter(optionalParameter("WarningLimit", DataType::UINT32()));
+    setDevices(R"([{"name": "<Card>", "capabilities": ["Wireless"],
+                    "properties": {"SystemName<b>X": "1"}}])");
+    startWithReports({"--set", "WarningLimit=0"});
+    EXPECT_THAT(html(), HasSubstr("<title>Passed · &lt;Card&gt; · Test report</title>"));
+    EXPECT_THAT(html(), HasSubstr("<h2><bdi>Signal<wbr>Strength<wbr>Test</bdi></h2>"));
+    EXPECT_THAT(html(), HasSubstr("<bdi>Warning<wbr>Limit</bdi></th><td><bdi>0</bdi></td>"));
+    EXPECT_THAT(html(), HasSubstr("<bdi>System<wbr>Name&lt;b&gt;X</bdi>"));
 }
 
 TEST_F(Reports, HaveEachEventInTheStreamAsSoonAsItHappens) {

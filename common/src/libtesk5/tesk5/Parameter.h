@@ -27,6 +27,9 @@ public:
 
     /// The value in force. An empty number reads as 0.
     Value value() const;
+    /// Whether a value is in force: false without a default until one is given, and after the empty
+    /// text was given.
+    bool isSet() const { return !text().empty(); }
 
     /// Whether `text` can be a value of this parameter. A number must lie in 0 to 4294967295 and be
     /// written in decimal digits alone; the empty text is every type's "not set".
@@ -38,6 +41,8 @@ public:
     void reset();
 
 private:
+    const TeskString& text() const { return m_given ? *m_given : m_default; }
+
     TeskString m_name;
     DataType m_type;
     TeskString m_default;

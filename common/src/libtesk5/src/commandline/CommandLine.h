@@ -42,6 +42,7 @@ struct CommandLine {
     std::vector<std::string> moduleArguments;     ///< what follows it besides options
     bool quiet = false;
     bool check = false; ///< look at the input and run nothing
+    bool fullLog = false; ///< whether a report shows every line of the log
     std::optional<mrl::OutputStream::Colours> colours;
 };
 

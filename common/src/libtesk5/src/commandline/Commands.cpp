@@ -122,6 +122,8 @@ const std::vector<OptionDescription>& optionDescriptions() {
         {"--json", "FILE", "HELP_JSON", "--json report.json", &addReport, RUN},
         {"--junit", "FILE", "HELP_JUNIT", "--junit report.xml", &addReport, RUN},
         {"--html", "FILE", "HELP_HTML", "--html report.html", &addReport, RUN},
+        {"--full-log", nullptr, "HELP_FULL_LOG", "--html report.html --full-log",
+         &setSwitch<&CommandLine::fullLog>, RUN},
         {"--events", nullptr, "HELP_EVENTS", "run --config station.toml --events",
          &setSwitch<&CommandLine::events>, RUN},
         {"--config", "FILE", "CONFIG_HELP_CONFIG", "run --config station.toml --set SSID=Lab",

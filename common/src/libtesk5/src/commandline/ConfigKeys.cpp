@@ -41,6 +41,7 @@ constexpr OptionKey optionKeys[] = {
     {"outputs", "json", "--json", Kind::file, "CONFIG_REPORT", "\"report.json\""},
     {"outputs", "junit", "--junit", Kind::file, "CONFIG_REPORT", "\"report.xml\""},
     {"outputs", "html", "--html", Kind::file, "CONFIG_REPORT", "\"report.html\""},
+    {"outputs", "full-log", "--full-log", Kind::toggle, "CONFIG_FULL_LOG", "false"},
     {"outputs", "log", "--log", Kind::file, "CONFIG_LOG", "\"antenna.log\""},
     {"outputs", "log-level", "--log-level", Kind::number, "CONFIG_LOG_LEVEL", "1"},
     {"console", "quiet", "--quiet", Kind::toggle, "CONFIG_QUIET", "false"},

@@ -260,6 +260,7 @@ int run(const CommandLine& given, RunContext& context) {
     if (log) {
         record.log = log->log();
     }
+    record.fullLog = line.fullLog;
     if (record.leftBy) {
         endBroken(line.reports, reports, record, context);
     }

@@ -12,11 +12,10 @@ Parameter::Parameter(TeskString name, DataType type, TeskString defaultValue, bo
       m_multiValued(multiValued), m_optional(optional) {}
 
 Value Parameter::value() const {
-    const TeskString& text = m_given ? *m_given : m_default;
     if (m_type == DataType::UINT32()) {
-        return Value(parseUint32(text.utf8()).value_or(0));
+        return Value(parseUint32(text().utf8()).value_or(0));
     }
-    return Value(text);
+    return Value(text());
 }
 
 bool Parameter::accepts(const TeskString& text) const {

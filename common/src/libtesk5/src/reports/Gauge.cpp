@@ -1,5 +1,7 @@
 #include "reports/Gauge.h"
 
+#include <mrl/DisplayWidth.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -8,9 +10,9 @@ namespace tesk5 {
 namespace {
 
 constexpr double WHOLE = 100;
-// Room for "100 %" where the drawing is narrowest.
-constexpr double LABEL_ROOM = 15;
-constexpr double EDGE = 8;
+// A character of a number, where the drawing is narrowest: on a phone.
+constexpr double CHARACTER = 2.7;
+constexpr double GAP = 2;
 
 // Places on the scale, in percent from its left end.
 class Scale {
@@ -55,6 +57,32 @@ std::vector<Gauge::Zone> zonesOf(const Measurement& measurement, const Scale& sc
     return zones;
 }
 
+// A number with its unit at `x`: the part of it that is there, and where it begins and ends.
+struct Extent {
+    Extent(double x, mrl::Uint32 value, const TeskString& unit) {
+        const std::string text = std::to_string(value) + " " + unit.utf8();
+        const double width = CHARACTER * static_cast<double>(mrl::columnsOf(text));
+        if (x < width / 2) {
+            side = "left";
+            from = x;
+        } else if (x > WHOLE - width / 2) {
+            side = "right";
+            from = x - width;
+        } else {
+            side = "middle";
+            from = x - width / 2;
+        }
+        to = from + width;
+    }
+    bool touches(const Extent& other) const {
+        return from < other.to + GAP && other.from < to + GAP;
+    }
+
+    const char* side;
+    double from;
+    double to;
+};
+
 // The ends of the scale come first and so get the row next to it.
 std::vector<Gauge::Label> labelsOf(const Measurement& measurement, const Scale& scale) {
     std::vector<mrl::Uint32> values = {measurement.lowest, measurement.highest};
@@ -65,9 +93,11 @@ std::vector<Gauge::Label> labelsOf(const Measurement& measurement, const Scale& 
     }
     std::vector<Gauge::Label> labels;
     for (const mrl::Uint32 value : values) {
-        Gauge::Label label{scale.x(value), value, 0};
-        const auto touched = [&label](const Gauge::Label& other) {
-            return other.row == label.row && std::abs(other.x - label.x) < LABEL_ROOM;
+        const Extent extent(scale.x(value), value, measurement.unit);
+        Gauge::Label label{.x = scale.x(value), .side = extent.side, .value = value, .row = 0};
+        const auto touched = [&](const Gauge::Label& other) {
+            return other.row == label.row &&
+                   extent.touches(Extent(other.x, other.value, measurement.unit));
         };
         while (std::any_of(labels.begin(), labels.end(), touched)) {
             ++label.row;
@@ -84,6 +114,7 @@ Gauge gaugeOf(const Measurement& measurement, bool mirrored) {
     Gauge gauge{zonesOf(measurement, scale),
                 scale.zone(measurement.lowest, measurement.value, std::nullopt),
                 scale.x(measurement.value),
+                Extent(scale.x(measurement.value), measurement.value, measurement.unit).side,
                 labelsOf(measurement, scale),
                 {},
                 1};
@@ -94,13 +125,6 @@ Gauge gaugeOf(const Measurement& measurement, bool mirrored) {
         gauge.rows = std::max(gauge.rows, label.row + 1);
     }
     return gauge;
-}
-
-const char* sideOfText(double x) {
-    if (x < EDGE) {
-        return "left";
-    }
-    return x > WHOLE - EDGE ? "right" : "middle";
 }
 
 } // namespace tesk5

@@ -18,25 +18,25 @@ struct Gauge {
         double width;
         std::optional<Severity> severity;
     };
-    /// A number under the scale. Numbers that would overlap are in different rows.
+    /// A number under the scale, with its unit. Numbers that would overlap are in different rows.
     struct Label {
         double x;
+        const char* side; ///< as of `valueSide`
         mrl::Uint32 value;
         std::size_t row; ///< 0 is the one next to the scale
     };
 
     std::vector<Zone> zones;
-    Zone value;                ///< from the scale's beginning to the value
-    double valueX;             ///< of the value itself
+    Zone value;    ///< from the scale's beginning to the value
+    double valueX; ///< of the value itself
+    /// The part of the value's text that is at `valueX`, so that the text stays inside the drawing:
+    /// "left", "middle" or "right".
+    const char* valueSide;
     std::vector<Label> labels; ///< the ends of the scale and the limits
     std::vector<double> limits;
     std::size_t rows; ///< of labels
 };
 
 Gauge gaugeOf(const Measurement& measurement, bool mirrored);
-
-/// "left", "middle" or "right": the part of a short text that is placed at `x`, so that the text
-/// stays inside the drawing.
-const char* sideOfText(double x);
 
 } // namespace tesk5

@@ -1,5 +1,5 @@
 // Makes the values of the template res/report.html. Texts from outside reach it as data, which is
-// escaped; the two kinds of sentences that are markup already are made here.
+// escaped; sentences, names and the log, which are markup already, are made here.
 #include "reports/HtmlReport.h"
 
 #include <tesk5/Language.h>
@@ -7,6 +7,7 @@
 #include <tesk5/Texts.h>
 
 #include "reports/Gauge.h"
+#include "reports/LogFold.h"
 #include "reports/Markup.h"
 #include "reports/ReportJson.h"
 #include "reports/ReportTemplates.h"
@@ -137,12 +138,12 @@ Json gaugeJson(const Measurement& measurement, bool mirrored) {
         return Json::object({{"x", percent(x)}});
     });
     json["pointer"] = {{"x", percent(gauge.valueX)},
-                       {"side", sideOfText(gauge.valueX)},
+                       {"side", gauge.valueSide},
                        {"text", withUnit(measurement.value, measurement.unit)}};
     json["labels"] = listOf(gauge.labels, [&measurement](const Gauge::Label& label) -> Json {
         return {{"x", percent(label.x)},
                 {"y", FIRST_LABEL_Y + LABEL_HEIGHT * label.row},
-                {"side", sideOfText(label.x)},
+                {"side", label.side},
                 {"text", withUnit(label.value, measurement.unit)}};
     });
     return json;
@@ -177,24 +178,41 @@ Json surveyJson(const Survey& survey, bool mirrored) {
              })}};
 }
 
+// A name that is one word in a program: a narrow page breaks it before a capital letter.
+std::string nameMarkup(const std::string& name) {
+    const auto isWithin = [](char letter, char first, char last) {
+        return letter >= first && letter <= last;
+    };
+    std::string markup;
+    std::size_t begin = 0;
+    for (std::size_t i = 1; i < name.size(); ++i) {
+        if (isWithin(name[i - 1], 'a', 'z') && isWithin(name[i], 'A', 'Z')) {
+            markup += inMarkup(name.substr(begin, i - begin)) + "<wbr>";
+            begin = i;
+        }
+    }
+    return markup + inMarkup(name.substr(begin));
+}
+
 // null for the empty text, which leaves its section out.
 Json textOrNull(const std::string& text) {
     return text.empty() ? Json(nullptr) : Json(text);
 }
 
 Json parametersJson(const Outcome& outcome) {
-    return listOf(outcome.parameters, [](const auto& parameter) -> Json {
-        const std::string& name = parameter.first.utf8();
-        const std::string meaning = translation(parameter.first).utf8();
-        return {{"name", name},
+    return listOf(outcome.parameters, [](const ParameterInForce& parameter) -> Json {
+        const std::string& name = parameter.name.utf8();
+        const std::string meaning = translation(parameter.name).utf8();
+        const std::string value = parameter.value.valueString().utf8();
+        return {{"name", nameMarkup(name)},
                 {"meaning", textOrNull(meaning == name ? "" : meaning)},
-                {"value", textOrNull(parameter.second.valueString().utf8())}};
+                {"value", textOrNull(parameter.isSet ? value : "")}};
     });
 }
 
 Json propertiesJson(const DiagDevice& device) {
     return listOf(device.properties(), [](const auto& property) -> Json {
-        return {{"name", property.first.utf8()}, {"value", property.second.utf8()}};
+        return {{"name", nameMarkup(property.first.utf8())}, {"value", property.second.utf8()}};
     });
 }
 
@@ -228,7 +246,7 @@ Json partJson(const Outcome& outcome, bool mirrored) {
     if (outcome.result.good() && !plainlyGood(outcome)) {
         setKind(json, WARNING);
     }
-    json["test"] = translation(outcome.test->name()).utf8();
+    json["test"] = nameMarkup(translation(outcome.test->name()).utf8());
     json["device"] = outcome.device->name().utf8();
     json["started"] = timeJson(outcome.time);
     json["duration"] = duration;
@@ -247,7 +265,7 @@ Json partJson(const Outcome& outcome, bool mirrored) {
 
 Json partJson(const TestWithoutDevice& without, const RunRecord& run) {
     Json json = resultJson(TestResult::CANNOTRUN());
-    json["test"] = translation(without.test->name()).utf8();
+    json["test"] = nameMarkup(translation(without.test->name()).utf8());
     json["device"] = nullptr;
     json["started"] = timeJson(run.started);
     json["duration"] = nullptr;
@@ -277,16 +295,71 @@ std::string logLine(const LoggedLine& line) {
            ": " + line.text;
 }
 
-Json logJson(const KeptLog& log) {
-    Json lines = listOf(log.first, logLine);
+std::string logLine(const FoldedLine& folded) {
+    if (folded.block == 0) {
+        return logLine(*folded.line);
+    }
+    return "... " + message("REPORT_LOG_REPEATED", {{"Lines", std::to_string(folded.block)},
+                                                    {"Count", std::to_string(folded.times)},
+                                                    {"Time", mrl::utcText(folded.line->time)}});
+}
+
+std::string logMarkup(const std::vector<const LoggedLine*>& lines, bool full) {
+    std::string text;
+    if (full) {
+        for (const LoggedLine* line : lines) {
+            text += inMarkup(logLine(*line)) + "\n";
+        }
+        return text;
+    }
+    for (const FoldedLine& line : folded(lines)) {
+        text += inMarkup(logLine(line)) + "\n";
+    }
+    return text;
+}
+
+std::string logMarkup(const KeptLog& log, bool full) {
+    std::vector<const LoggedLine*> lines;
+    for (const LoggedLine& line : log.first) {
+        lines.push_back(&line);
+    }
+    std::string text;
     if (log.leftOut > 0) {
-        lines.push_back("... " +
-                        message("REPORT_LOG_LEFT_OUT", {{"Count", std::to_string(log.leftOut)}}));
+        text = logMarkup(lines, full) + "... " +
+               inMarkup(message("REPORT_LOG_LEFT_OUT", {{"Count", std::to_string(log.leftOut)}})) +
+               "\n";
+        lines.clear();
     }
     for (const LoggedLine& line : log.last) {
-        lines.push_back(logLine(line));
+        lines.push_back(&line);
     }
-    return lines;
+    return text + logMarkup(lines, full);
+}
+
+void setLog(Json& page, const KeptLog& log, bool full) {
+    const std::size_t lines = log.first.size() + log.leftOut + log.last.size();
+    const std::string text = logMarkup(log, full);
+    page["logCount"] = message("REPORT_LOG_LINES", {{"Count", std::to_string(lines)}});
+    page["log"] = textOrNull(text);
+    const auto shown = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    page["folded"] = !full && shown < lines;
+}
+
+// What a browser shows on its tab and in its history.
+std::string titleOf(const RunRecord& run) {
+    std::vector<std::string> parts = {resultInWords(worstResult(run))};
+    const std::size_t runs = run.outcomes.size() + run.withoutDevice.size();
+    if (runs > 1) {
+        parts.push_back(message("CONSOLE_RUNS", {{"Count", std::to_string(runs)}}));
+    } else if (!run.outcomes.empty()) {
+        parts.push_back(run.outcomes.front().device->name().utf8());
+    }
+    parts.push_back(message("REPORT_TITLE"));
+    std::string title;
+    for (const std::string& part : parts) {
+        title += (title.empty() ? "" : " · ") + part;
+    }
+    return title;
 }
 
 // The tags in capitals are keys of texts.
@@ -313,12 +386,11 @@ std::string htmlReportOf(const RunRecord& run) {
     const bool mirrored = mrl::isRightToLeft(tag);
     const TestResult overall = worstResult(run);
     const bool several = run.outcomes.size() + run.withoutDevice.size() > 1;
-    const std::size_t lines = run.log.first.size() + run.log.leftOut + run.log.last.size();
     Json page;
     setTexts(page, pageTemplate());
     page["lang"] = tag;
     page["dir"] = mirrored ? "rtl" : "ltr";
-    page["title"] = message("REPORT_TITLE") + ": " + resultInWords(overall);
+    page["title"] = titleOf(run);
     page["program"] = programText(run.version);
     page["started"] = timeJson(run.started);
     page["ended"] = timeJson(run.ended);
@@ -333,8 +405,7 @@ std::string htmlReportOf(const RunRecord& run) {
         run.leftOut == 0
             ? Json(nullptr)
             : Json(message("REPORT_LEFT_OUT", {{"Count", std::to_string(run.leftOut)}}));
-    page["logCount"] = message("REPORT_LOG_LINES", {{"Count", std::to_string(lines)}});
-    page["log"] = logJson(run.log);
+    setLog(page, run.log, run.fullLog);
     return filled(pageTemplate(), page, {{"mark", markTemplate()}});
 }
 

@@ -121,8 +121,8 @@ Json propertiesOf(const Outcome& outcome) {
     for (const auto& [name, value] : outcome.device->properties()) {
         properties.add("device." + name.utf8(), value.utf8());
     }
-    for (const auto& [name, value] : outcome.parameters) {
-        properties.add("parameter." + name.utf8(), value.valueString().utf8());
+    for (const ParameterInForce& parameter : outcome.parameters) {
+        properties.add("parameter." + parameter.name.utf8(), parameter.value.valueString().utf8());
     }
     for (const Measurement& measurement : outcome.measurements) {
         properties.add(measurement);

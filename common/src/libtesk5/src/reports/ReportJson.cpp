@@ -147,8 +147,12 @@ Json moduleJson(const ModuleVersion& version) {
         {"name", moduleInfo().name}, {"version", version.text()}, {"build", version.build.utf8()}};
 }
 
-Json parametersJson(const std::vector<std::pair<TeskString, Value>>& parameters) {
-    return objectOf(parameters, [](const Value& value) { return jsonOf(value); });
+Json parametersJson(const std::vector<ParameterInForce>& parameters) {
+    Json object = Json::object();
+    for (const ParameterInForce& parameter : parameters) {
+        object[parameter.name.utf8()] = jsonOf(parameter.value);
+    }
+    return object;
 }
 
 std::string jsonReportOf(const RunRecord& run) {

@@ -24,7 +24,7 @@ Json jsonOf(const TestWithoutDevice& without);
 /// Name, version and build of the program.
 Json moduleJson(const ModuleVersion& version);
 /// The parameters of a run with the values in force.
-Json parametersJson(const std::vector<std::pair<TeskString, Value>>& parameters);
+Json parametersJson(const std::vector<ParameterInForce>& parameters);
 
 /// The report of a whole run, which docs/report.md describes, in UTF-8.
 std::string jsonReportOf(const RunRecord& run);

@@ -17,15 +17,15 @@ struct LoggedLine {
     std::string text; ///< control characters escaped; a very long one is cut and ends in "..."
 };
 
-/// The beginning and the end of a log. A search for an access point fills thousands of lines that
-/// repeat each other: its beginning and its end explain a result.
+/// A log, or the beginning and the end of a long one. The longest search for an access point among
+/// thirty networks fits as a whole; its lines take about 20 MB.
 struct KeptLog {
     std::vector<LoggedLine> first;
     std::size_t leftOut = 0; ///< number of lines between the two
     std::deque<LoggedLine> last;
 
-    static constexpr std::size_t FIRST = 500;
-    static constexpr std::size_t LAST = 1000;
+    static constexpr std::size_t FIRST = 20000;
+    static constexpr std::size_t LAST = 80000;
     static constexpr std::size_t LONGEST_TEXT = 1000;
 };
 

@@ -124,10 +124,10 @@ Outcome executeAndReport(const PlannedRun& run, RunListener& listener, std::exce
 
 } // namespace
 
-std::vector<std::pair<TeskString, Value>> parametersInForce(const Test& test) {
-    std::vector<std::pair<TeskString, Value>> values;
+std::vector<ParameterInForce> parametersInForce(const Test& test) {
+    std::vector<ParameterInForce> values;
     for (const Parameter* parameter : test.parameters()) {
-        values.emplace_back(parameter->name(), parameter->value());
+        values.push_back({parameter->name(), parameter->value(), parameter->isSet()});
     }
     return values;
 }

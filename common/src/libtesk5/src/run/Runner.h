@@ -16,6 +16,13 @@ namespace tesk5 {
 
 class RunListener;
 
+/// A parameter of a run.
+struct ParameterInForce {
+    TeskString name;
+    Value value;
+    bool isSet = true; ///< false when `value` only stands for a missing one
+};
+
 /// How one run of a test on a device went.
 struct Outcome {
     const Test* test;
@@ -24,7 +31,7 @@ struct Outcome {
     bool started; ///< false for a run that a stop request prevented
     mrl::Clock::UtcTime time;
     double seconds;
-    std::vector<std::pair<TeskString, Value>> parameters;
+    std::vector<ParameterInForce> parameters;
     std::vector<RaisedEvent> events;
     std::vector<Measurement> measurements;
     std::vector<Survey> surveys;
@@ -51,7 +58,8 @@ struct RunRecord {
     std::size_t leftOut = 0;   ///< runs that requestAbort() or an exception prevented
     std::exception_ptr leftBy; ///< the exception that left a test and ended the run; usually null
     int exitValue = 0;
-    KeptLog log; ///< empty unless a report shows it
+    KeptLog log;          ///< empty unless a report shows it
+    bool fullLog = false; ///< whether a report shows every line of it
 };
 
 /// Carries an exception, other than a TeskException, that left a test function to the caller of the
@@ -61,7 +69,7 @@ struct LeftByException {
 };
 
 /// Every parameter of `test` with the value in force.
-std::vector<std::pair<TeskString, Value>> parametersInForce(const Test& test);
+std::vector<ParameterInForce> parametersInForce(const Test& test);
 
 /// Runs `runs` in order, and fills in the outcomes of `record`, what was left out, and what ended
 /// the run. A TeskException makes the result INTERNALERROR. Any other exception makes it
