@@ -469,8 +469,8 @@ TEST_F(Reports, FoldTheLogInTheHtmlPageUnlessAllOfItIsRequested) {
     });
     constexpr const char* HINT = "<p><small>Repetitions are folded. --full-log shows every line.";
     startWithReports();
-    EXPECT_THAT(html(), HasSubstr("1 page: poll 1\n... Repeated with other numbers 2 times until "
-                                  "2026-11-20T19:55:01.123Z (lines: 1)\n"));
+    EXPECT_THAT(html(), HasSubstr("1 page: poll 1\n... Repeated with other numbers until "
+                                  "2026-11-20T19:55:01.123Z (lines: 1, times: 2)\n"));
     EXPECT_THAT(html(), Not(HasSubstr("poll 3")));
     EXPECT_THAT(html(), HasSubstr("<small>Lines: 5</small>"));
     EXPECT_THAT(html(), HasSubstr(HINT));

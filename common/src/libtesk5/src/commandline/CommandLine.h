@@ -41,7 +41,7 @@ struct CommandLine {
     const ModuleCommand* moduleCommand = nullptr; ///< for Command::ofModule
     std::vector<std::string> moduleArguments;     ///< what follows it besides options
     bool quiet = false;
-    bool check = false; ///< look at the input and run nothing
+    bool check = false;   ///< look at the input and run nothing
     bool fullLog = false; ///< whether a report shows every line of the log
     std::optional<mrl::OutputStream::Colours> colours;
 };
