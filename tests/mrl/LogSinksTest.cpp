@@ -19,7 +19,6 @@ using mrl::LogFactory;
 using mrl::LoggerStream;
 using test::bytesOfFile;
 using testing::AllOf;
-using testing::AnyOf;
 using testing::HasSubstr;
 
 // While it lives, log lines are written to `sink`.
@@ -123,7 +122,7 @@ TEST_F(FileLogSink, AFolderIsRefusedWithTheReason) {
     std::filesystem::create_directory(mrl::System::path(path));
     const std::string reason = reasonAgainst(path);
     EXPECT_THAT(reason, HasSubstr(path));
-    EXPECT_THAT(reason, AnyOf(HasSubstr("Is a directory"), HasSubstr("Permission denied")));
+    EXPECT_THAT(reason, HasSubstr("it is a directory"));
 }
 
 TEST_F(FileLogSink, AMissingFolderOrTheEmptyPathIsRefusedAndNothingCreated) {

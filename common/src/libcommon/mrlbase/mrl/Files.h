@@ -46,6 +46,11 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit);
 /// Platform: GetFullPathNameW; getcwd
 std::filesystem::path fullPath(const std::filesystem::path& path);
 
+/// Whether two names lead to one file or folder; false when one of them leads to none, or to a
+/// device.
+/// Platform: CreateFileW, GetFileInformationByHandle; stat
+bool sameFile(const std::filesystem::path& a, const std::filesystem::path& b);
+
 /// Opens a file for writing if it is there, and leaves it as it is. A link can lead to a device or
 /// pipe of which fileKind() learns nothing: what was opened decides.
 /// Failure: throws FileFailure; not for a file that is missing

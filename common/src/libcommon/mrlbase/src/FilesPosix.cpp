@@ -89,6 +89,11 @@ std::filesystem::path fullPath(const std::filesystem::path& path) {
     return std::filesystem::absolute(path, failure);
 }
 
+bool sameFile(const std::filesystem::path& a, const std::filesystem::path& b) {
+    std::error_code failure;
+    return std::filesystem::equivalent(a, b, failure);
+}
+
 void checkWritable(const std::filesystem::path& path) {
     const Descriptor file(open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (file.get() >= 0 || errno != ENOENT) {

@@ -145,6 +145,31 @@ std::filesystem::path fullPath(const std::filesystem::path& path) {
     return fullName(path);
 }
 
+// Not std::filesystem::equivalent(), which takes the drive of a verbatim path (\\?\C:\x) for the
+// current one.
+bool sameFile(const std::filesystem::path& a, const std::filesystem::path& b) {
+    const auto identify = [](const std::filesystem::path& path, BY_HANDLE_FILE_INFORMATION& info) {
+        if (fileKind(path) == FileKind::other) {
+            return false; // a pipe would be connected
+        }
+        const HANDLE opened = CreateFileW(
+            path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+            OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS,
+            nullptr);
+        if (opened == INVALID_HANDLE_VALUE) {
+            return false; // ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_ACCESS_DENIED
+        }
+        const OpenFile file(opened, &CloseHandle);
+        return GetFileInformationByHandle(opened, &info) != 0; // ERROR_INVALID_FUNCTION for a pipe
+    };
+    BY_HANDLE_FILE_INFORMATION first{};
+    BY_HANDLE_FILE_INFORMATION second{};
+    return identify(a, first) && identify(b, second) &&
+           first.dwVolumeSerialNumber == second.dwVolumeSerialNumber &&
+           first.nFileIndexHigh == second.nFileIndexHigh &&
+           first.nFileIndexLow == second.nFileIndexLow;
+}
+
 void checkWritable(const std::filesystem::path& path) {
     const HANDLE opened = CreateFileW(
         path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,

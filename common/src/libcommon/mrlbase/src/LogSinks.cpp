@@ -71,8 +71,13 @@ private:
 
 std::shared_ptr<LogSink> fileLogSink(std::string_view path) {
     // Opening alone has effects: a port is claimed, a pipe connected.
-    if (fileKind(System::path(path)) == FileKind::other) {
+    switch (fileKind(System::path(path))) {
+    case FileKind::other:
         failToOpen(path, NOT_ORDINARY);
+    case FileKind::directory:
+        failToOpen(path, "it is a directory");
+    default:
+        break;
     }
     try {
         checkWritable(System::path(path));

@@ -144,8 +144,7 @@ void removeLeftovers(const fs::path& target, const std::vector<std::string>& kep
     }
     for (const fs::path& leftover : leftovers) {
         const auto holds = [&leftover](const std::string& file) {
-            std::error_code ignored;
-            return fs::equivalent(mrl::System::path(file).parent_path(), leftover, ignored);
+            return mrl::sameFile(mrl::System::path(file).parent_path(), leftover);
         };
         if (std::none_of(kept.begin(), kept.end(), holds)) {
             TemporaryFolder::remove(leftover);
@@ -269,17 +268,17 @@ std::optional<std::string> whyNotWritable(const std::string& path) {
 }
 
 bool nameSameFile(const std::string& a, const std::string& b) {
-    std::error_code failure;
     const fs::path first = mrl::fullPath(mrl::System::path(a));
     const fs::path second = mrl::fullPath(mrl::System::path(b));
-    if (fs::equivalent(first, second, failure)) {
+    if (mrl::sameFile(first, second)) {
         return true;
     }
     // A file that is not there yet: its folder can have several names too.
     if (sameName(first.filename(), second.filename()) &&
-        fs::equivalent(first.parent_path(), second.parent_path(), failure)) {
+        mrl::sameFile(first.parent_path(), second.parent_path())) {
         return true;
     }
+    std::error_code failure;
     return sameName(fs::weakly_canonical(first, failure), fs::weakly_canonical(second, failure));
 }
 
