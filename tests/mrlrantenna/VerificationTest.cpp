@@ -302,6 +302,14 @@ INSTANTIATE_TEST_SUITE_P(Thresholds, VerificationBadThresholds, testing::ValuesI
 
 // --- the log ---
 
+TEST_F(Verification, TracesTheCheckOfThresholdsAroundItsRefusal) {
+    const test::CapturedLog traced(0);
+    EXPECT_FALSE(signalStrengthParametersValid(0, 0));
+    EXPECT_THAT(traced.texts(),
+                ElementsAre("> signalStrengthParametersValid (" + SOURCE + "204)",
+                            testing::StartsWith("207 "), "< signalStrengthParametersValid"));
+}
+
 TEST_F(Verification, TracesItsOperationsWithTheirPlaces) {
     const test::CapturedLog traced(0);
     startRadio({{.ssid = "Lab", .signal = 70U}});

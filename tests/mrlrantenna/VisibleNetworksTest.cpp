@@ -478,6 +478,8 @@ TEST_F(VisibleNetworks, TraceNothingForTheErrorReportAndTheRating) {
                     VisibleNetwork().getSignalQualityText();
                 }),
                 IsEmpty());
+    EXPECT_THAT(scopesOf([&device] { device.printNetworkInfo(nullptr); }),
+                ElementsAre("printNetworkInfo()"));
     EXPECT_THAT(scopesOf([&device] { device.isSame(VisibleNetwork(), VisibleNetwork()); }),
                 ElementsAre("isSame()"));
 }

@@ -13,6 +13,7 @@
 
 #include <gmock/gmock.h>
 
+#include <exception>
 #include <functional>
 #include <optional>
 #include <string>
@@ -60,8 +61,10 @@ protected:
     /// One that throws `exception`.
     template <typename Exception>
     static tesk5::Test* registerThrowing(const char* name, Exception exception) {
-        return registerTest(name,
-                            [exception](const DiagDevice&) -> TestResult { throw exception; });
+        return registerTest(
+            name, [failure = std::make_exception_ptr(exception)](const DiagDevice&) -> TestResult {
+                std::rethrow_exception(failure);
+            });
     }
     /// One during which a stop is requested, as by Ctrl+C, and that passes.
     static tesk5::Test* registerStopping(const char* name);

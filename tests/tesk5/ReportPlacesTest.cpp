@@ -29,7 +29,7 @@ protected:
 
     /// A folder as a process leaves it that is killed while it writes the report `name`.
     std::string leftover(const std::string& name, const std::string& process) const {
-        const std::string folder = name + "." + process + "-4294967295.tmp";
+        std::string folder = name + "." + process + "-4294967295.tmp";
         fs::create_directory(path(folder));
         fileWith(folder + "/mrl-report", "{\"half\":");
         return folder;

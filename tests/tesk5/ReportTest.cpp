@@ -21,6 +21,7 @@ using nlohmann::ordered_json;
 // The members `name` of objects.
 std::vector<ordered_json> allOf(const std::string& name, const std::vector<ordered_json>& objects) {
     std::vector<ordered_json> members;
+    members.reserve(objects.size());
     for (const ordered_json& object : objects) {
         members.push_back(object.at(name));
     }

@@ -69,7 +69,7 @@ std::vector<std::string> withPlainCommand(std::vector<std::string> arguments) {
 std::optional<std::string> asOption(const std::string& word) {
     for (const char* mark : {"\xE2\x80\x93", "\xE2\x80\x94", "\xE2\x88\x92", "/", "-"}) {
         if (word.starts_with(mark)) {
-            const std::size_t name = word.find_first_not_of("-", std::string_view(mark).size());
+            const std::size_t name = word.find_first_not_of('-', std::string_view(mark).size());
             const std::size_t end = word.find('=');
             return name == std::string::npos ? std::string("--")
                                              : "--" + word.substr(name, end - name);
