@@ -47,12 +47,6 @@ class Dialog:
         test.addCleanup(prefix.close)
         self._environment = environment(scenario, WINEPREFIX=str(prefix.path),
                                         DISPLAY=self._display.name)
-        with open(self._folder / "out.txt", "wb") as out, \
-                open(self._folder / "err.txt", "wb") as err:
-            self._program = self._start(EXECUTABLE, "run", "DiversityTest", "--json", "report.json",
-                                        "--language", language,
-                                        stdin=subprocess.DEVNULL, stdout=out, stderr=err)
-        test.addCleanup(stop, self._program)
         self._probe = self._start(PROBE, "--title", texts_of(language)["TITLE"],
                                   "--wait", str(OPEN_SECONDS * 1000),
                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE,
@@ -60,7 +54,22 @@ class Dialog:
         test.addCleanup(self._probe.stdout.close)
         test.addCleanup(self._probe.stdin.close)
         test.addCleanup(stop, self._probe)
+        self._wait_for_the_desktop()
+        with open(self._folder / "out.txt", "wb") as out, \
+                open(self._folder / "err.txt", "wb") as err:
+            self._program = self._start(EXECUTABLE, "run", "DiversityTest", "--json", "report.json",
+                                        "--language", language,
+                                        stdin=subprocess.DEVNULL, stdout=out, stderr=err)
+        test.addCleanup(stop, self._program)
         self._ask("window", seconds=OPEN_SECONDS + ANSWER_SECONDS)
+
+    def _wait_for_the_desktop(self):
+        """Returns when Wine's desktop is there. The first process with windows makes it, and no
+        other one can open a window meanwhile."""
+        subprocess.run(["wine", str(PROBE), "--title", "no such window", "--wait", "0"],
+                       cwd=self._folder, env=self._environment, input=b"window\n",
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                       timeout=OPEN_SECONDS, check=False)
 
     def _start(self, program, *arguments, **streams):
         return subprocess.Popen(["wine", str(program), *arguments], cwd=self._folder,

@@ -251,6 +251,16 @@ TEST_F(Configurations, AreRefusedWhenTheyAreNotToml) {
     }
 }
 
+TEST_F(Configurations, AreRefusedForATextWithoutQuotesWithTheLineToWrite) {
+    EXPECT_THAT(refusal("\n[parameters]\n  SSID = Lab 5G # bench\nx = 1"),
+                testing::AllOf(testing::StartsWith("line 3, column "),
+                               HasSubstr("a text stands in quotes: SSID = \"Lab 5G\"")));
+    EXPECT_THAT(refusal("a = B\u00fcro"), HasSubstr("a text stands in quotes: a = \"B\u00fcro\""));
+    for (const char* other : {"a = \"Lab", "a = 0x", "a =", "oops"}) {
+        EXPECT_THAT(refusal(other), Not(HasSubstr("in quotes"))) << other;
+    }
+}
+
 TEST_F(Configurations, AreRefusedForKeysSoDeepThatReadingThemWouldExhaustTheStack) {
     std::string path;
     while (path.size() < 60000) {

@@ -22,6 +22,7 @@
 #include <toml++/toml.h>
 
 #include <algorithm>
+#include <cctype>
 #include <set>
 
 namespace tesk5 {
@@ -64,6 +65,36 @@ std::string inUtf8(const std::string& bytes) {
     return mrl::toUtf8(units);
 }
 
+std::string_view trimmed(std::string_view text) {
+    constexpr const char* BLANKS = " \t\r";
+    const std::size_t begin = std::min(text.find_first_not_of(BLANKS), text.size());
+    return text.substr(begin, text.find_last_not_of(BLANKS) + 1 - begin);
+}
+
+// What to write when the line has a text without quotes for its value, the commonest mistake; the
+// parser speaks of types then. Nothing for any other line.
+std::optional<std::string> textWithoutQuotes(std::string_view text, mrl::Uint32 number) {
+    for (mrl::Uint32 line = 1; line < number && !text.empty(); ++line) {
+        text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
+    }
+    text = text.substr(0, text.find('\n'));
+    const std::size_t equals = text.find('=');
+    if (equals == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const std::string_view value = trimmed(text.substr(equals + 1, text.find('#') - equals - 1));
+    const auto isPlain = [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return std::isalpha(byte) != 0 || byte >= 0x80;
+    };
+    if (value.empty() || !isPlain(value.front()) || value.find('"') != std::string_view::npos) {
+        return std::nullopt;
+    }
+    return message(
+        "CONFIG_TEXT_WITHOUT_QUOTES",
+        {{"Key", std::string(trimmed(text.substr(0, equals)))}, {"Text", std::string(value)}});
+}
+
 std::optional<Problem> tooManyDots(const std::string& text) {
     toml::source_position place{1, 1};
     mrl::Uint32 dots = 0;
@@ -78,8 +109,9 @@ std::optional<Problem> tooManyDots(const std::string& text) {
 }
 
 toml::table parsed(const std::string& file) {
+    std::string text;
     try {
-        const std::string text = inUtf8(mrl::readWholeFile(mrl::System::path(file), LARGEST_FILE));
+        text = inUtf8(mrl::readWholeFile(mrl::System::path(file), LARGEST_FILE));
         if (const std::optional<Problem> problem = tooManyDots(text)) {
             refuse(file, *problem);
         }
@@ -88,7 +120,10 @@ toml::table parsed(const std::string& file) {
         throw BadInput{
             message("CONFIG_UNREADABLE", {{"File", file}, {"Reason", fileReason(failure).text()}})};
     } catch (const toml::parse_error& error) {
-        refuse(file, {error.source().begin, std::string(error.description())});
+        const toml::source_position place = error.source().begin;
+        refuse(file,
+               {place,
+                textWithoutQuotes(text, place.line).value_or(std::string(error.description()))});
     }
 }
 
