@@ -274,6 +274,17 @@ TEST_F(WirelessDoctor, FindsExactlyTheNamesThatTheTestFinds) {
     startRadio({{.ssid = "Office"}}); // the scans of the search leave blocks behind
 }
 
+TEST_F(WirelessDoctor, CountsTheNetworksThatTheTestsListKeepsAndNamesTheOthers) {
+    startRadio({{.ssid = "Lab", .signal = 70U},
+                {.ssid = "Lab-5G", .signal = 60U},
+                {.ssid = "Office", .signal = 55U},
+                {.ssid = "Guest Lab", .signal = 50U}});
+    EXPECT_THAT(sayings(), testing::IsSupersetOf(
+                               {"ok: Card: visible networks with a name: 2.",
+                                "ok: Card: left out of the tests' list, because an earlier name is "
+                                "a part of theirs: \"Lab-5G\", \"Guest Lab\"."}));
+}
+
 TEST_F(WirelessDoctor, ChecksTheParametersByTheRulesOfTheTest) {
     struct {
         const char* name;

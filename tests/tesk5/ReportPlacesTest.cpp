@@ -62,11 +62,11 @@ TEST_F(ReportPlaces, OfOthersStayWhateverTheirNames) {
         fileWith(std::string(other) + "/mrl-report", "not ours");
     }
     const std::string full = leftover("r.json", ENDED);
-    fileWith(full + "/notes.txt", "somebody's");
+    fileWith(full + "/notes.txt", "a user's");
     const std::vector<std::string> before = filesThere();
     EXPECT_EQ(start({"run", "--json", file("r.json")}), 0);
     EXPECT_EQ(filesThere().size(), before.size() + 1) << "only the report is new";
-    EXPECT_EQ(bytesOfFile(file(full + "/notes.txt")), "somebody's");
+    EXPECT_EQ(bytesOfFile(file(full + "/notes.txt")), "a user's");
 }
 
 TEST_F(ReportPlaces, ThatTheCommandLineNamesStay) {

@@ -58,9 +58,9 @@ public:
     static void measured(Measurement measurement);
     /// Records what else could have been measured.
     static void surveyed(Survey survey);
-    /// Has the framework examine the device when a person has ended the current test (COMPLETED,
-    /// USERABORTED), and attach the problems that it finds to the run. For a test that could
-    /// not get the data that it shows.
+    /// Has the framework examine the device after the current test, unless its result is PASS, and
+    /// attach the problems that it finds to the run. For a test that could not get the data that it
+    /// shows or rates.
     static void requestAdvice();
     /// Shows what the test does now.
     /// \param key of the text

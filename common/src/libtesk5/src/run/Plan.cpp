@@ -29,22 +29,16 @@ std::vector<const Parameter*> parametersOf(const std::vector<const Test*>& tests
 
 // Names of tests and parameters may be typed in any letter case, as long as that names only one.
 template <typename Things>
-auto* spelled(Things& things, const TeskString& name) {
-    decltype(&*things.begin()) found = nullptr;
-    for (auto& thing : things) {
-        if (thing.name() == name) {
-            return &thing;
-        }
+auto spelled(Things& things, const TeskString& name) -> decltype(&*things.begin()) {
+    const auto is = [&name](const auto& thing) { return thing.name() == name; };
+    const auto isLike = [&name](const auto& thing) {
+        return mrl::equalNoCase(thing.name().mrlString().view(), name.mrlString().view());
+    };
+    auto found = std::find_if(things.begin(), things.end(), is);
+    if (found == things.end() && std::count_if(things.begin(), things.end(), isLike) == 1) {
+        found = std::find_if(things.begin(), things.end(), isLike);
     }
-    for (auto& thing : things) {
-        if (mrl::equalNoCase(thing.name().mrlString().view(), name.mrlString().view())) {
-            if (found != nullptr) {
-                return decltype(found){};
-            }
-            found = &thing;
-        }
-    }
-    return found;
+    return found == things.end() ? nullptr : &*found;
 }
 
 std::string asTyped(const Setting& setting) {

@@ -134,8 +134,9 @@ public:
     /// Makes the system scan afresh and looks `ssid` up by name, in any letter case, among what
     /// was heard. Blocks for 7 s. Scans on the first interface of the system.
     /// \param[out] signalStrength link quality in percent; untouched when the name was not heard
-    /// \return whether the name was heard; failures on the way are silent
-    /// Platform: WlanOpenHandle, WlanEnumInterfaces, WlanScan, WlanGetNetworkBssList
+    /// \return whether the name was heard; failures on the way are silent, but a denied scan
+    /// requests the framework's advice Platform: WlanOpenHandle, WlanEnumInterfaces, WlanScan,
+    /// WlanGetNetworkBssList
     bool forceScanMatched(const mrl::String& ssid, mrl::Uint32& signalStrength);
     /// Reads quality and rates of the current connection into m_signalQuality, m_rxRate and
     /// m_txRate; sets all three to 0 when there is no connection to read.

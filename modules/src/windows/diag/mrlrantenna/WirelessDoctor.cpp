@@ -67,12 +67,17 @@ bool contains(const String& name, const String& part) {
     return mrl::foldedCase(name.view()).find(mrl::foldedCase(part.view())) != mrl::CharString::npos;
 }
 
-// The names in the tests' list, each in quotes; the first MOST_NAMES_SHOWN of them.
-std::string shownNames(const std::vector<NamedNetwork>& networks) {
+bool isKept(const NamedNetwork& network) {
+    return network.keptInstead == nullptr;
+}
+
+// The names in the tests' list, or those that it leaves out, each in quotes; the first
+// MOST_NAMES_SHOWN of them.
+std::string shownNames(const std::vector<NamedNetwork>& networks, bool kept) {
     std::string all;
     std::size_t count = 0;
     for (const NamedNetwork& network : networks) {
-        if (network.keptInstead != nullptr) {
+        if (isKept(network) != kept) {
             continue;
         }
         if (count++ == MOST_NAMES_SHOWN) {
@@ -209,14 +214,19 @@ private:
             addFailure("DOCTOR_CALL_FAILED", "WlanGetAvailableNetworkList", result);
             return;
         }
-        const auto named = list ? static_cast<mrl::Uint32>(namedNetworks(*list).size()) : 0;
-        if (named == 0) {
+        const std::vector<NamedNetwork> networks =
+            list ? namedNetworks(*list) : std::vector<NamedNetwork>();
+        if (networks.empty()) {
             const DWORD nameless = list ? list->dwNumberOfItems : 0;
             add(nameless == 0 ? "DOCTOR_NO_NETWORKS" : "DOCTOR_ONLY_NAMELESS_NETWORKS", false,
                 {{"Count", nameless}});
             return;
         }
-        add("DOCTOR_NETWORKS", true, {{"Count", named}});
+        const auto kept = std::count_if(networks.begin(), networks.end(), &isKept);
+        add("DOCTOR_NETWORKS", true, {{"Count", static_cast<mrl::Uint32>(kept)}});
+        if (const std::string leftOut = shownNames(networks, false); !leftOut.empty()) {
+            add("DOCTOR_NETWORKS_LEFT_OUT", true, {{"Names", leftOut}});
+        }
         const String wanted = parameters::ssid->value().valueString().mrlString();
         if (!wanted.empty()) {
             m_findings.push_back(findingOnName(m_device.name(), wanted, *list));
@@ -309,6 +319,6 @@ Finding findingOnName(const TeskString& device, const String& wanted,
         }
         return finding;
     }
-    finding.variables.emplace_back("Visible", shownNames(networks));
+    finding.variables.emplace_back("Visible", shownNames(networks, true));
     return finding;
 }
