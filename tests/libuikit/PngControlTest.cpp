@@ -179,6 +179,56 @@ TEST_F(Pictures, NotifyTheDialogOfClicks) {
     EXPECT_EQ(dialog.pictureClicks, 1);
 }
 
+// A picture with SS_NOTIFY is a button.
+
+TEST_F(Pictures, ArePressedByTheSpaceBarOnceAKeystroke) {
+    constexpr LPARAM REPEATED = 1 << 30;
+    dialog.picture.SendMessage(WM_KEYDOWN, VK_SPACE);
+    EXPECT_EQ(dialog.pictureClicks, 1);
+    dialog.picture.SendMessage(WM_KEYDOWN, VK_SPACE, REPEATED);
+    dialog.picture.SendMessage(WM_KEYDOWN, VK_RETURN);
+    EXPECT_EQ(dialog.pictureClicks, 1);
+}
+
+TEST_F(Pictures, ArePressedByScreenReadersLikeAButton) {
+    EXPECT_EQ(dialog.picture.SendMessage(WM_GETOBJECT, 0, OBJID_QUERYCLASSNAMEIDX), 65536 + 2);
+    EXPECT_EQ(dialog.text(IDC_KIT_PICTURE), L"radio") << "its name";
+    dialog.picture.SendMessage(BM_CLICK);
+    EXPECT_EQ(dialog.pictureClicks, 1);
+    dialog.picture.EnableWindow(FALSE);
+    dialog.picture.SendMessage(BM_CLICK);
+    EXPECT_EQ(dialog.pictureClicks, 1);
+}
+
+TEST_F(Pictures, AreReachedByTheTabKeyWhileTheyAreEnabled) {
+    const HWND list = ::GetDlgItem(dialog, IDC_KIT_COMBO);
+    EXPECT_EQ(GetNextDlgTabItem(dialog, list, FALSE), dialog.picture.m_hWnd);
+    EXPECT_EQ(dialog.picture.SendMessage(WM_GETDLGCODE), DLGC_BUTTON);
+    dialog.picture.EnableWindow(FALSE);
+    EXPECT_EQ(GetNextDlgTabItem(dialog, list, FALSE), ::GetDlgItem(dialog, IDC_KIT_BUTTON));
+}
+
+TEST_F(Pictures, ShowTheKeyboardFocusAroundThem) {
+    ASSERT_TRUE(dialog.picture.SetImage(redAndGreen(400, 400), false, true, false));
+    dialog.ShowWindow(SW_SHOW);
+    const auto dots = [this] {
+        const test::Painted painted(dialog.picture);
+        int found = 0;
+        for (int y = 0; y < painted.height(); ++y) { // beside the picture
+            found += painted.at(0, y) != BACKGROUND ? 1 : 0;
+        }
+        return found;
+    };
+    ::SetFocus(*dialog.GetDlgItem(IDC_KIT_BUTTON));
+    EXPECT_EQ(dots(), 0);
+    ::SetFocus(dialog.picture);
+    dialog.picture.SendMessage(WM_UPDATEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS));
+    EXPECT_GT(dots(), 10);
+    RedrawWindow(dialog, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    dialog.picture.SendMessage(WM_UPDATEUISTATE, MAKEWPARAM(UIS_SET, UISF_HIDEFOCUS));
+    EXPECT_TRUE(GetUpdateRect(dialog.picture, nullptr, FALSE)) << "it is painted again";
+}
+
 TEST_F(Pictures, OutliveTheManagerThatTheDialogWasMadeUnder) {
     {
         const GdiResourceManager manager;

@@ -21,6 +21,21 @@ bool isShown(const Dialog& dialog, int controlId) {
     return (GetWindowLongPtrW(control(dialog, controlId), GWL_STYLE) & WS_VISIBLE) != 0;
 }
 
+struct Colours {
+    COLORREF text;
+    COLORREF background;
+};
+
+Colours colours(const Dialog& dialog, int controlId) {
+    const HDC dc = CreateCompatibleDC(nullptr);
+    SetTextColor(dc, RGB(1, 2, 3)); // none of the dialog's
+    dialog.SendMessage(WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
+                       reinterpret_cast<LPARAM>(control(dialog, controlId)));
+    const Colours found{GetTextColor(dc), GetBkColor(dc)};
+    DeleteDC(dc);
+    return found;
+}
+
 class ExchangingDialog : public MRLRAntennaDlg {
 public:
     using MRLRAntennaDlg::MRLRAntennaDlg;
@@ -90,13 +105,11 @@ std::string picture(const Dialog& dialog) {
 }
 
 COLORREF colour(const Dialog& dialog, int controlId) {
-    const HDC dc = CreateCompatibleDC(nullptr);
-    SetTextColor(dc, RGB(1, 2, 3)); // none of the dialog's
-    dialog.SendMessage(WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
-                       reinterpret_cast<LPARAM>(control(dialog, controlId)));
-    const COLORREF colour = GetTextColor(dc);
-    DeleteDC(dc);
-    return colour;
+    return colours(dialog, controlId).text;
+}
+
+COLORREF colourBehind(const Dialog& dialog, int controlId) {
+    return colours(dialog, controlId).background;
 }
 
 bool timerRuns(const Dialog& dialog) {
@@ -128,9 +141,10 @@ void tick(const Dialog& dialog, UINT_PTR timerId) {
     dialog.SendMessage(WM_TIMER, timerId);
 }
 
-void press(const Dialog& dialog, WPARAM key) {
-    ::SetFocus(dialog.m_networkCombo.m_hWnd);
-    ::PostMessageW(dialog.m_networkCombo.m_hWnd, WM_KEYDOWN, key, 0);
+void press(const Dialog& dialog, WPARAM key, int controlId) {
+    const HWND target = control(dialog, controlId);
+    ::SetFocus(target);
+    ::PostMessageW(target, WM_KEYDOWN, key, 0);
 }
 
 // The pictures are nowhere near the current folder: the log then names those that were looked for.

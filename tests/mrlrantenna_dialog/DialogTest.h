@@ -40,6 +40,8 @@ std::string strength(const Dialog& dialog);
 std::string picture(const Dialog& dialog);
 /// The text colour that the dialog sets for a control.
 COLORREF colour(const Dialog& dialog, int controlId);
+/// The colour behind a control's text.
+COLORREF colourBehind(const Dialog& dialog, int controlId);
 /// Whether the timer is armed. Restarts its period if it is.
 bool timerRuns(const Dialog& dialog);
 
@@ -53,8 +55,8 @@ void choose(Dialog& dialog, int index);
 void click(const Dialog& dialog, int controlId);
 /// A tick of the timer.
 void tick(const Dialog& dialog, UINT_PTR timerId = Dialog::SIGNAL_TIMER_ID);
-/// Presses a key in the list of networks, for the loop to handle.
-void press(const Dialog& dialog, WPARAM key);
+/// Presses a key in a control, for the loop to handle.
+void press(const Dialog& dialog, WPARAM key, int controlId = IDC_NETWORK_COMBO);
 
 class DialogTest : public ModuleTest {
 protected:

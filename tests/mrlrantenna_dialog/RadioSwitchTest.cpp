@@ -137,6 +137,70 @@ TEST_F(RadioOnDisplay, OtherTextsKeepTheirColourAndAllTheirBackground) {
     }});
 }
 
+class ThemeColour {
+public:
+    ThemeColour(int element, COLORREF colour) : m_element(element), m_before(GetSysColor(element)) {
+        SetSysColors(1, &m_element, &colour);
+    }
+    ThemeColour(const ThemeColour&) = delete;
+    ThemeColour& operator=(const ThemeColour&) = delete;
+    ~ThemeColour() { SetSysColors(1, &m_element, &m_before); }
+
+private:
+    int m_element;
+    COLORREF m_before;
+};
+
+TEST_F(RadioOnDisplay, ColouredTextsStandOnWhiteWhereTheThemeIsDark) {
+    run({[&](Dialog& dialog) {
+        EXPECT_EQ(test::colourBehind(dialog, IDC_RADIO_STATUS), GetSysColor(COLOR_3DFACE));
+        const ThemeColour dark(COLOR_3DFACE, BLACK);
+        EXPECT_EQ(test::colourBehind(dialog, IDC_RADIO_STATUS), RGB(255, 255, 255));
+        EXPECT_EQ(colour(dialog, IDC_RADIO_STATUS), BLACK);
+        EXPECT_EQ(test::colourBehind(dialog, IDC_CONNECTION_STATE), RGB(255, 255, 255));
+        EXPECT_EQ(colour(dialog, IDC_CONNECTION_STATE), RED);
+        EXPECT_EQ(test::colourBehind(dialog, IDC_SSID), BLACK) << "in the theme's own colours";
+    }});
+}
+
+// --- Keyboard ------------------------------------------------------------------------------------
+
+TEST_F(RadioOnDisplay, TheSpaceBarSwitchesItAndTheKeyboardGoesOnWithTheOtherPicture) {
+    run({[&](Dialog& dialog) { test::press(dialog, VK_SPACE, IDC_RADIO_ON_IMAGE); },
+         [&](Dialog& dialog) {
+             EXPECT_EQ(picture(dialog), "off");
+             EXPECT_EQ(::GetFocus(), dialog.m_radioOffImage.m_hWnd);
+             test::press(dialog, VK_SPACE, IDC_RADIO_OFF_IMAGE);
+         },
+         [&](Dialog& dialog) {
+             EXPECT_EQ(picture(dialog), "on");
+             EXPECT_EQ(::GetFocus(), dialog.m_radioOnImage.m_hWnd);
+             EXPECT_EQ(switchings(), 2U);
+         }});
+}
+
+TEST_F(RadioOnDisplay, TheKeyboardGoesToTheListWhenThePictureIsGreyed) {
+    run({[&](Dialog& dialog) {
+        ::SetFocus(dialog.m_radioOnImage);
+        radio().setRadio(0, 0, std::nullopt, OFF);
+        dialog.updateRadioState();
+        EXPECT_EQ(::GetFocus(), dialog.m_networkCombo.m_hWnd);
+        radio().setRadio(0, 0, std::nullopt, ON);
+        dialog.updateRadioState();
+        EXPECT_EQ(::GetFocus(), dialog.m_networkCombo.m_hWnd) << "and stays there";
+    }});
+}
+
+TEST_F(RadioOnDisplay, ThePictureFollowsTheListAndPrecedesTheButtonForTheTabKey) {
+    run({[&](Dialog& dialog) {
+        EXPECT_EQ(::GetFocus(), dialog.m_networkCombo.m_hWnd) << "where the keyboard starts";
+        const auto next = [&](HWND control) { return GetNextDlgTabItem(dialog, control, FALSE); };
+        EXPECT_EQ(next(dialog.m_networkCombo), dialog.m_radioOnImage.m_hWnd);
+        EXPECT_EQ(next(dialog.m_radioOnImage), ::GetDlgItem(dialog, IDC_FINISH));
+        EXPECT_EQ(next(::GetDlgItem(dialog, IDC_FINISH)), dialog.m_networkCombo.m_hWnd);
+    }});
+}
+
 // --- Clicks --------------------------------------------------------------------------------------
 
 TEST_F(RadioOnDisplay, AClickOnThePictureSwitchesTheRadioOffAndOnAgain) {

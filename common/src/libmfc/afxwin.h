@@ -103,6 +103,10 @@ public:
 
     /// \return the colour before, or CLR_INVALID. Platform: SetTextColor
     COLORREF SetTextColor(COLORREF crColor);
+    /// \return the colour behind texts, or CLR_INVALID. Platform: GetBkColor
+    COLORREF GetBkColor() const;
+    /// \return the colour before, or CLR_INVALID. Platform: SetBkColor
+    COLORREF SetBkColor(COLORREF crColor);
     /// Draws at the system's size for icons. Platform: DrawIcon
     BOOL DrawIcon(int x, int y, HICON hIcon);
 };
@@ -196,6 +200,10 @@ public:
     /// \return whether the window was disabled before
     BOOL EnableWindow(BOOL bEnable = TRUE);
     BOOL IsWindowEnabled() const;
+    /// \return the window of this thread that had the keyboard focus before, or null
+    CWnd* SetFocus();
+    /// \return the window of this thread that has the keyboard focus, or null; as FromHandle()
+    static CWnd* GetFocus();
     BOOL ShowWindow(int nCmdShow);
     BOOL IsIconic() const;
     /// \return the icon before

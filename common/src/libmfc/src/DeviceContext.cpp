@@ -22,6 +22,14 @@ COLORREF CDC::SetTextColor(COLORREF crColor) {
     return ::SetTextColor(m_hDC, crColor);
 }
 
+COLORREF CDC::GetBkColor() const {
+    return ::GetBkColor(m_hDC);
+}
+
+COLORREF CDC::SetBkColor(COLORREF crColor) {
+    return ::SetBkColor(m_hDC, crColor);
+}
+
 BOOL CDC::DrawIcon(int x, int y, HICON hIcon) {
     return ::DrawIcon(m_hDC, x, y, hIcon);
 }

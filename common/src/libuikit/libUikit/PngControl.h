@@ -8,8 +8,11 @@
 
 /// A static control that shows a picture file over the dialog's background, with its transparency,
 /// and greyed while it is disabled. The control's text is not drawn: it is the picture's name for
-/// screen readers. The dialog gets STN_CLICKED, as from any static with SS_NOTIFY.
-/// The picture keeps its sides in mirrored dialogs.
+/// screen readers. The picture keeps its sides in mirrored dialogs.
+///
+/// One with SS_NOTIFY works like a button: the dialog gets STN_CLICKED for clicks, as from any
+/// static with that style, and also for the space bar and BM_CLICK. The Tab key reaches it, it
+/// shows the keyboard focus, and screen readers announce it as a button.
 class PngControl : public CStatic {
 public:
     PngControl();
@@ -33,12 +36,16 @@ public:
     bool SetImage(const mrl::String& path, bool sizeToImage, bool keepAspect, bool enlarge);
 
 protected:
+    void PreSubclassWindow() override;
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:
     class Impl;
 
     void paint(HDC dc);
+    bool isButton() const;
+    bool showsFocus() const;
+    LRESULT buttonProc(UINT message, WPARAM wParam, LPARAM lParam);
 
     std::unique_ptr<Impl> m_impl;
 };

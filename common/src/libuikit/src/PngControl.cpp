@@ -14,6 +14,14 @@ namespace {
 
 constexpr int PRIORITY = 1;
 
+// The answer of a window that screen readers are to treat like a system control: this base, and the
+// control's place in the list of OBJID_QUERYCLASSNAMEIDX.
+constexpr LRESULT TREATED_LIKE = 65536;
+constexpr LRESULT BUTTON_CLASS = 2;
+
+// Set in messages of keys: the key was down before.
+constexpr LPARAM IS_REPETITION = 1 << 30;
+
 mrl::Logger* logger() {
     static mrl::Logger& instance = mrl::LogFactory::createLogger("libUikit.PngControl");
     return instance.admitting(PRIORITY);
@@ -107,6 +115,46 @@ bool PngControl::SetImage(const mrl::String& path, bool sizeToImage, bool keepAs
     return isShown;
 }
 
+bool PngControl::isButton() const {
+    return (GetWindowLongPtrW(m_hWnd, GWL_STYLE) & SS_NOTIFY) != 0;
+}
+
+void PngControl::PreSubclassWindow() {
+    CStatic::PreSubclassWindow();
+    if (isButton()) {
+        SetWindowLongPtrW(m_hWnd, GWL_STYLE, GetWindowLongPtrW(m_hWnd, GWL_STYLE) | WS_TABSTOP);
+    }
+}
+
+LRESULT PngControl::buttonProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_GETDLGCODE:
+        return DLGC_BUTTON;
+    case WM_GETOBJECT:
+        return static_cast<LONG>(lParam) == OBJID_QUERYCLASSNAMEIDX
+                   ? TREATED_LIKE + BUTTON_CLASS
+                   : CStatic::WindowProc(message, wParam, lParam);
+    case WM_KEYDOWN:
+        if (wParam != VK_SPACE || (lParam & IS_REPETITION) != 0) {
+            return CStatic::WindowProc(message, wParam, lParam);
+        }
+        [[fallthrough]];
+    case BM_CLICK:
+        if (IsWindowEnabled()) {
+            ::SendMessageW(::GetParent(m_hWnd), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(), STN_CLICKED),
+                           reinterpret_cast<LPARAM>(m_hWnd));
+        }
+        return 0;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS:
+    case WM_UPDATEUISTATE:
+        Invalidate();
+        return CStatic::WindowProc(message, wParam, lParam);
+    default:
+        return CStatic::WindowProc(message, wParam, lParam);
+    }
+}
+
 LRESULT PngControl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_PAINT: {
@@ -127,8 +175,13 @@ LRESULT PngControl::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
         Invalidate();
         return 0;
     default:
-        return CStatic::WindowProc(message, wParam, lParam);
+        return isButton() ? buttonProc(message, wParam, lParam)
+                          : CStatic::WindowProc(message, wParam, lParam);
     }
+}
+
+bool PngControl::showsFocus() const {
+    return ::GetFocus() == m_hWnd && (SendMessage(WM_QUERYUISTATE) & UISF_HIDEFOCUS) == 0;
 }
 
 void PngControl::paint(HDC dc) {
@@ -146,6 +199,11 @@ void PngControl::paint(HDC dc) {
     if (m_impl->picture != nullptr) {
         libUikit::drawPicture(canvas.dc(), m_impl->place(client.Size()), *m_impl->picture,
                               IsWindowEnabled() == FALSE);
+    }
+    if (showsFocus()) {
+        SetTextColor(canvas.dc(), GetSysColor(COLOR_BTNTEXT));
+        SetBkColor(canvas.dc(), GetSysColor(COLOR_BTNFACE));
+        DrawFocusRect(canvas.dc(), client);
     }
     // In a mirrored dialog the picture itself is not mirrored.
     const DWORD layout = SetLayout(dc, 0);

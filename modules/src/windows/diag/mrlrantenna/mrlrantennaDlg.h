@@ -101,6 +101,7 @@ private:
     void createToolTip();
     void switchRadioOnAtStart();
     void showRadioPicture();
+    bool keyboardIsOnPicture() const;
     void showNetwork(VisibleNetwork& network);
     void clearNetwork();
 };

@@ -18,6 +18,20 @@ constexpr unsigned int CONNECTION_PAUSE_MS = 100;
 constexpr COLORREF BLACK = RGB(0, 0, 0);
 constexpr COLORREF BLUE = RGB(0, 0, 255);
 constexpr COLORREF RED = RGB(255, 0, 0);
+constexpr COLORREF WHITE = RGB(255, 255, 255);
+
+bool isDark(COLORREF colour) {
+    return 299 * GetRValue(colour) + 587 * GetGValue(colour) + 114 * GetBValue(colour) < 128 * 1000;
+}
+
+// The colours mean something and are the same in every theme. They are readable on a light ground:
+// on that of a dark theme, the text stands on white.
+void setTextColour(CDC& dc, COLORREF colour) {
+    dc.SetTextColor(colour);
+    if (isDark(dc.GetBkColor())) {
+        dc.SetBkColor(WHITE);
+    }
+}
 
 // How a radio state is shown: by the first row whose flag it has, or by the last row when it could
 // not be read.
@@ -91,10 +105,10 @@ HBRUSH MRLRAntennaDlg::OnCtlColor(CDC* pDC, CWnd* pWnd, UINT nCtlColor) {
     switch (pWnd->GetDlgCtrlID()) {
     case IDC_CONNECTION_STATE:
         // Read again: the colour must not lag behind the connection until the next tick.
-        pDC->SetTextColor(m_wirelessDevice->getSigTransReceieveRate() ? BLUE : RED);
+        setTextColour(*pDC, m_wirelessDevice->getSigTransReceieveRate() ? BLUE : RED);
         break;
     case IDC_RADIO_STATUS:
-        pDC->SetTextColor(m_radioUsable ? BLACK : RED);
+        setTextColour(*pDC, m_radioUsable ? BLACK : RED);
         break;
     default:
         break;
@@ -102,9 +116,18 @@ HBRUSH MRLRAntennaDlg::OnCtlColor(CDC* pDC, CWnd* pWnd, UINT nCtlColor) {
     return brush;
 }
 
+bool MRLRAntennaDlg::keyboardIsOnPicture() const {
+    const CWnd* const focus = GetFocus();
+    return focus != nullptr && (focus == &m_radioOnImage || focus == &m_radioOffImage);
+}
+
 void MRLRAntennaDlg::showRadioPicture() {
+    const bool passesFocusOn = keyboardIsOnPicture(); // hiding the picture takes it away
     m_radioOnImage.ShowWindow(m_radioOn ? SW_SHOW : SW_HIDE);
     m_radioOffImage.ShowWindow(m_radioOn ? SW_HIDE : SW_SHOW);
+    if (passesFocusOn) {
+        (m_radioOn ? m_radioOnImage : m_radioOffImage).SetFocus();
+    }
 }
 
 void MRLRAntennaDlg::updateRadioState() {
@@ -116,8 +139,12 @@ void MRLRAntennaDlg::updateRadioState() {
         showRadioPicture();
     }
     if ((m_radioOnImage.IsWindowEnabled() != FALSE) != display.enabled) {
+        const bool passesFocusOn = keyboardIsOnPicture(); // disabling the picture takes it away
         m_radioOnImage.EnableWindow(display.enabled ? TRUE : FALSE);
         m_radioOffImage.EnableWindow(display.enabled ? TRUE : FALSE);
+        if (passesFocusOn) {
+            m_networkCombo.SetFocus();
+        }
     }
 }
 
