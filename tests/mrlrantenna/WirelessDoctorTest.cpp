@@ -238,8 +238,16 @@ const Name names[] = {
     {{{.ssid = "Caf\xC3\xA9", .signal = 70U}},
      "Caf\xC3\xA9",
      "problem: Card sees \"Caf\xC3\xA9\" at 70 %, but the test does not: it reads names byte by "
-     "byte, and this one as \"Caf\xC3\x83\xC2\xA9\". Give the test that name, or give the access "
-     "point a name of plain letters and digits."},
+     "byte, and this one as \"Caf\xC3\x83\xC2\xA9 [UTF-8: Caf\xC3\xA9]\". Write --set "
+     "SSID=hex:436166C3A9, or give the access point a name of plain letters and digits."},
+    {{{.ssid = "Caf\xC3\xA9", .signal = 70U}},
+     "hex:436166C3A9",
+     "ok: Card sees \"Caf\xC3\x83\xC2\xA9 [UTF-8: Caf\xC3\xA9]\" at 70 %."},
+    {{{.ssid = "Caf\xC3\xA9"}, {.ssid = "Caf\xE9"}},
+     "Lab",
+     "problem: Card sees no network \"Lab\". Check its spelling, and that the access point is "
+     "switched on, within reach and sends its name. Visible: \"Caf\xC3\x83\xC2\xA9 [UTF-8: "
+     "Caf\xC3\xA9]\", \"Caf\xC3\xA9\"."},
     {{{.ssid = "Caf\xC3\xA9"}}, "Caf\xC3\x83\xC2\xA9", "ok: "},
     {{{.ssid = "   "}},
      "  ",

@@ -2,7 +2,7 @@
 import unittest
 
 import side_by_side
-from program import RESULTS, SCENARIOS, VERIFICATION, ProgramTest, settings
+from program import RESULTS, SCENARIOS, VERIFICATION, WRONG_USAGE, ProgramTest, settings
 
 load_tests = side_by_side.load_tests
 
@@ -52,6 +52,26 @@ class Doctor(ProgramTest):
             "DOCTOR_NAME_PART")
         self.assertEqual([event["key"] for event in result["events"]], ["ACCESS_POINT_NOT_FOUND"])
         self.assertGreaterEqual(result["seconds"], SEARCH_SECONDS)
+
+    def test_names_the_form_for_a_name_in_utf_8_which_a_run_then_takes(self):
+        scenario = {"interfaces": [{"accessPoints": [{"ssid": "B\u00fcro", "signal": 60}]}]}
+        [problem] = self.examine(scenario, *settings(SSID="B\u00fcro"))
+        self.assertIn("--set SSID=hex:42C3BC726F", problem)
+        run = self.run_program(
+            "run", *settings(SSID="hex:42C3BC726F", WarningSignalStrength="99"), "--html",
+            "report.html", "--json", "report.json", scenario=scenario)
+        self.assertEqual(run.exit, RESULTS["WARN"], run)
+        shown = "B\u00c3\u00bcro [UTF-8: B\u00fcro]"
+        self.assertIn(shown, run.out)
+        self.assertIn(shown, (self.folder / "report.html").read_text(encoding="utf-8"))
+        [result] = self.read_json("report.json")["results"]
+        self.assertEqual(result["events"][0]["variables"]["SSIDName"], "B\u00c3\u00bcro")
+
+    def test_and_run_refuse_a_broken_form_before_anything_runs(self):
+        for command in ("doctor", "run"):
+            run = self.run_program(command, *settings(SSID="hex:42C"))
+            self.assertEqual((run.exit, run.out), (WRONG_USAGE, ""), run)
+            self.assertIn('"hex:42C" has an odd number of digits after hex:; give two', run.err)
 
 
 if __name__ == "__main__":

@@ -1,11 +1,16 @@
 #include "FrameworkTest.h"
 
+#include <tesk5/ByteText.h>
+
 namespace test {
 
 namespace {
 
 using tesk5::Parameter;
+using tesk5::TeskString;
+using tesk5::toHexForm;
 using tesk5::Value;
+using tesk5::withUtf8Reading;
 
 struct NumericParameter : testing::Test {
     Parameter parameter{"Threshold", DataType::UINT32(), "", false, true};
@@ -66,6 +71,42 @@ TEST(Parameters, OfTextTakeAnything) {
     Parameter parameter("Name", DataType::STRING(), "", false, true);
     for (const char* text : {"", " ", "-1", "a=b", "\n", "\U0001F4F6"}) {
         EXPECT_TRUE(parameter.accepts(text));
+    }
+}
+
+TEST(Parameters, OfNamesTakeTheirBytesInHexadecimalForm) {
+    Parameter parameter("Name", DataType::STRING(), "", false, true);
+    parameter.set("hex:4c61");
+    EXPECT_EQ(parameter.value(), Value("hex:4c61"));
+    parameter.setBytesAllowed(32);
+    parameter.set("hex:42C3BC726F");
+    EXPECT_EQ(parameter.value(), Value("B\xC3\x83\xC2\xBCro"));
+    parameter.set("HEX:4c6162");
+    EXPECT_EQ(parameter.value(), Value("Lab"));
+    parameter.set("Hexagon");
+    EXPECT_EQ(parameter.value(), Value("Hexagon"));
+}
+
+TEST(Parameters, OfNamesRefuseBrokenBytesWithTheReason) {
+    Parameter parameter("Name", DataType::STRING(), "", false, true);
+    parameter.setBytesAllowed(2);
+    EXPECT_STREQ(parameter.refusal("hex:"), "INPUT_HEX_EMPTY");
+    EXPECT_STREQ(parameter.refusal("hex:4"), "INPUT_HEX_ODD");
+    EXPECT_STREQ(parameter.refusal("hex:4G"), "INPUT_HEX_NO_DIGIT");
+    EXPECT_STREQ(parameter.refusal("hex:\u00C4"), "INPUT_HEX_NO_DIGIT");
+    EXPECT_STREQ(parameter.refusal("hex:4C6162"), "INPUT_HEX_TOO_LONG");
+    EXPECT_STREQ(parameter.refusal("hex:4C00"), "INPUT_HEX_ZERO");
+    EXPECT_EQ(reasonOf([&parameter] { parameter.set("hex:4"); }),
+              "parameter \"Name\": \"hex:4\" is not in hexadecimal form");
+}
+
+TEST(ByteTexts, AreShownInHexadecimalFormAndAsUtf8) {
+    const TeskString name("B\xC3\x83\xC2\xBCro");
+    EXPECT_EQ(toHexForm(name), "hex:42C3BC726F");
+    EXPECT_EQ(toHexForm("\u30E9"), "\u30E9"); // no byte
+    EXPECT_EQ(withUtf8Reading(name.utf8()), name.utf8() + " [UTF-8: B\u00FCro]");
+    for (const char* text : {"", "Lab", "B\u00FCro", "\u30E9"}) {
+        EXPECT_EQ(withUtf8Reading(text), text);
     }
 }
 

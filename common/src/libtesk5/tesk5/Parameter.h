@@ -31,9 +31,17 @@ public:
     /// text was given.
     bool isSet() const { return !text().empty(); }
 
+    /// Lets the value, a name of at most `most` bytes, be given in hexadecimal form too, as
+    /// "hex:4C6162". Each byte becomes the character of the same value. \return this
+    Parameter* setBytesAllowed(std::size_t most);
+    /// 0 when the value cannot be given as bytes.
+    std::size_t mostBytes() const { return m_mostBytes; }
+
     /// Whether `text` can be a value of this parameter. A number must lie in 0 to 4294967295 and be
     /// written in decimal digits alone; the empty text is every type's "not set".
-    bool accepts(const TeskString& text) const;
+    bool accepts(const TeskString& text) const { return refusal(text) == nullptr; }
+    /// The key of the reason why `text` cannot be a value; null when it can.
+    const char* refusal(const TeskString& text) const;
     /// Sets the value from its text.
     /// Failure: throws TeskException for a text that it does not accept
     void set(const TeskString& text);
@@ -48,6 +56,7 @@ private:
     TeskString m_default;
     bool m_multiValued;
     bool m_optional;
+    std::size_t m_mostBytes = 0;
     std::optional<TeskString> m_given;
 };
 

@@ -25,7 +25,8 @@ std::string message(const Finding& finding);
 std::string message(const Mismatch& reason);
 
 /// `text` with each {name} replaced by the variable of that name, without the line end (\r\n) that
-/// a system message ends with. A placeholder that no variable fills stays as it is.
+/// a system message ends with. A name that is UTF-8 read byte by byte is followed by what it means.
+/// A placeholder that no variable fills stays as it is.
 std::string fillPlaceholders(const std::string& text, const Event::Variables& variables);
 
 } // namespace tesk5

@@ -2,6 +2,7 @@
 // escaped; sentences, names and the log, which are markup already, are made here.
 #include "reports/HtmlReport.h"
 
+#include <tesk5/ByteText.h>
 #include <tesk5/Language.h>
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
@@ -102,7 +103,8 @@ Json eventJson(const RaisedEvent& event) {
                         ? Json(nullptr)
                         : Json(message("REPORT_TIMES", {{"Count", std::to_string(event.count)}}));
     json["variables"] = listOf(unspokenVariables(event), [](const auto& variable) -> Json {
-        return {{"name", variable.first.utf8()}, {"value", variable.second.valueString().utf8()}};
+        return {{"name", variable.first.utf8()},
+                {"value", withUtf8Reading(variable.second.valueString().utf8())}};
     });
     return json;
 }
@@ -170,7 +172,7 @@ Json surveyJson(const Survey& survey, bool mirrored) {
                  constexpr double WHOLE = 100;
                  const double width =
                      WHOLE * shareOfScale(entry.value, survey.lowest, survey.highest);
-                 return {{"name", entry.name.utf8()},
+                 return {{"name", withUtf8Reading(entry.name.utf8())},
                          {"value", withUnit(entry.value, survey.unit)},
                          {"measured", entry.measured},
                          {"x", percent(mirrored ? WHOLE - width : 0)},
@@ -203,7 +205,7 @@ Json parametersJson(const Outcome& outcome) {
     return listOf(outcome.parameters, [](const ParameterInForce& parameter) -> Json {
         const std::string& name = parameter.name.utf8();
         const std::string meaning = translation(parameter.name).utf8();
-        const std::string value = parameter.value.valueString().utf8();
+        const std::string value = withUtf8Reading(parameter.value.valueString().utf8());
         return {{"name", nameMarkup(name)},
                 {"meaning", textOrNull(meaning == name ? "" : meaning)},
                 {"value", textOrNull(parameter.isSet ? value : "")}};

@@ -1,5 +1,6 @@
 #include "run/ReportWords.h"
 
+#include <tesk5/ByteText.h>
 #include <tesk5/Texts.h>
 
 #include "texts/MeasurementText.h"
@@ -18,7 +19,7 @@ std::vector<std::string> surveyLines(const Survey& survey) {
     std::vector<std::string> lines = {translation(survey.name).utf8() + ":"};
     for (const Survey::Entry& entry : strongestFirst(survey)) {
         lines.push_back("  " + std::to_string(entry.value) + " " + survey.unit.utf8() + "  " +
-                        entry.name.utf8() +
+                        withUtf8Reading(entry.name.utf8()) +
                         (entry.measured ? "  (" + message("REPORT_MEASURED") + ")" : ""));
     }
     return lines;

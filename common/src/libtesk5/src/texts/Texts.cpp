@@ -1,5 +1,6 @@
 #include <tesk5/Texts.h>
 
+#include <tesk5/ByteText.h>
 #include <tesk5/Language.h>
 
 #include <algorithm>
@@ -50,7 +51,7 @@ std::string fillPlaceholders(const std::string& text, const Event::Variables& va
         if (value.ends_with(LINE_END)) {
             value.resize(value.size() - LINE_END.size());
         }
-        filled += value;
+        filled += withUtf8Reading(value);
         done = open = close + 1;
     }
     return filled.append(text, done);

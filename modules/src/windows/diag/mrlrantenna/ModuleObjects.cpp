@@ -6,6 +6,8 @@
 #include "MRLrAntenna.h"
 #include "MRLrAntennaApp.h"
 
+#include <nativewifi/Ssid.h>
+
 using tesk5::DeviceCapability;
 using tesk5::DiagModule;
 
@@ -53,6 +55,13 @@ tesk5::Test* const signalStrengthTest = registerTest(
     "WirelessSignalStrengthVerificationTest", &WirelessSignalStrengthVerificationTest, false);
 
 MRLRANTENNA_PARAMETERS(MRLRANTENNA_DEFINE_PARAMETER)
+
+namespace {
+// A name that no keyboard has, or that the tests read byte by byte, can be given as its bytes.
+[[maybe_unused]] const bool ssidTakesBytes =
+    parameters::ssid->setBytesAllowed(DOT11_SSID_MAX_LENGTH) != nullptr;
+} // namespace
+
 MRLRANTENNA_OBJECTS_BEFORE_APPLICATION(MRLRANTENNA_DEFINE_TEXT, MRLRANTENNA_DEFINE_EVENT)
 
 CMRLrAntennaGUIApp theApp;

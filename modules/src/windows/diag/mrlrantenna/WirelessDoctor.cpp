@@ -5,6 +5,7 @@
 #include "Radio.h"
 #include "WirelessDevice.h"
 
+#include <tesk5/ByteText.h>
 #include <tesk5/TestRecorder.h>
 #include <tesk5/Texts.h>
 
@@ -83,7 +84,8 @@ std::string shownNames(const std::vector<NamedNetwork>& networks, bool kept) {
         if (count++ == MOST_NAMES_SHOWN) {
             return all + ", ...";
         }
-        all += (all.empty() ? "\"" : ", \"") + network.name.getUTF8String().bytes() + "\"";
+        all += (all.empty() ? "\"" : ", \"") +
+               tesk5::withUtf8Reading(network.name.getUTF8String().bytes()) + "\"";
     }
     return all;
 }
@@ -314,6 +316,7 @@ Finding findingOnName(const TeskString& device, const String& wanted,
         finding.key = finding.good && found->name != name ? "DOCTOR_NAME_SPELT_OTHERWISE" : key;
         finding.variables.emplace_back("Found", TeskString(found->name));
         finding.variables.emplace_back("Quality", found->quality);
+        finding.variables.emplace_back("Bytes", tesk5::toHexForm(TeskString(found->name)));
         if (found->keptInstead != nullptr) {
             finding.variables.emplace_back("Hider", TeskString(found->keptInstead->name));
         }
