@@ -14,6 +14,7 @@ import zipfile
 
 import jsonschema
 
+import browser
 from program import DIST, EXECUTABLE, OUTPUT_LOST, RESULTS, ROOT, WRONG_USAGE, ProgramTest
 
 TOOLS = ROOT / "tools" / "package"
@@ -21,12 +22,20 @@ sys.path.insert(0, str(TOOLS))
 import compare_packages  # noqa: E402
 import components  # noqa: E402
 import make_package  # noqa: E402
+import pages  # noqa: E402
 
 BUILD = DIST.parent
 BILL = "mrlrantenna.cdx.json"
 CMAKE_LIBRARIES = (ROOT / "cmake" / "HeaderOnlyLibraries.cmake").read_text(encoding="utf-8")
 # What every executable of this toolchain has in it, whatever else it uses.
 RUN_TIME = {"libstdc++", "libgcc", "libssp", "winpthreads", "MinGW-w64 runtime"}
+# The pages of docs/ that are for users.
+PAGES = ("technicians", "command-line", "report", "stations", "hosts", "localization")
+# What has the same place in the package as in the source tree.
+AS_IN_THE_TREE = [path.relative_to(ROOT).as_posix()
+                  for folder in ("docs/images", "docs/schemas", "examples")
+                  for path in (ROOT / folder).rglob("*") if path.is_file()]
+AS_IN_THE_TREE += ["tests/structure/check_texts.py", "tests/structure/tree_check.py"]
 # Words by which a licence is known.
 LICENCE_WORDS = {
     "MIT": ["Permission is hereby granted, free of charge", "THE SOFTWARE IS PROVIDED"],
@@ -64,8 +73,19 @@ class PackageTest(ProgramTest):
         cls.package = made(pathlib.Path(folder.name))
         cls.zip = zipfile.ZipFile(cls.package)
         cls.addClassCleanup(cls.zip.close)
-        cls.names = cls.zip.namelist()
-        cls.bill = json.loads(cls.zip.read(BILL))
+        cls.top = cls.package.stem + "/"
+        cls.names = [name.removeprefix(cls.top) for name in cls.zip.namelist()]
+        cls.bill = json.loads(cls.read(BILL))
+
+    @classmethod
+    def read(cls, name):
+        return cls.zip.read(cls.top + name)
+
+    @classmethod
+    def unpack(cls, folder):
+        """Unpacks the zip; returns the package's own folder."""
+        cls.zip.extractall(folder)
+        return folder / cls.top
 
     def libraries(self):
         return {entry["name"]: entry for entry in self.bill["components"]
@@ -83,7 +103,9 @@ class Contents(PackageTest):
                      for path in (ROOT / "resources").rglob("*") if path.is_file()}
         papers = {"README.txt", "LICENSE.txt", BILL}
         licences = {name for name in self.names if name.startswith("licences/")}
-        self.assertEqual(set(self.names), {EXECUTABLE.name} | resources | papers | licences)
+        pages = {f"docs/{name}.html" for name in PAGES} | {"docs/style.css"}
+        self.assertEqual(set(self.names), {EXECUTABLE.name, "mrlrantenna.cmd", *resources, *papers,
+                                           *licences, *pages, *AS_IN_THE_TREE})
         self.assertEqual(licences, {self.licence_file(library)
                                     for library in self.libraries().values()})
 
@@ -91,7 +113,14 @@ class Contents(PackageTest):
         for name in self.names:
             if name == EXECUTABLE.name or name.startswith("resources/"):
                 with self.subTest(name):
-                    self.assertEqual(self.zip.read(name), (DIST / name).read_bytes())
+                    self.assertEqual(self.read(name), (DIST / name).read_bytes())
+        for name in AS_IN_THE_TREE:
+            with self.subTest(name):
+                self.assertEqual(self.read(name), (ROOT / name).read_bytes())
+
+    def test_are_in_one_folder_with_the_name_of_the_zip(self):
+        for name in self.zip.namelist():
+            self.assertTrue(name.startswith(self.top), name)
 
     def test_have_names_that_every_unpacker_accepts(self):
         for name in self.names:
@@ -105,17 +134,18 @@ class Contents(PackageTest):
         self.assertEqual(len({entry.date_time for entry in self.zip.infolist()}), 1)
         for entry in self.zip.infolist():
             with self.subTest(entry.filename):
-                expected = 0o100755 if entry.filename == EXECUTABLE.name else 0o100644
+                program = entry.filename == self.top + EXECUTABLE.name
+                expected = 0o100755 if program else 0o100644
                 self.assertEqual(entry.external_attr >> 16, expected)
 
 
 class Papers(PackageTest):
     def text(self, name):
-        return self.zip.read(name).decode("ascii")
+        return self.read(name).decode("ascii")
 
     def test_end_their_lines_as_windows_does(self):
         for name in self.names:
-            if name.endswith(".txt"):
+            if name.endswith((".txt", ".cmd")):
                 with self.subTest(name):
                     text = self.text(name)
                     self.assertEqual(text.count("\r\n"), text.count("\n"))
@@ -127,7 +157,9 @@ class Papers(PackageTest):
         self.assertTrue(readme.startswith("mrlrantenna 6.5 build 000000001\r\n"))
         self.assertNotRegex(readme, r"[{}]", "every place of the template is filled")
         self.assertLessEqual(max(map(len, readme.split("\r\n"))), 100, "fits a narrow window")
-        for text in ("mrlrantenna.k5x list", "cmd /c", "%ERRORLEVEL%", "$LASTEXITCODE",
+        first = readme.index("mrlrantenna ", readme.index("----"))
+        self.assertTrue(readme[first:].startswith("mrlrantenna doctor "), "doctor comes first")
+        for text in ("mrlrantenna list", r".\mrlrantenna list", "%ERRORLEVEL%", "$LASTEXITCODE",
                      "Privacy & security > Location", "--help", "LICENSE.txt", BILL):
             with self.subTest(text):
                 self.assertIn(text, readme)
@@ -162,7 +194,7 @@ class BillOfMaterials(PackageTest):
     def test_lists_every_other_file_with_its_hash(self):
         listed = {entry["name"]: entry["hashes"][0]["content"]
                   for entry in self.bill["components"] if entry["type"] == "file"}
-        self.assertEqual(listed, {name: hashlib.sha256(self.zip.read(name)).hexdigest()
+        self.assertEqual(listed, {name: hashlib.sha256(self.read(name)).hexdigest()
                                   for name in self.names if name != BILL})
 
     def test_lists_every_header_only_library_and_the_run_time_libraries(self):
@@ -194,9 +226,7 @@ class BillOfMaterials(PackageTest):
 
 class Unpacked(PackageTest):
     def run_unpacked(self, folder_name, *arguments):
-        folder = self.folder / folder_name
-        self.zip.extractall(folder)
-        self.executable = folder / EXECUTABLE.name
+        self.executable = self.unpack(self.folder / folder_name) / EXECUTABLE.name
         return self.run_program(*arguments)
 
     def test_runs_from_folders_of_any_name_and_has_the_version_in_its_own(self):
@@ -208,16 +238,61 @@ class Unpacked(PackageTest):
         self.assertRegex(self.package.name,
                          r"\Amrlrantenna-6\.5\.000000001-win64(-modified)?\.zip\Z")
 
-    def test_knows_every_command_and_option_of_its_readme(self):
-        readme = self.zip.read("README.txt").decode("ascii")
+    def test_knows_every_command_and_option_of_its_readme_which_names_every_report(self):
+        readme = self.read("README.txt").decode("ascii")
         page = self.run_unpacked("here", "--help").out
-        commands = set(re.findall(r"(?m)^  (?:cmd /c )?mrlrantenna\.k5x (\w+)", readme))
-        self.assertLessEqual({"list", "run"}, commands)
+        commands = set(re.findall(r"(?m)^  mrlrantenna (\w+)", readme))
+        self.assertLessEqual({"doctor", "list", "run"}, commands)
         options = set(re.findall(r"--[a-z]+", readme))
         self.assertLessEqual({"--set", "--language", "--help"}, options)
         for word in commands | options:
             with self.subTest(word):
                 self.assertRegex(page, rf"(?m)^  (mrlrantenna\.k5x \[?)?{word}\b")
+        reports = (ROOT / "common/src/libtesk5/src/reports/ReportKinds.cpp").read_text("utf-8")
+        for report in {"--events", *re.findall(r'"(--[a-z]+)"', reports)}:
+            self.assertRegex(readme, rf"(?m)^  {report} ")
+
+    def test_checks_the_texts_of_a_language_that_was_added(self):
+        folder = self.unpack(self.folder)
+        check = [sys.executable, folder / "tests" / "structure" / "check_texts.py"]
+        self.assertEqual(subprocess.run(check, capture_output=True, check=True).stdout, b"")
+        (folder / "resources" / "tesk5" / "texts" / "nl.json").write_text("{}")
+        run = subprocess.run(check, capture_output=True, text=True, check=False)
+        self.assertEqual(run.returncode, 1)
+        self.assertIn("resources/tesk5/texts/nl.json: missing: ", run.stdout)
+
+
+class Pages(PackageTest):
+    """The pages of docs/ in a real browser. Screenshots are written to build/screenshots."""
+
+    def test_show_their_pictures_and_headings_without_a_complaint(self):
+        folder = self.unpack(self.folder)
+        for name in PAGES:
+            with self.subTest(name):
+                page = folder / "docs" / f"{name}.html"
+                browser.screenshot(page, f"page-{name}.png", 1000)
+                dom, complaints = browser.browse("--dump-dom", page.as_uri())
+                self.assertNotIn("CONSOLE", complaints)
+                self.assertNotRegex(dom, r'(?:src|href)="[a-z]+:(?!//toml\.io/)')
+                source = (ROOT / "docs" / f"{name}.md").read_text(encoding="utf-8")
+                for heading in re.findall(r"(?m)^## ([^`\n]+)$", source):
+                    self.assertRegex(dom, rf"<h2 id=[^>]*>{re.escape(heading)}</h")
+                self.assertEqual(dom.count("<table>"), len(re.findall(r"(?m)^\| ---", source)))
+
+    def test_link_only_to_what_is_in_the_package(self):
+        made = dict.fromkeys(self.names, b"")
+        texts = {name: "# A\n" for name in PAGES}
+        for text, good in (("[B](#a)", True), ("[B](hosts.md)", True), ("[B](hosts.md#a)", True),
+                           ("![B](images/dialog.png)", True), ("[B](https://a.example)", True),
+                           ("[B](#b)", False), ("[B](hosts.md#b)", False),
+                           ("[B](development.md)", False), ("![B](images/none.png)", False)):
+            with self.subTest(text):
+                texts["report"] = "# A\n" + text
+                if good:
+                    pages.add(texts, made)
+                else:
+                    with self.assertRaisesRegex(components.PackagingError, "report.md links to"):
+                        pages.add(texts, made)
 
 
 class Repetition(ProgramTest):
@@ -238,15 +313,16 @@ class Repetition(ProgramTest):
     def test_is_compared_down_to_the_entry_that_differs(self):
         first, second = (self.folder / name for name in ("one.zip", "other.zip"))
         time = datetime.datetime(2026, 1, 2, tzinfo=datetime.timezone.utc)
-        first.write_bytes(make_package.packed({"a": b"same", "b": b"text", "c": b""}, time))
-        second.write_bytes(make_package.packed({"a": b"same", "b": b"teXt"}, time))
+        first.write_bytes(make_package.packed("p", {"a": b"same", "b": b"text", "c": b""}, time))
+        second.write_bytes(make_package.packed("p", {"a": b"same", "b": b"teXt"}, time))
         self.assertEqual(compare_packages.differences(first, second), [
             "names: one.zip, other.zip",
-            "c: only in the first",
-            "b: 4 and 4 bytes, first difference at 0x2",
+            "p/c: only in the first",
+            "p/b: 4 and 4 bytes, first difference at 0x2",
         ])
         later = time + datetime.timedelta(days=1)
-        second.write_bytes(make_package.packed({"a": b"same", "b": b"text", "c": b""}, later))
+        second.write_bytes(
+            make_package.packed("p", {"a": b"same", "b": b"text", "c": b""}, later))
         self.assertIn("the same files, packed differently",
                       compare_packages.differences(first, second))
 

@@ -2,16 +2,14 @@
 import html.parser
 import re
 import subprocess
-import tempfile
 import unittest
 
+import browser
 import side_by_side
-from program import RESULTS, ROOT, VERIFICATION, ProgramTest, settings
+from program import RESULTS, VERIFICATION, ProgramTest, settings
 
 load_tests = side_by_side.load_tests
 
-SCREENSHOTS = ROOT / "build" / "screenshots"
-LIMIT_SECONDS = 120
 # Names that would run a script, load a file or reverse the text if they were not escaped.
 HOSTILE = [b"<img src=x onerror=alert(1)>\x1b\n", b"</bdi><script>alert(2)</script>",
            b"{{exit}}{{{exit}}}'\"&lt;"]
@@ -44,16 +42,6 @@ class Page(html.parser.HTMLParser):
         self._hidden = False
 
 
-def browse(*arguments):
-    """Starts the browser for one task; returns what it wrote on both outputs."""
-    with tempfile.TemporaryDirectory() as profile:
-        run = subprocess.run(
-            ["chromium", "--headless", "--no-sandbox", "--disable-gpu", "--hide-scrollbars",
-             "--enable-logging=stderr", f"--user-data-dir={profile}", *map(str, arguments)],
-            capture_output=True, text=True, timeout=LIMIT_SECONDS, check=True)
-    return run.stdout, run.stderr
-
-
 class ReportPage(ProgramTest):
     def page_of(self, *arguments, scenario=None):
         run = self.run_program("run", VERIFICATION, *arguments, "--html", "report.html",
@@ -77,18 +65,13 @@ class ReportPage(ProgramTest):
 
     def looked_at(self, path):
         """The document as the browser has it after loading, which it did without a complaint."""
-        dom, complaints = browse("--dump-dom", path.as_uri())
+        dom, complaints = browser.browse("--dump-dom", path.as_uri())
         self.assertNotIn("CONSOLE", complaints)
         return Page(dom)
 
     def screenshot(self, path, name, width, *arguments):
-        SCREENSHOTS.mkdir(parents=True, exist_ok=True)
-        picture = SCREENSHOTS / f"report-{name}.png"
-        picture.unlink(missing_ok=True)
-        _, complaints = browse(f"--screenshot={picture}", f"--window-size={width},1700",
-                               *arguments, path.as_uri())
+        complaints = browser.screenshot(path, f"report-{name}.png", width, *arguments)
         self.assertNotIn("CONSOLE", complaints)
-        self.assertTrue(picture.is_file())
 
     def test_names_made_of_markup_are_shown_and_do_nothing(self):
         path = self.hostile_page()
@@ -115,21 +98,21 @@ class ReportPage(ProgramTest):
         self.screenshot(phone, "phone", 500)
 
         paper = self.folder / "report.pdf"
-        browse("--no-pdf-header-footer", f"--print-to-pdf={paper}", path.as_uri())
+        browser.browse("--no-pdf-header-footer", f"--print-to-pdf={paper}", path.as_uri())
         words = subprocess.run(["pdftotext", "-layout", paper, "-"], capture_output=True,
                                text=True, check=True).stdout
         self.assertIn("Passed with a warning", words)
         self.assertIn("Bench AP", words)
         self.assertNotIn("SSID Being Compared", words, "paper shows the same without the log")
         subprocess.run(["pdftoppm", "-r", "80", "-png", "-singlefile", paper,
-                        SCREENSHOTS / "report-paper"], check=True)
+                        browser.SCREENSHOTS / "report-paper"], check=True)
 
     def test_the_browser_applies_the_style_sheet_that_the_policy_names(self):
         _, path = self.page_of()
         whole = path.read_text(encoding="utf-8")
         self.looked_at(path)
         broken = self.write("broken.html", whole.replace("max-width: 52rem", "max-width: 53rem"))
-        _, complaints = browse("--dump-dom", broken.as_uri())
+        _, complaints = browser.browse("--dump-dom", broken.as_uri())
         self.assertIn("Content Security Policy", complaints)
 
     def test_a_language_that_is_read_from_the_right_mirrors_the_page(self):

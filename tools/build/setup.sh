@@ -16,6 +16,7 @@ TEST_PACKAGES=(
     fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages
     mosquitto mosquitto-clients rsyslog                          # what the examples for stations feed
     python3 python3-jsonschema git                               # packaging, system tests, checks
+    cmark-gfm                                                    # the package's pages
     tmux                                                         # a terminal that tests read
     libxml2-utils                                                # JUnit reports against their schema
     chromium poppler-utils                                       # HTML reports, on screen and paper

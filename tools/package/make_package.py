@@ -2,8 +2,8 @@
 """Packs a built tree into the zip for Windows: make_package.py BUILD_FOLDER OUTPUT_FOLDER
 
 The zip depends on nothing but the commit, the built files and the installed Debian packages: entries
-are sorted, carry the commit's time and fixed permissions. It has no top folder, because
-Windows unpacks a zip into a folder with its name.
+are sorted, carry the commit's time and fixed permissions. All of them are in one folder with the
+zip's name: some unpackers put them where the zip is.
 """
 import collections
 import datetime
@@ -16,12 +16,17 @@ import sys
 import zipfile
 
 import components
+import pages
 import sbom
 from components import PackagingError
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = "mrlrantenna.k5x"
+SCRIPT = "mrlrantenna.cmd"
 BILL = "mrlrantenna.cdx.json"
+# Shipped as they are, in the same places as in the source tree: the pages name these places.
+SHIPPED_FOLDERS = ("docs/images", "docs/schemas", "examples")
+SHIPPED_FILES = ("tests/structure/check_texts.py", "tests/structure/tree_check.py")
 # The earliest time that a zip can hold, for a tree without a commit.
 ZIP_EPOCH = datetime.datetime(1980, 1, 1, tzinfo=datetime.timezone.utc)
 WRONG_USAGE = 64
@@ -46,9 +51,10 @@ def origin(root):
     if not (root / ".git").exists():
         return Origin(None, True, ZIP_EPOCH)
     commit, seconds = _git(root, "log", "-1", "--no-show-signature", "--format=%H %ct").split()
-    # An ignored file among the resources would be shipped as well.
+    # An ignored file in a folder that is shipped would be shipped as well.
     changes = (_git(root, "status", "--porcelain", "--untracked-files=normal")
-               + _git(root, "status", "--porcelain", "--ignored", "--", "resources"))
+               + _git(root, "status", "--porcelain", "--ignored", "--", "resources",
+                      *SHIPPED_FOLDERS))
     time = datetime.datetime.fromtimestamp(int(seconds), datetime.timezone.utc)
     return Origin(commit, bool(changes), time)
 
@@ -73,14 +79,19 @@ def _with_windows_line_ends(text):
     return text.replace("\r\n", "\n").replace("\n", "\r\n").encode("utf-8")
 
 
+def _files_below(folder):
+    """{name in the tree: content} of every file in a folder of the source tree."""
+    return {path.relative_to(ROOT).as_posix(): path.read_bytes()
+            for path in (ROOT / folder).rglob("*") if path.is_file()}
+
+
 def _built_files(dist):
     """{name: content} of the built tree, which has to be the executable and its resources."""
     if not (dist / PROGRAM).is_file():
         raise PackagingError(f"{dist / PROGRAM} is missing: build the target mrlrantenna first")
     files = {path.relative_to(dist).as_posix(): path.read_bytes()
              for path in dist.rglob("*") if path.is_file()}
-    resources = {path.relative_to(ROOT).as_posix(): path.read_bytes()
-                 for path in (ROOT / "resources").rglob("*") if path.is_file()}
+    resources = _files_below("resources")
     shipped = {name: content for name, content in files.items() if name != PROGRAM}
     different = sorted(name for name in shipped.keys() | resources.keys()
                        if shipped.get(name) != resources.get(name))
@@ -99,9 +110,15 @@ def _origin_line(made_of):
 
 
 def contents(build, made_of):
-    """(name of the package, {name in the zip: content})."""
+    """(name of the package, {name in its folder: content})."""
     dist = build / "dist"
     files = _built_files(dist)
+    for folder in SHIPPED_FOLDERS:
+        files.update(_files_below(folder))
+    for name in SHIPPED_FILES:
+        files[name] = (ROOT / name).read_bytes()
+    pages.add({name: (ROOT / "docs" / f"{name}.md").read_text(encoding="utf-8")
+               for name in pages.PAGES}, files)
     number, build_number = version(dist / PROGRAM)
     full_version = f"{number}.{build_number}"
 
@@ -115,6 +132,8 @@ def contents(build, made_of):
     for component in in_program:
         files[f"licences/{component['notice']}"] = _with_windows_line_ends(
             components.notice(component))
+    files[SCRIPT] = _with_windows_line_ends(
+        (components.FOLDER / SCRIPT).read_text(encoding="ascii"))
     files["LICENSE.txt"] = _with_windows_line_ends((ROOT / "LICENSE").read_text(encoding="utf-8"))
     title = f"{number} build {build_number}"
     readme = (components.FOLDER / "README.txt").read_text(encoding="utf-8")
@@ -128,12 +147,12 @@ def contents(build, made_of):
     return f"mrlrantenna-{full_version}-win64{suffix}", files
 
 
-def packed(files, time):
-    """The zip's bytes."""
+def packed(folder, files, time):
+    """The zip's bytes: `files` in one folder."""
     stream = io.BytesIO()
     with zipfile.ZipFile(stream, "w", zipfile.ZIP_DEFLATED, compresslevel=9) as archive:
         for name in sorted(files):
-            entry = zipfile.ZipInfo(name, max(time, ZIP_EPOCH).timetuple()[:6])
+            entry = zipfile.ZipInfo(f"{folder}/{name}", max(time, ZIP_EPOCH).timetuple()[:6])
             entry.create_system = 3  # Unix, for the permissions; Windows ignores them
             entry.external_attr = (0o100755 if name == PROGRAM else 0o100644) << 16
             entry.compress_type = zipfile.ZIP_DEFLATED
@@ -152,7 +171,7 @@ def main(arguments):
     except PackagingError as error:
         print(f"package: {error}.", file=sys.stderr)
         return WRONG_USAGE
-    data = packed(files, made_of.time)
+    data = packed(name, files, made_of.time)
     output.mkdir(parents=True, exist_ok=True)
     package = output / f"{name}.zip"
     unfinished = output / f"{name}.zip.tmp"

@@ -9,8 +9,8 @@ import re
 import urllib.parse
 import uuid
 
-# The tools that decide the executable's bytes, beside the libraries in it.
-BUILD_TOOLS = ("g++-mingw-w64-x86-64-posix", "binutils-mingw-w64-x86-64")
+# The tools that decide the bytes of the executable and the pages, beside the libraries.
+BUILD_TOOLS = ("g++-mingw-w64-x86-64-posix", "binutils-mingw-w64-x86-64", "cmark-gfm")
 
 # An SPDX expression consists of identifiers, operators and brackets only.
 _EXPRESSION = re.compile(r"\(*[\w.+-]+\)*( (AND|OR|WITH) \(*[\w.+-]+\)*)*")
