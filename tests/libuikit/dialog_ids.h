@@ -8,3 +8,4 @@
 #define IDC_KIT_TALL 1004
 #define IDC_KIT_BUTTON 1005
 #define IDC_KIT_COMBO 1006
+#define IDC_KIT_NAME 1007

@@ -15,6 +15,8 @@
 ///   bar fills from the right, pictures stay as they are. Static texts are read from right to left
 ///   then, except those with SS_NOPREFIX, the style for names from elsewhere: the first letter of
 ///   a name says which way it is read, so that "Office (5G)" keeps its brackets where they are;
+/// - shows control characters in static texts with SS_NOPREFIX as the console does, "\x1B"; their
+///   WM_GETTEXT goes on with the text as it was set;
 /// - has a font with the language's letters: the template's, or else one that is known for the
 ///   language, or else any that has them;
 /// - shows texts whole: a static text or a button whose text would be clipped gets a smaller font
@@ -38,9 +40,11 @@ public:
     void PreSubclassWindow(CWnd* dialog);
     /// Chooses fonts and fits texts, now and from now on.
     void OnInitDialog(CWnd* dialog);
-    /// Called after OnInitDialog(): the entries of a drop-down list are names, read from left to
-    /// right in mirrored dialogs too.
-    static void ShowsNames(const CComboBox& list);
+    /// Called after OnInitDialog(), before `list` has entries: the entries of a drop-down list are
+    /// names, read from left to right in mirrored dialogs too. Control characters in them are
+    /// shown as the console shows them, "\x1B"; messages of the list go on with the names as they
+    /// are. Without entries it does not look selected when it has the keyboard focus.
+    void ShowsNames(const CComboBox& list);
 
 private:
     class Impl;

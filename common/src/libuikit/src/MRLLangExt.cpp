@@ -5,6 +5,7 @@
 
 #include "DialogKeys.h"
 #include "LanguageFont.h"
+#include "NameList.h"
 #include "ReadingOrder.h"
 #include "Subclass.h"
 #include "TextFit.h"
@@ -76,7 +77,22 @@ public:
 
 private:
     static LRESULT CALLBACK onMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam,
-                                      UINT_PTR, DWORD_PTR self) {
+                                      UINT_PTR, DWORD_PTR owner) {
+        auto* const self = reinterpret_cast<TextControl*>(owner);
+        if (message == WM_SETTEXT && isName(control)) {
+            quietly([&] { lParam = self->showName(lParam); });
+        }
+        if (const std::wstring& name = self->m_name; !name.empty()) {
+            if (message == WM_GETTEXTLENGTH) {
+                return static_cast<LRESULT>(name.size());
+            }
+            if (message == WM_GETTEXT && wParam > 0) {
+                const std::size_t length =
+                    name.copy(reinterpret_cast<wchar_t*>(lParam), wParam - 1);
+                reinterpret_cast<wchar_t*>(lParam)[length] = L'\0';
+                return static_cast<LRESULT>(length);
+            }
+        }
         const LRESULT result = isMirrored(control) && FittedText::isTextStatic(control)
                                    ? mirrored(control, message, wParam, lParam)
                                    : DefSubclassProc(control, message, wParam, lParam);
@@ -84,9 +100,29 @@ private:
             if (message == WM_SIZE) {
                 InvalidateRect(control, nullptr, TRUE);
             }
-            quietly([&] { reinterpret_cast<TextControl*>(self)->m_text.fit(); });
+            quietly([&] { self->m_text.fit(); });
         }
         return result;
+    }
+
+    static bool isName(HWND control) {
+        return (GetWindowLongPtrW(control, GWL_STYLE) & SS_NOPREFIX) != 0 &&
+               FittedText::isTextStatic(control);
+    }
+
+    // Keeps a name that cannot be shown as it is. \return the text for the control
+    LPARAM showName(LPARAM set) {
+        m_name.clear();
+        if (set == 0) {
+            return set;
+        }
+        const std::wstring name(reinterpret_cast<const wchar_t*>(set));
+        m_shown = libUikit::shownName(name);
+        if (m_shown == name) {
+            return set;
+        }
+        m_name = name;
+        return reinterpret_cast<LPARAM>(m_shown.c_str());
     }
 
     // The control itself does not get messages on which it would draw.
@@ -108,6 +144,8 @@ private:
     }
 
     FittedText m_text;
+    std::wstring m_name;  // with control characters; empty for any other text
+    std::wstring m_shown; // the same made visible
     Subclass m_messages;
 };
 
@@ -122,6 +160,8 @@ public:
         EnumChildWindows(dialog, addChild, reinterpret_cast<LPARAM>(this));
         useFont();
     }
+    void showNames(HWND list) { m_nameLists.emplace_back(list); }
+
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
     ~Impl() = default;
@@ -199,6 +239,7 @@ private:
     std::shared_ptr<const libUikit::Font> m_full;
     std::deque<TextControl> m_texts; // a deque: their addresses must not change
     std::vector<HWND> m_others;
+    std::deque<libUikit::NameList> m_nameLists;
     Subclass m_messages;
 };
 
@@ -214,6 +255,7 @@ void MRLLangExt::PreSubclassWindow(CWnd* dialog) {
 }
 
 void MRLLangExt::ShowsNames(const CComboBox& list) {
+    m_impl->showNames(list.m_hWnd);
     COMBOBOXINFO parts{};
     parts.cbSize = sizeof parts;
     if (!isMirrored(list.m_hWnd) || !GetComboBoxInfo(list.m_hWnd, &parts)) {

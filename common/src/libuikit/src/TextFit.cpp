@@ -79,10 +79,16 @@ private:
 } // namespace
 
 std::wstring textOf(HWND control) {
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(
-        GetWindowTextW(control, text.data(), static_cast<int>(text.size()))));
-    return text;
+    std::wstring text(128, L'\0');
+    for (;;) {
+        const auto length = static_cast<std::size_t>(
+            InternalGetWindowText(control, text.data(), static_cast<int>(text.size())));
+        if (length + 1 < text.size()) {
+            text.resize(length);
+            return text;
+        }
+        text.resize(text.size() * 2);
+    }
 }
 
 bool FittedText::isTextStatic(HWND control) {

@@ -8,6 +8,8 @@
 
 namespace libUikit {
 
+/// The text that the control shows. WM_GETTEXT gives a name with its control characters.
+/// Platform: InternalGetWindowText
 std::wstring textOf(HWND control);
 
 /// A control, its own style and the font for texts that fit.
