@@ -57,6 +57,11 @@ TEST_F(AccessPointSearch, FindsANameThatDiffersInLetterCaseAndSurroundingBlanks)
                 Contains("179 getAccessPointSignalStrength::SSID Being Compared: LAB"));
 }
 
+TEST_F(AccessPointSearch, TakesTheGivenNameAsItIs) {
+    startRadio({{.ssid = "Lab"}});
+    EXPECT_FALSE(search(" Lab").found);
+}
+
 TEST_F(AccessPointSearch, ReturnsTheBetterOfScanAndList) {
     startRadio({heardAt("Lab", 40, 55)});
     EXPECT_EQ(search("Lab").strength, 55U);
@@ -129,7 +134,9 @@ TEST_F(AccessPointSearch, ARadioThatGoesOffOnTheWayEndsItThen) {
             radio().setRadio(0, 0, std::nullopt, 2);
         }
     });
-    EXPECT_FALSE(search("Lab").radioOn);
+    const Outcome outcome = search("Lab");
+    EXPECT_FALSE(outcome.found);
+    EXPECT_FALSE(outcome.radioOn);
     EXPECT_EQ(polls, 3);
 }
 

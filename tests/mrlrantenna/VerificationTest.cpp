@@ -61,13 +61,14 @@ protected:
         return all;
     }
 
-    // "VISIBLE_NETWORKS: Office 61 %, Lab 70 % measured"
+    // "VISIBLE_NETWORKS of 0..100: Office 61% Lab 70% measured"
     std::string theSurvey() const {
         if (surveys().size() != 1) {
             return std::to_string(surveys().size()) + " surveys";
         }
         const tesk5::Survey& one = surveys().front();
-        std::string all = one.name.utf8() + ":";
+        std::string all = one.name.utf8() + " of " + std::to_string(one.lowest) + ".." +
+                          std::to_string(one.highest) + ":";
         for (const tesk5::Survey::Entry& entry : one.entries) {
             all += " " + entry.name.utf8() + " " + std::to_string(entry.value) + one.unit.utf8() +
                    (entry.measured ? " measured" : "");
@@ -106,7 +107,7 @@ TEST_F(Verification, PassesInThisOrder) {
                     "268 " + TEST + "warning signal strength parameter: 40",
                     "271 " + TEST + "failing signal strength parameter: 20",
                     "measurement DetectedSignalStrength"));
-    EXPECT_EQ(theSurvey(), "VISIBLE_NETWORKS: Office 61% Lab 50% measured");
+    EXPECT_EQ(theSurvey(), "VISIBLE_NETWORKS of 0..100: Office 61% Lab 50% measured");
 }
 
 TEST_F(Verification, FailsInThisOrderWhenNoNetworkHasTheName) {
@@ -130,7 +131,7 @@ TEST_F(Verification, FailsInThisOrderWhenNoNetworkHasTheName) {
                     "survey VISIBLE_NETWORKS", "WlanCloseHandle",
                     "event error ACCESS_POINT_NOT_FOUND",
                     "262 " + TEST + "SSID: Lab was not found"));
-    EXPECT_EQ(theSurvey(), "VISIBLE_NETWORKS: Other 50%");
+    EXPECT_EQ(theSurvey(), "VISIBLE_NETWORKS of 0..100: Other 50%");
     EXPECT_THAT(raisedLines(),
                 ElementsAre("error ACCESS_POINT_NOT_FOUND " + SOURCE + "261 SSIDName=\"Lab\""));
 }
@@ -234,6 +235,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Rating{0, 99, 99, TestResult::FAIL()}, Rating{0, 99, 100, TestResult::PASS()},
                     Rating{99, 0, 99, TestResult::WARN()}, Rating{99, 0, 100, TestResult::PASS()},
                     Rating{2, 1, 1, TestResult::FAIL()}, Rating{99, 98, 98, TestResult::FAIL()},
+                    Rating{1, 0, 1, TestResult::WARN()},
                     // Compared unsigned: a negative quality is a large one.
                     Rating{40, 20, 0xFFFFFFFFU, TestResult::PASS()}));
 
@@ -255,14 +257,19 @@ class VerificationBadThresholds : public Verification,
 TEST_P(VerificationBadThresholds, AreReportedAfterTheSearchAndDecideNothingElse) {
     const BadThresholds& bad = GetParam();
     startRadio({{.ssid = "Lab", .signal = 1U}});
-    Order order =
+    const Order order =
         behind("WlanCloseHandle", orderOf(TestResult::BADPARAMS(), "Lab", bad.warn, bad.fail));
-    ASSERT_EQ(order.size(), 6U);
-    order.erase(order.begin(), order.begin() + 3); // the strength and the thresholds
+    const auto shown = [](const char* threshold) {
+        return std::string(*threshold == '\0' ? "0" : threshold);
+    };
     std::string line = bad.line;
     line.insert(4, "signalStrengthParametersValid::");
-    EXPECT_THAT(order, ElementsAre(line, std::string("event warning ") + bad.event,
-                                   "275 " + TEST + "invalid params caused the test to return"));
+    EXPECT_THAT(order,
+                ElementsAre(testing::StartsWith("265 "),
+                            "268 " + TEST + "warning signal strength parameter: " + shown(bad.warn),
+                            "271 " + TEST + "failing signal strength parameter: " + shown(bad.fail),
+                            line, std::string("event warning ") + bad.event,
+                            "275 " + TEST + "invalid params caused the test to return"));
     EXPECT_THAT(raisedLines(),
                 ElementsAre(std::string("warning ") + bad.event + " " + SOURCE + bad.variables));
 }
@@ -289,6 +296,10 @@ const BadThresholds badThresholds[] = {
     {"0", "100",
      "220 FailingSignalStrengh has been populated with value: 100 which is out of range",
      "PARAM_OUT_OF_RANGE", "222 ParamName=\"FailingSignalStrengh\""},
+    {"1", "1",
+     "228 FailingSignalStrengh signal strength: 1 is higher than the WarningSignalStrength: 1",
+     "FAIL_SIGNAL_STRENGTH_HIGHER_THAN_WARN",
+     "231 FailingSignalStrength=1 WarningSignalStrength=1"},
     {"50", "50",
      "228 FailingSignalStrengh signal strength: 50 is higher than the WarningSignalStrength: 50",
      "FAIL_SIGNAL_STRENGTH_HIGHER_THAN_WARN",
@@ -326,6 +337,21 @@ TEST_F(Verification, TracesItsOperationsWithTheirPlaces) {
                                     "> signalStrengthParametersValid (" + SOURCE + "204)",
                                     "< signalStrengthParametersValid",
                                     "< WirelessSignalStrengthVerificationTest"));
+}
+
+TEST_F(Verification, TracesTheLifeOfItsDeviceInsideTheSearch) {
+    const test::CapturedLog traced(0);
+    startRadio({{.ssid = "Lab", .signal = 70U}});
+    verify();
+    const Order texts = traced.texts();
+    const auto search =
+        std::find(texts.begin(), texts.end(), "> getAccessPointSignalStrength (" + SOURCE + "144)");
+    const auto end = std::find(texts.begin(), texts.end(), "< getAccessPointSignalStrength");
+    ASSERT_NE(search, texts.end());
+    ASSERT_NE(end, texts.end());
+    EXPECT_THAT(*std::prev(search), testing::StartsWith("250 "));
+    EXPECT_THAT(*std::next(search), testing::StartsWith("> populateRadioState()"));
+    EXPECT_EQ(*std::prev(end), "< closeHandle()");
 }
 
 TEST_F(Verification, KeepsSilentWhenTheLoggerIsSetHigher) {
