@@ -247,6 +247,19 @@ TEST_F(DeviceConstruction, TracesEachOperationUnderItsOwnName) {
     EXPECT_THAT(scopesOf([this] { close(); }), ElementsAre("closeHandle()"));
 }
 
+TEST_F(DeviceConstruction, ScopesEncloseTheirCalls) {
+    EXPECT_THAT(traceOf([this] { open(); }),
+                ElementsAre("> populateRadioState()", "> queryWirelessLanInterface()",
+                            "> initialize()", "> openHandle()", "> closeHandle()",
+                            "< closeHandle()", "WlanOpenHandle", "< openHandle()",
+                            "> isAPIVersionSupported()", "< isAPIVersionSupported()",
+                            "UuidFromStringW", "WlanRegisterNotification", "< initialize()",
+                            "WlanQueryInterface", "< queryWirelessLanInterface()",
+                            "< populateRadioState()"));
+    EXPECT_THAT(traceOf([this] { close(); }),
+                ElementsAre("> closeHandle()", "WlanCloseHandle", "< closeHandle()"));
+}
+
 TEST_F(DeviceConstruction, AScopeNamesItsSourceFile) {
     WirelessDevice& device = opened();
     mrl::LogFactory::setPriority(0);

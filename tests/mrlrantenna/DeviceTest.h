@@ -62,17 +62,32 @@ protected:
     static std::string utf8(const mrl::String& text) { return text.getUTF8String().bytes(); }
 
     std::vector<std::string> lines() const { return logged(DEVICE_LOGGER); }
-    /// The names of the trace scopes that `operation` opens, in order.
+    /// What `operation` does at trace level, in order: "> scope", "< scope", log lines as they are,
+    /// and calls by their functions.
     template <typename Operation>
-    std::vector<std::string> scopesOf(Operation operation) {
-        log().clear();
+    static std::vector<std::string> traceOf(Operation operation) {
+        const Journal journal;
         mrl::LogFactory::setPriority(0);
         operation();
         mrl::LogFactory::setPriority(1);
+        std::vector<std::string> trace;
+        for (const std::string& entry : journal.entries({"log", "call"})) {
+            if (entry.starts_with("call ")) {
+                trace.push_back(entry.substr(5, entry.find(' ', 5) - 5));
+            } else {
+                const std::string text = entry.substr(entry.find(": ") + 2);
+                trace.push_back(text.starts_with("> ") ? text.substr(0, text.find(' ', 2)) : text);
+            }
+        }
+        return trace;
+    }
+    /// The names of the trace scopes that `operation` opens, in order.
+    template <typename Operation>
+    static std::vector<std::string> scopesOf(Operation operation) {
         std::vector<std::string> names;
-        for (const CapturedLog::Line& line : log().lines()) {
-            if (line.priority == 0 && line.logger == DEVICE_LOGGER && line.text.starts_with("> ")) {
-                names.push_back(line.text.substr(2, line.text.rfind(" (") - 2));
+        for (const std::string& entry : traceOf(operation)) {
+            if (entry.starts_with("> ")) {
+                names.push_back(entry.substr(2));
             }
         }
         return names;

@@ -171,6 +171,15 @@ TEST_F(ForcedScan, EndsAtOnceAndSilentlyWhereACallFails) {
     }
 }
 
+TEST_F(ForcedScan, RequestsAdviceWhenAccessIsDenied) {
+    WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
+    for (const DWORD code : {ERROR_BUSY, ERROR_ACCESS_DENIED}) {
+        radio().addFault({.function = "WlanScan", .nth = 1, .code = code});
+        EXPECT_EQ(scan(device, "Lab"), notHeard());
+        EXPECT_EQ(adviceRequested(), code == ERROR_ACCESS_DENIED);
+    }
+}
+
 TEST_F(ForcedScan, WithNothingHeardFailsSilentlyAfterTheWait) {
     EXPECT_EQ(scan(openedSeeing({}), "Lab"), notHeard());
     EXPECT_THAT(clock().sleeps(), ElementsAre(7000));

@@ -226,6 +226,12 @@ TEST_F(InterfaceQuery, AFailureIsLoggedInOneSentence) {
     }
 }
 
+TEST_F(InterfaceQuery, OfAnOpcodeWithoutAFieldCanFailToo) {
+    WirelessDevice& device = openedConnected();
+    radio().addFault({.function = "WlanQueryInterface", .opcode = 12U, .code = 87U});
+    EXPECT_FALSE(device.queryWirelessLanInterface(opcodeOf(12)));
+}
+
 TEST_F(InterfaceQuery, WithoutAConnectionTheErrorTextIsSetAndStays) {
     WirelessDevice& device = opened();
     EXPECT_FALSE(device.populateWLANConnectionAtrributes());
@@ -283,8 +289,10 @@ TEST_F(InterfaceQuery, TracesItsOperations) {
                 ElementsAre("isAPIVersionSupported()"));
     EXPECT_THAT(scopesOf([&] { WirelessDevice::getAuthAlgoString(DOT11_AUTH_ALGO_WPA); }),
                 ElementsAre("getAuthAlgoString()"));
+    device.m_initialized = false;
     EXPECT_THAT(scopesOf([&] { device.getInterfaceDescription(); }),
-                ElementsAre("getInterfaceDescription()", "enumerateInterfaces()",
+                ElementsAre("getInterfaceDescription()", "enumerateInterfaces()", "initialize()",
+                            "openHandle()", "closeHandle()", "isAPIVersionSupported()",
                             "getInterfaceStateString()"));
 }
 

@@ -196,8 +196,10 @@ TEST_F(RadioOfADevice, TracesItsOperations) {
     EXPECT_THAT(
         scopesOf([&device] { device.isRadioEnabled(0); }),
         ElementsAre("isRadioEnabled()", "populateRadioState()", "queryWirelessLanInterface()"));
+    device.m_initialized = false;
     EXPECT_THAT(scopesOf([&device] { device.setRadioState(0, true); }),
-                ElementsAre("setRadioState()"));
+                ElementsAre("setRadioState()", "initialize()", "openHandle()", "closeHandle()",
+                            "isAPIVersionSupported()"));
 }
 
 } // namespace

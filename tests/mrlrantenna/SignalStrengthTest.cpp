@@ -86,6 +86,9 @@ TEST_F(SignalStrength, WrapsOnAbsurdReportsInsteadOfFailing) {
     // A sum beyond 32 bits wraps.
     WirelessDevice& device = openedSeeing({{.ssid = "Lab", .signal = 0x7FFFFFFFU}});
     EXPECT_EQ(device.getSignalStrength(named("Lab")), 0x7FFFFFFD / 3);
+    // A negative one is divided as such.
+    EXPECT_EQ(
+        openedSeeing({{.ssid = "Lab", .signal = 0xFFFFFFFFU}}).getSignalStrength(named("Lab")), -1);
 }
 
 TEST_F(SignalStrength, TracesItsRefreshesAndComparisons) {

@@ -225,7 +225,12 @@ TEST_P(NetworkListFailure, EmptiesTheListLogsItsSentenceAndRaisesItsEvent) {
     const std::size_t blocks = radio().liveBlocks();
     log().clear();
     radio().addFault({.function = "WlanGetAvailableNetworkList", .nth = 1, .code = code});
+    const test::Journal journal;
     EXPECT_FALSE(device.getVisibleNetworkList());
+    // The event follows its sentence.
+    const Texts noted = journal.entries({"log", "event"});
+    EXPECT_EQ(!noted.empty() && noted.back().starts_with("event "),
+              !test::listFailure(code).events.empty());
     EXPECT_THAT(namesOf(device), IsEmpty());
     EXPECT_EQ(device.m_numVisibleNetworks, 1U); // counts what was reported last
     EXPECT_EQ(radio().liveBlocks(), blocks);
@@ -246,6 +251,22 @@ INSTANTIATE_TEST_SUITE_P(Codes, NetworkListFailure,
                                          ListError{31, TestResult::FAIL()},
                                          ListError{0xFFFFFFFF, TestResult::FAIL()}),
                          [](const auto& row) { return "Code" + std::to_string(row.param.code); });
+
+DWORD WINAPI refusingWithAList(HANDLE handle, const GUID* guid, DWORD flags, PVOID reserved,
+                               WLAN_AVAILABLE_NETWORK_LIST** list) {
+    test::PatchedApi::service().WlanGetAvailableNetworkList(handle, guid, flags, reserved, list);
+    return ERROR_BUSY;
+}
+
+TEST_F(VisibleNetworks, AListThatComesWithAFailureIsNotReadButFreed) {
+    WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
+    const std::size_t blocks = radio().liveBlocks();
+    test::PatchedApi patched;
+    patched->WlanGetAvailableNetworkList = &refusingWithAList;
+    EXPECT_FALSE(device.getVisibleNetworkList());
+    EXPECT_THAT(namesOf(device), IsEmpty());
+    EXPECT_EQ(radio().liveBlocks(), blocks);
+}
 
 TEST_F(VisibleNetworks, ASentenceFollowsTheCallsNameDirectly) {
     opened().reportNetworkListError("AnyCall", ERROR_NOT_ENOUGH_MEMORY);
@@ -462,6 +483,24 @@ TEST_F(VisibleNetworks, TraceEachOperationOfARefresh) {
                             "addVisibleNetwork()"));
 }
 
+TEST_F(VisibleNetworks, TraceTheLinesAndStepsOfARecordInThisOrder) {
+    WirelessDevice& device = openedSeeing({{.ssid = "Lab", .signal = 57U, .auth = 4}});
+    EXPECT_THAT(traceOf([&device] { device.getVisibleNetworkList(); }),
+                ElementsAre("> getVisibleNetworkList()", "WlanGetAvailableNetworkList",
+                            "1154 Total 1 networks are visible.",
+                            "1157 Network 0:", "> printNetworkInfo()", "> SsidToStringW()",
+                            "< SsidToStringW()", "1268 SSID: Lab", "1273 Security enabled.",
+                            "1288 Contains 1 BSSIDs.", "1305 Currently not connected.",
+                            "1320 The network is connectable.", "> getBssTypeString()",
+                            "< getBssTypeString()", "1326 BSS type: " + localized("INFRASTRUCTURE"),
+                            "1346 Signal quality: 57%", "> getAuthAlgoString()",
+                            "< getAuthAlgoString()",
+                            "1351 Default authentication algorithm: WPA PSK",
+                            "1355 Default cipher algorithm: WPA PSK", "> addVisibleNetwork()",
+                            "< addVisibleNetwork()", "< printNetworkInfo()", "WlanFreeMemory",
+                            "< getVisibleNetworkList()"));
+}
+
 TEST_F(VisibleNetworks, TraceTheOpeningOfTheDeviceInsideTheQuery) {
     WirelessDevice& device = opened();
     device.m_initialized = false;
@@ -469,6 +508,13 @@ TEST_F(VisibleNetworks, TraceTheOpeningOfTheDeviceInsideTheQuery) {
     EXPECT_THAT(scopesOf([&] { device.getNumVisibleNetworks(); }),
                 ElementsAre("getNumVisibleNetworks()", "getVisibleNetworkList()", "initialize()",
                             "openHandle()", "closeHandle()"));
+}
+
+TEST_F(VisibleNetworks, TraceANameForWhichThereIsNoRoom) {
+    const DOT11_SSID ssid{3, {'L', 'a', 'b'}};
+    WirelessDevice& device = opened();
+    EXPECT_THAT(scopesOf([&] { device.SsidToStringW(nullptr, 0, &ssid); }),
+                ElementsAre("SsidToStringW()"));
 }
 
 TEST_F(VisibleNetworks, TraceNothingForTheErrorReportAndTheRating) {
