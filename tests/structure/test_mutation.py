@@ -74,6 +74,9 @@ CHANGES = (
     ("signs of parameters change where no header declares them",
      "namespace {\nvoid f(unsigned int a) {\n    g(a);\n}\n} // namespace\n", "sign changed",
      ["void f(int a) {"]),
+    ("signs of line numbers stay",
+     "namespace {\nvoid f(int line, mrl::Uint32 logLine) {\n    g(line, logLine);\n}\n} // namespace\n",
+     "sign changed", []),
     ("signs of other parameters stay",
      function("g(a);", head="void f(unsigned int a)"), "sign changed", []),
     ("neighbouring arguments are exchanged", function("g(a, b(1, x), 2);"), "arguments exchanged",
@@ -107,6 +110,7 @@ class WhatIsChanged(unittest.TestCase):
         for lines, *expected in (
                 (("g();", "if (a) {", "    h();", "}"), ("if (a) {", "    h();", "}", "g();")),
                 (("const int a = g();", "h(a);", "return;"),),
+                (("g();", 'const mrl::Char* a = MRL_TEXT("x");', "h(a);"),),
                 (("m_a = 0;", "m_b = 0;"),),
                 (("m_a = 0;", "m_b = m_a;"), ("m_b = m_a;", "m_a = 0;"))):
             with self.subTest(lines):

@@ -16,6 +16,8 @@ _OTHER_SIGN = {
 }
 _NO_CALLS = ("if", "while", "for", "switch", "catch", "return", "sizeof", "alignof", "decltype",
              "noexcept", "static_assert", "throw", "defined")
+# Small and positive: no sign shows.
+_LINE_NUMBER = re.compile(r"^line$|Line$")
 # What gives the same for its arguments in another order.
 _SYMMETRIC = ("min", "max", "sameGuid")
 _NUMBER = re.compile(r"(?P<digits>0[xX][0-9A-Fa-f']+|[0-9']+(?P<fraction>\.[0-9]*)?)(?P<suffix>\w*)")
@@ -171,6 +173,8 @@ class _Finder:
             other = _OTHER_SIGN[self.tokens[index].text]
         if self.source.is_(end, "*", "&") or any(a <= index < b for a, b in self.source.loop_heads):
             return
+        if _LINE_NUMBER.search(self.tokens[end].text):
+            return
         start = index
         while self.source.is_(start - 1, "::") and start >= 2:
             start -= 2
@@ -322,7 +326,8 @@ class _Finder:
                     self._is_private_assignment(second, first))
 
     def _calls(self, statement):
-        return any(self.source.is_(index, "(") and not self.source.is_(index - 1, ">")
+        # A cast is no call, and a literal's macro neither.
+        return any(self.source.is_(index, "(") and not self.source.is_(index - 1, ">", "MRL_TEXT")
                    for index in range(statement.first, statement.end))
 
     def _is_private_assignment(self, statement, neighbour):
