@@ -274,6 +274,13 @@ TEST_P(VerificationBadThresholds, AreReportedAfterTheSearchAndDecideNothingElse)
                 ElementsAre(std::string("warning ") + bad.event + " " + SOURCE + bad.variables));
 }
 
+TEST_F(Verification, NamesTheParameterOutOfRangeAsItIsSpelt) {
+    startRadio({{.ssid = "Lab", .signal = 1U}});
+    orderOf(TestResult::BADPARAMS(), "Lab", "0", "100");
+    EXPECT_EQ(raised().back().text, "The parameter FailingSignalStrength is out of range. It must "
+                                    "lie between 0 and 99 percent.");
+}
+
 const BadThresholds badThresholds[] = {
     {"0", "0",
      "207 Both WarningSignalStrength and FailingSignalStrength parameters have been set to ZERO "

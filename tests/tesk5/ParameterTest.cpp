@@ -1,6 +1,7 @@
 #include "FrameworkTest.h"
 
 #include <tesk5/ByteText.h>
+#include <tesk5/Texts.h>
 
 namespace test {
 
@@ -116,6 +117,14 @@ TEST(Values, KeepTheirType) {
     EXPECT_FALSE(Value("12") == Value(mrl::Uint32{12}));
     EXPECT_STREQ(DataType::STRING().name(), "string");
     EXPECT_STREQ(DataType::UINT32().name(), "uint32");
+}
+
+TEST(Values, AreShownAsAnotherText) {
+    const Value value = Value("Colour").shownAs("Color");
+    EXPECT_EQ(value.valueString(), "Colour");
+    EXPECT_EQ(value.shownString(), "Color");
+    EXPECT_EQ(tesk5::fillPlaceholders("{Name}", {{"Name", value}}), "Color");
+    EXPECT_EQ(Value(mrl::Uint32{7}).shownString(), "7");
 }
 
 TEST(Values, ReadAsTheOtherTypeWhereTheyCan) {

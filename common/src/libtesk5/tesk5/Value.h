@@ -5,6 +5,7 @@
 
 #include <mrl/Types.h>
 
+#include <optional>
 #include <variant>
 
 namespace tesk5 {
@@ -43,10 +44,16 @@ public:
     /// The number; of a text the number that it spells in decimal, 0 when it spells none.
     mrl::Uint32 valueUint32() const;
 
+    /// The same value, which people read as `text`; programs still get valueString().
+    Value shownAs(TeskString text) const;
+    /// What people read: the text of shownAs(), or else valueString().
+    TeskString shownString() const;
+
     friend bool operator==(const Value&, const Value&) = default;
 
 private:
     std::variant<TeskString, mrl::Uint32> m_value;
+    std::optional<TeskString> m_shown;
 };
 
 } // namespace tesk5

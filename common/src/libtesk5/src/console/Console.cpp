@@ -115,7 +115,7 @@ void Console::writeEvent(const RaisedEvent& event) {
     writeLine(m_output, head + eventText(event));
     for (const auto& [name, value] : unspokenVariables(event)) {
         writeLine(m_output, std::string(mrl::columnsOf(head), ' ') + name.utf8() + ": " +
-                                withUtf8Reading(value.valueString().utf8()));
+                                withUtf8Reading(value.shownString().utf8()));
     }
 }
 

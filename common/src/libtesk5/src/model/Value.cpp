@@ -32,4 +32,14 @@ mrl::Uint32 Value::valueUint32() const {
     return std::get<mrl::Uint32>(m_value);
 }
 
+Value Value::shownAs(TeskString text) const {
+    Value copy = *this;
+    copy.m_shown = std::move(text);
+    return copy;
+}
+
+TeskString Value::shownString() const {
+    return m_shown ? *m_shown : valueString();
+}
+
 } // namespace tesk5

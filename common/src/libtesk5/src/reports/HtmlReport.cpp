@@ -104,7 +104,7 @@ Json eventJson(const RaisedEvent& event) {
                         : Json(message("REPORT_TIMES", {{"Count", std::to_string(event.count)}}));
     json["variables"] = listOf(unspokenVariables(event), [](const auto& variable) -> Json {
         return {{"name", variable.first.utf8()},
-                {"value", withUtf8Reading(variable.second.valueString().utf8())}};
+                {"value", withUtf8Reading(variable.second.shownString().utf8())}};
     });
     return json;
 }

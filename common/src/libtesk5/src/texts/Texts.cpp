@@ -47,7 +47,7 @@ std::string fillPlaceholders(const std::string& text, const Event::Variables& va
         filled.append(text, done, open - done);
         // The system's messages end in a line end, which would break the sentence.
         constexpr std::string_view LINE_END = "\r\n";
-        std::string value = variable->second.valueString().utf8();
+        std::string value = variable->second.shownString().utf8();
         if (value.ends_with(LINE_END)) {
             value.resize(value.size() - LINE_END.size());
         }

@@ -41,11 +41,12 @@ mrl::TraceLogger moduleTrace(const char* name, int line) {
 }
 
 // Raises PARAM_OUT_OF_RANGE for one threshold.
-void warnOutOfRange(const char* parameterName, unsigned int value, mrl::Uint32 logLine,
-                    int eventLine) {
+void warnOutOfRange(const tesk5::Parameter& parameter, const char* parameterName,
+                    unsigned int value, mrl::Uint32 logLine, int eventLine) {
     moduleLog(logLine) << "signalStrengthParametersValid::" << parameterName
                        << " has been populated with value: " << value << " which is out of range";
-    events::paramOutOfRange->setVariable("ParamName", parameterName);
+    events::paramOutOfRange->setVariable("ParamName",
+                                         tesk5::Value(parameterName).shownAs(parameter.name()));
     DiagModule::warning(events::paramOutOfRange, MODULE_SOURCE_FILE, eventLine);
 }
 
@@ -168,12 +169,13 @@ bool signalStrengthParametersValid(unsigned int warn, unsigned int fail) {
         return false;
     }
     if (warn > HIGHEST_THRESHOLD) {
-        warnOutOfRange("WarningSignalStrength", warn, 213, 215);
+        warnOutOfRange(*parameters::warningSignalStrength, "WarningSignalStrength", warn, 213, 215);
         return false;
     }
     if (fail > HIGHEST_THRESHOLD) {
-        // Spelt without the final t: hosts compare "ParamName" with exactly this text.
-        warnOutOfRange("FailingSignalStrengh", fail, 220, 222);
+        // Spelt without the final t: hosts compare "ParamName" with exactly this text. People see
+        // the parameter's name.
+        warnOutOfRange(*parameters::failingSignalStrength, "FailingSignalStrengh", fail, 220, 222);
         return false;
     }
     if (warn != 0 && fail != 0 && fail >= warn) {
