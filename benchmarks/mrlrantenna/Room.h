@@ -17,6 +17,7 @@ class StillClock final : public mrl::Clock {
 public:
     Duration now() override { return Duration(0); }
     UtcTime utcNow() override { return UtcTime(); }
+    std::chrono::minutes utcOffset(UtcTime /*time*/) override { return std::chrono::minutes(0); }
     void sleep(Duration /*duration*/) override {}
     /// Blocks until `condition` is notified.
     void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& condition,

@@ -32,6 +32,21 @@ TEST(UtcText, IsCutToMilliseconds) {
     EXPECT_EQ(at(sys_days(year(1969) / December / 31) + hours(23)), "1969-12-31T23:00:00.000Z");
 }
 
+#ifndef _WIN32
+TEST(Clock, TheSystemsOffsetFollowsTheTimeZoneAndItsSummerTime) {
+    using namespace std::chrono;
+    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+    tzset();
+    EXPECT_EQ(Clock::current().utcOffset(sys_days(2026y / November / 20)), minutes(60));
+    EXPECT_EQ(Clock::current().utcOffset(sys_days(2026y / July / 20)), minutes(120));
+    setenv("TZ", "NST3:30", 1);
+    tzset();
+    EXPECT_EQ(Clock::current().utcOffset(sys_days(2026y / July / 20)), minutes(-210));
+    unsetenv("TZ");
+    tzset();
+}
+#endif
+
 TEST(Clock, TheSystemsWaitEndsAtADeadlineThatHasPassed) {
     std::mutex mutex;
     std::condition_variable condition;

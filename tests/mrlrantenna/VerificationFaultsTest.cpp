@@ -21,7 +21,7 @@ constexpr std::uint32_t CONNECTION = 7;
 enum class Service { WELL, FIRST_REGISTRATION_FAILS };
 
 // One row of the table: the call that fails, and how the run then differs from one in which nothing
-// fails. That one passes: its second scan hears "Lab" at 60 %.
+// fails. That one passes: its second scan hears "Lab" at 60%.
 struct Row {
     Place place;
     Service service = Service::WELL;
@@ -42,7 +42,7 @@ const std::string AS_LISTED = "1346 Signal quality: 100%"; // instead of the con
 const std::string REASON_CODE = "1381  The reason code is 163842.";
 const std::string RADIO_OFF = "256 The wireless radio is in off state";
 
-// Only the list finds "Lab", at 50 %.
+// Only the list finds "Lab", at 50%.
 Row withOneScan(const char* function, std::uint32_t nth) {
     const std::string test = "WirelessSignalStrengthVerificationTest::";
     return {.place = {function, nth},

@@ -14,9 +14,9 @@ protected:
     ~VerificationRun() override;
 
     /// A radio on which a run takes every path: two forced scans, two refreshes of the list, a
-    /// network with a reason, one whose quality is queried. "Lab" is heard, at 60 %, once two scans
-    /// have ended, and listed, at 50 %, from the second look on. "Attic" is not connectable, for it
-    /// is not visible (0x28002); "Cellar", which the adapter is connected to, claims 100 %.
+    /// network with a reason, one whose quality is queried. "Lab" is heard, at 60%, once two scans
+    /// have ended, and listed, at 50%, from the second look on. "Attic" is not connectable, for it
+    /// is not visible (0x28002); "Cellar", which the adapter is connected to, claims 100%.
     void startScene();
     /// Looks for `ssid` with a warning at `warn` % and a failure at `fail` %. In the scene, the
     /// result is PASS when the second forced scan heard "Lab", else WARN.

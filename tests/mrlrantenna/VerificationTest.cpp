@@ -45,7 +45,7 @@ protected:
         return {std::find(order.rbegin(), order.rend(), entry).base(), order.end()};
     }
 
-    // "DetectedSignalStrength 70 % of 0..100 WarningSignalStrength 40 warning"
+    // "DetectedSignalStrength 70% of 0..100 WarningSignalStrength 40 warning"
     std::string theMeasurement() const {
         if (measurements().size() != 1) {
             return std::to_string(measurements().size()) + " measurements";

@@ -209,40 +209,40 @@ TEST_P(WirelessDoctorOnAName, SaysWhatTheTestMakesOfIt) {
 }
 
 const Name names[] = {
-    {{{.ssid = "Lab", .signal = 61U}}, "  Lab ", "ok: Card sees \"Lab\" at 61 %."},
+    {{{.ssid = "Lab", .signal = 61U}}, "  Lab ", "ok: Card sees \"Lab\" at 61%."},
     {{{.ssid = " LAB ", .signal = 61U}, {.ssid = "Office"}},
      "Lab",
-     "ok: Card sees \" LAB \" at 61 %. The test takes it for \"Lab\": letter case and blanks at "
+     "ok: Card sees \" LAB \" at 61%. The test takes it for \"Lab\": letter case and blanks at "
      "the ends do not count."},
     // The network that the test takes from several.
     {{{.ssid = "LAB", .signal = 40U}, {.ssid = "Lab", .signal = 70U}},
      "Lab",
-     "ok: Card sees \"LAB\" at 40 %."},
+     "ok: Card sees \"LAB\" at 40%."},
     {{{.ssid = "Lab", .signal = 40U}, {.ssid = "Lab-5G", .signal = 70U}},
      "lab-5g",
-     "problem: Card sees \"Lab-5G\" at 70 %, but the test does not: in its list of networks, a "
+     "problem: Card sees \"Lab-5G\" at 70%, but the test does not: in its list of networks, a "
      "name that contains an earlier one is left out, and \"Lab\" comes earlier. Switch \"Lab\" off "
      "for the test, rename one of the two, or measure \"Lab\"."},
     {{{.ssid = "Lab-5G", .signal = 70U}, {.ssid = "Lab"}},
      "Lab-5G",
-     "ok: Card sees \"Lab-5G\" at 70 %."},
+     "ok: Card sees \"Lab-5G\" at 70%."},
     // "a" stands for "ab" and "abc": the finding names a network that is in the list.
     {{{.ssid = "a"}, {.ssid = "ab"}, {.ssid = "abc"}},
      "abc",
-     "problem: Card sees \"abc\" at 50 %, but the test does not: in its list of networks, a name "
+     "problem: Card sees \"abc\" at 50%, but the test does not: in its list of networks, a name "
      "that contains an earlier one is left out, and \"a\" comes earlier."},
     {{{.ssid = "Office"}, {.ssid = "Lab-5G", .signal = 70U}},
      "lab",
-     "problem: Card sees no network \"lab\", but \"Lab-5G\" at 70 %, of which it is only a part. "
+     "problem: Card sees no network \"lab\", but \"Lab-5G\" at 70%, of which it is only a part. "
      "The test needs the whole name."},
     {{{.ssid = "Caf\xC3\xA9", .signal = 70U}},
      "Caf\xC3\xA9",
-     "problem: Card sees \"Caf\xC3\xA9\" at 70 %, but the test does not: it reads names byte by "
+     "problem: Card sees \"Caf\xC3\xA9\" at 70%, but the test does not: it reads names byte by "
      "byte, and this one as \"Caf\xC3\x83\xC2\xA9 [UTF-8: Caf\xC3\xA9]\". Write --set "
      "SSID=hex:436166C3A9, or give the access point a name of plain letters and digits."},
     {{{.ssid = "Caf\xC3\xA9", .signal = 70U}},
      "hex:436166C3A9",
-     "ok: Card sees \"Caf\xC3\x83\xC2\xA9 [UTF-8: Caf\xC3\xA9]\" at 70 %."},
+     "ok: Card sees \"Caf\xC3\x83\xC2\xA9 [UTF-8: Caf\xC3\xA9]\" at 70%."},
     {{{.ssid = "Caf\xC3\xA9"}, {.ssid = "Caf\xE9"}},
      "Lab",
      "problem: Card sees no network \"Lab\". Check its spelling, and that the access point is "
@@ -312,8 +312,8 @@ TEST_F(WirelessDoctor, ChecksTheParametersByTheRulesOfTheTest) {
         {"Lab",
          "20",
          "20",
-         {"The failing signal strength (20 %) must be lower than the warning"},
-         {"The failing signal strength (20 %) must be lower than the warning"}},
+         {"The failing signal strength (20%) must be lower than the warning"},
+         {"The failing signal strength (20%) must be lower than the warning"}},
         {"Lab,WarningSignalStrength=40",
          "40",
          "",

@@ -9,7 +9,7 @@ inline constexpr std::int32_t ON = 1;
 inline constexpr std::int32_t OFF = 2;
 inline constexpr std::uint32_t NOT_VISIBLE = 0x28002;
 
-/// Two networks: Attic is not connectable; Cellar, which the adapter is connected to, claims 100 %.
+/// Two networks: Attic is not connectable; Cellar, which the adapter is connected to, claims 100%.
 inline radiosim::Scenario atticAndCellar(std::int32_t software = ON) {
     radiosim::Scenario scenario;
     radiosim::Interface& adapter = scenario.interfaces.front();

@@ -15,6 +15,9 @@ public:
 
     Duration now() override;
     UtcTime utcNow() override;
+    /// That of setUtcOffset(), 0 at first.
+    std::chrono::minutes utcOffset(UtcTime /*time*/) override { return m_utcOffset; }
+    void setUtcOffset(std::chrono::minutes offset) { m_utcOffset = offset; }
     /// Moves the clock and wakes every thread in waitUntil(); does not block.
     void sleep(Duration duration) override;
     void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& condition,
@@ -28,6 +31,7 @@ public:
     double elapsedSeconds();
 
 private:
+    std::chrono::minutes m_utcOffset{0};
     struct Waiter {
         std::mutex* mutex;
         std::condition_variable* condition;

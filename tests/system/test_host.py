@@ -92,7 +92,7 @@ class Stream(ProgramTest):
         run = self.interrupted().finish()
         self.assertEqual(run.exit, 6, run)
         # The time of the pause and of the search, of which little has passed.
-        self.assertRegex(run.err, r"\Amrlrantenna: stopping: the current test ends within [34]\d s, "
+        self.assertRegex(run.err, r"\Amrlrantenna: stopping: the current test ends within [34]\d\ss, "
                          r"then the run; Ctrl\+C once more [^\n]*\n\Z")
         lines = self.assert_is_a_stream(run.out)
         self.assertEqual(self.types(lines).count("stopping"), 1)

@@ -79,8 +79,8 @@ class Reports(ProgramTest):
         self.assertEqual(properties["parameter.SSID"], "Bench AP")
         self.assertEqual(properties["measurement.DetectedSignalStrength"], "60")
         self.assertEqual(properties["device.wlanAPISupported"], "true")
-        self.assertIn("Signal strength: 60 %", case.findtext("system-out"))
-        self.assertIn('  90 %  A\\x1B[2J\\n<b>"&]]>', case.findtext("system-out"))
+        self.assertIn("Signal strength: 60%", case.findtext("system-out"))
+        self.assertIn('  90%  A\\x1B[2J\\n<b>"&]]>', case.findtext("system-out"))
 
     def test_a_warning_passes_with_its_text_in_the_output(self):
         run, report, case = self.assert_reported(

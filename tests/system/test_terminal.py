@@ -41,20 +41,20 @@ class LiveLine(ProgramTest):
         screens = self.screens_until("exit value 0")
         live = [line for screen in screens for line in screen.splitlines() if "so far" in line]
         self.assertRegex("\n".join(live),
-                         r"(?m)^  Scanning for networks: \d+ s so far, at most \d+ s more$")
+                         r"(?m)^  Scanning for networks: \d+\xa0s so far, at most \d+\xa0s more$")
         self.assertGreater(len(set(live)), 2, "the seconds go on")
         self.assertNotIn("so far", screens[-1])
-        self.assertRegex(screens[-1], r"(?m)^  PASS after \d+\.\d s$")
+        self.assertRegex(screens[-1], r"(?m)^  PASS after \d+\.\d\ss$")
 
     def test_makes_room_for_the_answers_to_interrupts_which_break_between_words(self):
         self.run_in_terminal(NARROW_COLUMNS)
         self.screens_until("so far")
         self.tmux("send-keys", "C-c")
         screen = self.screens_until("without a report")[-1]
-        self.assertRegex(screen, r"\AWirelessSignalStrengthVerificationTest on\n"
-                         r"Simulated Wireless-AC Adapter\n"
+        self.assertRegex(screen, r"\AWirelessSignalStrengthVerificationTest\n"
+                         r"\(Signal strength check\) on Simulated\nWireless-AC Adapter\n"
                          r"mrlrantenna: stopping: the current test\n"
-                         r"ends within [34]\d s, then the run; Ctrl\+C\n"
+                         r"ends within [34]\d\ss, then the run; Ctrl\+C\n"
                          r"once more ends the program at once,\n"
                          r"without a report\n")
         self.screens_until("so far")

@@ -75,6 +75,15 @@ TEST_F(Doctor, ReportsADeviceOfAnotherKindAsGood) {
                                     "\"Wireless\".\nok: Card can be tested by A.\n"));
 }
 
+TEST_F(Doctor, PutsDevicesOfAnotherKindIntoOneLine) {
+    setDevices(R"([{"name": "Ethernet", "capabilities": ["NetworkCard"]},
+                   {"name": "Card", "capabilities": ["Wireless"]},
+                   {"name": "Bluetooth", "capabilities": ["NetworkCard"]}])");
+    EXPECT_EQ(start({"doctor"}), 0);
+    EXPECT_THAT(output(), HasSubstr("ok: Left out by A: Ethernet, Bluetooth (lacks the capability "
+                                    "\"Wireless\").\nok: Card can be tested by A.\n"));
+}
+
 TEST_F(Doctor, SaysForEachTestWhyItLeavesAnAdapterOut) {
     registerTest("B", TestResult::PASS())->addDevicePropertyExclusion("WiMAX", "");
     registerTest("C", TestResult::PASS())->addDevicePropertyExclusion("WiMAX", "");
@@ -104,7 +113,7 @@ TEST_F(Doctor, LetsTheModuleExamineEachDeviceThatSuitsATest) {
     EXPECT_EQ(start({"doctor"}), CANNOTRUN);
     EXPECT_THAT(examined, ElementsAre("Card thoroughly"));
     EXPECT_THAT(output(), HasSubstr("ok: Card can be tested by A.\n"
-                                    "problem: The signal of a\\x1B[2J is 7 %.\n"
+                                    "problem: The signal of a\\x1B[2J is 7%.\n"
                                     "ok: Something happened.\n"
                                     "Problems found: 1; exit value 3\n"));
 }
@@ -130,7 +139,7 @@ TEST_F(Advice, StandsUnderARunThatCouldNotRun) {
     EXPECT_EQ(start({"run", "--json", file("report.json")}), CANNOTRUN);
     EXPECT_EQ(output(), "A on Card 1\n"
                         "  possible cause: Something happened.\n"
-                        "  CANNOTRUN after 0.0 s\n"
+                        "  CANNOTRUN after 0.0\u00A0s\n"
                         "Runs: 1 (1 CANNOTRUN); exit value 3\n");
     EXPECT_THAT(examined, ElementsAre("Card 1 quickly"));
 }
@@ -187,7 +196,8 @@ TEST_F(Advice, FollowsTheVerdictOfAMeasurementThatReachedALimit) {
         return TestResult::FAIL();
     });
     EXPECT_EQ(start({"run", "--json", file("report.json")}), TestResult::FAIL().value());
-    EXPECT_THAT(output(), HasSubstr("  FAIL after 0.0 s\n  possible cause: Card 1 is weak.\n"));
+    EXPECT_THAT(output(),
+                HasSubstr("  FAIL after 0.0\u00A0s\n  possible cause: Card 1 is weak.\n"));
     EXPECT_THAT(bytesOfFile(file("report.json")), HasSubstr("\"key\": \"LIMIT_REACHED\""));
     EXPECT_THAT(examined, IsEmpty());
 }

@@ -28,12 +28,12 @@ TEST_F(Events, AreRecordedAsTheyWereWhenRaised) {
 
     ASSERT_EQ(recorder.events().size(), 2U);
     const tesk5::RaisedEvent& first = recorder.events()[0];
-    EXPECT_EQ(first.text, "The signal of Lab is 12 %.");
+    EXPECT_EQ(first.text, "The signal of Lab is 12%.");
     EXPECT_THAT(first.variables,
                 ElementsAre(Pair("Name", Value("Lab")), Pair("Strength", Value(mrl::Uint32{12}))));
     const tesk5::RaisedEvent& second = recorder.events()[1];
     EXPECT_STREQ(severityName(second.severity), "warning");
-    EXPECT_EQ(second.text, "The signal of Lab is 30 %.");
+    EXPECT_EQ(second.text, "The signal of Lab is 30%.");
     EXPECT_EQ(second.time - first.time, std::chrono::seconds(2));
 }
 

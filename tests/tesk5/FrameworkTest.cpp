@@ -31,7 +31,7 @@ const ModuleInfo& moduleInfo() {
     static const ModuleInfo info{
         .name = "example",
         .builtInTexts = R"({
-            "WEAK": "The signal of {Name} is {Strength} %.",
+            "WEAK": "The signal of {Name} is {Strength}%.",
             "PLAIN": "Something happened.",
             "SERVICE_ANSWERS": "The service answers.",
             "SERVICE_STOPPED": "The service does not run (error {Error}).",

@@ -69,6 +69,15 @@ TEST_F(List, HonoursTheChoiceOfDevices) {
                           "in its name or system name\n"));
 }
 
+TEST_F(List, PutsDevicesOfAnotherKindIntoOneLine) {
+    setDevices(R"([{"name": "Ethernet", "capabilities": ["NetworkCard"]},
+                   {"name": "Card", "capabilities": ["Wireless"]},
+                   {"name": "Bluetooth", "capabilities": ["NetworkCard"]}])");
+    EXPECT_EQ(start({"list"}), 0);
+    EXPECT_THAT(output(), HasSubstr("  Signal\n    Ethernet, Bluetooth: no: lacks the capability "
+                                    "\"Wireless\"\n    Card: yes\n"));
+}
+
 TEST_F(List, SaysThatThereIsNoDevice) {
     setDevices("[]");
     EXPECT_EQ(start({"list"}), 0);

@@ -4,6 +4,8 @@
 #include <console/Console.h>
 #include <console/LiveLine.h>
 
+#include <mrl/Unicode.h>
+
 #include <future>
 
 namespace test {
@@ -18,19 +20,19 @@ class TheLiveLine : public FrameworkTest {
 protected:
     // What a person sees of the output, which moves the cursor back.
     std::string shown() const {
-        std::string seen;
+        std::u32string seen;
         std::size_t column = 0;
-        for (const char c : output()) {
+        for (const char32_t c : mrl::toUtf32(output())) {
             if (c == '\r') {
                 column = 0;
             } else if (c == '\b') {
                 --column;
             } else {
-                seen.resize(std::max(seen.size(), column + 1), ' ');
+                seen.resize(std::max(seen.size(), column + 1), U' ');
                 seen[column++] = c;
             }
         }
-        return seen.substr(0, seen.find_last_not_of(' ') + 1);
+        return mrl::toUtf8(seen.substr(0, seen.find_last_not_of(U' ') + 1));
     }
 
     LiveLine line{mrl::cout, 80};
@@ -39,25 +41,25 @@ protected:
 TEST_F(TheLiveLine, ShowsActivityElapsedTimeAndLongestTime) {
     EXPECT_EQ(output(), "");
     line.begin();
-    EXPECT_EQ(shown(), "  Running: 0 s so far");
+    EXPECT_EQ(shown(), "  Running: 0\u00A0s so far");
     clock().sleep(seconds(1));
     line.tell("Scanning", 45);
-    EXPECT_EQ(shown(), "  Scanning: 1 s so far, at most 45 s more");
+    EXPECT_EQ(shown(), "  Scanning: 1\u00A0s so far, at most 45\u00A0s more");
     clock().sleep(milliseconds(7500));
     line.draw();
-    EXPECT_EQ(shown(), "  Scanning: 8 s so far, at most 38 s more");
+    EXPECT_EQ(shown(), "  Scanning: 8\u00A0s so far, at most 38\u00A0s more");
     clock().sleep(seconds(60));
     line.draw();
-    EXPECT_EQ(shown(), "  Scanning: 68 s so far, at most 0 s more") << "and never less";
+    EXPECT_EQ(shown(), "  Scanning: 68\u00A0s so far, at most 0\u00A0s more") << "and never less";
     line.tell("Searching", std::nullopt);
-    EXPECT_EQ(shown(), "  Searching: 68 s so far");
+    EXPECT_EQ(shown(), "  Searching: 68\u00A0s so far");
 }
 
 TEST_F(TheLiveLine, LeavesNothingBehindAtItsEnd) {
     line.begin();
     line.tell("A long tale of what is going on", 10);
     line.tell("Short", 10);
-    EXPECT_EQ(shown(), "  Short: 0 s so far, at most 10 s more");
+    EXPECT_EQ(shown(), "  Short: 0\u00A0s so far, at most 10\u00A0s more");
     mrl::cout << "^C";
     line.end();
     EXPECT_EQ(shown(), "");
@@ -73,7 +75,7 @@ TEST_F(TheLiveLine, MakesRoomForPermanentLines) {
     std::string meanwhile;
     line.yieldTo([&] { meanwhile = shown(); });
     EXPECT_EQ(meanwhile, "");
-    EXPECT_EQ(shown(), "  Running: 0 s so far");
+    EXPECT_EQ(shown(), "  Running: 0\u00A0s so far");
 }
 
 TEST_F(TheLiveLine, LeavesTheLastColumnFreeAndRoomForTheEchoOfAnInterrupt) {
@@ -87,7 +89,7 @@ TEST_F(TheLiveLine, ShowsNoControlCharactersOfNames) {
     line.begin();
     line.tell("\x1b[2JLab\r", 1);
     EXPECT_THAT(output(), Not(HasSubstr("\x1b")));
-    EXPECT_EQ(shown(), "  \\x1B[2JLab\\r: 0 s so far, at most 1 s more");
+    EXPECT_EQ(shown(), "  \\x1B[2JLab\\r: 0\u00A0s so far, at most 1\u00A0s more");
 }
 
 TEST(ATicker, TicksUntilItIsDestroyed) {
@@ -122,7 +124,7 @@ TEST_F(AStopRequest, IsAnsweredWithTheLongestTimeOfTheCurrentTestIfItIsKnown) {
     console.onProgress({"SCAN", "Scanning", 45});
     clock().sleep(milliseconds(14500));
     EXPECT_EQ(answer(),
-              "example: stopping: the current test ends within 31 s, then the run; Ctrl+C "
+              "example: stopping: the current test ends within 31\u00A0s, then the run; Ctrl+C "
               "once more ends the program at once, without a report\n");
     clock().sleep(seconds(60));
     EXPECT_EQ(answer(), unknown) << "the test has exceeded its time";
@@ -151,7 +153,7 @@ TEST_F(Verdicts, OfUnsuccessfulRunsArePrintedAlsoWhenQuiet) {
         return TestResult::WARN();
     });
     EXPECT_EQ(start({"run", "--quiet"}), 1);
-    EXPECT_EQ(output(), "B on Card 1\n  warning: Something happened.\n  WARN after 0.0 s\n");
+    EXPECT_EQ(output(), "B on Card 1\n  warning: Something happened.\n  WARN after 0.0\u00A0s\n");
 }
 
 TEST_F(Verdicts, AreColouredWhenAskedForAndElseInATerminalOnly) {
@@ -159,9 +161,9 @@ TEST_F(Verdicts, AreColouredWhenAskedForAndElseInATerminalOnly) {
     registerTest("B", TestResult::WARN());
     registerTest("C", TestResult::FAIL());
     start({"run", "--color", "always"});
-    EXPECT_THAT(output(), HasSubstr("  \x1b[32mPASS\x1b[0m after 0.0 s\n"));
-    EXPECT_THAT(output(), HasSubstr("  \x1b[33mWARN\x1b[0m after 0.0 s\n"));
-    EXPECT_THAT(output(), HasSubstr("  \x1b[31mFAIL\x1b[0m after 0.0 s\n"));
+    EXPECT_THAT(output(), HasSubstr("  \x1b[32mPASS\x1b[0m after 0.0\u00A0s\n"));
+    EXPECT_THAT(output(), HasSubstr("  \x1b[33mWARN\x1b[0m after 0.0\u00A0s\n"));
+    EXPECT_THAT(output(), HasSubstr("  \x1b[31mFAIL\x1b[0m after 0.0\u00A0s\n"));
     forgetOutput();
     start({"run", "--color=never"});
     EXPECT_EQ(output().find('\x1b'), std::string::npos);

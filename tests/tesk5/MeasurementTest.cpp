@@ -48,14 +48,14 @@ TEST_F(Measurements, BreakTheGravestLimitOfSeveral) {
 TEST_F(Measurements, SayInWordsHowTheyCompare) {
     using tesk5::comparisonText;
     EXPECT_EQ(comparisonText(strength(72, {warning(40), failing(20)})),
-              "above the warning limit of 40 %");
-    EXPECT_EQ(comparisonText(strength(72, {failing(20)})), "above the failing limit of 20 %");
+              "above the warning limit of 40%");
+    EXPECT_EQ(comparisonText(strength(72, {failing(20)})), "above the failing limit of 20%");
     EXPECT_EQ(comparisonText(strength(40, {warning(40), failing(20)})),
-              "at or below the warning limit of 40 %");
+              "at or below the warning limit of 40%");
     EXPECT_EQ(comparisonText(strength(12, {warning(40), failing(20)})),
-              "at or below the failing limit of 20 %");
+              "at or below the failing limit of 20%");
     EXPECT_EQ(comparisonText(strength(12, {})), "");
-    EXPECT_EQ(tesk5::measuredText(strength(12, {})), "Strength: 12 %");
+    EXPECT_EQ(tesk5::measuredText(strength(12, {})), "Strength: 12%");
 }
 
 TEST_F(Measurements, AreDrawnOnTheirScaleWithTheirLimits) {
@@ -111,10 +111,10 @@ TEST(Gauge, KeepsALimitApartFromTheEndsOfTheScale) {
     const auto rowOf = [](mrl::Uint32 limit) {
         return gaugeOf(strength(50, {failing(limit)}), false).labels.at(2).row;
     };
-    EXPECT_EQ(rowOf(15), 1U) << "\"0 %\" begins at 0, \"15 %\" reaches beyond 15 on both sides";
+    EXPECT_EQ(rowOf(10), 1U) << "\"0%\" begins at 0, \"10%\" reaches beyond 10 on both sides";
     EXPECT_EQ(rowOf(25), 0U);
     EXPECT_EQ(rowOf(75), 0U);
-    EXPECT_EQ(rowOf(85), 1U);
+    EXPECT_EQ(rowOf(90), 1U);
 }
 
 TEST(Gauge, GivesALongUnitMoreRoom) {

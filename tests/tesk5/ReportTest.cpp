@@ -112,7 +112,7 @@ TEST_F(WholeRun, IsDescribedByTheJsonReport) {
             "events": [{
                 "key": "WEAK",
                 "severity": "error",
-                "text": "The signal of Lab\u0001\"<\n is 12 %.",
+                "text": "The signal of Lab\u0001\"<\n is 12%.",
                 "variables": {"Strength": 12, "Name": "Lab\u0001\"<\n", "Other": "{{exit}}"},
                 "file": "modules/a.cpp",
                 "line": 245,
@@ -174,7 +174,7 @@ TEST_F(WholeRun, IsAStreamOfOneAsciiLineForEachEventInTheShapeOfTheReport) {
     expect("progress", end,
            {{"run", 1},
             {"key", "WEAK"},
-            {"text", "The signal of {Name} is {Strength} %."},
+            {"text", "The signal of {Name} is {Strength}%."},
             {"longestSeconds", nullptr}});
     expect("testEnded", end, {{"run", 1}, {"called", true}, {"failure", ""}, {"result", signal}});
     expect("runEnded", end, {{"exit", 2}, {"started", start}, {"ended", end}, {"leftOut", 0}});
@@ -213,20 +213,20 @@ TEST_F(WholeRun, IsDescribedByTheJUnitReport) {
         <property name="measurement.Strength.limit.Failing.severity" value="error"/>
         <property name="measurement.Strength.brokenLimit" value="Failing"/>
       </properties>
-      <failure message="The signal of Lab\x01&quot;&lt;\n is 12 %." type="WEAK">error: The signal of Lab\x01&quot;&lt;\n is 12 %.
+      <failure message="The signal of Lab\x01&quot;&lt;\n is 12%." type="WEAK">error: The signal of Lab\x01&quot;&lt;\n is 12%.
   WEAK (modules/a.cpp:245)
   Strength = 12
   Name = Lab\x01&quot;&lt;\n
   Other = {{exit}}</failure>
-      <system-out>error: The signal of Lab\x01&quot;&lt;\n is 12 %.
+      <system-out>error: The signal of Lab\x01&quot;&lt;\n is 12%.
   WEAK (modules/a.cpp:245)
   Strength = 12
   Name = Lab\x01&quot;&lt;\n
   Other = {{exit}}
-Strength: 12 % [###..|....|..............] at or below the failing limit of 20 %
+Strength: 12% [###..|....|..............] at or below the failing limit of 20%
 VISIBLE:
-  12 %  Lab  (measured)
-  5 %  &lt;b&gt;Far
+  12%  Lab  (measured)
+  5%  &lt;b&gt;Far
 Kärte\u2028&lt;&#39;&amp;]]&gt; is weak.</system-out>
     </testcase>
   </testsuite>
@@ -257,13 +257,13 @@ TEST_F(WholeRun, IsShownByTheHtmlPageWithEveryNameAsTextIsolatedInItsDirection) 
              "<strong>Failed</strong> <small>FAIL</small>",
              "<bdi>example 6.5 (build 000000001)</bdi>",
              "<bdi>Kärte\\u2028&lt;&#39;&amp;]]&gt;</bdi>",
-             R"(aria-label="Strength: 12 %; Warning at 40 % or below; Failing at 20 % or below")",
+             R"(aria-label="Strength: 12%; Warning at 40% or below; Failing at 20% or below")",
              R"(<rect class="bad" x="0.00%" y="24" width="20.00%")",
              R"(<rect class="warning" x="20.00%" y="24" width="20.00%")",
              R"(<rect class="good" x="40.00%" y="24" width="60.00%")",
              R"(<rect class="bar" x="0.00%" y="32" width="12.00%")",
              R"(<tr class="measured"><th scope="row"><bdi>Lab</bdi>)",
-             "The signal of <bdi>Lab\\x01&quot;&lt;\\n</bdi> is <bdi>12</bdi> %.",
+             "The signal of <bdi>Lab\\x01&quot;&lt;\\n</bdi> is <bdi>12</bdi>%.",
              "<bdi>Other</bdi>: <bdi>{{exit}}</bdi>",
          }) {
         EXPECT_THAT(page, HasSubstr(part));
@@ -369,7 +369,7 @@ TEST_F(Reports, CountAnEventThatIsRaisedAgain) {
     EXPECT_EQ(events[0]["count"], 3);
     EXPECT_FALSE(events[1].contains("count"));
     EXPECT_EQ(events[2]["severity"], "error");
-    EXPECT_THAT(output(), HasSubstr("The signal of a is {Strength} %. (3 times)"));
+    EXPECT_THAT(output(), HasSubstr("The signal of a is {Strength}%. (3 times)"));
 }
 
 TEST_F(Reports, ListRunsThatAStopRequestPrevented) {

@@ -26,10 +26,10 @@ TEST_F(ReportWords, OfAResultAreItsMeasurementsThenItsNetworksTheStrongestFirstT
         .advice = {{"PLAIN", false, {}}, {"SERVICE_ANSWERS", true, {}}, {"WEAK", false, {}}},
         .failure = {}};
     EXPECT_THAT(tesk5::observationLines(outcome),
-                ElementsAre("Strength: 30 % [########.................]",
-                            "VISIBLE:", "  30 %  Lab  (measured)", "  5 %  Far", "  5 %  Other",
+                ElementsAre("Strength: 30% [########.................]",
+                            "VISIBLE:", "  30%  Lab  (measured)", "  5%  Far", "  5%  Other",
                             "Something happened.:", "Something happened.",
-                            "The signal of {Name} is {Strength} %."));
+                            "The signal of {Name} is {Strength}%."));
 }
 
 TEST_F(ReportWords, NameTheVariablesThatTheTextOfAnEventDoesNotHave) {

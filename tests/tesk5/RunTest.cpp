@@ -165,7 +165,7 @@ TEST_F(Runs, StartNothingMoreAfterAStopRequestAndCountItAsAborted) {
     EXPECT_EQ(start({"run"}), TestResult::USERABORTED().value());
     EXPECT_THAT(m_calls, ElementsAre("A"));
     EXPECT_EQ(output(), "A on Card 1\n"
-                        "  PASS after 0.0 s\n"
+                        "  PASS after 0.0\u00A0s\n"
                         "B on Card 1\n"
                         "  USERABORTED: not started\n"
                         "Runs: 2 (1 USERABORTED, 1 PASS); exit value 6\n");
@@ -181,7 +181,7 @@ TEST_F(Runs, GoOnAfterATeskExceptionWhichIsAnInternalError) {
     noting("B");
     EXPECT_EQ(start({"run"}), TestResult::INTERNALERROR().value());
     EXPECT_THAT(m_calls, ElementsAre("B on Card 1"));
-    EXPECT_THAT(output(), HasSubstr("  INTERNALERROR after 0.0 s: no such\\nthing\n"));
+    EXPECT_THAT(output(), HasSubstr("  INTERNALERROR after 0.0\u00A0s: no such\\nthing\n"));
 }
 
 TEST_F(Runs, LetEveryOtherExceptionPassAndSayWhichTestItEndedAndWhy) {
@@ -273,15 +273,15 @@ TEST_F(Runs, ShowWhatRunsWhereAndHowItWent) {
     setDevices(R"([{"name": "Card\n1\u202E", "capabilities": ["Wireless"]}])");
     EXPECT_EQ(start({"run"}), 2);
     EXPECT_EQ(output(), "Signal on Card\\n1\\u202E\n"
-                        "  error: The signal of Lab\\x1B[2J is 12 %.\n"
+                        "  error: The signal of Lab\\x1B[2J is 12%.\n"
                         "         Limit: 30\n"
                         "  warning: Something happened.\n"
-                        "  Strength: 72 % [#####|####|#######.......] above the warning limit of "
-                        "40 %\n"
-                        "  Rate: 3 % [#........................]\n"
-                        "  FAIL after 7.9 s\n"
+                        "  Strength: 72% [#####|####|#######.......] above the warning limit of "
+                        "40%\n"
+                        "  Rate: 3% [#........................]\n"
+                        "  FAIL after 7.9\u00A0s\n"
                         "Other on Card\\n1\\u202E\n"
-                        "  PASS after 0.0 s\n"
+                        "  PASS after 0.0\u00A0s\n"
                         "Runs: 2 (1 FAIL, 1 PASS); exit value 2\n");
     EXPECT_EQ(errors(), "");
 }

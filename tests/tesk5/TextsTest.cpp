@@ -19,20 +19,20 @@ class SpokenTexts : public OwnTexts {};
 
 TEST_F(SpokenTexts, FillTheirPlaceholders) {
     EXPECT_EQ(message("WEAK", {{"Strength", mrl::Uint32{7}}, {"Name", "{Strength}"}}),
-              "The signal of {Strength} is 7 %.");
+              "The signal of {Strength} is 7%.");
     EXPECT_EQ(message("PLAIN"), "Something happened.");
     EXPECT_EQ(message("NO_SUCH_KEY", {{"Name", "x"}}), "NO_SUCH_KEY");
 }
 
 TEST_F(SpokenTexts, ComeInALanguageThatAFileBringsForModuleAndFramework) {
     EXPECT_FALSE(Language::current().set("nl"));
-    write("example", "nl", R"({"WEAK": "Het signaal van {Name} is {Strength} %."})");
+    write("example", "nl", R"({"WEAK": "Het signaal van {Name} is {Strength}%."})");
     write("tesk5", "nl", R"({"LIST_TESTS": "Tests van deze pc"})");
     EXPECT_THAT(tesk5::Language::available(), Contains("nl"));
     EXPECT_TRUE(Language::current().set("nl"));
     EXPECT_EQ(Language::current().tag(), "nl");
     EXPECT_EQ(message("WEAK", {{"Name", "Lab"}, {"Strength", mrl::Uint32{7}}}),
-              "Het signaal van Lab is 7 %.");
+              "Het signaal van Lab is 7%.");
     EXPECT_EQ(message("LIST_TESTS"), "Tests van deze pc");
     EXPECT_EQ(message("LIST_DEVICES"), "Devices") << "the file lacks it";
     EXPECT_EQ(message("PLAIN"), "Something happened.");

@@ -24,6 +24,8 @@ public:
     virtual Duration now() = 0;
     /// The date and time of day.
     virtual UtcTime utcNow() = 0;
+    /// How far local time is ahead of UTC at `time`; negative west of Greenwich.
+    virtual std::chrono::minutes utcOffset(UtcTime time) = 0;
     /// Blocks the calling thread for `duration`.
     virtual void sleep(Duration duration) = 0;
     /// Blocks until `condition` is notified or now() reaches `deadline`; may also return earlier,

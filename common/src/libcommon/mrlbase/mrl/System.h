@@ -3,6 +3,7 @@
 
 #include <mrl/Types.h>
 
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <string>
@@ -21,6 +22,10 @@ public:
     /// \return the character; 0 when the locale has none for that byte
     /// Platform: mbtowc with a length of 1
     static Char byteToChar(char byte);
+
+    /// How far this PC's local time is ahead of UTC at `time`; 0 when the system does not say.
+    /// Platform: SystemTimeToTzSpecificLocalTime; localtime_r
+    static std::chrono::minutes utcOffset(std::chrono::system_clock::time_point time);
 
     /// A path from UTF-8, for file operations.
     static std::filesystem::path path(std::string_view utf8);

@@ -1,5 +1,7 @@
 #include <mrl/Clock.h>
 
+#include <mrl/System.h>
+
 #include <atomic>
 #include <cstdio>
 #include <thread>
@@ -12,6 +14,7 @@ class SystemClock final : public Clock {
 public:
     Duration now() override { return std::chrono::steady_clock::now().time_since_epoch(); }
     UtcTime utcNow() override { return std::chrono::system_clock::now(); }
+    std::chrono::minutes utcOffset(UtcTime time) override { return System::utcOffset(time); }
     void sleep(Duration duration) override { std::this_thread::sleep_for(duration); }
     void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& condition,
                    Duration deadline) override {

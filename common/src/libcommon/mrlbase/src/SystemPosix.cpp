@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <ctime>
 #include <unistd.h>
 
 namespace mrl {
@@ -10,6 +11,14 @@ namespace mrl {
 std::filesystem::path System::executableFolder() {
     std::error_code failure;
     return std::filesystem::read_symlink("/proc/self/exe", failure).parent_path();
+}
+
+std::chrono::minutes System::utcOffset(std::chrono::system_clock::time_point time) {
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+    std::tm local = {};
+    return localtime_r(&seconds, &local) == nullptr
+               ? std::chrono::minutes(0)
+               : std::chrono::floor<std::chrono::minutes>(std::chrono::seconds(local.tm_gmtoff));
 }
 
 Uint32 System::processId() {

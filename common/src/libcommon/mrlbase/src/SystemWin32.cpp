@@ -23,6 +23,28 @@ std::filesystem::path System::executableFolder() {
     }
 }
 
+std::chrono::minutes System::utcOffset(std::chrono::system_clock::time_point time) {
+    using namespace std::chrono;
+    const auto day = floor<days>(time);
+    const year_month_day date(day);
+    const hh_mm_ss clock(floor<seconds>(time - day));
+    const SYSTEMTIME utc = {.wYear = static_cast<WORD>(static_cast<int>(date.year())),
+                            .wMonth = static_cast<WORD>(static_cast<unsigned>(date.month())),
+                            .wDayOfWeek = 0,
+                            .wDay = static_cast<WORD>(static_cast<unsigned>(date.day())),
+                            .wHour = static_cast<WORD>(clock.hours().count()),
+                            .wMinute = static_cast<WORD>(clock.minutes().count()),
+                            .wSecond = static_cast<WORD>(clock.seconds().count()),
+                            .wMilliseconds = 0};
+    SYSTEMTIME local = {};
+    if (SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local) == FALSE) {
+        return minutes(0);
+    }
+    const sys_days localDay = year(local.wYear) / local.wMonth / local.wDay;
+    return floor<minutes>(localDay + hours(local.wHour) + minutes(local.wMinute) -
+                          (day + clock.hours() + clock.minutes()));
+}
+
 Uint32 System::processId() {
     return GetCurrentProcessId();
 }

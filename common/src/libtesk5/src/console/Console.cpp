@@ -7,6 +7,7 @@
 #include "run/ReportWords.h"
 #include "texts/BadInput.h"
 #include "texts/MeasurementText.h"
+#include "texts/NumberText.h"
 #include "texts/TextLayout.h"
 
 #include <mrl/DisplayWidth.h>
@@ -68,7 +69,7 @@ std::string programPrefix() {
 }
 
 std::string runText(const char* key, const PlannedRun& run) {
-    return message(key, {{"Test", run.test->name()}, {"Device", run.device->name()}});
+    return message(key, {{"Test", labelOf(*run.test)}, {"Device", run.device->name()}});
 }
 
 // The possible causes of a result, one line for each finding.
@@ -248,8 +249,7 @@ std::string Console::stoppingText() {
     const std::lock_guard lock(m_endMutex);
     const double left =
         m_latestEnd ? std::ceil(Seconds(*m_latestEnd - mrl::Clock::current().now()).count()) : 0;
-    return left > 0 ? message("CONSOLE_STOPPING_LIMITED",
-                              {{"Left", std::to_string(static_cast<long>(left))}})
+    return left > 0 ? message("CONSOLE_STOPPING_LIMITED", {{"Left", wholeSecondsText(left)}})
                     : message("CONSOLE_STOPPING");
 }
 

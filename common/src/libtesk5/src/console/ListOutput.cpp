@@ -106,6 +106,9 @@ private:
     void showTest(const Test& test) {
         const std::string& name = test.name().utf8();
         line("  " + (test.interactive() ? message("LIST_INTERACTIVE", {{"Test", name}}) : name));
+        if (const TeskString shown = translation(test.name()); shown != test.name()) {
+            line("    " + shown.utf8());
+        }
         condition("LIST_CAPABILITIES", listed(test.capability().names()));
         if (!test.requirements().empty()) {
             condition("LIST_ONLY_WITH", listed(textsOf(test.requirements(), &conditionText)));
@@ -139,9 +142,20 @@ private:
                    const std::optional<std::string>& filter) {
         line("  " + test.name().utf8());
         bool first = true;
+        // Devices of another kind, of which a PC has many, are one line together.
+        std::vector<std::pair<std::string, std::vector<std::string>>> verdicts;
         for (const DiagDevice& device : devices.devices) {
-            line("    " + nameAndValue(device.name(), verdictOn(test, device, first, filter)));
+            const std::string verdict = verdictOn(test, device, first, filter);
+            auto same = std::find_if(verdicts.begin(), verdicts.end(),
+                                     [&verdict](const auto& row) { return row.first == verdict; });
+            if (same == verdicts.end() || device.capability().includes(test.capability())) {
+                same = verdicts.insert(verdicts.end(), {verdict, {}});
+            }
+            same->second.push_back(device.name().utf8());
             first = first && !reasonsAgainst(test, device, filter).empty();
+        }
+        for (const auto& [verdict, names] : verdicts) {
+            line("    " + nameAndValue(TeskString(listed(names)), verdict));
         }
     }
 

@@ -2,6 +2,8 @@
 
 #include <tesk5/Texts.h>
 
+#include "texts/NumberText.h"
+
 #include <mrl/DisplayWidth.h>
 #include <mrl/Unicode.h>
 
@@ -55,16 +57,14 @@ void LiveLine::end() {
 std::string LiveLine::text() const {
     using Seconds = std::chrono::duration<double>;
     const mrl::Clock::Duration now = mrl::Clock::current().now();
-    const auto whole = [](double seconds) {
-        return std::to_string(static_cast<long>(std::max(seconds, 0.0)));
-    };
-    const Event::Variables elapsed = {{"Activity", m_activity},
-                                      {"Elapsed", whole(Seconds(now - m_begun).count())}};
+    const Event::Variables elapsed = {
+        {"Activity", m_activity}, {"Elapsed", wholeSecondsText(Seconds(now - m_begun).count())}};
     if (!m_longestSeconds) {
         return message("CONSOLE_LIVE", elapsed);
     }
     Event::Variables all = elapsed;
-    all.emplace_back("Left", whole(std::ceil(*m_longestSeconds - Seconds(now - m_told).count())));
+    all.emplace_back(
+        "Left", wholeSecondsText(std::ceil(*m_longestSeconds - Seconds(now - m_told).count())));
     return message("CONSOLE_LIVE_LIMITED", all);
 }
 

@@ -1,5 +1,7 @@
 #include "reports/Gauge.h"
 
+#include "texts/NumberText.h"
+
 #include <mrl/DisplayWidth.h>
 
 #include <algorithm>
@@ -60,7 +62,7 @@ std::vector<Gauge::Zone> zonesOf(const Measurement& measurement, const Scale& sc
 // A number with its unit at `x`: the part of it that is there, and where it begins and ends.
 struct Extent {
     Extent(double x, mrl::Uint32 value, const TeskString& unit) {
-        const std::string text = std::to_string(value) + " " + unit.utf8();
+        const std::string text = withUnit(value, unit);
         const double width = CHARACTER * static_cast<double>(mrl::columnsOf(text));
         if (x < width / 2) {
             side = "left";

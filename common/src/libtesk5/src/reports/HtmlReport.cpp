@@ -15,6 +15,7 @@
 #include "reports/Template.h"
 #include "run/ReportWords.h"
 #include "texts/MeasurementText.h"
+#include "texts/NumberText.h"
 
 #include <mrl/Languages.h>
 
@@ -66,21 +67,12 @@ const char* kindOf(const Measurement& measurement, const std::optional<Severity>
 }
 
 Json timeJson(mrl::Clock::UtcTime time) {
-    const std::string machine = mrl::utcText(time);
-    constexpr std::size_t DATE = 10;
-    constexpr std::size_t CLOCK = 8;
-    return {{"machine", machine},
-            {"people", machine.substr(0, DATE) + " " + machine.substr(DATE + 1, CLOCK) + " UTC"}};
+    return {{"machine", mrl::utcText(time)}, {"people", localTimeText(time)}};
 }
 
 std::string percent(double share) {
     constexpr int DIGITS = 2;
     return fixedPoint(share, DIGITS) + "%";
-}
-
-std::string withUnit(mrl::Uint32 value, const TeskString& unit) {
-    constexpr const char* NO_BREAK_SPACE = "\xC2\xA0";
-    return std::to_string(value) + NO_BREAK_SPACE + unit.utf8();
 }
 
 // The sentence of a key with each variable's value isolated: a name in the other reading direction
@@ -196,6 +188,13 @@ std::string nameMarkup(const std::string& name) {
     return markup + inMarkup(name.substr(begin));
 }
 
+// The test's name for people, and its identifier where that is another.
+void setTest(Json& json, const Test& test) {
+    const TeskString name = translation(test.name());
+    json["test"] = nameMarkup(name.utf8());
+    json["identifier"] = name == test.name() ? Json(nullptr) : Json(nameMarkup(test.name().utf8()));
+}
+
 // null for the empty text, which leaves its section out.
 Json textOrNull(const std::string& text) {
     return text.empty() ? Json(nullptr) : Json(text);
@@ -240,15 +239,12 @@ Json remarksOn(const Outcome& outcome) {
 }
 
 Json partJson(const Outcome& outcome, bool mirrored) {
-    const Json duration =
-        outcome.started
-            ? Json(message("REPORT_SECONDS", {{"Seconds", secondsText(outcome.seconds)}}))
-            : Json(nullptr);
+    const Json duration = outcome.started ? Json(secondsText(outcome.seconds)) : Json(nullptr);
     Json json = resultJson(outcome.result);
     if (outcome.result.good() && !plainlyGood(outcome)) {
         setKind(json, WARNING);
     }
-    json["test"] = nameMarkup(translation(outcome.test->name()).utf8());
+    setTest(json, *outcome.test);
     json["device"] = outcome.device->name().utf8();
     json["started"] = timeJson(outcome.time);
     json["duration"] = duration;
@@ -267,7 +263,7 @@ Json partJson(const Outcome& outcome, bool mirrored) {
 
 Json partJson(const TestWithoutDevice& without, const RunRecord& run) {
     Json json = resultJson(TestResult::CANNOTRUN());
-    json["test"] = nameMarkup(translation(without.test->name()).utf8());
+    setTest(json, *without.test);
     json["device"] = nullptr;
     json["started"] = timeJson(run.started);
     json["duration"] = nullptr;
@@ -301,8 +297,8 @@ std::string logLine(const FoldedLine& folded) {
     if (folded.block == 0) {
         return logLine(*folded.line);
     }
-    return "... " + message("REPORT_LOG_REPEATED", {{"Lines", std::to_string(folded.block)},
-                                                    {"Count", std::to_string(folded.times)},
+    return "... " + message("REPORT_LOG_REPEATED", {{"Lines", countText(folded.block)},
+                                                    {"Count", countText(folded.times)},
                                                     {"Time", mrl::utcText(folded.line->time)}});
 }
 
@@ -328,8 +324,7 @@ std::string logMarkup(const KeptLog& log, bool full) {
     std::string text;
     if (log.leftOut > 0) {
         text = logMarkup(lines, full) + "... " +
-               inMarkup(message("REPORT_LOG_LEFT_OUT", {{"Count", std::to_string(log.leftOut)}})) +
-               "\n";
+               inMarkup(message("REPORT_LOG_LEFT_OUT", {{"Count", countText(log.leftOut)}})) + "\n";
         lines.clear();
     }
     for (const LoggedLine& line : log.last) {
@@ -341,7 +336,7 @@ std::string logMarkup(const KeptLog& log, bool full) {
 void setLog(Json& page, const KeptLog& log, bool full) {
     const std::size_t lines = log.first.size() + log.leftOut + log.last.size();
     const std::string text = logMarkup(log, full);
-    page["logCount"] = message("REPORT_LOG_LINES", {{"Count", std::to_string(lines)}});
+    page["logCount"] = message("REPORT_LOG_LINES", {{"Count", countText(lines)}});
     page["log"] = textOrNull(text);
     const auto shown = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
     page["folded"] = !full && shown < lines;

@@ -10,6 +10,7 @@
 #include "reports/Template.h"
 #include "run/ReportWords.h"
 #include "texts/MeasurementText.h"
+#include "texts/NumberText.h"
 
 #include <algorithm>
 #include <iterator>

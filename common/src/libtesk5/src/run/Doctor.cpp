@@ -33,6 +33,7 @@ Findings noDeviceFor(const std::vector<std::string>& tests) {
 struct Suitability {
     std::vector<std::string> reasons; // against the device; none when it suits
     bool good = true;
+    bool ofKind = true; // has the capabilities of the tests
     std::vector<std::string> tests;
 };
 
@@ -43,13 +44,15 @@ std::vector<Suitability> suitabilitiesOf(const DiagDevice& device, const std::de
     for (const Test& test : tests) {
         const std::vector<std::string> reasons = reasonsAgainst(test, device, filter);
         // Good as well: a device of another kind, and one of several when another is tested.
-        const bool good = reasons.empty() || !isOfKind(test, device) ||
-                          !runsOf(test, devices.devices, filter).empty();
+        const bool ofKind = isOfKind(test, device);
+        const bool good =
+            reasons.empty() || !ofKind || !runsOf(test, devices.devices, filter).empty();
         auto same = std::find_if(all.begin(), all.end(), [&](const Suitability& suitability) {
-            return suitability.reasons == reasons && suitability.good == good;
+            return suitability.reasons == reasons && suitability.good == good &&
+                   suitability.ofKind == ofKind;
         });
         if (same == all.end()) {
-            same = all.insert(same, {reasons, good, {}});
+            same = all.insert(same, {reasons, good, ofKind, {}});
         }
         same->tests.push_back(test.name().utf8());
     }
@@ -67,6 +70,27 @@ Finding findingOf(const Suitability& suitability, const DiagDevice& device) {
     return finding;
 }
 
+// Adds what keeps a device of another kind from being tested. Devices with the same reasons, of
+// which a PC has many, are one finding together.
+void addOtherKind(const Finding& finding, Findings& findings) {
+    constexpr std::size_t DEVICE = 0; // the place of its variable, before all others
+    const auto same =
+        std::find_if(findings.begin(), findings.end(), [&finding](const Finding& other) {
+            return (other.key == "DOCTOR_DEVICE_LEFT_OUT" ||
+                    other.key == "DOCTOR_DEVICES_LEFT_OUT") &&
+                   std::equal(other.variables.begin() + 1, other.variables.end(),
+                              finding.variables.begin() + 1, finding.variables.end());
+        });
+    if (same == findings.end()) {
+        findings.push_back(finding);
+        return;
+    }
+    Value& devices = same->variables[DEVICE].second;
+    devices = Value(
+        message("LIST_COMMA", {{"List", devices}, {"Item", finding.variables[DEVICE].second}}));
+    same->key = "DOCTOR_DEVICES_LEFT_OUT";
+}
+
 void addDevices(const std::deque<Test>& tests, const DeviceList& devices,
                 const std::optional<std::string>& filter, Findings& findings) {
     std::vector<std::string> withoutAny;
@@ -81,7 +105,12 @@ void addDevices(const std::deque<Test>& tests, const DeviceList& devices,
     for (const DiagDevice& device : devices.devices) {
         bool suits = false;
         for (const Suitability& suitability : suitabilitiesOf(device, tests, devices, filter)) {
-            findings.push_back(findingOf(suitability, device));
+            const Finding finding = findingOf(suitability, device);
+            if (suitability.reasons.empty() || suitability.ofKind) {
+                findings.push_back(finding);
+            } else {
+                addOtherKind(finding, findings);
+            }
             suits = suits || suitability.reasons.empty();
         }
         if (suits && moduleInfo().examine != nullptr) {

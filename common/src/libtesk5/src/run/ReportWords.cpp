@@ -4,6 +4,7 @@
 #include <tesk5/Texts.h>
 
 #include "texts/MeasurementText.h"
+#include "texts/NumberText.h"
 
 #include <algorithm>
 
@@ -18,7 +19,7 @@ void append(std::vector<std::string>& lines, const std::vector<std::string>& mor
 std::vector<std::string> surveyLines(const Survey& survey) {
     std::vector<std::string> lines = {translation(survey.name).utf8() + ":"};
     for (const Survey::Entry& entry : strongestFirst(survey)) {
-        lines.push_back("  " + std::to_string(entry.value) + " " + survey.unit.utf8() + "  " +
+        lines.push_back("  " + withUnit(entry.value, survey.unit) + "  " +
                         withUtf8Reading(entry.name.utf8()) +
                         (entry.measured ? "  (" + message("REPORT_MEASURED") + ")" : ""));
     }
@@ -29,6 +30,13 @@ std::vector<std::string> surveyLines(const Survey& survey) {
 
 std::string resultInWords(const TestResult& result) {
     return translation(TeskString(std::string("REPORT_RESULT_") + result.name())).utf8();
+}
+
+std::string labelOf(const Test& test) {
+    const TeskString name = translation(test.name());
+    return name == test.name()
+               ? name.utf8()
+               : message("REPORT_TEST_NAMED", {{"Test", test.name()}, {"Name", name}});
 }
 
 std::vector<std::string> observationLines(const Outcome& outcome) {

@@ -11,6 +11,9 @@ namespace tesk5 {
 /// The result in the language in force: "Passed".
 std::string resultInWords(const TestResult& result);
 
+/// The identifier of the test, and its name for people in parentheses when it has one.
+std::string labelOf(const Test& test);
+
 /// Measurements, surveys and advice, one line each.
 std::vector<std::string> observationLines(const Outcome& outcome);
 

@@ -2,9 +2,10 @@
 
 #include <tesk5/Texts.h>
 
+#include "texts/NumberText.h"
+
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 namespace tesk5 {
 
@@ -28,15 +29,14 @@ std::string wordsOn(const Limit& limit, const TeskString& unit, const char* Limi
     const auto* const found =
         std::find_if(std::begin(limitWords), std::end(limitWords),
                      [&limit](const auto& row) { return row.severity == limit.severity; });
-    return message(found->*words, {{"Limit", limit.value}, {"Unit", unit}});
+    return message(found->*words, {{"Limit", withUnit(limit.value, unit)}});
 }
 
 } // namespace
 
 std::string measuredText(const Measurement& measurement) {
     return message("MEASUREMENT", {{"Name", translation(measurement.name)},
-                                   {"Value", measurement.value},
-                                   {"Unit", measurement.unit}});
+                                   {"Value", withUnit(measurement.value, measurement.unit)}});
 }
 
 std::string comparisonText(const Measurement& measurement) {
@@ -76,16 +76,6 @@ std::string measurementLine(const Measurement& measurement) {
     const std::string comparison = comparisonText(measurement);
     return measuredText(measurement) + " " + measurementBar(measurement, CELLS) +
            (comparison.empty() ? "" : " " + comparison);
-}
-
-std::string fixedPoint(double number, int digits) {
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.*f", digits, number);
-    return buffer;
-}
-
-std::string secondsText(double seconds) {
-    return fixedPoint(seconds, 1);
 }
 
 } // namespace tesk5

@@ -1,4 +1,4 @@
-// Measurements and durations in words and as bars, the same on the console and in reports.
+// Measurements in words and as bars, the same on the console and in reports.
 #pragma once
 
 #include <tesk5/Measurement.h>
@@ -7,14 +7,14 @@
 
 namespace tesk5 {
 
-/// "Signal strength: 72 %"
+/// "Signal strength: 72%"
 std::string measuredText(const Measurement& measurement);
 
-/// How the value compares with its limits: "at or below the failing limit of 20 %"; empty when it
+/// How the value compares with its limits: "at or below the failing limit of 20%"; empty when it
 /// has none.
 std::string comparisonText(const Measurement& measurement);
 
-/// What the limit means: "Failing at 20 % or below".
+/// What the limit means: "Failing at 20% or below".
 std::string limitText(const Limit& limit, const TeskString& unit);
 
 /// The value on its scale in `cells` characters: "[######|##.......]", each limit a "|" at its
@@ -23,11 +23,5 @@ std::string measurementBar(const Measurement& measurement, std::size_t cells);
 
 /// The value, its bar in 25 cells and its comparison in one line.
 std::string measurementLine(const Measurement& measurement);
-
-/// `number` with `digits` behind the decimal point.
-std::string fixedPoint(double number, int digits);
-
-/// A duration for people, in tenths of a second: "7.0".
-std::string secondsText(double seconds);
 
 } // namespace tesk5

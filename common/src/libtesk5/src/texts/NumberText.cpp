@@ -1,0 +1,82 @@
+#include "texts/NumberText.h"
+
+#include <tesk5/Texts.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+namespace tesk5 {
+
+namespace {
+
+// With at least two digits.
+std::string twoDigits(long long number) {
+    std::string text = std::to_string(number);
+    return text.size() < 2 ? "0" + text : text;
+}
+
+std::string inSeconds(const std::string& number) {
+    return message("NUMBER_SECONDS", {{"Number", number}});
+}
+
+} // namespace
+
+std::string fixedPoint(double number, int digits) {
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.*f", digits, number);
+    return buffer;
+}
+
+std::string countText(std::size_t count) {
+    constexpr std::size_t UNGROUPED = 4;
+    constexpr std::size_t GROUP = 3;
+    const std::string digits = std::to_string(count);
+    if (digits.size() <= UNGROUPED) {
+        return digits;
+    }
+    const std::size_t first = (digits.size() - 1) % GROUP + 1;
+    std::string text = digits.substr(0, first);
+    for (std::size_t place = first; place < digits.size(); place += GROUP) {
+        text =
+            message("NUMBER_GROUPS", {{"Higher", text}, {"Lowest", digits.substr(place, GROUP)}});
+    }
+    return text;
+}
+
+std::string withUnit(mrl::Uint32 value, const TeskString& unit) {
+    return message(unit == "%" ? "NUMBER_PERCENT" : "NUMBER_WITH_UNIT",
+                   {{"Number", value}, {"Unit", unit}});
+}
+
+std::string secondsText(double seconds) {
+    const std::string number = fixedPoint(seconds, 1);
+    const std::size_t point = number.size() - 2;
+    return inSeconds(message("NUMBER_DECIMAL", {{"Whole", number.substr(0, point)},
+                                                {"Fraction", number.substr(point + 1)}}));
+}
+
+std::string wholeSecondsText(double seconds) {
+    return inSeconds(std::to_string(static_cast<long>(std::max(seconds, 0.0))));
+}
+
+std::string localTimeText(mrl::Clock::UtcTime time) {
+    using namespace std::chrono;
+    const minutes offset = mrl::Clock::current().utcOffset(time);
+    const auto local = floor<seconds>(time + offset);
+    const auto day = floor<days>(local);
+    const year_month_day date(day);
+    const hh_mm_ss clock(local - day);
+    const hh_mm_ss distance(abs(offset));
+    return message(
+        "TIME_LOCAL",
+        {{"Year", std::to_string(static_cast<int>(date.year()))},
+         {"Month", twoDigits(static_cast<unsigned>(date.month()))},
+         {"Day", twoDigits(static_cast<unsigned>(date.day()))},
+         {"Time", twoDigits(clock.hours().count()) + ":" + twoDigits(clock.minutes().count()) +
+                      ":" + twoDigits(clock.seconds().count())},
+         {"Offset", (offset < minutes(0) ? "-" : "+") + twoDigits(distance.hours().count()) + ":" +
+                        twoDigits(distance.minutes().count())}});
+}
+
+} // namespace tesk5
