@@ -185,6 +185,8 @@ TEST_F(Texts, FollowTheScaleOfTheScreen) {
     dialog.SendMessage(WM_DPICHANGED, MAKEWPARAM(2 * dpi, 2 * dpi),
                        reinterpret_cast<LPARAM>(&suggested));
     EXPECT_EQ(full(), 2 * before);
+    dialog.SendMessage(WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&suggested));
+    EXPECT_EQ(full(), before);
 }
 
 TEST_F(Texts, KeepTheirStateWhenTheirStyleChanges) {

@@ -24,6 +24,9 @@
 ///   This holds for later texts and sizes as well. It is meant for languages that are added later:
 ///   templates should have room for the texts that are shipped.
 ///
+/// On a screen of another density (WM_DPICHANGED) it takes the place that Windows suggests, and its
+/// controls, fonts and icons follow. Its icons (WM_SETICON) are shown in the sizes of its density.
+///
 /// Keys: where the control with IDCANCEL is disabled, Windows' dialog manager ignores Escape; here
 /// it reaches OnCancel() all the same. Enter pushes the button that has the focus, or else the
 /// default button if that one is enabled, and does nothing otherwise.

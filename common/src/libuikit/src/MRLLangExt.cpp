@@ -3,6 +3,7 @@
 #include <libUikit/PngControl.h>
 #include <libUikit/UiLanguage.h>
 
+#include "Density.h"
 #include "DialogKeys.h"
 #include "LanguageFont.h"
 #include "NameList.h"
@@ -154,9 +155,9 @@ private:
 class MRLLangExt::Impl {
 public:
     explicit Impl(HWND dialog)
-        : m_keys(dialog), m_dpi(GetDpiForWindow(dialog)),
+        : m_keys(dialog), m_density(dialog), m_icons(dialog),
           m_font(libUikit::fontForLanguage(fontOf(dialog), libUikit::uiLanguage())),
-          m_messages(dialog, onDialogMessage, this) {
+          m_fullHeight(m_font.lfHeight), m_messages(dialog, onDialogMessage, this) {
         EnumChildWindows(dialog, addChild, reinterpret_cast<LPARAM>(this));
         useFont();
     }
@@ -218,24 +219,33 @@ private:
         }
     }
 
-    void changeDpi(UINT dpi) {
-        m_font.lfHeight = MulDiv(m_font.lfHeight, static_cast<int>(dpi), static_cast<int>(m_dpi));
-        m_dpi = dpi;
+    void changeDpi(UINT dpi, const RECT& window) {
+        m_density.change(dpi, window);
+        m_font.lfHeight = m_density.scaled(m_fullHeight);
         useFont();
+        m_density.scaleLines();
+        m_icons.fit(dpi);
     }
 
     static LRESULT CALLBACK onDialogMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam,
-                                            UINT_PTR, DWORD_PTR self) {
+                                            UINT_PTR, DWORD_PTR owner) {
+        auto* const self = reinterpret_cast<Impl*>(owner);
+        if (message == WM_SETICON) {
+            return self->m_icons.set(wParam, reinterpret_cast<HICON>(lParam));
+        }
         const LRESULT result = DefSubclassProc(dialog, message, wParam, lParam);
         if (message == WM_DPICHANGED) {
-            quietly([&] { reinterpret_cast<Impl*>(self)->changeDpi(HIWORD(wParam)); });
+            const RECT& window = *reinterpret_cast<const RECT*>(lParam);
+            quietly([&] { self->changeDpi(HIWORD(wParam), window); });
         }
         return result;
     }
 
     libUikit::DialogKeys m_keys;
-    UINT m_dpi;
+    libUikit::Density m_density;
+    libUikit::WindowIcons m_icons;
     LOGFONTW m_font{};
+    LONG m_fullHeight; // of the font, at the first density
     std::shared_ptr<const libUikit::Font> m_full;
     std::deque<TextControl> m_texts; // a deque: their addresses must not change
     std::vector<HWND> m_others;
