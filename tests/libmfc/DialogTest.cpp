@@ -1,5 +1,6 @@
 #include "TestDialog.h"
 
+#include <support/HelperProgram.h>
 #include <support/WindowLooks.h>
 
 #include <algorithm>
@@ -121,6 +122,66 @@ TEST(DialogsOwner, IsEnabledAgainAfterAnException) {
     dialog.step = [] { throw std::runtime_error("step"); };
     EXPECT_THROW(dialog.DoModal(), std::runtime_error);
     EXPECT_TRUE(owner.IsWindowEnabled());
+}
+
+TEST(DialogsOwner, IsNoWindowOfAnotherProcessAndCommonControlsAreThereBeforeTheTemplate) {
+    const OwnerWindow owner;
+    const std::wstring arguments =
+        L"dialog " + std::to_wstring(reinterpret_cast<std::uintptr_t>(owner.m_hWnd));
+    EXPECT_EQ(test::runHelper(MFC_APPLICATION_PROBE, arguments).code, 3U);
+}
+
+// Places.
+
+CRect workArea() {
+    CRect area;
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+    return area;
+}
+
+CRect placeOf(HWND window) {
+    CRect place;
+    ::GetWindowRect(window, place);
+    return place;
+}
+
+void expectCentred(const TestDialog& dialog) {
+    const CRect place = placeOf(dialog);
+    EXPECT_NEAR(place.left + place.right, workArea().left + workArea().right, 1);
+    EXPECT_NEAR(place.top + place.bottom, workArea().top + workArea().bottom, 1);
+}
+
+TEST(DialogsPlace, IsTheMiddleOfTheWorkAreaWithoutAnOwner) {
+    TestDialog dialog;
+    dialog.onInit = [&] { expectCentred(dialog); };
+    dialog.runWith([&] {
+        expectCentred(dialog);
+        EXPECT_EQ(GetForegroundWindow(), dialog.m_hWnd);
+    });
+}
+
+TEST(DialogsPlace, IsTheMiddleOfTheWorkAreaWhenTheOwnerIsOutOfView) {
+    OwnerWindow owner;
+    owner.ShowWindow(SW_HIDE);
+    TestDialog dialog(&owner);
+    dialog.runWith([&] { expectCentred(dialog); });
+}
+
+TEST(DialogsPlace, IsAtTheOwnersCornerWhenItIsInView) {
+    OwnerWindow owner;
+    TestDialog dialog(&owner);
+    dialog.runWith([&] {
+        EXPECT_LT(placeOf(dialog).left, 50);
+        EXPECT_LT(placeOf(dialog).top, 50);
+    });
+}
+
+TEST(DialogsPlace, IsTheOneThatOnInitDialogChose) {
+    TestDialog dialog;
+    dialog.onInit = [&] {
+        ::SetWindowPos(dialog, nullptr, 30, 40, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    };
+    dialog.runWith([&] { EXPECT_EQ(placeOf(dialog).left, 30); });
 }
 
 // Exceptions.

@@ -1,23 +1,53 @@
 // An application without a main() of its own. Its exit code shows which functions ran.
 //   refuse: InitInstance gives FALSE
+//   dialog WINDOW: Run opens a dialog for that window of another process; see openDialog()
 //   run: Run gives 40 + the number of arguments, or 1 unless the last alone is marked as the last
 #include <afxwin.h>
+
+#include "dialog_ids.h"
 
 #include <string>
 
 namespace {
 
+// Whether the common controls were there when the dialog was made from its template.
+class ProbeDialog final : public CDialog {
+public:
+    bool hadControls = false;
+
+protected:
+    void PreSubclassWindow() override {
+        hadControls = GetModuleHandleW(L"comctl32.dll") != nullptr;
+    }
+};
+
+// A dialog for a window of another process. \return 1 when it has no owner, and 2 more when the
+// common controls were registered before its template was used
+int openDialog(const std::wstring& window) {
+    CWnd parent;
+    parent.Attach(reinterpret_cast<HWND>(std::stoull(window)));
+    ProbeDialog dialog;
+    if (GetModuleHandleW(L"comctl32.dll") != nullptr || !dialog.Create(IDD_TEST, &parent)) {
+        parent.Detach();
+        return 0;
+    }
+    parent.Detach();
+    return (::GetWindow(dialog, GW_OWNER) == nullptr ? 1 : 0) + (dialog.hadControls ? 2 : 0);
+}
+
 class Arguments final : public CCommandLineInfo {
 public:
-    void ParseParam(const TCHAR* text, BOOL flag, BOOL last) override {
+    void ParseParam(const TCHAR* text, BOOL flag, BOOL isLast) override {
         ++count;
-        marked += last ? count : 0;
+        marked += isLast ? count : 0;
         first = count == 1 ? std::wstring(text) : first;
-        CCommandLineInfo::ParseParam(text, flag, last);
+        last = text;
+        CCommandLineInfo::ParseParam(text, flag, isLast);
     }
     int count = 0;
     int marked = 0; // sum of the numbers of those that are marked as the last
     std::wstring first;
+    std::wstring last;
 };
 
 class ProbeApplication final : public CWinApp {
@@ -27,6 +57,9 @@ public:
         return m_arguments.first != L"refuse";
     }
     int Run() override {
+        if (m_arguments.first == L"dialog") {
+            return openDialog(m_arguments.last);
+        }
         return m_arguments.marked == m_arguments.count ? 40 + m_arguments.count : 1;
     }
     int ExitInstance() override { return 23; }

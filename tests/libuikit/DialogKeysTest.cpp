@@ -70,7 +70,7 @@ TEST(ConsoleWindow, IsNotThereWithoutAConsole) {
     AllocConsole();
 }
 
-TEST(ConsoleWindow, StaysEnabledUnderADialog) {
+TEST(ConsoleWindow, StaysEnabledAndApartFromADialog) {
     FreeConsole();
     ASSERT_TRUE(AllocConsole());
     ShowWindow(GetConsoleWindow(), SW_SHOW);
@@ -94,7 +94,7 @@ TEST(ConsoleWindow, StaysEnabledUnderADialog) {
     };
     EXPECT_EQ(dialog.DoModal(), 0);
     EXPECT_TRUE(enabled);
-    EXPECT_EQ(owner, window);
+    EXPECT_EQ(owner, nullptr);
 }
 
 } // namespace

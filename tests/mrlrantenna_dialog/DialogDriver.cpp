@@ -65,7 +65,8 @@ LRESULT CALLBACK DialogDriver::hook(int code, WPARAM wParam, LPARAM lParam) {
         const auto& sent = *reinterpret_cast<const CWPSTRUCT*>(lParam);
         if (sent.message == WM_KICKIDLE) {
             g_driver->whenIdle(sent.hwnd);
-        } else if (sent.message == WM_INITDIALOG && g_driver->m_place == Place::OFF_SCREEN) {
+        } else if (sent.message == WM_SHOWWINDOW && sent.wParam != FALSE &&
+                   g_driver->m_place == Place::OFF_SCREEN && dialogOf(sent.hwnd) != nullptr) {
             SetWindowPos(sent.hwnd, nullptr, FAR_AWAY, FAR_AWAY, 0, 0,
                          SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
         }

@@ -1,6 +1,8 @@
 // The common controls, by their messages.
 #include <afxcmn.h>
 
+#include "CommonControls.h"
+
 namespace {
 
 int toInt(LRESULT result) {
@@ -37,6 +39,11 @@ LPARAM toLParam(TTTOOLINFOW& info) {
 
 } // namespace
 
+void afx::registerCommonControls() {
+    const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_WIN95_CLASSES};
+    InitCommonControlsEx(&classes); // FALSE when memory is short: creating the control fails then
+}
+
 void CProgressCtrl::SetRange(short nLower, short nUpper) {
     SendMessage(PBM_SETRANGE, 0, MAKELPARAM(nLower, nUpper));
 }
@@ -50,8 +57,7 @@ int CProgressCtrl::SetStep(int nStep) {
 }
 
 BOOL CToolTipCtrl::Create(CWnd* pParentWnd, DWORD dwStyle) {
-    const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_WIN95_CLASSES};
-    InitCommonControlsEx(&classes);
+    afx::registerCommonControls();
     if (!CreateEx(0, TOOLTIPS_CLASSW, nullptr, WS_POPUP | dwStyle, CW_USEDEFAULT, CW_USEDEFAULT,
                   CW_USEDEFAULT, CW_USEDEFAULT, pParentWnd->GetSafeHwnd(), nullptr)) {
         return FALSE;

@@ -68,6 +68,7 @@ int CWnd::RunModalLoop(DWORD dwFlags) {
         while (idle && !PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE)) {
             if (show) {
                 ShowWindow(SW_SHOWNORMAL);
+                ::SetForegroundWindow(m_hWnd); // FALSE when the system does not allow it
                 UpdateWindow();
                 show = false;
             }
