@@ -2,6 +2,8 @@
 // controls, and ways to run the dialog, to act on it and to read what it shows.
 #pragma once
 
+#include <afxwin.h>
+
 #include "ControlJournal.h"
 #include "DialogDriver.h"
 

@@ -1,10 +1,11 @@
 // Many dialogs in a row: each frees all that it allocates, except the answers that the module keeps
 // on purpose.
+#include <mrlrantenna_dialog/DialogTest.h>
+
 #include "HeapAccount.h"
 #include "Soak.h"
 
 #include <mrlrantenna/Faults.h>
-#include <mrlrantenna_dialog/DialogTest.h>
 
 #include <GuiObjects.h>
 

@@ -1,7 +1,14 @@
 // The root of the class tree and the exceptions that the framework raises itself.
 #pragma once
 
+// MFC chooses how windows.h is read, so its headers come first.
+#ifdef _WINDOWS_
+#error "windows.h was included before the MFC headers; include <afxwin.h> first"
+#endif
+
 #include <windows.h>
+
+#include <new>
 
 #ifndef AFXAPI
 #define AFXAPI __stdcall
@@ -18,6 +25,13 @@ public:
     virtual ~CObject() = default;
     CObject(const CObject&) = delete;
     CObject& operator=(const CObject&) = delete;
+
+    // Operators of its own hide the global ones: an object that may be refused for lack of memory
+    // is made with `::new (std::nothrow)`.
+    static void* operator new(std::size_t size) { return ::operator new(size); }
+    static void* operator new(std::size_t /*size*/, void* place) { return place; }
+    static void operator delete(void* object) { ::operator delete(object); }
+    static void operator delete(void* /*object*/, void* /*place*/) {}
 
 protected:
     CObject() = default;

@@ -278,6 +278,9 @@ protected:
 
     DECLARE_MESSAGE_MAP()
 
+    // Not in the slice; see there.
+#include "afxhidden_.h"
+
     int m_nModalResult = 0;
     bool m_continueModal = false;
 
@@ -310,9 +313,12 @@ class CDialog : public CWnd {
 public:
     CDialog() = default;
     /// For DoModal().
-    /// \param pParentWnd owner, or null. A window of another
-    /// process may be given; it is not disabled.
+    /// \param pParentWnd owner, or null. A window of another process, such as a console, is not
+    /// made the owner: its input would be joined with that of the dialog.
     explicit CDialog(UINT nIDTemplate, CWnd* pParentWnd = nullptr);
+
+    // A dialog whose template is at 0, 0 is centred on the monitor where the user is, unless its
+    // owner is in view: Windows then places it at the owner's corner.
 
     /// Shows a dialog that runs in the loops of the thread.
     /// \return whether it worked
@@ -320,11 +326,11 @@ public:
     /// is no window then.
     virtual BOOL Create(UINT nIDTemplate, CWnd* pParentWnd = nullptr);
 
-    /// Runs the dialog until EndDialog(). Its owner is disabled meanwhile; the window is gone
-    /// when the call returns.
-    /// \return what EndDialog() was given; -1 when there is no such template or window
-    /// Failure: an exception that leaves OnInitDialog() or a handler ends the dialog and comes
-    /// out of here, the owner enabled again and the window gone.
+    /// Runs the dialog until EndDialog(). It comes to the foreground if the system allows. Its
+    /// owner is disabled meanwhile; the window is gone when the call returns. \return what
+    /// EndDialog() was given; -1 when there is no such template or window Failure: an exception
+    /// that leaves OnInitDialog() or a handler ends the dialog and comes out of here, the owner
+    /// enabled again and the window gone.
     virtual INT_PTR DoModal();
     /// Ends DoModal() with this result. May be called from OnInitDialog(); without a modal
     /// dialog it does nothing.

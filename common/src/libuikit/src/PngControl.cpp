@@ -107,9 +107,9 @@ bool PngControl::SetImage(const mrl::String& path, bool sizeToImage, bool keepAs
     m_impl->keepAspect = keepAspect;
     m_impl->enlarge = enlarge;
     if (isShown && sizeToImage) {
-        SetWindowPos(m_hWnd, nullptr, 0, 0, static_cast<int>(m_impl->picture->GetWidth()),
-                     static_cast<int>(m_impl->picture->GetHeight()),
-                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+        ::SetWindowPos(m_hWnd, nullptr, 0, 0, static_cast<int>(m_impl->picture->GetWidth()),
+                       static_cast<int>(m_impl->picture->GetHeight()),
+                       SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     }
     Invalidate();
     return isShown;

@@ -1,7 +1,8 @@
 // The interactive test: runs the dialog, and a new one after an exception in it.
+#include "mrlrantennaDlg.h"
+
 #include "MRLrAntenna.h"
 #include "ScanNotification.h"
-#include "mrlrantennaDlg.h"
 
 #include <libUikit/GdiResourceManager.h>
 #include <libUikit/MrlrGetCUIHandle.h>
@@ -39,7 +40,7 @@ TestResult DiversityTest(const tesk5::DiagDevice& device) {
         MRLRAntennaDlg* dialog = nullptr;
         try {
             const GdiResourceManager resources;
-            dialog = new (std::nothrow) MRLRAntennaDlg(device, MrlrGetCUIHandle());
+            dialog = ::new (std::nothrow) MRLRAntennaDlg(device, MrlrGetCUIHandle());
             if (dialog != nullptr) {
                 g_scanCompleteContext = dialog;
                 g_scanCompleteHandler = &MRLRAntennaDlg::refreshNetworks;

@@ -2,14 +2,14 @@
 // selected one and a live meter, so that a person can turn the antennas until the signal is best.
 #pragma once
 
+#include <afxcmn.h>
+#include <afxwin.h>
+
 #include "WirelessDevice.h"
 #include "resource.h"
 
 #include <libUikit/MRLLangExt.h>
 #include <libUikit/PngControl.h>
-
-#include <afxcmn.h>
-#include <afxwin.h>
 
 #include <optional>
 

@@ -1,7 +1,8 @@
 // What the dialog shows: its texts, the list of networks, the details of the selected one.
+#include "mrlrantennaDlg.h"
+
 #include "ModuleObjects.h"
 #include "Observations.h"
-#include "mrlrantennaDlg.h"
 #include "mrlrantennaDlgLog.h"
 
 #include <tesk5/DiagModule.h>

@@ -1,6 +1,7 @@
 // What keeps the dialog live: the timer, the connection's state, and the radio with its picture.
-#include "ModuleObjects.h"
 #include "mrlrantennaDlg.h"
+
+#include "ModuleObjects.h"
 #include "mrlrantennaDlgLog.h"
 
 #include <nativewifi/Api.h>
