@@ -59,11 +59,13 @@ class Doctor(ProgramTest):
         self.assertIn("--set SSID=hex:42C3BC726F", problem)
         run = self.run_program(
             "run", *settings(SSID="hex:42C3BC726F", WarningSignalStrength="99"), "--html",
-            "report.html", "--json", "report.json", scenario=scenario)
+            "report.html", "--json", "report.json", scenario=scenario, TZ="Asia/Kolkata")
         self.assertEqual(run.exit, RESULTS["WARN"], run)
         shown = "B\u00c3\u00bcro [UTF-8: B\u00fcro]"
         self.assertIn(shown, run.out)
-        self.assertIn(shown, (self.folder / "report.html").read_text(encoding="utf-8"))
+        page = (self.folder / "report.html").read_text(encoding="utf-8")
+        self.assertIn(shown, page)
+        self.assertIn(" UTC+05:30<", page)
         [result] = self.read_json("report.json")["results"]
         self.assertEqual(result["events"][0]["variables"]["SSIDName"], "B\u00c3\u00bcro")
 

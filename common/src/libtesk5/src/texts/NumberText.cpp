@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 
 namespace tesk5 {
 
@@ -31,7 +30,7 @@ std::string fixedPoint(double number, int digits) {
 std::string countText(std::size_t count) {
     constexpr std::size_t UNGROUPED = 4;
     constexpr std::size_t GROUP = 3;
-    const std::string digits = std::to_string(count);
+    std::string digits = std::to_string(count);
     if (digits.size() <= UNGROUPED) {
         return digits;
     }
