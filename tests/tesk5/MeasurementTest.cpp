@@ -43,6 +43,8 @@ TEST_F(Measurements, BreakTheGravestLimitOfSeveral) {
     EXPECT_EQ(brokenBy(20, {failing(20), warning(40)}), "Fail");
     EXPECT_EQ(brokenBy(5, {{"Upper", 40, Severity::warning}, {"Lower", 30, Severity::warning}}),
               "Lower");
+    EXPECT_EQ(brokenBy(5, {{"First", 40, Severity::warning}, {"Second", 40, Severity::warning}}),
+              "First");
 }
 
 TEST_F(Measurements, SayInWordsHowTheyCompare) {
@@ -67,6 +69,7 @@ TEST_F(Measurements, AreDrawnOnTheirScaleWithTheirLimits) {
     EXPECT_EQ(measurementBar(strength(100, {failing(100)}), 4), "[###|]");
     EXPECT_EQ(measurementBar(strength(4294967295, {}), 4), "[####]") << "beyond the scale";
     EXPECT_EQ(measurementBar({"Odd", 5, "", 7, 7, {}}, 4), "[....]") << "a scale of no length";
+    EXPECT_EQ(measurementBar({"Odd", 5, "", 7, 3, {}}, 4), "[....]") << "a scale upside down";
 }
 
 TEST(Gauge, HasAZoneForWhatAValueInItWouldMean) {

@@ -72,9 +72,9 @@ TEST_F(Registration, AParameterIsAttachedOnceHoweverOftenItIsAdded) {
     auto* check = registerTest("Test", TestResult::PASS());
     auto* parameter = optionalParameter("a");
     check->addParameter(parameter)->addParameter(parameter);
-    EXPECT_EQ(check->parameters().size(), 1U);
     EXPECT_EQ(reasonOf([check] { check->addParameter(nullptr); }),
               "the test \"Test\" was given no parameter to add");
+    EXPECT_THAT(check->parameters(), ElementsAre(parameter));
 }
 
 TEST_F(Registration, TheCallbackRunsInsideStartBeforeTheTestsAreLookedAt) {

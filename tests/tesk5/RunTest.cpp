@@ -226,18 +226,19 @@ TEST_F(Runs, AreLoggedBeforeAndAfterWhatTheTestDoes) {
         }
     } listener;
     const DiagDevice card("Card", DeviceCapability::Wireless());
-    const tesk5::Test* const warning = registerTest("A", [](const DiagDevice&) {
+    const tesk5::Test* const needy = registerTest("A", [](const DiagDevice&) {
         Journal::note("A");
-        return TestResult::WARN();
+        return TestResult::CANNOTRUN();
     });
+    g_module.examine = [](const auto&...) { Journal::note("examination"); };
     tesk5::RunRecord record;
-    tesk5::runAll({{warning, &card},
+    tesk5::runAll({{needy, &card},
                    {registerThrowing("B", TeskException("no card")), &card},
                    {registerThrowing("C", std::runtime_error("oops")), &card}},
                   listener, record, tesk5::RunContext::current());
     EXPECT_THAT(journal.entries(),
                 ElementsAre("log 1 tesk5.run: A on Card starts", "start", "A",
-                            "log 1 tesk5.run: A on Card ends with WARN", "end",
+                            "log 1 tesk5.run: A on Card ends with CANNOTRUN", "examination", "end",
                             "log 1 tesk5.run: B on Card starts", "start",
                             "log 4 tesk5.run: B on Card: no card",
                             "log 1 tesk5.run: B on Card ends with INTERNALERROR", "end",
