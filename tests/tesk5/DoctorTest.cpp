@@ -73,6 +73,9 @@ TEST_F(Doctor, ReportsADeviceOfAnotherKindAsGood) {
     EXPECT_EQ(start({"doctor"}), 0);
     EXPECT_THAT(output(), HasSubstr("ok: Ethernet is left out by A: lacks the capability "
                                     "\"Wireless\".\nok: Card can be tested by A.\n"));
+    forgetOutput();
+    EXPECT_EQ(start({"doctor", "--device", "none"}), CANNOTRUN);
+    EXPECT_THAT(output(), HasSubstr("ok: Ethernet is left out by A: "));
 }
 
 TEST_F(Doctor, PutsDevicesOfAnotherKindIntoOneLine) {
