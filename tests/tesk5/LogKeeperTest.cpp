@@ -70,7 +70,7 @@ TEST(LogKeeper, OfALongLogKeepsTheBeginningAndTheEnd) {
 
 TEST(LogKeeper, CutsALongLineBetweenCharacters) {
     const LogKeeper keeper;
-    log(1, std::string(KeptLog::LONGEST_TEXT - 1, 'x') + "\xC3\xA4\xC3\xA4");
+    log(1, std::string(KeptLog::LONGEST_TEXT - 1, 'x') + "\xC3\xA5\xC3\xA4");
     EXPECT_EQ(keeper.log().first[0].text, std::string(KeptLog::LONGEST_TEXT - 1, 'x') + "...");
     const std::string longest(KeptLog::LONGEST_TEXT, 'x');
     log(1, longest);
