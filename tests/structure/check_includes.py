@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Checks every #include of the product against the dependencies of the architecture.
 
-    mrl  <-  nativewifi  <-  networkadapters  <-  module
+    mrl  <-  nativewifi  <-  capture  <-  networkadapters  <-  module
     mrl  <-  tesk5       <-  networkadapters
     mrl  <-  libmfc  <-  libUikit   <-  module's Win32 half
-    mrl, nativewifi  <-  radiosim
+    mrl, nativewifi, capture  <-  radiosim
     mrl  <-  dialogprobe
     inside tesk5:  model <- texts <- devices <- run <- reports, console <- commandline
 
@@ -33,6 +33,7 @@ COMPONENTS = {
     "mrl": ("common/src/libcommon",
             ("common/src/libcommon/mrlbase", "common/src/libcommon/mrlarray")),
     "nativewifi": ("common/src/libnativewifi", ("common/src/libnativewifi",)),
+    "capture": ("common/src/libcapture", ("common/src/libcapture",)),
     "tesk5": ("common/src/libtesk5", ("common/src/libtesk5", "common/src/libtesk5/src")),
     "networkadapters": ("common/src/libnetworkadapters", ("common/src/libnetworkadapters",)),
     "libmfc": ("common/src/libmfc", ("common/src/libmfc",)),
@@ -47,11 +48,12 @@ COMPONENTS = {
 ARROWS = {
     "mrl": set(),
     "nativewifi": {"mrl"},
+    "capture": {"mrl", "nativewifi"},
     "tesk5": {"mrl"},
-    "networkadapters": {"mrl", "nativewifi", "tesk5"},
+    "networkadapters": {"mrl", "nativewifi", "capture", "tesk5"},
     "libmfc": {"mrl"},
     "libUikit": {"mrl", "libmfc"},
-    "radiosim": {"mrl", "nativewifi"},
+    "radiosim": {"mrl", "nativewifi", "capture"},
     "dialogprobe": {"mrl"},
     "module": {"mrl", "nativewifi", "tesk5", "networkadapters"},
     "module's Win32 half": {"mrl", "nativewifi", "tesk5", "networkadapters", "module", "libmfc",
@@ -75,6 +77,7 @@ ROOMS = {
 NAMES = (
     (re.compile(r"mrl/"), "mrl"),
     (re.compile(r"nativewifi/"), "nativewifi"),
+    (re.compile(r"capture/"), "capture"),
     (re.compile(r"tesk5/"), "tesk5"),
     (re.compile(r"networkadapters/"), "networkadapters"),
     (re.compile(r"(libmfc/|afx\w*\.h$)"), "libmfc"),

@@ -1,7 +1,7 @@
-// A clock that moves only when a thread sleeps, so that half a minute of polling takes no time.
+// The virtual clock of tests: it keeps account of the sleeps.
 #pragma once
 
-#include <mrl/Clock.h>
+#include <mrl/VirtualClock.h>
 
 #include <mutex>
 #include <vector>
@@ -9,19 +9,14 @@
 namespace test {
 
 /// Starts at 0 s, on 2026-11-20T19:55:01.123Z. It is the clock in use while it lives.
-class VirtualClock final : public mrl::Clock {
+class VirtualClock final : public mrl::VirtualClock {
 public:
     VirtualClock();
 
-    Duration now() override;
-    UtcTime utcNow() override;
     /// That of setUtcOffset(), 0 at first.
     std::chrono::minutes utcOffset(UtcTime /*time*/) override { return m_utcOffset; }
     void setUtcOffset(std::chrono::minutes offset) { m_utcOffset = offset; }
-    /// Moves the clock and wakes every thread in waitUntil(); does not block.
     void sleep(Duration duration) override;
-    void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& condition,
-                   Duration deadline) override;
 
     /// Every sleep so far, in order, in milliseconds.
     std::vector<long long> sleeps();
@@ -32,15 +27,8 @@ public:
 
 private:
     std::chrono::minutes m_utcOffset{0};
-    struct Waiter {
-        std::mutex* mutex;
-        std::condition_variable* condition;
-    };
-
     std::mutex m_mutex;
-    Duration m_now{0};
     std::vector<long long> m_sleeps;
-    std::vector<Waiter> m_waiters;
     mrl::ScopedClock m_installed;
 };
 

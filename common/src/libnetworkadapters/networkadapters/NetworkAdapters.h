@@ -5,6 +5,7 @@
 
 #include <mrl/String.h>
 
+#include <functional>
 #include <vector>
 
 namespace networkadapters {
@@ -19,6 +20,20 @@ struct NetworkAdapter {
 /// Every adapter but loopback and tunnels, in the system's order. Empty when the system gives
 /// none, and on systems other than Windows. Any thread.
 /// Platform: GetAdaptersAddresses
+std::vector<NetworkAdapter> systemNetworkAdapters();
+
+/// The list in force: the system's, unless a ScopedAdapters has replaced it.
 std::vector<NetworkAdapter> networkAdapters();
+
+/// Puts another list in force while it lives. One at a time. Threads: that of the run
+class ScopedAdapters {
+public:
+    using Source = std::function<std::vector<NetworkAdapter>()>;
+
+    explicit ScopedAdapters(Source source);
+    ScopedAdapters(const ScopedAdapters&) = delete;
+    ScopedAdapters& operator=(const ScopedAdapters&) = delete;
+    ~ScopedAdapters();
+};
 
 } // namespace networkadapters

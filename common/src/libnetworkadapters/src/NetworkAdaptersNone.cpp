@@ -2,7 +2,7 @@
 
 namespace networkadapters {
 
-std::vector<NetworkAdapter> networkAdapters() {
+std::vector<NetworkAdapter> systemNetworkAdapters() {
     return {};
 }
 

@@ -39,7 +39,7 @@ GUID guidOf(const IP_ADAPTER_ADDRESSES& adapter) {
 
 } // namespace
 
-std::vector<NetworkAdapter> networkAdapters() {
+std::vector<NetworkAdapter> systemNetworkAdapters() {
     static const mrl::SystemLibrary library(L"iphlpapi.dll");
     const auto getAdapters = library.find<decltype(GetAdaptersAddresses)>("GetAdaptersAddresses");
     if (getAdapters == nullptr) {

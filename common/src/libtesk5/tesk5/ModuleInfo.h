@@ -13,6 +13,7 @@
 namespace tesk5 {
 
 class RunContext;
+struct CaptureSupport;
 
 /// How far an examination goes.
 enum class ExaminationDepth {
@@ -72,6 +73,8 @@ struct ModuleInfo {
     const char* noDevice = nullptr;
     /// Key of the advice after a measurement that reached a limit; its variable is {Device}.
     const char* limitReached = nullptr;
+    /// What captures and replays; null: there is no --capture.
+    const CaptureSupport* captures = nullptr;
     /// The module's own commands, in the order of the help page.
     std::span<const ModuleCommand> commands = {};
 };

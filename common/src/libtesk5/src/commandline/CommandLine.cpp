@@ -167,7 +167,9 @@ public:
         }
         for (const CommandDescription& command : commandDescriptions()) {
             CLI::App* app = m_app.add_subcommand(command.name);
-            if (command.command == Command::run) {
+            if (command.command == Command::replay) {
+                m_replayed = app->add_option("FILE", m_names);
+            } else if (command.command == Command::run) {
                 m_tests = app->add_option("TEST", m_names);
             } else if (command.ofModule != nullptr && *command.arguments != 0) {
                 m_moduleArguments.push_back(app->add_option("ARGUMENT", m_names));
@@ -188,6 +190,9 @@ public:
         return known != m_options.end() && known->second->count() > 0;
     }
     const std::vector<std::string>& tests() const { return m_tests->results(); }
+    std::vector<std::string> replayed() const {
+        return m_replayed == nullptr ? std::vector<std::string>() : m_replayed->results();
+    }
     /// What follows the command of the module that is named.
     std::vector<std::string> moduleArguments() const {
         for (const CLI::Option* arguments : m_moduleArguments) {
@@ -251,6 +256,7 @@ private:
 
     CLI::App m_app;
     CLI::Option* m_tests = nullptr;
+    CLI::Option* m_replayed = nullptr;
     std::vector<CLI::Option*> m_moduleArguments;
     std::vector<std::string> m_names; // where the parser puts them; results() has them too
     std::map<std::string, CLI::Option*> m_options;
@@ -318,6 +324,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& given) {
         line.command = parsed.command()->command;
         line.moduleCommand = parsed.command()->ofModule;
         line.moduleArguments = parsed.moduleArguments();
+        line.replayed = parsed.replayed();
     }
     refuseForeignOptions(parsed, line.command);
     for (const std::string& name : parsed.tests()) {

@@ -73,6 +73,11 @@ bool setColours(CommandLine& line, std::string_view /*name*/, const std::string&
     return true;
 }
 
+bool setCaptureNames(CommandLine& line, std::string_view /*name*/, const std::string& word) {
+    line.hideNames = word == "hidden";
+    return line.hideNames || word == "shown";
+}
+
 bool chooseTemplate(CommandLine& line, std::string_view /*name*/, const std::string& /*value*/) {
     line.command = Command::configTemplate;
     return true;
@@ -92,6 +97,13 @@ const std::vector<CommandDescription>& commandDescriptions() {
               "run --config station.toml --json report.json", "run DiversityTest --device intel"}},
             {Command::doctor, "doctor", "", "HELP_DOCTOR", {"doctor", "doctor --set SSID=Lab"}},
         };
+        if (moduleInfo().captures != nullptr) {
+            all.push_back({Command::replay,
+                           "replay",
+                           "FILE",
+                           "HELP_REPLAY",
+                           {"replay field.jsonl", "replay field.jsonl --json report.json"}});
+        }
         for (const ModuleCommand& command : moduleInfo().commands) {
             all.push_back({Command::ofModule,
                            command.name,
@@ -110,24 +122,30 @@ const std::vector<OptionDescription>& optionDescriptions() {
     const Commands ALL;
     const Commands LIST = {Command::list};
     const Commands RUN = {Command::run};
-    const Commands RUN_AND_DOCTOR = {Command::run, Command::doctor};
+    const Commands RUN_AND_REPLAY = {Command::run, Command::replay};
+    const Commands WITH_PARAMETERS = {Command::run, Command::doctor, Command::replay};
     const Commands WITH_DEVICES = {Command::list, Command::run, Command::doctor};
-    static const std::vector<OptionDescription> options = {
+    static const std::vector<OptionDescription> known = {
         {"--set", "NAME=VALUE", "HELP_SET", "--set SSID=Lab --set WarningSignalStrength=40",
-         &addSetting, RUN_AND_DOCTOR, "INPUT_SETTING_MALFORMED"},
+         &addSetting, WITH_PARAMETERS, "INPUT_SETTING_MALFORMED"},
         {"--device", "TEXT", "HELP_DEVICE", "--device intel", &setText<&CommandLine::device>,
          WITH_DEVICES},
         {"--devices", "FILE", "HELP_DEVICES", "--devices cards.json",
          &setText<&CommandLine::devicesFile>, WITH_DEVICES},
-        {"--json", "FILE", "HELP_JSON", "--json report.json", &addReport, RUN},
-        {"--junit", "FILE", "HELP_JUNIT", "--junit report.xml", &addReport, RUN},
-        {"--html", "FILE", "HELP_HTML", "--html report.html", &addReport, RUN},
+        {"--json", "FILE", "HELP_JSON", "--json report.json", &addReport, RUN_AND_REPLAY},
+        {"--junit", "FILE", "HELP_JUNIT", "--junit report.xml", &addReport, RUN_AND_REPLAY},
+        {"--html", "FILE", "HELP_HTML", "--html report.html", &addReport, RUN_AND_REPLAY},
         {"--full-log", nullptr, "HELP_FULL_LOG", "--html report.html --full-log",
-         &setSwitch<&CommandLine::fullLog>, RUN},
+         &setSwitch<&CommandLine::fullLog>, RUN_AND_REPLAY},
         {"--events", nullptr, "HELP_EVENTS", "run --config station.toml --events",
-         &setSwitch<&CommandLine::events>, RUN},
+         &setSwitch<&CommandLine::events>, RUN_AND_REPLAY},
         {"--config", "FILE", "CONFIG_HELP_CONFIG", "run --config station.toml --set SSID=Lab",
          &setText<&CommandLine::configFile>, RUN},
+        {"--capture", "FILE", "HELP_CAPTURE", "--capture field.jsonl",
+         &setText<&CommandLine::captureFile>, WITH_DEVICES},
+        {"--capture-names", "WORD", "HELP_CAPTURE_NAMES",
+         "--capture field.jsonl --capture-names hidden", &setCaptureNames, WITH_DEVICES,
+         "INPUT_CAPTURE_NAMES"},
         {"--config-template", nullptr, "CONFIG_HELP_TEMPLATE", "list --config-template",
          &chooseTemplate, LIST},
         {"--log", "FILE", "HELP_LOG", "--log antenna.log", &setText<&CommandLine::logFile>},
@@ -136,13 +154,22 @@ const std::vector<OptionDescription>& optionDescriptions() {
         {"--check", nullptr, "HELP_CHECK", "run --config station.toml --check",
          &setSwitch<&CommandLine::check>, RUN},
         {"--quiet", nullptr, "HELP_QUIET", "run --config station.toml --quiet",
-         &setSwitch<&CommandLine::quiet>, RUN},
+         &setSwitch<&CommandLine::quiet>, RUN_AND_REPLAY},
         {"--color", "WHEN", "HELP_COLOR", "--color never", &setColours, ALL, "INPUT_COLOR"},
         {"--language", "TAG", "HELP_LANGUAGE", "--language de", &setLanguageTag, ALL,
          "INPUT_UNKNOWN_LANGUAGE"},
         {"--version", nullptr, "HELP_VERSION", "--version"},
         {"--help", nullptr, "HELP_HELP", "run --help"},
     };
+    static const std::vector<OptionDescription> options = [] {
+        std::vector<OptionDescription> offered;
+        std::copy_if(known.begin(), known.end(), std::back_inserter(offered),
+                     [](const OptionDescription& option) {
+                         return moduleInfo().captures != nullptr ||
+                                !std::string_view(option.name).starts_with("--capture");
+                     });
+        return offered;
+    }();
     return options;
 }
 

@@ -11,7 +11,7 @@ namespace tesk5 {
 struct CommandLine;
 struct ModuleCommand;
 
-enum class Command { list, run, doctor, configTemplate, help, version, ofModule };
+enum class Command { list, run, doctor, replay, configTemplate, help, version, ofModule };
 
 /// A command.
 struct CommandDescription {

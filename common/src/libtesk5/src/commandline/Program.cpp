@@ -6,6 +6,7 @@
 #include <tesk5/TeskException.h>
 #include <tesk5/Texts.h>
 
+#include "commandline/Captures.h"
 #include "commandline/ConfigFile.h"
 #include "commandline/ConfigTemplate.h"
 #include "commandline/HelpPage.h"
@@ -48,6 +49,7 @@ std::vector<std::pair<const char*, std::string>> filesOf(const CommandLine& line
         add(report.kind->option, report.file);
     }
     add("--log", line.logFile);
+    add("--capture", line.captureFile);
     return files;
 }
 
@@ -86,26 +88,29 @@ void openLog(const CommandLine& line) {
 }
 
 // The device file is read before the log is opened: it is input that may be refused. The devices of
-// this PC are enumerated after, so that the log has the calls.
-DeviceList devicesFor(const CommandLine& line) {
-    std::optional<DeviceList> fromFile;
+// this PC are enumerated after, so that the log and the capture have the calls.
+DeviceList devicesFor(const CommandLine& line, CommandCapture& capture, const RunContext& context) {
+    std::optional<std::vector<DiagDevice>> fromFile = capture.devices();
     if (line.devicesFile) {
-        fromFile = devicesFromFile(*line.devicesFile);
+        fromFile = devicesFromFile(*line.devicesFile).devices;
     }
     openLog(line);
+    capture.begin(line, fromFile, context);
     if (fromFile) {
-        return std::move(*fromFile);
+        return {.devices = std::move(*fromFile), .failure = {}};
     }
     return moduleInfo().devices != nullptr ? moduleInfo().devices() : DeviceList();
 }
 
-int list(const CommandLine& line, const RunContext& context) {
+int list(const CommandLine& line, CommandCapture& capture, const RunContext& context) {
     refuseSharedFiles(line);
-    showList(context.output, context.registry, devicesFor(line), line.device);
+    const DeviceList devices = devicesFor(line, capture, context);
+    capture.end(0, context);
+    showList(context.output, context.registry, devices, line.device);
     return 0;
 }
 
-int doctor(const CommandLine& line, RunContext& context) {
+int doctor(const CommandLine& line, CommandCapture& capture, RunContext& context) {
     Registry& registry = context.registry;
     std::vector<const Test*> tests;
     for (const Test& test : registry.tests) {
@@ -113,8 +118,12 @@ int doctor(const CommandLine& line, RunContext& context) {
     }
     applySettings(registry, line.settings, tests);
     refuseSharedFiles(line);
-    return showDiagnosis(context.output, diagnosis(registry.tests, devicesFor(line), line.device,
-                                                   !line.settings.empty()));
+    const DeviceList devices = devicesFor(line, capture, context);
+    const Findings findings =
+        diagnosis(registry.tests, devices, line.device, !line.settings.empty());
+    const int value = showDiagnosis(context.output, findings);
+    capture.end(value, context);
+    return value;
 }
 
 RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devices,
@@ -228,7 +237,7 @@ ConsoleStyle styleFor(const CommandLine& line, const mrl::OutputStream& stream) 
                 stream.showsColours(line.colours.value_or(mrl::OutputStream::Colours::automatic))};
 }
 
-int run(const CommandLine& given, RunContext& context) {
+int run(const CommandLine& given, CommandCapture& capture, RunContext& context) {
     Registry& registry = context.registry;
     const CommandLine line = withConfiguration(given, registry);
     const std::vector<const Test*> tests = chooseTests(registry, line.tests);
@@ -244,7 +253,7 @@ int run(const CommandLine& given, RunContext& context) {
     for (const RequestedReport& report : line.reports) {
         reports.emplace_back(report.file, named);
     }
-    const DeviceList devices = devicesFor(line);
+    const DeviceList devices = devicesFor(line, capture, context);
     Console console(context, styleFor(line, context.output));
     EventsAndFailures events(context.output, console);
     RunListener* listener = &console;
@@ -261,6 +270,7 @@ int run(const CommandLine& given, RunContext& context) {
         record.log = log->log();
     }
     record.fullLog = line.fullLog;
+    capture.end(record.exitValue, context);
     if (record.leftBy) {
         endBroken(line.reports, reports, record, context);
     }
@@ -295,28 +305,44 @@ int version(const RunContext& context) {
     return 0;
 }
 
+// Those commands that can be captured, or are replayed.
+int carryOut(const CommandLine& line, CommandCapture& capture, RunContext& context) {
+    switch (line.command) {
+    case Command::run:
+        return run(line, capture, context);
+    case Command::doctor:
+        return unlessLost(doctor(line, capture, context), context);
+    default:
+        return unlessLost(list(line, capture, context), context);
+    }
+}
+
 int follow(const CommandLine& line, RunContext& context) {
     if (line.command == Command::help) {
-        return show(helpPage(programName(context), line.helpOn), context);
+        return unlessLost(show(helpPage(programName(context), line.helpOn), context), context);
     }
     if (line.command == Command::version) {
-        return version(context);
+        return unlessLost(version(context), context);
     }
     if (context.initialize != nullptr) {
         context.initialize();
     }
     switch (line.command) {
-    case Command::run:
-        return run(line, context);
     case Command::configTemplate:
-        return show(configTemplate(context.registry, programName(context)), context);
-    case Command::doctor:
-        return doctor(line, context);
+        return unlessLost(show(configTemplate(context.registry, programName(context)), context),
+                          context);
     case Command::ofModule:
         openLog(line);
-        return line.moduleCommand->run(line.moduleArguments, context);
-    default:
-        return list(line, context);
+        return unlessLost(line.moduleCommand->run(line.moduleArguments, context), context);
+    case Command::replay: {
+        CommandCapture capture(replayOf(line));
+        return capture.unlessDifferent(
+            [&] { return carryOut(capture.replayedLine(line, context), capture, context); });
+    }
+    default: {
+        CommandCapture capture(line);
+        return carryOut(line, capture, context);
+    }
     }
 }
 
@@ -325,12 +351,13 @@ int follow(const CommandLine& line, RunContext& context) {
 int runProgram(RunContext& context) {
     try {
         useLanguageAskedFor(context);
-        const CommandLine line = parseCommandLine(context.arguments);
-        const int value = follow(line, context);
-        return line.command == Command::run ? value : unlessLost(value, context);
+        return follow(parseCommandLine(context.arguments), context);
     } catch (const BadInput& input) {
         writeLine(context.errors, std::string(moduleInfo().name) + ": " + input.line);
         return BadInput::VALUE;
+    } catch (const ReplayEnded& ended) {
+        writeLine(context.errors, std::string(moduleInfo().name) + ": " + ended.line);
+        return REPLAY_DIFFERS;
     } catch (const LeftByException& left) {
         std::rethrow_exception(left.cause);
     } catch (const std::exception& failure) {

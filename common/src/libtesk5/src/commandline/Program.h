@@ -9,6 +9,10 @@ namespace tesk5 {
 /// either: the result is lost. It is EX_IOERR of sysexits.h.
 constexpr int OUTPUT_LOST = 74;
 
+/// The exit value when a replay was asked for what its capture does not have. It is EX_DATAERR of
+/// sysexits.h.
+constexpr int REPLAY_DIFFERS = 65;
+
 /// Carries out the command in the arguments of `context`.
 /// \return the process's exit value, as DiagModule::start() describes it
 /// Failure: throws TeskException for a failure of the framework; exceptions that leave a test
