@@ -31,7 +31,7 @@ Seen CapturedProgram::start(std::vector<std::string> arguments, bool logged) {
     const CapturedStream errors(mrl::cerr);
     const bool reports = arguments.front() == "run" || arguments.front() == "replay";
     if (logged) {
-        arguments.insert(arguments.end(), {"--log", file("log.txt"), "--log-level", "0"});
+        arguments.insert(arguments.end(), {"--log", file("log.txt"), "--log-level", "1"});
         if (reports) {
             arguments.insert(arguments.end(), {"--json", file("report.json")});
         }

@@ -24,6 +24,7 @@ RESULTS = {"PASS": 0, "WARN": 1, "FAIL": 2, "CANNOTRUN": 3, "BADPARAMS": 4, "INT
            "USERABORTED": 6, "COMPLETED": 7, "EXITEDABNORMALLY": 8}
 WRONG_USAGE = 64
 OUTPUT_LOST = 74
+REPLAY_DIFFERS = 65
 # Time, priority, logger and text.
 LOG_LINE = re.compile(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z \d [\w.]+: .+")
 

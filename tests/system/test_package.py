@@ -15,7 +15,7 @@ import zipfile
 import jsonschema
 
 import browser
-from program import DIST, EXECUTABLE, OUTPUT_LOST, RESULTS, ROOT, WRONG_USAGE, ProgramTest
+from program import DIST, EXECUTABLE, OUTPUT_LOST, REPLAY_DIFFERS, RESULTS, ROOT, WRONG_USAGE, ProgramTest
 
 TOOLS = ROOT / "tools" / "package"
 sys.path.insert(0, str(TOOLS))
@@ -166,7 +166,7 @@ class Papers(PackageTest):
         for result, value in {**RESULTS, "COMPLETED": 0}.items():
             with self.subTest(result):
                 self.assertRegex(readme, rf"(?m)^  {value} .*\b{result}\b")
-        for value in (WRONG_USAGE, OUTPUT_LOST):
+        for value in (WRONG_USAGE, REPLAY_DIFFERS, OUTPUT_LOST):
             self.assertRegex(readme, rf"(?m)^  {value} ")
 
     def test_licence_of_the_program_is_the_repositorys(self):

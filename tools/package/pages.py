@@ -12,7 +12,7 @@ from components import FOLDER, PackagingError
 
 # Each page with its name in the bar at the top, in the bar's order.
 PAGES = {"technicians": "Technicians", "command-line": "Command line", "report": "Reports",
-         "stations": "Stations", "hosts": "Hosts", "localization": "Languages"}
+         "captures": "Captures", "stations": "Stations", "hosts": "Hosts", "localization": "Languages"}
 STYLE = "style.css"
 HEADING = re.compile(r"<h([1-6])>(.*?)</h\1>")
 TARGET = re.compile(r'(<a href="|<img src=")([^"]*)')

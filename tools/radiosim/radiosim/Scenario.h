@@ -187,12 +187,31 @@ struct Notification {
     std::vector<std::uint8_t> data = {};
 };
 
+/// What a function answered at a moment of a capture.
+struct CapturedAnswer {
+    Milliseconds at{0}; ///< since the start
+    std::uint32_t result = 0;
+    std::optional<std::vector<std::uint8_t>> block = {}; ///< absent: none, or a null pointer
+    std::uint32_t dataSize = 0;                          ///< as WlanQueryInterface states it
+};
+
+/// All answers of one function about one interface, in the order of their times. The last one
+/// before a call answers it; before the first one, the first.
+struct CapturedAnswers {
+    std::string function = {};
+    std::string guid = {}; ///< empty for a function about no interface
+    std::optional<std::uint32_t> opcode = {};
+    std::vector<CapturedAnswer> answers = {};
+};
+
 struct Scenario {
     std::vector<Interface> interfaces = {Interface{}};
     std::vector<Fault> faults = {};
     std::vector<Notification> notifications = {};
     /// The version that WlanOpenHandle negotiates. Absent: the client's, at most 2.
     std::optional<std::uint32_t> serviceVersion = {};
+    /// Take the place of what the interfaces show, until the client switches a radio.
+    std::vector<CapturedAnswers> captured = {};
 
     /// Refuses what cannot be simulated: a GUID that is none or that two interfaces have, and a
     /// notification of an interface that does not exist.
@@ -204,7 +223,11 @@ struct Scenario {
     /// Failure: ScenarioError
     static Scenario fromJson(std::string_view text);
 
-    /// The same from a file of at most 16 MiB.
+    /// What a capture of the program's option --capture shows, at its times.
+    /// Failure: ScenarioError, with the capture's line as the place
+    static Scenario fromCapture(std::string_view text);
+
+    /// The same from a file: a scenario of at most 16 MiB, or a capture.
     /// Failure: ScenarioError, without a place when the file cannot be read
     static Scenario fromFile(const std::filesystem::path& file);
 

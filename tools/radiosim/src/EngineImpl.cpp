@@ -41,7 +41,8 @@ Engine::Impl* Engine::Impl::current() {
 
 Engine::Impl::Impl(Scenario scenario)
     : m_clock(mrl::Clock::current()), m_start(m_clock.now()),
-      m_serviceVersion(scenario.serviceVersion), m_notifier(m_clock) {
+      m_serviceVersion(scenario.serviceVersion), m_captured(std::move(scenario.captured)),
+      m_notifier(m_clock) {
     scenario.check();
     for (Interface& facts : scenario.interfaces) {
         const GUID guid = *nativewifi::parseGuid(mrl::toUtf16(facts.guid));
@@ -114,6 +115,48 @@ DWORD Engine::Impl::findFor(HANDLE clientHandle, const GUID* guid, bool argument
     return live == nullptr ? ERROR_NOT_FOUND : ERROR_SUCCESS;
 }
 
+const CapturedAnswer* Engine::Impl::captured(std::string_view function, const LiveInterface* live,
+                                             std::optional<DWORD> opcode) const {
+    const bool ofRadio = opcode == wlan_intf_opcode_radio_state;
+    if (live != nullptr && live->switched && (ofRadio || view(*live).radioOff())) {
+        return nullptr;
+    }
+    const std::string guid = live == nullptr ? std::string() : live->facts.guid;
+    const auto now = std::chrono::duration_cast<Milliseconds>(elapsed());
+    for (const CapturedAnswers& each : m_captured) {
+        if (each.function != function || each.guid != guid || each.opcode != opcode) {
+            continue;
+        }
+        const CapturedAnswer* last = &each.answers.front();
+        for (const CapturedAnswer& answer : each.answers) {
+            last = answer.at <= now ? &answer : last;
+        }
+        // With its radio switched on again, an interface shows what it showed when it was on.
+        for (const CapturedAnswer& answer : each.answers) {
+            if (live != nullptr && live->switched &&
+                last->result == ERROR_NDIS_DOT11_POWER_STATE_INVALID) {
+                last = &answer;
+            }
+        }
+        return last;
+    }
+    return nullptr;
+}
+
+template <typename List>
+DWORD Engine::Impl::answerCaptured(const CapturedAnswer& answer, const char* function, List** list,
+                                   const Effects& effects) {
+    if (answer.result == ERROR_SUCCESS) {
+        *list = nullptr;
+        if (answer.block) {
+            const auto* const bytes = reinterpret_cast<const std::byte*>(answer.block->data());
+            *list = static_cast<List*>(handOut(function, Bytes(bytes, bytes + answer.block->size()),
+                                               std::nullopt, effects));
+        }
+    }
+    return answer.result;
+}
+
 View Engine::Impl::view(const LiveInterface& live) const {
     const mrl::Clock::Duration now = elapsed();
     const auto ended = std::count_if(live.scanEnds.begin(), live.scanEnds.end(),
@@ -146,6 +189,10 @@ DWORD Engine::Impl::openHandle(DWORD clientVersion, const void* reserved, DWORD*
         return ERROR_INVALID_PARAMETER;
     }
     const std::lock_guard lock(m_mutex);
+    if (const CapturedAnswer* answer = captured("WlanOpenHandle");
+        answer != nullptr && answer->result != ERROR_SUCCESS) {
+        return answer->result;
+    }
     const auto number = static_cast<std::uint32_t>(m_handles.size() + 1);
     Handle& handle = m_handles.emplace_back(Handle{number, true});
     const DWORD common = std::min(clientVersion, HIGHEST_VERSION);
@@ -181,6 +228,9 @@ DWORD Engine::Impl::enumInterfaces(HANDLE clientHandle, const void* reserved,
     if (mistake != ERROR_SUCCESS) {
         return mistake;
     }
+    if (const CapturedAnswer* answer = captured("WlanEnumInterfaces")) {
+        return answerCaptured(*answer, "WlanEnumInterfaces", interfaceList, effects);
+    }
     Bytes block(offsetof(WLAN_INTERFACE_INFO_LIST, InterfaceInfo));
     DWORD count = 0;
     for (const LiveInterface& live : m_interfaces) {
@@ -209,6 +259,16 @@ DWORD Engine::Impl::queryInterface(HANDLE clientHandle, const GUID* interfaceGui
                 reserved == nullptr && dataSize != nullptr && data != nullptr, live);
     if (mistake != ERROR_SUCCESS) {
         return mistake;
+    }
+    if (const CapturedAnswer* known = captured("WlanQueryInterface", live, opcode)) {
+        if (known->result == ERROR_SUCCESS) {
+            *dataSize = known->dataSize;
+            output["dataSize"] = *dataSize;
+        }
+        if (known->result == ERROR_SUCCESS && valueType != nullptr) {
+            *valueType = wlan_opcode_value_type_query_only;
+        }
+        return answerCaptured(*known, "WlanQueryInterface", data, effects);
     }
     View::Answer answer = view(*live).query(opcode);
     if (answer.code != ERROR_SUCCESS) {
@@ -251,6 +311,7 @@ DWORD Engine::Impl::setInterface(HANDLE clientHandle, const GUID* interfaceGuid,
         }
         if (phy.software != software) {
             phy.software = software;
+            live->switched = true;
             radioChanged(*live, wanted.dwPhyIndex);
         }
         return ERROR_SUCCESS;
@@ -302,6 +363,9 @@ DWORD Engine::Impl::networkList(HANDLE clientHandle, const GUID* interfaceGuid, 
     if (mistake != ERROR_SUCCESS) {
         return mistake;
     }
+    if (const CapturedAnswer* answer = captured("WlanGetAvailableNetworkList", live)) {
+        return answerCaptured(*answer, "WlanGetAvailableNetworkList", list, effects);
+    }
     const View now = view(*live);
     if (now.radioOff()) {
         return ERROR_NDIS_DOT11_POWER_STATE_INVALID;
@@ -338,7 +402,11 @@ DWORD Engine::Impl::scan(HANDLE clientHandle, const GUID* interfaceGuid, const D
     if (mistake != ERROR_SUCCESS) {
         return mistake;
     }
-    if (view(*live).radioOff()) {
+    const CapturedAnswer* const known = captured("WlanScan", live);
+    if (known != nullptr && known->result != ERROR_SUCCESS) {
+        return known->result;
+    }
+    if (known == nullptr && view(*live).radioOff()) {
         return ERROR_NDIS_DOT11_POWER_STATE_INVALID;
     }
     const mrl::Clock::Duration now = elapsed();
@@ -384,6 +452,9 @@ DWORD Engine::Impl::bssList(HANDLE clientHandle, const GUID* interfaceGuid, cons
                                   reserved == nullptr && list != nullptr && ssidIsGood, live);
     if (mistake != ERROR_SUCCESS) {
         return mistake;
+    }
+    if (const CapturedAnswer* answer = captured("WlanGetNetworkBssList", live)) {
+        return answerCaptured(*answer, "WlanGetNetworkBssList", list, effects);
     }
     const View now = view(*live);
     if (now.radioOff()) {

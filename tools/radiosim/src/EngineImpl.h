@@ -84,6 +84,7 @@ public:
         std::vector<mrl::Clock::Duration> scanEnds = {};
         mrl::Clock::Duration busyUntil{0};
         std::uint32_t scansStarted = 0;
+        bool switched = false; ///< by the client: what was captured of the radio counts no more
     };
 
     /// Locks, and changes interface `index` with `change(live)`.
@@ -115,6 +116,13 @@ private:
     /// ERROR_SUCCESS, or what is wrong with a call's first arguments.
     DWORD checkHandle(HANDLE clientHandle, bool argumentsAreGood) const;
     LiveInterface* find(const GUID& guid);
+    /// What was captured of a call now; null for nothing, or when the client's own switching of the
+    /// radio decides.
+    const CapturedAnswer* captured(std::string_view function, const LiveInterface* live = nullptr,
+                                   std::optional<DWORD> opcode = {}) const;
+    template <typename List>
+    DWORD answerCaptured(const CapturedAnswer& answer, const char* function, List** list,
+                         const Effects& effects);
     View view(const LiveInterface& live) const;
     /// What every call about one interface begins with; the lock is held.
     DWORD findFor(HANDLE clientHandle, const GUID* guid, bool argumentsAreGood,
@@ -132,6 +140,7 @@ private:
     std::vector<LiveInterface> m_interfaces;
     std::vector<Notification> m_scanNotifications;
     std::optional<std::uint32_t> m_serviceVersion;
+    const std::vector<CapturedAnswers> m_captured;
     std::atomic<int> m_texts{0};
     std::atomic<DWORD> m_stoppedWith{ERROR_SUCCESS}; ///< while the service is stopped: its code
     Blocks m_blocks;

@@ -7,6 +7,8 @@
 
 #include <nativewifi/Guid.h>
 
+#include <capture/CaptureFile.h>
+
 #include <mrl/Files.h>
 #include <mrl/Unicode.h>
 
@@ -388,7 +390,14 @@ Scenario Scenario::fromJson(std::string_view text) {
 
 Scenario Scenario::fromFile(const std::filesystem::path& file) {
     try {
-        return fromJson(mrl::readWholeFile(file, LARGEST_FILE));
+        const std::string text = mrl::readWholeFile(file, capture::LARGEST_FILE);
+        if (capture::looksLikeCapture(text)) {
+            return fromCapture(text);
+        }
+        if (text.size() > LARGEST_FILE) {
+            throw ScenarioError("", "the file cannot be read");
+        }
+        return fromJson(text);
     } catch (const mrl::FileFailure&) {
         throw ScenarioError("", "the file cannot be read");
     }

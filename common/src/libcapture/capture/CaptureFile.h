@@ -24,7 +24,8 @@ using Moment = std::chrono::microseconds;
 
 inline constexpr int VERSION = 1;
 
-// More than half an hour of polling a hundred networks makes; and enough for one list of a thousand.
+// More than half an hour of polling a hundred networks makes; and enough for one list of a
+// thousand.
 inline constexpr std::size_t LARGEST_FILE = 0x10000000;
 inline constexpr std::size_t LONGEST_LINE = 0x400000;
 inline constexpr std::size_t LARGEST_BLOCK = 0x100000;

@@ -12,8 +12,9 @@ namespace capture {
 /// it has been answered, and each notification before its callback gets it. Calls are written in
 /// the order in which they return. One at a time.
 ///
-/// While it lives, the clock in use goes on, but for the thread that made it: for this one, the time
-/// is that of its last call or sleep. So a replay, which knows no other times, measures the same.
+/// While it lives, the clock in use goes on, but for the thread that made it: for this one, the
+/// time is that of its last call or sleep. So a replay, which knows no other times, measures the
+/// same.
 class Recording {
 public:
     /// \param run what is captured, for the head of the file, in the form of docs/captures.md

@@ -38,8 +38,7 @@ Bytes listAt(const ListShape& shape, const void* block) {
     std::size_t size = shape.begin + shape.item * std::size_t{numberAt(block, shape.countOffset)};
     if (isBssList(shape)) {
         // Behind the entries are the information elements, which the total size counts.
-        size = std::max<std::size_t>(size,
-                                     numberAt(block, offsetof(WLAN_BSS_LIST, dwTotalSize)));
+        size = std::max<std::size_t>(size, numberAt(block, offsetof(WLAN_BSS_LIST, dwTotalSize)));
     }
     size = std::min(size, LARGEST_BLOCK);
     const auto* const bytes = static_cast<const unsigned char*>(block);

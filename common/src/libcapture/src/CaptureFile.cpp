@@ -76,8 +76,7 @@ void put(Json& line, const Call& call) {
     line["call"] = call.request.function;
     line["arguments"] = call.request.arguments;
     line["result"] = call.answer.result;
-    if (const Json name = shownResult(call.answer.result);
-        !name.is_null()) {
+    if (const Json name = shownResult(call.answer.result); !name.is_null()) {
         line["resultName"] = name;
     }
     line["took"] = millisecondsOf(call.took);
@@ -127,9 +126,7 @@ public:
         return {m_value.at(key), m_line};
     }
     bool isNull() const { return m_value.is_null(); }
-    const Json& object() const {
-        return as(&Json::is_object, "an object was expected");
-    }
+    const Json& object() const { return as(&Json::is_object, "an object was expected"); }
     std::vector<Reader> items() const {
         std::vector<Reader> all;
         for (const Json& item : as(&Json::is_array, "a list was expected")) {
@@ -140,9 +137,7 @@ public:
     std::string text() const {
         return as(&Json::is_string, "a text was expected").get<std::string>();
     }
-    bool flag() const {
-        return as(&Json::is_boolean, "true or false was expected").get<bool>();
-    }
+    bool flag() const { return as(&Json::is_boolean, "true or false was expected").get<bool>(); }
     template <typename Number>
     Number number() const {
         as(&Json::is_number_integer, "a whole number was expected");
@@ -156,7 +151,8 @@ public:
     Moment moment() const {
         constexpr double MICROSECONDS = 1000.0;
         constexpr double LONGEST = 1e10; // four months
-        const double value = as(&Json::is_number, "a time in milliseconds was expected").get<double>();
+        const double value =
+            as(&Json::is_number, "a time in milliseconds was expected").get<double>();
         if (!(value >= 0 && value <= LONGEST)) {
             refuse("the time is out of range");
         }
@@ -296,10 +292,10 @@ system_clock::time_point timeOf(const Reader& value) {
     int parts[7] = {};
     int read = 0;
     const int found =
-        std::sscanf(text.c_str(), "%4d-%2d-%2dT%2d:%2d:%2d.%3dZ%n", &parts[0], &parts[1],
-                    &parts[2], &parts[3], &parts[4], &parts[5], &parts[6], &read);
-    const year_month_day date(year(parts[0]), month(static_cast<unsigned>(parts[1])),
-                              day(static_cast<unsigned>(parts[2])));
+        std::sscanf(text.c_str(), "%4d-%2d-%2dT%2d:%2d:%2d.%3dZ%n", &parts[0], &parts[1], &parts[2],
+                    &parts[3], &parts[4], &parts[5], &parts[6], &read);
+    const year_month_day date{year{parts[0]}, month{static_cast<unsigned>(parts[1])},
+                              day{static_cast<unsigned>(parts[2])}};
     if (found != 7 || static_cast<std::size_t>(read) != text.size() || !date.ok() ||
         parts[0] < 1970) {
         value.refuse("\"started\" is no time such as 2026-11-20T19:55:01.123Z");

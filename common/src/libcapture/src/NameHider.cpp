@@ -33,9 +33,45 @@ std::size_t findGuid(const std::string& text) {
     return std::string::npos;
 }
 
+// A name that was given as its bytes is "hex:" and their digits.
+constexpr std::string_view HEX_PREFIX = "hex:";
+constexpr const char* HEX_DIGITS = "0123456789ABCDEF";
+
+bool isHexForm(const std::string& text) {
+    return mrl::equalNoCase(mrl::toUtf16(text.substr(0, HEX_PREFIX.size())),
+                            mrl::toUtf16(HEX_PREFIX));
+}
+
+std::string fromHexForm(const std::string& text) {
+    std::string bytes;
+    int nibbles = 0;
+    unsigned value = 0;
+    for (const char c : text.substr(HEX_PREFIX.size())) {
+        const std::size_t digit =
+            std::string_view(HEX_DIGITS).find(c >= 'a' && c <= 'f' ? static_cast<char>(c - 32) : c);
+        if (digit == std::string_view::npos) {
+            continue;
+        }
+        value = value << 4 | static_cast<unsigned>(digit);
+        if (++nibbles % 2 == 0) {
+            bytes += static_cast<char>(value & 0xFF);
+        }
+    }
+    return bytes;
+}
+
+std::string toHexForm(const std::string& bytes) {
+    std::string text(HEX_PREFIX);
+    for (const char c : bytes) {
+        text += HEX_DIGITS[static_cast<unsigned char>(c) >> 4];
+        text += HEX_DIGITS[static_cast<unsigned char>(c) & 0xF];
+    }
+    return text;
+}
+
 std::string inCaseOf(std::string text, const std::string& original) {
-    const bool upper = std::any_of(original.begin(), original.end(),
-                                   [](char c) { return c >= 'A' && c <= 'F'; });
+    const bool upper =
+        std::any_of(original.begin(), original.end(), [](char c) { return c >= 'A' && c <= 'F'; });
     if (upper) {
         std::transform(text.begin(), text.end(), text.begin(),
                        [](char c) { return c >= 'a' && c <= 'f' ? static_cast<char>(c - 32) : c; });
@@ -101,19 +137,18 @@ bool isConnection(const Call& call, const Bytes& bytes) {
 
 // The opcodes whose blocks hold neither names nor addresses.
 bool isHarmless(const Call& call) {
-    constexpr DWORD opcodes[] = {
-        wlan_intf_opcode_autoconf_enabled,
-        wlan_intf_opcode_background_scan_enabled,
-        wlan_intf_opcode_media_streaming_mode,
-        wlan_intf_opcode_radio_state,
-        wlan_intf_opcode_bss_type,
-        wlan_intf_opcode_interface_state,
-        wlan_intf_opcode_channel_number,
-        wlan_intf_opcode_supported_infrastructure_auth_cipher_pairs,
-        wlan_intf_opcode_supported_adhoc_auth_cipher_pairs,
-        wlan_intf_opcode_supported_country_or_region_string_list,
-        static_cast<DWORD>(wlan_intf_opcode_statistics),
-        static_cast<DWORD>(wlan_intf_opcode_rssi)};
+    constexpr DWORD opcodes[] = {wlan_intf_opcode_autoconf_enabled,
+                                 wlan_intf_opcode_background_scan_enabled,
+                                 wlan_intf_opcode_media_streaming_mode,
+                                 wlan_intf_opcode_radio_state,
+                                 wlan_intf_opcode_bss_type,
+                                 wlan_intf_opcode_interface_state,
+                                 wlan_intf_opcode_channel_number,
+                                 wlan_intf_opcode_supported_infrastructure_auth_cipher_pairs,
+                                 wlan_intf_opcode_supported_adhoc_auth_cipher_pairs,
+                                 wlan_intf_opcode_supported_country_or_region_string_list,
+                                 static_cast<DWORD>(wlan_intf_opcode_statistics),
+                                 static_cast<DWORD>(wlan_intf_opcode_rssi)};
     const auto opcode = call.request.arguments.value("opcode", 0U);
     return std::find(std::begin(opcodes), std::end(opcodes), opcode) != std::end(opcodes);
 }
@@ -145,7 +180,7 @@ GUID NameHider::hiddenGuid(const GUID& guid) {
 std::string NameHider::hiddenText(const std::string& text) {
     const std::size_t at = findGuid(text);
     if (at == std::string::npos) {
-        return m_names.of(text);
+        return isHexForm(text) ? toHexForm(m_names.of(fromHexForm(text))) : m_names.of(text);
     }
     const std::string original = text.substr(at, GUID_LENGTH);
     const GUID hidden = hiddenGuid(*nativewifi::parseGuid(mrl::toUtf16(original)));
@@ -188,8 +223,9 @@ void NameHider::hideRun(Json& run) {
     }
     std::vector<std::string> names;
     for (const Json* text : texts) {
-        if (findGuid(text->get<std::string>()) == std::string::npos) {
-            names.push_back(text->get<std::string>());
+        const auto name = text->get<std::string>();
+        if (findGuid(name) == std::string::npos) {
+            names.push_back(isHexForm(name) ? fromHexForm(name) : name);
         }
     }
     m_names.learn(names);

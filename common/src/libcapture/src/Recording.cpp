@@ -85,7 +85,8 @@ public:
         if (given.callback == nullptr) {
             return given;
         }
-        static auto* const all = new std::deque<Forwarded>; // NOLINT(cppcoreguidelines-owning-memory)
+        static auto* const all =
+            new std::deque<Forwarded>; // NOLINT(cppcoreguidelines-owning-memory)
         const std::lock_guard lock(m_mutex);
         all->push_back({client.is_string() ? client.get<std::string>() : std::string(), given});
         return {given.source, &forward, &all->back()};
@@ -125,9 +126,7 @@ private:
 
     Moment elapsed() const { return duration_cast<Moment>(m_clock.now() - m_begin); }
     // Now, for the calling thread.
-    Moment moment() const {
-        return std::this_thread::get_id() == m_owner ? m_moment : elapsed();
-    }
+    Moment moment() const { return std::this_thread::get_id() == m_owner ? m_moment : elapsed(); }
     void standAt(Moment moment) {
         if (std::this_thread::get_id() == m_owner) {
             m_moment = moment;

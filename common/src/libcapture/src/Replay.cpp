@@ -150,12 +150,11 @@ private:
     Answer differ(const std::string& asked, std::string_view function) {
         if (!m_difference) {
             const Step* step = next();
-            m_difference = Difference{
-                .line = step != nullptr      ? step->line
-                        : m_steps.empty()    ? 2
-                                             : m_steps.back().line + 1,
-                .expected = step != nullptr ? describe(*step) : "its end",
-                .asked = asked};
+            m_difference = Difference{.line = step != nullptr   ? step->line
+                                              : m_steps.empty() ? 2
+                                                                : m_steps.back().line + 1,
+                                      .expected = step != nullptr ? describe(*step) : "its end",
+                                      .asked = asked};
         }
         const bool releases =
             std::find(std::begin(RELEASES), std::end(RELEASES), function) != std::end(RELEASES);

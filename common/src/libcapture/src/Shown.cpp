@@ -31,7 +31,8 @@ constexpr Name resultNames[] = {
 #undef NATIVEWIFI_ERROR
 };
 
-#define CAPTURE_NAME(value) {static_cast<DWORD>(value), #value}
+#define CAPTURE_NAME(value)                                                                        \
+    { static_cast<DWORD>(value), #value }
 constexpr Name opcodeNames[] = {
     CAPTURE_NAME(wlan_intf_opcode_autoconf_enabled),
     CAPTURE_NAME(wlan_intf_opcode_background_scan_enabled),
@@ -184,8 +185,7 @@ Json shownResult(DWORD result) {
 Json shownCall(const Call& call) {
     Json shown = Json::object();
     const auto opcode = call.request.arguments.find("opcode");
-    const bool hasOpcode =
-        opcode != call.request.arguments.end() && opcode->is_number_unsigned();
+    const bool hasOpcode = opcode != call.request.arguments.end() && opcode->is_number_unsigned();
     const DWORD number = hasOpcode ? opcode->get<DWORD>() : 0;
     if (hasOpcode) {
         shown["opcode"] = named(opcodeNames, number);

@@ -17,9 +17,13 @@ namespace {
 using Byte = unsigned char;
 
 constexpr int MOST_DRAWS = 20000;
-constexpr std::size_t SHORT = 2;    // names so short that a chance likeness is likely
-constexpr std::size_t TELLING = 3;  // bytes of a name that must not be left together
+constexpr std::size_t SHORT = 2;   // names so short that a chance likeness is likely
+constexpr std::size_t TELLING = 3; // bytes of a name that must not be left together
 constexpr Byte CASE = 0x20;
+
+// Consonants: hardly a part of a name is like a part of a stand-in by chance.
+constexpr std::string_view LETTERS = "bcdfghjklmnprst";
+constexpr std::string_view RARE_LETTERS = "qvwxz";
 
 bool isContinuation(Byte byte) {
     return byte >= 0x80 && byte < 0xC0;
@@ -174,9 +178,9 @@ private:
     Byte draw(Kind kind) {
         switch (kind) {
         case Kind::LETTER:
-            return static_cast<Byte>('a' + pick(20));
+            return static_cast<Byte>(LETTERS[pick(LETTERS.size())]);
         case Kind::RARE_LETTER:
-            return static_cast<Byte>('u' + pick(6));
+            return static_cast<Byte>(RARE_LETTERS[pick(RARE_LETTERS.size())]);
         case Kind::CONTINUATION:
             return static_cast<Byte>(0x80 + pick(0x40));
         default:
@@ -190,15 +194,16 @@ private:
             const std::vector<Kind> kinds = kindsOf(m_names[i].original);
             for (std::size_t k = 0; k < kinds.size(); ++k) {
                 const auto [entry, added] = m_kinds.emplace(m_root[m_begin[i] + k], kinds[k]);
-                if (!added && (kinds[k] == Kind::KEPT || (kinds[k] == Kind::RARE_LETTER &&
-                                                          entry->second == Kind::LETTER))) {
+                if (!added && (kinds[k] == Kind::KEPT ||
+                               (kinds[k] == Kind::RARE_LETTER && entry->second == Kind::LETTER))) {
                     entry->second = kinds[k];
                 }
             }
         }
     }
 
-    // The values that were given before, those of the first names before all others; the rest drawn.
+    // The values that were given before, those of the first names before all others; the rest
+    // drawn.
     void setValues(std::size_t first) {
         std::set<std::size_t> disputed;
         for (std::size_t i = 0; i < m_names.size(); ++i) {
@@ -232,9 +237,9 @@ private:
 };
 
 const StandIns::Name* StandIns::find(const std::string& original) const {
-    const auto found =
-        std::find_if(m_names.begin(), m_names.end(),
-                     [&original](const Name& name) { return name.original == original; });
+    const auto found = std::find_if(m_names.begin(), m_names.end(), [&original](const Name& name) {
+        return name.original == original;
+    });
     return found == m_names.end() ? nullptr : &*found;
 }
 
@@ -254,7 +259,8 @@ bool StandIns::borrow(Name& name) const {
     for (std::size_t i = 0; i < m_first; ++i) {
         const mrl::CharString given = mrl::toUtf16(m_names[i].original);
         const mrl::CharString lent = mrl::toUtf16(m_names[i].standIn);
-        const bool fits = std::all_of(lent.begin(), lent.end(), [](mrl::Char c) { return c <= 0xFF; });
+        const bool fits =
+            std::all_of(lent.begin(), lent.end(), [](mrl::Char c) { return c <= 0xFF; });
         if (m_names[i].original == name.original || !fits || lent.size() != given.size() ||
             !mrl::equalNoCase(trimmed(given), read)) {
             continue;

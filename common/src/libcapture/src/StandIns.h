@@ -14,9 +14,9 @@ namespace capture {
 /// One thread at a time.
 class StandIns {
 public:
-    /// Makes stand-ins for those of `names` (bytes, perhaps UTF-8) that have none yet, together: only
-    /// so can all relations be kept. A stand-in that was given before changes when a later name
-    /// forces that; those of the names learnt first never do.
+    /// Makes stand-ins for those of `names` (bytes, perhaps UTF-8) that have none yet, together:
+    /// only so can all relations be kept. A stand-in that was given before changes when a later
+    /// name forces that; those of the names learnt first never do.
     void learn(const std::vector<std::string>& names);
 
     /// That of a name that was learnt.

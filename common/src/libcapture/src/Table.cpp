@@ -1,5 +1,5 @@
-// The functions of the table: each writes down what is asked, passes the call on or has it answered,
-// and knows which outputs the function has.
+// The functions of the table: each writes down what is asked, passes the call on or has it
+// answered, and knows which outputs the function has.
 #include "Blocks.h"
 #include "Exchange.h"
 
@@ -52,9 +52,8 @@ void put(Target* target, const Value& value) {
 template <typename Pass, typename Apply>
 DWORD served(const char* function, Json arguments, Pass pass, Apply apply) {
     Exchange& exchange = *g_current.load(std::memory_order_acquire);
-    const Answer answer = exchange.serve(
-        {function, std::move(arguments)},
-        [&](const Api& behind) { return pass(behind, exchange); });
+    const Answer answer = exchange.serve({function, std::move(arguments)},
+                                         [&](const Api& behind) { return pass(behind, exchange); });
     if (exchange.replays()) {
         apply(answer, exchange);
     }
@@ -109,8 +108,7 @@ DWORD WINAPI openHandle(DWORD clientVersion, PVOID reserved, DWORD* negotiatedVe
 
 DWORD WINAPI closeHandle(HANDLE clientHandle, PVOID reserved) {
     return served(
-        "WlanCloseHandle",
-        {{"handle", handleName(clientHandle)}, {"reserved", pointer(reserved)}},
+        "WlanCloseHandle", {{"handle", handleName(clientHandle)}, {"reserved", pointer(reserved)}},
         [&](const Api& behind, Exchange&) {
             return Answer{behind.WlanCloseHandle(clientHandle, reserved)};
         },
@@ -253,8 +251,7 @@ DWORD WINAPI reasonCodeToString(DWORD reasonCode, DWORD bufferSize, WCHAR* buffe
         "WlanReasonCodeToString",
         {{"reasonCode", reasonCode}, {"bufferSize", bufferSize}, {"reserved", pointer(reserved)}},
         [&](const Api& behind, Exchange&) {
-            Answer answer{
-                behind.WlanReasonCodeToString(reasonCode, bufferSize, buffer, reserved)};
+            Answer answer{behind.WlanReasonCodeToString(reasonCode, bufferSize, buffer, reserved)};
             if (answer.result == ERROR_SUCCESS) {
                 const mrl::CharView written(buffer, bufferSize);
                 answer.text = mrl::toUtf8(written.substr(0, written.find(mrl::Char(0))));

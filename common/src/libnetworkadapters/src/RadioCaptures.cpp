@@ -29,12 +29,9 @@ Json jsonOf(const DiagDevice& device) {
 }
 
 Json jsonOf(const CapturedCommand& command) {
-    Json run{{"module", command.module},
-             {"version", command.version},
-             {"build", command.build},
-             {"command", command.command},
-             {"tests", command.tests},
-             {"settings", Json::array()}};
+    Json run{{"module", command.module}, {"version", command.version},
+             {"build", command.build},   {"command", command.command},
+             {"tests", command.tests},   {"settings", Json::array()}};
     for (const tesk5::CapturedSetting& setting : command.settings) {
         run["settings"].push_back(
             {{"name", setting.name}, {"value", setting.value}, {"text", setting.isText}});

@@ -44,8 +44,9 @@ public:
     /// Carries out the command line.
     /// \return the process's exit value: 0 when every result is PASS or COMPLETED, else the value
     /// of the worst; 64 for a command line or an input that cannot be used, with nothing run and
-    /// nothing overwritten; 65 when a replay was asked for what its capture does not have; 74 when a part of the output could not be written and no report was
-    /// Failure: exceptions that leave a test function pass through, but for TeskException
+    /// nothing overwritten; 65 when a replay was asked for what its capture does not have; 74 when
+    /// a part of the output could not be written and no report was Failure: exceptions that leave a
+    /// test function pass through, but for TeskException
     static int start();
 
     /// Raises `event` with its variables as they are now.

@@ -1,5 +1,5 @@
-// A clock that moves only when a thread sleeps or when it is moved, so that half a minute of polling
-// takes no time. For replays and tests.
+// A clock that moves only when a thread sleeps or when it is moved, so that half a minute of
+// polling takes no time. For replays and tests.
 #pragma once
 
 #include <mrl/Clock.h>

@@ -73,8 +73,8 @@ ReplayOfFile replayOf(const CommandLine& line) {
     const std::string& file = line.replayed.front();
     const CaptureSupport& support = *moduleInfo().captures;
     try {
-        return {file, support.replay(
-                          mrl::readWholeFile(mrl::System::path(file), support.largestFile))};
+        return {file,
+                support.replay(mrl::readWholeFile(mrl::System::path(file), support.largestFile))};
     } catch (const mrl::FileFailure& failure) {
         refuseFile("INPUT_CAPTURE_UNUSABLE", file, fileReason(failure).text());
     } catch (const UnusableCapture& failure) {
@@ -122,8 +122,7 @@ CommandLine CommandCapture::replayedLine(const CommandLine& line, const RunConte
     for (const std::string& name : captured.tests) {
         const Test* test = context.registry.findTest(TeskString(name));
         if (test != nullptr && test->interactive()) {
-            throw BadInput{
-                message("INPUT_REPLAY_INTERACTIVE", {{"File", m_file}, {"Test", name}})};
+            throw BadInput{message("INPUT_REPLAY_INTERACTIVE", {{"File", m_file}, {"Test", name}})};
         }
         replayed.tests.emplace_back(name);
     }

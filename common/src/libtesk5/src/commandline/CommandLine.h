@@ -40,9 +40,9 @@ struct CommandLine {
     const CommandDescription* helpOn = nullptr; ///< the command to help with; null for all of them
     const ModuleCommand* moduleCommand = nullptr; ///< for Command::ofModule
     std::vector<std::string> moduleArguments;     ///< what follows it besides options
-    std::optional<std::string> captureFile; ///< of --capture
-    bool hideNames = false;                 ///< in the capture
-    std::vector<std::string> replayed;      ///< what follows the command replay
+    std::optional<std::string> captureFile;       ///< of --capture
+    bool hideNames = false;                       ///< in the capture
+    std::vector<std::string> replayed;            ///< what follows the command replay
     bool quiet = false;
     bool check = false;   ///< look at the input and run nothing
     bool fullLog = false; ///< whether a report shows every line of the log
