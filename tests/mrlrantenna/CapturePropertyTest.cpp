@@ -108,7 +108,7 @@ private:
                       .hardware = chance(95) ? 1 : static_cast<std::int32_t>(pick(4))}};
         made.scanDuration = radiosim::Milliseconds(pick(9000));
         made.scanEnd = static_cast<radiosim::ScanEnd>(pick(3));
-        for (std::uint32_t i = pick(14); i > 0; --i) {
+        for (std::uint32_t i = pick(7); i > 0; --i) {
             made.accessPoints.push_back(accessPoint());
         }
         // Without the name that is looked for, the search takes its thirty seconds.

@@ -39,7 +39,7 @@ TEXTS = texts_of("en")
 class Dialog:
     """The open dialog of a running program, with its own display and Wine prefix."""
 
-    def __init__(self, test, scenario=None, dpi=96, language="en"):
+    def __init__(self, test, scenario=None, dpi=96, language="en", options=()):
         self._folder = test.folder
         self._display = Display()
         test.addCleanup(self._display.close)
@@ -58,7 +58,7 @@ class Dialog:
         with open(self._folder / "out.txt", "wb") as out, \
                 open(self._folder / "err.txt", "wb") as err:
             self._program = self._start(EXECUTABLE, "run", "DiversityTest", "--json", "report.json",
-                                        "--language", language,
+                                        "--language", language, *options,
                                         stdin=subprocess.DEVNULL, stdout=out, stderr=err)
         test.addCleanup(stop, self._program)
         self._ask("window", seconds=OPEN_SECONDS + ANSWER_SECONDS)
@@ -185,9 +185,9 @@ class Dialog:
 class DialogTest(ProgramTest):
     """A test that opens the dialog."""
 
-    def open(self, scenario=None, dpi=96, language="en"):
+    def open(self, scenario=None, dpi=96, language="en", options=()):
         """Opens the dialog in a radio environment: a file, or what to write into one."""
-        return Dialog(self, self.scenario_file(scenario), dpi, language)
+        return Dialog(self, self.scenario_file(scenario), dpi, language, options)
 
     def assert_becomes(self, read, expected, seconds=40):
         """Waits until `read()` gives `expected`, or a value for which `expected(value)` holds."""

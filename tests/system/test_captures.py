@@ -5,6 +5,7 @@ import unittest
 import jsonschema
 
 import side_by_side
+from dialog import ID, DialogTest
 from program import (REPLAY_DIFFERS, ROOT, SCENARIOS, VERIFICATION, WRONG_USAGE, ProgramTest,
                      settings)
 
@@ -73,7 +74,7 @@ class Captures(ProgramTest):
     def test_that_differ_or_are_none_end_with_their_exit_values(self):
         self.run_program("list", "--capture", "c.jsonl")
         path = self.folder / "c.jsonl"
-        path.write_text(path.read_text(encoding="utf-8").replace("WlanEnumInterfaces", "WlanScan"),
+        path.write_text(path.read_text(encoding="utf-8").replace("WlanCloseHandle", "WlanScan"),
                         encoding="utf-8")
         run = self.run_program("replay", "c.jsonl")
         self.assertEqual(run.exit, REPLAY_DIFFERS, run)
@@ -85,6 +86,24 @@ class Captures(ProgramTest):
         captured = self.run_program(*RUN, "--capture", "c.jsonl")
         again = self.run_program(*RUN, scenario=self.folder / "c.jsonl")
         self.assertEqual((again.exit, again.err), (captured.exit, captured.err))
+
+
+class OfTheDialog(DialogTest):
+    def test_is_not_replayed_but_opens_the_dialog_in_the_simulator(self):
+        bench = {"interfaces": [{"accessPoints": [
+            {"ssid": "Attic", "signal": 30}, {"ssid": "Bench", "signal": 70}]}]}
+        for scenario, options in ((bench, ("--capture", "c.jsonl")),
+                                  (self.folder / "c.jsonl", ())):
+            dialog = self.open(scenario, options=options)
+            self.assertEqual(dialog.control(ID.NETWORK_COMBO)["entries"], ["Attic", "Bench"])
+            dialog.select(1)
+            self.assert_becomes(lambda shown=dialog: shown.text(ID.SSID), "Bench")
+            self.assertEqual(dialog.strength()[0], 70)
+            dialog.press("Escape")
+            dialog.ended()
+        replayed = self.run_program("replay", "c.jsonl")
+        self.assertEqual(replayed.exit, WRONG_USAGE, replayed)
+        self.assertIn("DiversityTest", replayed.err)
 
 
 if __name__ == "__main__":

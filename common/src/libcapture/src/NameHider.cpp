@@ -70,9 +70,10 @@ std::string toHexForm(const std::string& bytes) {
 }
 
 std::string inCaseOf(std::string text, const std::string& original) {
-    const bool upper =
-        std::any_of(original.begin(), original.end(), [](char c) { return c >= 'A' && c <= 'F'; });
-    if (upper) {
+    // Upper case also without a letter: the system's names for adapters have it.
+    const bool lower =
+        std::any_of(original.begin(), original.end(), [](char c) { return c >= 'a' && c <= 'f'; });
+    if (!lower) {
         std::transform(text.begin(), text.end(), text.begin(),
                        [](char c) { return c >= 'a' && c <= 'f' ? static_cast<char>(c - 32) : c; });
     }
@@ -236,11 +237,21 @@ void NameHider::hideRun(Json& run) {
 
 void NameHider::hideGuids(Call& call) {
     Json& arguments = call.request.arguments;
-    for (const char* key : {"interface", "guid", "text"}) {
-        if (arguments.contains(key) && arguments.at(key).is_string()) {
+    const auto isText = [&arguments](const char* key) {
+        return arguments.contains(key) && arguments.at(key).is_string();
+    };
+    for (const char* key : {"interface", "guid"}) {
+        if (isText(key)) {
+            const auto guid = arguments.at(key).get<std::string>();
+            arguments.at(key) = textOf(hiddenGuid(*nativewifi::parseGuid(mrl::toUtf16(guid))));
+        }
+    }
+    for (const char* key : {"text", "ssid"}) {
+        if (isText(key)) {
             const auto text = arguments.at(key).get<std::string>();
-            m_names.learn(findGuid(text) == std::string::npos ? std::vector<std::string>{text}
-                                                              : std::vector<std::string>());
+            if (findGuid(text) == std::string::npos) {
+                m_names.learn({text});
+            }
             arguments.at(key) = hiddenText(text);
         }
     }

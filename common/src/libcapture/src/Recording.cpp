@@ -113,6 +113,7 @@ private:
 
     Duration now() override { return m_begin + moment(); }
     UtcTime utcNow() override { return m_started + duration_cast<UtcTime::duration>(moment()); }
+    std::chrono::minutes utcOffset(UtcTime time) override { return m_clock.utcOffset(time); }
     void sleep(Duration duration) override {
         m_clock.sleep(duration);
         if (std::this_thread::get_id() == m_owner) {

@@ -116,6 +116,8 @@ public:
 private:
     using Memory = std::unique_ptr<unsigned char[]>;
 
+    // Local time is that of the PC that replays.
+    std::chrono::minutes utcOffset(UtcTime time) override { return m_before.utcOffset(time); }
     // A sleep ends when what was captured in its time has happened.
     void sleep(Duration duration) override {
         mrl::VirtualClock::sleep(duration);
@@ -182,6 +184,7 @@ private:
     std::vector<Memory> m_handles;
     std::map<const void*, std::string> m_handleNames;
     ReplayNotifier m_notifier;
+    mrl::Clock& m_before{mrl::Clock::current()};
     mrl::ScopedClock m_scopedClock;
     ScopedExchange m_inForce;
 };
