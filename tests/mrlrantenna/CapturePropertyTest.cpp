@@ -90,7 +90,7 @@ public:
                                                      "Nord",
                                                      "   Vorne   ",
                                                      "\xE5\xAE\x9E\xE9\xAA\x8C\xE5\xAE\xA4",
-                                                     "Zimmer 12345678901234567890-west"};
+                                                     "Zimmer am Ende des langen Flurs"};
         return all;
     }
 
@@ -232,7 +232,12 @@ std::string namesIn(const std::string& capture) {
         if (!json.contains("call")) {
             continue;
         }
-        names += json.value("shown", mrl::Json::object()).value("list", mrl::Json()).dump();
+        for (const mrl::Json& item :
+             json.value("shown", mrl::Json::object()).value("list", mrl::Json::array())) {
+            for (const char* key : {"ssid", "profile", "description"}) {
+                names += item.value(key, std::string()) + "\n";
+            }
+        }
         const std::string digits = json["output"].value("bytes", std::string());
         for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
             names += static_cast<char>(std::stoi(digits.substr(i, 2), nullptr, 16));
