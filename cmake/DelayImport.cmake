@@ -7,7 +7,13 @@
 
 # mrlr_delay_import(<target> <dll>...) links <target>, and every target that links it, with such an
 # import library for each DLL. Names are in lower case and without ending.
+# With Clang, whose linker does not understand libraries of that kind, they are loaded as usual:
+# that build is for tests.
 function(mrlr_delay_import target)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_link_libraries(${target} PUBLIC ${ARGN})
+        return()
+    endif()
     foreach(name ${ARGN})
         set(library "delayed_${name}")
         if(NOT TARGET ${library})

@@ -10,29 +10,14 @@
 
 namespace {
 
-// Whether the common controls were there when the dialog was made from its template.
-class ProbeDialog final : public CDialog {
-public:
-    bool hadControls = false;
-
-protected:
-    void PreSubclassWindow() override {
-        hadControls = GetModuleHandleW(L"comctl32.dll") != nullptr;
-    }
-};
-
-// A dialog for a window of another process. \return 1 when it has no owner, and 2 more when the
-// common controls were registered before its template was used
+// A dialog for a window of another process. \return 1 when it has no owner, otherwise 0
 int openDialog(const std::wstring& window) {
     CWnd parent;
     parent.Attach(reinterpret_cast<HWND>(std::stoull(window)));
-    ProbeDialog dialog;
-    if (GetModuleHandleW(L"comctl32.dll") != nullptr || !dialog.Create(IDD_TEST, &parent)) {
-        parent.Detach();
-        return 0;
-    }
+    CDialog dialog;
+    const bool made = dialog.Create(IDD_TEST, &parent) != FALSE;
     parent.Detach();
-    return (::GetWindow(dialog, GW_OWNER) == nullptr ? 1 : 0) + (dialog.hadControls ? 2 : 0);
+    return made && ::GetWindow(dialog, GW_OWNER) == nullptr ? 1 : 0;
 }
 
 class Arguments final : public CCommandLineInfo {

@@ -173,7 +173,7 @@ TEST_F(ForcedScan, EndsAtOnceAndSilentlyWhereACallFails) {
 
 TEST_F(ForcedScan, RequestsAdviceWhenAccessIsDenied) {
     WirelessDevice& device = openedSeeing({{.ssid = "Lab"}});
-    for (const DWORD code : {ERROR_BUSY, ERROR_ACCESS_DENIED}) {
+    for (const DWORD code : {DWORD{ERROR_BUSY}, DWORD{ERROR_ACCESS_DENIED}}) {
         radio().addFault({.function = "WlanScan", .nth = 1, .code = code});
         EXPECT_EQ(scan(device, "Lab"), notHeard());
         EXPECT_EQ(adviceRequested(), code == ERROR_ACCESS_DENIED);

@@ -10,7 +10,7 @@ RUN_PACKAGES=(
     wine wine64                                                  # runs the executable
 )
 TEST_PACKAGES=(
-    clang g++ googletest                                         # builds the tests and fuzzers
+    clang lld g++ googletest                                     # builds the tests and fuzzers
     libbenchmark-dev                                             # builds the benchmarks
     xvfb xauth xdotool imagemagick                               # a display, keys and screenshots
     fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages

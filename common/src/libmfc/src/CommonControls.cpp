@@ -3,6 +3,8 @@
 
 #include "CommonControls.h"
 
+#include <cstddef>
+
 namespace {
 
 int toInt(LRESULT result) {
@@ -17,8 +19,9 @@ WPARAM toWParam(int value) {
 TTTOOLINFOW toolInfo(CWnd* window, LPCTSTR text, LPCRECT rectangle, UINT_PTR id) {
     TTTOOLINFOW info{};
     // The size without the last member, which version 5 of the control knows too.
-    info.cbSize = TTTOOLINFOW_V2_SIZE;
-    info.lpszText = const_cast<LPTSTR>(text); // only read
+    info.cbSize = offsetof(TTTOOLINFOW, lpReserved);
+    // Only read. NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
+    info.lpszText = const_cast<LPTSTR>(text);
     if (id == 0) {
         info.uFlags = TTF_IDISHWND;
         info.hwnd = ::GetParent(window->GetSafeHwnd());

@@ -112,7 +112,7 @@ LRESULT WindowIcons::set(WPARAM kind, HICON icon) {
 }
 
 void WindowIcons::fit(UINT dpi) {
-    for (const WPARAM kind : {ICON_SMALL, ICON_BIG}) {
+    for (const WPARAM kind : {WPARAM{ICON_SMALL}, WPARAM{ICON_BIG}}) {
         if (m_icons[kind].given != nullptr) {
             show(kind, dpi);
         }
