@@ -1,6 +1,7 @@
 // CWnd's operations that this slice lacks, and that Windows has functions of the same names for. In
 // a class derived from CWnd they hide those functions: there, the function is written with "::".
 // They are declared so that code which forgets it does not compile here either. Included in CWnd.
+// NOLINTBEGIN(modernize-use-equals-delete): not public in CWnd either
 static void AnimateWindow() = delete;
 static void ArrangeIconicWindows() = delete;
 static void BeginPaint() = delete;
@@ -94,3 +95,4 @@ static void ShowScrollBar() = delete;
 static void ValidateRect() = delete;
 static void ValidateRgn() = delete;
 static void WindowFromPoint() = delete;
+// NOLINTEND(modernize-use-equals-delete)

@@ -85,7 +85,8 @@ namespace afx {
 
 CreationHook::CreationHook(CWnd& object) {
     threadState().creating = &object;
-    // ERROR_NOT_ENOUGH_MEMORY and the like
+    // Fails with ERROR_NOT_ENOUGH_MEMORY and the like. It begins to work here, so the object comes
+    // first. NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer)
     m_hook = SetWindowsHookExW(WH_CBT, creationHook, nullptr, GetCurrentThreadId());
 }
 

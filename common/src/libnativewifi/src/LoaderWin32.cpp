@@ -12,7 +12,8 @@ const mrl::SystemLibrary& wlanLibrary() {
     return library;
 }
 
-// The RPC runtime's own types for texts and GUIDs differ in name only.
+// The RPC runtime's own types for texts and GUIDs differ in name only, and lack a const.
+// NOLINTBEGIN(cppcoreguidelines-pro-type-const-cast)
 RPC_STATUS WINAPI uuidFromString(const mrl::Char* text, GUID* guid) {
     return UuidFromStringW(reinterpret_cast<RPC_WSTR>(const_cast<mrl::Char*>(text)), guid);
 }
@@ -20,6 +21,7 @@ RPC_STATUS WINAPI uuidFromString(const mrl::Char* text, GUID* guid) {
 RPC_STATUS WINAPI uuidToString(const GUID* guid, mrl::Char** text) {
     return UuidToStringW(const_cast<GUID*>(guid), reinterpret_cast<RPC_WSTR*>(text));
 }
+// NOLINTEND(cppcoreguidelines-pro-type-const-cast)
 
 RPC_STATUS WINAPI rpcStringFree(mrl::Char** text) {
     return RpcStringFreeW(reinterpret_cast<RPC_WSTR*>(text));

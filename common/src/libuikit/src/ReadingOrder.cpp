@@ -46,7 +46,11 @@ std::vector<std::wstring> wrapped(HDC dc, const std::wstring& text, LONG width, 
         std::wistringstream words(paragraph);
         std::wstring line;
         for (std::wstring word; std::getline(words, word, L' ');) {
-            const std::wstring longer = line.empty() ? word : line + L' ' + word;
+            std::wstring longer = line;
+            if (!longer.empty()) {
+                longer += L' ';
+            }
+            longer += word;
             RECT used{};
             DrawTextW(dc, longer.c_str(), static_cast<int>(longer.size()), &used,
                       format | DT_CALCRECT);
