@@ -5,8 +5,10 @@ option(MRLR_TRAP_UNDEFINED "Windows: end the program on undefined behaviour; for
 option(MRLR_FUZZERS "Build the fuzzers too; needs clang and a fuzzer among the sanitizers" OFF)
 option(MRLR_WERROR "Treat warnings as errors" ON)
 
-# Assertions of the standard library, in the shipped program too: a diagnostic must stop at a broken
-# invariant rather than report a wrong number.
+# Release with assertions of the standard library: a diagnostic must stop at a broken invariant
+# rather than report a wrong number.
+set(MRLR_OPTIMIZATION "-O2" CACHE STRING "The optimization of a release build")
+set(CMAKE_CXX_FLAGS_RELEASE "${MRLR_OPTIMIZATION} -DNDEBUG")
 add_compile_definitions(_GLIBCXX_ASSERTIONS)
 
 # __FILE__ becomes the path inside the repository, the same on every machine: events carry it to
