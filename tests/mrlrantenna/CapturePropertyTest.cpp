@@ -90,7 +90,7 @@ public:
                                                      "Nord",
                                                      "   Vorne   ",
                                                      "\xE5\xAE\x9E\xE9\xAA\x8C\xE5\xAE\xA4",
-                                                     "Zimmer am Ende des langen Flurs"};
+                                                     "Zimmer-am-Ende-des-langen-Flurs"};
         return all;
     }
 

@@ -196,6 +196,12 @@ TEST_F(Captures, GetTheFoldersThatAreMissing) {
     EXPECT_THAT(test::bytesOfFile(file("a/b/c.jsonl")), HasSubstr("WlanEnumInterfaces"));
 }
 
+// The line of a call with this output.
+std::string answerLine(const std::string& function, const std::string& output) {
+    return R"({"at":0,"thread":1,"call":")" + function +
+           R"(","arguments":{},"result":0,"took":0,"output":{)" + output + "}}\n";
+}
+
 TEST_F(Captures, ThatCannotBeReplayedAreRefused) {
     const std::string head = R"({"capture":1,"started":"2026-11-20T19:55:01.123Z","run":)";
     const std::string run = R"({"module":"mrlrantenna","version":"6.5","build":"1","command":")";
@@ -213,6 +219,19 @@ TEST_F(Captures, ThatCannotBeReplayedAreRefused) {
         {head + run + "watch" + rest + "]}}\n", "made of the command \"watch\""},
         {head + run + "run" + rest + "\"DiversityTest\"]}}\n", "of DiversityTest, in which"},
         {head + run + "run" + rest + "]}}\n{}\n", "line 2: \"at\" is missing"},
+        {head + run + "run" + rest + "]}}\n" +
+             answerLine("WlanEnumInterfaces", "\"block\":\"b1\",\"bytes\":\"0500000000000000\""),
+         "line 2: the block states 5 items and has room for 0"},
+        {head + run + "run" + rest + "]}}\n" +
+             answerLine("WlanGetNetworkBssList", "\"block\":\"b1\",\"bytes\":\"05\""),
+         "line 2: the block is too short for the head of a list"},
+        {head + run + "run" + rest + "]}}\n" +
+             answerLine("WlanQueryInterface", "\"dataSize\":4,\"block\":\"b1\",\"bytes\":\"05\""),
+         "line 2: \"dataSize\" is not the size of the block"},
+        {head + run + "run" + rest + "]}}\n" + answerLine("WlanScan", "\"guid\":\"x\""),
+         "line 2: a GUID of 36 characters was expected"},
+        {head + run + "run" + rest + "]}}\n" + std::string(0x400001, ' ') + "\n",
+         "line 2: the line is too long"},
     };
     for (const auto& [text, reason] : rows) {
         writeCapture(text);

@@ -2,6 +2,8 @@
 // engine that lives; without one the service is not running.
 #include "EngineImpl.h"
 
+#include <capture/Arguments.h>
+
 #include <nativewifi/Guid.h>
 
 #include <mrl/Unicode.h>
@@ -14,15 +16,9 @@ namespace {
 
 using Impl = Engine::Impl;
 using Effects = FaultPlan::Effects;
-
-Json pointer(const void* value) {
-    return value == nullptr ? Json(nullptr) : Json("set");
-}
-
-Json guid(const GUID* value) {
-    return value == nullptr ? Json(nullptr)
-                            : Json(mrl::toUtf8(nativewifi::guidText(*value).view()));
-}
+using capture::guid;
+using capture::pointer;
+using capture::text;
 
 // Each byte as the character of its value: a name need not be UTF-8.
 Json ssid(const DOT11_SSID* value) {
@@ -34,10 +30,6 @@ Json ssid(const DOT11_SSID* value) {
         text.push_back(static_cast<mrl::Char>(value->ucSSID[i]));
     }
     return mrl::toUtf8(text);
-}
-
-Json text(const mrl::Char* value) {
-    return value == nullptr ? Json(nullptr) : Json(mrl::toUtf8(mrl::CharView(value)));
 }
 
 // Runs `work` with the engine. An exception must not pass into a client that knows of none.

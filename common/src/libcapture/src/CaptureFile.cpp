@@ -9,8 +9,8 @@
 #include <mrl/Unicode.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <functional>
 
 namespace capture {
@@ -288,20 +288,26 @@ Step readStep(const Reader& line) {
 // Reads "2026-11-20T19:55:01.123Z", as utcText() writes it.
 system_clock::time_point timeOf(const Reader& value) {
     using namespace std::chrono;
+    constexpr std::string_view FORM = "0000-00-00T00:00:00.000Z";
     const std::string text = value.text();
-    int parts[7] = {};
-    int read = 0;
-    const int found =
-        std::sscanf(text.c_str(), "%4d-%2d-%2dT%2d:%2d:%2d.%3dZ%n", &parts[0], &parts[1], &parts[2],
-                    &parts[3], &parts[4], &parts[5], &parts[6], &read);
-    const year_month_day date{year{parts[0]}, month{static_cast<unsigned>(parts[1])},
-                              day{static_cast<unsigned>(parts[2])}};
-    if (found != 7 || static_cast<std::size_t>(read) != text.size() || !date.ok() ||
-        parts[0] < 1970) {
+    bool fits = text.size() == FORM.size();
+    for (std::size_t i = 0; fits && i < FORM.size(); ++i) {
+        fits = FORM[i] == '0' ? text[i] >= '0' && text[i] <= '9' : text[i] == FORM[i];
+    }
+    const auto number = [&](std::size_t at, std::size_t length) {
+        int found = 0;
+        if (fits) {
+            std::from_chars(text.data() + at, text.data() + at + length, found);
+        }
+        return found;
+    };
+    const year_month_day date{year{number(0, 4)}, month{static_cast<unsigned>(number(5, 2))},
+                              day{static_cast<unsigned>(number(8, 2))}};
+    if (!fits || !date.ok() || date.year() < year{1970}) {
         value.refuse("\"started\" is no time such as 2026-11-20T19:55:01.123Z");
     }
-    return sys_days(date) + hours(parts[3]) + minutes(parts[4]) + seconds(parts[5]) +
-           milliseconds(parts[6]);
+    return sys_days(date) + hours(number(11, 2)) + minutes(number(14, 2)) + seconds(number(17, 2)) +
+           milliseconds(number(20, 3));
 }
 
 void readHeader(const Reader& line, Capture& capture) {

@@ -170,9 +170,7 @@ private:
         const std::lock_guard lock(m_mutex);
         Memory memory(new unsigned char[bytes.size()]);
         std::copy(bytes.begin(), bytes.end(), memory.get());
-        void* const address = memory.get();
-        m_memory[address] = std::move(memory);
-        return address;
+        return m_memory.emplace(memory.get(), std::move(memory)).first->second.get();
     }
 
     mutable std::mutex m_mutex;

@@ -3,7 +3,8 @@
 #include "Blocks.h"
 #include "Exchange.h"
 
-#include <nativewifi/Guid.h>
+#include <capture/Arguments.h>
+
 #include <nativewifi/Ssid.h>
 
 #include <mrl/Unicode.h>
@@ -20,24 +21,11 @@ using nativewifi::Api;
 
 constinit std::atomic<Exchange*> g_current{nullptr};
 
-Json pointer(const void* value) {
-    return value == nullptr ? Json(nullptr) : Json("set");
-}
-
-Json guid(const GUID* value) {
-    return value == nullptr ? Json(nullptr)
-                            : Json(mrl::toUtf8(nativewifi::guidText(*value).view()));
-}
-
 Json ssid(const DOT11_SSID* value) {
     if (value == nullptr) {
         return nullptr;
     }
     return mrl::toUtf8(nativewifi::ssidText(*value).view());
-}
-
-Json text(const mrl::Char* value) {
-    return value == nullptr ? Json(nullptr) : Json(mrl::toUtf8(mrl::CharView(value)));
 }
 
 template <typename Target, typename Value>

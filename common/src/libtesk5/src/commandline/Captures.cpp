@@ -98,7 +98,7 @@ CommandCapture::CommandCapture(const CommandLine& line)
     }
 }
 
-CommandCapture::CommandCapture(ReplayOfFile replay)
+CommandCapture::CommandCapture(ReplayOfFile&& replay)
     : m_file(std::move(replay.file)), m_replay(std::move(replay.replay)) {}
 
 CommandLine CommandCapture::replayedLine(const CommandLine& line, const RunContext& context) const {

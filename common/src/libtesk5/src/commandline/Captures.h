@@ -32,7 +32,7 @@ public:
     /// Checks that the file of --capture can be written; nothing is written yet.
     /// Failure: throws BadInput
     explicit CommandCapture(const CommandLine& line);
-    explicit CommandCapture(ReplayOfFile replay);
+    explicit CommandCapture(ReplayOfFile&& replay);
 
     /// `line`, a replay's, with the command that was captured. Settings that `line` has win over
     /// those captured.
