@@ -4,7 +4,7 @@
     mrl  <-  nativewifi  <-  capture  <-  networkadapters  <-  module
     mrl  <-  tesk5       <-  networkadapters
     mrl  <-  libmfc  <-  libUikit   <-  module's Win32 half
-    mrl, nativewifi, capture  <-  radiosim
+    mrl, nativewifi, capture  <-  radiosim, contract
     mrl  <-  dialogprobe
     inside tesk5:  model <- texts <- devices <- run <- reports, console <- commandline
 
@@ -39,6 +39,7 @@ COMPONENTS = {
     "libmfc": ("common/src/libmfc", ("common/src/libmfc",)),
     "libUikit": ("common/src/libuikit", ("common/src/libuikit",)),
     "radiosim": ("tools/radiosim", ("tools/radiosim",)),
+    "contract": ("tools/contract", ("tools/contract",)),
     "dialogprobe": ("tools/dialogprobe", ("tools/dialogprobe",)),
     "module": ("modules", (MODULE,)),
     "module's Win32 half": (MODULE, (MODULE,)),
@@ -54,6 +55,7 @@ ARROWS = {
     "libmfc": {"mrl"},
     "libUikit": {"mrl", "libmfc"},
     "radiosim": {"mrl", "nativewifi", "capture"},
+    "contract": {"mrl", "nativewifi", "capture"},
     "dialogprobe": {"mrl"},
     "module": {"mrl", "nativewifi", "tesk5", "networkadapters"},
     "module's Win32 half": {"mrl", "nativewifi", "tesk5", "networkadapters", "module", "libmfc",
@@ -83,6 +85,7 @@ NAMES = (
     (re.compile(r"(libmfc/|afx\w*\.h$)"), "libmfc"),
     (re.compile(r"(libUikit|libuikit)/"), "libUikit"),
     (re.compile(r"radiosim/"), "radiosim"),
+    (re.compile(r"contract/"), "contract"),
 )
 
 WIN32_HEADERS = re.compile(
@@ -115,7 +118,7 @@ THIRD_PARTY = (
     (re.compile(r"toml\+\+/"), "toml++",
      re.compile(r"common/src/libtesk5/src/commandline/ConfigFile\.cpp$")),
     (re.compile(r"CLI/"), "CLI",
-     re.compile(r"(common/src/libtesk5/src|tools/radiosim)/")),
+     re.compile(r"(common/src/libtesk5/src|tools/(radiosim|contract))/")),
     (re.compile(r"(gtest|gmock|support|fuzzer)/"), "test code", None),
 )
 

@@ -75,7 +75,8 @@ def version(program):
                          "see mrlrantenna.rc")
 
 
-def _with_windows_line_ends(text):
+def with_windows_line_ends(text):
+    """The bytes of a text for Windows, UTF-8."""
     return text.replace("\r\n", "\n").replace("\n", "\r\n").encode("utf-8")
 
 
@@ -101,7 +102,8 @@ def _built_files(dist):
     return files
 
 
-def _origin_line(made_of):
+def origin_line(made_of):
+    """Which commit a package is of, as a sentence."""
     if made_of.commit is None:
         return "From a source tree without its history; not a release."
     line = f"From commit {made_of.commit[:12]} of {made_of.time:%Y-%m-%d}"
@@ -130,15 +132,15 @@ def contents(build, made_of):
         (ROOT / "cmake" / "HeaderOnlyLibraries.cmake").read_text(encoding="utf-8"),
         map_file.read_text(encoding="utf-8", errors="replace"))
     for component in in_program:
-        files[f"licences/{component['notice']}"] = _with_windows_line_ends(
+        files[f"licences/{component['notice']}"] = with_windows_line_ends(
             components.notice(component))
-    files[SCRIPT] = _with_windows_line_ends(
+    files[SCRIPT] = with_windows_line_ends(
         (components.FOLDER / SCRIPT).read_text(encoding="ascii"))
-    files["LICENSE.txt"] = _with_windows_line_ends((ROOT / "LICENSE").read_text(encoding="utf-8"))
+    files["LICENSE.txt"] = with_windows_line_ends((ROOT / "LICENSE").read_text(encoding="utf-8"))
     title = f"{number} build {build_number}"
     readme = (components.FOLDER / "README.txt").read_text(encoding="utf-8")
-    files["README.txt"] = _with_windows_line_ends(readme.format(
-        version=title, underline="=" * len(f"mrlrantenna {title}"), origin=_origin_line(made_of)))
+    files["README.txt"] = with_windows_line_ends(readme.format(
+        version=title, underline="=" * len(f"mrlrantenna {title}"), origin=origin_line(made_of)))
 
     versions = components.debian_versions(
         {component["package"] for component in in_program} | set(sbom.BUILD_TOOLS))
@@ -160,14 +162,11 @@ def packed(folder, files, time):
     return stream.getvalue()
 
 
-def main(arguments):
-    if len(arguments) != 2:
-        print("usage: make_package.py BUILD_FOLDER OUTPUT_FOLDER", file=sys.stderr)
-        return WRONG_USAGE
-    build, output = (pathlib.Path(argument) for argument in arguments)
+def make(output, contents_of):
+    """Writes the zip of what `contents_of(origin)` gives into `output`; returns the exit value."""
     try:
         made_of = origin(ROOT)
-        name, files = contents(build, made_of)
+        name, files = contents_of(made_of)
     except PackagingError as error:
         print(f"package: {error}.", file=sys.stderr)
         return WRONG_USAGE
@@ -183,6 +182,14 @@ def main(arguments):
     print(f"{package}: {len(files)} files, {len(data)} bytes, "
           f"SHA-256 {hashlib.sha256(data).hexdigest()}")
     return 0
+
+
+def main(arguments):
+    if len(arguments) != 2:
+        print("usage: make_package.py BUILD_FOLDER OUTPUT_FOLDER", file=sys.stderr)
+        return WRONG_USAGE
+    build, output = (pathlib.Path(argument) for argument in arguments)
+    return make(output, lambda made_of: contents(build, made_of))
 
 
 if __name__ == "__main__":

@@ -1,0 +1,9 @@
+#include "Machine.h"
+
+namespace contract {
+
+mrl::Json machine() {
+    return mrl::Json::object();
+}
+
+} // namespace contract

@@ -1,0 +1,188 @@
+// The radio: its states, and what the other functions return while it is off.
+#include "Session.h"
+
+#include <mrl/OutputStream.h>
+
+#include <vector>
+
+using nativewifi::api;
+
+namespace contract {
+
+namespace {
+
+constexpr DWORD MSM_RADIO_STATE_CHANGE = 7;
+
+// Switches those PHYs off that are on, and on again when it ends.
+class RadioOff {
+public:
+    explicit RadioOff(const Session& session, const WLAN_RADIO_STATE& before) : m_session(session) {
+        mrl::cout << "  the radio is switched off ..." << mrl::endl;
+        for (DWORD i = 0; i < before.dwNumberOfPhys; ++i) {
+            const WLAN_PHY_RADIO_STATE& phy = before.PhyRadioState[i];
+            if (phy.dot11SoftwareRadioState == dot11_radio_state_on &&
+                phy.dot11HardwareRadioState != dot11_radio_state_off) {
+                m_switched.push_back(phy.dwPhyIndex);
+                m_result = set(phy.dwPhyIndex, dot11_radio_state_off);
+            }
+        }
+    }
+    RadioOff(const RadioOff&) = delete;
+    RadioOff& operator=(const RadioOff&) = delete;
+    ~RadioOff() {
+        for (const DWORD phy : m_switched) {
+            if (const DWORD result = set(phy, dot11_radio_state_on); result != ERROR_SUCCESS) {
+                mrl::cerr << "contract: the radio could not be switched on again (error "
+                          << std::to_string(result) << "); do so in the settings of Windows"
+                          << mrl::endl;
+            }
+        }
+        mrl::cout << "  the radio is switched on again" << mrl::endl;
+    }
+
+    DWORD result() const { return m_result; }
+
+private:
+    DWORD set(DWORD phy, DOT11_RADIO_STATE software) const {
+        WLAN_PHY_RADIO_STATE state{phy, software, dot11_radio_state_unknown};
+        return api().WlanSetInterface(m_session.handle(), m_session.guid(),
+                                      wlan_intf_opcode_radio_state, sizeof state, &state, nullptr);
+    }
+
+    const Session& m_session;
+    std::vector<DWORD> m_switched;
+    DWORD m_result = ERROR_SUCCESS;
+};
+
+bool isOff(const Session& session) {
+    const std::optional<WLAN_RADIO_STATE> state = session.radio();
+    return state && !anyPhyOn(*state);
+}
+
+// Calls `look` while the radio is off: as it is found, or switched off with leave.
+template <typename Look>
+Finding whileOff(Session& session, Look look) {
+    const std::optional<WLAN_RADIO_STATE> state = session.radio();
+    if (!state) {
+        return notObservable({{"reason", "the interface does not give the state of its radio"}});
+    }
+    if (!anyPhyOn(*state)) {
+        return look();
+    }
+    if (!session.options().radio) {
+        return notObservable({{"reason", "needs --radio, or a radio that is off"}});
+    }
+    const RadioOff off(session, *state);
+    if (!session.wait(session.options().switchLimit, [&] { return isOff(session); })) {
+        return notObservable({{"set", off.result()}, {"reason", "the radio stayed on"}});
+    }
+    return look();
+}
+
+Finding physAreCounted(Session& session) {
+    DWORD size = 0;
+    PVOID data = nullptr;
+    const DWORD result = session.query(wlan_intf_opcode_radio_state, &size, &data);
+    nativewifi::WlanMemory<WLAN_RADIO_STATE> state;
+    *out(state) = static_cast<WLAN_RADIO_STATE*>(data);
+    if (result != ERROR_SUCCESS || !state || size < sizeof(DWORD)) {
+        return notObservable({{"result", result}});
+    }
+    return judge(state->dwNumberOfPhys >= 1 && state->dwNumberOfPhys <= WLAN_MAX_PHY_INDEX,
+                 {{"phys", state->dwNumberOfPhys}});
+}
+
+Finding switchingShows(Session& session) {
+    const std::optional<WLAN_RADIO_STATE> before = session.radio();
+    if (!before || !anyPhyOn(*before) || !session.options().radio) {
+        return notObservable({{"reason", "needs --radio and a radio that is on"}});
+    }
+    DWORD set = ERROR_SUCCESS;
+    bool wentOff = false;
+    {
+        const RadioOff off(session, *before);
+        set = off.result();
+        wentOff = session.wait(session.options().switchLimit, [&] { return isOff(session); });
+    }
+    const bool cameBack =
+        session.wait(session.options().switchLimit, [&] { return !isOff(session); });
+    return judge(set == ERROR_SUCCESS && wentOff && cameBack,
+                 {{"set", set}, {"off", wentOff}, {"onAgain", cameBack}});
+}
+
+Finding switchingIsNotified(Session& session) {
+    const std::optional<WLAN_RADIO_STATE> before = session.radio();
+    if (!before || !anyPhyOn(*before) || !session.options().radio) {
+        return notObservable({{"reason", "needs --radio and a radio that is on"}});
+    }
+    const Listener listener(*session.guid());
+    bool notified = false;
+    {
+        const RadioOff off(session, *before);
+        notified = session.wait(session.options().switchLimit, [&] {
+            return listener.first(WLAN_NOTIFICATION_SOURCE_MSM, {MSM_RADIO_STATE_CHANGE})
+                .has_value();
+        });
+    }
+    return judge(notified, {{"notifications", listener.all()}});
+}
+
+Finding listWhileOff(Session& session) {
+    return whileOff(session, [&] {
+        nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
+        const DWORD result = session.networks(out(list));
+        return judge(result == static_cast<DWORD>(ERROR_NDIS_DOT11_POWER_STATE_INVALID),
+                     {{"result", result}});
+    });
+}
+
+Finding bssListWhileOff(Session& session) {
+    return whileOff(session, [&] {
+        nativewifi::WlanMemory<WLAN_BSS_LIST> list;
+        const DWORD result = session.stations(out(list));
+        return judge(result == static_cast<DWORD>(ERROR_NDIS_DOT11_POWER_STATE_INVALID),
+                     {{"result", result}});
+    });
+}
+
+Finding scanWhileOff(Session& session) {
+    return whileOff(session, [&] {
+        const DWORD result = session.scan(); // refused, so that nothing more is switched
+        return judge(result == static_cast<DWORD>(ERROR_NDIS_DOT11_POWER_STATE_INVALID),
+                     {{"result", result}});
+    });
+}
+
+Finding connectionWhileOff(Session& session) {
+    return whileOff(session, [&] {
+        const DWORD result = session.resultOf(wlan_intf_opcode_current_connection);
+        return judge(result == ERROR_INVALID_STATE, {{"result", result}});
+    });
+}
+
+} // namespace
+
+std::vector<Check> radioChecks() {
+    return {
+        {"radio.phys", "The state of the radio names 1 to 64 PHYs.", Need::ADAPTER,
+         Switches::NOTHING, &physAreCounted},
+        {"radio.switch", "The radio can be switched off and on, and its state then says so.",
+         Need::ADAPTER, Switches::RADIO, &switchingShows},
+        {"radio.notification",
+         "Switching the radio is notified with code 7 of the media-specific source.", Need::ADAPTER,
+         Switches::RADIO, &switchingIsNotified},
+        {"radio.off-list",
+         "With the radio off, WlanGetAvailableNetworkList returns error 0x80342002.", Need::ADAPTER,
+         Switches::RADIO, &listWhileOff},
+        {"radio.off-bss-list",
+         "With the radio off, WlanGetNetworkBssList returns error 0x80342002.", Need::ADAPTER,
+         Switches::RADIO, &bssListWhileOff},
+        {"radio.off-scan", "With the radio off, WlanScan returns error 0x80342002.", Need::ADAPTER,
+         Switches::RADIO, &scanWhileOff},
+        {"radio.off-connection",
+         "With the radio off, current_connection is refused with error 5023.", Need::ADAPTER,
+         Switches::RADIO, &connectionWhileOff},
+    };
+}
+
+} // namespace contract
