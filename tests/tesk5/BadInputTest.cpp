@@ -65,7 +65,10 @@ TEST_F(BadInputs, AreRefusedWithWhatIsWrongAndWhatToDo) {
         {{"rn"},
          "there is no command \"rn\", the nearest is \"run\"; the commands are list, run, doctor, "
          "echo and bare"},
-        {{"zzz"}, "there is no command \"zzz\"; the commands are list, run, doctor, echo and bare"},
+        {{"zzz"},
+         "there is no command \"zzz\"; the commands are list, run, doctor, echo and bare; for a "
+         "test "
+         "of this name, write run zzz"},
         {{"/set", "SSID=Lab"},
          "there is no option \"/set\", the nearest is \"--set\"; --help shows what there is"},
         {{"run", "\xE2\x80\x93set", "SSID=Lab"},
@@ -91,9 +94,13 @@ TEST_F(BadInputs, AreRefusedWithWhatIsWrongAndWhatToDo) {
         {{"--", "run"}, "there is no option \"--\"; --help shows what there is"},
         {{"-h=1"}, "--help takes no value; leave \"=1\" out"},
         {{"--version", "garbage"},
-         "there is no command \"garbage\"; the commands are list, run, doctor, echo and bare"},
+         "there is no command \"garbage\"; the commands are list, run, doctor, echo and bare; for "
+         "a "
+         "test of this name, write run garbage"},
         {{"--help", "garbage"},
-         "there is no command \"garbage\"; the commands are list, run, doctor, echo and bare"},
+         "there is no command \"garbage\"; the commands are list, run, doctor, echo and bare; for "
+         "a "
+         "test of this name, write run garbage"},
         {{"--help", "--nonsense"}, "there is no option \"--nonsense\"; --help shows what there is"},
         {{"run", "--set"},
          "--set needs NAME=VALUE, as in --set SSID=Lab --set WarningSignalStrength=40"},

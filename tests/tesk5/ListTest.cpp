@@ -34,7 +34,7 @@ TEST_F(List, ShowsTestsDevicesAndWhatWouldRunWhere) {
     not with:     WirelessWAN, Bus = USB
   Signal
     capabilities: Wireless
-    parameter:    SSID (string, optional)
+    parameter:    SSID (string)
     parameter:    Limit (uint32, required, several values, default "30")
   Once
     capabilities: Wireless

@@ -23,8 +23,10 @@ std::string conditionText(const Test::PropertyCondition& condition) {
 }
 
 std::string described(const Parameter& parameter) {
-    std::vector<std::string> details = {
-        parameter.type().name(), message(parameter.optional() ? "LIST_OPTIONAL" : "LIST_REQUIRED")};
+    std::vector<std::string> details = {parameter.type().name()};
+    if (!parameter.optional()) {
+        details.push_back(message("LIST_REQUIRED"));
+    }
     if (parameter.multiValued()) {
         details.push_back(message("LIST_SEVERAL_VALUES"));
     }
