@@ -262,6 +262,49 @@ class Unpacked(PackageTest):
         self.assertIn("resources/tesk5/texts/nl.json: missing: ", run.stdout)
 
 
+class StartScript(PackageTest):
+    """mrlrantenna.cmd, under Wine's command interpreter."""
+
+    # What stands in a batch file, and the names of tests that the program then gets. Wine's
+    # interpreter, unlike that of Windows, reads percent signs of a script's arguments once more.
+    NAMES = (('"a b"', "a b"), ('"a & b"', "a & b"), ('"a&b|c<d>e"', "a&b|c<d>e"),
+             ('"x^y"', "x^y"), ("p!q", "p!q"), ('"p!q! (z)"', "p!q! (z)"), ("a=b,c;d", "a=b,c;d"),
+             ('"5%%%% of %%%%PATH%%%%"', "5% of %PATH%"), (r'"a\"b"', 'a"b'), (r"a\"b", 'a"b'),
+             (r'"end\\"', "end\\"), ("'q'", "'q'"))
+
+    def setUp(self):
+        super().setUp()
+        self.tree = self.unpack(self.folder / "it's here & (there) ^!")
+
+    def by_batch_file(self, line):
+        (self.tree / "start.cmd").write_text(f"@{line}\n", newline="\r\n")
+        self.executable = self.tree / "start.cmd"
+        return self.run_program(RADIOSIM_TRACE=os.devnull)
+
+    def test_passes_every_argument_on(self):
+        for typed, name in self.NAMES:
+            with self.subTest(typed):
+                run = self.by_batch_file(f'"%~dp0mrlrantenna.cmd" run {typed}')
+                self.assertEqual(run.exit, WRONG_USAGE, run)
+                self.assertIn(f'"{name}"', run.err)
+
+    def test_ends_with_the_programs_value(self):
+        for arguments, value in (("--version", 0), ("run", RESULTS["BADPARAMS"]),
+                                 ("run DiversityTest --device none", RESULTS["CANNOTRUN"]),
+                                 ("nonsense", WRONG_USAGE)):
+            with self.subTest(arguments):
+                self.assertEqual(
+                    self.by_batch_file(f'"%~dp0mrlrantenna" {arguments}').exit, value)
+        run = self.by_batch_file('if 1==1 call "%~dp0mrlrantenna.cmd" run\n'
+                                 "@echo value %ERRORLEVEL%")
+        self.assertIn(f"value {RESULTS['BADPARAMS']}", run.out)
+
+    def test_is_the_name_that_help_shows(self):
+        run = self.by_batch_file('"%~dp0mrlrantenna" --help')
+        self.assertIn("\n  mrlrantenna run [TEST...] [OPTIONS]\n", run.out)
+        self.assertNotIn("mrlrantenna.k5x", run.out)
+
+
 class Pages(PackageTest):
     """The pages of docs/ in a real browser. Screenshots are written to build/screenshots."""
 

@@ -1,17 +1,20 @@
-"""What a person at a terminal sees while a test runs; test_reports checks that a pipe gets none."""
+"""What a person at a terminal sees: while a test runs (test_reports checks that a pipe gets none of
+it), and after a start by double click."""
 import os
+import pathlib
 import shlex
+import shutil
 import subprocess
 import time
 import unittest
 
-from program import EXECUTABLE, LIMIT_SECONDS, ProgramTest, environment, settings
+from program import DIST, EXECUTABLE, LIMIT_SECONDS, ROOT, ProgramTest, environment, settings
 
 COLUMNS, ROWS = 100, 20
 NARROW_COLUMNS = 42
 
 
-class LiveLine(ProgramTest):
+class TerminalTest(ProgramTest):
     def tmux(self, *arguments):
         return subprocess.run(["tmux", "-S", str(self.folder / "terminal"), *arguments],
                               cwd=self.folder, env=environment(TERM="xterm-256color"), check=True,
@@ -29,12 +32,18 @@ class LiveLine(ProgramTest):
             time.sleep(0.1)
         return seen
 
-    def run_in_terminal(self, columns):
-        command = ["wine", EXECUTABLE, "run", *settings(SSID="Lab", FailingSignalStrength=20)]
+    def start_in_terminal(self, columns, *command, redirected=""):
         # The shell keeps the screen open after the program has ended.
         self.tmux("-f", os.devnull, "new-session", "-d", "-x", str(columns), "-y", str(ROWS),
-                  f"{shlex.join(map(str, command))}; echo ended with $?; sleep {LIMIT_SECONDS}")
+                  f"{shlex.join(map(str, command))} {redirected}; echo ended with $?; "
+                  f"sleep {LIMIT_SECONDS}")
         self.addCleanup(self.tmux, "kill-server")
+
+
+class LiveLine(TerminalTest):
+    def run_in_terminal(self, columns):
+        self.start_in_terminal(columns, "wine", EXECUTABLE, "run",
+                               *settings(SSID="Lab", FailingSignalStrength=20))
 
     def test_shows_the_activity_and_disappears_with_the_verdict(self):
         self.run_in_terminal(COLUMNS)
@@ -64,6 +73,51 @@ class LiveLine(ProgramTest):
                          r"mrlrantenna: ended by Ctrl\+C: no report\n"
                          r"was written\n"
                          r"ended with 6\n")
+
+
+class DoubleClick(TerminalTest):
+    """A console that closes with the program, as Explorer gives it one."""
+
+    CMD = r"C:\windows\system32\cmd.exe"
+
+    def script(self):
+        """The package's start script, beside the program."""
+        tree = self.folder / "unpacked here"
+        shutil.copytree(DIST, tree)
+        return shutil.copy(ROOT / "tools" / "package" / "mrlrantenna.cmd", tree)
+
+    def waits_and_ends(self, name):
+        screen = self.screens_until("Press Enter")[-1]
+        self.assertIn(f"  {name} doctor\n\nPress Enter to close this window.\n", screen)
+        self.assertNotIn("\nended with", screen)
+        self.tmux("send-keys", "Enter")
+        self.screens_until("\nended with 0")
+
+    def test_shows_the_help_and_waits(self):
+        self.start_in_terminal(COLUMNS, "wine", EXECUTABLE)
+        self.waits_and_ends("mrlrantenna.k5x")
+
+    def test_on_the_script_shows_the_help_and_waits(self):
+        self.start_in_terminal(COLUMNS, "wine", self.CMD, "/c",
+                               "Z:" + str(self.script()).replace("/", "\\"))
+        self.waits_and_ends("mrlrantenna")
+
+    def test_is_not_what_a_prompt_does(self):
+        folder = pathlib.PurePath(self.script()).parent
+        self.tmux("-f", os.devnull, "new-session", "-d", "-x", str(COLUMNS), "-y", "60",
+                  "-c", folder, shlex.join(["wine", self.CMD]))
+        self.addCleanup(self.tmux, "kill-server")
+        self.screens_until(">")
+        self.tmux("send-keys", "mrlrantenna", "Enter")
+        screen = self.screens_until("Devices")[-1]
+        self.assertNotIn("Press Enter", screen)
+        self.tmux("send-keys", "echo still here", "Enter")
+        self.screens_until("\nstill here")
+
+    def test_is_not_what_a_host_with_a_pipe_does(self):
+        os.mkfifo(self.folder / "pipe")
+        self.start_in_terminal(COLUMNS, "wine", EXECUTABLE, redirected="<> pipe")
+        self.assertNotIn("Press Enter", self.screens_until("ended with 0")[-1])
 
 
 if __name__ == "__main__":

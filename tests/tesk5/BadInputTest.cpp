@@ -91,6 +91,9 @@ TEST_F(BadInputs, AreRefusedWithWhatIsWrongAndWhatToDo) {
         {{"run", "--device", ""}, "--device needs TEXT, as in --device intel"},
         {{"run", "--json", " "}, "--json needs FILE, as in --json report.json"},
         {{"run", "--log= \t"}, "--log needs FILE, as in --log antenna.log"},
+        {{"run", "--json", "a\xFF"},
+         "\"a\xEF\xBF\xBD\" has a character that is no valid Unicode; give it without that "
+         "character"},
         {{"--", "run"}, "there is no option \"--\"; --help shows what there is"},
         {{"-h=1"}, "--help takes no value; leave \"=1\" out"},
         {{"--version", "garbage"},

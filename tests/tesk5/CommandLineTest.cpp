@@ -8,6 +8,11 @@
 #include <mrl/Logger.h>
 #include <mrl/LoggerStream.h>
 
+#include <array>
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
 namespace test {
 
 namespace {
@@ -106,6 +111,19 @@ TEST_F(Start, HelpNamesEveryCommandOptionAndExitValue) {
     }
 }
 
+TEST_F(Start, ByADoubleClickShowsTheHelpAndHowToGoOn) {
+    tesk5::RunContext& context = tesk5::RunContext::current();
+    context.program = "example.k5x";
+    context.windowCloses = true;
+    EXPECT_EQ(tesk5::runProgram(context), 0);
+    const std::string shown = output();
+    EXPECT_THAT(shown, testing::EndsWith("for example:\n  example.k5x doctor\n\n"
+                                         "Press Enter to close this window.\n"));
+    forgetOutput();
+    EXPECT_EQ(start({"--help"}), 0);
+    EXPECT_THAT(shown, testing::StartsWith(output()));
+}
+
 TEST_F(Start, HelpOnACommandShowsItsOptionsWithExamples) {
     for (const auto& arguments : std::vector<std::vector<std::string>>{
              {"run", "--help"}, {"--help", "run"}, {"run", "Signal", "-h"}}) {
@@ -127,25 +145,34 @@ TEST_F(Start, HelpOnACommandShowsItsOptionsWithExamples) {
     EXPECT_THAT(output(), Not(HasSubstr("\n  --json")));
 }
 
-#ifndef _WIN32 // Windows has no device that is always full.
+#ifndef _WIN32 // Windows has no device that is always full, and no files that are pipes.
 
 TEST_F(Start, HasAnExitValueForLostOutputUnlessAReportHasTheVerdict) {
     registerTest("A", TestResult::WARN());
-    const auto exitValue = [this](const std::vector<std::string>& arguments, const char* output) {
+    const auto exitValue = [this](const std::vector<std::string>& arguments,
+                                  const std::string& output, int readingEnd = -1) {
         const StreamToFile redirected(stdout, output);
+        close(readingEnd);
         mrl::OutputStream stream(mrl::OutputStream::Target::standardOutput);
         tesk5::RunContext context(registry(), tesk5::Language::current(), stream);
         context.arguments = {"--devices", file("devices.json")};
         context.arguments.insert(context.arguments.end(), arguments.begin(), arguments.end());
         const tesk5::RunContext::Scope scope(context);
-        return tesk5::runProgram(context);
+        return DiagModule::start();
     };
-    const char* const full = "/dev/full";
+    const std::string full = "/dev/full";
     EXPECT_EQ(exitValue({"run"}, full), 74);
     EXPECT_EQ(exitValue({"run", "--events"}, full), 74);
     EXPECT_EQ(exitValue({"run", "--json", file("report.json")}, full), 1);
     EXPECT_EQ(exitValue({"list"}, full), 74);
     EXPECT_EQ(exitValue({"doctor"}, full), 74);
+    for (const char* command : {"run", "--help"}) {
+        std::array<int, 2> ends = {};
+        ASSERT_EQ(pipe(ends.data()), 0);
+        EXPECT_EQ(exitValue({command}, "/dev/fd/" + std::to_string(ends[1]), ends[0]), 74)
+            << "a pipe without a reader";
+        close(ends[1]);
+    }
     EXPECT_EQ(exitValue({"run"}, "/dev/null"), 1);
     EXPECT_EQ(exitValue({"list"}, "/dev/null"), 0);
 }

@@ -256,6 +256,8 @@ TEST_F(Doctor, LooksAtParametersThatAreGivenAndACheckAtWhatARunNeeds) {
     EXPECT_EQ(output(), "problem: Something happened.\nProblems found: 1; exit value 3\n");
     EXPECT_THAT(filesThere(), ElementsAre("devices.json")) << "nothing was run";
     EXPECT_EQ(start({"run", "--check", "--set", "Nope=1"}), 64);
+    registerTest("WithoutParameters", TestResult::PASS());
+    EXPECT_EQ(start({"run", "WithoutParameters", "--check"}), 0);
 }
 
 } // namespace

@@ -62,6 +62,7 @@ public:
     std::string program;                ///< file name of the program, as typed
     std::vector<std::string> arguments; ///< what follows it
     ModuleVersion version;
+    bool windowCloses = false; ///< started by a double click: the console ends with the program
     void (*initialize)() = nullptr; ///< the module's initialisation callback
 
     StopRequest stopRequest;                  ///< ends the run and what a test does

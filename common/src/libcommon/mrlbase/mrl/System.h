@@ -47,6 +47,19 @@ public:
     /// does.
     /// Platform: OpenProcess; kill with signal 0
     static bool processRuns(Uint32 id);
+
+    /// From now on, writing to a pipe without a reader fails instead of ending the process.
+    /// Platform: signal(SIGPIPE); on Windows it is so anyway
+    static void surviveClosedPipes();
+
+    /// Whether standard input and standard output are a console that no more than `processes`
+    /// processes use, this one included: its window closes when they end.
+    /// Platform: GetConsoleMode, GetConsoleProcessList; elsewhere never
+    static bool ownsConsole(std::size_t processes);
+
+    /// Blocks until standard input has a whole line, or ends.
+    /// Platform: the runtime library
+    static void waitForLine();
 };
 
 } // namespace mrl

@@ -4,6 +4,7 @@
 #include <mrl/Unicode.h>
 
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 
 namespace mrl {
@@ -30,6 +31,12 @@ std::filesystem::path System::path(std::string_view utf8) {
 #else
     return std::filesystem::path(utf8);
 #endif
+}
+
+void System::waitForLine() {
+    for (int character = 0; character != '\n' && character != EOF;) {
+        character = std::getchar();
+    }
 }
 
 } // namespace mrl

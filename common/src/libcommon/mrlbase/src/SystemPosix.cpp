@@ -29,6 +29,15 @@ bool System::processRuns(Uint32 id) {
     return kill(static_cast<pid_t>(id), 0) == 0 || errno != ESRCH;
 }
 
+void System::surviveClosedPipes() {
+    signal(SIGPIPE, SIG_IGN); // SIG_ERR for a signal that cannot be ignored
+}
+
+// A terminal stays open after the programs in it.
+bool System::ownsConsole(std::size_t /*processes*/) {
+    return false;
+}
+
 std::vector<std::string> System::interfaceLanguages() {
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         const char* value = std::getenv(name);

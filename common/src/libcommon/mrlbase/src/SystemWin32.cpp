@@ -59,6 +59,21 @@ bool System::processRuns(Uint32 id) {
     return ended != WAIT_OBJECT_0;
 }
 
+void System::surviveClosedPipes() {}
+
+bool System::ownsConsole(std::size_t processes) {
+    for (const DWORD stream : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE}) {
+        DWORD mode = 0;
+        if (GetConsoleMode(GetStdHandle(stream), &mode) == 0) {
+            return false; // a pipe, a file, or nothing
+        }
+    }
+    DWORD first = 0;
+    // The number of all, also when the list has no room for them; 0 on failure.
+    const DWORD users = GetConsoleProcessList(&first, 1);
+    return users != 0 && users <= processes;
+}
+
 std::vector<std::string> System::interfaceLanguages() {
     ULONG count = 0;
     ULONG length = 0;

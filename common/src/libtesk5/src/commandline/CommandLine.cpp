@@ -294,6 +294,18 @@ void applyOption(const OptionDescription& option, const ParsedArguments& parsed,
     }
 }
 
+// A lone surrogate of Windows' command line, or ill-formed UTF-8: what was meant is lost, and a
+// file of another name would be written.
+void refuseIllFormed(const std::vector<std::string>& arguments) {
+    constexpr std::string_view REPLACEMENT = "\xEF\xBF\xBD";
+    for (const std::string& argument : arguments) {
+        const std::string wellFormed = mrl::toUtf8(mrl::toUtf16(argument));
+        if (wellFormed.find(REPLACEMENT) != std::string::npos) {
+            throw BadInput{message("INPUT_ARGUMENT_ILL_FORMED", {{"Argument", wellFormed}})};
+        }
+    }
+}
+
 } // namespace
 
 std::optional<std::string> languageAskedFor(const std::vector<std::string>& arguments) {
@@ -311,6 +323,7 @@ std::optional<std::string> languageAskedFor(const std::vector<std::string>& argu
 }
 
 CommandLine parseCommandLine(const std::vector<std::string>& given) {
+    refuseIllFormed(given);
     const std::vector<std::string> arguments = withPlainCommand(given);
     refuseMisplacedValues(arguments);
     const ParsedArguments parsed(arguments);

@@ -1,5 +1,6 @@
 #include <tesk5/DiagModule.h>
 
+#include <tesk5/ModuleInfo.h>
 #include <tesk5/RunContext.h>
 #include <tesk5/TestRecorder.h>
 #include <tesk5/Texts.h>
@@ -7,6 +8,8 @@
 #include "commandline/Program.h"
 
 #include <mrl/System.h>
+
+#include <cstdlib>
 
 namespace tesk5 {
 
@@ -23,6 +26,18 @@ Object* create(std::deque<Object>& objects, const Object* known, const char* kin
     Object& object = objects.emplace_back(name, std::forward<Rest>(rest)...);
     RunContext::current().registry.order.push_back(name);
     return &object;
+}
+
+// How the script that starts the module for people says that it did: "closes" when its window
+// closes at its end, which is after the module's. Null without that script.
+const char* startScript() {
+    return std::getenv("MRLR_START_SCRIPT");
+}
+
+bool windowCloses() {
+    const char* const script = startScript();
+    const bool withScript = script != nullptr && std::string_view(script) == "closes";
+    return mrl::System::ownsConsole(withScript ? 2 : 1);
 }
 
 void raise(const Event* event, Severity severity, const TeskString& sourceFile, int line) {
@@ -73,6 +88,9 @@ void DiagModule::setCmdLineArgs(int argc, const char** argv) {
         const std::u8string name = mrl::System::path(argv[0]).filename().u8string();
         context.program.assign(name.begin(), name.end());
     }
+    if (startScript() != nullptr) {
+        context.program = moduleInfo().name; // as typed: the script has the module's name
+    }
     for (int i = 1; i < argc && argv[i] != nullptr; ++i) {
         context.arguments.emplace_back(argv[i]);
     }
@@ -87,7 +105,15 @@ void DiagModule::setModuleInitCallback(void (*callback)()) {
 }
 
 int DiagModule::start() {
-    return runProgram(RunContext::current());
+    mrl::System::surviveClosedPipes();
+    RunContext& context = RunContext::current();
+    context.windowCloses =
+        context.arguments.empty() && context.output.isTerminal() && windowCloses();
+    const int value = runProgram(context);
+    if (context.windowCloses) {
+        mrl::System::waitForLine();
+    }
+    return value;
 }
 
 void DiagModule::warning(Event* event, const TeskString& sourceFile, int line) {

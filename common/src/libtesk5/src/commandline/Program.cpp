@@ -247,7 +247,11 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
     const std::vector<std::string> named =
         textsOf(filesOf(line), [](const auto& file) { return file.second; });
     if (line.check) {
-        return showDiagnosis(context.output, parameterFindings(true));
+        const bool needsParameters = std::any_of(tests.begin(), tests.end(), [](const Test* test) {
+            return !test->parameters().empty();
+        });
+        return showDiagnosis(context.output,
+                             needsParameters ? parameterFindings(true) : Findings());
     }
     std::vector<ReportFile> reports;
     for (const RequestedReport& report : line.reports) {
@@ -317,7 +321,22 @@ int carryOut(const CommandLine& line, CommandCapture& capture, RunContext& conte
     }
 }
 
+// A person who double-clicks the program sees its window only until it ends.
+int showStart(const RunContext& context) {
+    const std::string program = programName(context);
+    context.output << helpPage(program, nullptr);
+    for (const std::string& text :
+         {std::string(), message("START_FROM_PROMPT"), "  " + program + " doctor", std::string(),
+          message("START_PRESS_ENTER")}) {
+        writeLine(context.output, text);
+    }
+    return 0;
+}
+
 int follow(const CommandLine& line, RunContext& context) {
+    if (context.windowCloses) {
+        return showStart(context);
+    }
     if (line.command == Command::help) {
         return unlessLost(show(helpPage(programName(context), line.helpOn), context), context);
     }
