@@ -279,9 +279,13 @@ def main():
         return CANNOT_START
     exit_value = max((job.exit() for job in jobs), key=FROM_GOOD_TO_BAD.index)
     if options.report:
-        options.report.write_text(json.dumps(
-            {"started": started, "ended": now(), "exit": exit_value,
-             "jobs": [job.report() for job in jobs]}, indent=2) + "\n", encoding="utf-8")
+        try:
+            options.report.write_text(json.dumps(
+                {"started": started, "ended": now(), "exit": exit_value,
+                 "jobs": [job.report() for job in jobs]}, indent=2) + "\n", encoding="utf-8")
+        except OSError as failure:
+            print(f"host: the report cannot be written: {failure}", file=sys.stderr)
+            exit_value = max(exit_value, BROKEN_DOWN, key=FROM_GOOD_TO_BAD.index)
     print(f"{len(jobs)} jobs; exit value {exit_value}")
     return exit_value
 

@@ -21,6 +21,8 @@ PAUSE_SECONDS = 0.5
 # How long the module's output may stay open after its end: what it started may hold it.
 LAST_WORDS_SECONDS = 2
 WRONG_USAGE = 64
+# This station's own, as shells have it: the module cannot be started.
+CANNOT_START = 127
 USAGE = "%(prog)s STATION --module FILE --record FILE [OPTIONS] -- WHAT FOLLOWS run --events"
 
 
@@ -139,7 +141,7 @@ def main():
         exit_value = run_module(command, take)
     except OSError as failure:
         print(f"station: the module cannot be started: {failure}", file=sys.stderr)
-        exit_value = WRONG_USAGE
+        exit_value = CANNOT_START
     publisher.close(options.patience)
     if publisher.lost:
         failures.append(f"{publisher.lost} lines did not reach the broker ({publisher.reason}); "

@@ -259,6 +259,19 @@ class Host(ProgramTest):
                     self.assertEqual(
                         err, b"host: " + program.encode() + b" cannot be started: " + words + b"\n")
 
+    def test_says_in_one_line_that_its_report_cannot_be_written(self):
+        (self.folder / "gathered.json").mkdir()
+        (self.folder / "fake.py").write_text(FAKE_MODULE, encoding="utf-8")
+        for exit_value, worst in ((1, 8), (64, 64)):
+            body = f"say(type='runEnded', exit={exit_value}); sys.exit({exit_value})"
+            process = self.host([{"name": "a", "arguments": [body]}], "--module", "fake.py",
+                                "--launcher", sys.executable)
+            out, err = process.communicate(timeout=LIMIT_SECONDS)
+            self.assertEqual(process.returncode, worst, err)
+            self.assertIn(f"exit value {worst}\n".encode(), out)
+            self.assertEqual(err.count(b"\n"), 1, err)
+            self.assertIn(b"host: the report cannot be written: ", err)
+
     def test_refuses_malformed_jobs_and_wrong_usage(self):
         def assert_refused(words, jobs, *options):
             process = self.host(jobs, *options)

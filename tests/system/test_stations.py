@@ -186,6 +186,14 @@ class Stations(StationTest):
             self.assertEqual(run.returncode, WRONG_USAGE, run)
             self.assertEqual(run.stderr.count(b"\n"), 1, run)
 
+    def test_end_with_a_value_of_their_own_when_the_module_cannot_be_started(self):
+        run = subprocess.run([sys.executable, str(EXAMPLES / "station.py"), "bench-1", "--module",
+                              str(self.folder / "none"), "--record", "r"],
+                             cwd=self.folder, stdin=subprocess.DEVNULL, capture_output=True,
+                             timeout=LIMIT_SECONDS, check=False)
+        self.assertEqual(run.returncode, 127, run)
+        self.assertRegex(run.stderr, rb"\Astation: the module cannot be started: .*\n\Z")
+
     def test_use_the_port_of_the_examples_broker_by_default(self):
         self.assertIn(f'default="{example_port()}"',
                       (EXAMPLES / "station.py").read_text(encoding="utf-8"))
