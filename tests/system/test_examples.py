@@ -1,0 +1,85 @@
+"""Commands that people copy, from help and every page: each ends with a verdict or what it shows."""
+import concurrent.futures
+import re
+import shlex
+import shutil
+import unittest
+
+from program import DIST, EXECUTABLE, RESULTS, ROOT, ProgramTest, settings
+
+PAGES = [*(ROOT / "docs").glob("*.md"), ROOT / "README.md", ROOT / "tools" / "package" / "README.txt",
+         ROOT / "tools" / "radiosim" / "README.md"]
+FIRST_WORDS = ("list", "run", "doctor", "--help", "--version")
+# The program or ./run, and behind it words with one blank between them: two begin a remark.
+COMMAND = re.compile(r"(?:\bmrlrantenna(?:\.k5x)?|\./run)"
+                     r"((?: (?:\"[^\"\n]*\"|[^\s\"'`;>#]+))+)")
+VERDICTS = {RESULTS[word] for word in ("PASS", "WARN", "FAIL")}
+AT_ONCE = 4
+# What the examples name.
+NETWORKS = ("Lab", "Bench2", "Bed&Breakfast")
+CARD = "Intel(R) Wi-Fi 6 AX201"
+
+
+def commands_in(text):
+    """The arguments of every command in a text, without the usage lines."""
+    text = re.sub(r" *\\\n *", " ", text).replace("SSID=NAME", "SSID=Lab")
+    for arguments in COMMAND.findall(text):
+        words = [word for word in shlex.split(arguments) if word != "--%"]
+        if words[0] in FIRST_WORDS and not any(re.search(r"[\[{]|\.\.\.", word) for word in words):
+            yield tuple(words)
+
+
+class Examples(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        tree = self.folder / "tree"
+        shutil.copytree(DIST, tree)
+        for owner in (tree / "resources").iterdir():  # a language that a page has added
+            if (owner / "texts").is_dir():
+                (owner / "texts" / "nl.json").write_text("{}")
+        self.executable = tree / EXECUTABLE.name
+        self.scenario = self.write("scenario.json", {"interfaces": [{
+            "description": CARD,
+            "accessPoints": [{"ssid": name, "signal": 60} for name in NETWORKS]}]})
+        page = (ROOT / "docs" / "command-line.md").read_text(encoding="utf-8")
+        self.write("station.toml", re.search(r"```toml\n(.*?)```", page, re.S)[1])
+        self.write("cards.json", re.search(r"```json\n(\[.*?)```", page, re.S)[1])
+
+    def run_all(self, commands):
+        """Runs each command; returns [(command, run)]."""
+        with concurrent.futures.ThreadPoolExecutor(AT_ONCE) as pool:
+            runs = pool.map(lambda words: self.run_program(*words, scenario=self.scenario), commands)
+            return list(zip(commands, runs))
+
+    def help_page(self, *command):
+        return self.run_program(*command, "--help").out
+
+    def test_of_pages_and_help_end_with_a_verdict(self):
+        texts = [page.read_text(encoding="utf-8") for page in PAGES]
+        texts += [self.help_page(*command) for command in ((), ("list",), ("run",), ("doctor",))]
+        commands = sorted({command for text in texts for command in commands_in(text)})
+        self.assertGreater(len(commands), 20)
+        # A person ends the dialog, so only whether it would begin is tried here.
+        commands = [(*command, "--check") if "DiversityTest" in command else command
+                    for command in commands]
+        for command, run in self.run_all(commands):
+            with self.subTest(shlex.join(command)):
+                measures = command[0] == "run" and not {"--check", "--help"} & set(command)
+                self.assertIn(run.exit, VERDICTS if measures else {0}, run)
+
+    def test_of_options_are_understood_with_a_command_that_takes_them(self):
+        measure = ("run", *settings(SSID="Lab", FailingSignalStrength=20), "--check")
+        for command, base in (("run", measure), ("list", ("list",)), ("doctor", ("doctor",))):
+            examples = [tuple(shlex.split(example)) for example in
+                        re.findall(r"(?m)^ +example: (.+)$", self.help_page(command))]
+            self.assertGreater(len(examples), 5)
+            whole = [example if not example[0].startswith("--") else
+                     ("run", "--check", *example) if example[0] == "--set" else (*base, *example)
+                     for example in examples]
+            for example, run in self.run_all(whole):
+                with self.subTest(shlex.join(example)):
+                    self.assertIn(run.exit, VERDICTS | {0} if "run" in example else {0}, run)
+
+
+if __name__ == "__main__":
+    unittest.main()
