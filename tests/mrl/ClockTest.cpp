@@ -21,6 +21,24 @@ TEST(Clock, TheSystemsNeverDecreases) {
     }
 }
 
+TEST(Clock, TheSystemsDateIsThatOfTheWallClockAndFollowsTheSteadyOne) {
+    const auto apart = [](auto a, auto b) { return a > b ? a - b : b - a; };
+    EXPECT_LT(apart(Clock::current().utcNow(), std::chrono::system_clock::now()), 1h);
+    Clock::UtcTime last = Clock::current().utcNow();
+    for (int i = 0; i < 1000; ++i) {
+        const Clock::UtcTime next = Clock::current().utcNow();
+        ASSERT_GE(next, last);
+        last = next;
+    }
+}
+
+TEST(SteadyDate, IsAsMuchLaterAsTheSteadyClock) {
+    const Clock::UtcTime wall{std::chrono::sys_days(std::chrono::year(2024) / 2 / 29)};
+    const mrl::SteadyDate date(wall, 100s);
+    EXPECT_EQ(date.at(100s), wall);
+    EXPECT_EQ(date.at(144s), wall + 44s);
+}
+
 TEST(UtcText, IsCutToMilliseconds) {
     using namespace std::chrono;
     const auto day = sys_days(year(2024) / February / 29);

@@ -1,8 +1,9 @@
 """Bad input: one line on standard error, exit value 64, nothing run, nothing overwritten."""
 import unittest
 
-from program import VERIFICATION, WRONG_USAGE, ProgramTest
+from program import ROOT, VERIFICATION, WRONG_USAGE, ProgramTest
 
+HELPERS = ROOT / "build" / "windows" / "tests" / "helpers"
 OLD_REPORT = "an older report\n"
 TO_REPORT = ("run", VERIFICATION, "--json", "report.json")
 # Arguments, and texts that the line about them has.
@@ -24,7 +25,7 @@ REFUSED = (
 )
 
 
-class BadInput(ProgramTest):
+class RefusalTest(ProgramTest):
     def refused(self, *arguments, naming, scenario=None):
         """Asserts the refusal, and that its line names every text of `naming`."""
         self.write("report.json", OLD_REPORT)
@@ -38,6 +39,8 @@ class BadInput(ProgramTest):
         self.assertEqual((self.folder / "report.json").read_text(encoding="utf-8"), OLD_REPORT)
         self.assertEqual(sorted(self.folder.iterdir()), before)
 
+
+class BadInput(RefusalTest):
     def test_is_refused_and_named(self):
         self.write("cards.json", '[{"name": "card",\n "capabilities": }]')
         self.write("station.toml", '[parameters]\n  SSDI = "Lab"\n')
@@ -49,6 +52,16 @@ class BadInput(ProgramTest):
         scenario = self.write("scenario.json", {"interfaces": [{"accessPoints": [{"sid": "Lab"}]}]})
         self.refused(*TO_REPORT, "--set", "SSID=Lab", scenario=scenario,
                      naming=["scenario.json", "/interfaces/0/accessPoints/0"])
+
+
+class LoneSurrogate(RefusalTest):
+    def test_is_refused_wherever_it_stands(self):
+        program = self.executable
+        self.executable = HELPERS / "lone_surrogate.exe"
+        for argument in ("", "--json=report.json", "--set=SSID=Lab", "--log=a", "--device="):
+            with self.subTest(argument):
+                self.refused("Z:" + str(program).replace("/", "\\"), argument,
+                             naming=[f'mrlrantenna: "{argument}\ufffd" has a character that is'])
 
 
 class Log(ProgramTest):

@@ -76,5 +76,38 @@ class Doctor(ProgramTest):
             self.assertIn('"hex:42C" has an odd number of digits after hex:; give two', run.err)
 
 
+class Gone(ProgramTest):
+    """The adapter is unplugged between a list and the run that names it."""
+
+    GUID = "8C2F6B1E-4D37-4A59-9E0B-5F6A7D3C1B20"
+    PRESENT = {"interfaces": [{"description": "USB Card",
+                               "accessPoints": [{"ssid": "Lab", "signal": 60}]}]}
+
+    def run_after_the_list(self, *options):
+        listed = self.run_program("list", scenario=self.PRESENT)
+        self.assertIn(f"\\DEVICE\\{{{self.GUID}}}", listed.out)
+        run = self.run_program("run", VERIFICATION, *options, "--json", "report.json",
+                               *settings(SSID="Lab", FailingSignalStrength=20),
+                               scenario=SCENARIOS / "no-adapter.json")
+        self.assertEqual(run.exit, RESULTS["CANNOTRUN"], run)
+        return run
+
+    def test_by_its_name_or_guid_it_is_no_device_of_this_pc(self):
+        for text in ("USB Card", self.GUID):
+            run = self.run_after_the_list("--device", text)
+            self.assertIn(f"mrlrantenna: no device for {VERIFICATION}\n", run.err)
+            self.assertIn("possible cause: There is no wireless adapter", run.err)
+            [without] = self.read_json("report.json")["withoutDevice"]
+            self.assertEqual(without["test"], VERIFICATION)
+
+    def test_from_a_device_file_it_is_named_with_its_system_name(self):
+        self.write("cards.json", [{"name": "USB Card", "capabilities": ["Wireless", "NetworkCard"],
+                                   "properties": {"DeviceSystemName": f"\\DEVICE\\{{{self.GUID}}}",
+                                                  "wlanAPISupported": "true"}}])
+        run = self.run_after_the_list("--devices", "cards.json")
+        self.assertIn("  possible cause: USB Card: Windows has no wireless adapter with the system "
+                      f'name "\\DEVICE\\{{{self.GUID}}}".', run.out)
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -22,7 +22,9 @@ public:
 
     /// Time since a fixed moment; never decreases.
     virtual Duration now() = 0;
-    /// The date and time of day.
+    /// The date and time of day. The system's clock reads the wall clock once, when it is first
+    /// used, and then follows now(): times of one process are in order, and their distances are
+    /// durations, also when the wall clock is set meanwhile.
     virtual UtcTime utcNow() = 0;
     /// How far local time is ahead of UTC at `time`; negative west of Greenwich.
     virtual std::chrono::minutes utcOffset(UtcTime time) = 0;
@@ -35,6 +37,22 @@ public:
 
     /// The clock in use: the system's, unless a ScopedClock has replaced it.
     static Clock& current();
+};
+
+/// Dates that follow a steady clock from one reading of the wall clock on.
+class SteadyDate {
+public:
+    /// \param wall the wall clock when the steady one showed `now`
+    SteadyDate(Clock::UtcTime wall, Clock::Duration now) : m_wall(wall), m_begin(now) {}
+
+    /// The date when the steady clock shows `now`.
+    Clock::UtcTime at(Clock::Duration now) const {
+        return m_wall + std::chrono::duration_cast<Clock::UtcTime::duration>(now - m_begin);
+    }
+
+private:
+    Clock::UtcTime m_wall;
+    Clock::Duration m_begin;
 };
 
 /// `time` cut to milliseconds, as reports and logs have it: "2026-11-20T19:55:01.123Z".

@@ -13,13 +13,17 @@ namespace {
 class SystemClock final : public Clock {
 public:
     Duration now() override { return std::chrono::steady_clock::now().time_since_epoch(); }
-    UtcTime utcNow() override { return std::chrono::system_clock::now(); }
+    UtcTime utcNow() override { return m_date.at(now()); }
     std::chrono::minutes utcOffset(UtcTime time) override { return System::utcOffset(time); }
     void sleep(Duration duration) override { std::this_thread::sleep_for(duration); }
     void waitUntil(std::unique_lock<std::mutex>& lock, std::condition_variable& condition,
                    Duration deadline) override {
         condition.wait_until(lock, std::chrono::steady_clock::time_point(deadline));
     }
+
+private:
+    const SteadyDate m_date{std::chrono::system_clock::now(),
+                            std::chrono::steady_clock::now().time_since_epoch()};
 };
 
 SystemClock& systemClock() {

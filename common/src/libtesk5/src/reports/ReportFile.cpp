@@ -153,6 +153,7 @@ void removeLeftovers(const fs::path& target, const std::vector<std::string>& kep
 }
 
 // The missing folders above a file, made for as long as this lives.
+// Failure: the constructor throws mrl::FileFailure
 class FoldersAbove {
 public:
     explicit FoldersAbove(const fs::path& file) {
@@ -161,18 +162,27 @@ public:
              folder = folder.parent_path()) {
             m_made.push_back(folder);
         }
-        fs::create_directories(file.parent_path(), failure); // what fails shows with the file
+        if (m_made.empty()) {
+            return;
+        }
+        fs::create_directories(m_made.front(), failure);
+        if (failure) {
+            removeMade();
+            fail(failure);
+        }
     }
     FoldersAbove(const FoldersAbove&) = delete;
     FoldersAbove& operator=(const FoldersAbove&) = delete;
-    ~FoldersAbove() {
+    ~FoldersAbove() { removeMade(); }
+
+private:
+    void removeMade() const {
         std::error_code ignored;
         for (const fs::path& folder : m_made) {
             fs::remove(folder, ignored);
         }
     }
 
-private:
     std::vector<fs::path> m_made; ///< the deepest first
 };
 
