@@ -9,7 +9,7 @@ from program import DIST, EXECUTABLE, RESULTS, ROOT, ProgramTest, settings
 
 PAGES = [*(ROOT / "docs").glob("*.md"), ROOT / "README.md", ROOT / "tools" / "package" / "README.txt",
          ROOT / "tools" / "radiosim" / "README.md"]
-FIRST_WORDS = ("list", "run", "doctor", "--help", "--version")
+FIRST_WORDS = ("list", "run", "doctor", "replay", "--help", "--version")
 # The program or ./run, and behind it words with one blank between them: two begin a remark.
 COMMAND = re.compile(r"(?:\bmrlrantenna(?:\.k5x)?|\./run)"
                      r"((?: (?:\"[^\"\n]*\"|[^\s\"'`;>#]+))+)")
@@ -56,15 +56,18 @@ class Examples(ProgramTest):
 
     def test_of_pages_and_help_end_with_a_verdict(self):
         texts = [page.read_text(encoding="utf-8") for page in PAGES]
-        texts += [self.help_page(*command) for command in ((), ("list",), ("run",), ("doctor",))]
+        texts += [self.help_page(*command) for command in ((), ("list",), ("run",), ("doctor",), ("replay",))]
         commands = sorted({command for text in texts for command in commands_in(text)})
         self.assertGreater(len(commands), 20)
         # A person ends the dialog, so only whether it would begin is tried here.
         commands = [(*command, "--check") if "DiversityTest" in command else command
                     for command in commands]
-        for command, run in self.run_all(commands):
+        made_before = [command for command in commands if "replay" not in command]
+        replays = [command for command in commands if "replay" in command]
+        self.assertTrue(replays)
+        for command, run in self.run_all(made_before) + self.run_all(replays):
             with self.subTest(shlex.join(command)):
-                measures = command[0] == "run" and not {"--check", "--help"} & set(command)
+                measures = command[0] in ("run", "replay") and not {"--check", "--help"} & set(command)
                 self.assertIn(run.exit, VERDICTS if measures else {0}, run)
 
     def test_of_options_are_understood_with_a_command_that_takes_them(self):

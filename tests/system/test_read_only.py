@@ -40,7 +40,7 @@ class ReadOnly(ProgramTest):
         folder = self.folder / "folder"
         folder.mkdir()
         folder.chmod(0o555)
-        for option in (*REPORTS, "--log"):
+        for option in (*REPORTS, "--log", "--capture"):
             for file in ("folder/file", "folder/deeper/still/file"):
                 with self.subTest(option, file=file):
                     self.assert_refused(option, file)
@@ -49,7 +49,7 @@ class ReadOnly(ProgramTest):
     def test_files_are_refused_with_the_reason_and_keep_what_they_have(self):
         file = self.write("file", "old")
         file.chmod(0o444)
-        for option in (*REPORTS, "--log"):
+        for option in (*REPORTS, "--log", "--capture"):
             with self.subTest(option):
                 self.assert_refused(option, "file")
         self.assertEqual(file.read_text(encoding="utf-8"), "old")
