@@ -246,7 +246,7 @@ const Break breaks[] = {
      }},
     {"scan.duration",
      [](Scenario& scenario) {
-         scenario.interfaces[0].scanDuration = std::chrono::milliseconds(4100);
+         scenario.interfaces[0].scanDuration = std::chrono::milliseconds(4600);
      }},
     {"scan.notification",
      [](Scenario& scenario) { scenario.interfaces[0].scanEnd = radiosim::ScanEnd::FAIL; }},

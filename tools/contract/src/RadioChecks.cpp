@@ -97,15 +97,12 @@ Finding switchingShows(Session& session) {
     if (!before || !anyPhyOn(*before) || !session.options().radio) {
         return notObservable({{"reason", "needs --radio and a radio that is on"}});
     }
-    DWORD set = ERROR_SUCCESS;
-    bool wentOff = false;
-    {
-        const RadioOff off(session, *before);
-        set = off.result();
-        wentOff = session.wait(session.options().switchLimit, [&] { return isOff(session); });
-    }
-    const bool cameBack =
-        session.wait(session.options().switchLimit, [&] { return !isOff(session); });
+    const std::chrono::milliseconds limit = session.options().switchLimit;
+    std::optional<RadioOff> off(std::in_place, session, *before);
+    const DWORD set = off->result();
+    const bool wentOff = session.wait(limit, [&] { return isOff(session); });
+    off.reset();
+    const bool cameBack = session.wait(limit, [&] { return !isOff(session); });
     return judge(set == ERROR_SUCCESS && wentOff && cameBack,
                  {{"set", set}, {"off", wentOff}, {"onAgain", cameBack}});
 }
@@ -127,37 +124,35 @@ Finding switchingIsNotified(Session& session) {
     return judge(notified, {{"notifications", listener.all()}});
 }
 
-Finding listWhileOff(Session& session) {
+constexpr DWORD RADIO_IS_OFF = ERROR_NDIS_DOT11_POWER_STATE_INVALID;
+
+// Whether `call` returns `code` while the radio is off.
+template <typename Call>
+Finding returnsWhileOff(Session& session, DWORD code, Call call) {
     return whileOff(session, [&] {
-        nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
-        const DWORD result = session.networks(out(list));
-        return judge(result == static_cast<DWORD>(ERROR_NDIS_DOT11_POWER_STATE_INVALID),
-                     {{"result", result}});
+        const DWORD result = call();
+        return judge(result == code, {{"result", result}});
     });
+}
+
+Finding listWhileOff(Session& session) {
+    nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
+    return returnsWhileOff(session, RADIO_IS_OFF, [&] { return session.networks(out(list)); });
 }
 
 Finding bssListWhileOff(Session& session) {
-    return whileOff(session, [&] {
-        nativewifi::WlanMemory<WLAN_BSS_LIST> list;
-        const DWORD result = session.stations(out(list));
-        return judge(result == static_cast<DWORD>(ERROR_NDIS_DOT11_POWER_STATE_INVALID),
-                     {{"result", result}});
-    });
+    nativewifi::WlanMemory<WLAN_BSS_LIST> list;
+    return returnsWhileOff(session, RADIO_IS_OFF, [&] { return session.stations(out(list)); });
 }
 
+// Refused, so that nothing more is switched.
 Finding scanWhileOff(Session& session) {
-    return whileOff(session, [&] {
-        const DWORD result = session.scan(); // refused, so that nothing more is switched
-        return judge(result == static_cast<DWORD>(ERROR_NDIS_DOT11_POWER_STATE_INVALID),
-                     {{"result", result}});
-    });
+    return returnsWhileOff(session, RADIO_IS_OFF, [&] { return session.scan(); });
 }
 
 Finding connectionWhileOff(Session& session) {
-    return whileOff(session, [&] {
-        const DWORD result = session.resultOf(wlan_intf_opcode_current_connection);
-        return judge(result == ERROR_INVALID_STATE, {{"result", result}});
-    });
+    return returnsWhileOff(session, ERROR_INVALID_STATE,
+                           [&] { return session.resultOf(wlan_intf_opcode_current_connection); });
 }
 
 } // namespace
