@@ -67,7 +67,7 @@ class PlantedDlls(ProgramTest):
 
     def test_are_not_loaded_by_the_dialog(self):
         started = self.start_with_planted_dlls("run", "DiversityTest")
-        started.wait_until_it_says("DiversityTest on")
+        started.wait_until_it_says("DiversityTest (Antenna alignment) on")
         time.sleep(5)  # the dialog opens and draws its pictures
         started.process.send_signal(signal.SIGINT)
         run = started.finish()
