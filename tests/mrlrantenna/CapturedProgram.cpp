@@ -55,7 +55,9 @@ Seen CapturedProgram::start(std::vector<std::string> arguments, bool logged) {
 Seen CapturedProgram::capture(const radiosim::Scenario& scenario,
                               std::vector<std::string> arguments) {
     VirtualClock clock;
-    const radiosim::Engine radio(scenario);
+    radiosim::Engine radio(scenario);
+    // Notifications come when they are due, however fast the program gets from call to call.
+    radio.onCall([&radio](const radiosim::Call&) { radio.settle(); });
     arguments.insert(arguments.end(), {"--capture", file("c.jsonl")});
     return start(std::move(arguments));
 }
