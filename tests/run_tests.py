@@ -37,6 +37,8 @@ INPUTS_OF_A_SLOW_FUZZER = {"reports": 300, "text_file": 300}
 BUILDS = (("native", ("all", "benchmarks"), ()),
           ("thread-sanitizer", ("test_threads",), ()),
           ("windows-checked", ("all",), ("wine",)))
+# Python suites of the build's programs, which run after it; the others run beside the builds.
+SCRIPTS_OF_BUILDS = {"windows-checked": ("python/system/test_contract_kit",)}
 # The order of the tests in a program; printed, so that a run can be repeated.
 SEED = int(os.environ.get("MRLR_TEST_SEED", 1167))
 
@@ -197,12 +199,14 @@ class Lanes:
     def needs(self, preset, scripts):
         """Whether a pattern may name a suite of the build `preset`."""
         others = [f"{name}/" for name, _, _ in BUILDS if name != preset]
-        return not self._patterns or any(
+        if not self._patterns or any(map(self.matches, SCRIPTS_OF_BUILDS.get(preset, ()))):
+            return True
+        return any(
             not pattern.startswith(tuple(others)) and not any(pattern in name for name in scripts)
             for pattern in self._patterns)
 
     def run_programs(self, scripts):
-        """Each build, and after it its suites."""
+        """Each build, and after it its suites; `scripts` are all Python suites."""
         for preset, targets, launcher in BUILDS:
             if not self.needs(preset, scripts):
                 continue
@@ -210,6 +214,9 @@ class Lanes:
             for name, function, arguments in suites_of(preset, launcher):
                 if self.matches(name):
                     self.run(name, function, arguments)
+            for name in SCRIPTS_OF_BUILDS.get(preset, ()):
+                if self.matches(name):
+                    self.run(name, run_python, (scripts[name],))
 
     def run_scripts(self, scripts):
         while True:
@@ -239,8 +246,10 @@ def main(patterns):
     # Builds and programs keep a processor busy; the executable's real pauses, which the scripts
     # mostly consist of, do not.
     lanes = Lanes(patterns)
-    waiting = collections.deque(scripts.items())
-    threads = [threading.Thread(target=lanes.run_programs, args=(list(scripts),))]
+    of_builds = {name for names in SCRIPTS_OF_BUILDS.values() for name in names}
+    waiting = collections.deque((name, path) for name, path in scripts.items()
+                                if name not in of_builds)
+    threads = [threading.Thread(target=lanes.run_programs, args=(scripts,))]
     threads += [threading.Thread(target=lanes.run_scripts, args=(waiting,)) for _ in range(2)]
     for thread in threads:
         thread.start()
