@@ -12,6 +12,7 @@ import json
 import os
 import pathlib
 import re
+import signal
 import subprocess
 import sys
 import tempfile
@@ -229,6 +230,9 @@ class Lanes:
 
 
 def main(patterns):
+    # A shell without job control starts background jobs with Ctrl+C ignored, and programs inherit
+    # that; the tests of interruption need it.
+    signal.signal(signal.SIGINT, signal.default_int_handler)
     # The texts that tests compare are English, whatever the language of the system.
     os.environ["LC_ALL"] = "C.UTF-8"
     LOGS.mkdir(parents=True, exist_ok=True)
