@@ -20,6 +20,13 @@ void PrintTo(const Seen& seen, std::ostream* out) {
          << seen.log;
 }
 
+void CapturedProgram::TearDown() {
+    for (tesk5::Parameter* parameter :
+         {parameters::ssid, parameters::warningSignalStrength, parameters::failingSignalStrength}) {
+        parameter->reset();
+    }
+}
+
 Seen CapturedProgram::start(std::vector<std::string> arguments, bool logged) {
     if (signalStrengthTest->parameters().empty()) {
         initializeModule();

@@ -29,6 +29,9 @@ void PrintTo(const Seen& seen, std::ostream* out);
 
 class CapturedProgram : public testing::Test {
 protected:
+    /// The parameters are the process's own: other tests find them as they were.
+    void TearDown() override;
+
     /// Carries out a command. With `logged` it writes a log, and a run or a replay a report.
     Seen start(std::vector<std::string> arguments, bool logged = true);
     /// The same on a radio of its own, and captured.
