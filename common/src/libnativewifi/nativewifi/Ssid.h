@@ -14,6 +14,9 @@ namespace nativewifi {
 /// The bytes of the name: as many as its length says, 32 at most.
 std::string_view ssidBytes(const DOT11_SSID& ssid);
 
+/// The name of these bytes; what is behind the 32nd is left out.
+DOT11_SSID toSsid(std::string_view bytes);
+
 /// The name as text, one character a byte (mrl::System::byteToChar): a name in UTF-8 is not
 /// decoded. A byte of 0 ends the text.
 /// Platform: mbtowc

@@ -106,6 +106,7 @@ enum DOT11_BSS_TYPE : std::int32_t {
 
 enum DOT11_PHY_TYPE : std::int32_t {
     dot11_phy_type_unknown = 0,
+    dot11_phy_type_dsss = 2,
     dot11_phy_type_ofdm = 4,
     dot11_phy_type_hrdsss = 5,
     dot11_phy_type_erp = 6,
@@ -120,6 +121,7 @@ enum DOT11_AUTH_ALGORITHM : std::int32_t {
     DOT11_AUTH_ALGO_WPA_NONE = 5,
     DOT11_AUTH_ALGO_RSNA = 6,
     DOT11_AUTH_ALGO_RSNA_PSK = 7,
+    DOT11_AUTH_ALGO_IHV_START = static_cast<std::int32_t>(0x80000000),
 };
 
 enum DOT11_CIPHER_ALGORITHM : std::int32_t {
@@ -129,6 +131,7 @@ enum DOT11_CIPHER_ALGORITHM : std::int32_t {
     DOT11_CIPHER_ALGO_CCMP = 0x04,
     DOT11_CIPHER_ALGO_WEP104 = 0x05,
     DOT11_CIPHER_ALGO_WEP = 0x101,
+    DOT11_CIPHER_ALGO_IHV_START = static_cast<std::int32_t>(0x80000000),
 };
 
 enum WLAN_INTERFACE_STATE : std::int32_t {
@@ -368,6 +371,21 @@ constexpr DWORD WLAN_AVAILABLE_NETWORK_HAS_PROFILE = 0x2;
 #ifndef ERROR_NDIS_DOT11_POWER_STATE_INVALID
 constexpr DWORD ERROR_NDIS_DOT11_POWER_STATE_INVALID = 0x80342002;
 #endif
+
+// Values that the interface has gained since; older headers of cross-compilers lack them, and an
+// enumeration of a system header cannot be extended.
+constexpr auto DOT11_AUTH_ALGO_WPA3 = static_cast<DOT11_AUTH_ALGORITHM>(8); // Enterprise, 192 bits
+constexpr auto DOT11_AUTH_ALGO_WPA3_SAE = static_cast<DOT11_AUTH_ALGORITHM>(9);
+constexpr auto DOT11_AUTH_ALGO_OWE = static_cast<DOT11_AUTH_ALGORITHM>(10);
+constexpr auto DOT11_AUTH_ALGO_WPA3_ENT = static_cast<DOT11_AUTH_ALGORITHM>(11);
+constexpr auto DOT11_CIPHER_ALGO_BIP = static_cast<DOT11_CIPHER_ALGORITHM>(0x06);
+constexpr auto DOT11_CIPHER_ALGO_GCMP = static_cast<DOT11_CIPHER_ALGORITHM>(0x08);
+constexpr auto DOT11_CIPHER_ALGO_GCMP_256 = static_cast<DOT11_CIPHER_ALGORITHM>(0x09);
+constexpr auto DOT11_CIPHER_ALGO_CCMP_256 = static_cast<DOT11_CIPHER_ALGORITHM>(0x0a);
+constexpr auto dot11_phy_type_vht = static_cast<DOT11_PHY_TYPE>(8);
+constexpr auto dot11_phy_type_dmg = static_cast<DOT11_PHY_TYPE>(9);
+constexpr auto dot11_phy_type_he = static_cast<DOT11_PHY_TYPE>(10);
+constexpr auto dot11_phy_type_eht = static_cast<DOT11_PHY_TYPE>(11);
 
 static_assert(sizeof(GUID) == 16);
 static_assert(sizeof(DOT11_SSID) == 36);

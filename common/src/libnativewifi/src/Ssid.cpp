@@ -11,6 +11,14 @@ std::string_view ssidBytes(const DOT11_SSID& ssid) {
             std::min<std::size_t>(ssid.uSSIDLength, DOT11_SSID_MAX_LENGTH)};
 }
 
+DOT11_SSID toSsid(std::string_view bytes) {
+    bytes = bytes.substr(0, DOT11_SSID_MAX_LENGTH);
+    DOT11_SSID ssid{};
+    ssid.uSSIDLength = static_cast<ULONG>(bytes.size());
+    std::copy(bytes.begin(), bytes.end(), ssid.ucSSID);
+    return ssid;
+}
+
 mrl::String ssidText(const DOT11_SSID& ssid) {
     mrl::Char text[DOT11_SSID_MAX_LENGTH + 1] = {};
     const std::string_view bytes = ssidBytes(ssid);
