@@ -44,6 +44,12 @@ TEST(Guid, DiffersWhenAnyByteDiffers) {
     EXPECT_TRUE(sameGuid(SAMPLE, SAMPLE));
 }
 
+TEST(Guid, OfAnAddressIsAlwaysTheSameAndOfAnotherAnother) {
+    EXPECT_EQ(guidText(guidOfAddress({0x02, 0x00, 0x5E, 0xAB, 0xCD, 0xEF})),
+              mrl::String("6d726c72-6c78-8000-8000-02005eabcdef"));
+    EXPECT_FALSE(sameGuid(guidOfAddress({2, 0, 0, 0, 0, 0}), guidOfAddress({2, 0, 0, 0, 0, 1})));
+}
+
 TEST(DeviceSystemName, CarriesTheGuidInUpperCase) {
     EXPECT_EQ(deviceSystemName(SAMPLE),
               mrl::String("\\DEVICE\\{8C2F6B1E-4D37-4A59-9E0B-5F6A7D3C1B20}"));

@@ -6,6 +6,8 @@
 
 #include <mrl/String.h>
 
+#include <array>
+#include <cstdint>
 #include <optional>
 
 namespace nativewifi {
@@ -19,6 +21,10 @@ mrl::String guidText(const GUID& guid);
 
 /// Whether all 16 bytes are equal.
 bool sameGuid(const GUID& a, const GUID& b);
+
+/// The GUID of the adapter with that permanent hardware address, where the system gives adapters
+/// none: the same after each start of the PC, and in each port.
+GUID guidOfAddress(const std::array<std::uint8_t, 6>& address);
 
 /// The system name of the device with the interface `guid`: "\DEVICE\{8C2F6B1E-...}", upper case.
 mrl::String deviceSystemName(const GUID& guid);

@@ -70,6 +70,13 @@ bool sameGuid(const GUID& a, const GUID& b) {
     return std::memcmp(&a, &b, sizeof(GUID)) == 0;
 }
 
+GUID guidOfAddress(const std::array<std::uint8_t, 6>& address) {
+    // Version 8: a GUID by a rule of its maker.
+    GUID guid = {0x6d726c72, 0x6c78, 0x8000, {0x80, 0x00}};
+    std::copy(address.begin(), address.end(), guid.Data4 + 2);
+    return guid;
+}
+
 mrl::String deviceSystemName(const GUID& guid) {
     std::string text = guidText(guid).getUTF8String().bytes();
     std::transform(text.begin(), text.end(), text.begin(),
