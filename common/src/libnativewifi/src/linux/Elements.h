@@ -14,8 +14,8 @@ namespace nativewifi::linux_radio {
 
 using ByteSpan = std::span<const std::uint8_t>;
 
-/// The bodies of the elements that matter here; they lie in the bytes that were read. Empty without
-/// the element.
+/// The bodies of the elements that matter here; they lie in the bytes that were read. Without the
+/// element data() is null.
 struct Elements {
     ByteSpan ssid;
     ByteSpan rates;

@@ -18,7 +18,7 @@ std::optional<Wiphy> readWiphy(Attributes attributes);
 /// Adds what `part` tells to the wiphy with its index, or as a new one.
 void merge(std::vector<Wiphy>& wiphys, Wiphy part);
 
-/// Nothing without an index, a wiphy or a type, or for a device without a network interface.
+/// Nothing without an index, a wiphy or a type: a device without a network interface has no index.
 std::optional<Interface> readInterface(Attributes attributes);
 
 /// Nothing without an address or a frequency.
