@@ -2,7 +2,8 @@
 # Wine.
 # To be sourced from the repository's root.
 
-# The Debian packages, by what they are for. ./run installs the first list, ./test both.
+# The Debian packages, by what they are for. ./run installs the first list, ./test the first
+# three.
 RUN_PACKAGES=(
     cmake ninja-build g++-mingw-w64-x86-64-posix                 # builds the executable
     nlohmann-json3-dev libcli11-dev                              # libraries, used header-only
@@ -21,6 +22,8 @@ TEST_PACKAGES=(
     libxml2-utils                                                # JUnit reports against their schema
     chromium poppler-utils                                       # HTML reports, on screen and paper
 )
+# The virtual machine of tools/radiovm; what runs in it is fetched and unpacked, not installed.
+VM_PACKAGES=(qemu-system-x86 cpio binutils)
 # Gives the dialog a display on a machine without one.
 DISPLAY_PACKAGES=(xvfb xauth)
 # Only the checks of .ci/run need these.
