@@ -146,15 +146,15 @@ struct HeardBss {
     std::array<std::uint8_t, 6> bssid = {2, 0, 0, 0, 0, 1};
     std::uint32_t frequencyMhz = 2412;
     std::optional<std::int32_t> signalMbm = -6000;
-    std::optional<std::uint8_t> signalPercent;
+    std::optional<std::uint8_t> signalPercent = {};
     std::uint16_t capability = 0x0401; // an access point, without privacy
     std::uint16_t beaconInterval = 100;
     std::uint64_t timestamp = 0x123456789;
-    std::optional<std::uint64_t> lastSeenNs;
-    std::optional<std::uint32_t> ageMs;
-    std::optional<std::uint32_t> status; ///< NL80211_BSS_STATUS_...
-    std::vector<int> chains;
-    Bytes elements;
+    std::optional<std::uint64_t> lastSeenNs = {};
+    std::optional<std::uint32_t> ageMs = {};
+    std::optional<std::uint32_t> status = {}; ///< NL80211_BSS_STATUS_...
+    std::vector<int> chains = {};
+    Bytes elements = {};
 };
 
 /// What NL80211_ATTR_BSS has inside.
