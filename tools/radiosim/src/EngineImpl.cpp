@@ -3,6 +3,7 @@
 
 #include "Reasons.h"
 
+#include <nativewifi/Block.h>
 #include <nativewifi/Guid.h>
 
 #include <mrl/Unicode.h>
@@ -231,18 +232,16 @@ DWORD Engine::Impl::enumInterfaces(HANDLE clientHandle, const void* reserved,
     if (const CapturedAnswer* answer = captured("WlanEnumInterfaces")) {
         return answerCaptured(*answer, "WlanEnumInterfaces", interfaceList, effects);
     }
-    Bytes block(offsetof(WLAN_INTERFACE_INFO_LIST, InterfaceInfo));
-    DWORD count = 0;
+    std::vector<WLAN_INTERFACE_INFO> interfaces;
     for (const LiveInterface& live : m_interfaces) {
         if (!live.removed) {
-            const Bytes entry = bytesOf(view(live).info(live.guid));
-            block.insert(block.end(), entry.begin(), entry.end());
-            ++count;
+            interfaces.push_back(view(live).info(live.guid));
         }
     }
     constexpr std::size_t COUNT = offsetof(WLAN_INTERFACE_INFO_LIST, dwNumberOfItems);
-    overwrite(block, COUNT, count);
-    output["interfaces"] = count;
+    Bytes block =
+        nativewifi::listBlock(COUNT, offsetof(WLAN_INTERFACE_INFO_LIST, InterfaceInfo), interfaces);
+    output["interfaces"] = interfaces.size();
     *interfaceList = static_cast<WLAN_INTERFACE_INFO_LIST*>(
         handOut("WlanEnumInterfaces", std::move(block), COUNT, effects));
     return ERROR_SUCCESS;

@@ -1,5 +1,9 @@
 #include "View.h"
 
+#include <nativewifi/Block.h>
+#include <nativewifi/LinkQuality.h>
+#include <nativewifi/Ssid.h>
+
 #include <mrl/Unicode.h>
 
 #include <algorithm>
@@ -7,6 +11,12 @@
 #include <cstring>
 
 namespace radiosim {
+
+using nativewifi::blockOf;
+using nativewifi::levelOfQuality;
+using nativewifi::listBlock;
+using nativewifi::place;
+using nativewifi::toSsid;
 
 namespace {
 
@@ -21,16 +31,8 @@ void copyText(WCHAR (&target)[size], std::string_view utf8) {
     std::copy_n(text.c_str(), std::min(text.size(), size - 1), target);
 }
 
-DOT11_SSID ssidOf(std::string_view name) {
-    DOT11_SSID ssid{};
-    const std::size_t length = std::min<std::size_t>(name.size(), DOT11_SSID_MAX_LENGTH);
-    ssid.uSSIDLength = static_cast<ULONG>(length);
-    std::copy_n(name.begin(), length, ssid.ucSSID);
-    return ssid;
-}
-
 DOT11_SSID shownSsid(const AccessPoint& accessPoint) {
-    DOT11_SSID ssid = ssidOf(accessPoint.hidden ? std::string_view() : accessPoint.ssid);
+    DOT11_SSID ssid = toSsid(accessPoint.hidden ? std::string_view() : accessPoint.ssid);
     ssid.uSSIDLength = accessPoint.ssidLength.value_or(ssid.uSSIDLength);
     return ssid;
 }
@@ -43,30 +45,18 @@ ULONG centreFrequency(std::uint32_t channel) {
     return channel < 14 ? 2407000 + 5000 * channel : 5000000 + 5000 * channel;
 }
 
-LONG rssiOf(std::uint32_t quality) {
-    return static_cast<LONG>(std::min<std::uint32_t>(quality, 100) / 2) - 100;
-}
-
 bool isOff(const Phy& phy) {
     return phy.software == STATE_OFF || phy.hardware == STATE_OFF;
 }
 
-template <typename Item>
-void place(Bytes& block, std::size_t offset, const Item& item) {
-    std::memcpy(block.data() + offset, &item, sizeof item);
-}
-
 // Both lists of pairs are a count and the pairs, whatever array a header declares for them.
 Bytes pairList(const std::vector<AuthCipherPair>& pairs) {
-    constexpr std::size_t FIRST = sizeof(DWORD);
-    Bytes block(FIRST + pairs.size() * sizeof(DOT11_AUTH_CIPHER_PAIR));
-    place(block, 0, static_cast<DWORD>(pairs.size()));
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-        place(block, FIRST + i * sizeof(DOT11_AUTH_CIPHER_PAIR),
-              DOT11_AUTH_CIPHER_PAIR{static_cast<DOT11_AUTH_ALGORITHM>(pairs[i].auth),
-                                     static_cast<DOT11_CIPHER_ALGORITHM>(pairs[i].cipher)});
+    std::vector<DOT11_AUTH_CIPHER_PAIR> items;
+    for (const AuthCipherPair& pair : pairs) {
+        items.push_back({static_cast<DOT11_AUTH_ALGORITHM>(pair.auth),
+                         static_cast<DOT11_CIPHER_ALGORITHM>(pair.cipher)});
     }
-    return block;
+    return listBlock(0, sizeof(DWORD), items);
 }
 
 // The block of a list that is declared with one item: three bytes an item, ending on a DWORD.
@@ -212,17 +202,14 @@ WLAN_AVAILABLE_NETWORK View::network(const AccessPoint& accessPoint) const {
 }
 
 Bytes View::networkList() const {
-    Bytes block(offsetof(WLAN_AVAILABLE_NETWORK_LIST, Network));
-    DWORD count = 0;
+    std::vector<WLAN_AVAILABLE_NETWORK> networks;
     for (const AccessPoint& accessPoint : m_facts.accessPoints) {
         if (accessPoint.inNetworkList && visible(accessPoint)) {
-            const Bytes entry = bytesOf(network(accessPoint));
-            block.insert(block.end(), entry.begin(), entry.end());
-            ++count;
+            networks.push_back(network(accessPoint));
         }
     }
-    place(block, offsetof(WLAN_AVAILABLE_NETWORK_LIST, dwNumberOfItems), count);
-    return block;
+    return listBlock(offsetof(WLAN_AVAILABLE_NETWORK_LIST, dwNumberOfItems),
+                     offsetof(WLAN_AVAILABLE_NETWORK_LIST, Network), networks);
 }
 
 WLAN_BSS_ENTRY View::bssEntry(const AccessPoint& accessPoint, std::size_t place, const Bss& bss,
@@ -245,7 +232,7 @@ WLAN_BSS_ENTRY View::bssEntry(const AccessPoint& accessPoint, std::size_t place,
     entry.dot11BssType = static_cast<DOT11_BSS_TYPE>(accessPoint.bssType);
     entry.dot11BssPhyType = static_cast<DOT11_PHY_TYPE>(bss.phyType);
     entry.uLinkQuality = bss.linkQuality ? bss.linkQuality->at(m_elapsed) : signal(accessPoint);
-    entry.lRssi = bss.rssi.value_or(rssiOf(entry.uLinkQuality));
+    entry.lRssi = bss.rssi.value_or(levelOfQuality(entry.uLinkQuality));
     entry.bInRegDomain = 1;
     entry.usBeaconPeriod = 100;
     entry.ullTimestamp = static_cast<ULONGLONG>(m_elapsed.count()) * 1000;
@@ -276,24 +263,19 @@ Bytes View::bssList(const std::optional<BssFilter>& filter) const {
             entries.push_back(bssEntry(accessPoint, i, radios[number], number));
         }
     }
-    constexpr std::size_t FIRST = offsetof(WLAN_BSS_LIST, wlanBssEntries);
-    Bytes block(FIRST + entries.size() * sizeof(WLAN_BSS_ENTRY));
-    // Each entry's information elements come behind all entries: here the name's alone.
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        WLAN_BSS_ENTRY& entry = entries[i];
-        const std::size_t offset = FIRST + i * sizeof(WLAN_BSS_ENTRY);
-        const ULONG length = std::min<ULONG>(entry.dot11Ssid.uSSIDLength, DOT11_SSID_MAX_LENGTH);
-        entry.ulIeOffset = static_cast<ULONG>(block.size() - offset);
-        entry.ulIeSize = length + 2;
-        block.push_back(std::byte{0});
-        block.push_back(static_cast<std::byte>(length));
-        const auto* name = reinterpret_cast<const std::byte*>(entry.dot11Ssid.ucSSID);
-        block.insert(block.end(), name, name + length);
-        place(block, offset, entry);
+    // The information elements of each are its name's alone.
+    std::vector<std::vector<std::uint8_t>> elements;
+    for (const WLAN_BSS_ENTRY& entry : entries) {
+        const std::string_view name = nativewifi::ssidBytes(entry.dot11Ssid);
+        std::vector<std::uint8_t>& element = elements.emplace_back(
+            std::initializer_list<std::uint8_t>{0, static_cast<std::uint8_t>(name.size())});
+        element.insert(element.end(), name.begin(), name.end());
     }
-    place(block, offsetof(WLAN_BSS_LIST, dwTotalSize), static_cast<DWORD>(block.size()));
-    place(block, offsetof(WLAN_BSS_LIST, dwNumberOfItems), static_cast<DWORD>(entries.size()));
-    return block;
+    std::vector<nativewifi::BssWithElements> stations;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        stations.push_back({entries[i], elements[i]});
+    }
+    return nativewifi::bssListBlock(stations);
 }
 
 WLAN_CONNECTION_ATTRIBUTES View::connectionAttributes() const {
@@ -303,7 +285,7 @@ WLAN_CONNECTION_ATTRIBUTES View::connectionAttributes() const {
     attributes.wlanConnectionMode = wlan_connection_mode_profile;
     copyText(attributes.strProfileName, connectedProfile());
     WLAN_ASSOCIATION_ATTRIBUTES& association = attributes.wlanAssociationAttributes;
-    association.dot11Ssid = ssidOf(connection.ssid);
+    association.dot11Ssid = toSsid(connection.ssid);
     association.uDot11PhyIndex = connection.phyIndex;
     association.wlanSignalQuality = connectionQuality();
     association.ulRxRate = connection.rxRate;
@@ -333,7 +315,7 @@ Bytes View::radioState() const {
                                   static_cast<DOT11_RADIO_STATE>(m_facts.phys[i].software),
                                   static_cast<DOT11_RADIO_STATE>(m_facts.phys[i].hardware)};
     }
-    return bytesOf(state);
+    return blockOf(state);
 }
 
 Bytes View::statistics() const {
@@ -358,22 +340,22 @@ Bytes View::statistics() const {
 
 View::Answer View::query(DWORD opcode) const {
     if (bool Interface::*const flag = flagOf(opcode)) {
-        return plain(bytesOf<BOOL>(m_facts.*flag ? TRUE : FALSE));
+        return plain(blockOf<BOOL>(m_facts.*flag ? TRUE : FALSE));
     }
     switch (opcode) {
     case wlan_intf_opcode_radio_state:
         return counted(radioState(), 0);
     case wlan_intf_opcode_bss_type:
-        return plain(bytesOf(static_cast<DOT11_BSS_TYPE>(m_facts.bssType)));
+        return plain(blockOf(static_cast<DOT11_BSS_TYPE>(m_facts.bssType)));
     case wlan_intf_opcode_interface_state:
-        return plain(bytesOf(static_cast<WLAN_INTERFACE_STATE>(state())));
+        return plain(blockOf(static_cast<WLAN_INTERFACE_STATE>(state())));
     case wlan_intf_opcode_current_connection:
         if (!connected()) {
             return {ERROR_INVALID_STATE};
         }
-        return plain(bytesOf(connectionAttributes()));
+        return plain(blockOf(connectionAttributes()));
     case wlan_intf_opcode_channel_number:
-        return plain(bytesOf<ULONG>(connected() ? m_facts.connection->channel : 0));
+        return plain(blockOf<ULONG>(connected() ? m_facts.connection->channel : 0));
     case wlan_intf_opcode_supported_infrastructure_auth_cipher_pairs:
         return counted(pairList(m_facts.infrastructurePairs), 0);
     case wlan_intf_opcode_supported_adhoc_auth_cipher_pairs:
@@ -381,12 +363,12 @@ View::Answer View::query(DWORD opcode) const {
     case wlan_intf_opcode_supported_country_or_region_string_list:
         return counted(countryList(m_facts.countries), 0);
     case wlan_intf_opcode_current_operation_mode:
-        return plain(bytesOf<ULONG>(1)); // an extensible station
+        return plain(blockOf<ULONG>(1)); // an extensible station
     case wlan_intf_opcode_statistics:
         return counted(statistics(), offsetof(WLAN_STATISTICS, dwNumberOfPhys));
     case wlan_intf_opcode_rssi:
-        return plain(bytesOf<LONG>(
-            m_facts.rssi.value_or(connected() ? rssiOf(connectionQuality()) : rssiOf(0))));
+        return plain(blockOf<LONG>(m_facts.rssi.value_or(
+            connected() ? levelOfQuality(connectionQuality()) : levelOfQuality(0))));
     default:
         return {ERROR_INVALID_PARAMETER};
     }

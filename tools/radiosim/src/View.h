@@ -68,13 +68,6 @@ private:
     std::size_t m_endedScans;
 };
 
-/// The bytes of a value.
-template <typename T>
-Bytes bytesOf(const T& value) {
-    const auto* first = reinterpret_cast<const std::byte*>(&value);
-    return Bytes(first, first + sizeof value);
-}
-
 /// Writes `value` over `block` from `offset` on; what does not fit is left out.
 void overwrite(Bytes& block, std::size_t offset, DWORD value);
 
