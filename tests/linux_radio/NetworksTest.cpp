@@ -52,8 +52,10 @@ std::vector<WLAN_AVAILABLE_NETWORK> networksIn(const Block& block) {
     return networks;
 }
 
-std::vector<WLAN_AVAILABLE_NETWORK> networks(const std::vector<Bss>& all) {
-    return networksIn(availableNetworkList(all, BOOT_TIME, FRESH_MS));
+// Of what is fresh.
+std::vector<WLAN_AVAILABLE_NETWORK> networks(std::vector<Bss> all) {
+    std::erase_if(all, [](const Bss& bss) { return !isFresh(bss, BOOT_TIME, FRESH_MS); });
+    return networksIn(availableNetworkList(all));
 }
 
 struct Entry {
@@ -120,7 +122,7 @@ TEST(NetworkType, FollowsTheCapability) {
 }
 
 TEST(NetworkList, IsAHeadWithoutNetworks) {
-    EXPECT_EQ(availableNetworkList({}, BOOT_TIME, FRESH_MS), Block(8));
+    EXPECT_EQ(availableNetworkList({}), Block(8));
 }
 
 TEST(NetworkList, HasOneEntryForAllStationsOfANetwork) {
@@ -199,9 +201,9 @@ TEST(NetworkList, IsTheSameForTheSameNetworksInAnotherOrder) {
             all.push_back(heard({.bssid = {2, 0, 0, 0, 0, number}, .elements = name(ssid)}));
         }
     }
-    const Block first = availableNetworkList(all, BOOT_TIME, FRESH_MS);
+    const Block first = availableNetworkList(all);
     std::ranges::reverse(all);
-    EXPECT_EQ(availableNetworkList(all, BOOT_TIME, FRESH_MS), first);
+    EXPECT_EQ(availableNetworkList(all), first);
 }
 
 TEST(NetworkList, LeavesOutWhatWasNotHeardOfLately) {

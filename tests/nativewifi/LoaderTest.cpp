@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <type_traits>
-
 namespace nativewifi {
 namespace {
 
@@ -39,34 +37,7 @@ TEST(Table, IsReplacedForALifetimeAndNests) {
     EXPECT_EQ(&api(), system);
 }
 
-// The reasons of all functions, where the platform has none of them.
-#ifndef _WIN32
-
-// Calls a function with nothing but zeroes and null pointers.
-template <typename Result, typename... Arguments>
-DWORD callWithNothing(Result (*function)(Arguments...)) {
-    if constexpr (std::is_void_v<Result>) {
-        function(Arguments{}...);
-        return ERROR_MOD_NOT_FOUND;
-    } else {
-        return function(Arguments{}...);
-    }
-}
-
-TEST(MissingLibrary, MakesEachFunctionReturnTheLoadersError) {
-#define EXPECT_MISSING(result, name, arguments, errors)                                            \
-    EXPECT_EQ(callWithNothing(api().name), ERROR_MOD_NOT_FOUND) << #name;
-    NATIVEWIFI_WLAN_FUNCTIONS(EXPECT_MISSING)
-#undef EXPECT_MISSING
-}
-
-TEST(MissingLibrary, FreesNothing) {
-    int ours = 41;
-    api().WlanFreeMemory(&ours);
-    EXPECT_EQ(++ours, 42);
-}
-
-#else
+#ifdef _WIN32
 
 TEST(SystemLibrary, IsCalledThroughTheTable) {
     if (!systemDllIsSimulated()) {

@@ -24,6 +24,11 @@ TEST_PACKAGES=(
 )
 # The virtual machine of tools/radiovm; what runs in it is fetched and unpacked, not installed.
 VM_PACKAGES=(qemu-system-x86 cpio binutils)
+# The libraries on Linux, where the tests run too.
+LINUX_PACKAGES=(
+    pkgconf libnl-3-dev libnl-genl-3-dev                         # radios by nl80211
+)
+TEST_PACKAGES+=("${LINUX_PACKAGES[@]}")
 # Gives the dialog a display on a machine without one.
 DISPLAY_PACKAGES=(xvfb xauth)
 # Only the checks of .ci/run need these.

@@ -1,10 +1,9 @@
 // The meaning of each client function, as its public documentation gives it.
 #include "EngineImpl.h"
 
-#include "Reasons.h"
-
 #include <nativewifi/Block.h>
 #include <nativewifi/Guid.h>
+#include <nativewifi/Reasons.h>
 
 #include <mrl/Unicode.h>
 
@@ -383,11 +382,8 @@ DWORD Engine::Impl::reasonToString(DWORD reasonCode, DWORD bufferSize, WCHAR* bu
     if (bufferSize == 0 || buffer == nullptr || reserved != nullptr) {
         return ERROR_INVALID_PARAMETER;
     }
-    const mrl::CharString text = mrl::toUtf16(reasonText(reasonCode));
-    const std::size_t length = std::min<std::size_t>(text.size(), bufferSize - 1);
-    std::copy_n(text.c_str(), length, buffer);
-    buffer[length] = 0;
-    output["text"] = mrl::toUtf8(mrl::CharView(text).substr(0, length));
+    nativewifi::copyReason(reasonCode, bufferSize, buffer);
+    output["text"] = mrl::toUtf8(buffer);
     return ERROR_SUCCESS;
 }
 

@@ -112,11 +112,12 @@ struct RpcFunctions {
 
 struct Api : WlanFunctions, RpcFunctions {};
 
-/// The table in force. Without a ScopedApi: the functions of the system directory's Wlanapi.dll,
-/// found on the first call. When the DLL or one of its functions is missing, each call of what is
-/// missing returns the loader's error code (ERROR_MOD_NOT_FOUND, ERROR_PROC_NOT_FOUND, ...) and
-/// WlanFreeMemory does nothing. Any thread.
-/// Platform: LoadLibraryExW with the system directory alone, GetProcAddress
+/// The table in force. Without a ScopedApi, on Windows: the functions of the system directory's
+/// Wlanapi.dll, found on the first call. When the DLL or one of its functions is missing, each call
+/// of what is missing returns the loader's error code (ERROR_MOD_NOT_FOUND, ERROR_PROC_NOT_FOUND,
+/// ...) and WlanFreeMemory does nothing. On Linux: the same functions over nl80211; WlanOpenHandle
+/// returns ERROR_SERVICE_NOT_ACTIVE when the kernel has no nl80211. Any thread.
+/// Platform: LoadLibraryExW with the system directory alone, GetProcAddress; docs/linux.md
 const Api& api();
 
 /// The GUID conversions of the platform, for tables that replace the client functions only.

@@ -1,5 +1,5 @@
-// What a Linux radio answers beyond the Native Wifi interface: opcodes of WlanQueryInterface in the
-// range that the interface leaves to vendors of adapters.
+// What a Linux radio does beyond the Native Wifi interface: opcodes of WlanQueryInterface and
+// WlanSetInterface in the range that the interface leaves to vendors of adapters.
 //
 // Windows must not be asked for them: there a driver may use the same numbers for its own.
 #pragma once
@@ -38,7 +38,21 @@ constexpr auto wlan_intf_opcode_connection_chains = static_cast<WLAN_INTF_OPCODE
 /// NL80211_BSS_CHAIN_SIGNAL
 constexpr auto wlan_intf_opcode_bss_chains = static_cast<WLAN_INTF_OPCODE>(0x30000002);
 
+/// A scan of one channel.
+struct ChannelScan {
+    ULONG frequencyMhz; ///< the channel's centre, at 20 MHz
+    DOT11_SSID ssid;    ///< of a directed probe; length 0 asks all networks
+};
+
+/// For WlanSetInterface, with a ChannelScan: starts the scan and returns at once, as WlanScan does.
+/// Its end is notified in the same way.
+/// Failure: as WlanScan; ERROR_INVALID_PARAMETER for a frequency that the radio cannot use or must
+/// not use where it is
+/// Platform: NL80211_CMD_TRIGGER_SCAN with NL80211_ATTR_SCAN_FREQUENCIES
+constexpr auto wlan_intf_opcode_scan_channel = static_cast<WLAN_INTF_OPCODE>(0x30000003);
+
 static_assert(sizeof(ChainLevels) == 80);
+static_assert(sizeof(ChannelScan) == 40);
 static_assert(offsetof(ChainLevelsList, items) == 4);
 
 } // namespace nativewifi

@@ -58,6 +58,7 @@ constexpr DWORD ERROR_BUSY = 170;
 constexpr DWORD ERROR_MOD_NOT_FOUND = 126;
 constexpr DWORD ERROR_PROC_NOT_FOUND = 127;
 constexpr DWORD ERROR_NOT_FOUND = 1168;
+constexpr DWORD ERROR_TIMEOUT = 1460;
 constexpr DWORD ERROR_SERVICE_NOT_ACTIVE = 1062;
 constexpr DWORD ERROR_REMOTE_SESSION_LIMIT_EXCEEDED = 1220;
 constexpr DWORD ERROR_GEN_FAILURE = 31;
@@ -352,6 +353,17 @@ struct WLAN_NOTIFICATION_DATA {
     PVOID pData;
 };
 
+struct WLAN_CONNECTION_NOTIFICATION_DATA {
+    WLAN_CONNECTION_MODE wlanConnectionMode;
+    WCHAR strProfileName[WLAN_MAX_NAME_LENGTH];
+    DOT11_SSID dot11Ssid;
+    DOT11_BSS_TYPE dot11BssType;
+    BOOL bSecurityEnabled;
+    WLAN_REASON_CODE wlanReasonCode;
+    DWORD dwFlags;
+    WCHAR strProfileXml[1];
+};
+
 using WLAN_NOTIFICATION_CALLBACK = void (*)(WLAN_NOTIFICATION_DATA*, PVOID);
 
 #endif
@@ -398,6 +410,7 @@ static_assert(sizeof(WLAN_RADIO_STATE) == 772);
 static_assert(sizeof(WLAN_PHY_RADIO_STATE) == 12);
 static_assert(sizeof(WLAN_STATISTICS) == 368);
 static_assert(sizeof(WLAN_NOTIFICATION_DATA) == 40);
+static_assert(sizeof(WLAN_CONNECTION_NOTIFICATION_DATA) == 572);
 static_assert(offsetof(WLAN_AVAILABLE_NETWORK, dot11Ssid) == 512);
 static_assert(offsetof(WLAN_AVAILABLE_NETWORK, dot11BssType) == 548);
 static_assert(offsetof(WLAN_AVAILABLE_NETWORK, wlanSignalQuality) == 604);

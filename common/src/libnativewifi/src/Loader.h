@@ -5,14 +5,8 @@
 
 namespace nativewifi {
 
-/// A function that Api.h declares, by its address in the platform's client library.
-using AnyFunction = void (*)();
-
-/// The address of `name` in the system directory's Wlanapi.dll, which stays loaded; null when the
-/// DLL or the function is missing.
-AnyFunction findWlanFunction(const char* name);
-
-/// The error code of a call to a function that findWlanFunction() does not find.
-DWORD missingFunctionError();
+/// The platform's client functions. What the platform does not have is a function that returns the
+/// reason as its error code.
+WlanFunctions platformWlanFunctions();
 
 } // namespace nativewifi

@@ -136,14 +136,15 @@ std::optional<LONG> levelOf(const Bss& bss) {
     return std::nullopt;
 }
 
-Block availableNetworkList(const std::vector<Bss>& heard, std::uint64_t bootTimeNs,
-                           std::uint32_t freshMs) {
+bool isFresh(const Bss& bss, std::uint64_t bootTimeNs, std::uint32_t freshMs) {
+    return isConnected(bss) || ageNs(bss, bootTimeNs) <= freshMs * NS_PER_MS;
+}
+
+Block availableNetworkList(const std::vector<Bss>& heard) {
     std::vector<Heard> stations;
     stations.reserve(heard.size());
     for (const Bss& bss : heard) {
-        if (isConnected(bss) || ageNs(bss, bootTimeNs) <= freshMs * NS_PER_MS) {
-            stations.push_back(heardOf(bss));
-        }
+        stations.push_back(heardOf(bss));
     }
     std::ranges::sort(stations, [](const Heard& a, const Heard& b) {
         return std::tuple(a.network(), a.bss->bssid) < std::tuple(b.network(), b.bss->bssid);

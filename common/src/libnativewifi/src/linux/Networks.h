@@ -21,13 +21,13 @@ DOT11_BSS_TYPE typeOf(const Bss& bss);
 /// silent.
 std::optional<LONG> levelOf(const Bss& bss);
 
+/// Whether the kernel heard of it at most `freshMs` ago, or the interface is connected to it.
+/// \param bootTimeNs now, on CLOCK_BOOTTIME
+bool isFresh(const Bss& bss, std::uint64_t bootTimeNs, std::uint32_t freshMs);
+
 /// The block of WlanGetAvailableNetworkList: one entry for each SSID, BSS type and security, the
 /// strongest BSS counts; the connected one first, then by falling quality. Stable for equal input.
-/// \param bootTimeNs now, on CLOCK_BOOTTIME
-/// \param freshMs the oldest age in ms that still counts; entries that are older are left out,
-/// except the connected one
-Block availableNetworkList(const std::vector<Bss>& heard, std::uint64_t bootTimeNs,
-                           std::uint32_t freshMs);
+Block availableNetworkList(const std::vector<Bss>& heard);
 
 /// The block of WlanGetNetworkBssList, elements behind the entries. The level of a driver that is
 /// silent is -100.

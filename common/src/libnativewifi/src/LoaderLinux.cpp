@@ -1,5 +1,7 @@
-// Systems without Native Wifi: every client function is missing, GUIDs convert all the same.
+// The client functions over nl80211, and conversions of GUIDs.
 #include "Loader.h"
+
+#include "linux/Table.h"
 
 #include <nativewifi/Guid.h>
 
@@ -34,12 +36,8 @@ RPC_STATUS rpcStringFree(mrl::Char** text) {
 
 } // namespace
 
-AnyFunction findWlanFunction(const char* /*name*/) {
-    return nullptr;
-}
-
-DWORD missingFunctionError() {
-    return ERROR_MOD_NOT_FOUND;
+WlanFunctions platformWlanFunctions() {
+    return linux_radio::table();
 }
 
 const RpcFunctions& platformRpcFunctions() {

@@ -1,6 +1,8 @@
-#include "Reasons.h"
+#include <nativewifi/Reasons.h>
 
-namespace radiosim {
+#include <algorithm>
+
+namespace nativewifi {
 
 namespace {
 
@@ -49,4 +51,11 @@ std::string_view reasonText(DWORD code) {
     return "There is no text for this reason.";
 }
 
-} // namespace radiosim
+void copyReason(DWORD code, DWORD bufferSize, WCHAR* buffer) {
+    const std::string_view text = reasonText(code);
+    const std::size_t length = std::min<std::size_t>(text.size(), bufferSize - 1);
+    std::copy_n(text.begin(), length, buffer); // ASCII
+    buffer[length] = 0;
+}
+
+} // namespace nativewifi
