@@ -58,7 +58,7 @@ Item itemAt(const Block& block, std::size_t offset) {
 }
 
 void checkNetworks(const std::vector<Bss>& heard) {
-    const Block block = availableNetworkList(heard, BOOT_TIME, FRESH_MS);
+    const Block block = availableNetworkList(heard);
     const auto count = itemAt<DWORD>(block, 0);
     constexpr std::size_t FIRST = offsetof(WLAN_AVAILABLE_NETWORK_LIST, Network);
     require(block.size() == FIRST + count * sizeof(WLAN_AVAILABLE_NETWORK), "a list is whole");
@@ -121,7 +121,8 @@ std::size_t checkStations(const std::vector<Bss>& heard, const DOT11_SSID* ssid)
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::vector<Bss> heard = readStations(ByteSpan(data, size));
+    std::vector<Bss> heard = readStations(ByteSpan(data, size));
+    std::erase_if(heard, [](const Bss& bss) { return !isFresh(bss, BOOT_TIME, FRESH_MS); });
     checkNetworks(heard);
     checkStations(heard, nullptr);
     if (!heard.empty()) {
