@@ -174,26 +174,37 @@ const Standard WPA = {{0x00, 0x50, 0xF2},
                       wpaAuthentications,
                       {true, DOT11_AUTH_ALGO_WPA, DOT11_CIPHER_ALGO_TKIP, true}};
 
-bool offers(ByteSpan suites, const Standard& standard, std::uint8_t number) {
+// The numbers of the standard's own suites.
+template <typename Use>
+void forEachNumber(ByteSpan suites, const Standard& standard, Use use) {
     for (; !suites.empty(); suites = suites.subspan(FieldReader::SUITE_SIZE)) {
-        if (startsWith(suites, standard.vendor) && suites[standard.vendor.size()] == number) {
-            return true;
+        if (startsWith(suites, standard.vendor)) {
+            use(suites[standard.vendor.size()]);
         }
     }
-    return false;
+}
+
+bool offers(ByteSpan suites, const Standard& standard, std::uint8_t number) {
+    bool found = false;
+    forEachNumber(suites, standard,
+                  [&found, number](std::uint8_t offered) { found |= offered == number; });
+    return found;
 }
 
 // The value of the last row that is offered; `unknown` when there is none, `none` without a suite.
 template <typename Value>
 Value strongest(std::span<const Suite<Value>> table, ByteSpan suites, const Standard& standard,
                 Value none, Value unknown) {
-    Value value = suites.empty() ? none : unknown;
-    for (const Suite<Value>& row : table) {
-        if (offers(suites, standard, row.number)) {
-            value = row.value;
+    std::size_t rank = 0; // of the row, counted from 1
+    forEachNumber(suites, standard, [table, &rank](std::uint8_t number) {
+        for (std::size_t row = rank; row < table.size(); ++row) {
+            rank = table[row].number == number ? row + 1 : rank;
         }
+    });
+    if (rank == 0) {
+        return suites.empty() ? none : unknown;
     }
-    return value;
+    return table[rank - 1].value;
 }
 
 Security readSecurity(ByteSpan element, const Standard& standard) {

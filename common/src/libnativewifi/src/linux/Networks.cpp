@@ -61,47 +61,61 @@ Heard heardOf(const Bss& bss) {
             .phyType = phyTypeOf(elements, bss.frequencyMhz)};
 }
 
-// `first` to `last` are the stations of one network, ordered by BSSID.
-template <typename Iterator>
-WLAN_AVAILABLE_NETWORK networkOf(Iterator first, Iterator last) {
-    WLAN_AVAILABLE_NETWORK network{};
-    network.dot11Ssid = toSsid(first->name);
-    network.dot11BssType = first->type;
-    network.bSecurityEnabled = first->security.enabled ? TRUE : FALSE;
-    network.dot11DefaultAuthAlgorithm = first->security.authentication;
-    network.dot11DefaultCipherAlgorithm = first->security.cipher;
-    const bool known = first->security.authentication != DOT11_AUTH_ALGO_IHV_START &&
-                       first->security.cipher != DOT11_CIPHER_ALGO_IHV_START;
-    network.bNetworkConnectable = known ? TRUE : FALSE;
-    network.wlanNotConnectableReason = known ? 0 : REASON_NOT_COMPATIBLE;
-    ULONG phyTypes = 0; // a bit for each
-    for (auto station = first; station != last; ++station) {
-        if (station == first || station->bss->bssid != std::prev(station)->bss->bssid) {
-            ++network.uNumberOfBssids;
+// The stations of one network, ordered by BSSID.
+struct Network {
+    std::span<const Heard> stations;
+    bool connected = false;
+    ULONG quality = 0; // of the strongest
+
+    explicit Network(std::span<const Heard> all) : stations(all) {
+        for (const Heard& station : stations) {
+            connected |= isConnected(*station.bss);
+            quality = std::max(quality, linkQuality(levelOf(*station.bss).value_or(SILENT)));
         }
-        network.wlanSignalQuality = std::max(network.wlanSignalQuality,
-                                             linkQuality(levelOf(*station->bss).value_or(SILENT)));
-        phyTypes |= 1U << static_cast<unsigned>(station->phyType);
-        if (isConnected(*station->bss)) {
-            network.dwFlags |= WLAN_AVAILABLE_NETWORK_CONNECTED;
-        }
+    }
+    bool isListedBefore(const Network& other) const {
+        return std::tuple(connected, quality) > std::tuple(other.connected, other.quality);
+    }
+};
+
+void setPhyTypes(WLAN_AVAILABLE_NETWORK& entry, std::span<const Heard> stations) {
+    ULONG heard = 0; // a bit for each
+    for (const Heard& station : stations) {
+        heard |= 1U << static_cast<unsigned>(station.phyType);
     }
     for (unsigned type = 0; type <= dot11_phy_type_eht; ++type) {
-        if ((phyTypes >> type & 1U) == 0) {
+        if ((heard >> type & 1U) == 0) {
             continue;
         }
-        if (network.uNumberOfPhyTypes == WLAN_MAX_PHY_TYPE_NUMBER) {
-            network.bMorePhyTypes = TRUE;
+        if (entry.uNumberOfPhyTypes == WLAN_MAX_PHY_TYPE_NUMBER) {
+            entry.bMorePhyTypes = TRUE;
             break;
         }
-        network.dot11PhyTypes[network.uNumberOfPhyTypes++] = static_cast<DOT11_PHY_TYPE>(type);
+        entry.dot11PhyTypes[entry.uNumberOfPhyTypes++] = static_cast<DOT11_PHY_TYPE>(type);
     }
-    return network;
 }
 
-// The connected one first, then by falling quality.
-bool isListedBefore(const WLAN_AVAILABLE_NETWORK& a, const WLAN_AVAILABLE_NETWORK& b) {
-    return std::tuple(a.dwFlags, a.wlanSignalQuality) > std::tuple(b.dwFlags, b.wlanSignalQuality);
+WLAN_AVAILABLE_NETWORK entryOf(const Network& network) {
+    const Heard& one = network.stations.front();
+    WLAN_AVAILABLE_NETWORK entry{};
+    entry.dot11Ssid = toSsid(one.name);
+    entry.dot11BssType = one.type;
+    entry.uNumberOfBssids = 1;
+    for (std::size_t i = 1; i < network.stations.size(); ++i) {
+        entry.uNumberOfBssids +=
+            network.stations[i].bss->bssid == network.stations[i - 1].bss->bssid ? 0 : 1;
+    }
+    const bool known = one.security.authentication != DOT11_AUTH_ALGO_IHV_START &&
+                       one.security.cipher != DOT11_CIPHER_ALGO_IHV_START;
+    entry.bNetworkConnectable = known ? TRUE : FALSE;
+    entry.wlanNotConnectableReason = known ? 0 : REASON_NOT_COMPATIBLE;
+    setPhyTypes(entry, network.stations);
+    entry.wlanSignalQuality = network.quality;
+    entry.bSecurityEnabled = one.security.enabled ? TRUE : FALSE;
+    entry.dot11DefaultAuthAlgorithm = one.security.authentication;
+    entry.dot11DefaultCipherAlgorithm = one.security.cipher;
+    entry.dwFlags = network.connected ? WLAN_AVAILABLE_NETWORK_CONNECTED : 0;
+    return entry;
 }
 
 } // namespace
@@ -149,17 +163,19 @@ Block availableNetworkList(const std::vector<Bss>& heard) {
     std::ranges::sort(stations, [](const Heard& a, const Heard& b) {
         return std::tuple(a.network(), a.bss->bssid) < std::tuple(b.network(), b.bss->bssid);
     });
-    std::vector<WLAN_AVAILABLE_NETWORK> networks;
+    std::vector<Network> networks;
     for (auto first = stations.begin(); first != stations.end();) {
         const auto last = std::find_if(first, stations.end(), [first](const Heard& station) {
             return station.network() != first->network();
         });
-        networks.push_back(networkOf(first, last));
+        networks.emplace_back(std::span(first, last));
         first = last;
     }
-    std::ranges::stable_sort(networks, isListedBefore);
+    std::ranges::stable_sort(networks, &Network::isListedBefore);
+    std::vector<WLAN_AVAILABLE_NETWORK> entries(networks.size());
+    std::ranges::transform(networks, entries.begin(), &entryOf);
     return listBlock(offsetof(WLAN_AVAILABLE_NETWORK_LIST, dwNumberOfItems),
-                     offsetof(WLAN_AVAILABLE_NETWORK_LIST, Network), networks);
+                     offsetof(WLAN_AVAILABLE_NETWORK_LIST, Network), entries);
 }
 
 Block bssList(const std::vector<Bss>& heard, const DOT11_SSID* ssid, DOT11_BSS_TYPE type,
