@@ -1,16 +1,17 @@
 #!/usr/bin/env python3
 """Builds the tests, runs every suite and counts the tests: the last line is `N passed, M failed`.
 
-The builds run beside the tests of the executable, which mostly wait. A suite is a GoogleTest
+The builds run beside the tests of the executable, which mostly wait, and beside the suites of the
+builds that are done. A suite is a GoogleTest
 program of a native build (under ThreadSanitizer: only that of the threads) or of the Windows build
 (under Wine), a fuzzer (its seeds and earlier finds, then a fixed number of new inputs), a program
 of benchmarks (each runs once, whatever its figure), or a file of Python tests. The output of each
 suite is kept in build/test-logs and shown when it fails.
 """
-import collections
 import json
 import os
 import pathlib
+import queue
 import re
 import signal
 import subprocess
@@ -34,10 +35,14 @@ INPUTS_OF_A_FUZZER = 2000
 INPUTS_OF_A_SLOW_FUZZER = {"reports": 300, "text_file": 300}
 
 
+# Lanes for all suites but those of the Windows build.
+SIDE_BY_SIDE = 2
+
 # Each build with the targets that the suites need, and what starts its programs.
-BUILDS = (("native", ("all", "benchmarks"), ()),
-          ("thread-sanitizer", ("test_threads",), ()),
-          ("windows-checked", ("all",), ("wine",)))
+# The Windows build first: its programs share the desktop and run one after another.
+BUILDS = (("windows-checked", ("all",), ("wine",)),
+          ("native", ("all", "benchmarks"), ()),
+          ("thread-sanitizer", ("test_threads",), ()))
 # Python suites of the build's programs, which run after it; the others run beside the builds.
 SCRIPTS_OF_BUILDS = {"windows-checked": ("python/system/test_contract_kit",)}
 # The order of the tests in a program; printed, so that a run can be repeated.
@@ -173,11 +178,12 @@ def about_repeats(repeats):
 
 
 class Lanes:
-    """Lists of suites that run side by side, and the sum of their counts."""
+    """Suites that run side by side, and the sum of their counts."""
 
     def __init__(self, patterns):
         self._patterns = patterns
         self._lock = threading.Lock()
+        self._waiting = queue.Queue()
         self.passed = self.failed = 0
 
     def matches(self, name):
@@ -206,27 +212,43 @@ class Lanes:
             not pattern.startswith(tuple(others)) and not any(pattern in name for name in scripts)
             for pattern in self._patterns)
 
-    def run_programs(self, scripts):
-        """Each build, and after it its suites; `scripts` are all Python suites."""
-        for preset, targets, launcher in BUILDS:
-            if not self.needs(preset, scripts):
-                continue
-            self.run(f"build/{preset}", build, (preset, targets))
-            for name, function, arguments in suites_of(preset, launcher):
-                if self.matches(name):
-                    self.run(name, function, arguments)
-            for name in SCRIPTS_OF_BUILDS.get(preset, ()):
-                if self.matches(name):
-                    self.run(name, run_python, (scripts[name],))
+    def add(self, suites):
+        """Suites for the lanes that run side by side."""
+        for suite in suites:
+            if self.matches(suite[0]):
+                self._waiting.put(suite)
 
-    def run_scripts(self, scripts):
-        while True:
-            try:
-                name, path = scripts.popleft()
-            except IndexError:
-                return
+    def run_builds(self, scripts):
+        """Each build; its suites run when it is done. `scripts` are all Python suites."""
+        of_windows = threading.Thread()
+        try:
+            for preset, targets, launcher in BUILDS:
+                if not self.needs(preset, scripts):
+                    continue
+                self.run(f"build/{preset}", build, (preset, targets))
+                suites = [*suites_of(preset, launcher),
+                          *((name, run_python, (scripts[name],))
+                            for name in SCRIPTS_OF_BUILDS.get(preset, ()))]
+                if launcher:
+                    of_windows = threading.Thread(target=self.run_in_order, args=(suites,))
+                    of_windows.start()
+                else:
+                    self.add(suites)
+        finally:
+            for _ in range(SIDE_BY_SIDE):
+                self._waiting.put(None)
+        if of_windows.ident:
+            of_windows.join()
+
+    def run_in_order(self, suites):
+        for name, function, arguments in suites:
             if self.matches(name):
-                self.run(name, run_python, (path,))
+                self.run(name, function, arguments)
+
+    def run_waiting(self):
+        """Takes one suite after another until there are no more."""
+        while suite := self._waiting.get():
+            self.run(*suite)
 
 
 def main(patterns):
@@ -247,14 +269,14 @@ def main(patterns):
     # test that reads its program's output to the end must not be the first.
     subprocess.run(["wine", "cmd", "/c", "exit"], stdin=subprocess.DEVNULL,
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)
-    # Builds and programs keep a processor busy; the executable's real pauses, which the scripts
-    # mostly consist of, do not.
+    # Builds keep a processor busy; the executable's real pauses, which the scripts mostly consist
+    # of, do not.
     lanes = Lanes(patterns)
     of_builds = {name for names in SCRIPTS_OF_BUILDS.values() for name in names}
-    waiting = collections.deque((name, path) for name, path in scripts.items()
-                                if name not in of_builds)
-    threads = [threading.Thread(target=lanes.run_programs, args=(scripts,))]
-    threads += [threading.Thread(target=lanes.run_scripts, args=(waiting,)) for _ in range(2)]
+    lanes.add((name, run_python, (path,)) for name, path in scripts.items()
+              if name not in of_builds)
+    threads = [threading.Thread(target=lanes.run_waiting) for _ in range(SIDE_BY_SIDE)]
+    threads.append(threading.Thread(target=lanes.run_builds, args=(scripts,)))
     for thread in threads:
         thread.start()
     for thread in threads:
