@@ -6,6 +6,7 @@ a package or these sources have changed; equal packages give equal files.
 """
 import fcntl
 import hashlib
+import lzma
 import os
 import pathlib
 import re
@@ -45,9 +46,10 @@ class ImageError(Exception):
 
 
 def _run(command, remedy, **options):
-    """Standard output of a command as text."""
+    """Standard output of a command, in English."""
     try:
-        return subprocess.run(command, check=True, capture_output=True, text=True, **options).stdout
+        return subprocess.run(command, check=True, capture_output=True, text=True,
+                              env={**os.environ, "LC_ALL": "C"}, **options).stdout
     except OSError as failure:
         raise ImageError(f"{command[0]} cannot be started ({failure.strerror}): {remedy}") \
             from failure
@@ -59,8 +61,9 @@ def _run(command, remedy, **options):
 REFRESH = "run `apt-get update` as root and look whether Debian's archive can be reached"
 
 
-def _wanted_packages():
-    """Names of the packages: those above, the current kernel's, and those of libraries."""
+def _offered():
+    """Names of the packages (those above, the current kernel's, those of libraries), and by the file
+    that apt would fetch its checksum."""
     depends = _run(["apt-cache", "depends", KERNEL], REFRESH)
     kernel = re.search(r"Depends: (linux-image-\d\S+)", depends)
     if kernel is None:
@@ -69,17 +72,13 @@ def _wanted_packages():
                     "--no-conflicts", "--no-breaks", "--no-replaces", "--no-enhances",
                     *LIBRARY_OWNERS], REFRESH)
     libraries = set(re.findall(r"^(lib[a-z0-9.+-]*?\d[a-z0-9.+-]*)$", closure, re.MULTILINE))
-    return [*PACKAGES, kernel.group(1), *sorted(libraries)]
-
-
-def _offers(packages):
-    """File name and checksum of each package, as apt would fetch it."""
+    packages = [*PACKAGES, kernel.group(1), *sorted(libraries)]
     listing = _run(["apt-get", "download", "--print-uris", *packages], REFRESH)
     offers = dict(sorted(line.split()[1::2] for line in listing.splitlines()
                          if line.startswith("'")))
     if len(offers) != len(packages):
         raise ImageError(f"apt offers {len(offers)} of {len(packages)} packages: {REFRESH}")
-    return offers
+    return packages, offers
 
 
 def _fetch(packages, offers, folder):
@@ -164,8 +163,9 @@ def _put_libraries(unpacked, tree):
     (tree / LOADER).symlink_to(f"/{LIBRARIES}/{pathlib.Path(LOADER).name}")
 
 
-def _pack(tree, archive):
-    """Writes the tree as the kernel wants it; owner, times and order are always the same."""
+def pack(tree, archive):
+    """Writes the tree as the kernel wants it: equal files give an equal archive, whoever owns them
+    and whenever they were written. Failure: ImageError"""
     paths = sorted(path.relative_to(tree) for path in tree.rglob("*"))
     for path in [tree, *(tree / name for name in paths)]:
         if path.is_dir() and not path.is_symlink():
@@ -179,6 +179,14 @@ def _pack(tree, archive):
                            check=True)
         except (OSError, subprocess.CalledProcessError) as failure:
             raise ImageError(f"cpio failed ({failure}): install the package cpio") from failure
+
+
+def _put_kernel(source, target):
+    """Unpacks the kernel's own archive, which takes the emulated processor longer than a boot."""
+    packed = source.read_bytes()
+    start = packed.find(b"\xfd7zXZ\0")
+    unpacked = lzma.LZMADecompressor().decompress(packed[start:]) if start >= 0 else b""
+    target.write_bytes(unpacked if unpacked.startswith(b"\x7fELF") else packed)
 
 
 def _build(packages, offers, folder):
@@ -200,8 +208,8 @@ def _build(packages, offers, folder):
         _put_modules(unpacked, tree)
         image = pathlib.Path(work) / "image"
         image.mkdir()
-        _pack(tree, image / "initrd")
-        shutil.copyfile(next((unpacked / "boot").glob("vmlinuz-*")), image / "kernel")
+        pack(tree, image / "initrd")
+        _put_kernel(next((unpacked / "boot").glob("vmlinuz-*")), image / "kernel")
         image.rename(folder)
 
 
@@ -210,8 +218,7 @@ def image():
 
     Failure: ImageError
     """
-    packages = _wanted_packages()
-    offers = _offers(packages)
+    packages, offers = _offered()
     key = hashlib.sha256(repr(offers).encode())
     for source in (HERE / "image.py", HERE / "guest" / "init"):
         key.update(source.read_bytes())
