@@ -51,11 +51,11 @@ bool isOff(const Phy& phy) {
 
 // Both lists of pairs are a count and the pairs, whatever array a header declares for them.
 Bytes pairList(const std::vector<AuthCipherPair>& pairs) {
-    std::vector<DOT11_AUTH_CIPHER_PAIR> items;
-    for (const AuthCipherPair& pair : pairs) {
-        items.push_back({static_cast<DOT11_AUTH_ALGORITHM>(pair.auth),
-                         static_cast<DOT11_CIPHER_ALGORITHM>(pair.cipher)});
-    }
+    std::vector<DOT11_AUTH_CIPHER_PAIR> items(pairs.size());
+    std::transform(pairs.begin(), pairs.end(), items.begin(), [](const AuthCipherPair& pair) {
+        return DOT11_AUTH_CIPHER_PAIR{static_cast<DOT11_AUTH_ALGORITHM>(pair.auth),
+                                      static_cast<DOT11_CIPHER_ALGORITHM>(pair.cipher)};
+    });
     return listBlock(0, sizeof(DWORD), items);
 }
 
@@ -71,6 +71,14 @@ Bytes countryList(const std::vector<std::string>& countries) {
                     std::min(countries[i].size(), LENGTH));
     }
     return block;
+}
+
+// The only information element of a station.
+std::vector<std::uint8_t> nameElement(const DOT11_SSID& ssid) {
+    const std::string_view name = nativewifi::ssidBytes(ssid);
+    std::vector<std::uint8_t> element = {0, static_cast<std::uint8_t>(name.size())};
+    element.insert(element.end(), name.begin(), name.end());
+    return element;
 }
 
 View::Answer plain(Bytes block) {
@@ -263,17 +271,11 @@ Bytes View::bssList(const std::optional<BssFilter>& filter) const {
             entries.push_back(bssEntry(accessPoint, i, radios[number], number));
         }
     }
-    // The information elements of each are its name's alone.
-    std::vector<std::vector<std::uint8_t>> elements;
-    for (const WLAN_BSS_ENTRY& entry : entries) {
-        const std::string_view name = nativewifi::ssidBytes(entry.dot11Ssid);
-        std::vector<std::uint8_t>& element = elements.emplace_back(
-            std::initializer_list<std::uint8_t>{0, static_cast<std::uint8_t>(name.size())});
-        element.insert(element.end(), name.begin(), name.end());
-    }
-    std::vector<nativewifi::BssWithElements> stations;
+    std::vector<std::vector<std::uint8_t>> elements(entries.size());
+    std::vector<nativewifi::BssWithElements> stations(entries.size());
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        stations.push_back({entries[i], elements[i]});
+        elements[i] = nameElement(entries[i].dot11Ssid);
+        stations[i] = {entries[i], elements[i]};
     }
     return nativewifi::bssListBlock(stations);
 }
