@@ -23,6 +23,7 @@ FOLDERS = ("common", "modules", "tools")
 SUFFIXES = (".h", ".hpp", ".inl", ".c", ".cc", ".cpp")
 
 MODULE = "modules/src/windows/diag/mrlrantenna"
+SIGNAL = "modules/src/diag/mrlrsignal"
 MODULE_WIN32 = re.compile(
     re.escape(MODULE) + r"/(mrlrantennaDlg|DiversityTest|MRLrAntennaApp|PostedRefresh|TabletPc)[^/]*$")
 # Makes the application object between the others, in the one file that fixes their order.
@@ -43,6 +44,7 @@ COMPONENTS = {
     "dialogprobe": ("tools/dialogprobe", ("tools/dialogprobe",)),
     "module": ("modules", (MODULE,)),
     "module's Win32 half": (MODULE, (MODULE,)),
+    "statistics": (f"{SIGNAL}/statistics", (SIGNAL,)),
 }
 
 # What each component may include besides its own headers.
@@ -60,6 +62,7 @@ ARROWS = {
     "module": {"mrl", "nativewifi", "tesk5", "networkadapters"},
     "module's Win32 half": {"mrl", "nativewifi", "tesk5", "networkadapters", "module", "libmfc",
                             "libUikit"},
+    "statistics": set(),
 }
 
 # The rooms of the framework, and what each may include besides its own headers. A public header
@@ -86,6 +89,7 @@ NAMES = (
     (re.compile(r"(libUikit|libuikit)/"), "libUikit"),
     (re.compile(r"radiosim/"), "radiosim"),
     (re.compile(r"contract/"), "contract"),
+    (re.compile(r"statistics/"), "statistics"),
 )
 
 WIN32_HEADERS = re.compile(

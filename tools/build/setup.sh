@@ -13,6 +13,7 @@ RUN_PACKAGES=(
 TEST_PACKAGES=(
     clang lld g++ googletest                                     # builds the tests and fuzzers
     libbenchmark-dev                                             # builds the benchmarks
+    libboost-dev                                                 # distributions, used header-only
     xvfb xauth xdotool imagemagick                               # a display, keys and screenshots
     fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages
     mosquitto mosquitto-clients rsyslog                          # what the examples for stations feed
