@@ -86,6 +86,7 @@ std::vector<Entry> stations(const std::vector<Bss>& all) {
 
 std::vector<std::string> namesOf(const std::vector<WLAN_AVAILABLE_NETWORK>& list) {
     std::vector<std::string> names;
+    names.reserve(list.size());
     for (const WLAN_AVAILABLE_NETWORK& network : list) {
         names.emplace_back(ssidBytes(network.dot11Ssid));
     }

@@ -24,6 +24,15 @@ TEST(Ssid, HasAsManyBytesAsItsLengthSaysAnd32AtMost) {
     EXPECT_EQ(ssidBytes(full), std::string(32, 'a'));
 }
 
+TEST(Ssid, IsMadeOfBytesAndEndsWithThe32nd) {
+    const DOT11_SSID lab = toSsid(std::string_view("L\0b", 3));
+    EXPECT_EQ(ssidBytes(lab), std::string_view("L\0b", 3));
+    EXPECT_EQ(lab.ucSSID[3], 0) << "the rest";
+    const DOT11_SSID cut = toSsid(std::string(40, 'a'));
+    EXPECT_EQ(cut.uSSIDLength, 32U);
+    EXPECT_EQ(toSsid("").uSSIDLength, 0U);
+}
+
 TEST(Ssid, ReadsOneCharacterAByte) {
     EXPECT_EQ(ssidText(ssid("Lab-5G")), mrl::String("Lab-5G"));
     EXPECT_EQ(ssidText(ssid("Caf\xC3\xA9")), mrl::String("Caf\xC3\x83\xC2\xA9"));
