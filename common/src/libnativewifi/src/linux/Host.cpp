@@ -2,10 +2,10 @@
 
 #include "SystemFiles.h"
 
-#include <charconv>
+#include <nativewifi/LinuxFiles.h>
+
+#include <cinttypes>
 #include <cstdio>
-#include <fstream>
-#include <string_view>
 
 namespace nativewifi::linux_radio {
 
@@ -13,37 +13,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned FLAG_UP = 1;
-
-// The last part of where a link leads; empty without one.
-std::string linkedName(const fs::path& link) {
-    std::error_code error;
-    return fs::read_symlink(link, error).filename().string();
-}
-
-std::optional<unsigned> hexNumber(std::string_view text) {
-    if (text.starts_with("0x")) {
-        text.remove_prefix(2);
-    }
-    unsigned number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, 16);
-    return error == std::errc() && end != text.data() ? std::optional(number) : std::nullopt;
-}
+constexpr std::uint64_t FLAG_UP = 1;
 
 // The names in udev's database: "E:ID_MODEL_FROM_DATABASE=Wireless-AC 9260".
 std::string databaseNames(const fs::path& file) {
-    constexpr std::string_view VENDOR = "E:ID_VENDOR_FROM_DATABASE=";
-    constexpr std::string_view MODEL = "E:ID_MODEL_FROM_DATABASE=";
-    std::string vendor;
-    std::string model;
-    std::ifstream database(file);
-    for (std::string line; std::getline(database, line);) {
-        if (line.starts_with(VENDOR)) {
-            vendor = line.substr(VENDOR.size());
-        } else if (line.starts_with(MODEL)) {
-            model = line.substr(MODEL.size());
-        }
-    }
+    const std::string vendor = valueIn(file, "E:ID_VENDOR_FROM_DATABASE=");
+    const std::string model = valueIn(file, "E:ID_MODEL_FROM_DATABASE=");
     return model.empty() ? std::string() : vendor.empty() ? model : vendor + " " + model;
 }
 
@@ -65,23 +40,17 @@ std::string deviceNumbers(const fs::path& device) {
     if (!vendor || !product) {
         return {};
     }
-    char text[20];
-    std::snprintf(text, sizeof text, "%04x:%04x", *vendor, *product);
+    char text[40];
+    std::snprintf(text, sizeof text, "%04" PRIx64 ":%04" PRIx64, *vendor, *product);
     return text;
 }
 
 } // namespace
 
 std::optional<MacAddress> Host::permanentAddress(const std::string& interface) const {
-    const std::string line = lineOf(radioFolder(m_root, interface) / "macaddress");
-    MacAddress address{};
-    int used = 0;
-    if (std::sscanf(line.c_str(), "%2hhx:%2hhx:%2hhx:%2hhx:%2hhx:%2hhx%n", &address[0], &address[1],
-                    &address[2], &address[3], &address[4], &address[5], &used) != 6 ||
-        static_cast<std::size_t>(used) != line.size() || address == MacAddress{}) {
-        return std::nullopt;
-    }
-    return address;
+    const std::optional<MacAddress> address =
+        hardwareAddress(lineOf(radioFolder(m_root, interface) / "macaddress"));
+    return address == MacAddress{} ? std::nullopt : address;
 }
 
 std::string Host::description(const std::string& interface) const {

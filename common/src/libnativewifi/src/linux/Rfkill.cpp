@@ -2,6 +2,8 @@
 
 #include "SystemFiles.h"
 
+#include <nativewifi/LinuxFiles.h>
+
 #include <fcntl.h>
 #include <linux/rfkill.h>
 #include <unistd.h>

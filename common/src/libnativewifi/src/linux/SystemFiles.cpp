@@ -1,7 +1,5 @@
 #include "SystemFiles.h"
 
-#include <fstream>
-
 namespace nativewifi::linux_radio {
 
 std::filesystem::path interfaceFolder(const std::filesystem::path& root,
@@ -14,13 +12,6 @@ std::filesystem::path interfaceFolder(const std::filesystem::path& root,
 
 std::filesystem::path radioFolder(const std::filesystem::path& root, const std::string& interface) {
     return interfaceFolder(root, interface) / "phy80211";
-}
-
-std::string lineOf(const std::filesystem::path& path) {
-    std::ifstream file(path);
-    std::string line;
-    std::getline(file, line);
-    return line;
 }
 
 } // namespace nativewifi::linux_radio

@@ -2,9 +2,7 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
 #include <string>
-#include <string_view>
 
 namespace nativewifi::linux_radio {
 
@@ -15,8 +13,5 @@ std::filesystem::path interfaceFolder(const std::filesystem::path& root,
 
 /// That of its radio.
 std::filesystem::path radioFolder(const std::filesystem::path& root, const std::string& interface);
-
-/// The first line of a file; empty when it cannot be read.
-std::string lineOf(const std::filesystem::path& path);
 
 } // namespace nativewifi::linux_radio
