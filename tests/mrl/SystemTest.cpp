@@ -18,4 +18,17 @@ TEST(System, APathKeepsEveryCharacter) {
     EXPECT_EQ(std::string(back.begin(), back.end()), name);
 }
 
+TEST(System, ResourcesLieBesideTheExecutableFirst) {
+    const std::filesystem::path folder = mrl::System::executableFolder();
+    const auto folders = mrl::System::resourceFolders("example");
+    ASSERT_EQ(folders.size(), 2U);
+    if (mrl::System::name() == "windows") {
+        EXPECT_EQ(folders[0], folder / "resources");
+        EXPECT_EQ(folders[1], "resources");
+    } else {
+        EXPECT_EQ(folders[0], folder / "share" / "example");
+        EXPECT_EQ(folders[1], folder.parent_path() / "share" / "example");
+    }
+}
+
 } // namespace

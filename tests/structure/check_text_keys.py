@@ -3,7 +3,8 @@
 
 A key is a string literal in the code. A key without a text would be shown as it is; a text that no
 literal names is unused. A literal that ends with an underscore names every key that begins with
-it. Prints `file: message` for each offence.
+it. Behind "@" a key may name the system for which its text stands in the place of the other one.
+Prints `file: message` for each offence.
 """
 
 import json
@@ -18,6 +19,7 @@ CODE = {
     "networkadapters": ("common/src/libnetworkadapters",),
     "mrlrantenna": ("modules/src/windows/diag/mrlrantenna", "common/src/libuikit"),
 }
+SYSTEMS = ("linux", "windows")
 SUFFIXES = (".h", ".cpp", ".rc", ".html")
 LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
 KEY = re.compile(r"[A-Z][A-Z0-9]*(?:_[A-Z0-9]+)+$")
@@ -36,9 +38,25 @@ def code_of(root, folders):
                 yield path, COMMENT.sub("", path.read_text(encoding="utf-8"))
 
 
-def keys_of(root, part):
+def texts_of(root, part):
+    """The English texts of a part: their file, and the keys as they are written."""
     path = root / "resources" / part / "texts" / "en.json"
     return path, set(json.loads(path.read_text(encoding="utf-8")))
+
+
+def keys_of(root, part):
+    """The keys that code can name."""
+    path, written = texts_of(root, part)
+    return path, {key for key in written if "@" not in key}
+
+
+def check_systems(root, part):
+    """Texts for one system that no system shows, as (file, message)."""
+    path, written = texts_of(root, part)
+    for key in sorted(written):
+        base, separator, system = key.partition("@")
+        if separator and (base not in written or system not in SYSTEMS):
+            yield path, f"{key} stands for no text, or for no system of {', '.join(SYSTEMS)}"
 
 
 def check_part(root, part, folders, known_elsewhere):
@@ -71,7 +89,8 @@ def check(root):
     for part, folders in parts.items():
         elsewhere = set().union(*(keys_of(root, other)[1] for other in parts if other != part))
         lines += [f"{path.relative_to(root).as_posix()}: {message}"
-                  for path, message in check_part(root, part, folders, elsewhere)]
+                  for path, message in (*check_part(root, part, folders, elsewhere),
+                                        *check_systems(root, part))]
     return lines
 
 

@@ -44,6 +44,14 @@ class TextKeys(unittest.TestCase):
                 # A page names texts in double braces.
                 ("LIST_TESTS", "a.html", '<h1 class="LIST">{{LIST_TESTS}}</h1>{{LIST_NONE}}',
                  f"{FRAMEWORK}/a.html: there is no text of LIST_NONE"),
+                # A text for one system.
+                ("LIST_TESTS LIST_TESTS@linux", "a.cpp", 'message("LIST_TESTS");'),
+                ("LIST_TESTS LIST_TESTS@amiga LIST_NONE@linux", "a.cpp",
+                 'message("LIST_TESTS");',
+                 "resources/tesk5/texts/en.json: LIST_NONE@linux stands for no text, or for no "
+                 "system of linux, windows",
+                 "resources/tesk5/texts/en.json: LIST_TESTS@amiga stands for no text, or for no "
+                 "system of linux, windows"),
                 # A literal may name the beginning of keys.
                 ("LIST_RESULT_PASS LIST_OTHER", "a.cpp", 'message("LIST_RESULT_" + name);',
                  "resources/tesk5/texts/en.json: no code names LIST_OTHER")):

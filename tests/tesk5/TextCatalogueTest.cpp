@@ -3,6 +3,8 @@
 
 #include <texts/TextCatalogue.h>
 
+#include <mrl/System.h>
+
 #include <gmock/gmock.h>
 
 namespace test {
@@ -79,11 +81,18 @@ TEST_F(Texts, DoWithoutAnUnusableBuiltInCopy) {
     EXPECT_THAT(log.texts(), testing::ElementsAre(HasSubstr("of the program itself are not used")));
 }
 
-TEST(TextFolders, LieBesideTheExecutableThenBelowTheCurrentFolder) {
-    EXPECT_THAT(tesk5::textFolders("example", "bin"),
+TEST_F(Texts, ForThisSystemWinOverThoseForAllButNotOverThoseOfABetterFile) {
+    const std::string own = "A@" + std::string(mrl::System::name());
+    const std::string builtIn = R"({"A": "all", ")" + own + R"(": "this", "A@other": "other"})";
+    EXPECT_EQ(text("A", "en", builtIn.c_str()), "this");
+    write(first / "en.json", R"({"A": "first"})");
+    EXPECT_EQ(text("A", "en", builtIn.c_str()), "first");
+}
+
+TEST(TextFolders, LieInTheFoldersOfResources) {
+    EXPECT_THAT(tesk5::textFolders("example", {"bin/resources", "resources"}),
                 testing::ElementsAre(std::filesystem::path("bin/resources/example/texts"),
                                      std::filesystem::path("resources/example/texts")));
-    EXPECT_EQ(tesk5::textFolders("example", "").size(), 1U);
 }
 
 TEST(ExecutableFolder, HoldsThisProgram) {

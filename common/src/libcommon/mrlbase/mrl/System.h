@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace mrl {
@@ -30,9 +31,22 @@ public:
     /// A path from UTF-8, for file operations.
     static std::filesystem::path path(std::string_view utf8);
 
-    /// The folder that the running executable's file lies in; empty when the system cannot say.
-    /// Platform: GetModuleFileNameW
+    /// The path of the running executable's file; empty when the system cannot say.
+    /// Platform: GetModuleFileNameW; /proc/self/exe
+    static std::filesystem::path executable();
+
+    /// The folder that this file lies in.
     static std::filesystem::path executableFolder();
+
+    /// The folders that the resources of `program` may lie in, the nearest first. On Windows
+    /// "resources" beside the executable and in the current folder. On Linux "share/<program>"
+    /// beside the executable, as it is built, and beside the executable's folder, as it is
+    /// installed; not the current folder, because the program may have rights that its user lacks.
+    /// Platform: that of executable()
+    static std::vector<std::filesystem::path> resourceFolders(std::string_view program);
+
+    /// The system that the program is built for: "windows" or "linux".
+    static std::string_view name();
 
     /// The user's languages, the preferred one first, as tags ("de-AT", or "de_AT.UTF-8" from the
     /// environment); empty when the system has none.

@@ -33,6 +33,10 @@ std::filesystem::path System::path(std::string_view utf8) {
 #endif
 }
 
+std::filesystem::path System::executableFolder() {
+    return executable().parent_path();
+}
+
 void System::waitForLine() {
     for (int character = 0; character != '\n' && character != EOF;) {
         character = std::getchar();

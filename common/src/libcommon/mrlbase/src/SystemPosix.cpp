@@ -8,9 +8,22 @@
 
 namespace mrl {
 
-std::filesystem::path System::executableFolder() {
+std::filesystem::path System::executable() {
     std::error_code failure;
-    return std::filesystem::read_symlink("/proc/self/exe", failure).parent_path();
+    return std::filesystem::read_symlink("/proc/self/exe", failure);
+}
+
+std::vector<std::filesystem::path> System::resourceFolders(std::string_view program) {
+    const std::filesystem::path folder = executableFolder();
+    if (folder.empty()) {
+        return {};
+    }
+    const std::filesystem::path below = std::filesystem::path("share") / program;
+    return {folder / below, folder.parent_path() / below};
+}
+
+std::string_view System::name() {
+    return "linux";
 }
 
 std::chrono::minutes System::utcOffset(std::chrono::system_clock::time_point time) {

@@ -9,7 +9,7 @@ namespace mrl {
 
 // The runtime library has the path only in the code page of the process, which lacks characters of
 // some folders' names.
-std::filesystem::path System::executableFolder() {
+std::filesystem::path System::executable() {
     CharString path(MAX_PATH, Char());
     for (;;) {
         // ERROR_INSUFFICIENT_BUFFER: the text is cut and fills the buffer
@@ -17,10 +17,20 @@ std::filesystem::path System::executableFolder() {
             GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
         if (length < path.size()) {
             path.resize(length);
-            return std::filesystem::path(path).parent_path();
+            return std::filesystem::path(path);
         }
         path.resize(path.size() * 2);
     }
+}
+
+std::vector<std::filesystem::path> System::resourceFolders(std::string_view /*program*/) {
+    const std::filesystem::path below("resources");
+    const std::filesystem::path folder = executableFolder();
+    return folder.empty() ? std::vector{below} : std::vector{folder / below, below};
+}
+
+std::string_view System::name() {
+    return "windows";
 }
 
 std::chrono::minutes System::utcOffset(std::chrono::system_clock::time_point time) {

@@ -18,13 +18,14 @@ namespace {
 
 const std::vector<TextSource>& sources() {
     static const std::vector<TextSource> all = [] {
-        const std::filesystem::path folder = mrl::System::executableFolder();
+        const std::vector<std::filesystem::path> resources =
+            mrl::System::resourceFolders(moduleInfo().name);
         std::vector<TextSource> found = {
-            {textFolders(moduleInfo().name, folder), moduleInfo().builtInTexts}};
+            {textFolders(moduleInfo().name, resources), moduleInfo().builtInTexts}};
         for (const TextPart& part : moduleInfo().sharedTexts) {
-            found.push_back({textFolders(part.name, folder), part.builtInTexts});
+            found.push_back({textFolders(part.name, resources), part.builtInTexts});
         }
-        found.push_back({textFolders("tesk5", folder), frameworkTexts()});
+        found.push_back({textFolders("tesk5", resources), frameworkTexts()});
         return found;
     }();
     return all;

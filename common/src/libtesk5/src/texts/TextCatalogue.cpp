@@ -64,7 +64,14 @@ mrl::Json builtInTexts(std::string_view builtIn) {
 } // namespace
 
 TextCatalogue::TextCatalogue(const std::vector<TextSource>& sources, std::string_view language) {
-    const auto add = [this](const mrl::Json& texts) {
+    const std::string ending = "@" + std::string(mrl::System::name());
+    const auto add = [this, &ending](const mrl::Json& texts) {
+        for (const auto& [key, text] : texts.items()) {
+            if (key.ends_with(ending)) {
+                m_texts.try_emplace(key.substr(0, key.size() - ending.size()),
+                                    text.get_ref<const std::string&>());
+            }
+        }
         for (const auto& [key, text] : texts.items()) {
             m_texts.try_emplace(key, text.get_ref<const std::string&>());
         }
@@ -88,15 +95,12 @@ const TeskString& TextCatalogue::find(const TeskString& key) const {
     return found != m_texts.end() ? found->second : key;
 }
 
-std::vector<std::filesystem::path> textFolders(std::string_view part,
-                                               const std::filesystem::path& executableFolder) {
-    const std::filesystem::path below =
-        std::filesystem::path("resources") / mrl::System::path(part) / "texts";
+std::vector<std::filesystem::path>
+textFolders(std::string_view part, const std::vector<std::filesystem::path>& resources) {
     std::vector<std::filesystem::path> folders;
-    if (!executableFolder.empty()) {
-        folders.push_back(executableFolder / below);
+    for (const std::filesystem::path& folder : resources) {
+        folders.push_back(folder / mrl::System::path(part) / "texts");
     }
-    folders.push_back(below);
     return folders;
 }
 

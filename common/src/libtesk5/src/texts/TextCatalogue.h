@@ -25,8 +25,10 @@ struct TextSource {
 class TextCatalogue {
 public:
     /// Reads the files of `language`, then those of its less specific tags, then the English ones,
-    /// then the compiled-in texts; the first text of a key stays. A file that cannot be used is
-    /// named in the log and passed over: a damaged installation must not cost a verdict.
+    /// then the compiled-in texts; the first text of a key stays. Where one of them has the key
+    /// with "@" and the name of this system behind it, that text counts: remedies differ. A file
+    /// that cannot be used is named in the log and passed over: a damaged installation must not
+    /// cost a verdict.
     TextCatalogue(const std::vector<TextSource>& sources, std::string_view language);
     TextCatalogue(const TextCatalogue&) = delete;
     TextCatalogue& operator=(const TextCatalogue&) = delete;
@@ -40,10 +42,9 @@ private:
     std::unordered_map<std::string, TeskString> m_texts;
 };
 
-/// The folders in which the texts of a part are looked for: below `executableFolder`, then below
-/// the current one.
+/// The folders in which the texts of a part are looked for: one in each of `resources`.
 std::vector<std::filesystem::path> textFolders(std::string_view part,
-                                               const std::filesystem::path& executableFolder);
+                                               const std::vector<std::filesystem::path>& resources);
 
 /// The languages that have a file in any of the folders, and English, in alphabetical order.
 std::vector<std::string> languagesOf(const std::vector<TextSource>& sources);
