@@ -124,6 +124,18 @@ TEST_F(Start, ByADoubleClickShowsTheHelpAndHowToGoOn) {
     EXPECT_THAT(shown, testing::StartsWith(output()));
 }
 
+TEST_F(Start, HelpHasNoExampleOfATestThatThisSystemCannotRun) {
+    const char* const example = "  example.k5x run DiversityTest --device intel\n";
+    tesk5::Test* const test = registerTest("DiversityTest", TestResult::PASS());
+    EXPECT_EQ(start({"run", "--help"}), 0);
+    EXPECT_THAT(output(), HasSubstr(example));
+    forgetOutput();
+    test->setObstacle("PLAIN");
+    EXPECT_EQ(start({"run", "--help"}), 0);
+    EXPECT_THAT(output(), Not(HasSubstr(example)));
+    EXPECT_THAT(output(), HasSubstr("  example.k5x run --config station.toml"));
+}
+
 TEST_F(Start, HelpOnACommandShowsItsOptionsWithExamples) {
     for (const auto& arguments : std::vector<std::vector<std::string>>{
              {"run", "--help"}, {"--help", "run"}, {"run", "Signal", "-h"}}) {

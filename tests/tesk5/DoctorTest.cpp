@@ -134,7 +134,59 @@ TEST_F(Doctor, TakesParametersAndNeedsNone) {
     EXPECT_THAT(errors(), HasSubstr("the command doctor takes no \"A\""));
 }
 
+TEST_F(Doctor, SaysWhatTheMachineCheckFindsBehindTheServiceAndOfAFailedServiceTheProblemsOnly) {
+    g_module.machine = {{"PLAIN", true, {}}, {"WEAK", false, {{"Name", "X"}, {"Strength", "7"}}}};
+    EXPECT_EQ(start({"doctor"}), CANNOTRUN);
+    EXPECT_EQ(output(), "ok: The service answers.\n"
+                        "ok: Something happened.\n"
+                        "problem: The signal of X is 7%.\n"
+                        "ok: Card 1 can be tested by A.\n"
+                        "Problems found: 1; exit value 3\n");
+    forgetOutput();
+    g_module.devices = {{}, tesk5::Finding{"SERVICE_STOPPED", false, {{"Error", "126"}}}};
+    EXPECT_EQ(startBare({"doctor"}), CANNOTRUN);
+    EXPECT_EQ(output(), "problem: The service does not run (error 126).\n"
+                        "problem: The signal of X is 7%.\n"
+                        "Problems found: 2; exit value 3\n");
+}
+
+TEST_F(Doctor, LeavesOutATestThatThisSystemCannotRun) {
+    registerTest("B", TestResult::PASS())->setObstacle("PLAIN");
+    EXPECT_EQ(start({"doctor"}), 0);
+    EXPECT_THAT(output(), HasSubstr("ok: Card 1 can be tested by A.\n"));
+    setDevices(0);
+    forgetOutput();
+    EXPECT_EQ(start({"doctor"}), CANNOTRUN);
+    EXPECT_THAT(output(), HasSubstr("problem: There is no device for A.\n"));
+}
+
 using Advice = Examinations;
+
+TEST_F(Advice, IsTheObstacleOfATestThatThisSystemCannotRunWhateverTheDevices) {
+    registerTest("A", TestResult::PASS())->setObstacle("PLAIN");
+    EXPECT_EQ(start({"run"}), CANNOTRUN);
+    EXPECT_EQ(errors(), "example: no device for A\n"
+                        "  Card 1: does not run on this system\n"
+                        "  possible cause: Something happened.\n");
+    forgetOutput();
+    g_module.devices = {{}, tesk5::Finding{"SERVICE_STOPPED", false, {{"Error", "126"}}}};
+    EXPECT_EQ(startBare({"run"}), CANNOTRUN);
+    EXPECT_THAT(errors(), testing::EndsWith("  possible cause: Something happened.\n"));
+}
+
+TEST_F(Advice, HasTheProblemsOfTheMachineForARunWithoutAViewAndATestWithoutADevice) {
+    registerTest("A", TestResult::CANNOTRUN());
+    g_module.machine = {{"WEAK", false, {{"Name", "X"}, {"Strength", "7"}}}, {"PLAIN", true, {}}};
+    EXPECT_EQ(start({"run"}), CANNOTRUN);
+    EXPECT_EQ(output(), "A on Card 1\n"
+                        "  possible cause: The signal of X is 7%.\n"
+                        "  CANNOTRUN after 0.0\u00A0s\n"
+                        "Runs: 1 (1 CANNOTRUN); exit value 3\n");
+    setDevices(0);
+    EXPECT_EQ(start({"run"}), CANNOTRUN);
+    EXPECT_THAT(errors(), testing::EndsWith("  possible cause: There is no device for A.\n"
+                                            "  possible cause: The signal of X is 7%.\n"));
+}
 
 TEST_F(Advice, StandsUnderARunThatCouldNotRun) {
     registerTest("A", TestResult::CANNOTRUN());

@@ -42,6 +42,7 @@ const ModuleInfo& moduleInfo() {
                       auto& findings) { test::g_module.examine(device, depth, findings); },
         .devices = [] { return test::g_module.devices; },
         .checkService = [] { return test::g_module.service; },
+        .checkMachine = [] { return test::g_module.machine; },
         .checkParameters = [](bool complete) { return test::g_module.parameters(complete); },
         .noDevice = "NO_DEVICE",
         .limitReached = "LIMIT_REACHED",
@@ -155,20 +156,30 @@ std::vector<std::string> FrameworkTest::filesThere() const {
     return names;
 }
 
+namespace {
+
+// On Windows below the current folder, on Linux beside the folder of this program.
+std::filesystem::path ownResources() {
+    return mrl::System::resourceFolders(tesk5::moduleInfo().name).back();
+}
+
+} // namespace
+
 OwnTexts::OwnTexts() {
     std::filesystem::current_path(mrl::System::path(file(".")));
 }
 
 OwnTexts::~OwnTexts() {
     tesk5::Language::current().set("en");
+    std::filesystem::remove_all(ownResources());
     std::filesystem::current_path(m_before);
 }
 
 void OwnTexts::write(const std::string& part, const std::string& tag,
                      const std::string& text) const {
-    const std::string folder = "resources/" + part + "/texts/";
-    std::filesystem::create_directories(mrl::System::path(file(folder)));
-    fileWith(folder + tag + ".json", text);
+    const std::filesystem::path folder = ownResources() / part / "texts";
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / (tag + ".json"), std::ios::binary) << text;
 }
 
 } // namespace test

@@ -42,6 +42,7 @@ struct ModuleAnswers {
     std::function<void(const DiagDevice&, tesk5::ExaminationDepth, tesk5::Findings&)> examine =
         [](const auto&...) {};
     tesk5::Finding service{"SERVICE_ANSWERS", true, {}};
+    tesk5::Findings machine;
     tesk5::DeviceList devices; ///< of this PC
     std::function<tesk5::Findings(bool)> parameters = [](bool) { return tesk5::Findings(); };
 };
@@ -109,7 +110,7 @@ private:
     CapturedStream m_errors{mrl::cerr};
 };
 
-/// A framework test whose folder is the current one, so that languages can be added to it.
+/// A framework test that can add languages. Its folder is the current one.
 class OwnTexts : public FrameworkTest {
 protected:
     OwnTexts();

@@ -78,6 +78,17 @@ TEST_F(List, PutsDevicesOfAnotherKindIntoOneLine) {
                                     "\"Wireless\"\n    Card: yes\n"));
 }
 
+TEST_F(List, SaysWhyThisSystemCannotRunATest) {
+    registry().findTest("DiversityTest")->setObstacle("PLAIN");
+    EXPECT_EQ(start({"list"}), 0);
+    EXPECT_THAT(output(), HasSubstr("  DiversityTest (interactive: runs when named)\n"
+                                    "    Something happened.\n"
+                                    "    capabilities: Wireless\n"));
+    EXPECT_THAT(output(), HasSubstr("  DiversityTest\n"
+                                    "    Card A: no: does not run on this system\n"
+                                    "    Card\\nB: no: does not run on this system\n"));
+}
+
 TEST_F(List, SaysThatThereIsNoDevice) {
     setDevices("[]");
     EXPECT_EQ(start({"list"}), 0);

@@ -65,6 +65,10 @@ struct ModuleInfo {
     /// Whether the service that all tests need answers: a good finding, or the reason with its
     /// remedy. Any thread of the framework; must not wait.
     Finding (*checkService)() = nullptr;
+    /// What else of this PC keeps devices from being found or tested: problems with their remedies,
+    /// and, as good findings, what is worth knowing. Asked by the command doctor and for advice;
+    /// must not wait. Threads: that of the run
+    Findings (*checkMachine)() = nullptr;
     /// Whether the parameters, which have the values that were given, suit the tests: findings as
     /// of an examination. Makes no call to the system and does not wait. \param complete whether
     /// what a run needs and was not given is a problem too

@@ -44,6 +44,9 @@ public:
     /// The test runs only for devices that meet this condition.
     Test* addDevicePropertyRequirement(const TeskString& property, const TeskString& value);
     Test* addParameter(const Parameter* parameter);
+    /// With the key of a reason, this system cannot run the test: no device suits it, and the text
+    /// under that key says why; with null it can.
+    Test* setObstacle(const char* reason);
 
     const TeskString& name() const { return m_name; }
     const DeviceCapability& capability() const { return m_capability; }
@@ -53,6 +56,8 @@ public:
     const std::vector<PropertyCondition>& exclusions() const { return m_exclusions; }
     const std::vector<PropertyCondition>& requirements() const { return m_requirements; }
     const std::vector<const Parameter*>& parameters() const { return m_parameters; }
+    /// The key given to setObstacle(); null for a test that this system can run.
+    const char* obstacle() const { return m_obstacle; }
 
     /// Every reason why `device` does not match; empty when it matches.
     std::vector<Mismatch> mismatches(const DiagDevice& device) const;
@@ -66,6 +71,7 @@ private:
     std::vector<PropertyCondition> m_exclusions;
     std::vector<PropertyCondition> m_requirements;
     std::vector<const Parameter*> m_parameters;
+    const char* m_obstacle = nullptr;
 };
 
 } // namespace tesk5

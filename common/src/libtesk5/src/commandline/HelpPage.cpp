@@ -1,6 +1,7 @@
 // The help page, made from the tables of commands, options and exit values.
 #include "commandline/HelpPage.h"
 
+#include <tesk5/RunContext.h>
 #include <tesk5/TestResult.h>
 #include <tesk5/Texts.h>
 
@@ -141,11 +142,23 @@ std::string overview(const std::string& program) {
     return page + "\n" + paragraph(message("HELP_MORE", {{"Program", program}}), 0);
 }
 
+// Whether an example names a test that this system cannot run.
+bool failsHere(std::string_view example) {
+    const std::deque<Test>& tests = RunContext::current().registry.tests;
+    return std::any_of(tests.begin(), tests.end(), [example](const Test& test) {
+        return test.obstacle() != nullptr &&
+               example.find(test.name().utf8()) != std::string_view::npos;
+    });
+}
+
 std::string pageOn(const CommandDescription& command, const std::string& program) {
     std::string page =
         "  " + usage(program, command) + "\n\n" + paragraph(message(command.help), 0);
     page += "\n" + paragraph(message("HELP_EXAMPLES"), 0);
     for (const char* example : command.examples) {
+        if (failsHere(example)) {
+            continue;
+        }
         page += "  " + program + " " + example + "\n";
     }
     page += optionGroups(

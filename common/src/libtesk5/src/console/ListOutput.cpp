@@ -111,6 +111,9 @@ private:
         if (const TeskString shown = translation(test.name()); shown != test.name()) {
             line("    " + shown.utf8());
         }
+        if (test.obstacle() != nullptr) {
+            line("    " + message(test.obstacle()));
+        }
         condition("LIST_CAPABILITIES", listed(test.capability().names()));
         if (!test.requirements().empty()) {
             condition("LIST_ONLY_WITH", listed(textsOf(test.requirements(), &conditionText)));

@@ -56,7 +56,15 @@ Test* Test::addParameter(const Parameter* parameter) {
     return this;
 }
 
+Test* Test::setObstacle(const char* reason) {
+    m_obstacle = reason;
+    return this;
+}
+
 std::vector<Mismatch> Test::mismatches(const DiagDevice& device) const {
+    if (m_obstacle != nullptr) {
+        return {{"LIST_NOT_ON_THIS_SYSTEM", {}}};
+    }
     std::vector<Mismatch> reasons;
     for (const std::string& name : m_capability.names()) {
         if (!device.capability().includes(*DeviceCapability::fromName(name))) {

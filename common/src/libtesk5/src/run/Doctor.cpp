@@ -42,6 +42,9 @@ std::vector<Suitability> suitabilitiesOf(const DiagDevice& device, const std::de
                                          const std::optional<std::string>& filter) {
     std::vector<Suitability> all;
     for (const Test& test : tests) {
+        if (test.obstacle() != nullptr) {
+            continue;
+        }
         const std::vector<std::string> reasons = reasonsAgainst(test, device, filter);
         // Good as well: a device of another kind, and one of several when another is tested.
         const bool ofKind = isOfKind(test, device);
@@ -95,7 +98,7 @@ void addDevices(const std::deque<Test>& tests, const DeviceList& devices,
                 const std::optional<std::string>& filter, Findings& findings) {
     std::vector<std::string> withoutAny;
     for (const Test& test : tests) {
-        if (!anyOfKind(test, devices)) {
+        if (test.obstacle() == nullptr && !anyOfKind(test, devices)) {
             withoutAny.push_back(test.name().utf8());
         }
     }
@@ -123,9 +126,24 @@ bool isGood(const Finding& finding) {
     return finding.good;
 }
 
+void append(const Findings& more, Findings& findings) {
+    findings.insert(findings.end(), more.begin(), more.end());
+}
+
 Findings serviceFindings() {
     return moduleInfo().checkService == nullptr ? Findings()
                                                 : Findings{moduleInfo().checkService()};
+}
+
+Findings machineFindings() {
+    return moduleInfo().checkMachine == nullptr ? Findings() : moduleInfo().checkMachine();
+}
+
+// `findings`, then those of the machine; of all of them the problems.
+Findings withMachineProblems(Findings findings) {
+    append(machineFindings(), findings);
+    std::erase_if(findings, isGood);
+    return findings;
 }
 
 bool lacksClearView(const Outcome& outcome) {
@@ -151,12 +169,13 @@ Findings parameterFindings(bool complete) {
 Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
                    const std::optional<std::string>& filter, bool settings) {
     if (devices.failure) {
-        return {*devices.failure};
+        return withMachineProblems({*devices.failure});
     }
     Findings findings = settings ? parameterFindings(false) : Findings();
     // Devices from a device file need the service too.
     const Findings service = serviceFindings();
-    findings.insert(findings.end(), service.begin(), service.end());
+    append(service, findings);
+    append(machineFindings(), findings);
     if (std::all_of(service.begin(), service.end(), isGood)) {
         addDevices(tests, devices, filter, findings);
     }
@@ -165,11 +184,14 @@ Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
 
 Findings adviceFor(const Test& test, const DeviceList& devices,
                    const std::optional<std::string>& filter) {
+    if (test.obstacle() != nullptr) {
+        return {{test.obstacle(), false, {{"Test", test.name()}}}};
+    }
     if (devices.failure) {
-        return {*devices.failure};
+        return withMachineProblems({*devices.failure});
     }
     if (!anyOfKind(test, devices)) {
-        return noDeviceFor({test.name().utf8()});
+        return withMachineProblems(noDeviceFor({test.name().utf8()}));
     }
     if (filter && std::none_of(devices.devices.begin(), devices.devices.end(),
                                [&](const auto& device) { return answersTo(device, *filter); })) {
@@ -182,8 +204,9 @@ Findings adviceFor(const Outcome& outcome) {
     Findings findings;
     if (lacksClearView(outcome)) {
         findings = serviceFindings();
-        if (std::all_of(findings.begin(), findings.end(), isGood) &&
-            moduleInfo().examine != nullptr) {
+        const bool answers = std::all_of(findings.begin(), findings.end(), isGood);
+        findings = withMachineProblems(std::move(findings));
+        if (answers && moduleInfo().examine != nullptr) {
             moduleInfo().examine(*outcome.device, ExaminationDepth::QUICK, findings);
         }
         std::erase_if(findings, isGood);
