@@ -3,6 +3,7 @@
 set(MRLR_SANITIZERS "" CACHE STRING "Sanitizers for -fsanitize=, comma-separated; empty for none")
 option(MRLR_TRAP_UNDEFINED "Windows: end the program on undefined behaviour; for tests" OFF)
 option(MRLR_FUZZERS "Build the fuzzers too; needs clang and a fuzzer among the sanitizers" OFF)
+option(MRLR_HARDENED "Linux: the mitigations of Debian's own programs, and no symbols" OFF)
 option(MRLR_WERROR "Treat warnings as errors" ON)
 
 # Release with assertions of the standard library: a diagnostic must stop at a broken invariant
@@ -41,6 +42,13 @@ if(WIN32)
     endif()
 else()
     add_compile_options(-fno-omit-frame-pointer)
+    if(MRLR_HARDENED)
+        set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+        add_compile_options(
+            -ffunction-sections -fdata-sections -fstack-protector-strong -fstack-clash-protection
+            -fcf-protection -Wformat -Werror=format-security -D_FORTIFY_SOURCE=2)
+        add_link_options(-pie -Wl,-z,relro -Wl,-z,now -Wl,--gc-sections -Wl,--as-needed -s)
+    endif()
     if(MRLR_SANITIZERS)
         add_compile_options("-fsanitize=${MRLR_SANITIZERS}" -fno-sanitize-recover=all)
         add_link_options("-fsanitize=${MRLR_SANITIZERS}")

@@ -4,6 +4,8 @@
 #include <support/TemporaryFolder.h>
 #include <support/VirtualClock.h>
 
+#include <networkadapters/MachineCheck.h>
+
 #include <radiosim/Engine.h>
 
 #include <gmock/gmock.h>
@@ -45,6 +47,7 @@ protected:
 
 private:
     TemporaryFolder m_folder;
+    networkadapters::ScopedSystemRoot m_noMachine{std::filesystem::path()};
 };
 
 } // namespace test

@@ -6,6 +6,8 @@
 #include <tesk5/Registry.h>
 #include <tesk5/Texts.h>
 
+#include <mrl/System.h>
+
 #include <gmock/gmock.h>
 
 namespace {
@@ -41,7 +43,8 @@ TEST_P(Registration, RunsForEveryWirelessNetworkCardWithNativeWifiThatIsNoModem)
     expectFilters(registered().exclusions(), {"WirelessWAN", "WiMAX"});
     expectFilters(registered().requirements(), {"wlanAPISupported"});
 
-    EXPECT_THAT(registered().mismatches(card({{"wlanAPISupported", ""}})), IsEmpty());
+    EXPECT_EQ(registered().mismatches(card({{"wlanAPISupported", ""}})).empty(),
+              registered().obstacle() == nullptr);
     for (const DiagDevice& other :
          {DiagDevice("cable", DeviceCapability::NetworkCard(), {{"wlanAPISupported", "true"}}),
           card({{"wlanAPISupported", "true"}, {"WirelessWAN", "x"}}),
@@ -53,6 +56,13 @@ TEST_P(Registration, RunsForEveryWirelessNetworkCardWithNativeWifiThatIsNoModem)
 INSTANTIATE_TEST_SUITE_P(BothTests, Registration,
                          testing::Values("DiversityTest",
                                          "WirelessSignalStrengthVerificationTest"));
+
+TEST(ModuleObjects, OnlyTheDialogNeedsWindows) {
+    EXPECT_EQ(signalStrengthTest->obstacle(), nullptr);
+    const tesk5::Test& dialog = *Registry::instance().findTest("DiversityTest");
+    EXPECT_STREQ(dialog.obstacle(),
+                 mrl::System::name() == "windows" ? nullptr : "DIVERSITY_TEST_NEEDS_WINDOWS");
+}
 
 TEST(ModuleObjects, OnlyTheDialogIsInteractiveAndHasNoParameters) {
     const tesk5::Test& dialog = *Registry::instance().findTest("DiversityTest");

@@ -2,6 +2,8 @@
 // its own words.
 #include "ModuleTest.h"
 
+#include <support/SystemText.h>
+
 #include <MRLrAntenna.h>
 #include <ModuleObjects.h>
 #include <WirelessDoctor.h>
@@ -15,6 +17,7 @@ using radiosim::AccessPoint;
 using radiosim::Scenario;
 using tesk5::ExaminationDepth;
 using tesk5::Findings;
+using test::ofSystem;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -91,13 +94,14 @@ TEST_F(WirelessDoctor, GoesOnWithoutAScanThatFails) {
     EXPECT_EQ(radio().callCount("WlanGetAvailableNetworkList"), 1U);
 }
 
-TEST_F(WirelessDoctor, NamesTheLocationSettingOnceWhenWindowsDeniesTheScanToo) {
+TEST_F(WirelessDoctor, NamesTheRemedyOnceWhenTheSystemDeniesTheScanToo) {
     startRadio(Scenario{
         .faults = {{.function = "WlanScan", .code = ERROR_ACCESS_DENIED},
                    {.function = "WlanGetAvailableNetworkList", .code = ERROR_ACCESS_DENIED}}});
     const std::vector<std::string> lines = sayings(ExaminationDepth::THOROUGH);
     ASSERT_EQ(lines.size(), 2U);
-    EXPECT_THAT(lines.back(), HasSubstr("(WlanScan: error 5). In Settings > Privacy"));
+    EXPECT_THAT(lines.back(), HasSubstr(ofSystem("(WlanScan: error 5). In Settings > Privacy",
+                                                 "needs the capability CAP_NET_ADMIN. Start it")));
     EXPECT_THAT(clock().sleeps(), IsEmpty());
 }
 
@@ -128,9 +132,12 @@ const std::string RADIO_ON = "ok: Card: the radio is on.";
 const std::string HARDWARE_OFF =
     "problem: Card: the radio is switched off by the computer's hardware switch. Turn it on with "
     "the wireless switch or the wireless key of the computer.";
-const std::string SOFTWARE_OFF =
+const std::string SOFTWARE_OFF = ofSystem(
     "problem: Card: the radio is switched off in Windows. In Settings > Network & internet "
-    "(ms-settings:network), turn Wi-Fi on and airplane mode off.";
+    "(ms-settings:network), turn Wi-Fi on and airplane mode off.",
+    "problem: Card: the radio is blocked by software (rfkill). Type \"sudo rfkill unblock wlan\", "
+    "or "
+    "turn Wi-Fi on and airplane mode off in the settings of the desktop.");
 const std::string RADIO_UNKNOWN =
     "problem: Card: the driver does not report whether the radio is on, and the tests treat that "
     "as off. Install the adapter's current driver.";
@@ -138,8 +145,23 @@ const std::string NO_NETWORK =
     "problem: Card sees no network at all. Check that its antennas are connected, and that an "
     "access point is switched on and within reach.";
 const std::string NO_ANSWER_TO = "problem: Card: the adapter does not answer (";
-const std::string REPAIR = ": error 31). Disable it in Device Manager and enable it again; if that "
-                           "does not help, install its current driver.";
+const std::string REPAIR = ofSystem(
+    ": error 31). Disable it in Device Manager and enable it again; if that does not help, "
+    "install its current driver.",
+    ": error 31). Unplug it and plug it in again, or load its driver again; \"sudo dmesg\" "
+    "may say more.");
+// Of Linux without what it depends on: the same for each device and function.
+const std::string DENIED = ofSystem(
+    "problem: Card: Windows denies access to Wi-Fi information "
+    "(WlanGetAvailableNetworkList: error 5). In Settings > Privacy & security > Location "
+    "(ms-settings:privacy-location), turn on \"Location services\" and \"Let desktop apps "
+    "access your location\".",
+    ("problem: To scan for networks, the program needs the capability CAP_NET_ADMIN. Start "
+     "it with sudo, or type \"sudo setcap cap_net_admin+ep " +
+     mrl::System::executable().string() +
+     "\", or, where it is installed as a package, answer yes in \"sudo dpkg-reconfigure "
+     "-plow mrlrantenna\". Without it the tests see what other programs have scanned.")
+        .c_str());
 
 const Radio radios[] = {
     {"SwitchedOffInHardware", with({.software = ON, .hardware = OFF}), {HARDWARE_OFF}},
@@ -158,10 +180,7 @@ const Radio radios[] = {
      {RADIO_ON, NO_ANSWER_TO + "WlanGetAvailableNetworkList" + REPAIR}},
     {"WhoseListIsDenied",
      with({.function = "WlanGetAvailableNetworkList", .code = ERROR_ACCESS_DENIED}),
-     {RADIO_ON, "problem: Card: Windows denies access to Wi-Fi information "
-                "(WlanGetAvailableNetworkList: error 5). In Settings > Privacy & security > "
-                "Location (ms-settings:privacy-location), turn on \"Location services\" and \"Let "
-                "desktop apps access your location\"."}},
+     {RADIO_ON, DENIED}},
     {"WithoutAList",
      with({.function = "WlanGetAvailableNetworkList", .noData = true}),
      {RADIO_ON, NO_NETWORK}},
@@ -184,10 +203,14 @@ INSTANTIATE_TEST_SUITE_P(Radios, WirelessDoctorOnARadio, testing::ValuesIn(radio
 TEST_F(WirelessDoctor, SaysThatTheAdapterIsGone) {
     const char* other = "\\DEVICE\\{00000000-1111-2222-3333-ABCDEFABCDEF}";
     const std::string gone =
-        std::string("problem: Card: Windows has no wireless adapter with the system name \"") +
+        "problem: Card: " +
+        ofSystem("Windows has no wireless adapter with the system name \"",
+                 "there is no wireless interface with the system name \"") +
         other +
-        "\". Plug the adapter in and enable it in Device Manager; if the devices come from a file, "
-        "correct the name there.";
+        ofSystem(
+            "\". Plug the adapter in and enable it in Device Manager; if the devices come from "
+            "a file, correct the name there.",
+            "\". Plug the adapter in; if the devices come from a file, correct the name there.");
     EXPECT_THAT(sayingsOn(deviceWith({{"DeviceSystemName", other}})), ElementsAre(gone));
     EXPECT_THAT(
         sayingsOn(deviceWith({{"DeviceSystemName", "x"}, {"VirtualDeviceSystemName", other}})),

@@ -16,7 +16,7 @@ namespace networkadapters {
 tesk5::DeviceList devicesAmong(const std::vector<NetworkAdapter>& adapters);
 
 /// devicesAmong() all adapters of this PC, for ModuleInfo::devices.
-/// Platform: those of devicesAmong(), and GetAdaptersAddresses
+/// Platform: those of devicesAmong(), and systemNetworkAdapters()
 tesk5::DeviceList machineDevices();
 
 /// Whether the wireless service answers at this moment, for ModuleInfo::checkService: a good

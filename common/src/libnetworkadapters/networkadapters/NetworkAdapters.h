@@ -12,14 +12,14 @@ namespace networkadapters {
 
 /// One adapter as the system's IP layer knows it.
 struct NetworkAdapter {
-    mrl::String name; ///< the description that the system shows for it
-    GUID guid = {};
+    mrl::String name; ///< the description that the system shows for it; of Linux "eth0 (e1000e)"
+    GUID guid = {};   ///< of Linux by nativewifi::guidOfAddress()
     bool mobileBroadband = false;
 };
 
-/// Every adapter but loopback and tunnels, in the system's order. Empty when the system gives
-/// none, and on systems other than Windows. Any thread.
-/// Platform: GetAdaptersAddresses
+/// Every adapter but loopback, tunnels and, on Linux, other virtual ones, in the system's order or,
+/// on Linux, in that of their names. Empty when the system gives none. Any thread.
+/// Platform: GetAdaptersAddresses; /sys/class/net
 std::vector<NetworkAdapter> systemNetworkAdapters();
 
 /// The list in force: the system's, unless a ScopedAdapters has replaced it.

@@ -1,5 +1,6 @@
 #include <networkadapters/RadioCaptures.h>
 
+#include <networkadapters/MachineCheck.h>
 #include <networkadapters/NetworkAdapters.h>
 
 #include <capture/Recording.h>
@@ -122,6 +123,7 @@ public:
 
     const CapturedCommand& command() const override { return m_command; }
     void begin() override {
+        m_noMachine.emplace(std::filesystem::path());
         m_replay.emplace(std::move(m_capture));
         m_adapters.emplace([this] {
             std::vector<NetworkAdapter> adapters;
@@ -144,6 +146,7 @@ public:
 private:
     const CapturedCommand m_command;
     capture::Capture m_capture;
+    std::optional<ScopedSystemRoot> m_noMachine; // the capture is of another one
     std::optional<capture::Replay> m_replay;
     std::optional<ScopedAdapters> m_adapters;
 };

@@ -28,6 +28,10 @@ constexpr unsigned int OPENING_PAUSE_MS = 1000;
 
 } // namespace
 
+const char* diversityTestObstacle() {
+    return nullptr;
+}
+
 TestResult DiversityTest(const tesk5::DiagDevice& device) {
     const mrl::TraceLogger trace(moduleLogger(), "Enter DiversityTest", MODULE_SOURCE_FILE,
                                  TRACE_LINE);

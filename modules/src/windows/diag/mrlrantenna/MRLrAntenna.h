@@ -33,6 +33,9 @@ tesk5::TestResult WirelessSignalStrengthVerificationTest(const tesk5::DiagDevice
 /// \return COMPLETED, or USERABORTED when the dialog was cancelled
 tesk5::TestResult DiversityTest(const tesk5::DiagDevice& device);
 
+/// Key of the reason why this system cannot run DiversityTest; null where it can.
+const char* diversityTestObstacle();
+
 /// Whether the two thresholds (percent) may be used: at least one is not 0, both are at most 99,
 /// and when both are set the failing one is the lower. When not, the reason has been logged and
 /// raised as a warning.

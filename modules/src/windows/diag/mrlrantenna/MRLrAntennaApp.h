@@ -1,4 +1,4 @@
-// The application object: the one that the process runs.
+// The application object on Windows: the one that the process runs.
 #pragma once
 
 #include <afxwin.h>
@@ -14,9 +14,7 @@ public:
     /// Platform: OleInitialize
     BOOL InitInstance() override;
 
-    /// The whole life of the module.
-    /// \return the process's exit value: what DiagModule::start() returns; the value of
-    /// EXITEDABNORMALLY after an exception of Basekit or the framework; 0 after any other
+    /// The whole life of the module. \return the process's exit value, as runModule() says it
     int Run() override;
 
     DECLARE_MESSAGE_MAP()

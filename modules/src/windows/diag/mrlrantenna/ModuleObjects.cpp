@@ -4,7 +4,8 @@
 #include "ModuleObjects.h"
 
 #include "MRLrAntenna.h"
-#include "MRLrAntennaApp.h"
+
+#include <MRLrAntennaApp.h> // the system's own
 
 #include <nativewifi/Ssid.h>
 
@@ -48,7 +49,8 @@ MRLRANTENNA_OBJECTS_BEFORE_TESTS(MRLRANTENNA_DEFINE_TEXT, MRLRANTENNA_DEFINE_EVE
 namespace {
 // The framework owns the test. The constant only gives its creation a place in the order.
 [[maybe_unused]] const bool diversityTestRegistered =
-    registerTest("DiversityTest", &DiversityTest, true) != nullptr;
+    registerTest("DiversityTest", &DiversityTest, true)->setObstacle(diversityTestObstacle()) !=
+    nullptr;
 } // namespace
 
 tesk5::Test* const signalStrengthTest = registerTest(

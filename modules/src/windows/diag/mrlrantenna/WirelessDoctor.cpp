@@ -9,6 +9,8 @@
 #include <tesk5/TestRecorder.h>
 #include <tesk5/Texts.h>
 
+#include <networkadapters/MachineCheck.h>
+
 #include <nativewifi/Guid.h>
 #include <nativewifi/Handles.h>
 #include <nativewifi/Ssid.h>
@@ -187,8 +189,15 @@ private:
     }
 
     void addDenied(const char* function) {
-        if (!m_denied) {
-            addFailure("DOCTOR_LOCATION_OFF", function, ERROR_ACCESS_DENIED);
+        Finding denied =
+            networkadapters::accessDenied(m_device.name(), function, ERROR_ACCESS_DENIED);
+        // The check of the machine, or another device, may have said the same.
+        const bool known =
+            std::any_of(m_findings.begin(), m_findings.end(), [&denied](const Finding& other) {
+                return other.key == denied.key && other.variables == denied.variables;
+            });
+        if (!m_denied && !known) {
+            m_findings.push_back(std::move(denied));
         }
         m_denied = true;
     }

@@ -1,9 +1,0 @@
-#include <networkadapters/NetworkAdapters.h>
-
-namespace networkadapters {
-
-std::vector<NetworkAdapter> systemNetworkAdapters() {
-    return {};
-}
-
-} // namespace networkadapters
