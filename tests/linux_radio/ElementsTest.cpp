@@ -46,6 +46,28 @@ TEST(Elements, AreFoundByTheirNumbers) {
     EXPECT_TRUE(found.erp && found.ht && found.vht && found.he && found.eht);
 }
 
+TEST(Elements, SayNothingOfOneAnother) {
+    const Parts each = {name("Lab"),
+                        element(1, {12}),
+                        element(50, {12}),
+                        element(45, Bytes(26)),
+                        element(191, {}),
+                        element(255, {35}),
+                        element(255, {108}),
+                        rsn(),
+                        wpa(),
+                        element(42, {0})};
+    for (const Bytes& one : each) {
+        const Elements found = readElements(one);
+        const int present = int{found.ssid.data() != nullptr} + int{found.rates.data() != nullptr} +
+                            int{found.extendedRates.data() != nullptr} +
+                            int{found.rsn.data() != nullptr} + int{found.wpa.data() != nullptr} +
+                            int{found.erp} + int{found.ht} + int{found.vht} + int{found.he} +
+                            int{found.eht};
+        EXPECT_EQ(present, 1) << int{one[0]};
+    }
+}
+
 TEST(Elements, AreAbsentWhenTheBytesEndBeforeThem) {
     const Elements none = readElements({});
     EXPECT_EQ(none.ssid.data(), nullptr);
@@ -146,6 +168,7 @@ TEST(NetworkSecurity, IsWpa3EnterpriseWhereProtectionIsRequired) {
     EXPECT_EQ(with({5}, PROTECTION_REQUIRED | PROTECTION_POSSIBLE), DOT11_AUTH_ALGO_WPA3_ENT);
     EXPECT_EQ(with({1, 5}, PROTECTION_POSSIBLE), DOT11_AUTH_ALGO_RSNA);
     EXPECT_EQ(with({1}, PROTECTION_REQUIRED), DOT11_AUTH_ALGO_RSNA);
+    EXPECT_EQ(with({5}, 0xBF), DOT11_AUTH_ALGO_RSNA) << "every other capability";
 }
 
 TEST(NetworkSecurity, ReadsTheFirstWpa) {
@@ -210,7 +233,12 @@ TEST(PhyType, IsTheNewestThatIsAnnounced) {
     };
     EXPECT_EQ(type({slow}), dot11_phy_type_dsss);
     EXPECT_EQ(type({fast}), dot11_phy_type_hrdsss);
+    EXPECT_EQ(type({element(1, {23})}), dot11_phy_type_erp);
     EXPECT_EQ(type({fast, ofdm}), dot11_phy_type_erp);
+    EXPECT_EQ(type({slow}, 4899), dot11_phy_type_dsss);
+    EXPECT_EQ(type({slow}, 4900), dot11_phy_type_ofdm);
+    EXPECT_EQ(type({slow}, 56999), dot11_phy_type_ofdm);
+    EXPECT_EQ(type({slow}, 57000), dot11_phy_type_dmg);
     EXPECT_EQ(type({fast, element(42, {0})}), dot11_phy_type_erp);
     EXPECT_EQ(type({ofdm}, 5180), dot11_phy_type_ofdm);
     EXPECT_EQ(type({fast, ofdm, ht}), dot11_phy_type_ht);

@@ -32,6 +32,14 @@ Bss bssWith(const Parts& parts) {
     return bss.value_or(Bss{});
 }
 
+// A record does not depend on the order of the attributes.
+std::vector<Parts> bothOrders(Parts parts) {
+    std::vector<Parts> orders = {parts};
+    std::ranges::reverse(parts);
+    orders.push_back(std::move(parts));
+    return orders;
+}
+
 Bss withSignal(std::int32_t mbm) {
     return bssWith({s32(NL80211_BSS_SIGNAL_MBM, mbm)});
 }
@@ -45,31 +53,33 @@ Station stationWith(const Parts& parts) {
 }
 
 TEST(BssMessage, HasEachValueOfTheScanResult) {
-    const std::optional<Bss> bss = readBss(bssMessage({.bssid = {2, 1, 2, 3, 4, 5},
-                                                       .frequencyMhz = 5180,
-                                                       .signalMbm = -6150,
-                                                       .signalPercent = 70,
-                                                       .capability = 0x1411,
-                                                       .beaconInterval = 200,
-                                                       .timestamp = 0x1122334455667788,
-                                                       .lastSeenNs = 0x99AABBCCDD,
-                                                       .ageMs = 44,
-                                                       .status = NL80211_BSS_STATUS_ASSOCIATED,
-                                                       .chains = {-61, -70},
-                                                       .elements = name("Lab")}));
-    ASSERT_TRUE(bss.has_value());
-    EXPECT_THAT(bss->bssid, ElementsAre(2, 1, 2, 3, 4, 5));
-    EXPECT_EQ(bss->frequencyMhz, 5180U);
-    EXPECT_THAT(bss->signalMbm, Optional(-6150));
-    EXPECT_THAT(bss->signalPercent, Optional(70));
-    EXPECT_EQ(bss->capability, 0x1411);
-    EXPECT_EQ(bss->beaconInterval, 200);
-    EXPECT_EQ(bss->timestamp, 0x1122334455667788U);
-    EXPECT_THAT(bss->lastSeenNs, Optional(0x99AABBCCDDU));
-    EXPECT_THAT(bss->ageMs, Optional(44U));
-    EXPECT_EQ(bss->status, BssStatus::ASSOCIATED);
-    EXPECT_EQ(bss->chainsDbm, Levels({-61, -70}));
-    EXPECT_EQ(bss->elements, name("Lab"));
+    for (const Parts& parts : bothOrders(bssParts({.bssid = {2, 1, 2, 3, 4, 5},
+                              .frequencyMhz = 5180,
+                              .signalMbm = -6150,
+                              .signalPercent = 70,
+                              .capability = 0x1411,
+                              .beaconInterval = 200,
+                              .timestamp = 0x1122334455667788,
+                              .lastSeenNs = 0x99AABBCCDD,
+                              .ageMs = 44,
+                              .status = NL80211_BSS_STATUS_ASSOCIATED,
+                              .chains = {-61, -70},
+                              .elements = name("Lab")}))) {
+        const std::optional<Bss> bss = readBss(bssOf(parts));
+        ASSERT_TRUE(bss.has_value());
+        EXPECT_THAT(bss->bssid, ElementsAre(2, 1, 2, 3, 4, 5));
+        EXPECT_EQ(bss->frequencyMhz, 5180U);
+        EXPECT_THAT(bss->signalMbm, Optional(-6150));
+        EXPECT_THAT(bss->signalPercent, Optional(70));
+        EXPECT_EQ(bss->capability, 0x1411);
+        EXPECT_EQ(bss->beaconInterval, 200);
+        EXPECT_EQ(bss->timestamp, 0x1122334455667788U);
+        EXPECT_THAT(bss->lastSeenNs, Optional(0x99AABBCCDDU));
+        EXPECT_THAT(bss->ageMs, Optional(44U));
+        EXPECT_EQ(bss->status, BssStatus::ASSOCIATED);
+        EXPECT_EQ(bss->chainsDbm, Levels({-61, -70}));
+        EXPECT_EQ(bss->elements, name("Lab"));
+    }
 }
 
 TEST(BssMessage, NeedsAnAddressAndAFrequency) {
@@ -219,32 +229,34 @@ TEST(ChainLevels, EndAtTheEighth) {
 }
 
 TEST(StationMessage, HasEachValueOfTheConnection) {
-    const Station station = stationWith({
-        s8(NL80211_STA_INFO_SIGNAL, -55),
-        s8(NL80211_STA_INFO_SIGNAL_AVG, -57),
-        chains(NL80211_STA_INFO_CHAIN_SIGNAL, {-58, -60}),
-        chains(NL80211_STA_INFO_CHAIN_SIGNAL_AVG, {-59}),
-        nested(NL80211_STA_INFO_RX_BITRATE, {u16(NL80211_RATE_INFO_BITRATE, 540)}),
-        nested(NL80211_STA_INFO_TX_BITRATE,
-               {u16(NL80211_RATE_INFO_BITRATE, 0xFFFF), u32(NL80211_RATE_INFO_BITRATE32, 115294)}),
-        u32(NL80211_STA_INFO_RX_PACKETS, 1001),
-        u32(NL80211_STA_INFO_TX_PACKETS, 1002),
-        u32(NL80211_STA_INFO_TX_RETRIES, 1003),
-        u32(NL80211_STA_INFO_TX_FAILED, 1004),
-        u64(NL80211_STA_INFO_RX_DROP_MISC, 0x100000005),
-    });
-    EXPECT_THAT(station.address, ElementsAre(2, 0, 0, 0, 0, 9));
-    EXPECT_THAT(station.signalDbm, Optional(-55));
-    EXPECT_THAT(station.averageDbm, Optional(-57));
-    EXPECT_EQ(station.chainsDbm, Levels({-58, -60}));
-    EXPECT_EQ(station.averageChainsDbm, Levels(1, -59));
-    EXPECT_THAT(station.receiveRate, Optional(540U));
-    EXPECT_THAT(station.transmitRate, Optional(115294U)) << "the number that does not end";
-    EXPECT_THAT(station.receivedPackets, Optional(1001U));
-    EXPECT_THAT(station.transmittedPackets, Optional(1002U));
-    EXPECT_THAT(station.transmitRetries, Optional(1003U));
-    EXPECT_THAT(station.transmitFailures, Optional(1004U));
-    EXPECT_THAT(station.receiveDrops, Optional(0x100000005U));
+    for (const Parts& parts : bothOrders({
+             s8(NL80211_STA_INFO_SIGNAL, -55),
+             s8(NL80211_STA_INFO_SIGNAL_AVG, -57),
+             chains(NL80211_STA_INFO_CHAIN_SIGNAL, {-58, -60}),
+             chains(NL80211_STA_INFO_CHAIN_SIGNAL_AVG, {-59}),
+             nested(NL80211_STA_INFO_RX_BITRATE, {u16(NL80211_RATE_INFO_BITRATE, 540)}),
+             nested(NL80211_STA_INFO_TX_BITRATE, {u16(NL80211_RATE_INFO_BITRATE, 0xFFFF),
+                                                  u32(NL80211_RATE_INFO_BITRATE32, 115294)}),
+             u32(NL80211_STA_INFO_RX_PACKETS, 1001),
+             u32(NL80211_STA_INFO_TX_PACKETS, 1002),
+             u32(NL80211_STA_INFO_TX_RETRIES, 1003),
+             u32(NL80211_STA_INFO_TX_FAILED, 1004),
+             u64(NL80211_STA_INFO_RX_DROP_MISC, 0x100000005),
+         })) {
+        const Station station = stationWith(parts);
+        EXPECT_THAT(station.address, ElementsAre(2, 0, 0, 0, 0, 9));
+        EXPECT_THAT(station.signalDbm, Optional(-55));
+        EXPECT_THAT(station.averageDbm, Optional(-57));
+        EXPECT_EQ(station.chainsDbm, Levels({-58, -60}));
+        EXPECT_EQ(station.averageChainsDbm, Levels(1, -59));
+        EXPECT_THAT(station.receiveRate, Optional(540U));
+        EXPECT_THAT(station.transmitRate, Optional(115294U)) << "the number that does not end";
+        EXPECT_THAT(station.receivedPackets, Optional(1001U));
+        EXPECT_THAT(station.transmittedPackets, Optional(1002U));
+        EXPECT_THAT(station.transmitRetries, Optional(1003U));
+        EXPECT_THAT(station.transmitFailures, Optional(1004U));
+        EXPECT_THAT(station.receiveDrops, Optional(0x100000005U));
+    }
 }
 
 TEST(StationMessage, LeavesOutWhatTheDriverDoesNotKnow) {
@@ -268,23 +280,25 @@ TEST(StationMessage, LeavesOutWhatTheDriverDoesNotKnow) {
 }
 
 TEST(InterfaceMessage, HasEachValue) {
-    const std::optional<Interface> interface = readInterface(join({
-        u32(NL80211_ATTR_IFINDEX, 5),
-        text(NL80211_ATTR_IFNAME, "wlan0"),
-        u32(NL80211_ATTR_WIPHY, 2),
-        u32(NL80211_ATTR_IFTYPE, NL80211_IFTYPE_STATION),
-        attribute(NL80211_ATTR_MAC, {2, 0, 0, 0, 0, 7}),
-        attribute(NL80211_ATTR_SSID, bytesOf("Lab")),
-        u32(NL80211_ATTR_WIPHY_FREQ, 2437),
-    }));
-    ASSERT_TRUE(interface.has_value());
-    EXPECT_EQ(interface->index, 5U);
-    EXPECT_EQ(interface->name, "wlan0");
-    EXPECT_EQ(interface->wiphy, 2U);
-    EXPECT_EQ(interface->type, std::uint32_t{NL80211_IFTYPE_STATION});
-    EXPECT_THAT(interface->address, ElementsAre(2, 0, 0, 0, 0, 7));
-    EXPECT_EQ(interface->ssid, bytesOf("Lab"));
-    EXPECT_THAT(interface->frequencyMhz, Optional(2437U));
+    for (const Parts& parts : bothOrders({
+             u32(NL80211_ATTR_IFINDEX, 5),
+             text(NL80211_ATTR_IFNAME, "wlan0"),
+             u32(NL80211_ATTR_WIPHY, 2),
+             u32(NL80211_ATTR_IFTYPE, NL80211_IFTYPE_STATION),
+             attribute(NL80211_ATTR_MAC, {2, 0, 0, 0, 0, 7}),
+             attribute(NL80211_ATTR_SSID, bytesOf("Office")),
+             u32(NL80211_ATTR_WIPHY_FREQ, 2437),
+         })) {
+        const std::optional<Interface> interface = readInterface(join(parts));
+        ASSERT_TRUE(interface.has_value());
+        EXPECT_EQ(interface->index, 5U);
+        EXPECT_EQ(interface->name, "wlan0");
+        EXPECT_EQ(interface->wiphy, 2U);
+        EXPECT_EQ(interface->type, std::uint32_t{NL80211_IFTYPE_STATION});
+        EXPECT_THAT(interface->address, ElementsAre(2, 0, 0, 0, 0, 7));
+        EXPECT_EQ(interface->ssid, bytesOf("Office"));
+        EXPECT_THAT(interface->frequencyMhz, Optional(2437U));
+    }
 }
 
 TEST(InterfaceMessage, NeedsAnIndexAWiphyAndAType) {
@@ -323,6 +337,7 @@ Bytes band(const Parts& frequencies) {
 TEST(WiphyMessages, AreJoinedByTheirIndex) {
     std::vector<Wiphy> wiphys;
     const Parts messages = {
+        u32(NL80211_ATTR_WIPHY, 1),
         join({u32(NL80211_ATTR_WIPHY, 1), text(NL80211_ATTR_WIPHY_NAME, "phy1")}),
         join({u32(NL80211_ATTR_WIPHY, 1),
               band({frequency(2412), frequency(2417, {flag(NL80211_FREQUENCY_ATTR_DISABLED)})})}),
@@ -390,6 +405,7 @@ TEST(EventMessage, SaysWhereItHappenedAndHowItEnded) {
     EXPECT_THAT(event.interface, Optional(5U));
     EXPECT_THAT(event.statusCode, Optional(17));
     EXPECT_THAT(event.bssid, ElementsAre(2, 0, 0, 0, 0, 3));
+    EXPECT_THAT(event.ssid, IsEmpty());
     EXPECT_EQ(readEvent(NL80211_CMD_CONNECT, {}).statusCode, std::nullopt);
 }
 
