@@ -15,15 +15,18 @@ NETWORK_DLLS = (
 )
 
 
+def files(folder):
+    """{path in the folder: content} of every file in it."""
+    return {path.relative_to(folder): path.read_bytes()
+            for path in folder.rglob("*") if path.is_file()}
+
+
 class ShippedTree(ProgramTest):
     def test_holds_the_executable_and_its_resources_and_nothing_else(self):
         self.assertEqual(sorted(path.name for path in DIST.iterdir()),
                          ["mrlrantenna.k5x", "resources"])
 
     def test_resources_are_those_of_the_repository(self):
-        def files(folder):
-            return {path.relative_to(folder): path.read_bytes()
-                    for path in folder.rglob("*") if path.is_file()}
         self.assertEqual(files(DIST / "resources"), files(ROOT / "resources"))
 
     def test_runs_without_its_resources(self):

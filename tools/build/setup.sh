@@ -2,34 +2,41 @@
 # Wine.
 # To be sourced from the repository's root.
 
-# The Debian packages, by what they are for. ./run installs the first list, ./test the first
-# three.
-RUN_PACKAGES=(
-    cmake ninja-build g++-mingw-w64-x86-64-posix                 # builds the executable
+# The Debian packages, by what they are for. ./run installs RUN_PACKAGES, or with --on linux
+# LINUX_PACKAGES; ./test installs RUN_PACKAGES, TEST_PACKAGES and VM_PACKAGES.
+BUILD_PACKAGES=(
+    cmake ninja-build                                            # builds either executable
     nlohmann-json3-dev libcli11-dev                              # libraries, used header-only
     libkainjow-mustache-dev libtomlplusplus-dev libutfcpp-dev    # the same
-    wine wine64                                                  # runs the executable
+)
+RUN_PACKAGES=(
+    "${BUILD_PACKAGES[@]}"
+    g++-mingw-w64-x86-64-posix                                   # builds the executable
+    wine wine64                                                  # runs it
+)
+# The executable for Linux; the tests run there too.
+LINUX_PACKAGES=(
+    "${BUILD_PACKAGES[@]}"
+    g++                                                          # builds it
+    pkgconf libnl-3-dev libnl-genl-3-dev                         # radios by nl80211
 )
 TEST_PACKAGES=(
-    clang lld g++ googletest                                     # builds the tests and fuzzers
+    "${LINUX_PACKAGES[@]}"
+    clang lld googletest                                         # builds the tests and fuzzers
     libbenchmark-dev                                             # builds the benchmarks
     libboost-dev                                                 # distributions, used header-only
     xvfb xauth xdotool imagemagick                               # a display, keys and screenshots
     fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages
     mosquitto mosquitto-clients rsyslog                          # what the examples for stations feed
     python3 python3-jsonschema git                               # packaging, system tests, checks
-    cmark-gfm                                                    # the package's pages
+    cmark-gfm                                                    # the packages' pages
+    dpkg-dev man-db                                              # the Debian package
     tmux                                                         # a terminal that tests read
     libxml2-utils                                                # JUnit reports against their schema
     chromium poppler-utils                                       # HTML reports, on screen and paper
 )
 # The virtual machine of tools/radiovm; what runs in it is fetched and unpacked, not installed.
 VM_PACKAGES=(qemu-system-x86 cpio binutils)
-# The libraries on Linux, where the tests run too.
-LINUX_PACKAGES=(
-    pkgconf libnl-3-dev libnl-genl-3-dev                         # radios by nl80211
-)
-TEST_PACKAGES+=("${LINUX_PACKAGES[@]}")
 # Gives the dialog a display on a machine without one.
 DISPLAY_PACKAGES=(xvfb xauth)
 # Only the checks of .ci/run need these.

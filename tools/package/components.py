@@ -36,9 +36,8 @@ def linked_members(map_text):
     return sorted({line for line in taken.splitlines() if re.match(r"/.*\.a\(.*\)$", line)})
 
 
-def used(components, cmake_text, map_text):
-    """The components of the table that are in the executable, in the table's order."""
-    found = set()
+def header_only(components, cmake_text):
+    """The components of the table that the build uses as header-only libraries."""
     by_headers = {entry["headers"]: entry for entry in components if "headers" in entry}
     for folder, package in header_only_folders(cmake_text).items():
         entry = by_headers.get(folder)
@@ -46,7 +45,13 @@ def used(components, cmake_text, map_text):
             raise PackagingError(
                 f"cmake/HeaderOnlyLibraries.cmake uses {folder} of {package}, which "
                 "tools/package/components.json does not have: add it there, with its licence")
-        found.add(entry["name"])
+    folders = header_only_folders(cmake_text)
+    return [entry for entry in components if entry.get("headers") in folders]
+
+
+def used(components, cmake_text, map_text):
+    """The components of the table that are in the executable, in the table's order."""
+    found = {entry["name"] for entry in header_only(components, cmake_text)}
     members = linked_members(map_text)
     if not members:
         raise PackagingError("mrlrantenna.map names no library: build the executable again")

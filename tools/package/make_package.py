@@ -80,7 +80,7 @@ def with_windows_line_ends(text):
     return text.replace("\r\n", "\n").replace("\n", "\r\n").encode("utf-8")
 
 
-def _files_below(folder):
+def files_below(folder):
     """{name in the tree: content} of every file in a folder of the source tree."""
     return {path.relative_to(ROOT).as_posix(): path.read_bytes()
             for path in (ROOT / folder).rglob("*") if path.is_file()}
@@ -92,7 +92,7 @@ def _built_files(dist):
         raise PackagingError(f"{dist / PROGRAM} is missing: build the target mrlrantenna first")
     files = {path.relative_to(dist).as_posix(): path.read_bytes()
              for path in dist.rglob("*") if path.is_file()}
-    resources = _files_below("resources")
+    resources = files_below("resources")
     shipped = {name: content for name, content in files.items() if name != PROGRAM}
     different = sorted(name for name in shipped.keys() | resources.keys()
                        if shipped.get(name) != resources.get(name))
@@ -116,7 +116,7 @@ def contents(build, made_of):
     dist = build / "dist"
     files = _built_files(dist)
     for folder in SHIPPED_FOLDERS:
-        files.update(_files_below(folder))
+        files.update(files_below(folder))
     for name in SHIPPED_FILES:
         files[name] = (ROOT / name).read_bytes()
     pages.add({name: (ROOT / "docs" / f"{name}.md").read_text(encoding="utf-8")

@@ -1,0 +1,53 @@
+"""The man page, made of the help pages."""
+
+
+def _text(text):
+    """A text as roff shows it as it is."""
+    text = text.replace("\\", "\\e").replace("-", "\\-")
+    return "\\&" + text if text.startswith((".", "'")) else text
+
+
+def _quoted(text):
+    """A text as one argument of a macro."""
+    return '"' + _text(text).replace('"', '\\(dq') + '"'
+
+
+def _option(option):
+    lines = [".TP"]
+    lines.append(f".BI {_quoted(option.name + ' ')} {_quoted(option.argument)}" if option.argument
+                 else f".B {_quoted(option.name)}")
+    lines.append(_text(option.text))
+    return lines
+
+
+def _command(command):
+    lines = [f".SS {_quoted(command.usage)}", _text(command.text), ".PP", ".nf", ".RS"]
+    lines += [_text(example) for example in command.examples]
+    return lines + [".RE", ".fi"]
+
+
+def make(overview, commands, version, date):
+    """The page's bytes. version: as people read it; date: of the commit."""
+    lines = [f".TH MRLRANTENNA 1 {_quoted(date)} {_quoted('mrlrantenna ' + version)} "
+             '"User Commands"',
+             ".SH NAME", "mrlrantenna \\- test wireless cards and their antennas",
+             ".SH SYNOPSIS"]
+    for command in commands:
+        lines += [f".B mrlrantenna\n{_text(command.usage)}", ".br"]
+    lines[-1:] = [".SH DESCRIPTION", _text(overview.purpose), ".PP", _text(overview.closing),
+                  ".SH COMMANDS"]
+    for command in commands:
+        lines += _command(command)
+    lines.append(".SH OPTIONS")
+    for heading, options in overview.groups:
+        lines.append(f".SS {_quoted(heading)}")
+        for option in options:
+            lines += _option(option)
+    lines += [".SH EXIT STATUS", _text(overview.values_heading) + "."]
+    for value, text in overview.values:
+        lines += [".TP", f".B {_quoted(value)}", _text(text)]
+    lines += [".SH FILES", ".TP", ".I /usr/share/mrlrantenna", "the texts of each language",
+              ".TP", ".I /usr/share/doc/mrlrantenna",
+              "pages on reports, stations and the rights of the program, and examples",
+              ".SH SEE ALSO", ".BR rfkill (8),", ".BR setcap (8),", ".BR capabilities (7)"]
+    return ("\n".join(lines) + "\n").encode("utf-8")
