@@ -49,7 +49,7 @@ TEST(ScenarioJson, ReadsAnInterfaceWithEveryKey) {
     EXPECT_EQ(facts.connection->txRate, 2U);
     EXPECT_EQ(facts.connection->phyIndex, 1U);
     EXPECT_EQ(facts.connection->channel, 36U);
-    EXPECT_EQ(facts.rssi, -44);
+    EXPECT_EQ(facts.rssi->at(0ms), -44);
     EXPECT_EQ(facts.scanDuration, 10ms);
     EXPECT_EQ(facts.scanEnd, ScanEnd::SILENT);
     ASSERT_EQ(facts.infrastructurePairs.size(), 1U);
@@ -75,7 +75,8 @@ TEST(ScenarioJson, ReadsAnAccessPointWithEveryKey) {
         "scans": 3, "fromMs": 1, "toMs": 2, "bssidCount": 9, "inNetworkList": false,
         "ssidLength": 40,
         "bss": [{"bssid": "02:00:00:00:00:ff", "linkQuality": 5, "rssi": -90, "channel": 14,
-                 "phyType": "ofdm"}]})");
+                 "phyType": "ofdm", "chains": [0, null, -12], "heardEveryMs": 200,
+                 "heardUntilMs": 9000}]})");
     EXPECT_EQ(read.ssid, "L\xC3\xA4"
                          "b");
     EXPECT_TRUE(read.hidden);
@@ -100,9 +101,32 @@ TEST(ScenarioJson, ReadsAnAccessPointWithEveryKey) {
     ASSERT_EQ(read.bss->size(), 1U);
     EXPECT_EQ((*read.bss)[0].bssid, (std::vector<std::uint8_t>{2, 0, 0, 0, 0, 255}));
     EXPECT_EQ((*read.bss)[0].linkQuality->at(0ms), 5U);
-    EXPECT_EQ((*read.bss)[0].rssi, -90);
+    EXPECT_EQ((*read.bss)[0].rssi->at(0ms), -90);
+    EXPECT_EQ((*read.bss)[0].chains,
+              (std::vector<std::optional<std::int32_t>>{0, std::nullopt, -12}));
+    EXPECT_EQ((*read.bss)[0].heardEvery, 200ms);
+    EXPECT_EQ((*read.bss)[0].heardUntil, 9s);
     EXPECT_EQ((*read.bss)[0].channel, 14U);
     EXPECT_EQ((*read.bss)[0].phyType, 4);
+}
+
+TEST(ScenarioJson, ReadsALevelThatMoves) {
+    const AccessPoint read = accessPoint(R"({"ssid": "Lab", "bss": [{"rssi": {
+        "start": -60.4, "driftPerSecond": -0.5, "everyMs": 1000,
+        "steps": [{"atMs": 4000, "by": 10}]}}]})");
+    const Level& level = *read.bss->at(0).rssi;
+    EXPECT_EQ(level.at(0ms), -60);
+    EXPECT_EQ(level.at(3999ms), -62);
+    EXPECT_EQ(level.at(4s), -52);
+}
+
+TEST(ScenarioJson, ReadsTheNoiseOfALevel) {
+    const AccessPoint read = accessPoint(R"({"ssid": "Lab", "bss": [{"rssi": {
+        "start": -60, "noise": {"deviation": 3, "carried": 0.5, "seed": 4}}}]})");
+    const Level same(Level::Shape{.start = -60, .deviation = 3, .carried = 0.5, .seed = 4});
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_EQ(read.bss->at(0).rssi->at(i * 100ms), same.at(i * 100ms));
+    }
 }
 
 TEST(ScenarioJson, ReadsANameAsHexBytes) {
@@ -232,6 +256,16 @@ const Refusal refusals[] = {
      "\"dim\" is none of unknown, on, off"},
     {"State", card(R"({"state": 1.5})"), "/interfaces/0/state",
      "a whole number from -2147483648 to 2147483647 was expected"},
+    {"Level", card(R"({"rssi": "loud"})"), "/interfaces/0/rssi",
+     "a whole number from -200 to 200, or an object with \"start\" was expected"},
+    {"LevelWithoutStart", card(R"({"rssi": {"driftPerSecond": 1}})"), "/interfaces/0/rssi",
+     "the key \"start\" is missing"},
+    {"LevelOutOfRange", card(R"({"rssi": {"start": -200.5}})"), "/interfaces/0/rssi/start",
+     "-200.5 is out of range: a number from -200 to 200 was expected"},
+    {"LevelOfText", card(R"({"rssi": {"start": "-60"}})"), "/interfaces/0/rssi/start",
+     "a number from -200 to 200 was expected"},
+    {"NoiseThatLasts", card(R"({"rssi": {"start": -60, "noise": {"deviation": 1, "carried": 1}}})"),
+     "/interfaces/0/rssi/noise/carried", "more than 0.95"},
     {"Flag", card(R"({"autoconf": 1})"), "/interfaces/0/autoconf", "true or false was expected"},
     {"Duration", card(R"({"scanDurationMs": -1})"), "/interfaces/0/scanDurationMs",
      outOfRange("-1", "0", "604800000")},

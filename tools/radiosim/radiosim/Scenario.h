@@ -5,6 +5,7 @@
 // write one that does not exist.
 #pragma once
 
+#include <radiosim/Level.h>
 #include <radiosim/Signal.h>
 
 #include <chrono>
@@ -44,7 +45,15 @@ struct Bss {
     /// Absent: the network's signal.
     std::optional<Signal> linkQuality = {};
     /// In dBm. Absent: from the link quality, 0 % being -100 dBm and 100 % being -50 dBm.
-    std::optional<std::int32_t> rssi = {};
+    std::optional<Level> rssi = {};
+    /// What each receive chain of the adapter hears, in dB above `rssi`; empty: the driver reports
+    /// no chains. A chain without a value reports nothing.
+    std::vector<std::optional<std::int32_t>> chains = {};
+    /// How often the adapter hears the BSS: in between, its entry stands still, host timestamp
+    /// included. 0: at each look.
+    Milliseconds heardEvery{0};
+    /// The adapter hears it no more from here on, and lists it all the same, as drivers do.
+    std::optional<Milliseconds> heardUntil = {};
     /// 1 to 14 in the 2.4 GHz band, above that in the 5 GHz band.
     std::uint32_t channel = 6;
     std::int32_t phyType = 7; ///< dot11_phy_type_ht
@@ -110,6 +119,11 @@ struct Connection {
     std::uint32_t txRate = 144400; ///< kbit/s
     std::uint32_t phyIndex = 0;
     std::uint32_t channel = 6;
+    /// Whether the connection's quality for each link (opcode 19) is known; systems before
+    /// Windows 11 24H2 do not know the opcode.
+    bool links = false;
+    /// The link's frequency in MHz, as its name says, or in kHz, as its documentation does.
+    bool linkFrequencyInKhz = false;
 };
 
 struct AuthCipherPair {
@@ -141,8 +155,8 @@ struct Interface {
     std::int32_t bssType = 1;
     std::vector<Phy> phys = {Phy{}};
     std::optional<Connection> connection = {};
-    /// In dBm. Absent: from the connection's quality.
-    std::optional<std::int32_t> rssi = {};
+    /// Of the connection, in dBm. Absent: from the connection's quality.
+    std::optional<Level> rssi = {};
     Milliseconds scanDuration{4000};
     ScanEnd scanEnd = ScanEnd::COMPLETE;
     std::vector<AuthCipherPair> infrastructurePairs = {AuthCipherPair{}};

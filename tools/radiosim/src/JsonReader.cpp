@@ -126,6 +126,19 @@ std::int64_t JsonReader::integer(std::int64_t min, std::int64_t max) const {
     return m_value.get<std::int64_t>();
 }
 
+double JsonReader::decimal(int min, int max) const {
+    const std::string expected =
+        "a number from " + std::to_string(min) + " to " + std::to_string(max);
+    if (!m_value.is_number()) {
+        refuse(expected + " was expected");
+    }
+    const auto value = m_value.get<double>();
+    if (value < min || value > max) {
+        refuse(m_value.dump() + " is out of range: " + expected + " was expected");
+    }
+    return value;
+}
+
 std::uint32_t JsonReader::unsigned32() const {
     return static_cast<std::uint32_t>(integer(0, std::numeric_limits<std::uint32_t>::max()));
 }

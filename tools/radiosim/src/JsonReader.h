@@ -47,11 +47,14 @@ public:
     bool isNumber() const { return m_value.is_number(); }
     bool isArray() const { return m_value.is_array(); }
     bool isObject() const { return m_value.is_object(); }
+    bool isNull() const { return m_value.is_null(); }
 
     std::string text() const;
     bool flag() const;
     std::int64_t integer(std::int64_t min, std::int64_t max) const;
     std::uint32_t unsigned32() const;
+    /// A number with or without decimals.
+    double decimal(int min, int max) const;
     Milliseconds milliseconds() const;
     /// One of `words`, or a number that need not be among them.
     std::int32_t wordOrNumber(const Words& words) const;

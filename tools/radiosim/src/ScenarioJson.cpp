@@ -43,6 +43,7 @@ const Words scanEndWords = {{"complete", static_cast<std::int32_t>(ScanEnd::COMP
 constexpr std::size_t SSID_LENGTH = 32;
 constexpr std::size_t NAME_LENGTH = 255;
 constexpr std::size_t MAC_LENGTH = 6;
+constexpr double MOST_CARRIED = 0.95; // noise that lasts longer would need a longer memory
 constexpr std::size_t MAX_PHYS = 64;
 constexpr std::int64_t MAX_BLOCK = 0x1000000;
 constexpr std::size_t LARGEST_FILE = 0x1000000;
@@ -58,9 +59,6 @@ std::uint32_t readUnsigned(const JsonReader& reader) {
 }
 Milliseconds readMilliseconds(const JsonReader& reader) {
     return reader.milliseconds();
-}
-std::int32_t readRssi(const JsonReader& reader) {
-    return static_cast<std::int32_t>(reader.integer(-200, 200));
 }
 std::uint32_t readChannel(const JsonReader& reader) {
     return static_cast<std::uint32_t>(reader.integer(1, 233));
@@ -172,8 +170,55 @@ Signal readSignal(const JsonReader& reader) {
     return readSeries(reader);
 }
 
+std::int32_t readDecibels(const JsonReader& reader) {
+    return static_cast<std::int32_t>(reader.integer(-200, 200));
+}
+
+double readDecimalDecibels(const JsonReader& reader) {
+    return reader.decimal(-200, 200);
+}
+
+Level::Step readStep(const JsonReader& reader) {
+    reader.expectKeys({"atMs", "by"});
+    return {.at = reader.at("atMs").milliseconds(), .by = readDecimalDecibels(reader.at("by"))};
+}
+
+Level readRssi(const JsonReader& reader) {
+    if (reader.isNumber()) {
+        return readDecibels(reader);
+    }
+    if (!reader.isObject()) {
+        reader.refuse("a whole number from -200 to 200, or an object with \"start\" was expected");
+    }
+    reader.expectKeys({"start", "driftPerSecond", "noise", "everyMs", "steps"});
+    Level::Shape shape;
+    shape.start = readDecimalDecibels(reader.at("start"));
+    reader.optional("driftPerSecond", shape.driftPerSecond, readDecimalDecibels);
+    reader.optional("everyMs", shape.every, readLength);
+    reader.optional("steps", shape.steps, arrayOf(readStep));
+    if (reader.has("noise")) {
+        const JsonReader noise = reader.at("noise");
+        noise.expectKeys({"deviation", "carried", "seed"});
+        shape.deviation = noise.at("deviation").decimal(0, 50);
+        if (noise.has("carried")) {
+            shape.carried = noise.at("carried").decimal(0, 1);
+            if (shape.carried > MOST_CARRIED) {
+                noise.at("carried").refuse("more than 0.95");
+            }
+        }
+        noise.optional("seed", shape.seed, readUnsigned);
+    }
+    return shape;
+}
+
+// null stands for a chain that reports nothing.
+std::optional<std::int32_t> readChain(const JsonReader& reader) {
+    return reader.isNull() ? std::nullopt : std::optional(readDecibels(reader));
+}
+
 Bss readBss(const JsonReader& reader) {
-    reader.expectKeys({"bssid", "linkQuality", "rssi", "channel", "phyType"});
+    reader.expectKeys({"bssid", "linkQuality", "rssi", "chains", "heardEveryMs", "heardUntilMs",
+                       "channel", "phyType"});
     Bss bss;
     if (reader.has("bssid")) {
         bss.bssid = reader.at("bssid").hexBytes();
@@ -183,6 +228,9 @@ Bss readBss(const JsonReader& reader) {
     }
     reader.optional("linkQuality", bss.linkQuality, readSignal);
     reader.optional("rssi", bss.rssi, readRssi);
+    reader.optional("chains", bss.chains, arrayOf(readChain));
+    reader.optional("heardEveryMs", bss.heardEvery, readMilliseconds);
+    reader.optional("heardUntilMs", bss.heardUntil, readMilliseconds);
     reader.optional("channel", bss.channel, readChannel);
     reader.optional("phyType", bss.phyType, wordOrNumber(phyTypeWords));
     return bss;
@@ -235,8 +283,8 @@ Phy readPhy(const JsonReader& reader) {
 }
 
 Connection readConnection(const JsonReader& reader) {
-    reader.expectKeys(
-        {"ssid", "ssidHex", "profile", "quality", "rxRate", "txRate", "phyIndex", "channel"});
+    reader.expectKeys({"ssid", "ssidHex", "profile", "quality", "rxRate", "txRate", "phyIndex",
+                       "channel", "links", "linkFrequencyInKhz"});
     Connection connection;
     connection.ssid = readSsid(reader);
     reader.optional("profile", connection.profile, readName);
@@ -245,6 +293,8 @@ Connection readConnection(const JsonReader& reader) {
     reader.optional("txRate", connection.txRate, readUnsigned);
     reader.optional("phyIndex", connection.phyIndex, readUnsigned);
     reader.optional("channel", connection.channel, readChannel);
+    reader.optional("links", connection.links, readFlag);
+    reader.optional("linkFrequencyInKhz", connection.linkFrequencyInKhz, readFlag);
     return connection;
 }
 

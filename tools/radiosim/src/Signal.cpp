@@ -1,5 +1,7 @@
 #include <radiosim/Signal.h>
 
+#include "Random.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
@@ -12,18 +14,6 @@ namespace {
 // limits the cost of a late value.
 constexpr std::int64_t TURN = 4096;
 
-// One round of a well-mixed 64-bit hash; the standard library's distributions differ by platform.
-std::uint64_t mix(std::uint64_t value) {
-    value += 0x9E3779B97F4A7C15U;
-    value = (value ^ (value >> 30U)) * 0xBF58476D1CE4E5B9U;
-    value = (value ^ (value >> 27U)) * 0x94D049BB133111EBU;
-    return value ^ (value >> 31U);
-}
-
-std::int64_t steps(Signal::Milliseconds elapsed, Signal::Milliseconds length) {
-    return std::max<std::int64_t>(elapsed.count(), 0) / std::max<std::int64_t>(length.count(), 1);
-}
-
 struct ValueAt {
     Signal::Milliseconds elapsed;
 
@@ -34,7 +24,7 @@ struct ValueAt {
         if (count == 0) {
             return 0;
         }
-        const std::int64_t step = steps(elapsed, series.step);
+        const std::int64_t step = countOf(elapsed, series.step);
         const std::int64_t index = series.repeat ? step % count : std::min(step, count - 1);
         return series.values[static_cast<std::size_t>(index)];
     }
@@ -43,7 +33,7 @@ struct ValueAt {
         const std::int64_t min = walk.min;
         const std::int64_t max = std::max<std::int64_t>(walk.max, min);
         const std::int64_t reach = 2 * static_cast<std::int64_t>(walk.step) + 1;
-        std::int64_t last = steps(elapsed, walk.interval) % (2 * TURN);
+        std::int64_t last = countOf(elapsed, walk.interval) % (2 * TURN);
         if (last > TURN) {
             last = 2 * TURN - last;
         }

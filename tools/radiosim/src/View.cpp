@@ -1,7 +1,10 @@
 #include "View.h"
 
+#include "Random.h"
+
 #include <nativewifi/Block.h>
 #include <nativewifi/LinkQuality.h>
+#include <nativewifi/LinuxRadio.h>
 #include <nativewifi/Ssid.h>
 
 #include <mrl/Unicode.h>
@@ -87,6 +90,23 @@ View::Answer plain(Bytes block) {
 
 View::Answer counted(Bytes block, std::size_t offset) {
     return {ERROR_SUCCESS, std::move(block), offset, true};
+}
+
+nativewifi::ChainLevels chainLevels(const Bss& bss, LONG level, const DOT11_MAC_ADDRESS& bssid) {
+    nativewifi::ChainLevels levels{};
+    std::copy(std::begin(bssid), std::end(bssid), levels.bssid);
+    for (std::size_t i = 0; i < std::min(bss.chains.size(), nativewifi::MAX_CHAINS); ++i) {
+        if (bss.chains[i]) {
+            levels.chains |= 1U << i;
+            levels.levels[i] = level + *bss.chains[i];
+        }
+    }
+    return levels;
+}
+
+// An empty block says that the driver reports no chain.
+View::Answer chains(Bytes block) {
+    return block.empty() ? View::Answer{ERROR_NOT_SUPPORTED} : plain(std::move(block));
 }
 
 } // namespace
@@ -220,6 +240,12 @@ Bytes View::networkList() const {
                      offsetof(WLAN_AVAILABLE_NETWORK_LIST, Network), networks);
 }
 
+// When the adapter heard the BSS for the last time.
+Milliseconds View::lastHeard(const Bss& bss) const {
+    const Milliseconds until = std::min(m_elapsed, bss.heardUntil.value_or(m_elapsed));
+    return bss.heardEvery.count() == 0 ? until : countOf(until, bss.heardEvery) * bss.heardEvery;
+}
+
 WLAN_BSS_ENTRY View::bssEntry(const AccessPoint& accessPoint, std::size_t place, const Bss& bss,
                               std::size_t number) const {
     WLAN_BSS_ENTRY entry{};
@@ -239,12 +265,14 @@ WLAN_BSS_ENTRY View::bssEntry(const AccessPoint& accessPoint, std::size_t place,
     }
     entry.dot11BssType = static_cast<DOT11_BSS_TYPE>(accessPoint.bssType);
     entry.dot11BssPhyType = static_cast<DOT11_PHY_TYPE>(bss.phyType);
-    entry.uLinkQuality = bss.linkQuality ? bss.linkQuality->at(m_elapsed) : signal(accessPoint);
-    entry.lRssi = bss.rssi.value_or(levelOfQuality(entry.uLinkQuality));
+    const Milliseconds heard = lastHeard(bss);
+    entry.uLinkQuality =
+        bss.linkQuality ? bss.linkQuality->at(heard) : accessPoint.signal.at(heard);
+    entry.lRssi = bss.rssi ? bss.rssi->at(heard) : levelOfQuality(entry.uLinkQuality);
     entry.bInRegDomain = 1;
     entry.usBeaconPeriod = 100;
-    entry.ullTimestamp = static_cast<ULONGLONG>(m_elapsed.count()) * 1000;
-    entry.ullHostTimestamp = static_cast<ULONGLONG>(m_elapsed.count()) * 10000;
+    entry.ullTimestamp = static_cast<ULONGLONG>(heard.count()) * 1000;
+    entry.ullHostTimestamp = static_cast<ULONGLONG>(heard.count()) * 10000;
     entry.usCapabilityInformation = static_cast<USHORT>(
         (accessPoint.bssType == dot11_BSS_type_independent ? CAPABILITY_IBSS : CAPABILITY_ESS) |
         (accessPoint.secured ? CAPABILITY_PRIVACY : 0));
@@ -256,8 +284,8 @@ WLAN_BSS_ENTRY View::bssEntry(const AccessPoint& accessPoint, std::size_t place,
     return entry;
 }
 
-Bytes View::bssList(const std::optional<BssFilter>& filter) const {
-    std::vector<WLAN_BSS_ENTRY> entries;
+std::vector<View::HeardBss> View::heardBss(const std::optional<BssFilter>& filter) const {
+    std::vector<HeardBss> all;
     for (std::size_t i = 0; i < m_facts.accessPoints.size(); ++i) {
         const AccessPoint& accessPoint = m_facts.accessPoints[i];
         const bool wanted = !filter || (!accessPoint.hidden && accessPoint.ssid == filter->ssid &&
@@ -268,14 +296,19 @@ Bytes View::bssList(const std::optional<BssFilter>& filter) const {
         }
         const std::vector<Bss> radios = accessPoint.bss.value_or(std::vector<Bss>(1));
         for (std::size_t number = 0; number < radios.size(); ++number) {
-            entries.push_back(bssEntry(accessPoint, i, radios[number], number));
+            all.push_back({bssEntry(accessPoint, i, radios[number], number), radios[number]});
         }
     }
+    return all;
+}
+
+Bytes View::bssList(const std::optional<BssFilter>& filter) const {
+    const std::vector<HeardBss> entries = heardBss(filter);
     std::vector<std::vector<std::uint8_t>> elements(entries.size());
     std::vector<nativewifi::BssWithElements> stations(entries.size());
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        elements[i] = nameElement(entries[i].dot11Ssid);
-        stations[i] = {entries[i], elements[i]};
+        elements[i] = nameElement(entries[i].entry.dot11Ssid);
+        stations[i] = {entries[i].entry, elements[i]};
     }
     return nativewifi::bssListBlock(stations);
 }
@@ -340,6 +373,53 @@ Bytes View::statistics() const {
     return block;
 }
 
+LONG View::connectionLevel() const {
+    return m_facts.rssi ? m_facts.rssi->at(m_elapsed)
+                        : levelOfQuality(connected() ? connectionQuality() : 0);
+}
+
+Bytes View::linkQualities() const {
+    const Connection& connection = *m_facts.connection;
+    WLAN_REALTIME_CONNECTION_QUALITY quality{};
+    quality.dot11PhyType = connectionAttributes().wlanAssociationAttributes.dot11PhyType;
+    quality.ulLinkQuality = connectionQuality();
+    quality.ulRxRate = connection.rxRate;
+    quality.ulTxRate = connection.txRate;
+    quality.ulNumLinks = 1;
+    WLAN_REALTIME_CONNECTION_QUALITY_LINK_INFO& link = quality.linksInfo[0];
+    const ULONG kHz = centreFrequency(connection.channel);
+    link.ulChannelCenterFrequencyMhz = connection.linkFrequencyInKhz ? kHz : kHz / 1000;
+    link.ulBandwidth = 20;
+    link.lRssi = connectionLevel();
+    return blockOf(quality);
+}
+
+Bytes View::connectionChains() const {
+    const AccessPoint* const network = named(m_facts.connection->ssid);
+    if (network == nullptr || !network->bss || network->bss->empty() ||
+        network->bss->front().chains.empty()) {
+        return {};
+    }
+    nativewifi::ChainLevels levels =
+        chainLevels(network->bss->front(), connectionLevel(),
+                    connectionAttributes().wlanAssociationAttributes.dot11Bssid);
+    levels.averagedChains = levels.chains;
+    std::copy(std::begin(levels.levels), std::end(levels.levels), levels.averages);
+    return blockOf(levels);
+}
+
+Bytes View::bssChains() const {
+    std::vector<nativewifi::ChainLevels> all;
+    for (const HeardBss& heard : heardBss({})) {
+        if (!heard.bss.chains.empty()) {
+            all.push_back(chainLevels(heard.bss, heard.entry.lRssi, heard.entry.dot11Bssid));
+        }
+    }
+    return all.empty() ? Bytes()
+                       : listBlock(offsetof(nativewifi::ChainLevelsList, dwNumberOfItems),
+                                   offsetof(nativewifi::ChainLevelsList, items), all);
+}
+
 View::Answer View::query(DWORD opcode) const {
     if (bool Interface::*const flag = flagOf(opcode)) {
         return plain(blockOf<BOOL>(m_facts.*flag ? TRUE : FALSE));
@@ -369,8 +449,16 @@ View::Answer View::query(DWORD opcode) const {
     case wlan_intf_opcode_statistics:
         return counted(statistics(), offsetof(WLAN_STATISTICS, dwNumberOfPhys));
     case wlan_intf_opcode_rssi:
-        return plain(blockOf<LONG>(m_facts.rssi.value_or(
-            connected() ? levelOfQuality(connectionQuality()) : levelOfQuality(0))));
+        return plain(blockOf(connectionLevel()));
+    case wlan_intf_opcode_realtime_connection_quality:
+        if (!m_facts.connection || !m_facts.connection->links) {
+            return {ERROR_INVALID_PARAMETER}; // as of a system that does not know the opcode
+        }
+        return connected() ? plain(linkQualities()) : Answer{ERROR_INVALID_STATE};
+    case nativewifi::wlan_intf_opcode_connection_chains:
+        return connected() ? chains(connectionChains()) : Answer{ERROR_INVALID_STATE};
+    case nativewifi::wlan_intf_opcode_bss_chains:
+        return chains(bssChains());
     default:
         return {ERROR_INVALID_PARAMETER};
     }

@@ -58,7 +58,17 @@ private:
     WLAN_AVAILABLE_NETWORK network(const AccessPoint& accessPoint) const;
     WLAN_BSS_ENTRY bssEntry(const AccessPoint& accessPoint, std::size_t place, const Bss& bss,
                             std::size_t number) const;
+    struct HeardBss {
+        WLAN_BSS_ENTRY entry;
+        Bss bss;
+    };
+    std::vector<HeardBss> heardBss(const std::optional<BssFilter>& filter) const;
+    Milliseconds lastHeard(const Bss& bss) const;
     WLAN_CONNECTION_ATTRIBUTES connectionAttributes() const;
+    LONG connectionLevel() const;
+    Bytes linkQualities() const;
+    Bytes connectionChains() const;
+    Bytes bssChains() const;
     Bytes radioState() const;
     Bytes statistics() const;
 

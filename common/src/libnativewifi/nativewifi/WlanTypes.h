@@ -399,6 +399,27 @@ constexpr auto dot11_phy_type_dmg = static_cast<DOT11_PHY_TYPE>(9);
 constexpr auto dot11_phy_type_he = static_cast<DOT11_PHY_TYPE>(10);
 constexpr auto dot11_phy_type_eht = static_cast<DOT11_PHY_TYPE>(11);
 
+// Since Windows 11 24H2: the quality of the connection, link by link.
+constexpr auto wlan_intf_opcode_realtime_connection_quality = static_cast<WLAN_INTF_OPCODE>(19);
+
+struct WLAN_REALTIME_CONNECTION_QUALITY_LINK_INFO {
+    UCHAR ucLinkID;
+    ULONG ulChannelCenterFrequencyMhz; ///< documented in kHz, named in MHz: systems differ
+    ULONG ulBandwidth;
+    LONG lRssi; ///< dBm
+    WLAN_RATE_SET wlanRateSet;
+};
+
+struct WLAN_REALTIME_CONNECTION_QUALITY {
+    DOT11_PHY_TYPE dot11PhyType;
+    ULONG ulLinkQuality; ///< percent
+    ULONG ulRxRate;      ///< kbit/s
+    ULONG ulTxRate;      ///< kbit/s
+    BOOL bIsMLOConnection;
+    ULONG ulNumLinks;
+    WLAN_REALTIME_CONNECTION_QUALITY_LINK_INFO linksInfo[1];
+};
+
 static_assert(sizeof(GUID) == 16);
 static_assert(sizeof(DOT11_SSID) == 36);
 static_assert(sizeof(WLAN_AVAILABLE_NETWORK) == 628);
@@ -411,6 +432,8 @@ static_assert(sizeof(WLAN_PHY_RADIO_STATE) == 12);
 static_assert(sizeof(WLAN_STATISTICS) == 368);
 static_assert(sizeof(WLAN_NOTIFICATION_DATA) == 40);
 static_assert(sizeof(WLAN_CONNECTION_NOTIFICATION_DATA) == 572);
+static_assert(sizeof(WLAN_REALTIME_CONNECTION_QUALITY_LINK_INFO) == 272);
+static_assert(sizeof(WLAN_REALTIME_CONNECTION_QUALITY) == 296);
 static_assert(offsetof(WLAN_AVAILABLE_NETWORK, dot11Ssid) == 512);
 static_assert(offsetof(WLAN_AVAILABLE_NETWORK, dot11BssType) == 548);
 static_assert(offsetof(WLAN_AVAILABLE_NETWORK, wlanSignalQuality) == 604);
@@ -429,3 +452,4 @@ static_assert(offsetof(WLAN_RADIO_STATE, PhyRadioState) == 4);
 static_assert(offsetof(WLAN_NOTIFICATION_DATA, InterfaceGuid) == 8);
 static_assert(offsetof(WLAN_NOTIFICATION_DATA, pData) == 32);
 static_assert(offsetof(WLAN_STATISTICS, PhyCounters) == 224);
+static_assert(offsetof(WLAN_REALTIME_CONNECTION_QUALITY, linksInfo) == 24);
