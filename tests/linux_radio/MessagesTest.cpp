@@ -105,6 +105,7 @@ TEST(BssMessage, TakesTheBeaconsValuesWithoutAProbeResponse) {
         bssWith({u64(NL80211_BSS_BEACON_TSF, 22), attribute(NL80211_BSS_INFORMATION_ELEMENTS, {}),
                  attribute(NL80211_BSS_BEACON_IES, name("beacon"))});
     EXPECT_EQ(beacon.timestamp, 22U);
+    EXPECT_EQ(beacon.beaconInterval, 0);
     EXPECT_EQ(beacon.elements, name("beacon"));
 }
 
@@ -311,12 +312,14 @@ TEST(InterfaceMessage, NeedsAnIndexAWiphyAndAType) {
     EXPECT_FALSE(readInterface(join({index, wiphy})).has_value());
 }
 
-TEST(InterfaceMessage, KeepsNamesOfItsLengthsOnly) {
+TEST(InterfaceMessage, KeepsNamesAndAddressesOfTheirLengthsOnly) {
     const Parts least = {u32(NL80211_ATTR_IFINDEX, 5), u32(NL80211_ATTR_WIPHY, 0),
                          u32(NL80211_ATTR_IFTYPE, 2)};
     const auto with = [&least](const Bytes& part) {
         return readInterface(join({join(least), part})).value_or(Interface{});
     };
+    EXPECT_EQ(with(attribute(NL80211_ATTR_MAC, Bytes(5, 1))).address, MacAddress{});
+    EXPECT_EQ(with(attribute(NL80211_ATTR_MAC, Bytes(7, 1))).address[5], 1);
     EXPECT_EQ(with(attribute(NL80211_ATTR_SSID, Bytes(32, 'a'))).ssid.size(), 32U);
     EXPECT_THAT(with(attribute(NL80211_ATTR_SSID, Bytes(33, 'a'))).ssid, IsEmpty());
     EXPECT_EQ(with(attribute(NL80211_ATTR_IFNAME, bytesOf("wlan0"))).name, "wlan0")
@@ -343,7 +346,7 @@ TEST(WiphyMessages, AreJoinedByTheirIndex) {
               band({frequency(2412), frequency(2417, {flag(NL80211_FREQUENCY_ATTR_DISABLED)})})}),
         join({u32(NL80211_ATTR_WIPHY, 1),
               band({frequency(5180, {flag(NL80211_FREQUENCY_ATTR_NO_IR)}), frequency(0)}),
-              u32(NL80211_ATTR_WIPHY_ANTENNA_RX, 1), u32(NL80211_ATTR_WIPHY_ANTENNA_AVAIL_RX, 3)}),
+              u32(NL80211_ATTR_WIPHY_ANTENNA_AVAIL_RX, 3), u32(NL80211_ATTR_WIPHY_ANTENNA_RX, 1)}),
         join({u32(NL80211_ATTR_WIPHY, 0), text(NL80211_ATTR_WIPHY_NAME, "phy0")}),
         u32(NL80211_ATTR_WIPHY, 1),
     };
@@ -366,6 +369,11 @@ TEST(WiphyMessages, AreJoinedByTheirIndex) {
     EXPECT_EQ(wiphy.channels[2].frequencyMhz, 5180U);
     EXPECT_TRUE(wiphy.channels[2].noInitiatedRadiation);
     EXPECT_EQ(wiphys[1].name, "phy0");
+    const std::optional<Wiphy> bands =
+        readWiphy(join({u32(NL80211_ATTR_WIPHY, 2), band({frequency(2412)})}));
+    ASSERT_TRUE(bands.has_value());
+    EXPECT_EQ(bands->receiveAntennas, std::nullopt);
+    EXPECT_EQ(bands->availableReceiveAntennas, std::nullopt);
     EXPECT_FALSE(readWiphy(text(NL80211_ATTR_WIPHY_NAME, "phy0")).has_value());
 }
 
@@ -418,6 +426,8 @@ TEST(EventMessage, NamesTheNetworkThatWasJoined) {
     EXPECT_EQ(nameIn({request, attribute(NL80211_ATTR_SSID, bytesOf("Other"))}), bytesOf("Other"));
     EXPECT_THAT(nameIn({attribute(NL80211_ATTR_REQ_IE, name(std::string(33, 'a')))}), IsEmpty());
     EXPECT_THAT(nameIn({}), IsEmpty());
+    const Bytes office = attribute(NL80211_ATTR_SSID, bytesOf("Office"));
+    EXPECT_EQ(readEvent(NL80211_CMD_CONNECT, office).bssid, MacAddress{});
 }
 
 } // namespace
