@@ -52,6 +52,36 @@ TEST_F(SpokenTexts, StayInTheLanguageInForceWhenThereAreNone) {
     }
 }
 
+TEST_F(SpokenTexts, DecideHowLabelsAndListsArePunctuated) {
+    write("tesk5", "br", R"({"LIST_NAME_AND_VALUE": "{Name} : {Value}", "LIST_HEADING": "{Text} :",
+                             "LIST_COMMA": "{List} + {Item}", "LIST_SEMICOLON": "{List} ; {Item}"})");
+    g_module.examine = [](const auto&, auto, tesk5::Findings& findings) {
+        findings.push_back({"PLAIN", false, {}});
+    };
+    registerTest("A", [](const DiagDevice&) {
+        auto* event = DiagModule::createEvent("WEAK");
+        DiagModule::error(event->setVariable("Limit", mrl::Uint32{30}), "modules/a.cpp", 10);
+        DiagModule::surveyed({"VISIBLE", "%", 0, 100, {}});
+        return TestResult::FAIL();
+    });
+    registerThrowing("B", TeskException("oops"));
+    start({"run", "--language", "br", "--html", file("r.html"), "--junit", file("r.xml")});
+    for (const char* line : {"  error: The signal of {Name} is {Strength}%.\n         Limit : 30\n",
+                             "  possible cause : Something happened.\n", "s : oops\n",
+                             "(1 INTERNALERROR + 1 FAIL) ; exit value "}) {
+        EXPECT_THAT(output(), HasSubstr(line));
+    }
+    EXPECT_THAT(bytesOfFile(file("r.html")), HasSubstr("<bdi>Limit</bdi> : <bdi>30</bdi>"));
+    EXPECT_THAT(bytesOfFile(file("r.xml")), HasSubstr("VISIBLE :\n"));
+    forgetOutput();
+    start({"doctor", "--language", "br"});
+    EXPECT_THAT(output(), testing::StartsWith("ok : The service answers.\n"));
+    forgetOutput();
+    registerThrowing("C", std::runtime_error("no memory"));
+    EXPECT_THROW(start({"run", "C", "--language", "br"}), std::runtime_error);
+    EXPECT_THAT(errors(), HasSubstr("ends here : no memory\n"));
+}
+
 TEST_F(SpokenTexts, AreUsedByTheWholeProgram) {
     write("tesk5", "nb", R"({"LIST_TESTS": "Tester", "INPUT_UNKNOWN_TEST": "ukjent: {Name}",
                              "INPUT_UNKNOWN_LANGUAGE": "ukjent språk: {Language}"})");

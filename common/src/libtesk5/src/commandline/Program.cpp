@@ -137,10 +137,8 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
         plan.insert(plan.end(), runs.begin(), runs.end());
         if (runs.empty()) {
             const auto why = [&](const DiagDevice& device) {
-                const std::string reasons =
-                    phrasesListed(reasonsAgainst(*test, device, line.device));
-                return message("LIST_NAME_AND_VALUE",
-                               {{"Name", device.name()}, {"Value", reasons}});
+                return nameAndValue(device.name().utf8(),
+                                    phrasesListed(reasonsAgainst(*test, device, line.device)));
             };
             record.withoutDevice.push_back(
                 {test, textsOf(devices.devices, why), adviceFor(*test, devices, line.device)});

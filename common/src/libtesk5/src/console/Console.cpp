@@ -1,11 +1,11 @@
 #include "console/Console.h"
 
-#include <tesk5/ByteText.h>
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
 
 #include "run/ReportWords.h"
 #include "texts/BadInput.h"
+#include "texts/Lists.h"
 #include "texts/MeasurementText.h"
 #include "texts/NumberText.h"
 #include "texts/TextLayout.h"
@@ -34,15 +34,6 @@ const char* colourOf(const Outcome& outcome) {
                : "\x1b[31m";
 }
 
-// `texts` with `separator` between them.
-std::string joined(const std::vector<std::string>& texts, const char* separator) {
-    std::string all;
-    for (const std::string& text : texts) {
-        all += (all.empty() ? "" : separator) + text;
-    }
-    return all;
-}
-
 // "1 FAIL, 2 PASS": every result that occurs, the worst first.
 std::string tally(const std::vector<Outcome>& outcomes) {
     std::vector<TestResult> kinds;
@@ -61,7 +52,7 @@ std::string tally(const std::vector<Outcome>& outcomes) {
                           [&kind](const Outcome& outcome) { return outcome.result == kind; });
         parts.push_back(std::to_string(count) + " " + kind.name());
     }
-    return joined(parts, ", ");
+    return listed(parts);
 }
 
 std::string programPrefix() {
@@ -75,7 +66,7 @@ std::string runText(const char* key, const PlannedRun& run) {
 // The possible causes of a result, one line for each finding.
 void writeAdvice(mrl::OutputStream& stream, const Findings& advice) {
     for (const Finding& finding : advice) {
-        writeLine(stream, "  " + message("DOCTOR_CAUSE") + ": " + message(finding));
+        writeLine(stream, "  " + nameAndValue(message("DOCTOR_CAUSE"), message(finding)));
     }
 }
 
@@ -94,8 +85,8 @@ void writeLine(mrl::OutputStream& stream, const std::string& text) {
 int showDiagnosis(mrl::OutputStream& stream, const Findings& findings) {
     mrl::Uint32 problems = 0;
     for (const Finding& finding : findings) {
-        writeLine(stream,
-                  message(finding.good ? "DOCTOR_OK" : "DOCTOR_PROBLEM") + ": " + message(finding));
+        writeLine(stream, nameAndValue(message(finding.good ? "DOCTOR_OK" : "DOCTOR_PROBLEM"),
+                                       message(finding)));
         problems += finding.good ? 0 : 1;
     }
     const int exitValue = problems == 0 ? 0 : TestResult::CANNOTRUN().value();
@@ -115,8 +106,8 @@ void Console::writeEvent(const RaisedEvent& event) {
         " ";
     writeLine(m_output, head + eventText(event));
     for (const auto& [name, value] : unspokenVariables(event)) {
-        writeLine(m_output, std::string(mrl::columnsOf(head), ' ') + name.utf8() + ": " +
-                                withUtf8Reading(value.shownString().utf8()));
+        writeLine(m_output, std::string(mrl::columnsOf(head), ' ') +
+                                nameAndValue(name.utf8(), value.shownString().utf8()));
     }
 }
 
@@ -128,7 +119,7 @@ void Console::writeVerdict(const Outcome& outcome) {
                               {{"Result", result}, {"Seconds", secondsText(outcome.seconds)}})
                     : message("CONSOLE_NOT_STARTED", {{"Result", result}}));
     if (!outcome.failure.empty()) {
-        text += ": " + outcome.failure;
+        text = nameAndValue(text, outcome.failure);
     }
     text = linesOf(text, m_output);
     // The colours go in last: escape sequences in names are escaped by then.
@@ -209,8 +200,9 @@ void Console::onTestEnd(const Outcome& outcome) {
 
 void Console::onTestBroken(const PlannedRun& run, const std::string& reason) {
     endLiveLine();
-    writeLine(m_context.errors, programPrefix() + runText("CONSOLE_BROKEN", run) +
-                                    (reason.empty() ? std::string() : ": " + reason));
+    const std::string text = runText("CONSOLE_BROKEN", run);
+    writeLine(m_context.errors,
+              programPrefix() + (reason.empty() ? text : nameAndValue(text, reason)));
 }
 
 void Console::onRunEnd(const RunRecord& record) {
@@ -233,7 +225,7 @@ void Console::onRunEnd(const RunRecord& record) {
         parts.push_back(message("CONSOLE_LEFT_OUT", {{"Count", std::to_string(record.leftOut)}}));
     }
     parts.push_back(message("CONSOLE_EXIT", {{"Value", std::to_string(record.exitValue)}}));
-    writeLine(m_output, joined(parts, message("CONSOLE_SEPARATOR").c_str()));
+    writeLine(m_output, phrasesListed(parts));
 }
 
 void Console::expectEndWithin(std::optional<double> seconds) {

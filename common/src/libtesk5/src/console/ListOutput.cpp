@@ -49,10 +49,6 @@ std::size_t labelColumns() {
     return widest + 1;
 }
 
-std::string nameAndValue(const TeskString& name, const std::string& value) {
-    return message("LIST_NAME_AND_VALUE", {{"Name", name}, {"Value", value}});
-}
-
 // Whether the test would run on the device, in words.
 std::string verdictOn(const Test& test, const DiagDevice& device, bool first,
                       const std::optional<std::string>& filter) {
@@ -139,7 +135,7 @@ private:
         line("    " + padded(message("LIST_CAPABILITIES"), 0) +
              listed(device.capability().names()));
         for (const auto& [name, value] : device.properties()) {
-            line("    " + nameAndValue(name, value.utf8()));
+            line("    " + nameAndValue(name.utf8(), value.utf8()));
         }
     }
 
@@ -160,7 +156,7 @@ private:
             first = first && !reasonsAgainst(test, device, filter).empty();
         }
         for (const auto& [verdict, names] : verdicts) {
-            line("    " + nameAndValue(TeskString(listed(names)), verdict));
+            line("    " + nameAndValue(listed(names), verdict));
         }
     }
 

@@ -14,6 +14,7 @@
 #include "reports/ReportTemplates.h"
 #include "reports/Template.h"
 #include "run/ReportWords.h"
+#include "texts/Lists.h"
 #include "texts/MeasurementText.h"
 #include "texts/NumberText.h"
 
@@ -95,8 +96,8 @@ Json eventJson(const RaisedEvent& event) {
                         ? Json(nullptr)
                         : Json(message("REPORT_TIMES", {{"Count", std::to_string(event.count)}}));
     json["variables"] = listOf(unspokenVariables(event), [](const auto& variable) -> Json {
-        return {{"name", variable.first.utf8()},
-                {"value", withUtf8Reading(variable.second.shownString().utf8())}};
+        return sentenceMarkup("LIST_NAME_AND_VALUE",
+                              {{"Name", variable.first}, {"Value", variable.second}});
     });
     return json;
 }
@@ -115,13 +116,13 @@ Json gaugeJson(const Measurement& measurement, bool mirrored) {
     constexpr std::size_t LABEL_HEIGHT = 18;
     constexpr std::size_t MARGIN = 6;
     const Gauge gauge = gaugeOf(measurement, mirrored);
-    std::string words = measuredText(measurement);
+    std::vector<std::string> words = {measuredText(measurement)};
     for (const Limit& limit : measurement.limits) {
-        words += "; " + limitText(limit, measurement.unit);
+        words.push_back(limitText(limit, measurement.unit));
     }
     Json json;
     json["height"] = FIRST_LABEL_Y + LABEL_HEIGHT * (gauge.rows - 1) + MARGIN;
-    json["words"] = words;
+    json["words"] = phrasesListed(words);
     json["zones"] = listOf(gauge.zones, [&measurement](const Gauge::Zone& zone) -> Json {
         return {{"kind", kindOf(measurement, zone.severity)},
                 {"x", percent(zone.x)},

@@ -3,6 +3,7 @@
 #include <tesk5/ByteText.h>
 #include <tesk5/Texts.h>
 
+#include "texts/Lists.h"
 #include "texts/MeasurementText.h"
 #include "texts/NumberText.h"
 
@@ -17,7 +18,7 @@ void append(std::vector<std::string>& lines, const std::vector<std::string>& mor
 }
 
 std::vector<std::string> surveyLines(const Survey& survey) {
-    std::vector<std::string> lines = {translation(survey.name).utf8() + ":"};
+    std::vector<std::string> lines = {heading(translation(survey.name).utf8())};
     for (const Survey::Entry& entry : strongestFirst(survey)) {
         lines.push_back("  " + withUnit(entry.value, survey.unit) + "  " +
                         withUtf8Reading(entry.name.utf8()) +

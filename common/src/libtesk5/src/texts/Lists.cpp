@@ -42,6 +42,14 @@ std::string listInQuotes(std::vector<std::string> texts) {
     return listed(texts);
 }
 
+std::string nameAndValue(const std::string& name, const std::string& value) {
+    return message("LIST_NAME_AND_VALUE", {{"Name", name}, {"Value", value}});
+}
+
+std::string heading(const std::string& text) {
+    return message("LIST_HEADING", {{"Text", text}});
+}
+
 std::string phrasesListed(const std::vector<std::string>& phrases) {
     return joinedBy("LIST_SEMICOLON", phrases);
 }

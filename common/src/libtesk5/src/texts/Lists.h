@@ -1,4 +1,4 @@
-// Lists inside a sentence, punctuated as the language in force does it.
+// Lists inside a sentence and labelled texts, punctuated as the language in force does it.
 #pragma once
 
 #include <functional>
@@ -30,6 +30,12 @@ std::string listedWithAnd(std::vector<std::string> texts);
 
 /// Each in quotation marks: `"a", "b"`.
 std::string listInQuotes(std::vector<std::string> texts);
+
+/// A label and what it stands for: "name: value". Languages differ in the blank before the colon.
+std::string nameAndValue(const std::string& name, const std::string& value);
+
+/// `text` as the line above what it names: "text:".
+std::string heading(const std::string& text);
 
 /// Phrases that may have commas in them: "a; b; c".
 std::string phrasesListed(const std::vector<std::string>& phrases);
