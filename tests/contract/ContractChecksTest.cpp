@@ -15,6 +15,7 @@
 #include <cstring>
 #include <set>
 #include <string>
+#include <type_traits>
 
 namespace contract {
 namespace {
@@ -81,6 +82,10 @@ void refusedQuery(Scenario& scenario) {
     });
 }
 
+void returns(Scenario& scenario, const char* function, DWORD code) {
+    fault(scenario, function, [code](radiosim::Fault& planned) { planned.code = code; });
+}
+
 void same(Scenario& /*scenario*/) {}
 
 template <typename T>
@@ -88,10 +93,31 @@ T* garbage() {
     return reinterpret_cast<T*>(std::uintptr_t{0x10}); // NOLINT(performance-no-int-to-ptr)
 }
 
+template <typename Argument>
+void writeGarbage(Argument argument) {
+    using Value = std::remove_pointer_t<Argument>;
+    if constexpr (std::is_pointer_v<Value>) {
+        *argument = garbage<std::remove_pointer_t<Value>>();
+    }
+}
+
+// Fails, and writes into each argument that is for a block.
+template <typename... Arguments>
+DWORD WINAPI failsWithGarbage(Arguments... arguments) {
+    (writeGarbage(arguments), ...);
+    return ERROR_NOT_FOUND;
+}
+
 // The functions that an altered one passes on to, and the callback that it calls itself.
 const nativewifi::Api* g_engine = nullptr;
 WLAN_NOTIFICATION_CALLBACK g_callback = nullptr;
 PVOID g_context = nullptr;
+
+void closesNothing(nativewifi::Api& table) {
+    table.WlanCloseHandle = [](HANDLE /*handle*/, PVOID /*reserved*/) {
+        return DWORD{ERROR_SUCCESS};
+    };
+}
 
 void closeScribbles(nativewifi::Api& table) {
     static WLAN_INTERFACE_INFO_LIST* last = nullptr;
@@ -130,10 +156,7 @@ void callsBackOnTheCallersThread(nativewifi::Api& table) {
 
 const Break breaks[] = {
     {"service.stopped",
-     [](Scenario& scenario) {
-         fault(scenario, "WlanOpenHandle",
-               [](radiosim::Fault& planned) { planned.code = ERROR_ACCESS_DENIED; });
-     }},
+     [](Scenario& scenario) { returns(scenario, "WlanOpenHandle", ERROR_ACCESS_DENIED); }},
     {"open.version", [](Scenario& scenario) { scenario.serviceVersion = 1; }},
     {"open.failure-output", &same,
      [](nativewifi::Api& table) {
@@ -145,12 +168,7 @@ const Break breaks[] = {
              return g_engine->WlanOpenHandle(version, reserved, negotiated, handle);
          };
      }},
-    {"close.refused-afterwards", &same,
-     [](nativewifi::Api& table) {
-         table.WlanCloseHandle = [](HANDLE /*handle*/, PVOID /*reserved*/) {
-             return DWORD{ERROR_SUCCESS};
-         };
-     }},
+    {"close.refused-afterwards", &same, &closesNothing},
     {"memory.separate-blocks",
      [](Scenario& scenario) {
          fault(scenario, "WlanQueryInterface",
@@ -158,15 +176,9 @@ const Break breaks[] = {
      }},
     {"memory.outlives-handle", &same, &closeScribbles},
     {"text.guid",
-     [](Scenario& scenario) {
-         fault(scenario, "UuidToStringW",
-               [](radiosim::Fault& planned) { planned.code = RPC_S_OUT_OF_MEMORY; });
-     }},
+     [](Scenario& scenario) { returns(scenario, "UuidToStringW", RPC_S_OUT_OF_MEMORY); }},
     {"text.reason",
-     [](Scenario& scenario) {
-         fault(scenario, "WlanReasonCodeToString",
-               [](radiosim::Fault& planned) { planned.code = ERROR_SUCCESS; });
-     }},
+     [](Scenario& scenario) { returns(scenario, "WlanReasonCodeToString", ERROR_SUCCESS); }},
     {"query.autoconf", &wrongSize<wlan_intf_opcode_autoconf_enabled>},
     {"query.background-scan", &wrongSize<wlan_intf_opcode_background_scan_enabled>},
     {"query.media-streaming", &wrongSize<wlan_intf_opcode_media_streaming_mode>},
@@ -189,15 +201,7 @@ const Break breaks[] = {
     {"query.unknown-interface",
      &refusedQuery<wlan_intf_opcode_interface_state, ERROR_INVALID_PARAMETER>},
     {"query.failure-output", &same,
-     [](nativewifi::Api& table) {
-         table.WlanQueryInterface = [](HANDLE /*handle*/, const GUID* /*guid*/,
-                                       WLAN_INTF_OPCODE /*opcode*/, PVOID /*reserved*/,
-                                       DWORD* /*size*/, PVOID* data,
-                                       WLAN_OPCODE_VALUE_TYPE* /*type*/) {
-             *data = garbage<void>();
-             return DWORD{ERROR_NOT_FOUND};
-         };
-     }},
+     [](nativewifi::Api& table) { table.WlanQueryInterface = &failsWithGarbage; }},
     {"enum.failure-output", &same,
      [](nativewifi::Api& table) {
          table.WlanEnumInterfaces = [](HANDLE handle, PVOID reserved,
@@ -209,24 +213,9 @@ const Break breaks[] = {
          };
      }},
     {"list.failure-output", &same,
-     [](nativewifi::Api& table) {
-         table.WlanGetAvailableNetworkList = [](HANDLE /*handle*/, const GUID* /*guid*/,
-                                                DWORD /*flags*/, PVOID /*reserved*/,
-                                                WLAN_AVAILABLE_NETWORK_LIST** list) {
-             *list = garbage<WLAN_AVAILABLE_NETWORK_LIST>();
-             return DWORD{ERROR_NOT_FOUND};
-         };
-     }},
+     [](nativewifi::Api& table) { table.WlanGetAvailableNetworkList = &failsWithGarbage; }},
     {"bss.failure-output", &same,
-     [](nativewifi::Api& table) {
-         table.WlanGetNetworkBssList = [](HANDLE /*handle*/, const GUID* /*guid*/,
-                                          DOT11_SSID* const /*ssid*/, DOT11_BSS_TYPE /*type*/,
-                                          BOOL /*secured*/, PVOID /*reserved*/,
-                                          WLAN_BSS_LIST** list) {
-             *list = garbage<WLAN_BSS_LIST>();
-             return DWORD{ERROR_NOT_FOUND};
-         };
-     }},
+     [](nativewifi::Api& table) { table.WlanGetNetworkBssList = &failsWithGarbage; }},
     {"list.at-once",
      [](Scenario& scenario) {
          fault(scenario, "WlanGetAvailableNetworkList",
@@ -241,8 +230,7 @@ const Break breaks[] = {
      }},
     {"location.denied",
      [](Scenario& scenario) {
-         fault(scenario, "WlanGetAvailableNetworkList",
-               [](radiosim::Fault& planned) { planned.code = ERROR_ACCESS_DENIED; });
+         returns(scenario, "WlanGetAvailableNetworkList", ERROR_ACCESS_DENIED);
      }},
     {"scan.duration",
      [](Scenario& scenario) {
@@ -256,38 +244,17 @@ const Break breaks[] = {
          scenario.interfaces[0].accessPoints = {{.ssid = "Lab"},
                                                 {.ssid = "Yard", .inNetworkList = false}};
      }},
-    {"close.waits-for-callback", &same,
-     [](nativewifi::Api& table) {
-         table.WlanCloseHandle = [](HANDLE /*handle*/, PVOID /*reserved*/) {
-             return DWORD{ERROR_SUCCESS};
-         };
-     }},
+    {"close.waits-for-callback", &same, &closesNothing},
     {"radio.phys", [](Scenario& scenario) { scenario.interfaces[0].phys.clear(); }},
     {"radio.switch",
-     [](Scenario& scenario) {
-         fault(scenario, "WlanSetInterface",
-               [](radiosim::Fault& planned) { planned.code = ERROR_SUCCESS; });
-     }},
+     [](Scenario& scenario) { returns(scenario, "WlanSetInterface", ERROR_SUCCESS); }},
     {"radio.notification",
-     [](Scenario& scenario) {
-         fault(scenario, "WlanRegisterNotification",
-               [](radiosim::Fault& planned) { planned.code = ERROR_SUCCESS; });
-     }},
+     [](Scenario& scenario) { returns(scenario, "WlanRegisterNotification", ERROR_SUCCESS); }},
     {"radio.off-list",
-     [](Scenario& scenario) {
-         fault(scenario, "WlanGetAvailableNetworkList",
-               [](radiosim::Fault& planned) { planned.code = ERROR_NOT_FOUND; });
-     }},
+     [](Scenario& scenario) { returns(scenario, "WlanGetAvailableNetworkList", ERROR_NOT_FOUND); }},
     {"radio.off-bss-list",
-     [](Scenario& scenario) {
-         fault(scenario, "WlanGetNetworkBssList",
-               [](radiosim::Fault& planned) { planned.code = ERROR_NOT_FOUND; });
-     }},
-    {"radio.off-scan",
-     [](Scenario& scenario) {
-         fault(scenario, "WlanScan",
-               [](radiosim::Fault& planned) { planned.code = ERROR_SUCCESS; });
-     }},
+     [](Scenario& scenario) { returns(scenario, "WlanGetNetworkBssList", ERROR_NOT_FOUND); }},
+    {"radio.off-scan", [](Scenario& scenario) { returns(scenario, "WlanScan", ERROR_SUCCESS); }},
     {"radio.off-connection", &refusedQuery<wlan_intf_opcode_current_connection, ERROR_NOT_FOUND>},
 };
 
@@ -348,8 +315,7 @@ TEST(ContractChecks, HoldWithoutAccessToTheLocation) {
     Scenario scenario = office();
     for (const char* function :
          {"WlanGetAvailableNetworkList", "WlanGetNetworkBssList", "WlanScan"}) {
-        fault(scenario, function,
-              [](radiosim::Fault& planned) { planned.code = ERROR_ACCESS_DENIED; });
+        returns(scenario, function, ERROR_ACCESS_DENIED);
     }
     refusedQuery<wlan_intf_opcode_current_connection, ERROR_ACCESS_DENIED>(scenario);
     const radiosim::Engine engine(scenario);

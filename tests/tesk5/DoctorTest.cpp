@@ -79,9 +79,7 @@ TEST_F(Doctor, ReportsADeviceOfAnotherKindAsGood) {
 }
 
 TEST_F(Doctor, PutsDevicesOfAnotherKindIntoOneLine) {
-    setDevices(R"([{"name": "Ethernet", "capabilities": ["NetworkCard"]},
-                   {"name": "Card", "capabilities": ["Wireless"]},
-                   {"name": "Bluetooth", "capabilities": ["NetworkCard"]}])");
+    setDevicesOfTwoKinds();
     EXPECT_EQ(start({"doctor"}), 0);
     EXPECT_THAT(output(), HasSubstr("ok: Left out by A: Ethernet, Bluetooth (lacks the capability "
                                     "\"Wireless\").\nok: Card can be tested by A.\n"));

@@ -142,6 +142,12 @@ void FrameworkTest::setDevices(int count) {
     setDevices("[" + json + "]");
 }
 
+void FrameworkTest::setDevicesOfTwoKinds() {
+    setDevices(R"([{"name": "Ethernet", "capabilities": ["NetworkCard"]},
+                   {"name": "Card", "capabilities": ["Wireless"]},
+                   {"name": "Bluetooth", "capabilities": ["NetworkCard"]}])");
+}
+
 std::string FrameworkTest::fileWith(const std::string& name, const std::string& text) const {
     std::ofstream(mrl::System::path(file(name)), std::ios::binary) << text;
     return file(name);

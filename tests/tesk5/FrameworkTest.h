@@ -83,6 +83,8 @@ protected:
     void setDevices(const std::string& json);
     /// Sets `count` wireless devices.
     void setDevices(int count);
+    /// Sets the wireless device "Card" between "Ethernet" and "Bluetooth", which are not.
+    void setDevicesOfTwoKinds();
 
     /// Path of a file in a folder of this test's own, with `text` in it if there is some.
     std::string file(const std::string& name) const { return m_folder.file(name); }

@@ -70,9 +70,7 @@ TEST_F(List, HonoursTheChoiceOfDevices) {
 }
 
 TEST_F(List, PutsDevicesOfAnotherKindIntoOneLine) {
-    setDevices(R"([{"name": "Ethernet", "capabilities": ["NetworkCard"]},
-                   {"name": "Card", "capabilities": ["Wireless"]},
-                   {"name": "Bluetooth", "capabilities": ["NetworkCard"]}])");
+    setDevicesOfTwoKinds();
     EXPECT_EQ(start({"list"}), 0);
     EXPECT_THAT(output(), HasSubstr("  Signal\n    Ethernet, Bluetooth: no: lacks the capability "
                                     "\"Wireless\"\n    Card: yes\n"));

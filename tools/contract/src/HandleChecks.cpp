@@ -50,14 +50,11 @@ Finding closedHandleIsRefused(Session& /*session*/) {
 }
 
 Finding blocksAreSeparate(Session& session) {
-    nativewifi::WlanMemory<void> first;
-    nativewifi::WlanMemory<void> second;
-    DWORD size = 0;
-    const DWORD one = session.query(wlan_intf_opcode_interface_state, &size, out(first));
-    const DWORD other = session.query(wlan_intf_opcode_interface_state, &size, out(second));
-    return judge(one == ERROR_SUCCESS && other == ERROR_SUCCESS && first && second &&
-                     first.get() != second.get(),
-                 {{"results", {one, other}}, {"same", first.get() == second.get()}});
+    const auto first = session.query<WLAN_INTERFACE_STATE>(wlan_intf_opcode_interface_state);
+    const auto second = session.query<WLAN_INTERFACE_STATE>(wlan_intf_opcode_interface_state);
+    const bool same = first.block.get() == second.block.get();
+    return judge(first.succeeded() && second.succeeded() && first.block && second.block && !same,
+                 {{"results", {first.result, second.result}}, {"same", same}});
 }
 
 Finding blocksOutliveTheHandle(Session& /*session*/) {

@@ -15,47 +15,38 @@ const char* what(const void* pointer, const void* before) {
 
 template <WLAN_INTF_OPCODE OPCODE, std::size_t SIZE>
 Finding answersInSize(Session& session) {
-    DWORD size = 0;
-    nativewifi::WlanMemory<void> block;
-    const DWORD result = session.query(OPCODE, &size, out(block));
-    if (result != ERROR_SUCCESS) {
-        return notObservable({{"result", result}});
+    const auto answer = session.query<unsigned char>(OPCODE);
+    if (!answer.succeeded()) {
+        return notObservable({{"result", answer.result}});
     }
-    return judge(size == SIZE && block,
-                 {{"size", size}, {"expected", SIZE}, {"block", bool(block)}});
+    return judge(answer.size == SIZE && answer.block,
+                 {{"size", answer.size}, {"expected", SIZE}, {"block", bool(answer.block)}});
 }
 
 // A head and `SIZE` bytes for each item that the head counts.
 template <WLAN_INTF_OPCODE OPCODE, std::size_t SIZE>
 Finding answersInItems(Session& session) {
-    DWORD size = 0;
-    PVOID data = nullptr;
-    const DWORD result = session.query(OPCODE, &size, &data);
-    nativewifi::WlanMemory<DWORD> count;
-    *out(count) = static_cast<DWORD*>(data);
-    if (result != ERROR_SUCCESS) {
-        return notObservable({{"result", result}});
+    const auto count = session.query<DWORD>(OPCODE);
+    if (!count.succeeded()) {
+        return notObservable({{"result", count.result}});
     }
-    if (!count || size < sizeof(DWORD)) {
-        return judge(false, {{"size", size}, {"block", bool(count)}});
+    if (!count.has()) {
+        return judge(false, {{"size", count.size}, {"block", bool(count.block)}});
     }
     // The structure's own size for one item, which some systems also give for none.
     constexpr std::size_t ONE = (sizeof(DWORD) + SIZE + 3) / 4 * 4;
-    const std::size_t exact = sizeof(DWORD) + *count * SIZE;
-    return judge(size == exact || size == ONE, {{"size", size}, {"items", *count}});
+    const std::size_t exact = sizeof(DWORD) + *count.block * SIZE;
+    return judge(count.size == exact || count.size == ONE,
+                 {{"size", count.size}, {"items", *count.block}});
 }
 
 Finding notConnectedIsInvalidState(Session& session) {
-    DWORD size = 0;
-    PVOID data = nullptr;
-    const DWORD result = session.query(wlan_intf_opcode_interface_state, &size, &data);
-    nativewifi::WlanMemory<WLAN_INTERFACE_STATE> state;
-    *out(state) = static_cast<WLAN_INTERFACE_STATE*>(data);
-    if (result != ERROR_SUCCESS || !state || size < sizeof(WLAN_INTERFACE_STATE)) {
-        return notObservable({{"result", result}});
+    const auto state = session.query<WLAN_INTERFACE_STATE>(wlan_intf_opcode_interface_state);
+    if (!state.succeeded() || !state.has()) {
+        return notObservable({{"result", state.result}});
     }
-    if (*state != wlan_interface_state_disconnected) {
-        return notObservable({{"state", static_cast<int>(*state)}});
+    if (*state.block != wlan_interface_state_disconnected) {
+        return notObservable({{"state", static_cast<int>(*state.block)}});
     }
     const DWORD connection = session.resultOf(wlan_intf_opcode_current_connection);
     return judge(connection == ERROR_INVALID_STATE, {{"result", connection}});

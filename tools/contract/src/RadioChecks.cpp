@@ -80,16 +80,12 @@ Finding whileOff(Session& session, Look look) {
 }
 
 Finding physAreCounted(Session& session) {
-    DWORD size = 0;
-    PVOID data = nullptr;
-    const DWORD result = session.query(wlan_intf_opcode_radio_state, &size, &data);
-    nativewifi::WlanMemory<WLAN_RADIO_STATE> state;
-    *out(state) = static_cast<WLAN_RADIO_STATE*>(data);
-    if (result != ERROR_SUCCESS || !state || size < sizeof(DWORD)) {
-        return notObservable({{"result", result}});
+    const auto state = session.query<WLAN_RADIO_STATE>(wlan_intf_opcode_radio_state);
+    if (!state.succeeded() || !state.has(sizeof(DWORD))) {
+        return notObservable({{"result", state.result}});
     }
-    return judge(state->dwNumberOfPhys >= 1 && state->dwNumberOfPhys <= WLAN_MAX_PHY_INDEX,
-                 {{"phys", state->dwNumberOfPhys}});
+    const DWORD phys = state.block->dwNumberOfPhys;
+    return judge(phys >= 1 && phys <= WLAN_MAX_PHY_INDEX, {{"phys", phys}});
 }
 
 Finding switchingShows(Session& session) {

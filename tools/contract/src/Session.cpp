@@ -118,24 +118,12 @@ bool Session::wait(std::chrono::milliseconds limit, const std::function<bool()>&
     return true;
 }
 
-DWORD Session::resultOf(WLAN_INTF_OPCODE opcode) const {
-    DWORD size = 0;
-    nativewifi::WlanMemory<void> block;
-    return query(opcode, &size, out(block));
-}
-
 std::optional<WLAN_RADIO_STATE> Session::radio() const {
-    DWORD size = 0;
-    nativewifi::WlanMemory<WLAN_RADIO_STATE> state;
-    PVOID block = nullptr;
-    if (query(wlan_intf_opcode_radio_state, &size, &block) != ERROR_SUCCESS) {
+    const auto state = query<WLAN_RADIO_STATE>(wlan_intf_opcode_radio_state);
+    if (!state.succeeded() || !state.has() || state.block->dwNumberOfPhys > WLAN_MAX_PHY_INDEX) {
         return {};
     }
-    *out(state) = static_cast<WLAN_RADIO_STATE*>(block);
-    if (!state || size < sizeof(WLAN_RADIO_STATE) || state->dwNumberOfPhys > WLAN_MAX_PHY_INDEX) {
-        return {};
-    }
-    return *state;
+    return *state.block;
 }
 
 bool anyPhyOn(const WLAN_RADIO_STATE& state) {

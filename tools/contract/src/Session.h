@@ -41,6 +41,18 @@ private:
     nativewifi::ClientHandle m_handle;
 };
 
+/// What a query gave. The block may be shorter than a `Block`, and absent.
+template <typename Block>
+struct Answer {
+    DWORD result = ERROR_SUCCESS;
+    DWORD size = 0;
+    nativewifi::WlanMemory<Block> block;
+
+    bool succeeded() const { return result == ERROR_SUCCESS; }
+    /// Whether there are so many bytes to read.
+    bool has(std::size_t bytes = sizeof(Block)) const { return block && size >= bytes; }
+};
+
 class Session {
 public:
     Session(const Options& options, const std::atomic<bool>& interrupted);
@@ -58,12 +70,17 @@ public:
     /// Waits until `condition` holds; false when `limit` passed or the user interrupted.
     bool wait(std::chrono::milliseconds limit, const std::function<bool()>& condition) const;
 
-    DWORD query(WLAN_INTF_OPCODE opcode, DWORD* size, PVOID* data) const {
-        return nativewifi::api().WlanQueryInterface(handle(), guid(), opcode, nullptr, size, data,
-                                                    nullptr);
+    /// Asks the interface; the block is freed with the answer.
+    template <typename Block>
+    Answer<Block> query(WLAN_INTF_OPCODE opcode) const {
+        Answer<Block> answer;
+        PVOID data = nullptr;
+        answer.result = nativewifi::api().WlanQueryInterface(handle(), guid(), opcode, nullptr,
+                                                             &answer.size, &data, nullptr);
+        *out(answer.block) = static_cast<Block*>(data);
+        return answer;
     }
-    /// The result alone; a block is freed.
-    DWORD resultOf(WLAN_INTF_OPCODE opcode) const;
+    DWORD resultOf(WLAN_INTF_OPCODE opcode) const { return query<unsigned char>(opcode).result; }
     DWORD networks(WLAN_AVAILABLE_NETWORK_LIST** list) const {
         return nativewifi::api().WlanGetAvailableNetworkList(handle(), guid(), 0, nullptr, list);
     }

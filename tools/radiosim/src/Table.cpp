@@ -18,6 +18,7 @@ using Impl = Engine::Impl;
 using Effects = FaultPlan::Effects;
 using capture::guid;
 using capture::pointer;
+using capture::registrationArguments;
 using capture::text;
 
 // Each byte as the character of its value: a name need not be UTF-8.
@@ -128,19 +129,14 @@ DWORD WINAPI registerNotification(HANDLE clientHandle, DWORD source, BOOL ignore
                                   WLAN_NOTIFICATION_CALLBACK callback, PVOID context,
                                   PVOID reserved, DWORD* previousSource) {
     return served([&](Impl& engine) {
-        return engine.answer("WlanRegisterNotification",
-                             {{"handle", engine.handleName(clientHandle)},
-                              {"source", source},
-                              {"ignoreDuplicate", ignoreDuplicate != FALSE},
-                              {"callback", callback == nullptr ? Json(nullptr) : Json("set")},
-                              {"context", pointer(context)},
-                              {"reserved", pointer(reserved)},
-                              {"previousSource", pointer(previousSource)}},
-                             {}, [&](const Effects&, Json& output) {
-                                 return engine.registerNotification(clientHandle, source, callback,
-                                                                    context, reserved,
-                                                                    previousSource, output);
-                             });
+        return engine.answer(
+            "WlanRegisterNotification",
+            registrationArguments(engine.handleName(clientHandle), source, ignoreDuplicate,
+                                  callback, context, reserved, previousSource),
+            {}, [&](const Effects&, Json& output) {
+                return engine.registerNotification(clientHandle, source, callback, context,
+                                                   reserved, previousSource, output);
+            });
     });
 }
 

@@ -6,6 +6,8 @@
 #include <mrl/Json.h>
 #include <mrl/Unicode.h>
 
+#include <utility>
+
 namespace capture {
 
 /// Whether there is something: "set" or null.
@@ -22,6 +24,19 @@ inline mrl::Json guid(const GUID* value) {
 /// A terminated text, or null.
 inline mrl::Json text(const mrl::Char* value) {
     return value == nullptr ? mrl::Json(nullptr) : mrl::Json(mrl::toUtf8(mrl::CharView(value)));
+}
+
+/// Those of WlanRegisterNotification; `handle` is the client handle as it is written down.
+inline mrl::Json registrationArguments(mrl::Json handle, DWORD source, BOOL ignoreDuplicate,
+                                       WLAN_NOTIFICATION_CALLBACK callback, const void* context,
+                                       const void* reserved, const DWORD* previousSource) {
+    return {{"handle", std::move(handle)},
+            {"source", source},
+            {"ignoreDuplicate", ignoreDuplicate != FALSE},
+            {"callback", callback == nullptr ? mrl::Json(nullptr) : mrl::Json("set")},
+            {"context", pointer(context)},
+            {"reserved", pointer(reserved)},
+            {"previousSource", pointer(previousSource)}};
 }
 
 } // namespace capture

@@ -189,13 +189,8 @@ DWORD WINAPI registerNotification(HANDLE clientHandle, DWORD source, BOOL ignore
     const Registration given{source, callback, context};
     return served(
         "WlanRegisterNotification",
-        {{"handle", client},
-         {"source", source},
-         {"ignoreDuplicate", ignoreDuplicate != FALSE},
-         {"callback", callback == nullptr ? Json(nullptr) : Json("set")},
-         {"context", pointer(context)},
-         {"reserved", pointer(reserved)},
-         {"previousSource", pointer(previousSource)}},
+        registrationArguments(client, source, ignoreDuplicate, callback, context, reserved,
+                              previousSource),
         [&](const Api& behind, Exchange& exchange) {
             const Registration ours = exchange.registering(client, given);
             Answer answer{behind.WlanRegisterNotification(clientHandle, source, ignoreDuplicate,
