@@ -6,8 +6,15 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <chrono>
 #include <csignal>
 #include <future>
+
+#ifndef _WIN32
+#include <fcntl.h>
+#include <unistd.h>
+#endif
 
 namespace test {
 
@@ -79,6 +86,17 @@ TEST_F(Stopping, IsWatchedForAgainByTheNextWatch) {
     }
 }
 
+TEST_F(Stopping, IsNotReportedByTheWatchAfterTheOneThatItCameIn) {
+    {
+        const InterruptWatch first(m_request);
+        interrupt();
+    }
+    std::promise<void> reported;
+    const InterruptWatch second(m_request, [&reported] { reported.set_value(); });
+    constexpr std::chrono::milliseconds CHANCE(20);
+    EXPECT_EQ(reported.get_future().wait_for(CHANCE), std::future_status::timeout);
+}
+
 TEST_F(Stopping, IsRequestedOfTheFirstWatchAlone) {
     StopRequest other;
     const InterruptWatch first(m_request);
@@ -90,7 +108,59 @@ TEST_F(Stopping, IsRequestedOfTheFirstWatchAlone) {
     EXPECT_FALSE(other.raised());
 }
 
-#ifdef _WIN32
+#ifndef _WIN32
+
+TEST_F(StoppingDeathTest, WritesTheWordsForTheOutputFirst) {
+    EXPECT_EXIT(
+        {
+            dup2(STDERR_FILENO, STDOUT_FILENO);
+            const InterruptWatch watch(m_request, {},
+                                       {.output = "To output. ", .errors = "To errors.\n"});
+            interrupt();
+            interrupt();
+        },
+        testing::ExitedWithCode(6), "To output. To errors.");
+}
+
+TEST_F(Stopping, LetsSystemCallsGoOn) {
+    const InterruptWatch watch(m_request);
+    struct sigaction installed = {};
+    ASSERT_EQ(sigaction(SIGINT, nullptr, &installed), 0);
+    EXPECT_NE(installed.sa_flags & SA_RESTART, 0);
+}
+
+// Standard output becomes a pipe that takes nothing: it is full, or it has no reader.
+void blockOutput(bool full) {
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    if (full) {
+        const std::array<char, 4096> text{};
+        fcntl(ends[1], F_SETFL, O_NONBLOCK);
+        while (write(ends[1], text.data(), text.size()) > 0) {
+        }
+        fcntl(ends[1], F_SETFL, 0);
+    } else {
+        close(ends[0]);
+    }
+    dup2(ends[1], STDOUT_FILENO);
+}
+
+TEST_F(StoppingDeathTest, LosesLastWordsThatTheirStreamDoesNotTake) {
+    for (const bool full : {false, true}) {
+        EXPECT_EXIT(
+            {
+                blockOutput(full);
+                const InterruptWatch watch(m_request, {},
+                                           {.output = "Lost.\n", .errors = "That is all.\n"});
+                interrupt();
+                interrupt();
+            },
+            testing::ExitedWithCode(6), "That is all.")
+            << (full ? "full" : "without a reader");
+    }
+}
+
+#else
 
 TEST_F(StoppingDeathTest, EndsTheProcessWhenTheConsoleClosesOrWindowsEnds) {
     // CTRL_CLOSE_EVENT, CTRL_LOGOFF_EVENT, CTRL_SHUTDOWN_EVENT
