@@ -220,6 +220,30 @@ TEST_F(CaptureProperties, GeneratedEnvironmentsReplayToTheSame) {
     }
 }
 
+// Addresses and GUIDs of a capture with hidden names are random bytes, which may spell a name.
+void clearAddresses(const std::string& function, std::string& block) {
+    const auto clear = [&block](std::size_t at, std::size_t size) {
+        if (at + size <= block.size()) {
+            block.replace(at, size, size, '\0');
+        }
+    };
+    if (function == "WlanEnumInterfaces") {
+        for (std::size_t at = offsetof(WLAN_INTERFACE_INFO_LIST, InterfaceInfo); at < block.size();
+             at += sizeof(WLAN_INTERFACE_INFO)) {
+            clear(at + offsetof(WLAN_INTERFACE_INFO, InterfaceGuid), sizeof(GUID));
+        }
+    } else if (function == "WlanGetNetworkBssList") {
+        for (std::size_t at = offsetof(WLAN_BSS_LIST, wlanBssEntries); at < block.size();
+             at += sizeof(WLAN_BSS_ENTRY)) {
+            clear(at + offsetof(WLAN_BSS_ENTRY, dot11Bssid), sizeof(DOT11_MAC_ADDRESS));
+        }
+    } else if (block.size() == sizeof(WLAN_CONNECTION_ATTRIBUTES)) {
+        clear(offsetof(WLAN_CONNECTION_ATTRIBUTES, wlanAssociationAttributes) +
+                  offsetof(WLAN_ASSOCIATION_ATTRIBUTES, dot11Bssid),
+              sizeof(DOT11_MAC_ADDRESS));
+    }
+}
+
 // The names in the blocks and in what is shown of them; the rest of a line has none.
 std::string namesIn(const std::string& capture) {
     std::string names;
@@ -239,9 +263,12 @@ std::string namesIn(const std::string& capture) {
             }
         }
         const std::string digits = json["output"].value("bytes", std::string());
+        std::string block;
         for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
-            names += static_cast<char>(std::stoi(digits.substr(i, 2), nullptr, 16));
+            block += static_cast<char>(std::stoi(digits.substr(i, 2), nullptr, 16));
         }
+        clearAddresses(json["call"].get<std::string>(), block);
+        names += block;
     }
     return names;
 }
