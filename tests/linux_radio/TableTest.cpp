@@ -239,6 +239,20 @@ TEST_F(LinuxTable, TakesTheLevelOfAConnectionWhereTheDriverGivesIt) {
     EXPECT_EQ(resultOf(wlan_intf_opcode_rssi), ERROR_NOT_SUPPORTED);
 }
 
+TEST_F(LinuxTable, KnowsTheConnectionOfADriverThatListsNoStations) {
+    start({connectedInterface()});
+    kernel().fail(NL80211_CMD_GET_STATION, EOPNOTSUPP);
+    EXPECT_EQ(query<LONG>(wlan_intf_opcode_rssi), -61) << "asked for by its address";
+    kernel().fail(NL80211_CMD_GET_STATION, EOPNOTSUPP, 2);
+    EXPECT_EQ(query<LONG>(wlan_intf_opcode_rssi), -60) << "that of the scan result";
+    kernel().fail(NL80211_CMD_GET_STATION, EOPNOTSUPP);
+    kernel().fail(NL80211_CMD_GET_STATION, ENOENT);
+    EXPECT_EQ(resultOf(wlan_intf_opcode_rssi), ERROR_INVALID_STATE) << "gone meanwhile";
+    kernel().fail(NL80211_CMD_GET_STATION, EOPNOTSUPP);
+    kernel().change(3, [](FakeInterface& interface) { interface.heard[0].status.reset(); });
+    EXPECT_EQ(resultOf(wlan_intf_opcode_rssi), ERROR_INVALID_STATE);
+}
+
 TEST_F(LinuxTable, DescribesAConnectionThatTheScanResultDoesNotShow) {
     FakeInterface interface = connectedInterface();
     interface.heard.clear();

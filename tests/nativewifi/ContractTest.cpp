@@ -1,7 +1,11 @@
 // The contract of the client functions, tested through nativewifi::api() alone: with the engine
 // linked in and, where the system's Wlanapi.dll is the simulator's, with that DLL through the
-// loader. A real Wlanapi.dll could be tested in the same way.
+// loader; on Linux with the table over nl80211, on a kernel in memory. A real Wlanapi.dll could be
+// tested in the same way.
 #include "SystemDll.h"
+#ifndef _WIN32
+#include "../linux_radio/LinuxRadioTest.h"
+#endif
 
 #include <radiosim/Engine.h>
 
@@ -19,13 +23,18 @@
 namespace nativewifi {
 namespace {
 
-enum class Provider : std::uint8_t { ENGINE, SYSTEM_DLL };
+enum class Provider : std::uint8_t { ENGINE, SYSTEM_DLL, LINUX };
 
 class Contract : public testing::TestWithParam<Provider> {
 protected:
     void SetUp() override {
         if (GetParam() == Provider::ENGINE) {
             m_engine = std::make_unique<radiosim::Engine>(radiosim::Scenario::builtIn());
+#ifndef _WIN32
+        } else if (GetParam() == Provider::LINUX) {
+            m_linux = std::make_unique<test::LinuxRadio>();
+            m_linux->kernel().add(test::connectedInterface());
+#endif
         } else if (!systemDllIsSimulated()) {
             GTEST_FAIL() << "the simulator's wlanapi.dll must stand in the system directory";
         }
@@ -37,8 +46,12 @@ protected:
         m_guid = interfaces->InterfaceInfo[0].InterfaceGuid;
     }
 
-    HANDLE handle() const { return m_handle.get(); }
-    const GUID* guid() const { return &m_guid; }
+    HANDLE handle() const {
+        return m_handle.get();
+    }
+    const GUID* guid() const {
+        return &m_guid;
+    }
     // The functions without what most calls leave out.
     DWORD query(WLAN_INTF_OPCODE opcode, DWORD* size, PVOID* data,
                 WLAN_OPCODE_VALUE_TYPE* type = nullptr) const {
@@ -96,18 +109,22 @@ protected:
 
 private:
     std::unique_ptr<radiosim::Engine> m_engine;
+#ifndef _WIN32
+    std::unique_ptr<test::LinuxRadio> m_linux;
+#endif
     ClientHandle m_handle;
     GUID m_guid{};
 };
 
 std::string nameOf(const testing::TestParamInfo<Provider>& provider) {
-    return provider.param == Provider::ENGINE ? "Engine" : "SystemDll";
+    constexpr const char* names[] = {"Engine", "SystemDll", "Linux"};
+    return names[static_cast<std::size_t>(provider.param)];
 }
 
 #ifdef _WIN32
 constexpr Provider providers[] = {Provider::ENGINE, Provider::SYSTEM_DLL};
 #else
-constexpr Provider providers[] = {Provider::ENGINE};
+constexpr Provider providers[] = {Provider::ENGINE, Provider::LINUX};
 #endif
 
 INSTANTIATE_TEST_SUITE_P(Simulator, Contract, testing::ValuesIn(providers), nameOf);
@@ -220,10 +237,11 @@ TEST_P(Contract, AnswersTheFixedOpcodesInTheirDocumentedSizes) {
     const struct {
         WLAN_INTF_OPCODE opcode;
         DWORD size;
+        bool onLinux = true;
     } opcodes[] = {
-        {wlan_intf_opcode_autoconf_enabled, 4},
-        {wlan_intf_opcode_background_scan_enabled, 4},
-        {wlan_intf_opcode_media_streaming_mode, 4},
+        {wlan_intf_opcode_autoconf_enabled, 4, false},
+        {wlan_intf_opcode_background_scan_enabled, 4, false},
+        {wlan_intf_opcode_media_streaming_mode, 4, false},
         {wlan_intf_opcode_radio_state, 772},
         {wlan_intf_opcode_bss_type, 4},
         {wlan_intf_opcode_interface_state, 4},
@@ -232,9 +250,13 @@ TEST_P(Contract, AnswersTheFixedOpcodesInTheirDocumentedSizes) {
         {wlan_intf_opcode_current_operation_mode, 4},
         {wlan_intf_opcode_current_connection, 604},
     };
-    for (const auto& [opcode, expected] : opcodes) {
+    for (const auto& [opcode, expected, onLinux] : opcodes) {
         DWORD size = 0;
         PVOID data = nullptr;
+        if (GetParam() == Provider::LINUX && !onLinux) {
+            EXPECT_EQ(query(opcode, &size, &data), ERROR_NOT_SUPPORTED) << opcode;
+            continue;
+        }
         EXPECT_EQ(query(opcode, &size, &data), ERROR_SUCCESS) << opcode;
         EXPECT_EQ(size, expected) << opcode;
         EXPECT_NE(data, nullptr) << opcode;

@@ -15,7 +15,8 @@
 //
 // A result is ERROR_SUCCESS or an error code. Besides those named, each function but WlanFreeMemory
 // can return ERROR_SERVICE_NOT_ACTIVE or an error of the RPC runtime: the service is stopped, or
-// stops during the call. A block that a function hands out is freed with WlanFreeMemory.
+// stops during the call. On Linux each can also return ERROR_TIMEOUT: the kernel did not answer
+// within three seconds. A block that a function hands out is freed with WlanFreeMemory.
 // clang-format off
 #define NATIVEWIFI_WLAN_FUNCTIONS(X)                                                               \
     X(DWORD, WlanOpenHandle,                                                                       \

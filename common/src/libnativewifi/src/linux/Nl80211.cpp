@@ -75,10 +75,43 @@ std::vector<Bss> Nl80211::heard(std::uint32_t interface) {
     return list(NL80211_CMD_GET_SCAN, interface, &readBss);
 }
 
-// Peers of direct links are listed behind the access point.
 std::optional<Station> Nl80211::accessPoint(std::uint32_t interface) {
-    std::vector<Station> stations = list(NL80211_CMD_GET_STATION, interface, &readStation);
-    return stations.empty() ? std::nullopt : std::optional(std::move(stations.front()));
+    try {
+        // Peers of direct links are listed behind the access point.
+        std::vector<Station> stations = list(NL80211_CMD_GET_STATION, interface, &readStation);
+        return stations.empty() ? std::nullopt : std::optional(std::move(stations.front()));
+    } catch (const CallError& error) {
+        if (error.code() != ERROR_NOT_SUPPORTED) {
+            throw;
+        }
+    }
+    // Some drivers list no stations.
+    for (const Bss& bss : heard(interface)) {
+        if (bss.status == BssStatus::ASSOCIATED) {
+            return station(interface, bss.bssid);
+        }
+    }
+    return std::nullopt;
+}
+
+// With the address alone when the driver knows nothing of it; nothing when it has gone.
+std::optional<Station> Nl80211::station(std::uint32_t interface, const MacAddress& address) {
+    AttributeWriter attributes = of(interface);
+    attributes.add(NL80211_ATTR_MAC, address);
+    std::optional<Station> found;
+    const Outcome outcome =
+        m_transport->request(NL80211_CMD_GET_STATION, attributes.bytes(),
+                             [&found](Attributes answer) { found = readStation(answer); });
+    if (outcome.error == ENOENT) {
+        return std::nullopt;
+    }
+    if (outcome.error != EOPNOTSUPP) {
+        check(outcome.error);
+    }
+    if (!found) {
+        found.emplace().address = address;
+    }
+    return found;
 }
 
 Nl80211::Scan Nl80211::scan(std::uint32_t interface, std::span<const std::uint8_t> ssid,

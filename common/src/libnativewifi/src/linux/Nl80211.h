@@ -34,6 +34,7 @@ public:
               std::optional<std::uint32_t> frequencyMhz);
 
 private:
+    std::optional<Station> station(std::uint32_t interface, const MacAddress& address);
     template <typename Record>
     std::vector<Record> list(std::uint8_t command, std::optional<std::uint32_t> interface,
                              std::optional<Record> (*read)(Attributes));

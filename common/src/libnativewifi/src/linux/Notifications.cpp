@@ -218,12 +218,11 @@ void Notifications::onInterfaces(std::optional<std::uint32_t> removed) {
 }
 
 void Notifications::onSwitch() {
-    const std::vector<Adapter> adapters = m_seen; // a callback does not change it
-    for (const Adapter& adapter : adapters) {
+    for (const Adapter& adapter : m_radios->adapters()) {
         const WLAN_PHY_RADIO_STATE now = m_radios->radio(adapter);
-        const WLAN_PHY_RADIO_STATE before =
-            std::exchange(m_radioStates[adapter.interface.index], now);
-        if (!isSame(now, before)) {
+        const auto [known, isNew] = m_radioStates.try_emplace(adapter.interface.index, now);
+        const WLAN_PHY_RADIO_STATE before = std::exchange(known->second, now);
+        if (!isNew && !isSame(now, before)) {
             deliver(WLAN_NOTIFICATION_SOURCE_MSM, RADIO_STATE_CHANGE, adapter.guid, blockOf(now));
         }
     }
@@ -233,8 +232,7 @@ void Notifications::onSwitch() {
 // for ever: one too many is the lesser evil.
 void Notifications::onLoss() {
     onInterfaces(std::nullopt);
-    const std::vector<Adapter> adapters = m_seen;
-    for (const Adapter& adapter : adapters) {
+    for (const Adapter& adapter : m_seen) {
         Event end;
         end.kind = Event::Kind::SCAN_COMPLETED;
         end.interface = adapter.interface.index;
