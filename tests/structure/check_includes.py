@@ -45,6 +45,7 @@ COMPONENTS = {
     "module": ("modules", (MODULE,)),
     "module's Win32 half": (MODULE, (MODULE,)),
     "statistics": (f"{SIGNAL}/statistics", (SIGNAL,)),
+    "readings": (f"{SIGNAL}/readings", (SIGNAL,)),
 }
 
 # What each component may include besides its own headers.
@@ -63,6 +64,7 @@ ARROWS = {
     "module's Win32 half": {"mrl", "nativewifi", "tesk5", "networkadapters", "module", "libmfc",
                             "libUikit"},
     "statistics": set(),
+    "readings": {"mrl", "nativewifi"},
 }
 
 # The rooms of the framework, and what each may include besides its own headers. A public header
@@ -90,6 +92,7 @@ NAMES = (
     (re.compile(r"radiosim/"), "radiosim"),
     (re.compile(r"contract/"), "contract"),
     (re.compile(r"statistics/"), "statistics"),
+    (re.compile(r"readings/"), "readings"),
 )
 
 WIN32_HEADERS = re.compile(

@@ -3,6 +3,7 @@
 
 #include <nativewifi/Block.h>
 #include <nativewifi/Guid.h>
+#include <nativewifi/LinuxRadio.h>
 #include <nativewifi/Reasons.h>
 
 #include <mrl/Unicode.h>
@@ -21,6 +22,7 @@ constinit std::atomic<Engine::Impl*> g_current{nullptr};
 constexpr DWORD HIGHEST_VERSION = 2;
 constexpr DWORD NETWORK_LIST_FLAGS = 0x3; // ad hoc profiles, hidden profiles
 constexpr DWORD RADIO_STATE_CHANGE = 7;   // of the media-specific module
+constexpr Milliseconds CHANNEL_SCAN{140}; // of one channel alone
 constexpr std::int32_t RADIO_ON = 1;
 constexpr std::int32_t RADIO_OFF = 2;
 
@@ -314,6 +316,16 @@ DWORD Engine::Impl::setInterface(HANDLE clientHandle, const GUID* interfaceGuid,
         }
         return ERROR_SUCCESS;
     }
+    if (opcode == nativewifi::wlan_intf_opcode_scan_channel) {
+        if (dataSize != sizeof(nativewifi::ChannelScan)) {
+            return ERROR_INVALID_PARAMETER;
+        }
+        if (view(*live).radioOff()) {
+            return ERROR_NDIS_DOT11_POWER_STATE_INVALID;
+        }
+        beginScan(*live, std::min(facts.scanDuration, CHANNEL_SCAN));
+        return ERROR_SUCCESS;
+    }
     std::int32_t value = 0;
     if (dataSize != sizeof value) {
         return ERROR_INVALID_PARAMETER;
@@ -404,34 +416,39 @@ DWORD Engine::Impl::scan(HANDLE clientHandle, const GUID* interfaceGuid, const D
     if (known == nullptr && view(*live).radioOff()) {
         return ERROR_NDIS_DOT11_POWER_STATE_INVALID;
     }
+    beginScan(*live, live->facts.scanDuration);
+    return ERROR_SUCCESS;
+}
+
+// The lock is held.
+void Engine::Impl::beginScan(LiveInterface& live, Milliseconds duration) {
     const mrl::Clock::Duration now = elapsed();
-    if (now < live->busyUntil) {
-        return ERROR_SUCCESS; // the scan under way serves this caller too
+    if (now < live.busyUntil) {
+        return; // the scan under way serves this caller too
     }
-    const mrl::Clock::Duration end = now + live->facts.scanDuration;
-    live->busyUntil = end;
-    ++live->scansStarted;
-    if (live->facts.scanEnd != ScanEnd::FAIL) {
-        live->scanEnds.push_back(end);
+    const mrl::Clock::Duration end = now + duration;
+    live.busyUntil = end;
+    ++live.scansStarted;
+    if (live.facts.scanEnd != ScanEnd::FAIL) {
+        live.scanEnds.push_back(end);
     }
-    if (live->facts.scanEnd != ScanEnd::SILENT) {
-        Notifier::Event event{live->guid, WLAN_NOTIFICATION_SOURCE_ACM,
+    if (live.facts.scanEnd != ScanEnd::SILENT) {
+        Notifier::Event event{live.guid, WLAN_NOTIFICATION_SOURCE_ACM,
                               wlan_notification_acm_scan_complete};
-        if (live->facts.scanEnd == ScanEnd::FAIL) {
+        if (live.facts.scanEnd == ScanEnd::FAIL) {
             event.code = wlan_notification_acm_scan_fail;
             event.data = {0x01, 0x00, 0x01, 0x00}; // an unknown reason
         }
         m_notifier.post(m_start + end, std::move(event));
     }
-    const auto index = static_cast<std::size_t>(live - m_interfaces.data());
+    const auto index = static_cast<std::size_t>(&live - m_interfaces.data());
     for (const Notification& notification : m_scanNotifications) {
         if (notification.interfaceIndex == index &&
-            (notification.afterScan == 0 || notification.afterScan == live->scansStarted)) {
-            m_notifier.post(m_start + end, {live->guid, notification.source, notification.code,
-                                            notification.data});
+            (notification.afterScan == 0 || notification.afterScan == live.scansStarted)) {
+            m_notifier.post(m_start + end,
+                            {live.guid, notification.source, notification.code, notification.data});
         }
     }
-    return ERROR_SUCCESS;
 }
 
 DWORD Engine::Impl::bssList(HANDLE clientHandle, const GUID* interfaceGuid, const DOT11_SSID* ssid,

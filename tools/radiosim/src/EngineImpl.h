@@ -124,6 +124,7 @@ private:
     DWORD answerCaptured(const CapturedAnswer& answer, const char* function, List** list,
                          const Effects& effects);
     View view(const LiveInterface& live) const;
+    void beginScan(LiveInterface& live, Milliseconds duration);
     /// What every call about one interface begins with; the lock is held.
     DWORD findFor(HANDLE clientHandle, const GUID* guid, bool argumentsAreGood,
                   LiveInterface*& live);

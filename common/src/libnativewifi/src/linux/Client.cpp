@@ -4,6 +4,7 @@
 #include "Chains.h"
 #include "Networks.h"
 
+#include <nativewifi/Channels.h>
 #include <nativewifi/LinuxRadio.h>
 #include <nativewifi/Ssid.h>
 
@@ -35,27 +36,6 @@ template <std::size_t SIZE>
 void copyText(WCHAR (&target)[SIZE], const std::string& utf8) {
     const mrl::CharString text = mrl::toUtf16(utf8);
     std::copy_n(text.begin(), std::min(text.size(), SIZE - 1), target);
-}
-
-// The number of a channel, by the numbering of its band; 0 for a frequency of none.
-ULONG channelOf(std::uint32_t mhz) {
-    constexpr struct {
-        std::uint32_t first;
-        std::uint32_t last;
-        std::uint32_t base; // of the channel numbers, which are 5 MHz apart
-    } bands[] = {{2412, 2472, 2407}, {4910, 4980, 4000}, {5000, 5895, 5000}, {5955, 7115, 5950}};
-    if (mhz == 2484) {
-        return 14;
-    }
-    if (mhz == 5935) { // of the band at 6 GHz, apart from its others
-        return 2;
-    }
-    for (const auto& band : bands) {
-        if (mhz >= band.first && mhz <= band.last) {
-            return (mhz - band.base) / 5;
-        }
-    }
-    return 0;
 }
 
 LONG levelOf(const Radios::Connection& connection) {
