@@ -64,7 +64,7 @@ ARROWS = {
     "module's Win32 half": {"mrl", "nativewifi", "tesk5", "networkadapters", "module", "libmfc",
                             "libUikit"},
     "statistics": set(),
-    "readings": {"mrl", "nativewifi"},
+    "readings": {"mrl", "nativewifi", "statistics"},
 }
 
 # The rooms of the framework, and what each may include besides its own headers. A public header
