@@ -157,19 +157,9 @@ std::string switchesOf(pid_t thread) {
     return all;
 }
 
-bool isAsleep(pid_t thread) {
-    std::ifstream status("/proc/self/task/" + std::to_string(thread) + "/status");
-    for (std::string line; std::getline(status, line);) {
-        if (line.starts_with("State:")) {
-            return line.find('S') != std::string::npos &&
-                   line.find("sleeping") != std::string::npos;
-        }
-    }
-    return false;
-}
-
 TEST(NetlinkAnnouncements, AreWaitedForWithoutUsingTheProcessor) {
     constexpr std::chrono::milliseconds WHILE{200};
+    constexpr int ATTEMPTS = 20;
     const test::TemporaryFolder folder;
     const std::string rfkill = folder.file("rfkill");
     ASSERT_EQ(mkfifo(rfkill.c_str(), 0600), 0);
@@ -183,13 +173,19 @@ TEST(NetlinkAnnouncements, AreWaitedForWithoutUsingTheProcessor) {
         while (announcements.wait(receiver)) {
         }
     });
-    while (id == 0 || !isAsleep(id)) {
+    while (id == 0) {
         std::this_thread::yield();
     }
-    const std::string before = switchesOf(id);
+    // At first it may still be on its way to sleep.
+    std::string before;
+    std::string after;
+    for (int attempt = 0; attempt < ATTEMPTS && (before.empty() || after != before); ++attempt) {
+        before = switchesOf(id);
+        std::this_thread::sleep_for(WHILE);
+        after = switchesOf(id);
+    }
     EXPECT_NE(before, "");
-    std::this_thread::sleep_for(WHILE);
-    EXPECT_EQ(switchesOf(id), before);
+    EXPECT_EQ(after, before);
     announcements.stop();
     thread.join();
     ::close(writer);

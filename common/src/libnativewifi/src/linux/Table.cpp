@@ -173,19 +173,17 @@ DWORD WINAPI getNetworkBssList(HANDLE clientHandle, const GUID* interfaceGuid,
 } // namespace
 
 WlanFunctions table() {
-    WlanFunctions functions{};
-    functions.WlanOpenHandle = &openHandle;
-    functions.WlanCloseHandle = &closeHandle;
-    functions.WlanEnumInterfaces = &enumInterfaces;
-    functions.WlanQueryInterface = &queryInterface;
-    functions.WlanSetInterface = &setInterface;
-    functions.WlanRegisterNotification = &registerNotification;
-    functions.WlanGetAvailableNetworkList = &getAvailableNetworkList;
-    functions.WlanReasonCodeToString = &reasonCodeToString;
-    functions.WlanFreeMemory = &freeMemory;
-    functions.WlanScan = &scan;
-    functions.WlanGetNetworkBssList = &getNetworkBssList;
-    return functions;
+    return {.WlanOpenHandle = &openHandle,
+            .WlanCloseHandle = &closeHandle,
+            .WlanEnumInterfaces = &enumInterfaces,
+            .WlanQueryInterface = &queryInterface,
+            .WlanSetInterface = &setInterface,
+            .WlanRegisterNotification = &registerNotification,
+            .WlanGetAvailableNetworkList = &getAvailableNetworkList,
+            .WlanReasonCodeToString = &reasonCodeToString,
+            .WlanFreeMemory = &freeMemory,
+            .WlanScan = &scan,
+            .WlanGetNetworkBssList = &getNetworkBssList};
 }
 
 } // namespace nativewifi::linux_radio
