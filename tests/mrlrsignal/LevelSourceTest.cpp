@@ -79,6 +79,20 @@ TEST_F(LevelSources, TakeAnEntryOnceOnly) {
     EXPECT_EQ(source.dropped().unchanged, 2U);
 }
 
+TEST_F(LevelSources, TakeATimestampThatJittersForTheSame) {
+    AccessPoint jittering = lab(-60);
+    jittering.bss->front().heardEvery = 5ms;
+    show({jittering});
+    LevelSource source = sourceOf({.ssid = "Lab"});
+    source.look();
+    for (int i = 0; i < 3; ++i) {
+        after(5ms);
+        EXPECT_TRUE(source.look().readings.empty());
+    }
+    after(5ms);
+    EXPECT_EQ(source.look().readings.size(), 1U);
+}
+
 TEST_F(LevelSources, TakeNothingOfAnAccessPointThatIsGoneAndStillListed) {
     AccessPoint gone = lab(-60);
     gone.bss->front().heardUntil = 1s;

@@ -4,6 +4,7 @@
 
 #include <nativewifi/Ssid.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace readings {
@@ -23,6 +24,11 @@ constexpr std::chrono::milliseconds CONNECTION_PAUSE{200};
 // A list is a copy in memory; beacons come every 100 ms.
 constexpr std::chrono::milliseconds LIST_PAUSE{100};
 
+// By how much the host timestamp of an entry moves that was heard again, at least, in 100 ns.
+// Beacons come every 100 ms; where a system computes the timestamp from an age, it jitters by some
+// milliseconds.
+constexpr ULONGLONG MOVED = 200'000;
+
 // An access point that was not heard for so long may have changed its channel.
 constexpr std::chrono::seconds CHANNEL_TRUST{2};
 
@@ -32,6 +38,11 @@ constexpr ULONG HIGHEST_MHZ = 100'000;
 
 std::uint32_t mhzOf(ULONG frequency) {
     return frequency > HIGHEST_MHZ ? frequency / KHZ_PER_MHZ : frequency;
+}
+
+// In either direction: the system's clock can be set.
+bool hasMoved(ULONGLONG before, ULONGLONG now) {
+    return std::max(before, now) - std::min(before, now) >= MOVED;
 }
 
 // Asks for a block of at least `Structure`'s first `least` bytes.
@@ -153,7 +164,7 @@ void LevelSource::readList(Look& look) {
         look.listed = true;
         const auto [known, isNew] = m_heard.try_emplace(reading.bssid, entry.ullHostTimestamp);
         // At the first look there is nothing to tell a fresh entry by.
-        if (isNew || known->second == entry.ullHostTimestamp) {
+        if (isNew || !hasMoved(known->second, entry.ullHostTimestamp)) {
             ++m_dropped.unchanged;
             continue;
         }
