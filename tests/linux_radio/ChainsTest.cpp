@@ -1,6 +1,8 @@
 // The blocks of the opcodes that only a Linux radio answers.
 #include <Chains.h>
 
+#include <support/Items.h>
+
 #include <nativewifi/LinuxRadio.h>
 
 #include <gmock/gmock.h>
@@ -11,15 +13,8 @@
 namespace nativewifi::linux_radio {
 namespace {
 
+using test::itemAt;
 using testing::ElementsAre;
-
-template <typename Item>
-Item itemAt(const Block& block, std::size_t offset) {
-    Item item{};
-    EXPECT_LE(offset + sizeof item, block.size());
-    std::memcpy(&item, block.data() + offset, sizeof item);
-    return item;
-}
 
 TEST(ConnectionChains, HaveABitForEachLevelThatIsThere) {
     Station accessPoint;

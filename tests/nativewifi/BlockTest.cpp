@@ -2,18 +2,14 @@
 #include <nativewifi/Block.h>
 #include <nativewifi/LinkQuality.h>
 
+#include <support/Items.h>
+
 #include <gtest/gtest.h>
 
 namespace nativewifi {
 namespace {
 
-template <typename Item>
-Item itemAt(const Block& block, std::size_t offset) {
-    Item item{};
-    EXPECT_LE(offset + sizeof item, block.size());
-    std::memcpy(&item, block.data() + offset, sizeof item);
-    return item;
-}
+using test::itemAt;
 
 TEST(Block, HasTheBytesOfAStructure) {
     const GUID guid{1, 2, 3, {4, 5, 6, 7, 8, 9, 10, 11}};
