@@ -6,6 +6,7 @@
     mrl  <-  libmfc  <-  libUikit   <-  module's Win32 half
     mrl, nativewifi, capture  <-  radiosim, contract
     mrl  <-  dialogprobe
+    mrl, nativewifi  <-  radiovm
     inside tesk5:  model <- texts <- devices <- run <- reports, console <- commandline
 
 A component may include every component to its left. Win32 and third-party headers are allowed in
@@ -42,6 +43,7 @@ COMPONENTS = {
     "radiosim": ("tools/radiosim", ("tools/radiosim",)),
     "contract": ("tools/contract", ("tools/contract",)),
     "dialogprobe": ("tools/dialogprobe", ("tools/dialogprobe",)),
+    "radiovm": ("tools/radiovm", ("tools/radiovm",)),
     "module": ("modules", (MODULE,)),
     "module's Win32 half": (MODULE, (MODULE,)),
     "statistics": (f"{SIGNAL}/statistics", (SIGNAL,)),
@@ -60,6 +62,7 @@ ARROWS = {
     "radiosim": {"mrl", "nativewifi", "capture"},
     "contract": {"mrl", "nativewifi", "capture"},
     "dialogprobe": {"mrl"},
+    "radiovm": {"mrl", "nativewifi"},
     "module": {"mrl", "nativewifi", "tesk5", "networkadapters"},
     "module's Win32 half": {"mrl", "nativewifi", "tesk5", "networkadapters", "module", "libmfc",
                             "libUikit"},
@@ -124,6 +127,8 @@ THIRD_PARTY = (
      re.compile(r"common/src/libtesk5/src/reports/Template\.cpp$")),
     (re.compile(r"toml\+\+/"), "toml++",
      re.compile(r"common/src/libtesk5/src/commandline/ConfigFile\.cpp$")),
+    (re.compile(r"netlink/"), "libnl",
+     re.compile(r"common/src/libnativewifi/src/linux/NetlinkSocket\.cpp$")),
     (re.compile(r"CLI/"), "CLI",
      re.compile(r"(common/src/libtesk5/src|tools/(radiosim|contract))/")),
     (re.compile(r"(gtest|gmock|support|fuzzer)/"), "test code", None),

@@ -44,15 +44,13 @@ public:
         Receiver() = default;
         Receiver(const Receiver&) = delete;
         Receiver& operator=(const Receiver&) = delete;
+        virtual ~Receiver() = default;
 
         virtual void onMessage(std::uint8_t command, Attributes attributes) = 0;
         /// The state of some radio's switch may have changed.
         virtual void onSwitch() = 0;
         /// Messages were lost: more came than there was room for.
         virtual void onLoss() = 0;
-
-    protected:
-        ~Receiver() = default;
     };
 
     Announcements() = default;
