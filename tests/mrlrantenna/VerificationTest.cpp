@@ -51,11 +51,10 @@ protected:
             return std::to_string(measurements().size()) + " measurements";
         }
         const tesk5::Measurement& one = measurements().front();
-        std::string all = one.name.utf8() + " " + std::to_string(one.value) + " " +
-                          one.unit.utf8() + " of " + std::to_string(one.lowest) + ".." +
-                          std::to_string(one.highest);
+        std::string all = one.name.utf8() + " " + one.value.text() + " " + one.unit.utf8() +
+                          " of " + one.lowest.text() + ".." + one.highest.text();
         for (const tesk5::Limit& limit : one.limits) {
-            all += " " + limit.name.utf8() + " " + std::to_string(limit.value) + " " +
+            all += " " + limit.name.utf8() + " " + limit.value.text() + " " +
                    severityName(limit.severity);
         }
         return all;
@@ -67,10 +66,10 @@ protected:
             return std::to_string(surveys().size()) + " surveys";
         }
         const tesk5::Survey& one = surveys().front();
-        std::string all = one.name.utf8() + " of " + std::to_string(one.lowest) + ".." +
-                          std::to_string(one.highest) + ":";
+        std::string all =
+            one.name.utf8() + " of " + one.lowest.text() + ".." + one.highest.text() + ":";
         for (const tesk5::Survey::Entry& entry : one.entries) {
-            all += " " + entry.name.utf8() + " " + std::to_string(entry.value) + one.unit.utf8() +
+            all += " " + entry.name.utf8() + " " + entry.value.text() + one.unit.utf8() +
                    (entry.measured ? " measured" : "");
         }
         return all;

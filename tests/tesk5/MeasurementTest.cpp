@@ -60,6 +60,74 @@ TEST_F(Measurements, SayInWordsHowTheyCompare) {
     EXPECT_EQ(tesk5::measuredText(strength(12, {})), "Strength: 12%");
 }
 
+Measurement level(const char* value, std::vector<Limit> limits) {
+    return {"Level", *tesk5::Number::parse(value), "dBm", -110, -10, std::move(limits)};
+}
+
+Limit kept(Limit::Kept where, const char* value, Severity severity = Severity::error) {
+    return {"Limit", *tesk5::Number::parse(value), severity, where};
+}
+
+TEST_F(Measurements, KeepALimitThatTheyMustNotBeBelowAtIt) {
+    using enum Limit::Kept;
+    const auto broken = [](const char* value, Limit::Kept where) {
+        return level(value, {kept(where, "-70.5")}).brokenLimit() != nullptr;
+    };
+    EXPECT_FALSE(broken("-70.5", AT_LEAST));
+    EXPECT_TRUE(broken("-70.6", AT_LEAST));
+    EXPECT_FALSE(broken("-70.5", AT_MOST));
+    EXPECT_TRUE(broken("-70.4", AT_MOST));
+    EXPECT_TRUE(broken("-70.5", ABOVE));
+    EXPECT_FALSE(broken("-70.4", ABOVE));
+}
+
+TEST_F(Measurements, BreakTheFartherOfTwoLimitsThatTheyMustNotBeAbove) {
+    using enum Limit::Kept;
+    const Measurement high = level("-20", {{"Lower", -40, Severity::error, AT_MOST},
+                                           {"Upper", -30, Severity::error, AT_MOST}});
+    EXPECT_EQ(high.brokenLimit()->name, "Upper");
+}
+
+TEST_F(Measurements, SayInWordsOnWhichSideOfALimitTheyAre) {
+    using enum Limit::Kept;
+    using tesk5::comparisonText;
+    using tesk5::limitText;
+    EXPECT_EQ(comparisonText(level(
+                  "-57.5", {kept(AT_LEAST, "-70", Severity::warning), kept(AT_LEAST, "-80")})),
+              "at or above the warning limit of -70\u00A0dBm");
+    EXPECT_EQ(comparisonText(level("-70.5", {kept(AT_LEAST, "-70", Severity::warning)})),
+              "below the warning limit of -70\u00A0dBm");
+    EXPECT_EQ(comparisonText(level("-81", {kept(AT_LEAST, "-80")})),
+              "below the failing limit of -80\u00A0dBm");
+    EXPECT_EQ(comparisonText(level("-30", {kept(AT_MOST, "-20")})),
+              "at or below the failing limit of -20\u00A0dBm");
+    EXPECT_EQ(comparisonText(level("-10", {kept(AT_MOST, "-20", Severity::warning)})),
+              "above the warning limit of -20\u00A0dBm");
+    EXPECT_EQ(limitText(kept(AT_LEAST, "-80"), "dBm"), "Failing below -80\u00A0dBm");
+    EXPECT_EQ(limitText(kept(AT_MOST, "1.50", Severity::warning), "dB"),
+              "Warning above 1.50\u00A0dB");
+    EXPECT_EQ(tesk5::measuredText(level("-57.50", {})), "Level: -57.50\u00A0dBm");
+}
+
+TEST_F(Measurements, HaveFiguresBesideThem) {
+    Measurement measurement = level("-57.5", {});
+    EXPECT_EQ(tesk5::figuresText(measurement), "");
+    measurement.figures = {{"Spread", *tesk5::Number::parse("1.5"), "dB"}, {"Samples", 15, ""}};
+    EXPECT_EQ(tesk5::figuresText(measurement), "Spread: 1.5\u00A0dB, Samples: 15");
+}
+
+TEST(Gauge, HasZonesOnBothSidesOfAValueThatHasTwoLimits) {
+    using enum Limit::Kept;
+    const Gauge gauge = gaugeOf(
+        level("-60", {kept(AT_MOST, "-35", Severity::warning), kept(AT_LEAST, "-85")}), false);
+    ASSERT_EQ(gauge.zones.size(), 3U);
+    EXPECT_EQ(gauge.zones[0].severity, Severity::error);
+    EXPECT_EQ(gauge.zones[1].severity, std::nullopt);
+    EXPECT_EQ(gauge.zones[2].severity, Severity::warning);
+    EXPECT_DOUBLE_EQ(gauge.zones[0].width, 25);
+    EXPECT_DOUBLE_EQ(gauge.valueX, 50);
+}
+
 TEST_F(Measurements, AreDrawnOnTheirScaleWithTheirLimits) {
     using tesk5::measurementBar;
     EXPECT_EQ(measurementBar(strength(50, {}), 10), "[#####.....]");

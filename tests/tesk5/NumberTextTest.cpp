@@ -4,6 +4,7 @@
 #include <texts/NumberText.h>
 
 #include <tesk5/Language.h>
+#include <tesk5/Texts.h>
 
 namespace test {
 
@@ -23,6 +24,9 @@ TEST_F(NumbersForPeople, AreEnglishAtFirst) {
     EXPECT_EQ(wholeSecondsText(-1), "0\u00A0s");
     EXPECT_EQ(withUnit(72, "%"), "72%");
     EXPECT_EQ(withUnit(72, "dBm"), "72\u00A0dBm");
+    EXPECT_EQ(withUnit(-72, "dBm"), "-72\u00A0dBm");
+    EXPECT_EQ(withUnit(15, ""), "15");
+    EXPECT_EQ(tesk5::numberText(tesk5::Number::rounded(-0.5, 2)), "-0.50");
 }
 
 TEST_F(NumbersForPeople, AreGroupedFromFiveDigitsOn) {
@@ -35,10 +39,14 @@ TEST_F(NumbersForPeople, AreGroupedFromFiveDigitsOn) {
 TEST_F(NumbersForPeople, FollowTheLanguage) {
     write("tesk5", "sv", R"({"NUMBER_DECIMAL": "{Whole},{Fraction}", "NUMBER_PERCENT": "{Number} %",
                              "NUMBER_GROUPS": "{Higher}.{Lowest}",
+                             "NUMBER_NEGATIVE": "\u2212{Number}",
                              "TIME_LOCAL": "{Day}.{Month}.{Year} {Time} UTC{Offset}"})");
     ASSERT_TRUE(tesk5::Language::current().set("sv"));
     EXPECT_EQ(secondsText(12.34), "12,3\u00A0s");
     EXPECT_EQ(withUnit(72, "%"), "72 %");
+    const tesk5::Value level = tesk5::quantity(tesk5::Number::rounded(-57.5, 1), "dBm");
+    EXPECT_EQ(level.shownString(), "\u221257,5\u00A0dBm");
+    EXPECT_EQ(level.valueString(), "-57.5");
     EXPECT_EQ(countText(1234567), "1.234.567");
     EXPECT_EQ(localTimeText({}), "01.01.1970 00:00:00 UTC+00:00");
 }

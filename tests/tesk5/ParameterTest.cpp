@@ -101,6 +101,76 @@ TEST(Parameters, OfNamesRefuseBrokenBytesWithTheReason) {
               "parameter \"Name\": \"hex:4\" is not in hexadecimal form");
 }
 
+struct RangedParameter : testing::Test {
+    Parameter level{"Level", DataType::DECIMAL(), "-70", false, true};
+    Parameter samples{"Samples", DataType::INTEGER(), "", false, true};
+
+    RangedParameter() {
+        level.setRange({-110, -10, "dBm"});
+        samples.setRange({5, 1000, ""});
+    }
+    std::string refusalOfLevel(const char* text) const {
+        const char* const key = level.refusal(text);
+        return key == nullptr ? "" : key;
+    }
+};
+
+TEST_F(RangedParameter, HasANumberOrNone) {
+    EXPECT_EQ(level.number(), tesk5::Number(-70));
+    EXPECT_EQ(level.value(), Value(tesk5::Number(-70)));
+    level.set("-57.5");
+    EXPECT_EQ(level.value().valueString(), "-57.5");
+    level.set("");
+    EXPECT_FALSE(level.isSet());
+    EXPECT_EQ(level.number(), std::nullopt);
+    EXPECT_EQ(samples.number(), std::nullopt);
+    EXPECT_EQ(samples.value(), Value(tesk5::Number(0)));
+    samples.set("15");
+    EXPECT_EQ(samples.number(), tesk5::Number(15));
+    EXPECT_EQ(Parameter("Name", DataType::STRING(), "7", false, true).number(), std::nullopt);
+}
+
+TEST_F(RangedParameter, TakesItsRangeWithBothEnds) {
+    for (const char* text : {"", "-110", "-10", "-10.000", "-110.0", "-57.125"}) {
+        EXPECT_EQ(refusalOfLevel(text), "") << text;
+    }
+    for (const char* text : {"-110.1", "-9.999", "0", "-1e2", "5000"}) {
+        EXPECT_FALSE(level.accepts(text)) << text;
+        EXPECT_THROW(level.set(text), TeskException) << text;
+    }
+    EXPECT_EQ(level.number(), tesk5::Number(-70)) << "the value before";
+}
+
+TEST_F(RangedParameter, SaysWhyItRefuses) {
+    EXPECT_EQ(refusalOfLevel("-120"), "INPUT_NUMBER_OUT_OF_RANGE");
+    EXPECT_EQ(refusalOfLevel("120"), "INPUT_NUMBER_OUT_OF_RANGE");
+    EXPECT_EQ(refusalOfLevel("70"), "INPUT_NUMBER_OTHER_SIGN");
+    EXPECT_EQ(refusalOfLevel("-70,5"), "INPUT_NUMBER_COMMA");
+    EXPECT_EQ(refusalOfLevel("-70,5,1"), "INPUT_NO_NUMBER");
+    EXPECT_EQ(refusalOfLevel("-70 dBm"), "INPUT_NO_NUMBER");
+    EXPECT_EQ(refusalOfLevel("-70.1234"), "INPUT_NUMBER_TOO_FINE");
+    EXPECT_STREQ(samples.refusal("15.5"), "INPUT_NUMBER_NOT_WHOLE");
+    level.setReasonForOtherSign("LEVELS_ARE_NEGATIVE");
+    EXPECT_EQ(refusalOfLevel("70"), "LEVELS_ARE_NEGATIVE");
+    EXPECT_EQ(refusalOfLevel("120"), "INPUT_NUMBER_OUT_OF_RANGE");
+    EXPECT_EQ(reasonOf([this] { level.set("70"); }),
+              "parameter \"Level\": \"70\" is not a number from -110 to -10");
+    EXPECT_EQ(reasonOf([this] { samples.set("4"); }),
+              "parameter \"Samples\": \"4\" is not a whole number from 5 to 1000");
+}
+
+TEST(Parameters, OfChoicesTakeOneOfThemInAnyLetterCase) {
+    Parameter band("Band", DataType::CHOICE(), "", false, true);
+    band.setChoices({"2.4", "Both"});
+    band.set("bOTH");
+    EXPECT_EQ(band.value(), Value("Both"));
+    band.set("");
+    EXPECT_FALSE(band.isSet());
+    EXPECT_STREQ(band.refusal("5"), "INPUT_NO_CHOICE");
+    EXPECT_EQ(reasonOf([&band] { band.set("5"); }),
+              "parameter \"Band\": \"5\" is not one of its choices");
+}
+
 TEST(ByteTexts, AreShownInHexadecimalFormAndAsUtf8) {
     const TeskString name("B\xC3\x83\xC2\xBCro");
     EXPECT_EQ(toHexForm(name), "hex:42C3BC726F");
@@ -117,6 +187,12 @@ TEST(Values, KeepTheirType) {
     EXPECT_FALSE(Value("12") == Value(mrl::Uint32{12}));
     EXPECT_STREQ(DataType::STRING().name(), "string");
     EXPECT_STREQ(DataType::UINT32().name(), "uint32");
+    EXPECT_EQ(Value(tesk5::Number(12)).type(), DataType::INTEGER());
+    EXPECT_EQ(Value(tesk5::Number::rounded(12, 1)).type(), DataType::DECIMAL());
+    EXPECT_FALSE(Value(tesk5::Number(12)) == Value(mrl::Uint32{12}));
+    EXPECT_STREQ(DataType::INTEGER().name(), "integer");
+    EXPECT_STREQ(DataType::DECIMAL().name(), "decimal");
+    EXPECT_STREQ(DataType::CHOICE().name(), "choice");
 }
 
 TEST(Values, AreShownAsAnotherText) {
@@ -131,6 +207,10 @@ TEST(Values, ReadAsTheOtherTypeWhereTheyCan) {
     EXPECT_EQ(Value("12").valueUint32(), 12U);
     EXPECT_EQ(Value("twelve").valueUint32(), 0U);
     EXPECT_EQ(Value("").valueUint32(), 0U);
+    EXPECT_EQ(Value("-57.5").valueNumber(), tesk5::Number::rounded(-57.5, 1));
+    EXPECT_EQ(Value("much").valueNumber(), tesk5::Number());
+    EXPECT_EQ(Value(mrl::Uint32{7}).valueNumber(), tesk5::Number(7));
+    EXPECT_EQ(Value(tesk5::Number(7)).valueUint32(), 0U);
     EXPECT_EQ(Value(mrl::Uint32{4294967295U}).valueString(), "4294967295");
 }
 

@@ -5,6 +5,7 @@
 #include <tesk5/LocalizedString.h>
 #include <tesk5/Measurement.h>
 #include <tesk5/Parameter.h>
+#include <tesk5/Series.h>
 #include <tesk5/TeskException.h>
 #include <tesk5/Test.h>
 
@@ -59,6 +60,14 @@ public:
     static void measured(Measurement measurement);
     /// Records what else could have been measured.
     static void surveyed(Survey survey);
+    /// Begins a series, or replaces what is known of it besides its points: its median, at the end.
+    static void follows(Series::Head head);
+    /// Records a point of the series of that name. Event streams have it at once; reports draw the
+    /// first Series::MOST_POINTS over time and say how many were left out.
+    /// \param attributes what else is known of the reading: its source, its channel
+    /// \param seconds since the test function was called; nothing: now
+    static void sampled(const TeskString& series, const Number& value,
+                        Event::Variables attributes = {}, std::optional<double> seconds = {});
     /// Has the framework examine the device after the current test, unless its result is PASS, and
     /// attach the problems that it finds to the run. For a test that could not get the data that it
     /// shows or rates.

@@ -1,10 +1,12 @@
-// What a test reports while it runs: events, measurements, surveys and progress.
+// What a test reports while it runs: events, measurements, surveys, series and progress.
 #pragma once
 
 #include <tesk5/Event.h>
 #include <tesk5/Measurement.h>
+#include <tesk5/Series.h>
 
 #include <mrl/Clock.h>
+#include <mrl/Stopwatch.h>
 
 #include <optional>
 #include <string>
@@ -35,8 +37,8 @@ struct Progress {
     std::optional<double> longestSeconds;
 };
 
-/// Receives a test's events, measurements and progress while it runs, on the test's thread. The
-/// operations here do nothing.
+/// Receives what a test reports while it runs, on the test's thread. The operations here do
+/// nothing.
 class TestObserver {
 public:
     TestObserver() = default;
@@ -47,6 +49,10 @@ public:
     virtual void onEvent(const RaisedEvent& /*event*/) {}
     virtual void onMeasurement(const Measurement& /*measurement*/) {}
     virtual void onSurvey(const Survey& /*survey*/) {}
+    /// The head of a series that begins, or a new head of one that is known.
+    virtual void onSeries(const Series::Head& /*head*/) {}
+    /// A point of a series whose head is known; points that are not kept too.
+    virtual void onPoint(const TeskString& /*series*/, const SeriesPoint& /*point*/) {}
     virtual void onProgress(const Progress& /*progress*/) {}
 };
 
@@ -65,12 +71,19 @@ public:
     const std::vector<RaisedEvent>& events() const { return m_events; }
     const std::vector<Measurement>& measurements() const { return m_measurements; }
     const std::vector<Survey>& surveys() const { return m_surveys; }
+    const std::vector<Series>& series() const { return m_series; }
 
     /// Hands it to the innermost recorder. Progress goes to its observer and is not kept.
     static void record(RaisedEvent event);
     static void record(Measurement measurement);
     static void record(Survey survey);
     static void record(const Progress& progress);
+    /// Begins a series, or replaces the head of the series of that name.
+    static void record(Series::Head head);
+    /// Adds a point to the series of that name, which begins with it if it is unknown.
+    /// \param seconds since the recorder was made; nothing: now
+    static void record(const TeskString& series, const Number& value, Event::Variables attributes,
+                       std::optional<double> seconds);
 
     /// Notes in the innermost recorder that DiagModule::requestAdvice() was called.
     static void requestAdvice();
@@ -80,6 +93,7 @@ private:
     template <typename What>
     static void keep(std::vector<What> TestRecorder::*list, What what,
                      void (TestObserver::*notify)(const What&));
+    Series* find(const TeskString& series);
 
     RunContext& m_context;
     TestRecorder* m_outer;
@@ -87,6 +101,8 @@ private:
     std::vector<RaisedEvent> m_events;
     std::vector<Measurement> m_measurements;
     std::vector<Survey> m_surveys;
+    std::vector<Series> m_series;
+    mrl::Stopwatch m_stopwatch;
     bool m_adviceRequested = false;
 };
 

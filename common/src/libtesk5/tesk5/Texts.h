@@ -24,6 +24,10 @@ std::string message(const Finding& finding);
 /// The reason in words.
 std::string message(const Mismatch& reason);
 
+/// `number` as the variable of an event: people read it with its unit, as the language in force
+/// writes it ("-57,5 dBm" in German); programs get the number alone.
+Value quantity(const Number& number, const TeskString& unit);
+
 /// `text` with each {name} replaced by the variable of that name, without the line end (\r\n) that
 /// a system message ends with. A name that is UTF-8 read byte by byte is followed by what it means.
 /// A placeholder that no variable fills stays as it is.

@@ -1,6 +1,7 @@
 // Typed values of parameters and event variables.
 #pragma once
 
+#include <tesk5/Number.h>
 #include <tesk5/TeskString.h>
 
 #include <mrl/Types.h>
@@ -16,7 +17,11 @@ public:
     static const DataType& STRING();
     static const DataType& UINT32(); ///< a whole number from 0 to 4294967295
 
-    /// "string" or "uint32", as lists and reports write it.
+    static const DataType& INTEGER(); ///< a whole number of either sign
+    static const DataType& DECIMAL(); ///< a number of either sign that may have decimals
+    static const DataType& CHOICE();  ///< a text out of a few; only parameters have it
+
+    /// "string", "uint32", "integer", "decimal" or "choice", as lists write it.
     const char* name() const { return m_name; }
     friend bool operator==(const DataType& a, const DataType& b) {
         return &a == &b || a.m_id == b.m_id;
@@ -28,7 +33,7 @@ private:
     const char* m_name;
 };
 
-/// A text or an unsigned 32-bit number.
+/// A text, an unsigned 32-bit number, or a number with sign and decimals.
 class Value {
 public:
     /// A text.
@@ -37,12 +42,19 @@ public:
     Value(const std::string& utf8) : m_value(TeskString(utf8)) {}
     /// A number.
     Value(mrl::Uint32 number) : m_value(number) {}
+    Value(const Number& number) : m_value(number) {}
 
+    /// Of a Number: INTEGER without decimals, else DECIMAL.
     const DataType& type() const;
-    /// The text; a number in decimal.
+    /// The text; a number in decimal: "-57.5".
     TeskString valueString() const;
-    /// The number; of a text the number that it spells in decimal, 0 when it spells none.
+    /// The number; of a text the number that it spells in decimal, 0 when it spells none; 0 of a
+    /// Number.
     mrl::Uint32 valueUint32() const;
+    /// The number; of a text the number that it spells, 0 when it spells none.
+    Number valueNumber() const;
+    /// Whether it is a Number.
+    bool isNumber() const { return std::holds_alternative<Number>(m_value); }
 
     /// The same value, which people read as `text`; programs still get valueString().
     Value shownAs(TeskString text) const;
@@ -52,7 +64,7 @@ public:
     friend bool operator==(const Value&, const Value&) = default;
 
 private:
-    std::variant<TeskString, mrl::Uint32> m_value;
+    std::variant<TeskString, mrl::Uint32, Number> m_value;
     std::optional<TeskString> m_shown;
 };
 

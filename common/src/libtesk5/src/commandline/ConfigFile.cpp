@@ -22,7 +22,10 @@
 #include <toml++/toml.h>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
+#include <charconv>
+#include <cmath>
 #include <set>
 
 namespace tesk5 {
@@ -254,6 +257,8 @@ private:
         switch (key.kind) {
         case ConfigKey::Kind::number:
             return "CONFIG_NO_NUMBER";
+        case ConfigKey::Kind::decimal:
+            return "CONFIG_NO_DECIMAL";
         case ConfigKey::Kind::toggle:
             return "CONFIG_NO_SWITCH";
         default:
@@ -264,6 +269,9 @@ private:
     static std::optional<std::string> valueOf(const ConfigKey& key, const toml::node& node) {
         if (key.kind == ConfigKey::Kind::number) {
             return numberOf(key, node);
+        }
+        if (key.kind == ConfigKey::Kind::decimal) {
+            return decimalOf(node);
         }
         if (key.kind != ConfigKey::Kind::toggle) {
             return node.value_exact<std::string>();
@@ -278,6 +286,22 @@ private:
             return std::nullopt;
         }
         return std::to_string(number->get());
+    }
+
+    // As the command line would have it: the shortest text of the same number.
+    static std::optional<std::string> decimalOf(const toml::node& node) {
+        if (const toml::value<std::int64_t>* const whole = node.as_integer()) {
+            return std::to_string(whole->get());
+        }
+        const toml::value<double>* const number = node.as_floating_point();
+        if (number == nullptr || !std::isfinite(number->get())) {
+            return std::nullopt;
+        }
+        constexpr std::size_t LONGEST = 400; // of a double without an exponent
+        std::array<char, LONGEST> text;
+        const auto [end, failure] = std::to_chars(text.data(), text.data() + text.size(),
+                                                  number->get(), std::chars_format::fixed);
+        return failure == std::errc() ? std::optional(std::string(text.data(), end)) : std::nullopt;
     }
 
     // Paths count from the configuration file's folder, so that the current directory does not

@@ -5,6 +5,7 @@
 #include "commandline/Commands.h"
 #include "texts/BadInput.h"
 #include "texts/Lists.h"
+#include "texts/ParameterText.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -86,6 +87,20 @@ ConfigKey testsKey(const Registry& registry) {
     return {"", "tests", "", Kind::text, message("CONFIG_TESTS"), "[" + example + "]", apply, true};
 }
 
+// What kind of value a parameter takes.
+std::string kindText(const Parameter& parameter) {
+    if (parameter.ranged()) {
+        return message(parameter.type() == DataType::INTEGER() ? "CONFIG_PARAMETER_WHOLE"
+                                                               : "CONFIG_PARAMETER_DECIMAL",
+                       {{"Range", domainText(parameter)}});
+    }
+    if (parameter.type() == DataType::CHOICE()) {
+        return message("CONFIG_PARAMETER_CHOICE", {{"Choices", domainText(parameter)}});
+    }
+    return message(parameter.type() == DataType::UINT32() ? "CONFIG_PARAMETER_NUMBER"
+                                                          : "CONFIG_PARAMETER_TEXT");
+}
+
 // The comment on a parameter: the module's own text, its type, and the tests that have it.
 std::string commentOn(const Parameter& parameter, const Registry& registry) {
     std::vector<std::string> users;
@@ -95,9 +110,7 @@ std::string commentOn(const Parameter& parameter, const Registry& registry) {
             users.push_back(test.name().utf8());
         }
     }
-    const bool number = parameter.type() == DataType::UINT32();
-    std::vector<std::string> phrases = {
-        message(number ? "CONFIG_PARAMETER_NUMBER" : "CONFIG_PARAMETER_TEXT")};
+    std::vector<std::string> phrases = {kindText(parameter)};
     if (parameter.multiValued()) {
         phrases.push_back(message("CONFIG_PARAMETER_SEVERAL"));
     }
@@ -111,20 +124,45 @@ std::string commentOn(const Parameter& parameter, const Registry& registry) {
     return (described == parameter.name() ? "" : described.utf8() + "\n") + phrasesListed(phrases);
 }
 
-ConfigKey parameterKey(const Parameter& parameter, const Registry& registry) {
-    const bool number = parameter.type() == DataType::UINT32();
+ConfigKey::Kind kindOf(const Parameter& parameter) {
+    if (parameter.type() == DataType::UINT32()) {
+        return Kind::number;
+    }
+    return parameter.ranged() ? Kind::decimal : Kind::text;
+}
+
+// A value in TOML's notation: the default, or else one that the parameter takes.
+std::string exampleFor(const Parameter& parameter) {
     const std::string& standard = parameter.defaultValue().utf8();
-    const std::string unset = number ? "0" : tomlText(standard);
-    const auto apply = [&parameter](CommandLine& line, const std::string& value) {
-        line.settings.push_back({parameter.name(), TeskString(value)});
+    switch (kindOf(parameter)) {
+    case Kind::number:
+        return standard.empty() ? "0" : standard;
+    case Kind::decimal:
+        return standard.empty() ? parameter.range().lowest.text() : standard;
+    default:
+        return tomlText(standard.empty() && !parameter.choices().empty()
+                            ? parameter.choices().front().utf8()
+                            : standard);
+    }
+}
+
+ConfigKey parameterKey(const Parameter& parameter, const Registry& registry) {
+    // Texts and unsigned numbers are refused once the tests that run are known.
+    const bool checked = parameter.ranged() || parameter.type() == DataType::CHOICE();
+    const auto apply = [&parameter, checked](CommandLine& line, const std::string& value) {
+        const TeskString text(value);
+        if (checked && !parameter.accepts(text)) {
+            return std::optional(refusalText(parameter, text));
+        }
+        line.settings.push_back({parameter.name(), text});
         return USED;
     };
     return {"parameters",
             parameter.name().utf8(),
             "--set",
-            number ? Kind::number : Kind::text,
+            kindOf(parameter),
             commentOn(parameter, registry),
-            standard.empty() || !number ? unset : standard,
+            exampleFor(parameter),
             apply,
             parameter.multiValued(),
             HIGHEST_NUMBER};

@@ -16,9 +16,10 @@ namespace tesk5 {
 struct ConfigKey {
     enum class Kind {
         text,
-        file, ///< a text; a relative path counts from the configuration file's folder
-        number,
-        toggle ///< true or false
+        file,    ///< a text; a relative path counts from the configuration file's folder
+        number,  ///< a whole number from 0 to `highest`
+        decimal, ///< a number of either sign; `apply` refuses what is out of its range
+        toggle   ///< true or false
     };
 
     std::string table; ///< empty for the file's own level

@@ -132,6 +132,15 @@ void DiagModule::surveyed(Survey survey) {
     TestRecorder::record(std::move(survey));
 }
 
+void DiagModule::follows(Series::Head head) {
+    TestRecorder::record(std::move(head));
+}
+
+void DiagModule::sampled(const TeskString& series, const Number& value, Event::Variables attributes,
+                         std::optional<double> seconds) {
+    TestRecorder::record(series, value, std::move(attributes), seconds);
+}
+
 void DiagModule::requestAdvice() {
     TestRecorder::requestAdvice();
 }

@@ -190,7 +190,9 @@ void Console::onTestEnd(const Outcome& outcome) {
         writeEvent(event);
     }
     for (const Measurement& measurement : outcome.measurements) {
-        writeLine(m_output, "  " + measurementLine(measurement));
+        for (const std::string& line : measurementLines(measurement)) {
+            writeLine(m_output, "  " + line);
+        }
     }
     writeVerdict(outcome);
     if (!explained) {

@@ -4,6 +4,7 @@
 
 #include "console/Console.h"
 #include "texts/Lists.h"
+#include "texts/ParameterText.h"
 #include "texts/TextLayout.h"
 
 #include <mrl/DisplayWidth.h>
@@ -24,6 +25,9 @@ std::string conditionText(const Test::PropertyCondition& condition) {
 
 std::string described(const Parameter& parameter) {
     std::vector<std::string> details = {parameter.type().name()};
+    if (const std::string domain = domainText(parameter); !domain.empty()) {
+        details.push_back(domain);
+    }
     if (!parameter.optional()) {
         details.push_back(message("LIST_REQUIRED"));
     }
@@ -31,7 +35,7 @@ std::string described(const Parameter& parameter) {
         details.push_back(message("LIST_SEVERAL_VALUES"));
     }
     if (!parameter.defaultValue().empty()) {
-        details.push_back(message("LIST_DEFAULT", {{"Value", parameter.defaultValue()}}));
+        details.push_back(defaultText(parameter));
     }
     return message("LIST_PARAMETER_DETAILS",
                    {{"Name", parameter.name()}, {"Details", listed(details)}});

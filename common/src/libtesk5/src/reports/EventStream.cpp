@@ -61,6 +61,14 @@ void EventStream::onSurvey(const Survey& survey) {
     writeOfRun("survey", {{"survey", jsonOf(survey)}});
 }
 
+void EventStream::onSeries(const Series::Head& head) {
+    writeOfRun("series", {{"series", jsonOf(head)}});
+}
+
+void EventStream::onPoint(const TeskString& series, const SeriesPoint& point) {
+    writeOfRun("point", {{"series", series.utf8()}, {"point", jsonOf(point)}});
+}
+
 void EventStream::onProgress(const Progress& progress) {
     Json members;
     members["key"] = progress.key.utf8();

@@ -23,6 +23,8 @@ public:
     void onEvent(const RaisedEvent& event) override;
     void onMeasurement(const Measurement& measurement) override;
     void onSurvey(const Survey& survey) override;
+    void onSeries(const Series::Head& head) override;
+    void onPoint(const TeskString& series, const SeriesPoint& point) override;
     void onProgress(const Progress& progress) override;
     void onTestEnd(const Outcome& outcome) override;
     void onTestBroken(const PlannedRun& run, const std::string& reason) override;

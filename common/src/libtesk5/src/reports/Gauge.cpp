@@ -22,12 +22,12 @@ public:
     Scale(const Measurement& measurement, bool mirrored)
         : m_measurement(measurement), m_mirrored(mirrored) {}
 
-    double x(mrl::Uint32 value) const {
+    double x(const Number& value) const {
         const double share =
             WHOLE * shareOfScale(value, m_measurement.lowest, m_measurement.highest);
         return m_mirrored ? WHOLE - share : share;
     }
-    Gauge::Zone zone(mrl::Uint32 from, mrl::Uint32 to, std::optional<Severity> severity) const {
+    Gauge::Zone zone(const Number& from, const Number& to, std::optional<Severity> severity) const {
         return {std::min(x(from), x(to)), std::abs(x(to) - x(from)), severity};
     }
 
@@ -43,25 +43,34 @@ std::vector<Limit> sortedLimits(const Measurement& measurement) {
     return limits;
 }
 
+// What values between two limits mean that follow each other: they break the limits behind them
+// that a value must be above, and those before them that it must not be above.
+std::optional<Severity> meaningBefore(std::size_t next, const std::vector<Limit>& limits) {
+    std::optional<Severity> gravest;
+    for (std::size_t i = 0; i < limits.size(); ++i) {
+        const bool upper = limits[i].kept == Limit::Kept::AT_MOST;
+        if (upper == (i < next) && gravest != Severity::error) {
+            gravest = limits[i].severity;
+        }
+    }
+    return gravest;
+}
+
 std::vector<Gauge::Zone> zonesOf(const Measurement& measurement, const Scale& scale) {
     std::vector<Gauge::Zone> zones;
     const std::vector<Limit> limits = sortedLimits(measurement);
-    mrl::Uint32 from = measurement.lowest;
-    for (auto limit = limits.begin(); limit != limits.end(); ++limit) {
-        const bool grave = std::any_of(limit, limits.end(), [](const Limit& above) {
-            return above.severity == Severity::error;
-        });
-        zones.push_back(
-            scale.zone(from, limit->value, grave ? Severity::error : Severity::warning));
-        from = limit->value;
+    Number from = measurement.lowest;
+    for (std::size_t i = 0; i < limits.size(); ++i) {
+        zones.push_back(scale.zone(from, limits[i].value, meaningBefore(i, limits)));
+        from = limits[i].value;
     }
-    zones.push_back(scale.zone(from, measurement.highest, std::nullopt));
+    zones.push_back(scale.zone(from, measurement.highest, meaningBefore(limits.size(), limits)));
     return zones;
 }
 
 // A number with its unit at `x`: the part of it that is there, and where it begins and ends.
 struct Extent {
-    Extent(double x, mrl::Uint32 value, const TeskString& unit) {
+    Extent(double x, const Number& value, const TeskString& unit) {
         const std::string text = withUnit(value, unit);
         const double width = CHARACTER * static_cast<double>(mrl::columnsOf(text));
         if (x < width / 2) {
@@ -87,14 +96,14 @@ struct Extent {
 
 // The ends of the scale come first and so get the row next to it.
 std::vector<Gauge::Label> labelsOf(const Measurement& measurement, const Scale& scale) {
-    std::vector<mrl::Uint32> values = {measurement.lowest, measurement.highest};
+    std::vector<Number> values = {measurement.lowest, measurement.highest};
     for (const Limit& limit : sortedLimits(measurement)) {
         if (std::find(values.begin(), values.end(), limit.value) == values.end()) {
             values.push_back(limit.value);
         }
     }
     std::vector<Gauge::Label> labels;
-    for (const mrl::Uint32 value : values) {
+    for (const Number& value : values) {
         const Extent extent(scale.x(value), value, measurement.unit);
         Gauge::Label label{.x = scale.x(value), .side = extent.side, .value = value, .row = 0};
         const auto touched = [&](const Gauge::Label& other) {

@@ -22,7 +22,7 @@ struct Gauge {
     struct Label {
         double x;
         const char* side; ///< as of `valueSide`
-        mrl::Uint32 value;
+        Number value;
         std::size_t row; ///< 0 is the one next to the scale
     };
 

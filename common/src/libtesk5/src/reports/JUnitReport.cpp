@@ -80,7 +80,7 @@ public:
     void add(const std::string& name, const std::string& value) {
         m_list.push_back({{"name", name}, {"value", value}});
     }
-    void add(const std::string& name, mrl::Uint32 value) { add(name, std::to_string(value)); }
+    void add(const std::string& name, const Number& value) { add(name, value.text()); }
     void add(const Measurement& measurement) {
         const std::string name = "measurement." + measurement.name.utf8();
         add(name, measurement.value);
@@ -91,9 +91,24 @@ public:
             const std::string limitName = name + ".limit." + limit.name.utf8();
             add(limitName, limit.value);
             add(limitName + ".severity", severityName(limit.severity));
+            if (limit.kept != Limit::Kept::ABOVE) {
+                add(limitName + ".kept", keptName(limit.kept));
+            }
         }
         if (const Limit* broken = measurement.brokenLimit()) {
             add(name + ".brokenLimit", broken->name.utf8());
+        }
+        for (const Figure& figure : measurement.figures) {
+            const std::string figureName = name + ".figure." + figure.name.utf8();
+            add(figureName, figure.value);
+            add(figureName + ".unit", figure.unit.utf8());
+        }
+    }
+    void add(const Series& series) {
+        const std::string name = "series." + series.head.name.utf8();
+        add(name + ".points", series.points.size());
+        if (series.leftOut > 0) {
+            add(name + ".leftOut", series.leftOut);
         }
     }
     const Json& list() const { return m_list; }
@@ -123,10 +138,15 @@ Json propertiesOf(const Outcome& outcome) {
         properties.add("device." + name.utf8(), value.utf8());
     }
     for (const ParameterInForce& parameter : outcome.parameters) {
-        properties.add("parameter." + parameter.name.utf8(), parameter.value.valueString().utf8());
+        properties.add("parameter." + parameter.name.utf8(),
+                       parameter.lacksNumber() ? std::string()
+                                               : parameter.value.valueString().utf8());
     }
     for (const Measurement& measurement : outcome.measurements) {
         properties.add(measurement);
+    }
+    for (const Series& series : outcome.series) {
+        properties.add(series);
     }
     return properties.list();
 }

@@ -12,7 +12,16 @@ namespace tesk5 {
 
 namespace {
 
+// A whole number without decimals, as a reader of the JSON finds it written.
+Json jsonOf(const Number& number) {
+    const double value = number.toDouble();
+    return number.decimals() == 0 ? Json(static_cast<std::int64_t>(value)) : Json(value);
+}
+
 Json jsonOf(const Value& value) {
+    if (value.isNumber()) {
+        return jsonOf(value.valueNumber());
+    }
     return value.type() == DataType::UINT32() ? Json(value.valueUint32())
                                               : Json(value.valueString().utf8());
 }
@@ -25,6 +34,22 @@ Json objectOf(const Pairs& pairs, ToJson toJson) {
         object[name.utf8()] = toJson(value);
     }
     return object;
+}
+
+Json jsonOf(const Limit& limit) {
+    Json json = {{"name", limit.name.utf8()},
+                 {"value", jsonOf(limit.value)},
+                 {"severity", severityName(limit.severity)}};
+    if (limit.kept != Limit::Kept::ABOVE) {
+        json["kept"] = keptName(limit.kept);
+    }
+    return json;
+}
+
+Json jsonOf(const Figure& figure) {
+    return {{"name", figure.name.utf8()},
+            {"value", jsonOf(figure.value)},
+            {"unit", figure.unit.utf8()}};
 }
 
 // `json` in indented lines. Control characters and those that could deceive a reader are escaped
@@ -70,18 +95,20 @@ Json jsonOf(const RaisedEvent& event) {
 Json jsonOf(const Measurement& measurement) {
     Json json;
     json["name"] = measurement.name.utf8();
-    json["value"] = measurement.value;
-    json["unit"] = measurement.unit.utf8();
-    json["lowest"] = measurement.lowest;
-    json["highest"] = measurement.highest;
-    json["limits"] = Json::array();
-    for (const Limit& limit : measurement.limits) {
-        json["limits"].push_back({{"name", limit.name.utf8()},
-                                  {"value", limit.value},
-                                  {"severity", severityName(limit.severity)}});
+    json["value"] = jsonOf(measurement.value);
+    if (measurement.value.decimals() > 0) {
+        json["decimals"] = measurement.value.decimals();
     }
+    json["unit"] = measurement.unit.utf8();
+    json["lowest"] = jsonOf(measurement.lowest);
+    json["highest"] = jsonOf(measurement.highest);
+    json["limits"] = listOf(measurement.limits, [](const Limit& limit) { return jsonOf(limit); });
     const Limit* broken = measurement.brokenLimit();
     json["brokenLimit"] = broken == nullptr ? Json(nullptr) : Json(broken->name.utf8());
+    if (!measurement.figures.empty()) {
+        json["figures"] =
+            listOf(measurement.figures, [](const Figure& figure) { return jsonOf(figure); });
+    }
     return json;
 }
 
@@ -89,13 +116,37 @@ Json jsonOf(const Survey& survey) {
     Json json;
     json["name"] = survey.name.utf8();
     json["unit"] = survey.unit.utf8();
-    json["lowest"] = survey.lowest;
-    json["highest"] = survey.highest;
+    json["lowest"] = jsonOf(survey.lowest);
+    json["highest"] = jsonOf(survey.highest);
     json["entries"] = Json::array();
     for (const Survey::Entry& entry : survey.entries) {
-        json["entries"].push_back(
-            {{"name", entry.name.utf8()}, {"value", entry.value}, {"measured", entry.measured}});
+        json["entries"].push_back({{"name", entry.name.utf8()},
+                                   {"value", jsonOf(entry.value)},
+                                   {"measured", entry.measured}});
     }
+    return json;
+}
+
+Json jsonOf(const Series::Head& head) {
+    Json json;
+    json["name"] = head.name.utf8();
+    json["unit"] = head.unit.utf8();
+    json["limits"] = listOf(head.limits, [](const Limit& limit) { return jsonOf(limit); });
+    json["median"] = head.median ? jsonOf(*head.median) : Json(nullptr);
+    return json;
+}
+
+Json jsonOf(const SeriesPoint& point) {
+    return {{"seconds", roundedToMilliseconds(point.seconds)},
+            {"value", jsonOf(point.value)},
+            {"attributes",
+             objectOf(point.attributes, [](const Value& value) { return jsonOf(value); })}};
+}
+
+Json jsonOf(const Series& series) {
+    Json json = jsonOf(series.head);
+    json["points"] = listOf(series.points);
+    json["leftOut"] = series.leftOut;
     return json;
 }
 
@@ -132,6 +183,9 @@ Json jsonOf(const Outcome& outcome) {
     json["events"] = listOf(outcome.events);
     json["measurements"] = listOf(outcome.measurements);
     json["surveys"] = listOf(outcome.surveys);
+    if (!outcome.series.empty()) {
+        json["series"] = listOf(outcome.series);
+    }
     json["advice"] = listOf(outcome.advice);
     return json;
 }
@@ -150,7 +204,8 @@ Json moduleJson(const ModuleVersion& version) {
 Json parametersJson(const std::vector<ParameterInForce>& parameters) {
     Json object = Json::object();
     for (const ParameterInForce& parameter : parameters) {
-        object[parameter.name.utf8()] = jsonOf(parameter.value);
+        object[parameter.name.utf8()] =
+            parameter.lacksNumber() ? Json(nullptr) : jsonOf(parameter.value);
     }
     return object;
 }

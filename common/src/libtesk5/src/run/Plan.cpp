@@ -4,6 +4,7 @@
 
 #include "texts/BadInput.h"
 #include "texts/Lists.h"
+#include "texts/ParameterText.h"
 
 #include <mrl/Unicode.h>
 
@@ -64,17 +65,10 @@ void apply(Parameter& parameter, const Setting& setting, int timesBefore) {
         throw BadInput{message("INPUT_PARAMETER_TWICE",
                                {{"Setting", asTyped(setting)}, {"Name", setting.name}})};
     }
-    if (const char* refusal = parameter.refusal(setting.value)) {
-        // A module's text under the parameter's own name says its range.
-        const TeskString meaning = translation(parameter.name());
-        const bool ranged = parameter.type() == DataType::UINT32() && meaning != parameter.name();
-        throw BadInput{message(
-            "INPUT_SETTING_REFUSED",
-            {{"Setting", asTyped(setting)},
-             {"Reason", message(ranged ? "INPUT_NOT_A_NUMBER_FOR" : refusal,
-                                {{"Value", setting.value},
-                                 {"Meaning", meaning},
-                                 {"Most", static_cast<mrl::Uint32>(parameter.mostBytes())}})}})};
+    if (!parameter.accepts(setting.value)) {
+        throw BadInput{
+            message("INPUT_SETTING_REFUSED", {{"Setting", asTyped(setting)},
+                                              {"Reason", refusalText(parameter, setting.value)}})};
     }
     parameter.set(setting.value);
 }

@@ -40,10 +40,18 @@ std::string labelOf(const Test& test) {
                : message("REPORT_TEST_NAMED", {{"Test", test.name()}, {"Name", name}});
 }
 
+std::vector<std::string> measurementLines(const Measurement& measurement) {
+    std::vector<std::string> lines = {measurementLine(measurement)};
+    if (!measurement.figures.empty()) {
+        lines.push_back("  " + figuresText(measurement));
+    }
+    return lines;
+}
+
 std::vector<std::string> observationLines(const Outcome& outcome) {
     std::vector<std::string> lines;
     for (const Measurement& measurement : outcome.measurements) {
-        lines.push_back(measurementLine(measurement));
+        append(lines, measurementLines(measurement));
     }
     for (const Survey& survey : outcome.surveys) {
         append(lines, surveyLines(survey));

@@ -44,6 +44,7 @@ Outcome unstarted(const PlannedRun& run, TestResult result, bool started) {
                    {},
                    {},
                    {},
+                   {},
                    {}};
 }
 
@@ -103,6 +104,7 @@ Outcome execute(const PlannedRun& run, TestObserver& observer, std::exception_pt
     outcome.events = counted(recorder.events());
     outcome.measurements = recorder.measurements();
     outcome.surveys = recorder.surveys();
+    outcome.series = recorder.series();
     outcome.adviceRequested = recorder.adviceRequested();
     return outcome;
 }

@@ -21,6 +21,9 @@ struct ParameterInForce {
     TeskString name;
     Value value;
     bool isSet = true; ///< false when `value` only stands for a missing one
+
+    /// Whether there is no number: reports then have none. An unsigned number counts as 0 instead.
+    bool lacksNumber() const { return value.isNumber() && !isSet; }
 };
 
 /// How one run of a test on a device went.
@@ -35,6 +38,7 @@ struct Outcome {
     std::vector<RaisedEvent> events;
     std::vector<Measurement> measurements;
     std::vector<Survey> surveys;
+    std::vector<Series> series = {};
     Findings advice; ///< why the verdict may be missing
     /// The text of the exception behind an INTERNALERROR or EXITEDABNORMALLY; empty if it has none.
     std::string failure;

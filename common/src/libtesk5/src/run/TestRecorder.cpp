@@ -2,6 +2,8 @@
 
 #include <tesk5/RunContext.h>
 
+#include <algorithm>
+
 namespace tesk5 {
 
 template <typename What>
@@ -35,6 +37,50 @@ void TestRecorder::record(Measurement measurement) {
 
 void TestRecorder::record(Survey survey) {
     keep(&TestRecorder::m_surveys, std::move(survey), &TestObserver::onSurvey);
+}
+
+Series* TestRecorder::find(const TeskString& series) {
+    const auto known = std::find_if(m_series.begin(), m_series.end(), [&series](const Series& one) {
+        return one.head.name == series;
+    });
+    return known == m_series.end() ? nullptr : &*known;
+}
+
+void TestRecorder::record(Series::Head head) {
+    TestRecorder* const recorder = RunContext::current().recorder;
+    if (recorder == nullptr) {
+        return;
+    }
+    Series* const known = recorder->find(head.name);
+    Series& series = known != nullptr ? *known : recorder->m_series.emplace_back();
+    series.head = std::move(head);
+    if (recorder->m_observer != nullptr) {
+        recorder->m_observer->onSeries(series.head);
+    }
+}
+
+void TestRecorder::record(const TeskString& series, const Number& value,
+                          Event::Variables attributes, std::optional<double> seconds) {
+    TestRecorder* const recorder = RunContext::current().recorder;
+    if (recorder == nullptr) {
+        return;
+    }
+    if (recorder->find(series) == nullptr) {
+        record(Series::Head{.name = series, .unit = {}, .limits = {}, .median = {}});
+    }
+    SeriesPoint point{.seconds =
+                          std::max(seconds.value_or(recorder->m_stopwatch.getElapsed()), 0.0),
+                      .value = value,
+                      .attributes = std::move(attributes)};
+    if (recorder->m_observer != nullptr) {
+        recorder->m_observer->onPoint(series, point);
+    }
+    Series& target = *recorder->find(series);
+    if (target.points.size() < Series::MOST_POINTS) {
+        target.points.push_back(std::move(point));
+    } else {
+        ++target.leftOut;
+    }
 }
 
 void TestRecorder::requestAdvice() {

@@ -2,6 +2,7 @@
 
 #include <tesk5/Texts.h>
 
+#include "texts/Lists.h"
 #include "texts/NumberText.h"
 
 #include <algorithm>
@@ -11,24 +12,35 @@ namespace tesk5 {
 
 namespace {
 
-// The texts about a limit, by its severity.
+// The texts about a limit, by its severity and by where a value keeps it.
 struct LimitWords {
     Severity severity;
+    Limit::Kept where;
     const char* limit;
     const char* kept;
     const char* broken;
 };
+using enum Limit::Kept;
 constexpr LimitWords limitWords[] = {
-    {Severity::warning, "REPORT_LIMIT_WARNING", "MEASUREMENT_ABOVE_WARNING",
+    {Severity::warning, ABOVE, "REPORT_LIMIT_WARNING", "MEASUREMENT_ABOVE_WARNING",
      "MEASUREMENT_AT_WARNING"},
-    {Severity::error, "REPORT_LIMIT_FAILING", "MEASUREMENT_ABOVE_FAILING",
+    {Severity::warning, AT_LEAST, "REPORT_LIMIT_WARNING_BELOW", "MEASUREMENT_AT_LEAST_WARNING",
+     "MEASUREMENT_BELOW_WARNING"},
+    {Severity::warning, AT_MOST, "REPORT_LIMIT_WARNING_ABOVE", "MEASUREMENT_AT_WARNING",
+     "MEASUREMENT_ABOVE_WARNING"},
+    {Severity::error, ABOVE, "REPORT_LIMIT_FAILING", "MEASUREMENT_ABOVE_FAILING",
      "MEASUREMENT_AT_FAILING"},
+    {Severity::error, AT_LEAST, "REPORT_LIMIT_FAILING_BELOW", "MEASUREMENT_AT_LEAST_FAILING",
+     "MEASUREMENT_BELOW_FAILING"},
+    {Severity::error, AT_MOST, "REPORT_LIMIT_FAILING_ABOVE", "MEASUREMENT_AT_FAILING",
+     "MEASUREMENT_ABOVE_FAILING"},
 };
 
 std::string wordsOn(const Limit& limit, const TeskString& unit, const char* LimitWords::*words) {
     const auto* const found =
-        std::find_if(std::begin(limitWords), std::end(limitWords),
-                     [&limit](const auto& row) { return row.severity == limit.severity; });
+        std::find_if(std::begin(limitWords), std::end(limitWords), [&limit](const auto& row) {
+            return row.severity == limit.severity && row.where == limit.kept;
+        });
     return message(found->*words, {{"Limit", withUnit(limit.value, unit)}});
 }
 
@@ -43,13 +55,19 @@ std::string comparisonText(const Measurement& measurement) {
     if (const Limit* broken = measurement.brokenLimit()) {
         return wordsOn(*broken, measurement.unit, &LimitWords::broken);
     }
-    // The highest limit suffices: a value above it is above the others too.
-    const auto nearest =
-        std::max_element(measurement.limits.begin(), measurement.limits.end(),
-                         [](const Limit& a, const Limit& b) { return a.value < b.value; });
-    return nearest == measurement.limits.end()
-               ? std::string()
-               : wordsOn(*nearest, measurement.unit, &LimitWords::kept);
+    // The nearest limit suffices: a value that keeps it keeps the others on its side too.
+    const Limit* const nearest = measurement.nearestLimit();
+    return nearest == nullptr ? std::string()
+                              : wordsOn(*nearest, measurement.unit, &LimitWords::kept);
+}
+
+std::string figureText(const Figure& figure) {
+    return message("MEASUREMENT", {{"Name", translation(figure.name)},
+                                   {"Value", withUnit(figure.value, figure.unit)}});
+}
+
+std::string figuresText(const Measurement& measurement) {
+    return listed(textsOf(measurement.figures, &figureText));
 }
 
 std::string limitText(const Limit& limit, const TeskString& unit) {
@@ -57,7 +75,7 @@ std::string limitText(const Limit& limit, const TeskString& unit) {
 }
 
 std::string measurementBar(const Measurement& measurement, std::size_t cells) {
-    const auto share = [&measurement](mrl::Uint32 value) {
+    const auto share = [&measurement](const Number& value) {
         return shareOfScale(value, measurement.lowest, measurement.highest);
     };
     const double length = static_cast<double>(cells);

@@ -14,6 +14,12 @@ std::string measuredText(const Measurement& measurement);
 /// has none.
 std::string comparisonText(const Measurement& measurement);
 
+/// "Spread: 1.5 dB"
+std::string figureText(const Figure& figure);
+
+/// The figures of a measurement in one line: "Spread: 1.5 dB, Drift: 0.2 dB"; empty without one.
+std::string figuresText(const Measurement& measurement);
+
 /// What the limit means: "Failing at 20% or below".
 std::string limitText(const Limit& limit, const TeskString& unit);
 

@@ -15,6 +15,18 @@ std::string twoDigits(long long number) {
     return text.size() < 2 ? "0" + text : text;
 }
 
+// A number in ASCII as the language writes it.
+std::string decimalText(const std::string& number) {
+    if (number.front() == '-') {
+        return message("NUMBER_NEGATIVE", {{"Number", decimalText(number.substr(1))}});
+    }
+    const std::size_t point = number.find('.');
+    return point == std::string::npos
+               ? number
+               : message("NUMBER_DECIMAL", {{"Whole", number.substr(0, point)},
+                                            {"Fraction", number.substr(point + 1)}});
+}
+
 std::string inSeconds(const std::string& number) {
     return message("NUMBER_SECONDS", {{"Number", number}});
 }
@@ -43,16 +55,19 @@ std::string countText(std::size_t count) {
     return text;
 }
 
-std::string withUnit(mrl::Uint32 value, const TeskString& unit) {
-    return message(unit == "%" ? "NUMBER_PERCENT" : "NUMBER_WITH_UNIT",
-                   {{"Number", value}, {"Unit", unit}});
+std::string numberText(const Number& number) {
+    return decimalText(number.text());
+}
+
+std::string withUnit(const Number& value, const TeskString& unit) {
+    const std::string number = numberText(value);
+    return unit.empty() ? number
+                        : message(unit == "%" ? "NUMBER_PERCENT" : "NUMBER_WITH_UNIT",
+                                  {{"Number", number}, {"Unit", unit}});
 }
 
 std::string secondsText(double seconds) {
-    const std::string number = fixedPoint(seconds, 1);
-    const std::size_t point = number.size() - 2;
-    return inSeconds(message("NUMBER_DECIMAL", {{"Whole", number.substr(0, point)},
-                                                {"Fraction", number.substr(point + 1)}}));
+    return inSeconds(decimalText(fixedPoint(seconds, 1)));
 }
 
 std::string wholeSecondsText(double seconds) {

@@ -2,6 +2,7 @@
 // TIME_...; digits are Latin in every language.
 #pragma once
 
+#include <tesk5/Number.h>
 #include <tesk5/TeskString.h>
 
 #include <mrl/Clock.h>
@@ -16,8 +17,11 @@ std::string fixedPoint(double number, int digits);
 /// A count, grouped in thousands from five digits on: "40,000".
 std::string countText(std::size_t count);
 
-/// A value with its unit: "72%".
-std::string withUnit(mrl::Uint32 value, const TeskString& unit);
+/// A number with its sign and its decimals: "-57.5".
+std::string numberText(const Number& number);
+
+/// A value with its unit: "72%"; without one for an empty unit.
+std::string withUnit(const Number& value, const TeskString& unit);
 
 /// A duration with its unit, in tenths of a second: "7.0 s".
 std::string secondsText(double seconds);

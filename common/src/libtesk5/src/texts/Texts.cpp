@@ -3,6 +3,8 @@
 #include <tesk5/ByteText.h>
 #include <tesk5/Language.h>
 
+#include "texts/NumberText.h"
+
 #include <algorithm>
 
 namespace tesk5 {
@@ -25,6 +27,10 @@ std::string message(const Finding& finding) {
 
 std::string message(const Mismatch& reason) {
     return message(reason.key, reason.variables);
+}
+
+Value quantity(const Number& number, const TeskString& unit) {
+    return Value(number).shownAs(TeskString(withUnit(number, unit)));
 }
 
 std::string fillPlaceholders(const std::string& text, const Event::Variables& variables) {
