@@ -47,7 +47,7 @@ protected:
 
 private:
     TemporaryFolder m_folder;
-    networkadapters::ScopedSystemRoot m_noMachine{std::filesystem::path()};
+    networkadapters::ScopedMachine m_noMachine{std::filesystem::path()};
 };
 
 } // namespace test

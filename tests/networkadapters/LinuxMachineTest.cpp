@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 using networkadapters::checkMachine;
 using networkadapters::NetworkAdapter;
-using networkadapters::ScopedSystemRoot;
+using networkadapters::ScopedMachine;
 using networkadapters::systemNetworkAdapters;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -45,8 +45,12 @@ protected:
     }
     const fs::path& root() const { return m_folder.path(); }
     void readNothing() {
-        m_root.reset();
-        m_root.emplace(fs::path());
+        m_machine.reset();
+        m_machine.emplace(fs::path());
+    }
+    void setChannels(std::vector<nativewifi::RadioChannels> radios) {
+        m_machine.reset();
+        m_machine.emplace(m_folder.path(), std::move(radios));
     }
     // A network interface of a device with a driver.
     void interface(const std::string& name, const std::string& address, const std::string& uevent) {
@@ -80,7 +84,7 @@ protected:
 
 private:
     TemporaryFolder m_folder;
-    std::optional<ScopedSystemRoot> m_root{m_folder.path()};
+    std::optional<ScopedMachine> m_machine{m_folder.path()};
 };
 
 std::vector<std::string> names(const std::vector<NetworkAdapter>& adapters) {
@@ -180,6 +184,19 @@ TEST_F(LinuxMachine, NamesAnInterfaceThatIsDown) {
     radio("wlp4s0", "what");
     EXPECT_THAT(found(), ElementsAre("! The interface wlp2s0 is down, and its radio does not scan. "
                                      "Type \"sudo ip link set wlp2s0 up\"."));
+}
+
+TEST_F(LinuxMachine, NamesARadioThatUsesNoChannelOf5GhzBecauseItHasNoCountry) {
+    radio("wlp2s0");
+    setChannels({{"phy0", "00", 25, 0},
+                 {"phy1", "00", 25, 1},
+                 {"phy2", "DE", 25, 0},
+                 {"phy3", "00", 0, 0},
+                 {"phy4", "", 25, 0}});
+    EXPECT_THAT(found(), ElementsAre("! The radio phy0 has no country set, and without one it uses "
+                                     "no channel of 5 GHz. Type \"sudo iw reg set DE\" with the "
+                                     "code of your country, and install the package "
+                                     "wireless-regdb."));
 }
 
 TEST_F(LinuxMachine, SaysThatScanningNeedsACapabilityAndHowToGetIt) {

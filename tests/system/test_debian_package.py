@@ -166,6 +166,7 @@ class Unpacked(PackageTest):
                          {0, 1, 2, 3, 4, 5, 6, 8, 64, 65, 74})
         for value, meaning in overview.values:
             self.assertIn(f" {value} {meaning} ", text)
+        self.assertIn('"sudo setcap cap_net_admin+ep /usr/bin/mrlrantenna"', text)
 
     def completed(self, line):
         """What the completion offers behind a command line; None where it leaves it to the shell's

@@ -6,6 +6,7 @@ its files carry the commit's time and fixed permissions, and belong to root.
 """
 import gzip
 import hashlib
+import json
 import os
 import pathlib
 import re
@@ -88,6 +89,12 @@ def _texts():
             for path in (ROOT / "resources").rglob("*.json")}
 
 
+def _rights(texts):
+    """What doctor says in English of a missing capability, as of the installed program."""
+    english = json.loads(texts[f"{TEXTS}/networkadapters/texts/en.json"])
+    return english["DOCTOR_CAPABILITY_MISSING"].format(Program=f"/{PROGRAM}")
+
+
 def _documents():
     """The pages, with what they link to, in one folder of documents."""
     files = {}
@@ -115,7 +122,8 @@ def contents(build, made_of):
         **texts, **_documents(),
         PROGRAM: program.read_bytes(),
         "usr/share/man/man1/mrlrantenna.1.gz": _compressed(man_page.make(
-            overview, commands, f"{number} build {build_number}", f"{made_of.time:%Y-%m-%d}")),
+            overview, commands, f"{number} build {build_number}", f"{made_of.time:%Y-%m-%d}",
+            _rights(texts))),
         "usr/share/bash-completion/completions/mrlrantenna": _completion(
             program, overview, commands, languages),
         f"{PAPERS}/copyright": _copyright((ROOT / "LICENSE").read_text(encoding="utf-8"),

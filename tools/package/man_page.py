@@ -26,8 +26,9 @@ def _command(command):
     return lines + [".RE", ".fi"]
 
 
-def make(overview, commands, version, date):
-    """The page's bytes. version: as people read it; date: of the commit."""
+def make(overview, commands, version, date, rights):
+    """The page's bytes. version: as people read it; date: of the commit; rights: what doctor says
+    of those that the program lacks."""
     lines = [f".TH MRLRANTENNA 1 {_quoted(date)} {_quoted('mrlrantenna ' + version)} "
              '"User Commands"',
              ".SH NAME", "mrlrantenna \\- test wireless cards and their antennas",
@@ -46,8 +47,8 @@ def make(overview, commands, version, date):
     lines += [".SH EXIT STATUS", _text(overview.values_heading) + "."]
     for value, text in overview.values:
         lines += [".TP", f".B {_quoted(value)}", _text(text)]
-    lines += [".SH FILES", ".TP", ".I /usr/share/mrlrantenna", "the texts of each language",
+    lines += [".SH RIGHTS", _text(rights), ".SH FILES", ".TP", ".I /usr/share/mrlrantenna", "the texts of each language",
               ".TP", ".I /usr/share/doc/mrlrantenna",
-              "pages on reports, stations and the rights of the program, and examples",
+              "pages on commands, reports, captures and stations, and examples",
               ".SH SEE ALSO", ".BR rfkill (8),", ".BR setcap (8),", ".BR capabilities (7)"]
     return ("\n".join(lines) + "\n").encode("utf-8")

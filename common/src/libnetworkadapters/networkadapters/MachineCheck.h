@@ -4,9 +4,11 @@
 
 #include <tesk5/Finding.h>
 
+#include <nativewifi/RadioChannels.h>
 #include <nativewifi/WlanTypes.h>
 
 #include <filesystem>
+#include <vector>
 
 namespace networkadapters {
 
@@ -15,22 +17,24 @@ namespace networkadapters {
 /// that scan too. Always empty on Windows.
 /// Failure: what cannot be read is not judged
 /// Threads: that of the run
-/// Platform: files of /sys and /proc
+/// Platform: files of /sys and /proc; nativewifi::radioChannels()
 tesk5::Findings checkMachine();
 
 /// The finding that the system denies `device` the call of `function`, with the remedy.
 /// \param error as the call returned it
 tesk5::Finding accessDenied(const tesk5::TeskString& device, const char* function, DWORD error);
 
-/// Puts another folder in the place of "/", from which checkMachine() and the list of adapters read
-/// the system's files, while it lives. With an empty path nothing of this PC is read. One at a
-/// time. Threads: that of the run
-class ScopedSystemRoot {
+/// Puts another machine in the place of this one for checkMachine() and the list of adapters, while
+/// it lives. One at a time. Threads: that of the run
+class ScopedMachine {
 public:
-    explicit ScopedSystemRoot(std::filesystem::path root);
-    ScopedSystemRoot(const ScopedSystemRoot&) = delete;
-    ScopedSystemRoot& operator=(const ScopedSystemRoot&) = delete;
-    ~ScopedSystemRoot();
+    /// \param root stands for "/"; with an empty path there are no files
+    /// \param radios as nativewifi::radioChannels() gives them
+    explicit ScopedMachine(std::filesystem::path root,
+                           std::vector<nativewifi::RadioChannels> radios = {});
+    ScopedMachine(const ScopedMachine&) = delete;
+    ScopedMachine& operator=(const ScopedMachine&) = delete;
+    ~ScopedMachine();
 };
 
 } // namespace networkadapters

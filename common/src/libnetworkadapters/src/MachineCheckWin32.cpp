@@ -13,7 +13,8 @@ tesk5::Finding accessDenied(const tesk5::TeskString& device, const char* functio
             {{"Device", device}, {"Function", function}, {"Error", error}}};
 }
 
-ScopedSystemRoot::ScopedSystemRoot(std::filesystem::path /*root*/) {}
-ScopedSystemRoot::~ScopedSystemRoot() = default;
+ScopedMachine::ScopedMachine(std::filesystem::path /*root*/,
+                             std::vector<nativewifi::RadioChannels> /*radios*/) {}
+ScopedMachine::~ScopedMachine() = default;
 
 } // namespace networkadapters

@@ -146,7 +146,7 @@ public:
 private:
     const CapturedCommand m_command;
     capture::Capture m_capture;
-    std::optional<ScopedSystemRoot> m_noMachine; // the capture is of another one
+    std::optional<ScopedMachine> m_noMachine; // the capture is of another one
     std::optional<capture::Replay> m_replay;
     std::optional<ScopedAdapters> m_adapters;
 };

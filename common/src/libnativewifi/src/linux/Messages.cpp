@@ -330,6 +330,17 @@ void merge(std::vector<Wiphy>& wiphys, Wiphy part) {
     }
 }
 
+std::string readCountry(Attributes attributes) {
+    constexpr std::size_t CHARACTERS = 2;
+    std::string country;
+    forEach(attributes, [&country](unsigned type, Attributes body) {
+        if (type == NL80211_ATTR_REG_ALPHA2 && body.size() >= CHARACTERS) {
+            country.assign(body.begin(), body.begin() + CHARACTERS);
+        }
+    });
+    return country;
+}
+
 std::optional<Interface> readInterface(Attributes attributes) {
     Interface interface;
     std::optional<std::uint32_t> index;

@@ -27,6 +27,9 @@ std::optional<Bss> readBss(Attributes attributes);
 /// Nothing without an address.
 std::optional<Station> readStation(Attributes attributes);
 
+/// The country of a regulatory domain: two characters; empty when the message has none.
+std::string readCountry(Attributes attributes);
+
 /// `command`: NL80211_CMD_...
 Event readEvent(std::uint8_t command, Attributes attributes);
 

@@ -1,6 +1,6 @@
 #include <networkadapters/MachineCheck.h>
 
-#include "SystemFiles.h"
+#include "Machine.h"
 
 #include <nativewifi/LinuxFiles.h>
 
@@ -154,6 +154,16 @@ bool lacksCapability() {
     return effective && (*effective >> NET_ADMIN & 1) == 0;
 }
 
+// Without a country a radio may use what is allowed in the whole world; some then leave out 5 GHz.
+void addRadiosWithoutCountry(Findings& findings) {
+    constexpr std::string_view WHOLE_WORLD = "00";
+    for (const nativewifi::RadioChannels& radio : machineRadios()) {
+        if (radio.country == WHOLE_WORLD && radio.channels5Ghz != 0 && radio.usable5Ghz == 0) {
+            findings.push_back({"DOCTOR_COUNTRY_UNSET", false, {{"Radio", radio.radio}}});
+        }
+    }
+}
+
 // What configures radios, by the names of their processes.
 void addScanners(Findings& findings) {
     constexpr std::string_view SCANNERS[] = {"NetworkManager", "connmand", "iwd", "wpa_supplicant"};
@@ -190,6 +200,7 @@ Findings checkMachine() {
         return findings; // what follows is about the use of a radio
     }
     addInterfacesThatAreDown(interfaces, findings);
+    addRadiosWithoutCountry(findings);
     if (lacksCapability()) {
         findings.push_back(capabilityMissing());
     }

@@ -2,7 +2,7 @@
 // virtual ones (bridges, tunnels, containers) have no device there.
 #include <networkadapters/NetworkAdapters.h>
 
-#include "SystemFiles.h"
+#include "Machine.h"
 
 #include <nativewifi/Guid.h>
 #include <nativewifi/LinuxFiles.h>

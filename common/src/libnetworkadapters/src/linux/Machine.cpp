@@ -1,30 +1,43 @@
-#include "SystemFiles.h"
+#include "Machine.h"
 
 #include <networkadapters/MachineCheck.h>
 
 #include <algorithm>
+#include <optional>
 
 namespace networkadapters {
 
 namespace {
 
-std::filesystem::path& root() {
-    static std::filesystem::path path = "/";
-    return path;
+struct Machine {
+    std::filesystem::path root;
+    std::vector<nativewifi::RadioChannels> radios;
+};
+
+// Nothing for this one.
+std::optional<Machine>& other() {
+    static std::optional<Machine> machine;
+    return machine;
 }
 
 } // namespace
 
-ScopedSystemRoot::ScopedSystemRoot(std::filesystem::path path) {
-    root() = std::move(path);
+ScopedMachine::ScopedMachine(std::filesystem::path root,
+                             std::vector<nativewifi::RadioChannels> radios) {
+    other() = {std::move(root), std::move(radios)};
 }
 
-ScopedSystemRoot::~ScopedSystemRoot() {
-    root() = "/";
+ScopedMachine::~ScopedMachine() {
+    other().reset();
 }
 
 std::filesystem::path systemPath(std::string_view path) {
-    return root().empty() ? std::filesystem::path() : root() / path;
+    const std::filesystem::path root = other() ? other()->root : "/";
+    return root.empty() ? std::filesystem::path() : root / path;
+}
+
+std::vector<nativewifi::RadioChannels> machineRadios() {
+    return other() ? other()->radios : nativewifi::radioChannels();
 }
 
 std::vector<std::filesystem::path> entriesOf(const std::filesystem::path& folder) {
