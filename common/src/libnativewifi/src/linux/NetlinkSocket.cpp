@@ -19,9 +19,9 @@ namespace nativewifi::linux_radio {
 namespace {
 
 // The kernel makes the messages of a dump no longer than this, and announcements are shorter.
-constexpr std::size_t BUFFER_SIZE = 64U * 1024;
+constexpr std::size_t BUFFER_SIZE = 65536;
 // Room for announcements that come while a callback runs: a busy scan makes hundreds.
-constexpr int RECEIVE_ROOM = 512 * 1024;
+constexpr int RECEIVE_ROOM = 524288;
 
 struct FreeMessage {
     void operator()(nl_msg* message) const { nlmsg_free(message); }

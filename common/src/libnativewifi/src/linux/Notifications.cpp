@@ -56,7 +56,7 @@ std::shared_ptr<Notifications> Notifications::start(std::shared_ptr<Radios> radi
                                                     std::unique_ptr<Announcements> announcements,
                                                     const Registration& registration) {
     // The constructor is private.
-    const std::shared_ptr<Notifications> self(
+    std::shared_ptr<Notifications> self(
         new Notifications(std::move(radios), std::move(announcements), registration));
     const SignalsBlocked blocked;
     // Detached, because a callback may stop it, which cannot join its own thread.

@@ -56,12 +56,10 @@ std::size_t Service::openHandles() const {
 }
 
 Service& Service::current() {
-    if (Service* const replacement = g_replacement.load(std::memory_order_acquire)) {
-        return *replacement;
-    }
+    Service* const replacement = g_replacement.load(std::memory_order_acquire);
     // Never destroyed: threads of clients that stay open run until the process ends.
-    static Service& system = *new Service(*new NetlinkKernel);
-    return system;
+    static Service* const system = new Service(*new NetlinkKernel);
+    return *(replacement != nullptr ? replacement : system);
 }
 
 ScopedService::ScopedService(Service& service) : m_previous(g_replacement.exchange(&service)) {}
