@@ -45,7 +45,7 @@ BUILDS = (("windows-checked", ("all",), ("wine",)),
           ("native", ("all", "benchmarks"), ()),
           ("thread-sanitizer", ("test_threads",), ()))
 # Python suites of the build's programs, which run after it; the others run beside the builds.
-SCRIPTS_OF_BUILDS = {"windows-checked": ("python/system/test_contract_kit",),
+SCRIPTS_OF_BUILDS = {"windows-checked": ("python/system/test_contract_kit", "python/system/test_signal"),
                      "linux": ("python/system/test_linux", "python/system/test_debian_package")}
 # The order of the tests in a program; printed, so that a run can be repeated.
 SEED = int(os.environ.get("MRLR_TEST_SEED", 1167))

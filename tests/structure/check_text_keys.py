@@ -18,6 +18,7 @@ CODE = {
     "tesk5": ("common/src/libtesk5",),
     "networkadapters": ("common/src/libnetworkadapters",),
     "mrlrantenna": ("modules/src/windows/diag/mrlrantenna", "common/src/libuikit"),
+    "mrlrsignal": ("modules/src/diag/mrlrsignal",),
 }
 SYSTEMS = ("linux", "windows")
 SUFFIXES = (".h", ".cpp", ".rc", ".html")

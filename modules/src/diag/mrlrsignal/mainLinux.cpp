@@ -1,0 +1,5 @@
+#include "SignalProgram.h"
+
+int main(int argc, char** argv) {
+    return runSignalProgram({argv, argv + argc});
+}

@@ -1,0 +1,206 @@
+// The verdicts of the level test, through the real framework, on the simulated radio.
+#include "SignalLevelTest.h"
+
+#include "ModuleObjects.h"
+
+#include <mrlrantenna/ModuleTest.h>
+
+#include <tesk5/Registry.h>
+
+namespace test {
+namespace {
+
+using namespace std::chrono_literals;
+using radiosim::AccessPoint;
+using radiosim::Bss;
+using radiosim::Level;
+using tesk5::TestResult;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using Settings = std::vector<std::pair<tesk5::Parameter*, const char*>>;
+
+Bss radioAt(Level level, std::uint8_t number = 0) {
+    return {.bssid = {2, 0, 0, 0, 1, number}, .rssi = level, .heardEvery = 100ms};
+}
+
+class SignalLevelVerdicts : public ModuleTest {
+protected:
+    SignalLevelVerdicts() {
+        static const bool initialized = (initializeSignalModule(), true);
+        EXPECT_TRUE(initialized);
+        give({{parameters::ssid, "Lab"}, {parameters::maxSeconds, "8"}});
+    }
+    ~SignalLevelVerdicts() override {
+        for (tesk5::Parameter* const parameter : m_given) {
+            parameter->reset();
+        }
+    }
+
+    void give(const Settings& settings) {
+        for (const auto& [parameter, text] : settings) {
+            parameter->set(text);
+            m_given.push_back(parameter);
+        }
+    }
+
+    TestResult verdictAt(Level level, const Settings& settings) {
+        startRadio({AccessPoint{.ssid = "Lab", .bss = {{radioAt(level)}}}});
+        give(settings);
+        return SignalLevelTest(device());
+    }
+
+    std::vector<std::string> findings(bool complete = true) {
+        std::vector<std::string> keys;
+        for (const tesk5::Finding& finding : checkSignalParameters(complete)) {
+            EXPECT_FALSE(finding.good);
+            keys.push_back(finding.key.utf8());
+        }
+        return keys;
+    }
+
+private:
+    std::vector<tesk5::Parameter*> m_given;
+};
+
+const Settings LIMITS = {{parameters::warningLevel, "-60"},
+                         {parameters::failingLevel, "-70"},
+                         {parameters::guardBand, "2"}};
+
+TEST_F(SignalLevelVerdicts, PassAboveEveryLimit) {
+    EXPECT_EQ(verdictAt(-50, LIMITS), TestResult::PASS());
+    EXPECT_THAT(raisedKeys(), IsEmpty());
+    ASSERT_EQ(measurements().size(), 1U);
+    EXPECT_EQ(measurements()[0].value.text(), "-50.0");
+    EXPECT_EQ(measurements()[0].unit.utf8(), "dBm");
+    EXPECT_EQ(measurements()[0].limits.size(), 2U);
+}
+
+TEST_F(SignalLevelVerdicts, FailBelowTheFailingLevelAndItsGuardBand) {
+    EXPECT_EQ(verdictAt(-73, LIMITS), TestResult::FAIL());
+    EXPECT_THAT(raisedKeys(), ElementsAre("LEVEL_BELOW_FAILING"));
+}
+
+TEST_F(SignalLevelVerdicts, WarnBetweenTheLimits) {
+    EXPECT_EQ(verdictAt(-65, LIMITS), TestResult::WARN());
+    EXPECT_THAT(raisedKeys(), ElementsAre("LEVEL_BELOW_WARNING"));
+}
+
+TEST_F(SignalLevelVerdicts, WarnNearEitherLimit) {
+    EXPECT_EQ(verdictAt(-71, LIMITS), TestResult::WARN());
+    EXPECT_EQ(verdictAt(-69, {}), TestResult::WARN());
+    EXPECT_EQ(verdictAt(-59, {}), TestResult::WARN());
+    EXPECT_THAT(raisedKeys(), ElementsAre("LEVEL_TOO_CLOSE", "LEVEL_TOO_CLOSE", "LEVEL_TOO_CLOSE"));
+}
+
+TEST_F(SignalLevelVerdicts, CountTheOffset) {
+    EXPECT_EQ(verdictAt(-73, LIMITS), TestResult::FAIL());
+    EXPECT_EQ(verdictAt(-73, {{parameters::offset, "20.5"}}), TestResult::PASS());
+    EXPECT_EQ(measurements().back().value.text(), "-52.5");
+}
+
+TEST_F(SignalLevelVerdicts, WarnOfTooMuchSpread) {
+    const Level noisy = Level::Shape{.start = -40, .deviation = 4};
+    EXPECT_EQ(verdictAt(noisy, {{parameters::failingLevel, "-70"}}), TestResult::PASS());
+    EXPECT_EQ(verdictAt(noisy, {{parameters::maxSpread, "2"}}), TestResult::WARN());
+    EXPECT_THAT(raisedKeys(), ElementsAre("SPREAD_TOO_LARGE"));
+}
+
+TEST_F(SignalLevelVerdicts, WarnOfADrift) {
+    const Level falling = Level::Shape{.start = -40, .driftPerSecond = -3, .deviation = 0.3};
+    EXPECT_EQ(verdictAt(falling, {{parameters::failingLevel, "-70"}}), TestResult::PASS());
+    EXPECT_EQ(verdictAt(falling, {{parameters::maxDrift, "2"}}), TestResult::WARN());
+    EXPECT_THAT(raisedKeys(), ElementsAre("DRIFT_TOO_LARGE"));
+}
+
+TEST_F(SignalLevelVerdicts, FailWhateverElseIsToBeWarnedOf) {
+    const Level noisy = Level::Shape{.start = -85, .deviation = 4};
+    EXPECT_EQ(verdictAt(noisy, {{parameters::failingLevel, "-70"}, {parameters::maxSpread, "2"}}),
+              TestResult::FAIL());
+    EXPECT_THAT(raisedKeys(), ElementsAre("LEVEL_BELOW_FAILING", "SPREAD_TOO_LARGE"));
+}
+
+TEST_F(SignalLevelVerdicts, CannotRunWithTheReason) {
+    give({{parameters::failingLevel, "-70"}});
+    struct {
+        std::vector<AccessPoint> accessPoints;
+        const char* event;
+    } const scenes[] = {
+        {{}, "NO_LEVEL_NOT_SEEN"},
+        {{{.ssid = "Lab", .bss = {{{.rssi = -60, .heardUntil = 0ms}}}}}, "NO_LEVEL_ONLY_OLD"},
+        {{{.ssid = "Lab", .bss = {{radioAt(0)}}}}, "NO_LEVEL_NO_NUMBERS"},
+        {{{.ssid = "Lab", .bss = {{{.rssi = -60, .heardEvery = 3s}}}}}, "NO_LEVEL_TOO_FEW"},
+        {{{.ssid = "Lab", .bss = {{radioAt(-50), radioAt(-65, 1)}}}}, "NO_LEVEL_AMBIGUOUS"},
+    };
+    for (const auto& [accessPoints, event] : scenes) {
+        startRadio(accessPoints);
+        EXPECT_EQ(SignalLevelTest(device()), TestResult::CANNOTRUN()) << event;
+        ASSERT_FALSE(raised().empty());
+        EXPECT_EQ(raisedKeys().back(), event);
+    }
+    EXPECT_THAT(measurements(), IsEmpty());
+}
+
+TEST_F(SignalLevelVerdicts, CannotRunWithTheRadioOffAndAskForAdvice) {
+    give({{parameters::failingLevel, "-70"}});
+    startRadio(radiosim::Scenario{.interfaces = {{.phys = {{.software = 2}}}}});
+    EXPECT_EQ(SignalLevelTest(device()), TestResult::CANNOTRUN());
+    EXPECT_THAT(raisedKeys(), ElementsAre("NO_LEVEL_RADIO_OFF"));
+    EXPECT_TRUE(adviceRequested());
+}
+
+TEST_F(SignalLevelVerdicts, NameTheCandidatesOfAName) {
+    give({{parameters::failingLevel, "-70"}});
+    startRadio({AccessPoint{.ssid = "Lab", .bss = {{radioAt(-50), radioAt(-65, 1)}}}});
+    SignalLevelTest(device());
+    EXPECT_THAT(raisedLines().back(), testing::HasSubstr("02:00:00:00:01:00, 2437 MHz, -50.0 dBm; "
+                                                         "02:00:00:00:01:01, 2437 MHz, -65.0 dBm"));
+}
+
+TEST_F(SignalLevelVerdicts, FollowAnAddressAndABand) {
+    give({{parameters::ssid, ""},
+          {parameters::bssid, "02-00-00-00-01-01"},
+          {parameters::failingLevel, "-70"}});
+    startRadio({AccessPoint{.ssid = "Lab", .bss = {{radioAt(-50), radioAt(-85, 1)}}}});
+    EXPECT_EQ(SignalLevelTest(device()), TestResult::FAIL());
+    give({{parameters::bssid, ""}, {parameters::ssid, "Lab"}, {parameters::band, "5"}});
+    Bss five = radioAt(-50, 1);
+    five.channel = 36;
+    startRadio({AccessPoint{.ssid = "Lab", .bss = {{radioAt(-85), five}}}});
+    EXPECT_EQ(SignalLevelTest(device()), TestResult::PASS());
+}
+
+TEST_F(SignalLevelVerdicts, RefuseParametersThatDoNotGoTogether) {
+    give({{parameters::failingLevel, "-70"}});
+    EXPECT_THAT(findings(), IsEmpty());
+    give({{parameters::bssid, "02:00"}});
+    EXPECT_THAT(findings(), ElementsAre("CHECK_NO_BSSID"));
+    give({{parameters::bssid, ""}, {parameters::ssid, ""}});
+    EXPECT_THAT(findings(), ElementsAre("CHECK_NO_TARGET"));
+    EXPECT_THAT(findings(false), IsEmpty());
+    give({{parameters::ssid, "Lab"}, {parameters::warningLevel, "-75"}});
+    EXPECT_THAT(findings(), ElementsAre("CHECK_LEVELS_SWAPPED"));
+    give({{parameters::warningLevel, "-66"}, {parameters::guardBand, "2"}});
+    EXPECT_THAT(findings(), IsEmpty());
+    give({{parameters::guardBand, "2.5"}});
+    EXPECT_THAT(findings(), ElementsAre("CHECK_GUARD_BAND_TOO_WIDE"));
+    give({{parameters::warningLevel, ""}, {parameters::failingLevel, ""}});
+    EXPECT_THAT(findings(), ElementsAre("CHECK_NO_LIMIT"));
+}
+
+TEST_F(SignalLevelVerdicts, MeasureNothingWithParametersThatAreWrong) {
+    EXPECT_EQ(verdictAt(-50, {{parameters::bssid, "02:00"}}), TestResult::BADPARAMS());
+    EXPECT_THAT(raisedKeys(), ElementsAre("CHECK_NO_BSSID", "CHECK_NO_LIMIT"));
+    EXPECT_THAT(raisedLines().front(), testing::HasSubstr("02:00"));
+    EXPECT_THAT(radio().calls(), IsEmpty());
+}
+
+TEST_F(SignalLevelVerdicts, RefuseLevelsInPercent) {
+    EXPECT_STREQ(parameters::failingLevel->refusal("70"), "LEVEL_WITHOUT_SIGN");
+    EXPECT_TRUE(parameters::failingLevel->accepts("-70"));
+    EXPECT_FALSE(parameters::failingLevel->accepts("-111"));
+    EXPECT_FALSE(parameters::failingLevel->accepts("-9"));
+}
+
+} // namespace
+} // namespace test
