@@ -110,12 +110,26 @@ TEST_F(HostFiles, HaveTheSwitchesOfTheRadioAlone) {
     write(radio / "rfkill12/hard", "1\n");
     const Rfkill rfkill(root());
     EXPECT_EQ(rfkill.state("wlan0"), (Rfkill::State{.soft = false, .hard = true}));
+    write(radio / "rfkill12/soft", "1\n");
+    write(radio / "rfkill12/hard", "0\n");
+    EXPECT_EQ(rfkill.state("wlan0"), (Rfkill::State{.soft = true, .hard = false}));
     EXPECT_EQ(rfkill.block("wlan0", true), 0);
     EXPECT_EQ(m_kernel.writtenToRfkill().size(), 16U) << "both";
     EXPECT_EQ(rfkill.block("wlan1", true), EOPNOTSUPP);
     fs::remove(root() / "dev/rfkill");
     fs::create_directory(root() / "dev/rfkill");
     EXPECT_EQ(rfkill.block("wlan0", true), EISDIR);
+}
+
+TEST_F(HostFiles, HaveOtherSwitchesWhenTheRadioIsAnother) {
+    const fs::path radio = root() / "sys/class/ieee80211/phy0";
+    const Rfkill rfkill(root());
+    EXPECT_EQ(rfkill.state("wlan0"), Rfkill::State{});
+    fs::remove_all(radio / "rfkill0");
+    EXPECT_EQ(rfkill.state("wlan0"), std::nullopt);
+    write(radio / "rfkill3/soft", "0\n");
+    write(radio / "rfkill3/hard", "1\n");
+    EXPECT_EQ(rfkill.state("wlan0"), (Rfkill::State{.soft = false, .hard = true}));
 }
 
 // --- GUIDs ---

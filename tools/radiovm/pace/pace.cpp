@@ -28,10 +28,10 @@ constexpr std::chrono::seconds IDLE{3};
 class ScanEnds {
 public:
     static void receive(WLAN_NOTIFICATION_DATA* notification, PVOID context) {
-        auto& self = *static_cast<ScanEnds*>(context);
         if (notification->NotificationSource == WLAN_NOTIFICATION_SOURCE_ACM &&
             (notification->NotificationCode == wlan_notification_acm_scan_complete ||
              notification->NotificationCode == wlan_notification_acm_scan_fail)) {
+            auto& self = *static_cast<ScanEnds*>(context);
             const std::lock_guard lock(self.m_mutex);
             ++self.m_count;
             self.m_changed.notify_all();

@@ -30,16 +30,13 @@ std::optional<std::uint32_t> switchNumber(std::string_view name) {
                                                                     : std::nullopt;
 }
 
-struct Switch {
-    std::uint32_t number;
-    std::filesystem::path folder;
-};
+} // namespace
 
-std::vector<Switch> switchesIn(const std::filesystem::path& radio) {
+std::vector<Rfkill::Switch> Rfkill::switchesOf(const std::string& interface) const {
     std::vector<Switch> found;
     std::error_code error;
-    for (std::filesystem::directory_iterator entry(radio, error), end; !error && entry != end;
-         entry.increment(error)) {
+    for (std::filesystem::directory_iterator entry(radioFolder(m_root, interface), error), end;
+         !error && entry != end; entry.increment(error)) {
         if (const auto number = switchNumber(entry->path().filename().string())) {
             found.push_back({*number, entry->path()});
         }
@@ -47,20 +44,35 @@ std::vector<Switch> switchesIn(const std::filesystem::path& radio) {
     return found;
 }
 
-} // namespace
-
-std::optional<Rfkill::State> Rfkill::state(const std::string& interface) const {
+// Nothing without switches, and when one of them has gone.
+std::optional<Rfkill::State> Rfkill::stateOf(const std::vector<Switch>& switches) {
     std::optional<State> all;
-    for (const Switch& each : switchesIn(radioFolder(m_root, interface))) {
+    for (const Switch& each : switches) {
+        const std::string soft = lineOf(each.folder / "soft");
+        if (soft.empty()) {
+            return std::nullopt;
+        }
         State& state = all ? *all : all.emplace();
-        state.soft = state.soft || lineOf(each.folder / "soft") == "1";
+        state.soft = state.soft || soft == "1";
         state.hard = state.hard || lineOf(each.folder / "hard") == "1";
     }
     return all;
 }
 
+std::optional<Rfkill::State> Rfkill::state(const std::string& interface) const {
+    // A radio keeps its switches, and listing its folder costs more than a list of networks.
+    const std::lock_guard lock(m_mutex);
+    std::vector<Switch>& known = m_known[interface];
+    std::optional<State> state = stateOf(known);
+    if (!state) {
+        known = switchesOf(interface);
+        state = stateOf(known);
+    }
+    return state;
+}
+
 int Rfkill::block(const std::string& interface, bool blocked) const {
-    const std::vector<Switch> all = switchesIn(radioFolder(m_root, interface));
+    const std::vector<Switch> all = switchesOf(interface);
     if (all.empty()) {
         return EOPNOTSUPP;
     }

@@ -1,13 +1,17 @@
 // The switches of one radio: rfkill's state in sysfs, changed through rfkill's device.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <map>
+#include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace nativewifi::linux_radio {
 
-/// Reads afresh with each question. Any thread.
+/// Reads the state afresh with each question. Any thread.
 class Rfkill {
 public:
     /// \param root the folder that has sys and dev
@@ -28,7 +32,16 @@ public:
     int block(const std::string& interface, bool blocked) const;
 
 private:
-    std::filesystem::path m_root;
+    struct Switch {
+        std::uint32_t number;
+        std::filesystem::path folder;
+    };
+    std::vector<Switch> switchesOf(const std::string& interface) const;
+    static std::optional<State> stateOf(const std::vector<Switch>& switches);
+
+    const std::filesystem::path m_root;
+    mutable std::mutex m_mutex;
+    mutable std::map<std::string, std::vector<Switch>> m_known; ///< by interface
 };
 
 } // namespace nativewifi::linux_radio
