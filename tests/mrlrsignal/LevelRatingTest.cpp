@@ -1,4 +1,6 @@
 // What a level says about limits, and how often sampling that ends early says something else.
+#include "FixedRandom.h"
+
 #include <statistics/LevelRating.h>
 
 #include <gtest/gtest.h>
@@ -90,7 +92,7 @@ Rating measured(std::mt19937& random, double level, double carried, const LevelL
 
 double shareThatPasses(double level, double carried) {
     const LevelLimits limits{.warning = {}, .failing = -70, .guardBand = 2};
-    std::mt19937 random(17);
+    std::mt19937 random = test::fixedRandom(17);
     constexpr int RUNS = 4000;
     int passed = 0;
     for (int i = 0; i < RUNS; ++i) {

@@ -19,7 +19,7 @@ Bss radio(std::uint8_t number, Level level) {
 
 class Measurements : public radiosim::WithEngine {
 protected:
-    Sampling measured(SamplingPlan plan = {}, Target target = {.ssid = "Lab"}) {
+    Sampling measured(const SamplingPlan& plan = {}, Target target = {.ssid = "Lab"}) {
         LevelSource source(guid(), std::move(target));
         return measure(source, plan, nullptr, nullptr);
     }
@@ -27,7 +27,7 @@ protected:
     Sampling ofLab(std::vector<Bss> radios, SamplingPlan plan = {},
                    Target target = {.ssid = "Lab"}) {
         show({{.ssid = "Lab", .bss = std::move(radios)}});
-        return measured(std::move(plan), std::move(target));
+        return measured(plan, std::move(target));
     }
 };
 

@@ -20,7 +20,7 @@ using testing::IsEmpty;
 
 using Settings = std::vector<std::pair<tesk5::Parameter*, const char*>>;
 
-Bss radioAt(Level level, std::uint8_t number = 0) {
+Bss radioAt(const Level& level, std::uint8_t number = 0) {
     return {.bssid = {2, 0, 0, 0, 1, number}, .rssi = level, .heardEvery = 100ms};
 }
 
@@ -44,7 +44,7 @@ protected:
         }
     }
 
-    TestResult verdictAt(Level level, const Settings& settings) {
+    TestResult verdictAt(const Level& level, const Settings& settings) {
         startRadio({AccessPoint{.ssid = "Lab", .bss = {{radioAt(level)}}}});
         give(settings);
         return SignalLevelTest(device());

@@ -1,5 +1,7 @@
 // Statistics against numbers that were published elsewhere, and against readings whose answer is
 // known beforehand.
+#include "FixedRandom.h"
+
 #include <statistics/MedianInterval.h>
 #include <statistics/Robust.h>
 #include <statistics/Trend.h>
@@ -101,7 +103,7 @@ TEST(MedianIntervals, OfTooFewReadingsSayWhatTheyAreWorth) {
 TEST(MedianIntervals, OfReadingsThatComeTwiceEachAreThoseOfHalfAsMany) {
     Values twice;
     Values once;
-    std::mt19937 random(7);
+    std::mt19937 random = test::fixedRandom(7);
     std::uniform_real_distribution<double> anywhere(-70, -50);
     for (int i = 0; i < 100; ++i) {
         once.push_back(anywhere(random));
@@ -140,7 +142,7 @@ Values averagedReadings(std::mt19937& random, std::size_t count, double carried)
 }
 
 double shareThatCovers(double carried) {
-    std::mt19937 random(11);
+    std::mt19937 random = test::fixedRandom(11);
     int covered = 0;
     constexpr int RUNS = 2000;
     for (int i = 0; i < RUNS; ++i) {
@@ -211,7 +213,7 @@ TEST(Trends, OfReadingsAtTheSameTimeHaveNoSlope) {
 }
 
 double shareWithATrend(double carried) {
-    std::mt19937 random(13);
+    std::mt19937 random = test::fixedRandom(13);
     int found = 0;
     constexpr int RUNS = 1000;
     for (int i = 0; i < RUNS; ++i) {

@@ -40,9 +40,10 @@ std::int32_t Level::at(Milliseconds elapsed) const {
     if (m_shape.deviation > 0) {
         double carried = 0;
         double weight = 1;
-        for (std::int64_t age = 0; age <= MEMORY && weight > 0; ++age, weight *= m_shape.carried) {
+        for (std::int64_t age = 0; age <= MEMORY; ++age) {
             // The noise before the start too: the first value has the same spread as any other.
             carried += weight * noise(m_shape.seed, index - age + MEMORY);
+            weight *= m_shape.carried;
         }
         value += m_shape.deviation * std::sqrt(1 - m_shape.carried * m_shape.carried) * carried;
     }

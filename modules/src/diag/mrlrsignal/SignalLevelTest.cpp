@@ -173,20 +173,20 @@ void fillCandidates(Event& event, const Sampling& sampling) {
 
 struct Explanation {
     NoLevel reason;
-    Event* const& event;
+    Event* const* event;
     Fill fill;
     bool advice; ///< the doctor can find the cause
 };
 const Explanation explanations[] = {
-    {NoLevel::NO_SERVICE, events::noService, &fillError, true},
-    {NoLevel::RADIO_OFF, events::radioOff, &fillError, true},
-    {NoLevel::DENIED, events::denied, &fillError, true},
-    {NoLevel::NOT_SEEN, events::notSeen, &fillSeconds, true},
-    {NoLevel::ONLY_OLD, events::onlyOld, &fillSeconds, false},
-    {NoLevel::NO_LEVELS, events::noLevels, &fillOutOfRange, false},
-    {NoLevel::TOO_FEW, events::tooFew, &fillReadings, false},
-    {NoLevel::AMBIGUOUS, events::ambiguous, &fillCandidates, false},
-    {NoLevel::FAILED, events::listFailed, &fillError, true},
+    {NoLevel::NO_SERVICE, &events::noService, &fillError, true},
+    {NoLevel::RADIO_OFF, &events::radioOff, &fillError, true},
+    {NoLevel::DENIED, &events::denied, &fillError, true},
+    {NoLevel::NOT_SEEN, &events::notSeen, &fillSeconds, true},
+    {NoLevel::ONLY_OLD, &events::onlyOld, &fillSeconds, false},
+    {NoLevel::NO_LEVELS, &events::noLevels, &fillOutOfRange, false},
+    {NoLevel::TOO_FEW, &events::tooFew, &fillReadings, false},
+    {NoLevel::AMBIGUOUS, &events::ambiguous, &fillCandidates, false},
+    {NoLevel::FAILED, &events::listFailed, &fillError, true},
 };
 
 TestResult withoutLevel(const Sampling& sampling) {
@@ -197,8 +197,8 @@ TestResult withoutLevel(const Sampling& sampling) {
         if (explanation.reason != sampling.none) {
             continue;
         }
-        explanation.fill(*about(explanation.event), sampling);
-        DiagModule::error(explanation.event, __FILE__, __LINE__);
+        explanation.fill(*about(*explanation.event), sampling);
+        DiagModule::error(*explanation.event, __FILE__, __LINE__);
         if (explanation.advice) {
             DiagModule::requestAdvice();
         }
