@@ -155,6 +155,37 @@ TEST_F(BadInputs, AreRefusedWithWhatIsWrongAndWhatToDo) {
     }
 }
 
+TEST_F(BadInputs, AreRefusedForNumbersAndChoicesWithRangeAndUnit) {
+    registry()
+        .findTest("Signal")
+        ->addParameter(
+            optionalParameter("Level", DataType::DECIMAL())->setRange({-110, -10, "dBm"}))
+        ->addParameter(optionalParameter("Samples", DataType::INTEGER())->setRange({5, 1000, ""}))
+        ->addParameter(
+            optionalParameter("Band", DataType::CHOICE())->setChoices({"2.4", "5", "6"}));
+    const Refusal refusals[] = {
+        {{"Level=70"},
+         "\"70\" lies outside -110 to -10\u00A0dBm, and -70 lies inside; did you mean -70?"},
+        {{"Level=-120"}, "\"-120\" lies outside -110 to -10\u00A0dBm; give a number in this range"},
+        {{"Level=-70,5"}, "\"-70,5\" has a decimal comma; write a decimal point: -70.5"},
+        {{"Level=-70dBm"},
+         "\"-70dBm\" is not a number in decimal digits, with a decimal point where needed and "
+         "without unit; give one from -110 to -10\u00A0dBm"},
+        {{"Level=-70.1234"},
+         "\"-70.1234\" has more than 3 digits behind the decimal point; round it"},
+        {{"Samples=15.5"}, "\"15.5\" is not a whole number; give one from 5 to 1000"},
+        {{"Samples=4"}, "\"4\" lies outside 5 to 1000; give a number in this range"},
+        {{"Band=2,4"},
+         "\"2,4\" is no choice, the nearest is \"2.4\"; give one of \"2.4\", \"5\", \"6\""},
+        {{"Band=60GHz"}, "\"60GHz\" is no choice; give one of \"2.4\", \"5\", \"6\""},
+    };
+    for (const auto& [setting, reason] : refusals) {
+        refuses({"run", "--set", setting.front()}, "--set " + setting.front() + ": " + reason);
+    }
+    registry().findParameter("Level")->setReasonForOtherSign("LEVEL_NEGATIVE");
+    refuses({"run", "--set", "Level=70"}, "--set Level=70: LEVEL_NEGATIVE");
+}
+
 TEST_F(BadInputs, NothingToRun) {
     registry().tests.clear();
     refuses({"run"}, "there is no test to run; use the command list");

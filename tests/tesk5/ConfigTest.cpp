@@ -236,6 +236,66 @@ TEST_F(Configurations, AreRefusedForValuesOfTheWrongKind) {
     }
 }
 
+class NumbersInConfigurations : public Configurations {
+protected:
+    NumbersInConfigurations() {
+        registerNoting("Level")
+            ->addParameter(
+                DiagModule::createParameter("Level", DataType::DECIMAL(), "-70", false, true)
+                    ->setRange({-110, -10, "dBm"}))
+            ->addParameter(
+                optionalParameter("Samples", DataType::INTEGER())->setRange({5, 1000, ""}))
+            ->addParameter(optionalParameter("Band", DataType::CHOICE())->setChoices({"2.4", "5"}));
+    }
+
+    std::string valuesFor(const std::string& parameters) {
+        EXPECT_EQ(runWith("tests = 'Level'\n[parameters]\n" + parameters), 0) << errors();
+        return m_runs.empty() ? "" : m_runs.front();
+    }
+};
+
+TEST_F(NumbersInConfigurations, AreTomlNumbersAndChoicesAreTexts) {
+    EXPECT_EQ(valuesFor("Level = -57.5\nSamples = 20\nBand = '5'"),
+              "Level on Card 1, -57.5, 20, 5");
+    EXPECT_EQ(valuesFor("Level = -60\nSamples = 2e1"), "Level on Card 1, -60, 20, ");
+    EXPECT_EQ(valuesFor("Level = -0.1e3"), "Level on Card 1, -100, 0, ");
+}
+
+TEST_F(NumbersInConfigurations, AreRefusedAtTheirPlace) {
+    const std::vector<std::pair<const char*, const char*>> mistakes = {
+        {"Level = 70", "line 2, column 9: \"70\" lies outside -110 to -10\u00A0dBm, and -70 lies "
+                       "inside; did you mean -70?"},
+        {"Level = -70.12345", "line 2, column 9: \"-70.12345\" has more than 3 digits behind the "
+                              "decimal point; round it"},
+        {"Level = '-70'", "line 2, column 9: Level takes a number, without quotes, not a text"},
+        {"Level = -inf", "line 2, column 9: Level takes a number, without quotes, not a number "
+                         "with a decimal point"},
+        {"Level = 1e300", nullptr},
+        {"Samples = 15.5",
+         "line 2, column 11: \"15.5\" is not a whole number; give one from 5 to 1000"},
+        {"Band = 5", "line 2, column 8: Band takes a text in quotes, not 5"},
+        {"Band = '7'", "line 2, column 8: \"7\" is no choice; give one of \"2.4\", \"5\""},
+    };
+    for (const auto& [toml, expected] : mistakes) {
+        const std::string found = refusal(std::string("[parameters]\n") + toml);
+        EXPECT_THAT(found, expected == nullptr ? HasSubstr("is not a number in decimal digits")
+                                               : HasSubstr(expected));
+    }
+}
+
+TEST_F(NumbersInConfigurations, AreDescribedInTheTemplateWhichIsAccepted) {
+    EXPECT_EQ(start({"list", "--config-template"}), 0);
+    const std::string text = output();
+    EXPECT_THAT(text, HasSubstr("# A number, -110 to -10\u00A0dBm; for Level\n#Level = -70\n"));
+    EXPECT_THAT(text, HasSubstr("# A whole number, 5 to 1000; for Level\n#Samples = 5\n"));
+    EXPECT_THAT(text, HasSubstr("# One of \"2.4\", \"5\"; for Level\n#Band = \"2.4\"\n"));
+    const std::string settings = std::regex_replace(text.substr(text.find("[parameters]")),
+                                                    std::regex("(^|\n)#(?! )"), "$1");
+    EXPECT_EQ(valuesFor(settings.substr(settings.find('\n'),
+                                        settings.find("[devices]") - settings.find('\n'))),
+              "Level on Card 1, -70, 5, 2.4");
+}
+
 TEST_F(Configurations, AreRefusedWhenTheyAreNotToml) {
     for (const auto& [toml, place] : std::vector<std::pair<std::string, const char*>>{
              {"tests = [", "line 1, column "},

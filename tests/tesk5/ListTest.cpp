@@ -62,6 +62,25 @@ What would run
 )");
 }
 
+TEST_F(List, ShowsUnitRangeAndDefaultOfNumbersAndChoices) {
+    registry()
+        .findTest("Once")
+        ->addParameter(
+            DiagModule::createParameter("Level", DataType::DECIMAL(), "-70.5", false, true)
+                ->setRange({-110, -10, "dBm"}))
+        ->addParameter(DiagModule::createParameter("Samples", DataType::INTEGER(), "", false, false)
+                           ->setRange({5, 1000, ""}))
+        ->addParameter(DiagModule::createParameter("Band", DataType::CHOICE(), "5", false, true)
+                           ->setChoices({"2.4", "5"}));
+    EXPECT_EQ(start({"list"}), 0);
+    EXPECT_THAT(
+        output(),
+        HasSubstr(
+            "    parameter:    Level (decimal, -110 to -10\u00A0dBm, default -70.5\u00A0dBm)\n"
+            "    parameter:    Samples (integer, 5 to 1000, required)\n"
+            "    parameter:    Band (choice, \"2.4\", \"5\", default \"5\")\n"));
+}
+
 TEST_F(List, HonoursTheChoiceOfDevices) {
     EXPECT_EQ(start({"list", "--device", "card a"}), 0);
     EXPECT_THAT(output(),

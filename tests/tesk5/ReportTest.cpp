@@ -1,63 +1,22 @@
 // What a run says of itself: the JSON report, the JUnit report, the HTML page and the stream of
 // events, all of the same run.
-#include "FrameworkTest.h"
+#include "Reports.h"
 
 #include <reports/EventStream.h>
 
 #include <mrl/Exception.h>
 #include <mrl/LoggerStream.h>
 
-#include <nlohmann/json.hpp>
-
-#include <sstream>
 #include <thread>
 
 namespace test {
 
 namespace {
 
-using nlohmann::ordered_json;
-
-// The members `name` of objects.
-std::vector<ordered_json> allOf(const std::string& name, const std::vector<ordered_json>& objects) {
-    std::vector<ordered_json> members;
-    members.reserve(objects.size());
-    for (const ordered_json& object : objects) {
-        members.push_back(object.at(name));
-    }
-    return members;
-}
-
 void log(int priority, const char* text) {
     mrl::Logger& logger = mrl::LogFactory::createLogger("page");
     mrl::LoggerStream(logger.admitting(priority), priority) << text;
 }
-
-class Reports : public FrameworkTest {
-protected:
-    /// Starts a run with a report of every kind; \return its exit value.
-    int startWithReports(std::vector<std::string> arguments = {}) {
-        forgetOutput();
-        arguments.insert(arguments.begin(), {"run", "--json", file("r.json"), "--junit",
-                                             file("r.xml"), "--html", file("r.html")});
-        return start(std::move(arguments));
-    }
-    int startWithEvents() { return startWithReports({"--events"}); }
-
-    ordered_json json() const { return ordered_json::parse(bytesOfFile(file("r.json"))); }
-    ordered_json result(std::size_t run) const { return json().at("results").at(run); }
-    std::string junit() const { return bytesOfFile(file("r.xml")); }
-    std::string html() const { return bytesOfFile(file("r.html")); }
-    std::vector<ordered_json> events() const {
-        std::vector<ordered_json> lines;
-        std::istringstream stream(output());
-        for (std::string line; std::getline(stream, line);) {
-            lines.push_back(ordered_json::parse(line));
-        }
-        return lines;
-    }
-    std::vector<ordered_json> types() const { return allOf("type", events()); }
-};
 
 // A run with everything that there is to report, and names that every format must escape.
 class WholeRun : public Reports {

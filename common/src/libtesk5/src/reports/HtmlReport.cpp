@@ -7,6 +7,7 @@
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
 
+#include "reports/Chart.h"
 #include "reports/Gauge.h"
 #include "reports/LogFold.h"
 #include "reports/Markup.h"
@@ -22,6 +23,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 
 namespace tesk5 {
 
@@ -74,6 +76,11 @@ Json timeJson(mrl::Clock::UtcTime time) {
 std::string percent(double share) {
     constexpr int DIGITS = 2;
     return fixedPoint(share, DIGITS) + "%";
+}
+
+// null for the empty text, which leaves its section out.
+Json textOrNull(const std::string& text) {
+    return text.empty() ? Json(nullptr) : Json(text);
 }
 
 // The sentence of a key with each variable's value isolated: a name in the other reading direction
@@ -149,13 +156,132 @@ Json measurementJson(const Measurement& measurement, bool mirrored) {
     Json json;
     json["name"] = translation(measurement.name).utf8();
     json["value"] = withUnit(measurement.value, measurement.unit);
-    json["comparison"] = comparisonText(measurement);
+    json["comparison"] = comparisonText(measurement, &sentenceMarkup);
     json["kind"] =
         kindOf(measurement, broken != nullptr ? std::optional(broken->severity) : std::nullopt);
     json["gauge"] = gaugeJson(measurement, mirrored);
     json["legend"] = listOf(measurement.limits, [&measurement](const Limit& limit) -> Json {
-        return {{"kind", kindOf(limit.severity)}, {"text", limitText(limit, measurement.unit)}};
+        return {{"kind", kindOf(limit.severity)},
+                {"text", limitText(limit, measurement.unit, &sentenceMarkup)}};
     });
+    json["figures"] = listOf(measurement.figures, [](const Figure& figure) -> Json {
+        return {{"name", translation(figure.name).utf8()},
+                {"value", withUnit(figure.value, figure.unit)}};
+    });
+    return json;
+}
+
+// What the drawing of a series shows, in words.
+std::vector<std::string> seriesWords(const Series& series) {
+    const auto [lowest, highest] = std::minmax_element(
+        series.points.begin(), series.points.end(),
+        [](const SeriesPoint& a, const SeriesPoint& b) { return a.value < b.value; });
+    std::vector<std::string> words = {
+        message("REPORT_READINGS", {{"Count", countText(series.points.size())}})};
+    if (!series.points.empty()) {
+        words.push_back(
+            message("REPORT_LOWEST", {{"Value", withUnit(lowest->value, series.head.unit)}}));
+        words.push_back(
+            message("REPORT_HIGHEST", {{"Value", withUnit(highest->value, series.head.unit)}}));
+    }
+    if (series.leftOut > 0) {
+        words.push_back(
+            message("REPORT_READINGS_LEFT_OUT", {{"Count", countText(series.leftOut)}}));
+    }
+    return words;
+}
+
+std::string medianText(const Series& series, Fill fill = &message) {
+    return fill("REPORT_MEDIAN", {{"Value", withUnit(*series.head.median, series.head.unit)}});
+}
+
+Json chartJson(const Series& series, bool mirrored) {
+    const Chart chart = chartOf(series, mirrored);
+    std::vector<std::string> words = {translation(series.head.name).utf8()};
+    for (const std::string& word : seriesWords(series)) {
+        words.push_back(word);
+    }
+    if (series.head.median) {
+        words.push_back(medianText(series));
+    }
+    for (const Limit& limit : series.head.limits) {
+        words.push_back(limitText(limit, series.head.unit));
+    }
+    Json json;
+    json["words"] = phrasesListed(words);
+    json["left"] = percent(mirrored ? 2 : 12);
+    json["side"] = mirrored ? "left" : "right";
+    json["labelX"] = percent(mirrored ? 101 : -1);
+    json["values"] = listOf(chart.values, [](const Chart::Tick& tick) -> Json {
+        return {{"y", percent(tick.at)}, {"text", numberText(tick.number)}};
+    });
+    json["times"] = listOf(chart.times, [](const Chart::Tick& tick) -> Json {
+        return {{"x", percent(tick.at)}, {"text", secondsText(tick.number)}};
+    });
+    json["limits"] = listOf(chart.limits, [](const Chart::LimitLine& limit) -> Json {
+        return {{"kind", kindOf(limit.severity)}, {"y", percent(limit.y)}};
+    });
+    json["median"] = chart.medianY ? Json({{"y", percent(*chart.medianY)}}) : Json(nullptr);
+    json["box"] = "0 0 " + fixedPoint(Chart::SIDE, 0) + " " + fixedPoint(Chart::SIDE, 0);
+    json["curve"] = chart.curve;
+    json["dots"] = chart.dots;
+    return json;
+}
+
+// The readings of a series as a table; a column for each attribute that one of them has. Of very
+// many the first ones: a person reads no more, and a browser shows no more at once.
+Json readingsJson(const Series& series) {
+    constexpr std::size_t MOST_ROWS = 1000;
+    const std::span shown =
+        std::span(series.points).first(std::min(MOST_ROWS, series.points.size()));
+    std::vector<TeskString> columns;
+    for (const SeriesPoint& point : shown) {
+        for (const auto& [name, value] : point.attributes) {
+            if (std::find(columns.begin(), columns.end(), name) == columns.end()) {
+                columns.push_back(name);
+            }
+        }
+    }
+    constexpr int HUNDREDTHS = 2;
+    Json json;
+    json["columns"] =
+        listOf(columns, [](const TeskString& name) { return Json(translation(name).utf8()); });
+    json["cut"] = shown.size() == series.points.size()
+                      ? Json(nullptr)
+                      : Json(message("REPORT_TABLE_CUT", {{"Count", countText(shown.size())}}));
+    json["rows"] = listOf(shown, [&](const SeriesPoint& point) -> Json {
+        const auto cell = [&point](const TeskString& column) {
+            const auto found = std::find_if(
+                point.attributes.begin(), point.attributes.end(),
+                [&column](const auto& attribute) { return attribute.first == column; });
+            return Json(found == point.attributes.end()
+                            ? std::string()
+                            : withUtf8Reading(found->second.shownString().utf8()));
+        };
+        return {{"seconds", secondsText(Number::rounded(point.seconds, HUNDREDTHS))},
+                {"value", withUnit(point.value, series.head.unit)},
+                {"cells", listOf(columns, cell)}};
+    });
+    return json;
+}
+
+Json seriesJson(const Series& series, bool mirrored) {
+    const bool some = !series.points.empty();
+    Json json;
+    json["name"] = translation(series.head.name).utf8();
+    json["unit"] = textOrNull(series.head.unit.utf8());
+    json["facts"] = seriesWords(series);
+    json["chart"] = some ? chartJson(series, mirrored) : Json(nullptr);
+    json["median"] =
+        some && series.head.median ? Json(medianText(series, &sentenceMarkup)) : Json(nullptr);
+    json["limits"] =
+        some ? listOf(series.head.limits,
+                      [&series](const Limit& limit) -> Json {
+                          return {{"kind", kindOf(limit.severity)},
+                                  {"text", limitText(limit, series.head.unit, &sentenceMarkup)}};
+                      })
+             : Json::array();
+    json["readings"] = some ? readingsJson(series) : Json(nullptr);
     return json;
 }
 
@@ -194,11 +320,6 @@ void setTest(Json& json, const Test& test) {
     const TeskString name = translation(test.name());
     json["test"] = nameMarkup(name.utf8());
     json["identifier"] = name == test.name() ? Json(nullptr) : Json(nameMarkup(test.name().utf8()));
-}
-
-// null for the empty text, which leaves its section out.
-Json textOrNull(const std::string& text) {
-    return text.empty() ? Json(nullptr) : Json(text);
 }
 
 Json parametersJson(const Outcome& outcome) {
@@ -254,6 +375,8 @@ Json partJson(const Outcome& outcome, bool mirrored) {
     json["measurements"] = listOf(outcome.measurements, [mirrored](const Measurement& measurement) {
         return measurementJson(measurement, mirrored);
     });
+    json["series"] = listOf(
+        outcome.series, [mirrored](const Series& series) { return seriesJson(series, mirrored); });
     json["surveys"] = listOf(
         outcome.surveys, [mirrored](const Survey& survey) { return surveyJson(survey, mirrored); });
     json[adviceExplains(outcome) ? "causes" : "advice"] = adviceJson(outcome.advice);

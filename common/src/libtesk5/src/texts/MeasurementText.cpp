@@ -1,7 +1,5 @@
 #include "texts/MeasurementText.h"
 
-#include <tesk5/Texts.h>
-
 #include "texts/Lists.h"
 #include "texts/NumberText.h"
 
@@ -36,12 +34,13 @@ constexpr LimitWords limitWords[] = {
      "MEASUREMENT_ABOVE_FAILING"},
 };
 
-std::string wordsOn(const Limit& limit, const TeskString& unit, const char* LimitWords::*words) {
+std::string wordsOn(const Limit& limit, const TeskString& unit, const char* LimitWords::*words,
+                    Fill fill) {
     const auto* const found =
         std::find_if(std::begin(limitWords), std::end(limitWords), [&limit](const auto& row) {
             return row.severity == limit.severity && row.where == limit.kept;
         });
-    return message(found->*words, {{"Limit", withUnit(limit.value, unit)}});
+    return fill(found->*words, {{"Limit", withUnit(limit.value, unit)}});
 }
 
 } // namespace
@@ -51,14 +50,14 @@ std::string measuredText(const Measurement& measurement) {
                                    {"Value", withUnit(measurement.value, measurement.unit)}});
 }
 
-std::string comparisonText(const Measurement& measurement) {
+std::string comparisonText(const Measurement& measurement, Fill fill) {
     if (const Limit* broken = measurement.brokenLimit()) {
-        return wordsOn(*broken, measurement.unit, &LimitWords::broken);
+        return wordsOn(*broken, measurement.unit, &LimitWords::broken, fill);
     }
     // The nearest limit suffices: a value that keeps it keeps the others on its side too.
     const Limit* const nearest = measurement.nearestLimit();
     return nearest == nullptr ? std::string()
-                              : wordsOn(*nearest, measurement.unit, &LimitWords::kept);
+                              : wordsOn(*nearest, measurement.unit, &LimitWords::kept, fill);
 }
 
 std::string figureText(const Figure& figure) {
@@ -70,8 +69,8 @@ std::string figuresText(const Measurement& measurement) {
     return listed(textsOf(measurement.figures, &figureText));
 }
 
-std::string limitText(const Limit& limit, const TeskString& unit) {
-    return wordsOn(limit, unit, &LimitWords::limit);
+std::string limitText(const Limit& limit, const TeskString& unit, Fill fill) {
+    return wordsOn(limit, unit, &LimitWords::limit, fill);
 }
 
 std::string measurementBar(const Measurement& measurement, std::size_t cells) {

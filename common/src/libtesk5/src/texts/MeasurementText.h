@@ -2,6 +2,7 @@
 #pragma once
 
 #include <tesk5/Measurement.h>
+#include <tesk5/Texts.h>
 
 #include <string>
 
@@ -10,9 +11,12 @@ namespace tesk5 {
 /// "Signal strength: 72%"
 std::string measuredText(const Measurement& measurement);
 
+/// Fills the text of a key, as message() does or in markup.
+using Fill = std::string (*)(const TeskString& key, const Event::Variables& variables);
+
 /// How the value compares with its limits: "at or below the failing limit of 20%"; empty when it
 /// has none.
-std::string comparisonText(const Measurement& measurement);
+std::string comparisonText(const Measurement& measurement, Fill fill = &message);
 
 /// "Spread: 1.5 dB"
 std::string figureText(const Figure& figure);
@@ -21,7 +25,7 @@ std::string figureText(const Figure& figure);
 std::string figuresText(const Measurement& measurement);
 
 /// What the limit means: "Failing at 20% or below".
-std::string limitText(const Limit& limit, const TeskString& unit);
+std::string limitText(const Limit& limit, const TeskString& unit, Fill fill = &message);
 
 /// The value on its scale in `cells` characters: "[######|##.......]", each limit a "|" at its
 /// place.

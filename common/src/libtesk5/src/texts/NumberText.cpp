@@ -70,6 +70,10 @@ std::string secondsText(double seconds) {
     return inSeconds(decimalText(fixedPoint(seconds, 1)));
 }
 
+std::string secondsText(const Number& seconds) {
+    return inSeconds(numberText(seconds));
+}
+
 std::string wholeSecondsText(double seconds) {
     return inSeconds(std::to_string(static_cast<long>(std::max(seconds, 0.0))));
 }

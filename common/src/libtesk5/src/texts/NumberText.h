@@ -26,6 +26,9 @@ std::string withUnit(const Number& value, const TeskString& unit);
 /// A duration with its unit, in tenths of a second: "7.0 s".
 std::string secondsText(double seconds);
 
+/// The same with the decimals of `seconds`: "7.25 s".
+std::string secondsText(const Number& seconds);
+
 /// The same in whole seconds, cut: "7 s". A negative duration is shown as 0.
 std::string wholeSecondsText(double seconds);
 
