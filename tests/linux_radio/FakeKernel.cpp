@@ -232,6 +232,11 @@ void FakeKernel::setUp(const std::string& interface, bool up) {
     write(interfaceFolder(interface) / "flags", up ? "0x1003\n" : "0x1002\n");
 }
 
+void FakeKernel::pass(std::chrono::milliseconds time) {
+    m_bootTimeNs += static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::nanoseconds>(time).count());
+}
+
 bool FakeKernel::isUp(const std::string& interface) const {
     return bytesOfFile((interfaceFolder(interface) / "flags").string()) == "0x1003\n";
 }

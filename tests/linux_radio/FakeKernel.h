@@ -7,6 +7,8 @@
 
 #include <Transport.h>
 
+#include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -62,6 +64,7 @@ public:
     void change(std::uint32_t index, const std::function<void(FakeInterface&)>& how);
     void setSwitch(std::uint32_t index, const char* kind, bool blocked); ///< "soft" or "hard"
     void setUp(const std::string& interface, bool up);
+    void pass(std::chrono::milliseconds time);
     bool isUp(const std::string& interface) const;
 
     // --- faults ---
@@ -104,10 +107,11 @@ public:
 
     std::unique_ptr<nativewifi::linux_radio::Transport> connect() override;
     std::unique_ptr<nativewifi::linux_radio::Announcements> listen() override;
-    std::uint64_t bootTimeNs() override { return BOOT_TIME_NS; }
+    std::uint64_t bootTimeNs() override { return m_bootTimeNs; }
     int bringUp(const std::string& interface) override;
     const std::filesystem::path& root() const override { return m_folder.path(); }
 
+    /// At first.
     static constexpr std::uint64_t BOOT_TIME_NS = 1'000'000'000'000;
 
 private:
@@ -145,6 +149,7 @@ private:
     int m_refusal = 0;
     int m_bringUpError = 0;
     bool m_scansEndAtOnce = true;
+    std::atomic<std::uint64_t> m_bootTimeNs = BOOT_TIME_NS;
     std::function<void(std::uint8_t)> m_hook;
     std::vector<FakeRequest> m_requests;
     std::vector<std::shared_ptr<Listener>> m_listeners;

@@ -268,7 +268,7 @@ TEST_F(LinuxNotifications, ReachEachClient) {
 TEST_F(LinuxNotifications, WaitWithoutUsingTheProcessor) {
     startListening();
     const std::size_t waits = kernel().waits();
-    EXPECT_EQ(networks(), ERROR_SUCCESS);
+    EXPECT_EQ(stations(), ERROR_SUCCESS);
     EXPECT_EQ(kernel().waits(), waits);
     kernel().announce(NL80211_CMD_FRAME, of(3));
     kernel().settle();

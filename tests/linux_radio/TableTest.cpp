@@ -17,6 +17,7 @@
 namespace nativewifi::linux_radio {
 namespace {
 
+using namespace std::chrono_literals;
 using namespace test::netlink;
 using test::accessPoint;
 using test::connectedInterface;
@@ -163,6 +164,43 @@ TEST_F(LinuxTable, LeavesOutOfBothListsWhatWasNotHeardOfFor15Seconds) {
     DWORD count = 0;
     EXPECT_EQ(stations(&count), ERROR_SUCCESS);
     EXPECT_EQ(count, 1U);
+}
+
+TEST_F(LinuxTable, ScansByItselfForAListOfNetworksWhenNothingWasHeardForFiveSeconds) {
+    FakeInterface interface;
+    interface.heard = {accessPoint("Lab")};
+    interface.heard.front().lastSeenNs = test::FakeKernel::BOOT_TIME_NS;
+    start({interface});
+    const auto scansAfter = [this](std::chrono::milliseconds time) {
+        kernel().pass(time);
+        std::vector<std::string> names;
+        EXPECT_EQ(networks(&names), ERROR_SUCCESS);
+        EXPECT_THAT(names, ElementsAre("Lab"));
+        return kernel().requestCount(NL80211_CMD_TRIGGER_SCAN);
+    };
+    EXPECT_EQ(scansAfter(5s), 0U);
+    EXPECT_EQ(scansAfter(1ms), 1U);
+    EXPECT_EQ(scansAfter(4999ms), 1U) << "the scan may still run";
+    EXPECT_EQ(stations(), ERROR_SUCCESS);
+    EXPECT_EQ(scansAfter(1ms), 2U);
+}
+
+TEST_F(LinuxTable, ScansByItselfWhereOnlyTheConnectionIsHeard) {
+    FakeInterface interface = connectedInterface();
+    interface.heard.pop_back();
+    start({interface});
+    EXPECT_EQ(networks(), ERROR_SUCCESS);
+    EXPECT_EQ(kernel().requestCount(NL80211_CMD_TRIGGER_SCAN), 1U);
+}
+
+TEST_F(LinuxTable, ListsNetworksWhereItMayNotScan) {
+    start();
+    for (const int error : {EPERM, EBUSY, EOPNOTSUPP}) {
+        kernel().fail(NL80211_CMD_TRIGGER_SCAN, error);
+        kernel().pass(5s);
+        EXPECT_EQ(networks(), ERROR_SUCCESS) << error;
+    }
+    EXPECT_EQ(kernel().requestCount(NL80211_CMD_TRIGGER_SCAN), 3U);
 }
 
 TEST_F(LinuxTable, ListsThousandsOfStations) {
@@ -490,6 +528,23 @@ TEST_F(LinuxTable, SetsUpTheInterfaceOfARadioThatAnotherSwitchedOff) {
     kernel().setUp("wlan0", false);
     EXPECT_EQ(switchRadio(dot11_radio_state_on), ERROR_SUCCESS);
     EXPECT_EQ(networks(), ERROR_SUCCESS);
+}
+
+TEST_F(LinuxTable, ShowsTheRadioOffInSoftwareWithTheInterfaceDownAndSwitchesItOnBySettingItUp) {
+    start();
+    kernel().setUp("wlan0", false);
+    const auto software = [this] {
+        const auto state = query<WLAN_RADIO_STATE>(wlan_intf_opcode_radio_state);
+        EXPECT_EQ(state.PhyRadioState[0].dot11HardwareRadioState, dot11_radio_state_on);
+        return state.PhyRadioState[0].dot11SoftwareRadioState;
+    };
+    EXPECT_EQ(software(), dot11_radio_state_off);
+    kernel().refuseToBringUp(EPERM);
+    EXPECT_EQ(switchRadio(dot11_radio_state_on), ERROR_ACCESS_DENIED);
+    kernel().refuseToBringUp(0);
+    EXPECT_EQ(switchRadio(dot11_radio_state_on), ERROR_SUCCESS);
+    EXPECT_EQ(software(), dot11_radio_state_on);
+    EXPECT_EQ(kernel().writtenToRfkill(), "");
 }
 
 TEST_F(LinuxTable, FreesTheRadioThoughTheInterfaceMayNotBeSetUp) {

@@ -246,7 +246,7 @@ void Client::set(const GUID& guid, DWORD opcode, std::span<const std::byte> data
 
 Block Client::networkList(const GUID& guid) {
     const Adapter adapter = m_radios->find(guid);
-    return availableNetworkList(m_radios->heard(adapter));
+    return availableNetworkList(m_radios->heardOfLate(adapter));
 }
 
 Block Client::bssList(const GUID& guid, const DOT11_SSID* ssid, DOT11_BSS_TYPE type, bool secured) {

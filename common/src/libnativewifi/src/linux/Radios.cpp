@@ -11,6 +11,9 @@ namespace nativewifi::linux_radio {
 namespace {
 
 constexpr std::uint32_t FRESH_MS = 15000;
+// A scan takes up to 5 s: with it, what is still there is heard again before it counts as old.
+constexpr std::uint32_t LATE_MS = 5000;
+constexpr std::uint64_t NS_PER_MS = 1'000'000;
 
 DOT11_RADIO_STATE stateOf(bool blocked) {
     return blocked ? dot11_radio_state_off : dot11_radio_state_on;
@@ -52,7 +55,7 @@ std::string Radios::description(const Adapter& adapter) const {
 
 WLAN_PHY_RADIO_STATE Radios::radio(const Adapter& adapter) const {
     const Rfkill::State state = m_rfkill.state(adapter.interface.name).value_or(Rfkill::State{});
-    return {0, stateOf(state.soft), stateOf(state.hard)};
+    return {0, stateOf(state.soft || !m_host.isUp(adapter.interface.name)), stateOf(state.hard)};
 }
 
 void Radios::requireOn(const Adapter& adapter) const {
@@ -80,6 +83,30 @@ WLAN_INTERFACE_STATE Radios::state(const Adapter& adapter) {
 std::vector<Bss> Radios::heard(const Adapter& adapter) {
     requireOn(adapter);
     const std::lock_guard lock(m_mutex);
+    return heardLocked(adapter);
+}
+
+std::vector<Bss> Radios::heardOfLate(const Adapter& adapter) {
+    requireOn(adapter);
+    const std::lock_guard lock(m_mutex);
+    std::vector<Bss> heard = heardLocked(adapter);
+    const std::uint64_t now = m_kernel.bootTimeNs();
+    const auto last = m_refreshedNs.find(adapter.interface.index);
+    const bool refreshed = last != m_refreshedNs.end() && now < last->second + LATE_MS * NS_PER_MS;
+    // The access point of a connection is heard without a scan.
+    if (!refreshed && std::ranges::none_of(heard, [now](const Bss& bss) {
+            return bss.status == BssStatus::NONE && isFresh(bss, now, LATE_MS);
+        })) {
+        m_refreshedNs[adapter.interface.index] = now;
+        try {
+            m_nl80211.scan(adapter.interface.index, {}, std::nullopt);
+        } catch (const CallError&) { // NOLINT(bugprone-empty-catch): the list is what it is
+        }
+    }
+    return heard;
+}
+
+std::vector<Bss> Radios::heardLocked(const Adapter& adapter) {
     std::vector<Bss> heard = m_nl80211.heard(adapter.interface.index);
     const std::uint64_t now = m_kernel.bootTimeNs();
     std::erase_if(heard, [now](const Bss& bss) { return !isFresh(bss, now, FRESH_MS); });
@@ -152,10 +179,13 @@ void Radios::switchRadio(const Adapter& adapter, bool on) {
     if (state->hard) {
         throw CallError(ERROR_INVALID_STATE);
     }
+    const std::lock_guard lock(m_mutex);
     if (state->soft != on) {
+        if (on && !m_host.isUp(adapter.interface.name)) {
+            check(m_kernel.bringUp(adapter.interface.name));
+        }
         return;
     }
-    const std::lock_guard lock(m_mutex);
     std::vector<std::string>& broughtDown = m_broughtDown[adapter.interface.wiphy];
     if (!on) {
         broughtDown.clear();

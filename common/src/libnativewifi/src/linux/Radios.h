@@ -31,7 +31,8 @@ public:
 
     /// UTF-8.
     std::string description(const Adapter& adapter) const;
-    /// On, where a radio cannot be switched.
+    /// In software off with the interface down too: it can do nothing then. In hardware on, where
+    /// there is no switch.
     WLAN_PHY_RADIO_STATE radio(const Adapter& adapter) const;
     WLAN_INTERFACE_STATE state(const Adapter& adapter);
 
@@ -40,6 +41,10 @@ public:
     /// Failure: also ERROR_NDIS_DOT11_POWER_STATE_INVALID when the radio is off or the interface
     /// down
     std::vector<Bss> heard(const Adapter& adapter);
+    /// The same, and starts a scan when nothing was heard in the last 5 s: Windows' service scans
+    /// by itself, and clients that wait for a network read its list only. Without the permission
+    /// to scan, the list is what others' scans leave.
+    std::vector<Bss> heardOfLate(const Adapter& adapter);
     std::uint64_t bootTimeNs() { return m_kernel.bootTimeNs(); }
 
     struct Connection {
@@ -58,13 +63,15 @@ public:
     /// The adapters for which a scan has ended, by the event of its end.
     std::vector<GUID> scanEnded(const Event& event);
 
-    /// Switches the radio in software. Its interfaces go down with it and come up again.
+    /// Switches the radio in software. Its interfaces go down with it and come up again; so does
+    /// one that was down while the radio was on.
     /// Failure: also ERROR_INVALID_STATE when it is blocked in hardware
     void switchRadio(const Adapter& adapter, bool on);
 
 private:
     const std::vector<Adapter>& refresh();
     void requireOn(const Adapter& adapter) const;
+    std::vector<Bss> heardLocked(const Adapter& adapter);
 
     Kernel& m_kernel;
     const Host m_host;
@@ -72,6 +79,7 @@ private:
     std::mutex m_mutex; ///< of all below
     Nl80211 m_nl80211;
     std::vector<Adapter> m_adapters;
+    std::map<std::uint32_t, std::uint64_t> m_refreshedNs; ///< the last scan of heardOfLate()
     std::vector<Interface> m_awaiting; ///< a scan's end that another interface may announce
     std::map<std::uint32_t, std::vector<std::string>> m_broughtDown; ///< by wiphy
 };
