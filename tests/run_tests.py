@@ -41,12 +41,14 @@ SIDE_BY_SIDE = 2
 # Each build with the targets that the suites need, and what starts its programs.
 # The Windows build first: its programs share the desktop and run one after another.
 BUILDS = (("windows-checked", ("all",), ("wine",)),
-          ("linux", ("mrlrantenna",), ()),
+          ("linux", ("mrlrantenna", "contract"), ()),
           ("native", ("all", "benchmarks"), ()),
           ("thread-sanitizer", ("test_threads",), ()))
 # Python suites of the build's programs, which run after it; the others run beside the builds.
-SCRIPTS_OF_BUILDS = {"windows-checked": ("python/system/test_contract_kit", "python/system/test_signal"),
-                     "linux": ("python/system/test_linux", "python/system/test_debian_package")}
+SCRIPTS_OF_BUILDS = {"windows-checked": ("python/system/test_contract_kit",
+                                         "python/system/test_signal"),
+                     "linux": ("python/system/test_linux", "python/system/test_debian_package",
+                               "python/system/test_radiovm")}
 # The order of the tests in a program; printed, so that a run can be repeated.
 SEED = int(os.environ.get("MRLR_TEST_SEED", 1167))
 

@@ -90,31 +90,36 @@ class RadioVm(unittest.TestCase):
             self.assertIn(part, run.stderr)
 
     def test_shows_the_cases_and_their_time(self):
-        self.program("qemu-system-x86_64", QEMU + "begin twin\nfinish twin 0\n"
+        self.program("qemu-system-x86_64", QEMU + "begin killed\nfinish killed 0\n"
                      'echo "radiovm: the end" >"$console"\n')
-        run = self.start("twin")
+        run = self.start("killed")
         self.assertEqual(run.returncode, 0, run)
-        self.assertRegex(run.stdout, r"\Atwin +1\.5 to +9\.5 s, exit 0\n1 cases in ")
+        self.assertRegex(run.stdout, r"\Akilled +8\.0 s, exit 0\n1 cases in ")
 
     def test_ends_with_1_when_a_case_failed(self):
-        self.program("qemu-system-x86_64", QEMU + "begin twin\nfinish twin 143\n"
+        self.program("qemu-system-x86_64", QEMU + "begin killed\nfinish killed 143\n"
                      'echo "radiovm: the end" >"$console"\n')
         self.assertEqual(self.start().returncode, CASE_FAILED)
 
     def test_names_a_case_that_hangs(self):
-        self.program("qemu-system-x86_64", QEMU + "begin twin\nbegin hidden\nfinish hidden 0\n"
+        self.program("qemu-system-x86_64", QEMU + "begin killed\nbegin hidden\nfinish hidden 0\n"
                      "exec sleep 1000\n")
         self.assert_says(self.start("--limit", "1"),
-                         "did not end within 1 s during twin: see ")
+                         "did not end within 1 s during killed: see ")
 
     def test_says_that_the_kernel_panicked(self):
-        self.program("qemu-system-x86_64", QEMU + "begin twin\n"
+        self.program("qemu-system-x86_64", QEMU + "begin killed\n"
                      'echo "[ 3.2] Kernel panic - not syncing: Fatal exception" >"$console"\n')
-        self.assert_says(self.start(), "panicked during twin (Fatal exception)")
+        self.assert_says(self.start(), "panicked during killed (Fatal exception)")
 
     def test_says_that_the_machine_ended_too_early(self):
         self.program("qemu-system-x86_64", QEMU)
         self.assert_says(self.start(), "the machine ended before its cases")
+
+    def test_says_that_a_case_did_not_end_with_the_machine(self):
+        self.program("qemu-system-x86_64", QEMU + "begin killed\n"
+                     'echo "radiovm: the end" >"$console"\n')
+        self.assert_says(self.start(), "killed did not come to its end")
 
     def test_says_what_the_machine_could_not_do(self):
         self.program("qemu-system-x86_64", QEMU +
@@ -134,10 +139,10 @@ class RadioVm(unittest.TestCase):
 
     def test_says_what_to_do_when_apt_offers_nothing(self):
         self.program("apt-cache", "#!/bin/sh\nexit 0\n")
-        self.assert_says(self.finished([str(RADIOVM), "twin"]), "apt-get update")
+        self.assert_says(self.finished([str(RADIOVM), "killed"]), "apt-get update")
         self.program("apt-cache", APT_CACHE)
         self.program("apt-get", "#!/bin/sh\necho 'E: Unable to locate package iw' >&2\nexit 100\n")
-        self.assert_says(self.finished([str(RADIOVM), "twin"]), "Unable to locate package iw",
+        self.assert_says(self.finished([str(RADIOVM), "killed"]), "Unable to locate package iw",
                          "apt-get update")
 
 

@@ -2,7 +2,7 @@
 
 # Access points first, then a station for each case.
 FIRST_STATION=12
-RADIOS=32
+RADIOS=28
 # One with five channels of 5 GHz, all without radar: a scan takes 1.5 s. A large band takes 5 s,
 # and a connected station 13 s, longer than the test waits for a forced scan.
 COUNTRY=BD
@@ -12,9 +12,9 @@ uptime_seconds() { cut -d' ' -f1 /proc/uptime; }
 # at_access_points COMMAND...: where all radios are visible, called from a station's surroundings.
 at_access_points() { nsenter -t 1 -n -m "$@"; }
 
-# set_level RADIO DBM: what stations hear of the radio's frames from now on. The kernel adds the
-# transmitter's 20 dBm, and takes negative numbers as their complement only.
-set_level() { printf '%u' $(($2 - 20)) >"/debug/ieee80211/phy$1/hwsim/rx_rssi"; }
+# set_level RADIO DBM: what stations hear of the radio's frames from now on, -100 to -1. The kernel
+# adds the transmitter's power, which is 0, and takes negative numbers as their complement only.
+set_level() { printf '%u' "$2" >"/debug/ieee80211/phy$1/hwsim/rx_rssi"; }
 
 # access_point NAME RADIO CHANNEL DBM LINE...: starts one with these lines of configuration. What
 # hostapd says of it is left in the results.
@@ -25,9 +25,10 @@ access_point() {
     [ "$channel" -gt 14 ] && mode=a
     {
         printf '%s\n' "interface=wlan$radio" driver=nl80211 ctrl_interface=/run/hostapd \
-            "country_code=$COUNTRY" "channel=$channel" "hw_mode=$mode" ieee80211n=1 "$@"
+            "country_code=$COUNTRY" "channel=$channel" "hw_mode=$mode" ieee80211n=1 beacon_int=100 "$@"
     } >"/run/$name.conf"
     hostapd -B -f "$RESULTS/access-points/$name.log" "/run/$name.conf" >/dev/null
+    iw dev "wlan$radio" set txpower fixed 0
     set_level "$radio" "$dbm"
     hostapd_cli -p /run/hostapd -i "wlan$radio" status >"$RESULTS/access-points/$name"
 }
@@ -37,8 +38,9 @@ WPA3='wpa=2 wpa_key_mgmt=SAE rsn_pairwise=CCMP sae_password=correct-horse ieee80
 OWE='wpa=2 wpa_key_mgmt=OWE rsn_pairwise=CCMP ieee80211w=2'
 WPA='wpa=1 wpa_key_mgmt=WPA-PSK wpa_pairwise=TKIP wpa_passphrase=correct-horse'
 
-# An escape sequence, a zero, a line break, quotes, bytes that no text has, a tag.
-HOSTILE=1b5b33316d00220a27fffe80c03c2f7363726970743e263b25732e2e2f
+# An escape sequence, a line break, quotes, bytes that no text has, a tag; and a name with a zero.
+HOSTILE=1b5b33316d220a27fffe80c03c2f7363726970743e263b25732e2e2f
+ZERO=456e64696e67002e
 MOVING=8
 CHANGING=9
 ENDING=10
@@ -56,6 +58,6 @@ start_access_points() {
     access_point owe 7 8 -72 ssid=Büro $OWE
     access_point moving "$MOVING" 9 -50 ssid=Moving
     access_point changing "$CHANGING" 10 -60 ssid=Changing
-    access_point ending "$ENDING" 11 -64 ssid=Ending
+    access_point ending "$ENDING" 11 -64 "ssid2=$ZERO"
     access_point killed "$KILLED" 12 -58 ssid=Killed
 }

@@ -1,0 +1,191 @@
+"""The program for Linux on the kernel's own simulated radios, in a virtual machine: what it says is
+held against what iw and hostapd say there."""
+import datetime
+import json
+import sys
+import unittest
+
+from program import RESULTS as VALUES, ROOT
+
+sys.path.insert(0, str(ROOT / "tools" / "radiovm"))
+import machine
+import radio_lists
+from radio_lists import CCMP, NO_CIPHER, OPEN, OWE, PRIVACY, RSNA_PSK, SAE, TKIP, WPA_PSK, quality
+
+LINUX = ROOT / "build" / "linux"
+RESULTS = ROOT / "build" / "radiovm" / "results"
+# The cases take 40 s on a processor of their own.
+LIMIT_SECONDS = 500
+# What a level may differ by between two looks at it, and the percentage.
+DBM = 1
+PERCENT = 2 * DBM
+# What a run takes beyond its fixed pauses, on the clock of the virtual machine.
+SLACK_SECONDS = 5
+
+HOSTILE = bytes.fromhex("1b5b33316d220a27fffe80c03c2f7363726970743e263b25732e2e2f")
+# The levels that the scenes set, by hostapd's names.
+LEVELS = {"open": -55, "wpa2": -65, "wpa3": -70, "twin-low": -80, "twin-high": -62,
+          "hostile": -68, "owe": -72}
+# Authentication and cipher as the interface numbers them.
+NETWORKS = {b"Open": (OPEN, NO_CIPHER), b"Protected": (RSNA_PSK, CCMP), b"Safe": (SAE, CCMP),
+            b"Twin": (RSNA_PSK, CCMP), HOSTILE: (WPA_PSK, TKIP), "Büro".encode(): (OWE, CCMP)}
+# The same in the words of iw.
+SUITES = {OPEN: "", RSNA_PSK: "PSK", WPA_PSK: "PSK", SAE: "SAE", OWE: "OWE"}
+CIPHERS = {NO_CIPHER: "", CCMP: "CCMP", TKIP: "TKIP"}
+
+
+def setUpModule():
+    machine.run(RESULTS, [LINUX / "dist", LINUX / "contract" / "contract"], limit=LIMIT_SECONDS)
+
+
+def text_of(case, name):
+    return (RESULTS / case / name).read_text(encoding="utf-8", errors="surrogateescape")
+
+
+def hostapd(name):
+    """What hostapd says of an access point."""
+    return dict(line.split("=", 1) for line in text_of("access-points", name).splitlines())
+
+
+class CaseTest(unittest.TestCase):
+    """A test of what one case left."""
+    maxDiff = None
+
+    def iw(self, case, look):
+        """The access points that iw listed."""
+        return radio_lists.of_iw(text_of(case, f"{look}.scan"))
+
+    def blocks(self, case, run, function):
+        """The blocks that the table's function handed out in a run."""
+        return radio_lists.blocks(RESULTS / case / f"{run}.jsonl", function)
+
+    def last_networks(self, case, run):
+        return radio_lists.networks(self.blocks(case, run, "WlanGetAvailableNetworkList")[-1])
+
+    def said(self, case, run):
+        return text_of(case, f"{run}.out") + text_of(case, f"{run}.err")
+
+    def verdict(self, case, run, result, events, seconds):
+        """The one result of a run, which has this verdict and these events after these pauses."""
+        report = json.loads(text_of(case, f"{run}.json"))
+        self.assertEqual(len(report["results"]), 1, report)
+        found = report["results"][0]
+        self.assertEqual((found["result"], [event["key"] for event in found["events"]]),
+                         (result, events), self.said(case, run))
+        self.assertEqual(int(text_of(case, f"{run}.exit")), VALUES[result])
+        self.assertGreaterEqual(found["seconds"], seconds)
+        self.assertLess(found["seconds"], seconds + SLACK_SECONDS)
+        return found
+
+    def measured(self, case, run, result, events, dbm):
+        """The same for a run that found its network at a level."""
+        found = self.verdict(case, run, result, events, 7.0)
+        value = found["measurements"][0]["value"]
+        self.assertAlmostEqual(value, quality(dbm), delta=PERCENT)
+        return found
+
+
+class Lists(CaseTest):
+    def test_name_the_access_points_that_hostapd_runs(self):
+        seen = self.iw("networks", "doctor")
+        for name, dbm in LEVELS.items():
+            with self.subTest(name):
+                point = seen[hostapd(name)["bssid[0]"]]
+                self.assertEqual(point.megahertz, int(hostapd(name)["freq"]))
+                self.assertAlmostEqual(point.dbm, dbm, delta=DBM)
+        self.assertEqual(seen[hostapd("hidden")["bssid[0]"]].ssid, b"")
+
+    def test_of_stations_are_those_of_iw(self):
+        seen = self.iw("networks", "twin")
+        block = self.blocks("networks", "twin", "WlanGetNetworkBssList")[-1]
+        listed = radio_lists.access_points(block)
+        self.assertEqual(set(listed), set(seen))
+        self.assertGreaterEqual(len(listed), len(LEVELS) + 1)
+        qualities = radio_lists.qualities(block)
+        for bssid, point in seen.items():
+            with self.subTest(bssid):
+                entry = listed[bssid]
+                self.assertEqual(
+                    (entry.ssid, entry.megahertz, entry.beacon_interval, entry.capability),
+                    (point.ssid, point.megahertz, point.beacon_interval, point.capability))
+                self.assertAlmostEqual(entry.dbm, point.dbm, delta=DBM)
+                self.assertEqual(qualities[bssid], quality(entry.dbm))
+
+    def test_of_networks_are_those_of_iw_with_their_security(self):
+        seen = self.iw("networks", "doctor").values()
+        listed = {network.ssid: network for network in self.last_networks("networks", "doctor")}
+        self.assertEqual(set(listed), {point.ssid for point in seen})
+        for ssid, (authentication, cipher) in NETWORKS.items():
+            with self.subTest(ssid):
+                network = listed[ssid]
+                points = [point for point in seen if point.ssid == ssid]
+                self.assertEqual((network.authentication, network.cipher),
+                                 (authentication, cipher))
+                self.assertEqual(network.bssids, len(points))
+                self.assertAlmostEqual(network.quality, max(quality(p.dbm) for p in points),
+                                       delta=PERCENT)
+                for point in points:
+                    self.assertEqual((point.authentication, point.cipher),
+                                     (SUITES[authentication], CIPHERS[cipher]))
+                    self.assertEqual(network.secured, point.capability & PRIVACY != 0)
+                self.assertFalse(network.connected)
+        self.assertIn(b"", listed, "the hidden network")
+
+    def test_follow_a_signal_that_moves(self):
+        """Between the end of another scanner's scan and the next change."""
+        capture = RESULTS / "changes" / "absent.jsonl"
+        head = json.loads(capture.read_text(encoding="utf-8").splitlines()[0])
+        start = datetime.datetime.fromisoformat(head["started"]).timestamp()
+        lists = [(start + call["at"] / 1000, bytes.fromhex(call["output"]["bytes"]))
+                 for call in radio_lists.calls(capture, "WlanGetAvailableNetworkList")]
+        changes = [line.split() for line in text_of("changes", "levels").splitlines()]
+        self.assertEqual(len(changes), 8)
+        for (_, _, dbm), (seen, _, same), following in zip(
+                changes[0::2], changes[1::2], [*changes[2::2], [changes[-1][0]]]):
+            self.assertEqual(dbm, same)
+            until = float(following[0]) if following[0] != seen else float(seen) + 1
+            found = [{network.ssid: network.quality for network in radio_lists.networks(block)}
+                     for at, block in lists if float(seen) < at < until]
+            with self.subTest(dbm):
+                self.assertTrue(found)
+                for networks in found:
+                    self.assertAlmostEqual(networks[b"Changing"], quality(int(dbm)),
+                                           delta=PERCENT)
+
+
+class Verdicts(CaseTest):
+    def test_follow_a_signal_that_a_script_moves(self):
+        weak = ["FAILING_SIGNAL_STRENGTH_DETECTED"]
+        self.measured("verdicts", "pass", "PASS", [], -56)
+        warned = self.measured("verdicts", "warn", "WARN", weak, -74)
+        failed = self.measured("verdicts", "fail", "FAIL", weak, -86)
+        self.measured("verdicts", "again", "PASS", [], -53)
+        self.assertEqual([run["events"][0]["severity"] for run in (warned, failed)],
+                         ["warning", "error"])
+        self.assertEqual(warned["events"][0]["variables"]["SSIDName"], "Moving")
+
+    def test_count_the_stronger_of_two_access_points(self):
+        self.measured("networks", "twin", "PASS", [], -62)
+
+    def test_take_a_name_that_no_text_has(self):
+        found = self.measured("hostile-name", "hostile", "PASS", [], -68)
+        self.assertNotIn("\x1b", self.said("hostile-name", "hostile"))
+        self.assertEqual(found["parameters"]["SSID"].encode("latin-1"), HOSTILE)
+
+    def test_do_not_find_absent_and_hidden_names(self):
+        for case, run in (("changes", "absent"), ("hidden", "hidden")):
+            with self.subTest(run):
+                self.verdict(case, run, "FAIL", ["ACCESS_POINT_NOT_FOUND"], 44.0)
+
+    def test_keep_the_last_level_of_an_access_point_that_dies(self):
+        self.measured("killed", "killed", "PASS", [], -58)
+
+    def test_need_the_radio(self):
+        off = ["ERROR_NDIS_DOT11_POWER_STATE_INVALID"]
+        self.verdict("radio-off", "off", "CANNOTRUN", off, 0.0)
+        self.measured("radio-off", "on", "PASS", [], -55)
+        self.verdict("radio-switched-off", "switched", "CANNOTRUN", off, 14.0)
+
+
+if __name__ == "__main__":
+    unittest.main()
