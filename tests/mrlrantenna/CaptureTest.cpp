@@ -216,6 +216,9 @@ TEST_F(Captures, ThatCannotBeReplayedAreRefused) {
          "\n",
          "of another version"},
         {head + "{}}\n", "line 1: "},
+        {R"({"capture":1,"started":"2262-04-12T00:00:00.000Z","run":{}})"
+         "\n",
+         "line 1: \"started\" is no time such as"},
         {head + run + "watch" + rest + "]}}\n", "made of the command \"watch\""},
         {head + run + "run" + rest + "\"DiversityTest\"]}}\n", "of DiversityTest, in which"},
         {head + run + "run" + rest + "]}}\n{}\n", "line 2: \"at\" is missing"},

@@ -303,7 +303,8 @@ system_clock::time_point timeOf(const Reader& value) {
     };
     const year_month_day date{year{number(0, 4)}, month{static_cast<unsigned>(number(5, 2))},
                               day{static_cast<unsigned>(number(8, 2))}};
-    if (!fits || !date.ok() || date.year() < year{1970}) {
+    // The clock counts nanoseconds, which last to 2262.
+    if (!fits || !date.ok() || date.year() < year{1970} || date.year() > year{2199}) {
         value.refuse("\"started\" is no time such as 2026-11-20T19:55:01.123Z");
     }
     return sys_days(date) + hours(number(11, 2)) + minutes(number(14, 2)) + seconds(number(17, 2)) +
