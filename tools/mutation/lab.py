@@ -48,12 +48,14 @@ LEFT_OUT = "CaptureProperties.*"
 # A mutant may be slower than the original, and many run side by side.
 TIME_FACTOR = 10
 LEAST_TIME_SECONDS = 20
-COMPILE_SECONDS = 300
+LONGEST_SECONDS = 1800  # of a compilation, and of a program that is measured
 # What runs away is stopped before it takes the machine along.
 MEMORY_LIMIT = 4 << 30
 OUTPUT_LIMIT = 64 << 20
-# How many of the tests that noticed a file's mutants before are run before all the others.
+# How many of the tests that noticed a file's mutants before are run before all the others, and the
+# share of a program's time above which a test is not among them.
 FIRST_TESTS = 12
+SLOW_TEST = 0.01
 
 
 def sources(root=ROOT):
@@ -80,7 +82,8 @@ class Processes:
         self._stopped = False
 
     def run(self, command, seconds, output, **options):
-        """The exit value; None when the time was over."""
+        """The exit value; None when the time was over, in which a program does not wait for a
+        processor: other work on the machine does not make it hang."""
         with self._lock:
             if self._stopped:
                 raise KeyboardInterrupt
@@ -88,10 +91,9 @@ class Processes:
                                        stderr=subprocess.STDOUT, start_new_session=True, **options)
             self._running.add(process)
         try:
-            code = process.wait(seconds)
-        except subprocess.TimeoutExpired:
-            self._kill(process)
-            code = None
+            code = _wait(process, seconds)
+            if code is None:
+                self._kill(process)
         except BaseException:
             self._kill(process)
             raise
@@ -114,6 +116,22 @@ class Processes:
             for process in self._running:
                 with contextlib.suppress(ProcessLookupError):
                     os.killpg(process.pid, signal.SIGKILL)
+
+
+def _wait(process, seconds):
+    start = time.monotonic()
+    while (left := seconds - (time.monotonic() - start) + _queued(process)) > 0:
+        with contextlib.suppress(subprocess.TimeoutExpired):
+            return process.wait(left)
+    return process.poll()
+
+
+def _queued(process):
+    """How long the main thread has waited for a processor."""
+    with contextlib.suppress(OSError, IndexError):
+        queued_ns = pathlib.Path("/proc", str(process.pid), "schedstat").read_text().split()[1]
+        return int(queued_ns) / 1e9
+    return 0.0
 
 
 class Build:
@@ -175,9 +193,24 @@ def _compile_command(command, source):
     # Headers between quotes lie beside the original.
     command += ["-w", "-iquote", str(source.parent)]
     # The quickest object; but a precompiled header fits only the options that it was made with.
-    if not any("cmake_pch" in word for word in command):
+    if not _is_precompiled(command):
         command += ["-O0", "-g0", "-fno-sanitize=all"]
     return command
+
+
+def _is_precompiled(command):
+    return any("cmake_pch" in word for word in command)
+
+
+def _includes(text):
+    """The includes at the head of a source."""
+    lines = []
+    for line in text.splitlines():
+        if line.startswith("#include"):
+            lines.append(line)
+        elif line and not line.startswith("//"):
+            break
+    return "\n".join(lines) + "\n"
 
 
 def _write(path, text):
@@ -202,8 +235,10 @@ class Lab:
         self._where = {file: (where, programs) for file, where, programs in sources()}
         self._limits = {}
         self._slow_suites = {}
+        self._slow_tests = {}
         self._signatures = {}
         self._objects = {}
+        self._heads = {}
         self._noticers = {}
         self._lock = threading.Lock()
         # One display: dialogs side by side would take the focus from each other.
@@ -275,14 +310,21 @@ class Lab:
 
     def _measure(self, build, program):
         path = build.program(program)
-        start = time.monotonic()
-        code, output = self._run(build, path, COMPILE_SECONDS, f"*-{LEFT_OUT}")
-        if code != 0:
-            raise SystemExit(f"{path} fails without any mutant:\n{output[-4000:]}")
-        seconds = time.monotonic() - start
-        self._limits[build.name, program] = max(LEAST_TIME_SECONDS, TIME_FACTOR * seconds)
-        self._slow_suites[build.name, program] = _slow_suites(output)
-        self._signatures[build.name, program] = hashlib.sha256(path.read_bytes()).hexdigest()
+        signature = self._signatures[build.name, program] = _digest(path)
+        known = build.folder / f"{program}.measured"
+        measured = json.loads(known.read_text()) if known.exists() else {}
+        if measured.get("signature") != signature:
+            start = time.monotonic()
+            code, output = self._run(build, path, LONGEST_SECONDS, f"*-{LEFT_OUT}")
+            if code != 0:
+                raise SystemExit(f"{path} fails without any mutant:\n{output[-4000:]}")
+            measured = {"signature": signature, "seconds": time.monotonic() - start,
+                        "slow_suites": _slow_suites(output), "slow_tests": _slow_tests(output)}
+            known.write_text(json.dumps(measured))
+        self._limits[build.name, program] = max(LEAST_TIME_SECONDS,
+                                                TIME_FACTOR * measured["seconds"])
+        self._slow_suites[build.name, program] = measured["slow_suites"]
+        self._slow_tests[build.name, program] = measured["slow_tests"]
 
     def signature(self, file):
         """Changes with the programs that try this file's mutants."""
@@ -313,8 +355,27 @@ class Lab:
         finally:
             shutil.rmtree(folder, ignore_errors=True)
 
+    def _commands(self, build, program, file, text):
+        """As those of the build, but with the headers of the source compiled once for all mutants:
+        they are most of the work."""
+        command, link_to = build.commands(ROOT / file, program)
+        if _is_precompiled(command):
+            return command, link_to
+        key = " ".join(command)
+        with self._lock:
+            if key not in self._heads:
+                folder = pathlib.Path(tempfile.mkdtemp(dir=self.folder))
+                _write(folder / file, _includes(text))
+                head = folder / "head.pch"
+                at = command.index("-c")
+                making = [*command[:at], "-x", "c++-header", *command[at + 1:], "-o", str(head)]
+                if said := self._tool(making, folder):
+                    raise SystemExit(f"the headers of {file} do not compile: {said}")
+                self._heads[key] = head
+            return [*command, "-include-pch", str(self._heads[key])], link_to
+
     def _try_program(self, build, program, file, text, folder):
-        compile_command, link_to = build.commands(ROOT / file, program)
+        compile_command, link_to = self._commands(build, program, file, text)
         # Programs that share an object need one compilation.
         object_file = folder / (hashlib.sha256(" ".join(compile_command).encode()).hexdigest() + ".o")
         if not object_file.exists():
@@ -337,7 +398,7 @@ class Lab:
     def _tool(self, command, folder):
         """None when it did its work, else its first error."""
         with tempfile.TemporaryFile(dir=self.folder) as output:
-            code = self.processes.run(command, COMPILE_SECONDS, output, cwd=folder)
+            code = self.processes.run(command, LONGEST_SECONDS, output, cwd=folder)
             if code == 0:
                 return None
             output.seek(0)
@@ -354,7 +415,7 @@ class Lab:
             folder = pathlib.Path(tempfile.mkdtemp(dir=self.folder))
             _write(folder / file, text)
             object_file = folder / "original.o"
-            command, _ = build.commands(ROOT / file, program)
+            command, _ = self._commands(build, program, file, text)
             if said := self._tool([*command, "-o", str(object_file)], folder):
                 raise SystemExit(f"{file} does not compile unchanged: {said}")
             known = _digest(object_file)
@@ -366,7 +427,8 @@ class Lab:
     def _test(self, build, program, file, executable):
         with self._lock:
             counts = self._noticers.get(file, {})
-            first = sorted(counts, key=counts.get, reverse=True)[:FIRST_TESTS]
+            quick = set(counts).difference(self._slow_tests[build.name, program])
+            first = sorted(quick, key=counts.get, reverse=True)[:FIRST_TESTS]
         slow = ":".join(f"{suite}.*" for suite in self._slow_suites[build.name, program])
         limit = self._limits[build.name, program]
         rounds = ([":".join(first)] if first else []) + \
@@ -413,6 +475,12 @@ def _slow_suites(output):
         slow.append(suite)
         taken += times[suite]
     return slow
+
+
+def _slow_tests(output):
+    times = {test: int(time_ms) for test, time_ms in re.findall(
+        r"^\[       OK \] (\S+?)(?:, where .*)? \((\d+) ms\)", output, re.MULTILINE)}
+    return [test for test, time_ms in times.items() if time_ms > SLOW_TEST * sum(times.values())]
 
 
 def _noticing_test(output, code):
