@@ -121,6 +121,14 @@ private:
                                 {"Failing", 20, tesk5::Severity::error}}}},
              .surveys =
                  {{"Networks", "%", 0, 100, {{network, value, extra}, {parameter, 50, !extra}}}},
+             .series = {{.head = {.name = "Level",
+                                  .unit = "dBm",
+                                  .limits = {{"Failing", -80, severity,
+                                              extra ? tesk5::Limit::Kept::AT_MOST
+                                                    : tesk5::Limit::Kept::AT_LEAST}},
+                                  .median = tesk5::Number(-60)},
+                         .points = {{seconds, tesk5::Number(value).negated(), {{"Name", network}}},
+                                    {0, -60, {{"Source", variable}}}}}},
              .advice = advice(variable, !extra),
              .failure = failure});
     }
@@ -169,6 +177,8 @@ void replay(tesk5::RunListener& listener, const tesk5::RunRecord& run) {
         listener.onEvent(outcome.events[0]);
         listener.onMeasurement(outcome.measurements[0]);
         listener.onSurvey(outcome.surveys[0]);
+        listener.onSeries(outcome.series[0].head);
+        listener.onPoint(outcome.series[0].head.name, outcome.series[0].points[0]);
         listener.onTestEnd(outcome);
         listener.onTestBroken(planned, outcome.failure);
     }
@@ -199,8 +209,8 @@ void checkEvents(const tesk5::RunRecord& run) {
     tesk5::EventStream events(mrl::cout);
     replay(events, run);
     const std::vector<std::string> lines = test::linesOf(output.text());
-    // Start, stop and end of the run, and seven events of each test.
-    fuzz::require(lines.size() == 3 + 7 * run.outcomes.size(), "an event is a line");
+    // Start, stop and end of the run, and nine events of each test.
+    fuzz::require(lines.size() == 3 + 9 * run.outcomes.size(), "an event is a line");
     for (const std::string& line : lines) {
         for (const char c : line) {
             fuzz::require(c >= 0x20 && c < 0x7F, "events are ASCII");

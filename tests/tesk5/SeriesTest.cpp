@@ -9,6 +9,8 @@
 #include <tesk5/TestRecorder.h>
 #include <tesk5/Texts.h>
 
+#include <limits>
+
 namespace test {
 
 namespace {
@@ -52,7 +54,8 @@ TEST_F(RecordedSeries, HaveTheTimeOfEachPointSinceTheRecorderBegan) {
     DiagModule::sampled("Level", -57);
     DiagModule::sampled("Level", -58, {}, 0.1);
     DiagModule::sampled("Level", -59, {}, -1);
-    EXPECT_THAT(counter.seconds, ElementsAre(0.25, 0.1, 0));
+    DiagModule::sampled("Level", -60, {}, std::numeric_limits<double>::infinity());
+    EXPECT_THAT(counter.seconds, ElementsAre(0.25, 0.1, 0, 0.25));
     ASSERT_EQ(recorder.series().size(), 1U);
     EXPECT_EQ(recorder.series().front().points.at(1).value, Number(-58));
     EXPECT_THAT(counter.heads, ElementsAre("Level")) << "it begins with its first point";
@@ -140,6 +143,18 @@ TEST(Charts, HaveAScaleForOnePointToo) {
     EXPECT_THAT(numbers(chart.values),
                 ElementsAre("-57.0", "-56.8", "-56.6", "-56.4", "-56.2", "-56.0"));
     EXPECT_EQ(chart.medianY, std::nullopt);
+}
+
+TEST(Charts, HaveAScaleForTheGreatestNumbersTheClosestTogether) {
+    const Number greatest(Number::GREATEST);
+    const Chart chart = chartOf(
+        seriesWith({{0, greatest, {}}, {1e9, *Number::parse("999999999999.999999"), {}}}), false);
+    EXPECT_LT(chart.values.size(), 10U);
+    EXPECT_THAT(chart.curve, Not(HasSubstr("nan")));
+    Series close = seriesWith({{0, greatest, {}}, {1, *Number::parse("999999999999.999999"), {}}});
+    close.head = {.name = "Level", .unit = "", .limits = {}, .median = {}};
+    EXPECT_LT(chartOf(close, false).values.size(), 10U);
+    EXPECT_THAT(chartOf(close, false).curve, Not(HasSubstr("nan")));
 }
 
 TEST(Charts, HaveNoDotsForVeryManyPoints) {
@@ -246,6 +261,12 @@ TEST_F(LevelRun, IsDrawnOnTheHtmlPageWithAllReadingsInATable) {
     EXPECT_THAT(page, HasSubstr("at or above the failing limit of <bdi>-80\u00A0dBm</bdi>"));
 }
 
+TEST_F(LevelRun, ShowsParametersWithTheirUnit) {
+    EXPECT_THAT(html(), HasSubstr("Level</bdi></th><td><bdi>-80.50\u00A0dBm</bdi></td>"));
+    EXPECT_THAT(html(), HasSubstr("Samples</bdi></th><td><i>not set</i></td>"));
+    EXPECT_THAT(html(), HasSubstr("Band</bdi></th><td><bdi>5</bdi></td>"));
+}
+
 TEST_F(LevelRun, IsShownOnTheConsoleWithItsFigures) {
     EXPECT_EQ(start({"run"}), 1);
     EXPECT_THAT(output(),
@@ -279,8 +300,9 @@ TEST_F(SeriesReports, SayHowManyReadingsWereLeftOut) {
     EXPECT_THAT(tesk5::jsonReportOf(record), HasSubstr("\"leftOut\": 3\n"));
     EXPECT_THAT(tesk5::junitReportOf(record), HasSubstr(R"("series.Level.leftOut" value="3")"));
     const std::string page = tesk5::htmlReportOf(record);
-    for (const char* text : {"<li>Readings: 1001</li>", "<li>Later readings left out: 3</li>",
-                             "The table has the first 1000; a JSON report has more."}) {
+    for (const char* text :
+         {"<li>Readings: <bdi>1001</bdi></li>", "<li>Later readings left out: <bdi>3</bdi></li>",
+          "The table has the first 1000; a JSON report has more."}) {
         EXPECT_NE(page.find(text), std::string::npos) << text;
     }
 }
@@ -291,7 +313,7 @@ TEST_F(SeriesReports, OfNoReadingHaveNoDrawing) {
         return TestResult::CANNOTRUN();
     });
     EXPECT_EQ(startWithReports(), 3);
-    EXPECT_THAT(html(), HasSubstr("<li>Readings: 0</li>"));
+    EXPECT_THAT(html(), HasSubstr("<li>Readings: <bdi>0</bdi></li>"));
     EXPECT_THAT(html(), Not(HasSubstr("class=\"curve\"")));
 }
 

@@ -20,7 +20,10 @@ public:
         if (highest <= lowest) {
             highest = lowest + 1;
         }
-        const double least = (highest - lowest) / MOST_STEPS;
+        // So that a tick differs from the next one as a double, however great both are.
+        constexpr double FINEST = 1e-9;
+        const double greatest = std::max(std::abs(lowest), std::abs(highest));
+        const double least = std::max((highest - lowest) / MOST_STEPS, greatest * FINEST);
         const double power = std::pow(BASE, std::floor(std::log10(least)));
         for (const double factor : {1.0, 2.0, 5.0, BASE}) {
             m_step = factor * power;

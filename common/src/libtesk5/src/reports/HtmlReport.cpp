@@ -151,6 +151,14 @@ Json gaugeJson(const Measurement& measurement, bool mirrored) {
     return json;
 }
 
+// The limits for the legend of a drawing.
+Json limitsJson(const std::vector<Limit>& limits, const TeskString& unit) {
+    return listOf(limits, [&unit](const Limit& limit) -> Json {
+        return {{"kind", kindOf(limit.severity)},
+                {"text", limitText(limit, unit, &sentenceMarkup)}};
+    });
+}
+
 Json measurementJson(const Measurement& measurement, bool mirrored) {
     const Limit* broken = measurement.brokenLimit();
     Json json;
@@ -160,10 +168,7 @@ Json measurementJson(const Measurement& measurement, bool mirrored) {
     json["kind"] =
         kindOf(measurement, broken != nullptr ? std::optional(broken->severity) : std::nullopt);
     json["gauge"] = gaugeJson(measurement, mirrored);
-    json["legend"] = listOf(measurement.limits, [&measurement](const Limit& limit) -> Json {
-        return {{"kind", kindOf(limit.severity)},
-                {"text", limitText(limit, measurement.unit, &sentenceMarkup)}};
-    });
+    json["legend"] = limitsJson(measurement.limits, measurement.unit);
     json["figures"] = listOf(measurement.figures, [](const Figure& figure) -> Json {
         return {{"name", translation(figure.name).utf8()},
                 {"value", withUnit(figure.value, figure.unit)}};
@@ -171,22 +176,22 @@ Json measurementJson(const Measurement& measurement, bool mirrored) {
     return json;
 }
 
-// What the drawing of a series shows, in words.
-std::vector<std::string> seriesWords(const Series& series) {
+// What the readings of a series are, in words.
+std::vector<std::string> readingsText(const Series& series, Fill fill = &message) {
     const auto [lowest, highest] = std::minmax_element(
         series.points.begin(), series.points.end(),
         [](const SeriesPoint& a, const SeriesPoint& b) { return a.value < b.value; });
     std::vector<std::string> words = {
-        message("REPORT_READINGS", {{"Count", countText(series.points.size())}})};
+        fill("REPORT_READINGS", {{"Count", countText(series.points.size())}})};
     if (!series.points.empty()) {
-        words.push_back(
-            message("REPORT_LOWEST", {{"Value", withUnit(lowest->value, series.head.unit)}}));
-        words.push_back(
-            message("REPORT_HIGHEST", {{"Value", withUnit(highest->value, series.head.unit)}}));
+        const auto add = [&](const char* key, const SeriesPoint& point) {
+            words.push_back(fill(key, {{"Value", withUnit(point.value, series.head.unit)}}));
+        };
+        add("REPORT_LOWEST", *lowest);
+        add("REPORT_HIGHEST", *highest);
     }
     if (series.leftOut > 0) {
-        words.push_back(
-            message("REPORT_READINGS_LEFT_OUT", {{"Count", countText(series.leftOut)}}));
+        words.push_back(fill("REPORT_READINGS_LEFT_OUT", {{"Count", countText(series.leftOut)}}));
     }
     return words;
 }
@@ -198,7 +203,7 @@ std::string medianText(const Series& series, Fill fill = &message) {
 Json chartJson(const Series& series, bool mirrored) {
     const Chart chart = chartOf(series, mirrored);
     std::vector<std::string> words = {translation(series.head.name).utf8()};
-    for (const std::string& word : seriesWords(series)) {
+    for (const std::string& word : readingsText(series)) {
         words.push_back(word);
     }
     if (series.head.median) {
@@ -209,7 +214,7 @@ Json chartJson(const Series& series, bool mirrored) {
     }
     Json json;
     json["words"] = phrasesListed(words);
-    json["left"] = percent(mirrored ? 2 : 12);
+    json["left"] = percent(mirrored ? 2 : 10);
     json["side"] = mirrored ? "left" : "right";
     json["labelX"] = percent(mirrored ? 101 : -1);
     json["values"] = listOf(chart.values, [](const Chart::Tick& tick) -> Json {
@@ -266,22 +271,15 @@ Json readingsJson(const Series& series) {
 }
 
 Json seriesJson(const Series& series, bool mirrored) {
-    const bool some = !series.points.empty();
+    const bool drawn = !series.points.empty();
     Json json;
     json["name"] = translation(series.head.name).utf8();
     json["unit"] = textOrNull(series.head.unit.utf8());
-    json["facts"] = seriesWords(series);
-    json["chart"] = some ? chartJson(series, mirrored) : Json(nullptr);
-    json["median"] =
-        some && series.head.median ? Json(medianText(series, &sentenceMarkup)) : Json(nullptr);
-    json["limits"] =
-        some ? listOf(series.head.limits,
-                      [&series](const Limit& limit) -> Json {
-                          return {{"kind", kindOf(limit.severity)},
-                                  {"text", limitText(limit, series.head.unit, &sentenceMarkup)}};
-                      })
-             : Json::array();
-    json["readings"] = some ? readingsJson(series) : Json(nullptr);
+    json["chart"] = drawn ? chartJson(series, mirrored) : Json(nullptr);
+    json["median"] = series.head.median ? Json(medianText(series, &sentenceMarkup)) : Json(nullptr);
+    json["limits"] = limitsJson(series.head.limits, series.head.unit);
+    json["facts"] = readingsText(series, &sentenceMarkup);
+    json["readings"] = drawn ? readingsJson(series) : Json(nullptr);
     return json;
 }
 
@@ -326,7 +324,7 @@ Json parametersJson(const Outcome& outcome) {
     return listOf(outcome.parameters, [](const ParameterInForce& parameter) -> Json {
         const std::string& name = parameter.name.utf8();
         const std::string meaning = translation(parameter.name).utf8();
-        const std::string value = withUtf8Reading(parameter.value.valueString().utf8());
+        const std::string value = withUtf8Reading(parameter.value.shownString().utf8());
         return {{"name", nameMarkup(name)},
                 {"meaning", textOrNull(meaning == name ? "" : meaning)},
                 {"value", textOrNull(parameter.isSet ? value : "")}};

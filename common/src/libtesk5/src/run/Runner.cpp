@@ -2,6 +2,7 @@
 
 #include <tesk5/RunContext.h>
 #include <tesk5/TeskException.h>
+#include <tesk5/Texts.h>
 
 #include "run/Doctor.h"
 #include "run/RunListener.h"
@@ -129,7 +130,10 @@ Outcome executeAndReport(const PlannedRun& run, RunListener& listener, std::exce
 std::vector<ParameterInForce> parametersInForce(const Test& test) {
     std::vector<ParameterInForce> values;
     for (const Parameter* parameter : test.parameters()) {
-        values.push_back({parameter->name(), parameter->value(), parameter->isSet()});
+        const std::optional<Number> number = parameter->number();
+        values.push_back({parameter->name(),
+                          number ? quantity(*number, parameter->range().unit) : parameter->value(),
+                          parameter->isSet()});
     }
     return values;
 }

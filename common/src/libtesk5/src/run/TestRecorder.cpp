@@ -3,6 +3,7 @@
 #include <tesk5/RunContext.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tesk5 {
 
@@ -68,8 +69,8 @@ void TestRecorder::record(const TeskString& series, const Number& value,
     if (recorder->find(series) == nullptr) {
         record(Series::Head{.name = series, .unit = {}, .limits = {}, .median = {}});
     }
-    SeriesPoint point{.seconds =
-                          std::max(seconds.value_or(recorder->m_stopwatch.getElapsed()), 0.0),
+    const double now = recorder->m_stopwatch.getElapsed();
+    SeriesPoint point{.seconds = seconds && std::isfinite(*seconds) ? std::max(*seconds, 0.0) : now,
                       .value = value,
                       .attributes = std::move(attributes)};
     if (recorder->m_observer != nullptr) {
