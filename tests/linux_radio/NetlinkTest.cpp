@@ -119,7 +119,7 @@ struct Receiver final : Announcements::Receiver {
     void onMessage(std::uint8_t /*command*/, Attributes /*attributes*/) override {}
     void onSwitch() override { ++switches; }
     void onLoss() override {}
-    int switches = 0;
+    std::atomic<int> switches{0};
 };
 
 TEST(NetlinkAnnouncements, EndWhenTheyAreStopped) {
@@ -192,22 +192,32 @@ TEST(NetlinkAnnouncements, AreWaitedForWithoutUsingTheProcessor) {
 }
 
 TEST(NetlinkAnnouncements, SayThatASwitchWasUsedAndThatRfkillHasGone) {
+    constexpr std::chrono::milliseconds WHILE{20}; // to wake again, if it did
     const test::TemporaryFolder folder;
     const std::string rfkill = folder.file("rfkill");
     ASSERT_EQ(mkfifo(rfkill.c_str(), 0600), 0);
     NetlinkAnnouncements announcements(FAMILY, rfkill, LIMIT);
     ASSERT_EQ(announcements.open({"notify"}), 0);
     const int writer = ::open(rfkill.c_str(), O_WRONLY);
+    Receiver receiver;
+    std::thread thread([&] {
+        while (announcements.wait(receiver)) {
+        }
+    });
     const rfkill_event events[2] = {};
     ASSERT_EQ(write(writer, events, sizeof events), static_cast<ssize_t>(sizeof events));
-    Receiver receiver;
-    EXPECT_TRUE(announcements.wait(receiver));
-    EXPECT_EQ(receiver.switches, 1) << "once for what has come";
+    const auto awaitSwitches = [&receiver](int count) {
+        while (receiver.switches < count) {
+            std::this_thread::yield();
+        }
+    };
+    awaitSwitches(1);
     ::close(writer);
-    EXPECT_TRUE(announcements.wait(receiver));
-    EXPECT_EQ(receiver.switches, 2);
+    awaitSwitches(2);
+    std::this_thread::sleep_for(WHILE);
     announcements.stop();
-    EXPECT_FALSE(announcements.wait(receiver)) << "the device that ended wakes no more";
+    thread.join();
+    EXPECT_EQ(receiver.switches, 2) << "once for what has come, and for the end of the device";
 }
 
 // --- the system ---

@@ -1,6 +1,8 @@
 // What the kernel announces, as a client's notifications; and how they end.
 #include "LinuxRadioTest.h"
 
+#include <CallError.h>
+
 #include <nativewifi/Guid.h>
 #include <nativewifi/Ssid.h>
 
@@ -318,14 +320,14 @@ TEST_F(LinuxNotifications, MayCloseTheirOwnHandle) {
     std::promise<DWORD> closed;
     HANDLE handle = client();
     m_receiver.during = [&] { closed.set_value(api().WlanCloseHandle(handle, nullptr)); };
-    kernel().announce(NL80211_CMD_SCAN_ABORTED, of(3));
+    kernel().announce(NL80211_CMD_NEW_SCAN_RESULTS, of(3));
     EXPECT_EQ(closed.get_future().get(), ERROR_SUCCESS);
     EXPECT_EQ(networks(), ERROR_INVALID_HANDLE);
     EXPECT_EQ(listen(ALL), ERROR_INVALID_HANDLE);
     while (kernel().openConnections() != 0) {
         std::this_thread::yield();
     }
-    EXPECT_EQ(m_receiver.taken().size(), 1U);
+    EXPECT_EQ(m_receiver.taken().size(), 1U) << "the second of the two is dropped";
 }
 
 TEST_F(LinuxNotifications, MayEndAndBeginAgainFromACallback) {
@@ -372,6 +374,18 @@ TEST(LinuxService, ClosesWhatIsOpenWhenItEnds) {
         EXPECT_EQ(kernel.openConnections(), 2U);
     }
     EXPECT_EQ(kernel.openConnections(), 0U);
+}
+
+TEST(LinuxService, RegistersNothingForAClientThatIsBeingClosed) {
+    test::FakeKernel kernel;
+    Service service(kernel);
+    const HANDLE handle = service.open();
+    const std::shared_ptr<Client> client = service.client(handle);
+    service.close(handle);
+    const Registration registration{ALL, [](WLAN_NOTIFICATION_DATA* /*data*/, PVOID /*context*/) {},
+                                    nullptr};
+    EXPECT_THROW(client->registerNotification(registration), CallError);
+    EXPECT_EQ(kernel.openConnections(), 1U);
 }
 
 // --- many threads ---

@@ -229,6 +229,10 @@ TEST_F(LinuxTable, TakesAnInterruptedDumpAgain) {
     EXPECT_EQ(networks(&names), ERROR_SUCCESS);
     EXPECT_THAT(names, ElementsAre("Lab", "Yard"));
     EXPECT_EQ(kernel().requestCount(NL80211_CMD_GET_SCAN), 3U);
+    kernel().interrupt(NL80211_CMD_GET_SCAN, 1);
+    DWORD count = 0;
+    EXPECT_EQ(stations(&count), ERROR_SUCCESS);
+    EXPECT_EQ(count, 2U) << "each once";
 }
 
 TEST_F(LinuxTable, TakesADumpThatIsAlwaysInterruptedFiveTimesAndUsesTheLast) {
