@@ -105,6 +105,17 @@ TEST_F(WirelessDoctor, NamesTheRemedyOnceWhenTheSystemDeniesTheScanToo) {
     EXPECT_THAT(clock().sleeps(), IsEmpty());
 }
 
+TEST_F(WirelessDoctor, LeavesOutAFailureThatTheCheckOfTheMachineExplains) {
+    const DWORD off = ERROR_NDIS_DOT11_POWER_STATE_INVALID;
+    startRadio(Scenario{.faults = {{.function = "WlanGetAvailableNetworkList", .code = off}}});
+    Findings findings = {{"DOCTOR_INTERFACE_DOWN", false, {{"Interface", "wlan0"}}}};
+    examineWirelessDevice(device(), ExaminationDepth::QUICK, findings);
+    ASSERT_EQ(findings.size(), 2U);
+    EXPECT_EQ(findings.back().key, "DOCTOR_RADIO_ON");
+    startRadio(Scenario{.faults = {{.function = "WlanGetAvailableNetworkList", .code = off}}});
+    EXPECT_THAT(sayings().back(), HasSubstr("(WlanGetAvailableNetworkList: error "));
+}
+
 struct Radio {
     const char* what;
     Scenario scenario;

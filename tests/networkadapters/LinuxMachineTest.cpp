@@ -183,7 +183,8 @@ TEST_F(LinuxMachine, NamesAnInterfaceThatIsDown) {
     radio("wlp3s0", "0x1003");
     radio("wlp4s0", "what");
     EXPECT_THAT(found(), ElementsAre("! The interface wlp2s0 is down, and its radio does not scan. "
-                                     "Type \"sudo ip link set wlp2s0 up\"."));
+                                     "Type \"sudo ip link set wlp2s0 up\", after unblocking the "
+                                     "radio if it is blocked."));
 }
 
 TEST_F(LinuxMachine, NamesARadioThatUsesNoChannelOf5GhzBecauseItHasNoCountry) {

@@ -12,6 +12,9 @@
 
 namespace networkadapters {
 
+/// Key of the finding that an interface is down. Its lists then fail as if the radio were off.
+inline constexpr const char* INTERFACE_DOWN = "DOCTOR_INTERFACE_DOWN";
+
 /// For ModuleInfo::checkMachine: wireless devices without a driver or firmware, interfaces that are
 /// down, a missing capability, a regulatory domain that hides channels; as good findings, programs
 /// that scan too. Always empty on Windows.

@@ -24,7 +24,7 @@ using tesk5::Findings;
 // A device on a bus that is a radio, whether it works or not.
 struct BusDevice {
     path folder;
-    std::string name; // "PCI 0000:02:00.0 [8086:2725]"
+    std::string name;
 };
 
 // "8086:2725" of files such as "vendor" and "device", which have "0x8086".
@@ -36,12 +36,17 @@ std::string idsIn(const path& folder, const char* vendor, const char* device) {
     return id(vendor) + ":" + id(device);
 }
 
+// "PCI 0000:02:00.0 [8086:2725]"
+std::string nameOf(const char* bus, const std::string& place, const std::string& ids) {
+    return std::string(bus).append(" ").append(place).append(" [").append(ids).append("]");
+}
+
 void addPci(std::vector<BusDevice>& found) {
     constexpr std::string_view NETWORK_CONTROLLER_OF_OTHER_KIND = "0x0280";
     for (const path& folder : entriesOf(systemPath("sys/bus/pci/devices"))) {
         if (lineOf(folder / "class").starts_with(NETWORK_CONTROLLER_OF_OTHER_KIND)) {
-            found.push_back({folder, "PCI " + folder.filename().string() + " [" +
-                                         idsIn(folder, "vendor", "device") + "]"});
+            found.push_back({folder, nameOf("PCI", folder.filename().string(),
+                                            idsIn(folder, "vendor", "device"))});
         }
     }
 }
@@ -70,8 +75,10 @@ void addUsb(std::vector<BusDevice>& found) {
         const path device = devices / interface.substr(0, colon);
         const std::string product = lineOf(device / "product");
         if (namesAWirelessAdapter(product)) {
-            found.push_back({folder, "USB " + interface + " [" +
-                                         idsIn(device, "idVendor", "idProduct") + "] " + product});
+            found.push_back(
+                {folder, nameOf("USB", interface, idsIn(device, "idVendor", "idProduct"))
+                             .append(" ")
+                             .append(product)});
         }
     }
 }
@@ -80,8 +87,8 @@ void addSdio(std::vector<BusDevice>& found) {
     constexpr std::string_view WIRELESS_LAN = "0x07";
     for (const path& folder : entriesOf(systemPath("sys/bus/sdio/devices"))) {
         if (lineOf(folder / "class") == WIRELESS_LAN) {
-            found.push_back({folder, "SDIO " + folder.filename().string() + " [" +
-                                         idsIn(folder, "vendor", "device") + "]"});
+            found.push_back({folder, nameOf("SDIO", folder.filename().string(),
+                                            idsIn(folder, "vendor", "device"))});
         }
     }
 }
@@ -134,7 +141,7 @@ void addInterfacesThatAreDown(const std::vector<path>& interfaces, Findings& fin
         const std::optional<std::uint64_t> flags = hexNumber(lineOf(interface / "flags"));
         if (flags && (*flags & UP) == 0) {
             findings.push_back(
-                {"DOCTOR_INTERFACE_DOWN", false, {{"Interface", interface.filename().string()}}});
+                {INTERFACE_DOWN, false, {{"Interface", interface.filename().string()}}});
         }
     }
 }

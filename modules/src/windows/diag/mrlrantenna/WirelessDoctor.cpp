@@ -213,6 +213,14 @@ private:
         }
     }
 
+    // Whether the check of the machine has said why a list fails although the radio is on.
+    bool isExplained(DWORD error) const {
+        return error == ERROR_NDIS_DOT11_POWER_STATE_INVALID &&
+               std::any_of(m_findings.begin(), m_findings.end(), [](const Finding& finding) {
+                   return finding.key == networkadapters::INTERFACE_DOWN;
+               });
+    }
+
     void checkNetworks() {
         nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
         const DWORD result =
@@ -222,7 +230,9 @@ private:
             return;
         }
         if (result != ERROR_SUCCESS) {
-            addFailure("DOCTOR_CALL_FAILED", "WlanGetAvailableNetworkList", result);
+            if (!isExplained(result)) {
+                addFailure("DOCTOR_CALL_FAILED", "WlanGetAvailableNetworkList", result);
+            }
             return;
         }
         const std::vector<NamedNetwork> networks =
