@@ -169,6 +169,14 @@ TEST_F(LinuxMachine, KnowsAWirelessAdapterForUsbByItsNameAndLeavesItsBluetoothOu
                     "! The wireless device USB 1-4:1.2 [0bda:c811] 802.11ac NIC has no driver. ")));
 }
 
+TEST_F(LinuxMachine, IsContentWithOneInterfaceOfAnAdapterForUsb) {
+    file("sys/bus/usb/devices/1-4/product", "Wireless LAN Adapter\n");
+    file("sys/bus/usb/devices/1-4:1.1/bInterfaceClass", "ff\n");
+    EXPECT_EQ(found().size(), 1U);
+    folder("sys/bus/usb/devices/1-4/1-4:1.0/ieee80211/phy0");
+    EXPECT_THAT(found(), IsEmpty());
+}
+
 TEST_F(LinuxMachine, KnowsAWirelessAdapterForSdioByItsClass) {
     file("sys/bus/sdio/devices/mmc1:0001:1/class", "0x07\n");
     file("sys/bus/sdio/devices/mmc1:0001:1/vendor", "0x02d0\n");

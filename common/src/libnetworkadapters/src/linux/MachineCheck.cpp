@@ -27,6 +27,24 @@ struct BusDevice {
     std::string name;
 };
 
+// Whether a driver has made a network interface or a radio of the device, or of one that stands
+// below it: some cards are a bus of their own.
+bool isInUse(const path& device, int depth = 2) {
+    if (isThere(device / "ieee80211") || isThere(device / "net")) {
+        return true;
+    }
+    if (depth == 0) {
+        return false;
+    }
+    const std::vector<path> entries = entriesOf(device);
+    return std::any_of(entries.begin(), entries.end(), [depth](const path& entry) {
+        std::error_code failure;
+        return std::filesystem::symlink_status(entry, failure).type() ==
+                   std::filesystem::file_type::directory &&
+               isInUse(entry, depth - 1);
+    });
+}
+
 // "8086:2725" of files such as "vendor" and "device", which have "0x8086".
 std::string idsIn(const path& folder, const char* vendor, const char* device) {
     const auto id = [&folder](const char* file) {
@@ -74,7 +92,8 @@ void addUsb(std::vector<BusDevice>& found) {
         }
         const path device = devices / interface.substr(0, colon);
         const std::string product = lineOf(device / "product");
-        if (namesAWirelessAdapter(product)) {
+        // An adapter whose radio works may have further interfaces without a driver.
+        if (namesAWirelessAdapter(product) && !isInUse(device)) {
             found.push_back(
                 {folder, nameOf("USB", interface, idsIn(device, "idVendor", "idProduct"))
                              .append(" ")
@@ -91,24 +110,6 @@ void addSdio(std::vector<BusDevice>& found) {
                                             idsIn(folder, "vendor", "device"))});
         }
     }
-}
-
-// Whether a driver has made a network interface or a radio of the device, or of one that stands
-// below it: some cards are a bus of their own.
-bool isInUse(const path& device, int depth = 2) {
-    if (isThere(device / "ieee80211") || isThere(device / "net")) {
-        return true;
-    }
-    if (depth == 0) {
-        return false;
-    }
-    const std::vector<path> entries = entriesOf(device);
-    return std::any_of(entries.begin(), entries.end(), [depth](const path& entry) {
-        std::error_code failure;
-        return std::filesystem::symlink_status(entry, failure).type() ==
-                   std::filesystem::file_type::directory &&
-               isInUse(entry, depth - 1);
-    });
 }
 
 void addDevices(Findings& findings) {
