@@ -14,6 +14,8 @@ sys.path.insert(0, str(ROOT / "tests"))
 import wine_starts
 DIST = ROOT / "build" / "windows" / "dist"
 EXECUTABLE = DIST / "mrlrantenna.k5x"
+# The parts of the program's resources.
+RESOURCES = [ROOT / "resources" / part for part in ("mrlrantenna", "networkadapters", "tesk5")]
 SCENARIOS = ROOT / "tools" / "radiosim" / "scenarios"
 VERIFICATION = "WirelessSignalStrengthVerificationTest"
 # Longer than the longest run: two forced scans, half a minute of polling, Wine's start.

@@ -11,7 +11,7 @@ import tempfile
 import unittest
 
 from linux_program import BUILD, DIST, EXECUTABLE, LinuxProgramTest, environment, run_executable
-from program import ROOT
+from program import RESOURCES, ROOT
 
 TOOLS = ROOT / "tools" / "package"
 sys.path.insert(0, str(TOOLS))
@@ -72,7 +72,7 @@ class PackageTest(LinuxProgramTest):
 class Contents(PackageTest):
     def test_are_the_program_its_texts_and_its_documents(self):
         texts = {f"usr/share/mrlrantenna/{path.relative_to(ROOT / 'resources').as_posix()}"
-                 for path in (ROOT / "resources").rglob("*.json")}
+                 for part in RESOURCES for path in part.rglob("*.json")}
         others = {name for name in self.names if not name.startswith(PAPERS)}
         self.assertEqual(others, {"usr/bin/mrlrantenna", MAN_PAGE, COMPLETION, *texts})
         for name in ("copyright", "changelog.gz", "docs/technicians.html", "docs/report.html",

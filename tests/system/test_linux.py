@@ -8,7 +8,7 @@ import unittest
 from linux_program import DIST, EXECUTABLE, LinuxProgramTest
 from program import RESULTS, ROOT, VERIFICATION, WRONG_USAGE, settings
 from test_reports import report_schema
-from test_shipped_tree import files
+from test_shipped_tree import files, resources
 
 REASON = "This test runs on Windows only, because its dialog does."
 # The class of radios is there as soon as the kernel has cfg80211, and with it nl80211.
@@ -21,7 +21,7 @@ NO_NL80211 = ("The kernel has no wireless interface, nl80211 (WlanOpenHandle: er
 class Tree(LinuxProgramTest):
     def test_is_the_executable_and_the_texts_and_nothing_else(self):
         self.assertEqual(sorted(path.name for path in DIST.iterdir()), ["mrlrantenna", "share"])
-        texts = {name: content for name, content in files(ROOT / "resources").items()
+        texts = {name: content for name, content in resources().items()
                  if "texts" in name.parts}
         self.assertEqual(files(DIST / "share" / "mrlrantenna"), texts)
 

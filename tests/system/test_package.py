@@ -15,7 +15,8 @@ import zipfile
 import jsonschema
 
 import browser
-from program import DIST, EXECUTABLE, OUTPUT_LOST, REPLAY_DIFFERS, RESULTS, ROOT, WRONG_USAGE, ProgramTest
+from program import (DIST, EXECUTABLE, OUTPUT_LOST, REPLAY_DIFFERS, RESOURCES, RESULTS, ROOT,
+                     WRONG_USAGE, ProgramTest)
 
 TOOLS = ROOT / "tools" / "package"
 sys.path.insert(0, str(TOOLS))
@@ -100,7 +101,7 @@ class PackageTest(ProgramTest):
 class Contents(PackageTest):
     def test_are_the_program_its_resources_and_its_documents_and_nothing_else(self):
         resources = {path.relative_to(ROOT).as_posix()
-                     for path in (ROOT / "resources").rglob("*") if path.is_file()}
+                     for part in RESOURCES for path in part.rglob("*") if path.is_file()}
         papers = {"README.txt", "LICENSE.txt", BILL}
         licences = {name for name in self.names if name.startswith("licences/")}
         pages = {f"docs/{name}.html" for name in PAGES} | {"docs/style.css"}

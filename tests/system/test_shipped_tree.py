@@ -4,7 +4,7 @@ import shutil
 import unittest
 
 import pe
-from program import DIST, EXECUTABLE, ROOT, ProgramTest, settings
+from program import DIST, EXECUTABLE, RESOURCES, ROOT, ProgramTest, settings
 
 # Loaded when the dialog opens.
 FOR_THE_DIALOG = {"comctl32.dll", "gdiplus.dll", "msimg32.dll", "windowscodecs.dll"}
@@ -21,13 +21,19 @@ def files(folder):
             for path in folder.rglob("*") if path.is_file()}
 
 
+def resources():
+    """The same of the program's resources in the tree."""
+    return {path.relative_to(ROOT / "resources"): path.read_bytes()
+            for part in RESOURCES for path in part.rglob("*") if path.is_file()}
+
+
 class ShippedTree(ProgramTest):
     def test_holds_the_executable_and_its_resources_and_nothing_else(self):
         self.assertEqual(sorted(path.name for path in DIST.iterdir()),
                          ["mrlrantenna.k5x", "resources"])
 
     def test_resources_are_those_of_the_repository(self):
-        self.assertEqual(files(DIST / "resources"), files(ROOT / "resources"))
+        self.assertEqual(files(DIST / "resources"), resources())
 
     def test_runs_without_its_resources(self):
         self.executable = shutil.copy(EXECUTABLE, self.folder)

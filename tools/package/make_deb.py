@@ -85,8 +85,9 @@ def _field(name):
 
 def _texts():
     """{place in the package: content} of the texts in each language."""
-    return {f"{TEXTS}/{path.relative_to(ROOT / 'resources').as_posix()}": path.read_bytes()
-            for path in (ROOT / "resources").rglob("*.json")}
+    return {f"{TEXTS}/{name.removeprefix('resources/')}": content
+            for part in make_package.RESOURCES
+            for name, content in make_package.files_below(f"resources/{part}/texts").items()}
 
 
 def _rights(texts):

@@ -24,6 +24,8 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 PROGRAM = "mrlrantenna.k5x"
 SCRIPT = "mrlrantenna.cmd"
 BILL = "mrlrantenna.cdx.json"
+# The parts of resources/ that the program has.
+RESOURCES = ("mrlrantenna", "networkadapters", "tesk5")
 # Shipped as they are, in the same places as in the source tree: the pages name these places.
 SHIPPED_FOLDERS = ("docs/images", "docs/schemas", "examples")
 SHIPPED_FILES = ("tests/structure/check_texts.py", "tests/structure/tree_check.py")
@@ -92,7 +94,8 @@ def _built_files(dist):
         raise PackagingError(f"{dist / PROGRAM} is missing: build the target mrlrantenna first")
     files = {path.relative_to(dist).as_posix(): path.read_bytes()
              for path in dist.rglob("*") if path.is_file()}
-    resources = files_below("resources")
+    resources = {name: content for part in RESOURCES
+                 for name, content in files_below(f"resources/{part}").items()}
     shipped = {name: content for name, content in files.items() if name != PROGRAM}
     different = sorted(name for name in shipped.keys() | resources.keys()
                        if shipped.get(name) != resources.get(name))
