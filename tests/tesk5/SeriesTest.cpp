@@ -94,6 +94,7 @@ TEST_F(RecordedSeries, AreDroppedOutsideATest) {
 
 std::vector<double> places(const std::vector<Chart::Tick>& ticks) {
     std::vector<double> all;
+    all.reserve(ticks.size());
     for (const Chart::Tick& tick : ticks) {
         all.push_back(tick.at);
     }
@@ -102,6 +103,7 @@ std::vector<double> places(const std::vector<Chart::Tick>& ticks) {
 
 std::vector<std::string> numbers(const std::vector<Chart::Tick>& ticks) {
     std::vector<std::string> all;
+    all.reserve(ticks.size());
     for (const Chart::Tick& tick : ticks) {
         all.push_back(tick.number.text());
     }

@@ -41,8 +41,9 @@ public:
 
     std::vector<Number> ticks() const {
         std::vector<Number> numbers;
-        for (double tick = m_first; tick <= m_last; ++tick) {
-            numbers.push_back(Number::rounded(tick * m_step, m_decimals));
+        const auto steps = static_cast<int>(m_last - m_first);
+        for (int i = 0; i <= steps; ++i) {
+            numbers.push_back(Number::rounded((m_first + i) * m_step, m_decimals));
         }
         return numbers;
     }
