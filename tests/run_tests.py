@@ -41,7 +41,7 @@ SIDE_BY_SIDE = 2
 # Each build with the targets that the suites need, and what starts its programs.
 # The Windows build first: its programs share the desktop and run one after another.
 BUILDS = (("windows-checked", ("all",), ("wine",)),
-          ("linux", ("mrlrantenna", "contract"), ()),
+          ("linux", ("mrlrantenna", "contract", "radio_pace"), ()),
           ("native", ("all", "benchmarks"), ()),
           ("thread-sanitizer", ("test_threads",), ()))
 # Python suites of the build's programs, which run after it; the others run beside the builds.

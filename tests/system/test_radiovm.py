@@ -35,7 +35,8 @@ CIPHERS = {NO_CIPHER: "", CCMP: "CCMP", TKIP: "TKIP"}
 
 
 def setUpModule():
-    machine.run(RESULTS, [LINUX / "dist", LINUX / "contract" / "contract"], limit=LIMIT_SECONDS)
+    machine.run(RESULTS, [LINUX / "dist", LINUX / "contract" / "contract",
+                          LINUX / "radiovm" / "pace"], limit=LIMIT_SECONDS)
 
 
 def text_of(case, name):
@@ -185,6 +186,22 @@ class Verdicts(CaseTest):
         self.verdict("radio-off", "off", "CANNOTRUN", off, 0.0)
         self.measured("radio-off", "on", "PASS", [], -55)
         self.verdict("radio-switched-off", "switched", "CANNOTRUN", off, 14.0)
+
+
+class Pace(CaseTest):
+    """What a live display needs; on a processor that is emulated."""
+
+    def setUp(self):
+        self.figures = json.loads(text_of("pace", "pace.json"))
+
+    def test_of_scans_of_one_channel_is_five_a_second_or_more(self):
+        channel = self.figures["channel"]
+        self.assertEqual((channel["result"], channel["scans"]), (0, 10))
+        self.assertGreaterEqual(channel["scans"] / channel["seconds"], 5)
+
+    def test_of_an_idle_client_is_none(self):
+        # Its own clocks are what remains.
+        self.assertLess(self.figures["idle"]["processorSeconds"], 0.01)
 
 
 if __name__ == "__main__":

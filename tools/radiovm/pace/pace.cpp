@@ -19,10 +19,10 @@ namespace {
 
 using nativewifi::api;
 
-constexpr int SCANS = 20;
+constexpr int SCANS = 10;
 constexpr std::chrono::seconds SCAN_LIMIT{5};
 constexpr std::chrono::seconds REST{1}; // announcements of the scans before have come by then
-constexpr std::chrono::seconds IDLE{3};
+constexpr std::chrono::seconds IDLE{2};
 
 /// Counts the ends of scans.
 class ScanEnds {
