@@ -89,6 +89,7 @@ private:
 
 std::vector<std::string> names(const std::vector<NetworkAdapter>& adapters) {
     std::vector<std::string> all;
+    all.reserve(adapters.size());
     for (const NetworkAdapter& adapter : adapters) {
         all.push_back(adapter.name.getUTF8String().bytes());
     }

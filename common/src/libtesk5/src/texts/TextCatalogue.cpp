@@ -98,6 +98,7 @@ const TeskString& TextCatalogue::find(const TeskString& key) const {
 std::vector<std::filesystem::path>
 textFolders(std::string_view part, const std::vector<std::filesystem::path>& resources) {
     std::vector<std::filesystem::path> folders;
+    folders.reserve(resources.size());
     for (const std::filesystem::path& folder : resources) {
         folders.push_back(folder / mrl::System::path(part) / "texts");
     }
