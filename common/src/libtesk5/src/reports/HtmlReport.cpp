@@ -94,6 +94,15 @@ std::string sentenceMarkup(const TeskString& key, const Event::Variables& variab
     return fillPlaceholders(inMarkup(translation(key).utf8()), isolated);
 }
 
+std::string plainMarkup(const TeskString& key, const Event::Variables& variables) {
+    return inMarkup(message(key, variables));
+}
+
+// What fills sentences about values of a unit. A percentage needs no isolation: it has no letters.
+Fill fillFor(const TeskString& unit) {
+    return unit == "%" ? &plainMarkup : &sentenceMarkup;
+}
+
 Json eventJson(const RaisedEvent& event) {
     Json json;
     setKind(json, kindOf(event.severity));
@@ -154,8 +163,7 @@ Json gaugeJson(const Measurement& measurement, bool mirrored) {
 // The limits for the legend of a drawing.
 Json limitsJson(const std::vector<Limit>& limits, const TeskString& unit) {
     return listOf(limits, [&unit](const Limit& limit) -> Json {
-        return {{"kind", kindOf(limit.severity)},
-                {"text", limitText(limit, unit, &sentenceMarkup)}};
+        return {{"kind", kindOf(limit.severity)}, {"text", limitText(limit, unit, fillFor(unit))}};
     });
 }
 
@@ -164,7 +172,7 @@ Json measurementJson(const Measurement& measurement, bool mirrored) {
     Json json;
     json["name"] = translation(measurement.name).utf8();
     json["value"] = withUnit(measurement.value, measurement.unit);
-    json["comparison"] = comparisonText(measurement, &sentenceMarkup);
+    json["comparison"] = comparisonText(measurement, fillFor(measurement.unit));
     json["kind"] =
         kindOf(measurement, broken != nullptr ? std::optional(broken->severity) : std::nullopt);
     json["gauge"] = gaugeJson(measurement, mirrored);
@@ -276,9 +284,10 @@ Json seriesJson(const Series& series, bool mirrored) {
     json["name"] = translation(series.head.name).utf8();
     json["unit"] = textOrNull(series.head.unit.utf8());
     json["chart"] = drawn ? chartJson(series, mirrored) : Json(nullptr);
-    json["median"] = series.head.median ? Json(medianText(series, &sentenceMarkup)) : Json(nullptr);
+    json["median"] =
+        series.head.median ? Json(medianText(series, fillFor(series.head.unit))) : Json(nullptr);
     json["limits"] = limitsJson(series.head.limits, series.head.unit);
-    json["facts"] = readingsText(series, &sentenceMarkup);
+    json["facts"] = readingsText(series, fillFor(series.head.unit));
     json["readings"] = drawn ? readingsJson(series) : Json(nullptr);
     return json;
 }
