@@ -81,8 +81,9 @@ TEST_F(Doctor, ReportsADeviceOfAnotherKindAsGood) {
 TEST_F(Doctor, PutsDevicesOfAnotherKindIntoOneLine) {
     setDevicesOfTwoKinds();
     EXPECT_EQ(start({"doctor"}), 0);
-    EXPECT_THAT(output(), HasSubstr("ok: Left out by A: Ethernet, Bluetooth (lacks the capability "
-                                    "\"Wireless\").\nok: Card can be tested by A.\n"));
+    EXPECT_THAT(output(),
+                HasSubstr("ok: Left out by A: Ethernet, Bluetooth, Modem (lacks the capability "
+                          "\"Wireless\").\nok: Card can be tested by A.\n"));
 }
 
 TEST_F(Doctor, SaysForEachTestWhyItLeavesAnAdapterOut) {

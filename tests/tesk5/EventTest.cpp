@@ -54,6 +54,25 @@ TEST_F(Events, GoToTheInnermostRecorderAndAreLostWithoutOne) {
     EXPECT_EQ(outer.events()[1].line, 4);
 }
 
+TEST_F(Events, AndWhatElseATestReportsAreDroppedWithoutARecorderAndObservedOnlyWhereOneObserves) {
+    Event* const event = DiagModule::createEvent("PLAIN");
+    const auto report = [event] {
+        DiagModule::error(event, "", 1);
+        DiagModule::measured({"Strength", 7, "%", 0, 100, {}});
+        DiagModule::surveyed({"VISIBLE", "%", 0, 100, {}});
+        DiagModule::progresses("PLAIN", std::nullopt);
+        DiagModule::requestAdvice();
+    };
+    report();
+    const TestRecorder recorder;
+    EXPECT_TRUE(recorder.events().empty());
+    report();
+    EXPECT_EQ(recorder.events().size(), 1U);
+    EXPECT_EQ(recorder.measurements().size(), 1U);
+    EXPECT_EQ(recorder.surveys().size(), 1U);
+    EXPECT_TRUE(recorder.adviceRequested());
+}
+
 TEST_F(Events, ThatAreNullAreRefused) {
     EXPECT_THROW(DiagModule::error(nullptr, "", 1), TeskException);
 }

@@ -145,7 +145,8 @@ void FrameworkTest::setDevices(int count) {
 void FrameworkTest::setDevicesOfTwoKinds() {
     setDevices(R"([{"name": "Ethernet", "capabilities": ["NetworkCard"]},
                    {"name": "Card", "capabilities": ["Wireless"]},
-                   {"name": "Bluetooth", "capabilities": ["NetworkCard"]}])");
+                   {"name": "Bluetooth", "capabilities": ["NetworkCard"]},
+                   {"name": "Modem", "capabilities": ["NetworkCard"]}])");
 }
 
 std::string FrameworkTest::fileWith(const std::string& name, const std::string& text) const {

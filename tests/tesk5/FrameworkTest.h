@@ -83,7 +83,7 @@ protected:
     void setDevices(const std::string& json);
     /// Sets `count` wireless devices.
     void setDevices(int count);
-    /// Sets the wireless device "Card" between "Ethernet" and "Bluetooth", which are not.
+    /// Sets the wireless device "Card" among "Ethernet", "Bluetooth" and "Modem", which are not.
     void setDevicesOfTwoKinds();
 
     /// Path of a file in a folder of this test's own, with `text` in it if there is some.

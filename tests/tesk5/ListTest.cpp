@@ -91,8 +91,9 @@ TEST_F(List, HonoursTheChoiceOfDevices) {
 TEST_F(List, PutsDevicesOfAnotherKindIntoOneLine) {
     setDevicesOfTwoKinds();
     EXPECT_EQ(start({"list"}), 0);
-    EXPECT_THAT(output(), HasSubstr("  Signal\n    Ethernet, Bluetooth: no: lacks the capability "
-                                    "\"Wireless\"\n    Card: yes\n"));
+    EXPECT_THAT(output(),
+                HasSubstr("  Signal\n    Ethernet, Bluetooth, Modem: no: lacks the capability "
+                          "\"Wireless\"\n    Card: yes\n"));
 }
 
 TEST_F(List, SaysWhyThisSystemCannotRunATest) {
