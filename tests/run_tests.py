@@ -48,6 +48,7 @@ BUILDS = (("windows-checked", ("all",), ("wine",)),
 SCRIPTS_OF_BUILDS = {"windows-checked": ("python/system/test_contract_kit",
                                          "python/system/test_signal"),
                      "linux": ("python/system/test_linux", "python/system/test_debian_package",
+                               "python/system/test_kept_captures",
                                "python/system/test_radiovm")}
 # The order of the tests in a program; printed, so that a run can be repeated.
 SEED = int(os.environ.get("MRLR_TEST_SEED", 1167))

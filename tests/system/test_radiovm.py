@@ -2,7 +2,12 @@
 held against what iw and hostapd say there."""
 import datetime
 import json
+import pathlib
+import re
+import struct
+import subprocess
 import sys
+import tempfile
 import unittest
 
 from program import RESULTS as VALUES, ROOT
@@ -23,6 +28,7 @@ PERCENT = 2 * DBM
 SLACK_SECONDS = 5
 
 HOSTILE = bytes.fromhex("1b5b33316d220a27fffe80c03c2f7363726970743e263b25732e2e2f")
+ENDING = b"Ending\0."
 # The levels that the scenes set, by hostapd's names.
 LEVELS = {"open": -55, "wpa2": -65, "wpa3": -70, "twin-low": -80, "twin-high": -62,
           "hostile": -68, "owe": -72}
@@ -32,6 +38,11 @@ NETWORKS = {b"Open": (OPEN, NO_CIPHER), b"Protected": (RSNA_PSK, CCMP), b"Safe":
 # The same in the words of iw.
 SUITES = {OPEN: "", RSNA_PSK: "PSK", WPA_PSK: "PSK", SAE: "SAE", OWE: "OWE"}
 CIPHERS = {NO_CIPHER: "", CCMP: "CCMP", TKIP: "TKIP"}
+RADIO_OFF = "ERROR_NDIS_DOT11_POWER_STATE_INVALID"
+# Opcodes of WlanQueryInterface; the connection's quality and rates, and where they are.
+CONNECTION, CHANNEL, RSSI = 7, 8, 0x10000102
+CONNECTION_RATES = 576
+ASSOCIATION_END = struct.Struct("<III")
 
 
 def setUpModule():
@@ -46,6 +57,15 @@ def text_of(case, name):
 def hostapd(name):
     """What hostapd says of an access point."""
     return dict(line.split("=", 1) for line in text_of("access-points", name).splitlines())
+
+
+def without_advice(report):
+    """A report's content. Advice is also about the machine itself, which a capture does not have.
+    """
+    content = json.loads(report.read_text(encoding="utf-8"))
+    for result in content["results"]:
+        del result["advice"]
+    return content
 
 
 class CaseTest(unittest.TestCase):
@@ -154,6 +174,14 @@ class Lists(CaseTest):
                                            delta=PERCENT)
 
 
+    def test_lose_an_access_point_that_dies(self):
+        blocks = self.blocks("changes", "absent", "WlanGetAvailableNetworkList")
+        names = [{network.ssid for network in radio_lists.networks(block)} for block in blocks]
+        self.assertLessEqual({ENDING, b"Open"}, names[0])
+        self.assertIn(b"Open", names[-1])
+        self.assertNotIn(ENDING, names[-1])
+
+
 class Verdicts(CaseTest):
     def test_follow_a_signal_that_a_script_moves(self):
         weak = ["FAILING_SIGNAL_STRENGTH_DETECTED"]
@@ -181,11 +209,92 @@ class Verdicts(CaseTest):
     def test_keep_the_last_level_of_an_access_point_that_dies(self):
         self.measured("killed", "killed", "PASS", [], -58)
 
+    def test_find_an_access_point_that_is_switched_on_while_they_search(self):
+        found = self.verdict("appears", "appears", "PASS", [], 20.0)
+        self.assertAlmostEqual(found["measurements"][0]["value"], quality(-58), delta=PERCENT)
+
+    def test_take_the_scan_of_another_program_for_theirs(self):
+        self.measured("other-scanner", "beside", "PASS", [], -55)
+        scans = radio_lists.calls(RESULTS / "other-scanner" / "beside.jsonl", "WlanScan")
+        self.assertEqual([scan["result"] for scan in scans], [0])
+
     def test_need_the_radio(self):
-        off = ["ERROR_NDIS_DOT11_POWER_STATE_INVALID"]
-        self.verdict("radio-off", "off", "CANNOTRUN", off, 0.0)
+        self.verdict("radio-off", "off", "CANNOTRUN", [RADIO_OFF], 0.0)
+        self.assertIn("rfkill", self.said("radio-off", "doctor-off"))
         self.measured("radio-off", "on", "PASS", [], -55)
-        self.verdict("radio-switched-off", "switched", "CANNOTRUN", off, 14.0)
+        self.verdict("radio-switched-off", "switched", "CANNOTRUN", [RADIO_OFF], 14.0)
+        self.verdict("interface-down", "down", "CANNOTRUN", [RADIO_OFF], 0.0)
+        self.assertIn("ip link set", self.said("interface-down", "doctor"))
+
+    def test_take_a_fresh_list_of_the_kernel_where_they_may_not_scan(self):
+        found = self.verdict("unprivileged", "fresh", "PASS", [], 0.0)
+        self.assertAlmostEqual(found["measurements"][0]["value"], quality(-55), delta=PERCENT)
+        self.verdict("unprivileged", "old", "FAIL",
+                     ["NO_ACCESS_POINT_FOUND", "ACCESS_POINT_NOT_FOUND"], 30.0)
+        for run in ("old", "doctor"):
+            self.assertIn("CAP_NET_ADMIN", self.said("unprivileged", run))
+
+    def test_measure_while_the_adapter_is_connected(self):
+        for case, ssid, dbm in (("associated-wpa2", b"Protected", -65),
+                                ("associated-wpa3", b"Safe", -70)):
+            with self.subTest(case):
+                self.assertIn("Connected to", text_of(case, "connected.link"))
+                self.measured(case, "connected", "PASS", [], dbm)
+                first, *others = self.last_networks(case, "connected")
+                self.assertEqual((first.ssid, first.connected), (ssid, True))
+                self.assertFalse(any(network.connected for network in others))
+
+    def test_end_when_the_adapter_is_unplugged(self):
+        self.verdict("adapter-gone", "gone", "CANNOTRUN", [], 7.0)
+        self.assertIn("no wireless adapter", self.said("adapter-gone", "doctor"))
+        for run in ("no-interface", "no-interface-run"):
+            self.assertEqual(text_of("adapter-gone", f"{run}.exit"), "3\n")
+            self.assertIn("nl80211", self.said("adapter-gone", run))
+
+
+class Captures(CaseTest):
+    def test_of_every_run_replay_to_the_same_on_this_machine(self):
+        reports = sorted(RESULTS.glob("*/*.json"))
+        captures = [path.with_suffix(".jsonl") for path in reports if path.stem != "pace"]
+        self.assertGreater(len(captures), 15)
+        for capture in captures:
+            with self.subTest(capture.relative_to(RESULTS)), \
+                    tempfile.TemporaryDirectory() as folder:
+                again = pathlib.Path(folder) / "again.json"
+                run = subprocess.run(
+                    [LINUX / "dist" / "mrlrantenna", "replay", capture, "--json", again],
+                    capture_output=True, text=True, check=False, timeout=60)
+                self.assertEqual(f"{run.returncode}\n",
+                                 text_of(capture.parent.name, f"{capture.stem}.exit"), run)
+                self.assertEqual(without_advice(again),
+                                 without_advice(capture.with_suffix(".json")))
+
+
+class Table(CaseTest):
+    """The functions themselves, by the checks of what the program assumes of them."""
+
+    def test_keeps_what_the_program_assumes(self):
+        for case in ("contract", "associated-wpa2"):
+            with self.subTest(case):
+                self.assertRegex(text_of(case, "contract.out"), r"\n\d\d held, 0 broken, ")
+                self.assertEqual(text_of(case, "contract.exit"), "0\n")
+
+    def test_describes_the_connection_as_iw_does(self):
+        link = text_of("associated-wpa2", "contract.link")
+        answers = {step["arguments"]["opcode"]: bytes.fromhex(step["output"]["bytes"])
+                   for step in (json.loads(line).get("captured", {}) for line in
+                                text_of("associated-wpa2", "contract.jsonl").splitlines())
+                   if step.get("call") == "WlanQueryInterface" and step["result"] == 0}
+        dbm = int(re.search(r"signal: (-\d+) dBm", link).group(1))
+        self.assertAlmostEqual(struct.unpack("<i", answers[RSSI])[0], dbm, delta=DBM)
+        self.assertEqual(5 * struct.unpack("<I", answers[CHANNEL])[0] + 2407,
+                         int(re.search(r"freq: (\d+)", link).group(1)))
+        percent, *rates = ASSOCIATION_END.unpack(answers[CONNECTION][CONNECTION_RATES:][:12])
+        self.assertAlmostEqual(percent, quality(dbm), delta=PERCENT)
+        self.assertEqual([rate / 1000 for rate in rates],
+                         [float(rate) for rate in re.findall(r"[rt]x bitrate: (\S+) MBit", link)])
+        self.assertEqual(struct.unpack("<iiii", answers[CONNECTION][-16:]),
+                         (1, 0, RSNA_PSK, CCMP))
 
 
 class Pace(CaseTest):

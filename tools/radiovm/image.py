@@ -62,8 +62,8 @@ REFRESH = "run `apt-get update` as root and look whether Debian's archive can be
 
 
 def _offered():
-    """Names of the packages: those above, the current kernel's, those of libraries; and the checksum
-    of each file that apt would fetch."""
+    """Names of the packages: those above, the current kernel's, those of libraries; and the
+    checksum of each file that apt would fetch."""
     depends = _run(["apt-cache", "depends", KERNEL], REFRESH)
     kernel = re.search(r"Depends: (linux-image-\d\S+)", depends)
     if kernel is None:

@@ -1,8 +1,8 @@
 # The radios: which there are, access points, levels. Radio N is phyN with the interface wlanN.
 
 # Access points first, then a station for each case.
-FIRST_STATION=12
-RADIOS=28
+FIRST_STATION=13
+RADIOS=32
 # One with five channels of 5 GHz, all without radar: a scan takes 1.5 s. A large band takes 5 s,
 # and a connected station 13 s, longer than the test waits for a forced scan.
 COUNTRY=BD
@@ -45,6 +45,7 @@ MOVING=8
 CHANGING=9
 ENDING=10
 KILLED=11
+LATE=12
 
 start_access_points() {
     mkdir -p "$RESULTS/access-points"
