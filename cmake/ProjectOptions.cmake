@@ -16,6 +16,14 @@ add_compile_definitions(_GLIBCXX_ASSERTIONS)
 # the host as the place that raised them.
 add_compile_options("-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=")
 
+# mrlr_file_from_build(): the same for the sources of the calling folder when a compiler cache hands
+# the compiler paths that begin at the build folder.
+function(mrlr_file_from_build)
+    cmake_path(RELATIVE_PATH CMAKE_SOURCE_DIR
+        BASE_DIRECTORY "${CMAKE_BINARY_DIR}" OUTPUT_VARIABLE source_from_build)
+    add_compile_options("-fmacro-prefix-map=${source_from_build}/=")
+endfunction()
+
 if(WIN32)
     add_compile_definitions(
         UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00 WINVER=0x0A00

@@ -164,7 +164,7 @@ def _put_libraries(unpacked, tree):
 
 
 def pack(tree, archive):
-    """Writes the tree as the kernel wants it: equal files give an equal archive, whoever owns them
+    """Writes the tree as the kernel wants it: equal files give an equal archive, whatever their owner
     and whenever they were written. Failure: ImageError"""
     paths = sorted(path.relative_to(tree) for path in tree.rglob("*"))
     for path in [tree, *(tree / name for name in paths)]:

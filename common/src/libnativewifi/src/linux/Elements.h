@@ -1,6 +1,6 @@
 // Reads the information elements of a beacon or a probe response: what the network announces.
 //
-// The bytes come from the air, from whoever sends there. An element whose length does not fit ends
+// The bytes come from any sender on the air. An element whose length does not fit ends
 // the list; fragments and unknown elements are skipped; of an element that occurs twice the first
 // counts. Nothing throws.
 #pragma once

@@ -1,5 +1,5 @@
-// Reads nl80211's attributes into records. The bytes are the kernel's, and in part those of whoever
-// sends on the air: every length is checked, what is too short or unknown is skipped, and nothing
+// Reads nl80211's attributes into records. The bytes are the kernel's, and in part those of any
+// sender on the air: every length is checked, what is too short or unknown is skipped, and nothing
 // throws but std::bad_alloc.
 #pragma once
 
