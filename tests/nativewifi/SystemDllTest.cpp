@@ -56,9 +56,9 @@ TEST_F(SystemDllDeathTest, EndsTheProcessForAnEnvironmentThatCannotBeUsed) {
         const char* message;
     } rows[] = {
         {L"RADIOSIM_SCENARIO",
-         scenarioFile(L"sc\u00E9nario.json", R"({"interfaces": [{"rssi": "x"}]})"),
-         "radiosim: .*nario.json: /interfaces/0/rssi: a whole number from -200 to 200 was "
-         "expected. Mend the file"},
+         scenarioFile(L"sc\u00E9nario.json", R"({"interfaces": [{"rssi": 500}]})"),
+         "radiosim: .*nario.json: /interfaces/0/rssi: 500 is out of range: a whole number from "
+         "-200 to 200 was expected. Mend the file"},
         {L"RADIOSIM_SCENARIO", scenarioFile(L"no_json.json", "{\n]"),
          "radiosim: .*no_json.json: line 2, column 1: syntax error"},
         {L"RADIOSIM_SCENARIO", L"no\\such.json", "such.json: the file cannot be read"},
