@@ -1,5 +1,5 @@
 // A kernel in memory behind Transport.h, with its files in a temporary folder: it answers requests
-// with nl80211's bytes, switches radios by rfkill's device, and announces what it is told to.
+// with nl80211's bytes, switches radios by rfkill's device, and announces what a test asks for.
 #pragma once
 
 #include <support/Netlink.h>
