@@ -63,12 +63,15 @@ private:
     std::vector<tesk5::Parameter*> m_given;
 };
 
-const Settings LIMITS = {{parameters::warningLevel, "-60"},
-                         {parameters::failingLevel, "-70"},
-                         {parameters::guardBand, "2"}};
+// Made when a test runs: the parameters are made by another file's static initialisation.
+Settings limits() {
+    return {{parameters::warningLevel, "-60"},
+            {parameters::failingLevel, "-70"},
+            {parameters::guardBand, "2"}};
+}
 
 TEST_F(SignalLevelVerdicts, PassAboveEveryLimit) {
-    EXPECT_EQ(verdictAt(-50, LIMITS), TestResult::PASS());
+    EXPECT_EQ(verdictAt(-50, limits()), TestResult::PASS());
     EXPECT_THAT(raisedKeys(), IsEmpty());
     ASSERT_EQ(measurements().size(), 1U);
     EXPECT_EQ(measurements()[0].value.text(), "-50.0");
@@ -77,24 +80,24 @@ TEST_F(SignalLevelVerdicts, PassAboveEveryLimit) {
 }
 
 TEST_F(SignalLevelVerdicts, FailBelowTheFailingLevelAndItsGuardBand) {
-    EXPECT_EQ(verdictAt(-73, LIMITS), TestResult::FAIL());
+    EXPECT_EQ(verdictAt(-73, limits()), TestResult::FAIL());
     EXPECT_THAT(raisedKeys(), ElementsAre("LEVEL_BELOW_FAILING"));
 }
 
 TEST_F(SignalLevelVerdicts, WarnBetweenTheLimits) {
-    EXPECT_EQ(verdictAt(-65, LIMITS), TestResult::WARN());
+    EXPECT_EQ(verdictAt(-65, limits()), TestResult::WARN());
     EXPECT_THAT(raisedKeys(), ElementsAre("LEVEL_BELOW_WARNING"));
 }
 
 TEST_F(SignalLevelVerdicts, WarnNearEitherLimit) {
-    EXPECT_EQ(verdictAt(-71, LIMITS), TestResult::WARN());
+    EXPECT_EQ(verdictAt(-71, limits()), TestResult::WARN());
     EXPECT_EQ(verdictAt(-69, {}), TestResult::WARN());
     EXPECT_EQ(verdictAt(-59, {}), TestResult::WARN());
     EXPECT_THAT(raisedKeys(), ElementsAre("LEVEL_TOO_CLOSE", "LEVEL_TOO_CLOSE", "LEVEL_TOO_CLOSE"));
 }
 
 TEST_F(SignalLevelVerdicts, CountTheOffset) {
-    EXPECT_EQ(verdictAt(-73, LIMITS), TestResult::FAIL());
+    EXPECT_EQ(verdictAt(-73, limits()), TestResult::FAIL());
     EXPECT_EQ(verdictAt(-73, {{parameters::offset, "20.5"}}), TestResult::PASS());
     EXPECT_EQ(measurements().back().value.text(), "-52.5");
 }
