@@ -3,6 +3,7 @@ import dataclasses
 import pathlib
 import re
 import shutil
+import signal
 import subprocess
 import tempfile
 import time
@@ -20,6 +21,8 @@ COMMAND = (QEMU, "-accel", "tcg", "-smp", "1", "-m", "768", "-cpu", "qemu64,+rdr
 # Without the periodic tick the time would jump far ahead while the machine waits for a file of the
 # host.
 KERNEL_COMMAND_LINE = "console=ttyS0 quiet nohz=off panic=-1 oops=panic random.trust_cpu=on"
+# How `timeout` ends when it kills, itself included.
+KILLED = (-signal.SIGKILL, 128 + signal.SIGKILL)
 LAST_LINE = "radiovm: the end"
 
 
@@ -81,17 +84,17 @@ def _share(files, names):
 
 def _boot(folder, share, console, limit):
     """Runs QEMU to its end; returns whether it ended by itself."""
-    command = [*COMMAND, "-kernel", str(folder / "kernel"), "-initrd", str(folder / "initrd"),
-               "-append", KERNEL_COMMAND_LINE, "-serial", f"file:{console}", "-virtfs",
+    if shutil.which(QEMU) is None:
+        raise MachineError(f"{QEMU} is missing: install the package qemu-system-x86")
+    # The limit holds when this process is ended too.
+    command = ["timeout", "--foreground", "--signal=KILL", str(limit), *COMMAND,
+               "-kernel", str(folder / "kernel"), "-initrd", str(folder / "initrd"), "-append", KERNEL_COMMAND_LINE,
+               "-serial", f"file:{console}", "-virtfs",
                f"local,path={share},mount_tag=host,security_model=none,id=host"]
-    try:
-        done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, text=True,
-                              timeout=limit, check=False)
-    except subprocess.TimeoutExpired:
+    done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, text=True,
+                          check=False)
+    if done.returncode in KILLED:
         return False
-    except OSError as failure:
-        raise MachineError(f"{QEMU} cannot be started ({failure.strerror}): install the package "
-                           "qemu-system-x86") from failure
     if done.returncode != 0:
         reason = (done.stderr.strip().splitlines() or [f"exit value {done.returncode}"])[-1]
         raise MachineError(f"{QEMU} failed ({reason}): install the package qemu-system-x86 of "
