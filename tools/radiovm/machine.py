@@ -88,8 +88,8 @@ def _boot(folder, share, console, limit):
         raise MachineError(f"{QEMU} is missing: install the package qemu-system-x86")
     # The limit holds when this process is ended too.
     command = ["timeout", "--foreground", "--signal=KILL", str(limit), *COMMAND,
-               "-kernel", str(folder / "kernel"), "-initrd", str(folder / "initrd"), "-append", KERNEL_COMMAND_LINE,
-               "-serial", f"file:{console}", "-virtfs",
+               "-kernel", str(folder / "kernel"), "-initrd", str(folder / "initrd"),
+               "-append", KERNEL_COMMAND_LINE, "-serial", f"file:{console}", "-virtfs",
                f"local,path={share},mount_tag=host,security_model=none,id=host"]
     done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, text=True,
                           check=False)
