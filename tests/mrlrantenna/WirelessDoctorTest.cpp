@@ -116,6 +116,23 @@ TEST_F(WirelessDoctor, LeavesOutAFailureThatTheCheckOfTheMachineExplains) {
     EXPECT_THAT(sayings().back(), HasSubstr("(WlanGetAvailableNetworkList: error "));
 }
 
+TEST_F(WirelessDoctor, LeavesOutARadioThatIsOffBecauseItsInterfaceIsDown) {
+    startRadio(Scenario{.interfaces = {{.phys = {{.software = 2}}}}});
+    Findings findings = {{"DOCTOR_INTERFACE_DOWN", false, {{"Interface", "wlan0"}}}};
+    examineWirelessDevice(device(), ExaminationDepth::QUICK, findings);
+    EXPECT_EQ(findings.size(), 1U);
+}
+
+TEST_F(WirelessDoctor, SaysNothingOfAnEmptyListWhereNothingCouldBeScanned) {
+    startRadio(Scenario{.faults = {{.function = "WlanScan", .code = ERROR_ACCESS_DENIED}}});
+    Findings findings;
+    examineWirelessDevice(device(), ExaminationDepth::THOROUGH, findings);
+    for (const tesk5::Finding& finding : findings) {
+        EXPECT_NE(finding.key, "DOCTOR_NO_NETWORKS");
+    }
+    EXPECT_FALSE(findings.empty());
+}
+
 struct Radio {
     const char* what;
     Scenario scenario;

@@ -196,6 +196,17 @@ TEST_F(LinuxMachine, NamesAnInterfaceThatIsDown) {
                                      "radio if it is blocked."));
 }
 
+TEST_F(LinuxMachine, LeavesOutAnInterfaceThatIsDownBecauseItsRadioIsBlocked) {
+    radio("wlp2s0", "0x1002");
+    file("sys/class/net/wlp2s0/phy80211/rfkill0/soft", "1\n");
+    radio("wlp3s0", "0x1002");
+    file("sys/class/net/wlp3s0/phy80211/rfkill1/soft", "0\n");
+    file("sys/class/net/wlp3s0/phy80211/rfkill1/hard", "1\n");
+    EXPECT_THAT(found(), testing::IsEmpty());
+    file("sys/class/net/wlp3s0/phy80211/rfkill1/hard", "0\n");
+    EXPECT_EQ(found().size(), 1U);
+}
+
 TEST_F(LinuxMachine, NamesARadioThatUsesNoChannelOf5GhzBecauseItHasNoCountry) {
     radio("wlp2s0");
     setChannels({{"phy0", "00", 25, 0},

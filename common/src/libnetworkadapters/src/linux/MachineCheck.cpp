@@ -136,11 +136,20 @@ std::vector<path> wirelessInterfaces() {
     return interfaces;
 }
 
+// By a switch of the radio: the kernel takes its interfaces down with it.
+bool isBlocked(const path& interface) {
+    const std::vector<path> entries = entriesOf(interface / "phy80211");
+    return std::any_of(entries.begin(), entries.end(), [](const path& entry) {
+        return entry.filename().string().starts_with("rfkill") &&
+               (lineOf(entry / "soft") == "1" || lineOf(entry / "hard") == "1");
+    });
+}
+
 void addInterfacesThatAreDown(const std::vector<path>& interfaces, Findings& findings) {
     constexpr std::uint64_t UP = 1; // IFF_UP
     for (const path& interface : interfaces) {
         const std::optional<std::uint64_t> flags = hexNumber(lineOf(interface / "flags"));
-        if (flags && (*flags & UP) == 0) {
+        if (flags && (*flags & UP) == 0 && !isBlocked(interface)) {
             findings.push_back(
                 {INTERFACE_DOWN, false, {{"Interface", interface.filename().string()}}});
         }

@@ -178,7 +178,7 @@ private:
         if ((flags & HARDWARE_OFF) != 0) {
             add("DOCTOR_RADIO_HARDWARE_OFF", false);
         }
-        if ((flags & SOFTWARE_OFF) != 0) {
+        if ((flags & SOFTWARE_OFF) != 0 && !machineExplainsRadio()) {
             add("DOCTOR_RADIO_SOFTWARE_OFF", false);
         }
         if (!radio.isOn(TESTED_PHY)) {
@@ -213,12 +213,11 @@ private:
         }
     }
 
-    // Whether the check of the machine has said why a list fails although the radio is on.
-    bool isExplained(DWORD error) const {
-        return error == ERROR_NDIS_DOT11_POWER_STATE_INVALID &&
-               std::any_of(m_findings.begin(), m_findings.end(), [](const Finding& finding) {
-                   return finding.key == networkadapters::INTERFACE_DOWN;
-               });
+    // Whether the check of the machine has said why the radio is off, or works like one.
+    bool machineExplainsRadio() const {
+        return std::any_of(m_findings.begin(), m_findings.end(), [](const Finding& finding) {
+            return finding.key == networkadapters::INTERFACE_DOWN;
+        });
     }
 
     void checkNetworks() {
@@ -230,13 +229,16 @@ private:
             return;
         }
         if (result != ERROR_SUCCESS) {
-            if (!isExplained(result)) {
+            if (result != ERROR_NDIS_DOT11_POWER_STATE_INVALID || !machineExplainsRadio()) {
                 addFailure("DOCTOR_CALL_FAILED", "WlanGetAvailableNetworkList", result);
             }
             return;
         }
         const std::vector<NamedNetwork> networks =
             list ? namedNetworks(*list) : std::vector<NamedNetwork>();
+        if (networks.empty() && m_denied) {
+            return; // nothing could be scanned: an empty list says nothing of the antennas
+        }
         if (networks.empty()) {
             const DWORD nameless = list ? list->dwNumberOfItems : 0;
             add(nameless == 0 ? "DOCTOR_NO_NETWORKS" : "DOCTOR_ONLY_NAMELESS_NETWORKS", false,
