@@ -28,7 +28,7 @@ protected:
     }
     /// A device of wlan0's radio, as the kernel links it.
     fs::path device(const std::string& bus, const std::string& place) {
-        const fs::path device = root() / "sys/devices" / place;
+        fs::path device = root() / "sys/devices" / place;
         fs::create_directories(device);
         fs::create_directories(root() / "sys/bus" / bus);
         fs::create_directories(root() / "sys/drivers/iwlwifi");

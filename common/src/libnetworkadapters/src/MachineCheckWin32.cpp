@@ -13,8 +13,4 @@ tesk5::Finding accessDenied(const tesk5::TeskString& device, const char* functio
             {{"Device", device}, {"Function", function}, {"Error", error}}};
 }
 
-ScopedMachine::ScopedMachine(std::filesystem::path /*root*/,
-                             std::vector<nativewifi::RadioChannels> /*radios*/) {}
-ScopedMachine::~ScopedMachine() = default;
-
 } // namespace networkadapters

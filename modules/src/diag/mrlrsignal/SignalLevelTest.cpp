@@ -177,7 +177,7 @@ struct Explanation {
     Fill fill;
     bool advice; ///< the doctor can find the cause
 };
-const Explanation explanations[] = {
+constexpr Explanation explanations[] = {
     {NoLevel::NO_SERVICE, &events::noService, &fillError, true},
     {NoLevel::RADIO_OFF, &events::radioOff, &fillError, true},
     {NoLevel::DENIED, &events::denied, &fillError, true},

@@ -389,10 +389,10 @@ std::optional<Bss> readBss(Attributes attributes) {
             forEach(nested, [&parts](unsigned type, Attributes body) { parts.read(type, body); });
         }
     });
-    Bss& bss = parts.bss;
-    if (!parts.bssid || bss.frequencyMhz == 0) {
+    if (!parts.bssid || parts.bss.frequencyMhz == 0) {
         return std::nullopt;
     }
+    Bss bss = std::move(parts.bss);
     bss.bssid = *parts.bssid;
     if (bss.timestamp == 0) {
         bss.timestamp = parts.beaconTimestamp.value_or(0);
@@ -402,7 +402,7 @@ std::optional<Bss> readBss(Attributes attributes) {
     if (bss.signalPercent > 100) {
         bss.signalPercent.reset();
     }
-    return std::move(bss);
+    return bss;
 }
 
 std::optional<Station> readStation(Attributes attributes) {

@@ -1,43 +1,18 @@
 #include "Machine.h"
 
-#include <networkadapters/MachineCheck.h>
+#include "../OtherMachine.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace networkadapters {
 
-namespace {
-
-struct Machine {
-    std::filesystem::path root;
-    std::vector<nativewifi::RadioChannels> radios;
-};
-
-// Nothing for this one.
-std::optional<Machine>& other() {
-    static std::optional<Machine> machine;
-    return machine;
-}
-
-} // namespace
-
-ScopedMachine::ScopedMachine(std::filesystem::path root,
-                             std::vector<nativewifi::RadioChannels> radios) {
-    other() = {std::move(root), std::move(radios)};
-}
-
-ScopedMachine::~ScopedMachine() {
-    other().reset();
-}
-
 std::filesystem::path systemPath(std::string_view path) {
-    const std::filesystem::path root = other() ? other()->root : "/";
+    const std::filesystem::path root = otherMachine() ? otherMachine()->root : "/";
     return root.empty() ? std::filesystem::path() : root / path;
 }
 
 std::vector<nativewifi::RadioChannels> machineRadios() {
-    return other() ? other()->radios : nativewifi::radioChannels();
+    return otherMachine() ? otherMachine()->radios : nativewifi::radioChannels();
 }
 
 std::vector<std::filesystem::path> entriesOf(const std::filesystem::path& folder) {
