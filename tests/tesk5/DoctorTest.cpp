@@ -76,6 +76,11 @@ TEST_F(Doctor, ReportsADeviceOfAnotherKindAsGood) {
     forgetOutput();
     EXPECT_EQ(start({"doctor", "--device", "none"}), CANNOTRUN);
     EXPECT_THAT(output(), HasSubstr("ok: Ethernet is left out by A: "));
+    forgetOutput();
+    setDevices(R"([{"name": "Ethernet", "capabilities": ["NetworkCard"]}])");
+    EXPECT_EQ(start({"doctor"}), CANNOTRUN);
+    EXPECT_THAT(output(),
+                HasSubstr("problem: There is no device for A.\nok: Ethernet is left out by A: "));
 }
 
 TEST_F(Doctor, PutsDevicesOfAnotherKindIntoOneLine) {
@@ -286,6 +291,9 @@ TEST_F(Advice, IsGivenForATestWithoutADevice) {
     EXPECT_EQ(errors(), "example: no device for A\n"
                         "  Ethernet: lacks the capability \"Wireless\"\n"
                         "  possible cause: There is no device for A.\n");
+    forgetOutput();
+    EXPECT_EQ(start({"run", "--device", "none"}), CANNOTRUN);
+    EXPECT_THAT(errors(), testing::EndsWith("  possible cause: There is no device for A.\n"));
     forgetOutput();
     g_module.devices = {{}, tesk5::Finding{"SERVICE_STOPPED", false, {{"Error", "126"}}}};
     EXPECT_EQ(startBare({"run"}), CANNOTRUN);
