@@ -131,12 +131,16 @@ protected:
         }
         return result;
     }
-    DWORD stations(DWORD* count = nullptr) const {
+    /// \param heardAt the host timestamp of the first
+    DWORD stations(DWORD* count = nullptr, ULONGLONG* heardAt = nullptr) const {
         nativewifi::WlanMemory<WLAN_BSS_LIST> list;
         const DWORD result = nativewifi::api().WlanGetNetworkBssList(
             client(), guid(), nullptr, dot11_BSS_type_any, FALSE, nullptr, out(list));
         if (list && count != nullptr) {
             *count = list->dwNumberOfItems;
+        }
+        if (list && heardAt != nullptr && list->dwNumberOfItems != 0) {
+            *heardAt = list->wlanBssEntries[0].ullHostTimestamp;
         }
         return result;
     }

@@ -1,5 +1,6 @@
 // What the client functions answer from the kernel's messages and files.
 #include "LinuxRadioTest.h"
+#include "support/VirtualClock.h"
 
 #include <nativewifi/Guid.h>
 #include <nativewifi/Ssid.h>
@@ -147,6 +148,21 @@ TEST_F(LinuxTable, ListsWhatTheKernelHeardOf) {
     DWORD count = 0;
     EXPECT_EQ(stations(&count), ERROR_SUCCESS);
     EXPECT_EQ(count, 3U);
+}
+
+TEST_F(LinuxTable, KeepsTheTimestampOfAStationThatWasNotHeardAgain) {
+    test::VirtualClock wall;
+    FakeInterface interface;
+    HeardBss heard = accessPoint("Lab", 1);
+    heard.lastSeenNs = test::FakeKernel::BOOT_TIME_NS;
+    interface.heard = {heard};
+    start({interface});
+    ULONGLONG first = 0;
+    EXPECT_EQ(stations(nullptr, &first), ERROR_SUCCESS);
+    wall.sleep(1h);
+    ULONGLONG second = 0;
+    EXPECT_EQ(stations(nullptr, &second), ERROR_SUCCESS);
+    EXPECT_EQ(second, first) << "the clock of the PC was set, and nothing was heard";
 }
 
 TEST_F(LinuxTable, LeavesOutOfBothListsWhatWasNotHeardOfFor15Seconds) {

@@ -212,7 +212,9 @@ const Row& rowOf(const Row (&rows)[ROWS], DWORD opcode) {
 
 } // namespace
 
-Client::Client(Kernel& kernel) : m_kernel(kernel), m_radios(std::make_shared<Radios>(kernel)) {}
+Client::Client(Kernel& kernel)
+    : m_kernel(kernel), m_radios(std::make_shared<Radios>(kernel)),
+      m_fileTimeOfBoot(fileTimeNow() - m_radios->bootTimeNs() / NS_PER_FILE_TIME) {}
 
 Block Client::interfaceList() {
     std::vector<WLAN_INTERFACE_INFO> list;
@@ -251,8 +253,9 @@ Block Client::networkList(const GUID& guid) {
 
 Block Client::bssList(const GUID& guid, const DOT11_SSID* ssid, DOT11_BSS_TYPE type, bool secured) {
     const Adapter adapter = m_radios->find(guid);
-    return linux_radio::bssList(m_radios->heard(adapter), ssid, type, secured,
-                                m_radios->bootTimeNs(), fileTimeNow());
+    const std::uint64_t bootTime = m_radios->bootTimeNs();
+    return linux_radio::bssList(m_radios->heard(adapter), ssid, type, secured, bootTime,
+                                m_fileTimeOfBoot + bootTime / NS_PER_FILE_TIME);
 }
 
 void Client::scan(const GUID& guid, const DOT11_SSID* ssid) {

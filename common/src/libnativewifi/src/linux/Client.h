@@ -37,6 +37,9 @@ private:
 
     Kernel& m_kernel;
     const std::shared_ptr<Radios> m_radios;
+    /// Read once: an entry that was not heard again keeps its timestamp, also when the wall clock
+    /// is set.
+    const std::uint64_t m_fileTimeOfBoot;
     std::mutex m_mutex; ///< of all below; not held while a callback is waited for
     bool m_closed = false;
     std::shared_ptr<Notifications> m_notifications;         ///< null without a registration

@@ -21,6 +21,9 @@ DOT11_BSS_TYPE typeOf(const Bss& bss);
 /// silent.
 std::optional<LONG> levelOf(const Bss& bss);
 
+/// Nanoseconds in one unit of host timestamps.
+constexpr std::uint64_t NS_PER_FILE_TIME = 100;
+
 /// Whether the kernel heard of it at most `freshMs` ago, or the interface is connected to it.
 /// \param bootTimeNs now, on CLOCK_BOOTTIME
 bool isFresh(const Bss& bss, std::uint64_t bootTimeNs, std::uint32_t freshMs);
