@@ -41,12 +41,11 @@ SIDE_BY_SIDE = 2
 # Each build with the targets that the suites need, and what starts its programs.
 # The Windows build first: its programs share the desktop and run one after another.
 BUILDS = (("windows-checked", ("all",), ("wine",)),
-          ("linux", ("mrlrantenna", "contract", "radio_pace"), ()),
+          ("linux", ("mrlrantenna", "mrlrsignal", "contract", "radio_pace"), ()),
           ("native", ("all", "benchmarks"), ()),
           ("thread-sanitizer", ("test_threads",), ()))
 # Python suites of the build's programs, which run after it; the others run beside the builds.
-SCRIPTS_OF_BUILDS = {"windows-checked": ("python/system/test_contract_kit",
-                                         "python/system/test_signal"),
+SCRIPTS_OF_BUILDS = {"windows-checked": ("python/system/test_contract_kit",),
                      "linux": ("python/system/test_linux", "python/system/test_debian_package",
                                "python/system/test_kept_captures",
                                "python/system/test_radiovm")}

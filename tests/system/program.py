@@ -14,8 +14,11 @@ sys.path.insert(0, str(ROOT / "tests"))
 import wine_starts
 DIST = ROOT / "build" / "windows" / "dist"
 EXECUTABLE = DIST / "mrlrantenna.k5x"
-# The parts of the program's resources.
-RESOURCES = [ROOT / "resources" / part for part in ("mrlrantenna", "networkadapters", "tesk5")]
+SIGNAL = DIST / "mrlrsignal.k5x"
+PROGRAMS = (EXECUTABLE, SIGNAL)
+# The parts of the programs' resources.
+RESOURCES = [ROOT / "resources" / part
+             for part in ("mrlrantenna", "mrlrsignal", "networkadapters", "tesk5")]
 SCENARIOS = ROOT / "tools" / "radiosim" / "scenarios"
 VERIFICATION = "WirelessSignalStrengthVerificationTest"
 # Longer than the longest run: two forced scans, half a minute of polling, Wine's start.

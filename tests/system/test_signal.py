@@ -1,15 +1,11 @@
-"""mrlrsignal under Wine: levels in dBm, from the command line to the report.
-
-Runs after the build of the Windows test programs, which has it.
-"""
+"""mrlrsignal under Wine: levels in dBm, from the command line to the report."""
 import json
 import unittest
 
 import jsonschema
 
-from program import ProgramTest, ROOT, RESULTS, WRONG_USAGE, settings
+from program import ROOT, RESULTS, SIGNAL, WRONG_USAGE, ProgramTest, settings
 
-EXECUTABLE = ROOT / "build" / "windows-checked" / "mrlrsignal" / "mrlrsignal.k5x"
 SCHEMA = ROOT / "docs" / "schemas" / "report.schema.json"
 
 
@@ -24,7 +20,7 @@ def networks(*radios):
 class Signal(ProgramTest):
     def setUp(self):
         super().setUp()
-        self.executable = EXECUTABLE
+        self.executable = SIGNAL
 
     def measure(self, scenario, *options, **parameters):
         run = self.run_program("run", "--json", "report.json", *options,

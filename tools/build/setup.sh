@@ -8,6 +8,7 @@ BUILD_PACKAGES=(
     cmake ninja-build                                            # builds either executable
     nlohmann-json3-dev libcli11-dev                              # libraries, used header-only
     libkainjow-mustache-dev libtomlplusplus-dev libutfcpp-dev    # the same
+    libboost-dev                                                 # the same: distributions
 )
 RUN_PACKAGES=(
     "${BUILD_PACKAGES[@]}"
@@ -24,7 +25,6 @@ TEST_PACKAGES=(
     "${LINUX_PACKAGES[@]}"
     clang lld googletest                                         # builds the tests and fuzzers
     libbenchmark-dev                                             # builds the benchmarks
-    libboost-dev                                                 # distributions, used header-only
     xvfb xauth xdotool imagemagick                               # a display, keys and screenshots
     fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages
     mosquitto mosquitto-clients rsyslog                          # what the examples for stations feed
@@ -42,8 +42,8 @@ DISPLAY_PACKAGES=(xvfb xauth)
 # Only the checks of .ci/run need these.
 CHECK_PACKAGES=(clang-format clang-tidy cppcheck)
 
-# The targets that a run of the executable needs: itself and the simulator.
-PRODUCT_TARGETS=(mrlrantenna radiosim_dll)
+# The targets that a run of the executables needs: themselves and the simulator.
+PRODUCT_TARGETS=(mrlrantenna mrlrsignal radiosim_dll)
 
 ROOT=$PWD
 WINE_PREFIX="$ROOT/build/wineprefix"

@@ -73,8 +73,10 @@ public:
     }
 
     Sampling result(const LevelSource& source, bool interrupted) {
-        Sampling sampling{
-            .dropped = source.dropped(), .scans = source.scans(), .seconds = seconds()};
+        Sampling sampling;
+        sampling.dropped = source.dropped();
+        sampling.scans = source.scans();
+        sampling.seconds = seconds();
         sampling.candidates = candidates();
         sampling.none = reason(sampling, interrupted);
         if (sampling.none == NoLevel::DENIED || sampling.none == NoLevel::RADIO_OFF ||
