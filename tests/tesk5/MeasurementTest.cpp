@@ -2,6 +2,7 @@
 #include "FrameworkTest.h"
 
 #include <reports/Gauge.h>
+#include <run/ReportWords.h>
 #include <texts/MeasurementText.h>
 
 namespace test {
@@ -111,9 +112,10 @@ TEST_F(Measurements, SayInWordsOnWhichSideOfALimitTheyAre) {
 
 TEST_F(Measurements, HaveFiguresBesideThem) {
     Measurement measurement = level("-57.5", {});
-    EXPECT_EQ(tesk5::figuresText(measurement), "");
     measurement.figures = {{"Spread", *tesk5::Number::parse("1.5"), "dB"}, {"Samples", 15, ""}};
-    EXPECT_EQ(tesk5::figuresText(measurement), "Spread: 1.5\u00A0dB, Samples: 15");
+    EXPECT_THAT(tesk5::measurementLines(measurement),
+                testing::ElementsAre(testing::HasSubstr("-57.5"), "  Spread: 1.5\u00A0dB",
+                                     "  Samples: 15"));
 }
 
 TEST(Gauge, HasZonesOnBothSidesOfAValueThatHasTwoLimits) {

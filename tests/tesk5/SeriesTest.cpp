@@ -244,7 +244,7 @@ TEST_F(LevelRun, IsDescribedByTheJUnitReport) {
         EXPECT_THAT(junit(), HasSubstr(std::string("<property name=") + property + "/>"));
     }
     EXPECT_THAT(junit(), Not(HasSubstr("leftOut")));
-    EXPECT_THAT(junit(), HasSubstr("\n  Spread: 1.5\u00A0dB, Samples: 2"));
+    EXPECT_THAT(junit(), HasSubstr("\n  Spread: 1.5\u00A0dB\n  Samples: 2"));
 }
 
 TEST_F(LevelRun, IsDrawnOnTheHtmlPageWithAllReadingsInATable) {
@@ -271,9 +271,10 @@ TEST_F(LevelRun, ShowsParametersWithTheirUnit) {
 
 TEST_F(LevelRun, IsShownOnTheConsoleWithItsFigures) {
     EXPECT_EQ(start({"run"}), 1);
-    EXPECT_THAT(output(),
-                HasSubstr("  Median: -57.0\u00A0dBm [#######|#####............] at or above the "
-                          "failing limit of -80\u00A0dBm\n    Spread: 1.5\u00A0dB, Samples: 2\n"));
+    EXPECT_THAT(
+        output(),
+        HasSubstr("  Median: -57.0\u00A0dBm [#######|#####............] at or above the "
+                  "failing limit of -80\u00A0dBm\n    Spread: 1.5\u00A0dB\n    Samples: 2\n"));
     EXPECT_THAT(output(), HasSubstr(" Level: -57.0\u00A0dBm\n")) << "the variable of the event";
 }
 

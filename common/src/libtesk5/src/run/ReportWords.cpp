@@ -42,8 +42,8 @@ std::string labelOf(const Test& test) {
 
 std::vector<std::string> measurementLines(const Measurement& measurement) {
     std::vector<std::string> lines = {measurementLine(measurement)};
-    if (!measurement.figures.empty()) {
-        lines.push_back("  " + figuresText(measurement));
+    for (const Figure& figure : measurement.figures) {
+        lines.push_back("  " + figureText(figure));
     }
     return lines;
 }

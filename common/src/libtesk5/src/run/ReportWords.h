@@ -14,7 +14,7 @@ std::string resultInWords(const TestResult& result);
 /// The identifier of the test, and its name for people in parentheses when it has one.
 std::string labelOf(const Test& test);
 
-/// The measurement with its bar in one line, and its figures in another.
+/// The measurement with its bar in one line, then a line for each of its figures.
 std::vector<std::string> measurementLines(const Measurement& measurement);
 
 /// Measurements, surveys and advice, one line each.

@@ -65,10 +65,6 @@ std::string figureText(const Figure& figure) {
                                    {"Value", withUnit(figure.value, figure.unit)}});
 }
 
-std::string figuresText(const Measurement& measurement) {
-    return listed(textsOf(measurement.figures, &figureText));
-}
-
 std::string limitText(const Limit& limit, const TeskString& unit, Fill fill) {
     return wordsOn(limit, unit, &LimitWords::limit, fill);
 }

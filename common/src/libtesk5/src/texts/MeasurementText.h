@@ -21,9 +21,6 @@ std::string comparisonText(const Measurement& measurement, Fill fill = &message)
 /// "Spread: 1.5 dB"
 std::string figureText(const Figure& figure);
 
-/// The figures of a measurement in one line: "Spread: 1.5 dB, Drift: 0.2 dB"; empty without one.
-std::string figuresText(const Measurement& measurement);
-
 /// What the limit means: "Failing at 20% or below".
 std::string limitText(const Limit& limit, const TeskString& unit, Fill fill = &message);
 
