@@ -5,8 +5,8 @@
 #include <support/SafeText.h>
 
 #include <texts/TextCatalogue.h>
-#include <texts/TextLayout.h>
 
+#include <tesk5/TextLayout.h>
 #include <tesk5/Texts.h>
 
 #include <mrl/Unicode.h>

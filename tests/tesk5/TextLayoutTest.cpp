@@ -1,4 +1,4 @@
-#include <texts/TextLayout.h>
+#include <tesk5/TextLayout.h>
 
 #include <mrl/DisplayWidth.h>
 

@@ -3,12 +3,12 @@
 
 #include <tesk5/RunContext.h>
 #include <tesk5/TestResult.h>
+#include <tesk5/TextLayout.h>
 #include <tesk5/Texts.h>
 
 #include "commandline/Program.h"
 #include "texts/BadInput.h"
 #include "texts/Lists.h"
-#include "texts/TextLayout.h"
 
 #include <mrl/DisplayWidth.h>
 

@@ -1,6 +1,7 @@
 #include "console/Console.h"
 
 #include <tesk5/ModuleInfo.h>
+#include <tesk5/TextLayout.h>
 #include <tesk5/Texts.h>
 
 #include "run/ReportWords.h"
@@ -8,7 +9,6 @@
 #include "texts/Lists.h"
 #include "texts/MeasurementText.h"
 #include "texts/NumberText.h"
-#include "texts/TextLayout.h"
 
 #include <mrl/DisplayWidth.h>
 #include <mrl/Unicode.h>

@@ -1,11 +1,11 @@
 #include "console/ListOutput.h"
 
+#include <tesk5/TextLayout.h>
 #include <tesk5/Texts.h>
 
 #include "console/Console.h"
 #include "texts/Lists.h"
 #include "texts/ParameterText.h"
-#include "texts/TextLayout.h"
 
 #include <mrl/DisplayWidth.h>
 
