@@ -103,6 +103,18 @@ TEST_F(LevelSources, TakeNothingOfAnAccessPointThatIsGoneAndStillListed) {
     EXPECT_TRUE(readingsIn(source, 20s).empty());
 }
 
+TEST_F(LevelSources, TakeNothingOfTwoEntriesOfOneAddressThatStandStill) {
+    AccessPoint named = lab(-60);
+    named.bss->front().heardUntil = 1s;
+    AccessPoint nameless = named;
+    nameless.ssid = "";
+    nameless.bss->front().heardUntil = 500ms;
+    show({named, nameless});
+    LevelSource source = sourceOf({.bssid = LAB});
+    EXPECT_FALSE(readingsIn(source, 1100ms).empty());
+    EXPECT_TRUE(readingsIn(source, 5s).empty());
+}
+
 TEST_F(LevelSources, DropLevelsThatAreNone) {
     for (const int level : {0, 20, -120, -128}) {
         show({lab(level)});

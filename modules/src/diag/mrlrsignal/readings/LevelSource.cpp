@@ -162,7 +162,8 @@ void LevelSource::readList(Look& look) {
             continue;
         }
         look.listed = true;
-        const auto [known, isNew] = m_heard.try_emplace(reading.bssid, entry.ullHostTimestamp);
+        const auto [known, isNew] =
+            m_heard.try_emplace({reading.bssid, reading.ssid}, entry.ullHostTimestamp);
         // At the first look there is nothing to tell a fresh entry by.
         if (isNew || !hasMoved(known->second, entry.ullHostTimestamp)) {
             ++m_dropped.unchanged;
@@ -172,7 +173,10 @@ void LevelSource::readList(Look& look) {
         m_lastHeard = reading.at;
         m_channelMhz =
             m_target.bssid || m_heard.size() == 1 ? std::optional(reading.mhz) : std::nullopt;
-        if (isLevel(reading.dbm)) {
+        const bool another = std::ranges::any_of(look.readings, [&reading](const Reading& each) {
+            return each.bssid == reading.bssid; // under another name
+        });
+        if (!another && isLevel(reading.dbm)) {
             look.readings.push_back(std::move(reading));
         }
     }

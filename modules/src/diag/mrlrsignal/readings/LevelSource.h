@@ -81,7 +81,9 @@ private:
     std::optional<std::uint32_t> m_channelMhz; ///< where it was heard, when that is one place
     std::optional<mrl::Clock::Duration> m_lastHeard;
     std::optional<mrl::Clock::Duration> m_lastScan;
-    std::map<Bssid, ULONGLONG> m_heard; ///< host timestamps
+    /// Host timestamps. A hidden network can have two entries: named by an answer to a probe, and
+    /// without a name by its beacons.
+    std::map<std::pair<Bssid, std::string>, ULONGLONG> m_heard;
     std::size_t m_scans = 0;
     Dropped m_dropped;
 };
