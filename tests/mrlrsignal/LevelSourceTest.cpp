@@ -2,6 +2,7 @@
 #include "Client.h"
 
 #include <readings/LevelSource.h>
+#include <readings/ScanRequest.h>
 
 namespace readings {
 namespace {
@@ -254,6 +255,50 @@ TEST_F(LevelSources, SayThatTheServiceIsStoppedAndFindItAgain) {
     engine().addFault({.function = "WlanOpenHandle", .nth = 1, .code = ERROR_SERVICE_NOT_ACTIVE});
     EXPECT_EQ(source.look().error, ERROR_SERVICE_NOT_ACTIVE);
     EXPECT_EQ(source.look().error, ERROR_SUCCESS);
+}
+
+TEST_F(LevelSources, FindTheServiceAgainThatWasRestarted) {
+    show({lab(-60)});
+    LevelSource source = sourceOf({.ssid = "Lab"});
+    source.look();
+    engine().stopService();
+    EXPECT_EQ(source.look().error, ERROR_SERVICE_NOT_ACTIVE);
+    engine().startService();
+    EXPECT_FALSE(readingsIn(source, 500ms).empty());
+}
+
+TEST_F(LevelSources, TakeEverythingOfTheListWithoutATarget) {
+    connectedTo({.ssid = "Lab"}, -48,
+                {lab(-70),
+                 {.ssid = "Other", .bss = {{{.bssid = {2, 0, 0, 0, 9, 9}, .heardEvery = 100ms}}}}});
+    LevelSource source = sourceOf({});
+    source.look();
+    after(100ms);
+    const Look look = source.look();
+    ASSERT_EQ(look.readings.size(), 2U);
+    EXPECT_EQ(look.readings[0].source, Source::SCAN);
+    EXPECT_EQ(look.readings[1].ssid, "Other");
+    EXPECT_EQ(source.scanEvery(), scanInterval(0));
+}
+
+TEST_F(LevelSources, TakeTheConnectionWithoutATargetWhereTheListIsDenied) {
+    connectedTo({.ssid = "Lab"}, -48);
+    engine().addFault({.function = "WlanGetNetworkBssList", .code = ERROR_ACCESS_DENIED});
+    LevelSource source = sourceOf({});
+    const Look look = source.look();
+    ASSERT_EQ(look.readings.size(), 1U);
+    EXPECT_EQ(look.readings[0].dbm, -48);
+    EXPECT_EQ(look.error, ERROR_ACCESS_DENIED);
+}
+
+TEST_F(LevelSources, SayHowOftenTheyScan) {
+    connectedTo({.ssid = "Lab"}, -48);
+    LevelSource source = sourceOf({.ssid = "Lab"});
+    source.look();
+    EXPECT_FALSE(source.scanEvery());
+    engine().setConnection(0, std::nullopt);
+    source.look();
+    EXPECT_EQ(source.scanEvery(), scanInterval(0));
 }
 
 TEST_F(LevelSources, LeaveNothingBehind) {

@@ -188,22 +188,41 @@ Look LevelSource::look() {
     if (look.error != ERROR_SUCCESS) {
         return look;
     }
-    std::optional<Reading> connected = ofConnection();
-    m_connected = connected.has_value();
-    if (connected) {
-        look.listed = true;
-        if (isLevel(connected->dbm)) {
-            look.readings.push_back(std::move(*connected));
-        }
+    const bool everything = !m_target.ssid && !m_target.bssid;
+    m_connected = !everything && addConnection(look);
+    if (m_connected) {
         return look;
     }
     scanIfDue(look);
     readList(look);
+    if (everything && look.error != ERROR_SUCCESS) {
+        m_connected = addConnection(look);
+    }
+    // The service has ended, and knows none of its handles when it is back.
+    if (look.error == ERROR_INVALID_HANDLE || look.error == ERROR_SERVICE_NOT_ACTIVE) {
+        m_client.reset();
+    }
     return look;
+}
+
+bool LevelSource::addConnection(Look& look) {
+    std::optional<Reading> connected = ofConnection();
+    if (!connected) {
+        return false;
+    }
+    look.listed = true;
+    if (isLevel(connected->dbm)) {
+        look.readings.push_back(std::move(*connected));
+    }
+    return true;
 }
 
 mrl::Clock::Duration LevelSource::pause() const {
     return m_connected ? CONNECTION_PAUSE : LIST_PAUSE;
+}
+
+std::optional<mrl::Clock::Duration> LevelSource::scanEvery() const {
+    return m_connected ? std::nullopt : std::optional(scanInterval(m_channelMhz.value_or(0)));
 }
 
 } // namespace readings

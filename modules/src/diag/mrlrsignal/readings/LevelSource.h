@@ -55,7 +55,8 @@ public:
     LevelSource(const GUID& interfaceGuid, Target target);
 
     /// Asks the connection, when it is to the target, and else the list of what was heard, and
-    /// starts a scan when one is due. Does not wait.
+    /// starts a scan when one is due. Without a name or an address as the target it asks the
+    /// list, and the connection only when the system gives no list. Does not wait.
     /// Platform: WlanOpenHandle, WlanQueryInterface, WlanGetNetworkBssList, WlanScan
     Look look();
 
@@ -63,6 +64,8 @@ public:
     mrl::Clock::Duration pause() const;
 
     const Dropped& dropped() const { return m_dropped; }
+    /// The time from one scan to the next; nothing while the connection alone is asked.
+    std::optional<mrl::Clock::Duration> scanEvery() const;
     /// How many scans were started.
     std::size_t scans() const { return m_scans; }
 
@@ -70,6 +73,7 @@ private:
     DWORD open();
     std::optional<Reading> ofConnection();
     std::optional<Reading> ofLink(Reading reading);
+    bool addConnection(Look& look);
     void scanIfDue(Look& look);
     void readList(Look& look);
     bool isLevel(LONG dbm);
