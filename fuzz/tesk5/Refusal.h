@@ -4,7 +4,7 @@
 #include <support/Require.h>
 #include <support/SafeText.h>
 
-#include <texts/BadInput.h>
+#include <tesk5/BadInput.h>
 
 #include <mrl/Unicode.h>
 

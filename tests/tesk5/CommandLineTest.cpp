@@ -144,7 +144,7 @@ TEST_F(Start, HelpOnACommandShowsItsOptionsWithExamples) {
         EXPECT_THAT(output(), testing::StartsWith("  example.k5x run [TEST...] [OPTIONS]\n"));
         for (const tesk5::OptionDescription& option : tesk5::optionDescriptions()) {
             EXPECT_EQ(output().find(std::string("\n  ") + option.name + " ") != std::string::npos,
-                      goesWith(option, Command::run))
+                      goesWith(option, descriptionOf(Command::run)))
                 << option.name;
         }
         EXPECT_THAT(output(), HasSubstr("example: --json report.json"));

@@ -1,7 +1,6 @@
 #include "FrameworkTest.h"
 
 #include <devices/DeviceFile.h>
-#include <texts/BadInput.h>
 
 namespace test {
 

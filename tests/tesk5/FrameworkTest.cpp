@@ -11,12 +11,30 @@
 namespace {
 
 // A command of the module: its arguments and the version of its run, and their number.
-int echo(const std::vector<std::string>& arguments, tesk5::RunContext& context) {
-    for (const std::string& argument : arguments) {
+int echo(const tesk5::CommandCall& call, tesk5::RunContext& context) {
+    for (const std::string& argument : call.arguments) {
         context.output << argument << " ";
     }
     context.output << context.version.text() << "\n";
-    return static_cast<int>(arguments.size());
+    return static_cast<int>(call.arguments.size());
+}
+
+// A command with all that the framework reads for it: options, parameters and devices.
+int tell(const tesk5::CommandCall& call, tesk5::RunContext& context) {
+    for (const auto& [name, value] : call.options) {
+        context.output << name << "=" << value << "\n";
+    }
+    for (const tesk5::Parameter& parameter : context.registry.parameters) {
+        context.output << parameter.name().utf8() << "=" << parameter.value().valueString().utf8()
+                       << "\n";
+    }
+    for (const tesk5::DiagDevice& device : call.devices) {
+        context.output << "on " << device.name().utf8() << "\n";
+    }
+    if (call.options.contains("--refuse")) {
+        throw tesk5::BadInput{"--refuse is refused; leave it out"};
+    }
+    return 0;
 }
 
 } // namespace
@@ -24,9 +42,33 @@ int echo(const std::vector<std::string>& arguments, tesk5::RunContext& context) 
 namespace tesk5 {
 
 const ModuleInfo& moduleInfo() {
+    static const CommandOption format = {.name = "--format",
+                                         .argument = "csv|jsonl",
+                                         .help = "PLAIN",
+                                         .example = "tell --format csv",
+                                         .choices = {"csv", "jsonl"}};
     static const ModuleCommand commands[] = {
-        {"echo", "[WORD...]", "PLAIN", "echo one two", &echo},
-        {"bare", "", "PLAIN", "bare", &echo},
+        {"echo", "[WORD...]", "PLAIN", {"echo one two"}, &echo},
+        {"bare", "", "PLAIN", {"bare"}, &echo, {format}},
+        {.name = "tell",
+         .arguments = "",
+         .help = "PLAIN",
+         .examples = {"tell", "tell --seconds 5"},
+         .run = &tell,
+         .options =
+             {format,
+              {.name = "--seconds",
+               .argument = "N",
+               .help = "PLAIN",
+               .example = "tell --seconds 5",
+               .range = NumberRange{1, 60, "s"}},
+              {.name = "--word", .argument = "TEXT", .help = "PLAIN", .example = "tell --word Lab"},
+              {.name = "--refuse",
+               .argument = nullptr,
+               .help = "PLAIN",
+               .example = "tell --refuse"}},
+         .parameters = {"SSID"},
+         .test = "Fine"},
     };
     static const ModuleInfo info{
         .name = "example",

@@ -4,15 +4,13 @@
 
 #include <tesk5/DeviceList.h>
 #include <tesk5/Finding.h>
+#include <tesk5/ModuleCommand.h>
 
 #include <span>
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace tesk5 {
 
-class RunContext;
 struct CaptureSupport;
 
 /// How far an examination goes.
@@ -28,19 +26,6 @@ enum class ExaminationDepth {
 /// Failure: a call that fails becomes a finding; an exception ends the program
 /// Threads: the tests' thread, outside any test; events that it raises are dropped
 using Examination = void (*)(const DiagDevice& device, ExaminationDepth depth, Findings& findings);
-
-/// A command that the module adds to those of the framework.
-struct ModuleCommand {
-    const char* name;      ///< as typed; not that of a command of the framework
-    const char* arguments; ///< what may follow it, as the help page shows it: "[FILE]"; may be ""
-    const char* help;      ///< key of the text that says what it does
-    const char* example;   ///< a whole command line behind the program's name: "watch 10"
-    /// Does the command, after the module's initialisation callback.
-    /// \param arguments what follows the command besides options, in UTF-8
-    /// \return the process's exit value
-    /// Failure: exceptions pass as those of tests do; BadInput is not for modules
-    int (*run)(const std::vector<std::string>& arguments, RunContext& context);
-};
 
 /// The texts of one part of the program.
 struct TextPart {

@@ -29,6 +29,7 @@ struct Registry {
     Test* findTest(const TeskString& name);
     const Test* findTest(const TeskString& name) const;
     Parameter* findParameter(const TeskString& name);
+    const Parameter* findParameter(const TeskString& name) const;
     Event* findEvent(const TeskString& key);
     LocalizedString* findLocalizedString(const TeskString& key);
 };

@@ -1,11 +1,11 @@
 #include "commandline/Captures.h"
 
+#include <tesk5/BadInput.h>
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
 
 #include "console/Console.h"
 #include "reports/ReportFile.h"
-#include "texts/BadInput.h"
 #include "texts/SystemReason.h"
 
 #include <mrl/Files.h>
@@ -114,7 +114,7 @@ CommandLine CommandCapture::replayedLine(const CommandLine& line, const RunConte
     }
     replayed.command = known->first;
     for (const std::string& option : line.given) {
-        if (!goesWith(*optionNamed(option), replayed.command)) {
+        if (!goesWith(*optionNamed(option), descriptionOf(replayed.command))) {
             throw BadInput{message("INPUT_COMMAND_TAKES_NO",
                                    {{"Command", captured.command}, {"Name", option}})};
         }

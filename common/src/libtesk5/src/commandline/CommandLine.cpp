@@ -2,10 +2,11 @@
 // so that it may stand before the command or after it.
 #include "commandline/CommandLine.h"
 
+#include <tesk5/BadInput.h>
 #include <tesk5/Texts.h>
 
-#include "texts/BadInput.h"
 #include "texts/Lists.h"
+#include "texts/UnknownName.h"
 
 #include <mrl/Unicode.h>
 
@@ -264,20 +265,32 @@ private:
     bool m_versionWanted = false;
 };
 
-void refuseForeignOptions(const ParsedArguments& parsed, Command command) {
+// Why `command`, which the arguments name or leave to the default, does not take `option`.
+std::string foreignOption(const OptionDescription& option, const CommandDescription& command,
+                          bool named) {
+    if (option.ofModule != nullptr) {
+        return message(
+            "INPUT_OPTION_OF",
+            {{"Option", option.name},
+             {"Commands", listedWithAnd(textsOf(takersOf(option), &CommandDescription::name))}});
+    }
+    if (command.command == Command::run) {
+        return message("CONFIG_OPTION_NOT_WITH_RUN", {{"Option", option.name}});
+    }
+    const bool forRun =
+        command.command == Command::list && goesWith(option, descriptionOf(Command::run));
+    return forRun || !named ? message("INPUT_OPTION_NEEDS_RUN", {{"Option", option.name}})
+                            : message("INPUT_COMMAND_TAKES_NO",
+                                      {{"Command", command.name}, {"Name", option.name}});
+}
+
+void refuseForeignOptions(const ParsedArguments& parsed) {
+    const CommandDescription* const named = parsed.command();
+    const CommandDescription& command = named == nullptr ? descriptionOf(Command::list) : *named;
     for (const OptionDescription& option : optionDescriptions()) {
-        if (!parsed.given(option.name) || goesWith(option, command)) {
-            continue;
+        if (parsed.given(option.name) && !goesWith(option, command)) {
+            throw BadInput{foreignOption(option, command, named != nullptr)};
         }
-        if (command == Command::run) {
-            throw BadInput{message("CONFIG_OPTION_NOT_WITH_RUN", {{"Option", option.name}})};
-        }
-        const CommandDescription* named = parsed.command();
-        const bool forRun = command == Command::list && goesWith(option, Command::run);
-        throw BadInput{forRun || named == nullptr
-                           ? message("INPUT_OPTION_NEEDS_RUN", {{"Option", option.name}})
-                           : message("INPUT_COMMAND_TAKES_NO",
-                                     {{"Command", named->name}, {"Name", option.name}})};
     }
 }
 
@@ -339,7 +352,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& given) {
         line.moduleArguments = parsed.moduleArguments();
         line.replayed = parsed.replayed();
     }
-    refuseForeignOptions(parsed, line.command);
+    refuseForeignOptions(parsed);
     for (const std::string& name : parsed.tests()) {
         refuseLookalike(name);
         line.tests.emplace_back(name);

@@ -6,6 +6,7 @@
 
 #include <mrl/OutputStream.h>
 
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -40,9 +41,11 @@ struct CommandLine {
     const CommandDescription* helpOn = nullptr; ///< the command to help with; null for all of them
     const ModuleCommand* moduleCommand = nullptr; ///< for Command::ofModule
     std::vector<std::string> moduleArguments;     ///< what follows it besides options
-    std::optional<std::string> captureFile;       ///< of --capture
-    bool hideNames = false;                       ///< in the capture
-    std::vector<std::string> replayed;            ///< what follows the command replay
+    /// The module's own options, by name.
+    std::map<std::string, std::string, std::less<>> moduleOptions;
+    std::optional<std::string> captureFile; ///< of --capture
+    bool hideNames = false;                 ///< in the capture
+    std::vector<std::string> replayed;      ///< what follows the command replay
     bool quiet = false;
     bool check = false;   ///< look at the input and run nothing
     bool fullLog = false; ///< whether a report shows every line of the log

@@ -1,5 +1,6 @@
 #include "commandline/Commands.h"
 
+#include <tesk5/BadInput.h>
 #include <tesk5/Language.h>
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
@@ -8,6 +9,7 @@
 #include "model/Decimal.h"
 #include "reports/ReportKinds.h"
 #include "texts/Lists.h"
+#include "texts/ParameterText.h"
 
 #include <algorithm>
 
@@ -78,6 +80,67 @@ bool setCaptureNames(CommandLine& line, std::string_view /*name*/, const std::st
     return line.hideNames || word == "shown";
 }
 
+bool setModuleOption(CommandLine& line, std::string_view name, const std::string& text) {
+    const CommandOption& option = *optionNamed(name)->ofModule;
+    const bool numeric = option.range.has_value();
+    const DataType type = numeric                  ? DataType::INTEGER()
+                          : option.choices.empty() ? DataType::STRING()
+                                                   : DataType::CHOICE();
+    Parameter value(option.name, type, "", false, true);
+    value.setChoices(option.choices);
+    if (numeric) {
+        value.setRange(*option.range);
+    }
+    const std::string refusal = refusalText(value, TeskString(text));
+    if (!refusal.empty()) {
+        throw BadInput{message("INPUT_SETTING_REFUSED",
+                               {{"Setting", option.name + (" " + text)}, {"Reason", refusal}})};
+    }
+    value.set(TeskString(text));
+    line.moduleOptions[option.name] = value.value().valueString().utf8();
+    return true;
+}
+
+bool takesParameters(const ModuleCommand& command, std::string_view /*name*/) {
+    return !command.parameters.empty();
+}
+
+bool takesDevices(const ModuleCommand& command, std::string_view /*name*/) {
+    return command.test != nullptr;
+}
+
+bool takesEither(const ModuleCommand& command, std::string_view name) {
+    return takesParameters(command, name) || takesDevices(command, name);
+}
+
+bool hasOption(const ModuleCommand& command, std::string_view name) {
+    return command.hasOption(name);
+}
+
+// The options of the module's commands, each once.
+std::vector<OptionDescription> moduleOptions() {
+    std::vector<OptionDescription> options;
+    for (const ModuleCommand& command : moduleInfo().commands) {
+        for (const CommandOption& option : command.options) {
+            const bool known = std::any_of(options.begin(), options.end(), [&](const auto& other) {
+                return std::string_view(other.name) == option.name;
+            });
+            if (!known) {
+                options.push_back({option.name,
+                                   option.argument,
+                                   option.help,
+                                   option.example,
+                                   &setModuleOption,
+                                   {Command::ofModule},
+                                   nullptr,
+                                   &hasOption,
+                                   &option});
+            }
+        }
+    }
+    return options;
+}
+
 bool chooseTemplate(CommandLine& line, std::string_view /*name*/, const std::string& /*value*/) {
     line.command = Command::configTemplate;
     return true;
@@ -105,16 +168,19 @@ const std::vector<CommandDescription>& commandDescriptions() {
                            {"replay field.jsonl", "replay field.jsonl --json report.json"}});
         }
         for (const ModuleCommand& command : moduleInfo().commands) {
-            all.push_back({Command::ofModule,
-                           command.name,
-                           command.arguments,
-                           command.help,
-                           {command.example},
-                           &command});
+            all.push_back({Command::ofModule, command.name, command.arguments, command.help,
+                           command.examples, &command});
         }
         return all;
     }();
     return commands;
+}
+
+const CommandDescription& descriptionOf(Command command) {
+    const std::vector<CommandDescription>& all = commandDescriptions();
+    return *std::find_if(all.begin(), all.end(), [command](const CommandDescription& description) {
+        return description.command == command;
+    });
 }
 
 const std::vector<OptionDescription>& optionDescriptions() {
@@ -127,11 +193,11 @@ const std::vector<OptionDescription>& optionDescriptions() {
     const Commands WITH_DEVICES = {Command::list, Command::run, Command::doctor};
     static const std::vector<OptionDescription> known = {
         {"--set", "NAME=VALUE", "HELP_SET", "--set SSID=Lab --set WarningSignalStrength=40",
-         &addSetting, WITH_PARAMETERS, "INPUT_SETTING_MALFORMED"},
+         &addSetting, WITH_PARAMETERS, "INPUT_SETTING_MALFORMED", &takesParameters},
         {"--device", "TEXT", "HELP_DEVICE", "--device intel", &setText<&CommandLine::device>,
-         WITH_DEVICES},
+         WITH_DEVICES, nullptr, &takesDevices},
         {"--devices", "FILE", "HELP_DEVICES", "--devices cards.json",
-         &setText<&CommandLine::devicesFile>, WITH_DEVICES},
+         &setText<&CommandLine::devicesFile>, WITH_DEVICES, nullptr, &takesDevices},
         {"--json", "FILE", "HELP_JSON", "--json report.json", &addReport, RUN_AND_REPLAY},
         {"--junit", "FILE", "HELP_JUNIT", "--junit report.xml", &addReport, RUN_AND_REPLAY},
         {"--html", "FILE", "HELP_HTML", "--html report.html", &addReport, RUN_AND_REPLAY},
@@ -140,7 +206,7 @@ const std::vector<OptionDescription>& optionDescriptions() {
         {"--events", nullptr, "HELP_EVENTS", "run --config station.toml --events",
          &setSwitch<&CommandLine::events>, RUN_AND_REPLAY},
         {"--config", "FILE", "CONFIG_HELP_CONFIG", "run --config station.toml --set SSID=Lab",
-         &setText<&CommandLine::configFile>, RUN},
+         &setText<&CommandLine::configFile>, RUN, nullptr, &takesEither},
         {"--capture", "FILE", "HELP_CAPTURE", "--capture field.jsonl",
          &setText<&CommandLine::captureFile>, WITH_DEVICES},
         {"--capture-names", "WORD", "HELP_CAPTURE_NAMES",
@@ -168,6 +234,8 @@ const std::vector<OptionDescription>& optionDescriptions() {
                          return moduleInfo().captures != nullptr ||
                                 !std::string_view(option.name).starts_with("--capture");
                      });
+        const std::vector<OptionDescription> ofModule = moduleOptions();
+        offered.insert(offered.end(), ofModule.begin(), ofModule.end());
         return offered;
     }();
     return options;
@@ -187,9 +255,31 @@ std::string refusalOf(const char* refusal, const std::string& value) {
         {{"Text", value}, {"Language", value}, {"Languages", listed(Language::available())}});
 }
 
-bool goesWith(const OptionDescription& option, Command command) {
-    return option.commands.empty() || std::find(option.commands.begin(), option.commands.end(),
-                                                command) != option.commands.end();
+bool goesWith(const OptionDescription& option, const CommandDescription& command) {
+    if (option.commands.empty()) {
+        return true;
+    }
+    if (command.ofModule != nullptr) {
+        return option.goesWithModule != nullptr &&
+               option.goesWithModule(*command.ofModule, option.name);
+    }
+    return std::find(option.commands.begin(), option.commands.end(), command.command) !=
+           option.commands.end();
+}
+
+std::vector<const CommandDescription*> takersOf(const OptionDescription& option) {
+    std::vector<const CommandDescription*> takers;
+    for (const CommandDescription& command : commandDescriptions()) {
+        if (goesWith(option, command)) {
+            takers.push_back(&command);
+        }
+    }
+    return takers;
+}
+
+bool ModuleCommand::hasOption(std::string_view option) const {
+    return std::any_of(options.begin(), options.end(),
+                       [option](const CommandOption& own) { return option == own.name; });
 }
 
 } // namespace tesk5

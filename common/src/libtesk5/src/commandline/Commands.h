@@ -9,6 +9,7 @@
 namespace tesk5 {
 
 struct CommandLine;
+struct CommandOption;
 struct ModuleCommand;
 
 enum class Command { list, run, doctor, replay, configTemplate, help, version, ofModule };
@@ -26,6 +27,9 @@ struct CommandDescription {
 /// Every command, in the order of the help page: those of the framework, then the module's.
 const std::vector<CommandDescription>& commandDescriptions();
 
+/// The command of the framework of that kind.
+const CommandDescription& descriptionOf(Command command);
+
 /// An option.
 struct OptionDescription {
     const char* name;
@@ -38,6 +42,9 @@ struct OptionDescription {
     bool (*apply)(CommandLine& line, std::string_view name, const std::string& value) = nullptr;
     std::vector<Command> commands = {}; ///< those that take it; none for all
     const char* refusal = nullptr;      ///< key of the text about a value that it does not take
+    /// Whether a command of the module takes it; null: none does, or all do.
+    bool (*goesWithModule)(const ModuleCommand& command, std::string_view name) = nullptr;
+    const CommandOption* ofModule = nullptr; ///< null for an option of the framework
 };
 
 /// Every option, in the order of the help page.
@@ -50,6 +57,9 @@ const OptionDescription* optionNamed(std::string_view name);
 std::string refusalOf(const char* refusal, const std::string& value);
 
 /// Whether `command` takes `option`.
-bool goesWith(const OptionDescription& option, Command command);
+bool goesWith(const OptionDescription& option, const CommandDescription& command);
+
+/// The commands that take `option`, in the order of the help page.
+std::vector<const CommandDescription*> takersOf(const OptionDescription& option);
 
 } // namespace tesk5

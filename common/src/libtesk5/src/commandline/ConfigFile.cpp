@@ -1,13 +1,14 @@
 // The configuration file, read by toml++, which knows the place of every key and value.
 #include "commandline/ConfigFile.h"
 
+#include <tesk5/BadInput.h>
 #include <tesk5/Language.h>
 #include <tesk5/Texts.h>
 
 #include "commandline/ConfigKeys.h"
 #include "run/Plan.h"
-#include "texts/BadInput.h"
 #include "texts/SystemReason.h"
+#include "texts/UnknownName.h"
 
 #include <mrl/Files.h>
 #include <mrl/System.h>
@@ -348,13 +349,21 @@ void useLanguageOf(const toml::table& root) {
     }
 }
 
-bool isTakenBy(const std::vector<const Test*>& tests, const TeskString& name) {
-    return std::any_of(tests.begin(), tests.end(), [&name](const Test* test) {
-        const std::vector<const Parameter*>& taken = test->parameters();
-        return std::any_of(taken.begin(), taken.end(), [&name](const Parameter* parameter) {
-            return parameter->name() == name;
-        });
-    });
+// The parameters of the tests that `line` runs, or of its command of the module.
+std::set<TeskString> parametersTakenBy(const CommandLine& line, const Registry& registry) {
+    std::vector<const Parameter*> taken;
+    if (line.moduleCommand != nullptr) {
+        taken = parametersOf(*line.moduleCommand, registry);
+    } else {
+        for (const Test* test : chooseTests(registry, line.tests)) {
+            taken.insert(taken.end(), test->parameters().begin(), test->parameters().end());
+        }
+    }
+    std::set<TeskString> names;
+    for (const Parameter* parameter : taken) {
+        names.insert(parameter->name());
+    }
+    return names;
 }
 
 } // namespace
@@ -372,13 +381,12 @@ CommandLine withConfiguration(const CommandLine& line, const Registry& registry)
     if (const std::optional<Problem> problem = reader.firstProblem()) {
         refuse(*line.configFile, *problem);
     }
-    const std::vector<const Test*> running = chooseTests(registry, whole.tests);
+    const std::set<TeskString> taken = parametersTakenBy(whole, registry);
     const auto fromFile = whole.settings.begin() + std::ssize(line.settings);
-    whole.settings.erase(std::remove_if(fromFile, whole.settings.end(),
-                                        [&running](const Setting& setting) {
-                                            return !isTakenBy(running, setting.name);
-                                        }),
-                         whole.settings.end());
+    whole.settings.erase(
+        std::remove_if(fromFile, whole.settings.end(),
+                       [&taken](const Setting& setting) { return !taken.contains(setting.name); }),
+        whole.settings.end());
     return whole;
 }
 

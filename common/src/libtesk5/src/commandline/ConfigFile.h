@@ -9,7 +9,8 @@ namespace tesk5 {
 
 /// `line` completed from the configuration file that it names; unchanged when it names none. The
 /// command line takes precedence: for each parameter and each setting by itself, for the tests as a
-/// whole. Parameters of tests that do not run are left out. Texts are in the file's language from
+/// whole. Parameters of tests that do not run are left out; for a command of the module, those that
+/// it does not take, and the tests. Texts are in the file's language from
 /// here on, unless the command line names one.
 /// Failure: throws BadInput with file, line and column
 CommandLine withConfiguration(const CommandLine& line, const Registry& registry);

@@ -3,9 +3,9 @@
 #include <tesk5/Texts.h>
 
 #include "commandline/Commands.h"
-#include "texts/BadInput.h"
 #include "texts/Lists.h"
 #include "texts/ParameterText.h"
+#include "texts/UnknownName.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,18 +1,19 @@
 // The help page, made from the tables of commands, options and exit values.
 #include "commandline/HelpPage.h"
 
+#include <tesk5/BadInput.h>
 #include <tesk5/RunContext.h>
 #include <tesk5/TestResult.h>
 #include <tesk5/TextLayout.h>
 #include <tesk5/Texts.h>
 
 #include "commandline/Program.h"
-#include "texts/BadInput.h"
 #include "texts/Lists.h"
 
 #include <mrl/DisplayWidth.h>
 
 #include <algorithm>
+#include <functional>
 
 namespace tesk5 {
 
@@ -73,37 +74,36 @@ std::size_t indentBehind(const Table& table) {
     return widest + GAP;
 }
 
-std::string headingOf(const std::vector<Command>& commands) {
-    if (commands.empty()) {
-        return message("HELP_OPTIONS_OF_ALL");
-    }
-    std::vector<std::string> names;
-    for (const CommandDescription& command : commandDescriptions()) {
-        if (std::find(commands.begin(), commands.end(), command.command) != commands.end()) {
-            names.emplace_back(command.name);
-        }
-    }
-    return message("HELP_OPTIONS_OF", {{"Commands", listedWithAnd(names)}});
+using Takers = std::vector<const CommandDescription*>;
+
+bool isForAll(const Takers& takers) {
+    return takers.size() == commandDescriptions().size();
+}
+
+std::string headingOf(const Takers& takers) {
+    return isForAll(takers)
+               ? message("HELP_OPTIONS_OF_ALL")
+               : message("HELP_OPTIONS_OF",
+                         {{"Commands", listedWithAnd(textsOf(takers, &CommandDescription::name))}});
 }
 
 // The options that `wanted` accepts, grouped by their commands; those of every command come last.
 template <typename Wanted>
 std::string optionGroups(Wanted wanted, bool withExamples) {
-    std::vector<std::vector<Command>> groups;
+    std::vector<Takers> groups;
     for (const OptionDescription& option : optionDescriptions()) {
-        if (wanted(option) &&
-            std::find(groups.begin(), groups.end(), option.commands) == groups.end()) {
-            groups.push_back(option.commands);
+        const Takers takers = takersOf(option);
+        if (wanted(option) && std::find(groups.begin(), groups.end(), takers) == groups.end()) {
+            groups.push_back(takers);
         }
     }
-    std::stable_partition(groups.begin(), groups.end(),
-                          [](const std::vector<Command>& group) { return !group.empty(); });
+    std::stable_partition(groups.begin(), groups.end(), std::not_fn(isForAll));
     const std::size_t indent = indentBehind(optionDescriptions());
     std::string page;
-    for (const std::vector<Command>& group : groups) {
+    for (const Takers& group : groups) {
         page += "\n" + paragraph(headingOf(group), 0);
         for (const OptionDescription& option : optionDescriptions()) {
-            if (option.commands != group) {
+            if (takersOf(option) != group) {
                 continue;
             }
             page += paragraph(message(option.help), indent, headOf(option));
@@ -162,8 +162,7 @@ std::string pageOn(const CommandDescription& command, const std::string& program
         page += "  " + program + " " + example + "\n";
     }
     page += optionGroups(
-        [&command](const OptionDescription& option) { return goesWith(option, command.command); },
-        true);
+        [&command](const OptionDescription& option) { return goesWith(option, command); }, true);
     return page + "\n" + paragraph(message("HELP_OVERVIEW", {{"Program", program}}), 0);
 }
 

@@ -2,6 +2,7 @@
 // nothing is left to refuse.
 #include "commandline/Program.h"
 
+#include <tesk5/BadInput.h>
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/TeskException.h>
 #include <tesk5/Texts.h>
@@ -20,7 +21,6 @@
 #include "run/InterruptWatch.h"
 #include "run/LogKeeper.h"
 #include "run/Runner.h"
-#include "texts/BadInput.h"
 #include "texts/Lists.h"
 
 #include <mrl/Exception.h>
@@ -126,6 +126,15 @@ int doctor(const CommandLine& line, CommandCapture& capture, RunContext& context
     return value;
 }
 
+TestWithoutDevice withoutDevice(const Test& test, const DeviceList& devices,
+                                const std::optional<std::string>& filter) {
+    const auto why = [&](const DiagDevice& device) {
+        return nameAndValue(device.name().utf8(),
+                            phrasesListed(reasonsAgainst(test, device, filter)));
+    };
+    return {&test, textsOf(devices.devices, why), adviceFor(test, devices, filter)};
+}
+
 RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devices,
                   const CommandLine& line, RunListener& listener, LastWords lastWords,
                   RunContext& context) {
@@ -136,12 +145,7 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
         const std::vector<PlannedRun> runs = runsOf(*test, devices.devices, line.device);
         plan.insert(plan.end(), runs.begin(), runs.end());
         if (runs.empty()) {
-            const auto why = [&](const DiagDevice& device) {
-                return nameAndValue(device.name().utf8(),
-                                    phrasesListed(reasonsAgainst(*test, device, line.device)));
-            };
-            record.withoutDevice.push_back(
-                {test, textsOf(devices.devices, why), adviceFor(*test, devices, line.device)});
+            record.withoutDevice.push_back(withoutDevice(*test, devices, line.device));
         }
     }
     record.started = mrl::Clock::current().utcNow();
@@ -281,6 +285,50 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
     return line.reports.empty() ? unlessLost(record.exitValue, context) : record.exitValue;
 }
 
+// The devices that suit the command's test and --device; nothing when there are none, after the
+// reasons were shown.
+std::optional<std::vector<DiagDevice>>
+devicesOf(const ModuleCommand& command, const CommandLine& line, const RunContext& context) {
+    const Test* const test = context.registry.findTest(command.test);
+    if (test == nullptr) {
+        throw TeskException(TeskString(std::string("the command ") + command.name +
+                                       " works on devices of the unknown test " + command.test));
+    }
+    CommandCapture none(line);
+    const DeviceList all = devicesFor(line, none, context);
+    std::vector<DiagDevice> suitable;
+    for (const DiagDevice& device : all.devices) {
+        if (reasonsAgainst(*test, device, line.device).empty()) {
+            suitable.push_back(device);
+        }
+    }
+    if (suitable.empty()) {
+        showWithoutDevice(context.errors, command.name, withoutDevice(*test, all, line.device));
+        return std::nullopt;
+    }
+    return suitable;
+}
+
+int moduleCommand(const CommandLine& given, RunContext& context) {
+    const ModuleCommand& command = *given.moduleCommand;
+    const CommandLine line = withConfiguration(given, context.registry);
+    applySettings(context.registry, line.settings, command);
+    refuseSharedFiles(line);
+    CommandCall call{
+        .arguments = line.moduleArguments, .options = line.moduleOptions, .devices = {}};
+    if (command.test == nullptr) {
+        openLog(line);
+    } else {
+        std::optional<std::vector<DiagDevice>> devices = devicesOf(command, line, context);
+        if (!devices) {
+            return TestResult::CANNOTRUN().value();
+        }
+        call.devices = std::move(*devices);
+    }
+    const InterruptWatch interrupts(context.stopRequest);
+    return unlessLost(command.run(call, context), context);
+}
+
 // Comes before every message, so that each is in the right language.
 void useLanguageAskedFor(const RunContext& context) {
     const std::optional<std::string> tag = languageAskedFor(context.arguments);
@@ -349,8 +397,7 @@ int follow(const CommandLine& line, RunContext& context) {
         return unlessLost(show(configTemplate(context.registry, programName(context)), context),
                           context);
     case Command::ofModule:
-        openLog(line);
-        return unlessLost(line.moduleCommand->run(line.moduleArguments, context), context);
+        return moduleCommand(line, context);
     case Command::replay: {
         CommandCapture capture(replayOf(line));
         return capture.unlessDifferent(

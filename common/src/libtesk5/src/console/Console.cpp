@@ -5,7 +5,6 @@
 #include <tesk5/Texts.h>
 
 #include "run/ReportWords.h"
-#include "texts/BadInput.h"
 #include "texts/Lists.h"
 #include "texts/MeasurementText.h"
 #include "texts/NumberText.h"
@@ -96,6 +95,17 @@ int showDiagnosis(mrl::OutputStream& stream, const Findings& findings) {
     return exitValue;
 }
 
+void showWithoutDevice(mrl::OutputStream& stream, const TeskString& name,
+                       const TestWithoutDevice& without) {
+    const char* const key =
+        without.reasons.empty() ? "CONSOLE_NO_DEVICE_AT_ALL" : "CONSOLE_NO_DEVICE";
+    writeLine(stream, programPrefix() + message(key, {{"Test", name}}));
+    for (const std::string& reason : without.reasons) {
+        writeLine(stream, "  " + reason);
+    }
+    writeAdvice(stream, without.advice);
+}
+
 Console::Console(RunContext& context, ConsoleStyle style)
     : m_context(context), m_output(context.output), m_style(style),
       m_liveLine(m_output, m_output.columns()) {}
@@ -133,14 +143,7 @@ void Console::writeVerdict(const Outcome& outcome) {
 
 void Console::onRunStart(const RunRecord& record, std::size_t /*planned*/) {
     for (const TestWithoutDevice& without : record.withoutDevice) {
-        writeLine(m_context.errors,
-                  programPrefix() + message(without.reasons.empty() ? "CONSOLE_NO_DEVICE_AT_ALL"
-                                                                    : "CONSOLE_NO_DEVICE",
-                                            {{"Test", without.test->name()}}));
-        for (const std::string& reason : without.reasons) {
-            writeLine(m_context.errors, "  " + reason);
-        }
-        writeAdvice(m_context.errors, without.advice);
+        showWithoutDevice(m_context.errors, without.test->name(), without);
     }
 }
 

@@ -20,6 +20,10 @@ void writeLine(mrl::OutputStream& stream, const std::string& text);
 /// \return the process's exit value: 0, or that of CANNOTRUN when a finding is bad
 int showDiagnosis(mrl::OutputStream& stream, const Findings& findings);
 
+/// Writes that there is no device for `name`, a test or a command, and why.
+void showWithoutDevice(mrl::OutputStream& stream, const TeskString& name,
+                       const TestWithoutDevice& without);
+
 /// How much of a run the console shows.
 struct ConsoleStyle {
     bool quiet = false;   ///< only runs with a bad result

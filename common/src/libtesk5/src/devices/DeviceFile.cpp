@@ -1,8 +1,8 @@
 #include "devices/DeviceFile.h"
 
+#include <tesk5/BadInput.h>
 #include <tesk5/Texts.h>
 
-#include "texts/BadInput.h"
 #include "texts/JsonFile.h"
 
 #include <mrl/System.h>

@@ -44,6 +44,10 @@ Parameter* Registry::findParameter(const TeskString& name) {
     return findIn(parameters, &Parameter::name, name);
 }
 
+const Parameter* Registry::findParameter(const TeskString& name) const {
+    return findIn(parameters, &Parameter::name, name);
+}
+
 Event* Registry::findEvent(const TeskString& key) {
     return findIn(events, &Event::key, key);
 }

@@ -1,10 +1,10 @@
 #include "reports/ReportFile.h"
 
+#include <tesk5/BadInput.h>
 #include <tesk5/TeskException.h>
 #include <tesk5/Texts.h>
 
 #include "model/Decimal.h"
-#include "texts/BadInput.h"
 #include "texts/SystemReason.h"
 
 #include <mrl/Files.h>

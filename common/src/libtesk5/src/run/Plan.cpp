@@ -1,10 +1,12 @@
 #include "run/Plan.h"
 
+#include <tesk5/BadInput.h>
+#include <tesk5/TeskException.h>
 #include <tesk5/Texts.h>
 
-#include "texts/BadInput.h"
 #include "texts/Lists.h"
 #include "texts/ParameterText.h"
+#include "texts/UnknownName.h"
 
 #include <mrl/Unicode.h>
 
@@ -46,11 +48,22 @@ std::string asTyped(const Setting& setting) {
     return "--set " + setting.name.utf8() + "=" + setting.value.utf8();
 }
 
-void refuseUnknown(const Setting& setting, const std::vector<const Parameter*>& known) {
-    const std::vector<std::string> names =
-        textsOf(known, [](const Parameter* parameter) { return parameter->name().utf8(); });
+// Those that take settings: the tests that would run, or a command of the module.
+struct Takers {
+    std::vector<const Parameter*> parameters;
+    const ModuleCommand* command = nullptr;
+};
+
+void refuseUnknown(const Setting& setting, const Takers& takers) {
+    const std::vector<std::string> names = textsOf(
+        takers.parameters, [](const Parameter* parameter) { return parameter->name().utf8(); });
     if (std::find(names.begin(), names.end(), setting.name.utf8()) != names.end()) {
         return;
+    }
+    if (takers.command != nullptr) {
+        throw BadInput{aboutUnknown(
+            {"INPUT_COMMAND_PARAMETER", "INPUT_COMMAND_PARAMETER_NEAREST"}, setting.name.utf8(),
+            names, {{"Setting", asTyped(setting)}, {"Command", takers.command->name}})};
     }
     if (names.empty()) {
         throw BadInput{
@@ -71,6 +84,20 @@ void apply(Parameter& parameter, const Setting& setting, int timesBefore) {
                                               {"Reason", refusalText(parameter, setting.value)}})};
     }
     parameter.set(setting.value);
+}
+
+void applyTo(const Takers& takers, Registry& registry, const std::vector<Setting>& settings) {
+    for (Parameter& parameter : registry.parameters) {
+        parameter.reset();
+    }
+    std::map<TeskString, int> times;
+    for (Setting setting : settings) {
+        if (const Parameter* parameter = spelled(registry.parameters, setting.name)) {
+            setting.name = parameter->name();
+        }
+        refuseUnknown(setting, takers);
+        apply(*registry.findParameter(setting.name), setting, times[setting.name]++);
+    }
 }
 
 } // namespace
@@ -104,18 +131,26 @@ std::vector<const Test*> chooseTests(const Registry& registry,
 
 void applySettings(Registry& registry, const std::vector<Setting>& settings,
                    const std::vector<const Test*>& tests) {
-    for (Parameter& parameter : registry.parameters) {
-        parameter.reset();
-    }
-    const std::vector<const Parameter*> wanted = parametersOf(tests);
-    std::map<TeskString, int> times;
-    for (Setting setting : settings) {
-        if (const Parameter* parameter = spelled(registry.parameters, setting.name)) {
-            setting.name = parameter->name();
+    applyTo({.parameters = parametersOf(tests)}, registry, settings);
+}
+
+std::vector<const Parameter*> parametersOf(const ModuleCommand& command, const Registry& registry) {
+    std::vector<const Parameter*> parameters;
+    for (const char* const name : command.parameters) {
+        const Parameter* const parameter = registry.findParameter(name);
+        if (parameter == nullptr) {
+            throw TeskException(TeskString(std::string("the command ") + command.name +
+                                           " takes the unknown parameter " + name));
         }
-        refuseUnknown(setting, wanted);
-        apply(*registry.findParameter(setting.name), setting, times[setting.name]++);
+        parameters.push_back(parameter);
     }
+    return parameters;
+}
+
+void applySettings(Registry& registry, const std::vector<Setting>& settings,
+                   const ModuleCommand& command) {
+    applyTo({.parameters = parametersOf(command, registry), .command = &command}, registry,
+            settings);
 }
 
 void demandValues(const std::vector<Setting>& settings, const std::vector<const Test*>& tests) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <tesk5/DeviceList.h>
+#include <tesk5/ModuleCommand.h>
 #include <tesk5/Registry.h>
 
 #include <optional>
@@ -32,6 +33,15 @@ std::vector<const Test*> chooseTests(const Registry& registry,
 /// Failure: throws BadInput for a setting that no parameter of `tests` takes
 void applySettings(Registry& registry, const std::vector<Setting>& settings,
                    const std::vector<const Test*>& tests);
+
+/// The parameters that `command` takes.
+/// Failure: throws TeskException for one that is not registered
+std::vector<const Parameter*> parametersOf(const ModuleCommand& command, const Registry& registry);
+
+/// The same for a command of the module.
+/// Failure: throws BadInput for a setting that the command does not take
+void applySettings(Registry& registry, const std::vector<Setting>& settings,
+                   const ModuleCommand& command);
 
 /// Checks that `settings` have a value for each parameter of `tests` that needs one.
 /// Failure: throws BadInput for a parameter without its value

@@ -2,9 +2,9 @@
 
 #include <tesk5/Texts.h>
 
-#include "texts/BadInput.h"
 #include "texts/Lists.h"
 #include "texts/NumberText.h"
+#include "texts/UnknownName.h"
 
 namespace tesk5 {
 

@@ -1,4 +1,4 @@
-#include "texts/BadInput.h"
+#include "texts/UnknownName.h"
 
 #include <tesk5/Texts.h>
 

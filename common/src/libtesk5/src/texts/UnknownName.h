@@ -1,4 +1,4 @@
-// An input that cannot be used: the line that the console shows for it.
+// Lines about names that are not known.
 #pragma once
 
 #include <tesk5/Event.h>
@@ -8,14 +8,6 @@
 #include <vector>
 
 namespace tesk5 {
-
-/// Thrown before anything has run or been written. start() prints the line and returns VALUE.
-struct BadInput {
-    /// Names the input, says what is wrong with it, and what to do instead.
-    std::string line;
-
-    static constexpr int VALUE = 64;
-};
 
 /// The texts for an unknown name.
 struct UnknownName {
