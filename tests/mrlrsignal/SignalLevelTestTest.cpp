@@ -52,7 +52,7 @@ protected:
 
     std::vector<std::string> findings(bool complete = true) {
         std::vector<std::string> keys;
-        for (const tesk5::Finding& finding : checkSignalParameters(complete)) {
+        for (const tesk5::Finding& finding : checkLevelParameters(complete)) {
             EXPECT_FALSE(finding.good);
             keys.push_back(finding.key.utf8());
         }
@@ -173,6 +173,21 @@ TEST_F(SignalLevelVerdicts, FollowAnAddressAndABand) {
     EXPECT_EQ(SignalLevelTest(device()), TestResult::PASS());
 }
 
+TEST_F(SignalLevelVerdicts, FindANameByItsBytesAndByItsText) {
+    give({{parameters::failingLevel, "-70"}});
+    const auto shows = [this](const char* name) {
+        startRadio({AccessPoint{.ssid = name, .bss = {{radioAt(-50)}}}});
+        return SignalLevelTest(device());
+    };
+    give({{parameters::ssid, "B\xC3\xBCro"}});
+    EXPECT_EQ(shows("B\xC3\xBCro"), TestResult::PASS());
+    give({{parameters::ssid, "hex:42C3BC726F"}});
+    EXPECT_EQ(shows("B\xC3\xBCro"), TestResult::PASS());
+    give({{parameters::ssid, "hex:42FC726F"}});
+    EXPECT_EQ(shows("B\xFCro"), TestResult::PASS());
+    EXPECT_EQ(shows("B\xC3\xBCro"), TestResult::CANNOTRUN());
+}
+
 TEST_F(SignalLevelVerdicts, RefuseParametersThatDoNotGoTogether) {
     give({{parameters::failingLevel, "-70"}});
     EXPECT_THAT(findings(), IsEmpty());
@@ -189,13 +204,6 @@ TEST_F(SignalLevelVerdicts, RefuseParametersThatDoNotGoTogether) {
     EXPECT_THAT(findings(), ElementsAre("CHECK_GUARD_BAND_TOO_WIDE"));
     give({{parameters::warningLevel, ""}, {parameters::failingLevel, ""}});
     EXPECT_THAT(findings(), ElementsAre("CHECK_NO_LIMIT"));
-}
-
-TEST_F(SignalLevelVerdicts, MeasureNothingWithParametersThatAreWrong) {
-    EXPECT_EQ(verdictAt(-50, {{parameters::bssid, "02:00"}}), TestResult::BADPARAMS());
-    EXPECT_THAT(raisedKeys(), ElementsAre("CHECK_NO_BSSID", "CHECK_NO_LIMIT"));
-    EXPECT_THAT(raisedLines().front(), testing::HasSubstr("02:00"));
-    EXPECT_THAT(radio().calls(), IsEmpty());
 }
 
 TEST_F(SignalLevelVerdicts, RefuseLevelsInPercent) {

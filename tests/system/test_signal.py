@@ -57,10 +57,21 @@ class Signal(ProgramTest):
                 self.assertEqual(record["result"], "CANNOTRUN")
                 self.assertIn(word, run.out)
 
-    def test_refuses_levels_in_percent_before_anything_runs(self):
-        run = self.run_program("run", *settings(SSID="Lab", FailingLevel=70))
-        self.assertEqual(run.exit, WRONG_USAGE)
-        self.assertRegex(run.err, r"\Amrlrsignal: --set FailingLevel=70: .*did you mean -70\?.*\n\Z")
+    def test_refuses_wrong_parameters_before_anything_runs(self):
+        for given, words in (
+                ({"FailingLevel": -70}, "Give SSID or BSSID"),
+                ({"SSID": "Lab"}, "Give WarningLevel, FailingLevel or both"),
+                ({"BSSID": "02:00:00", "FailingLevel": -70}, '"02:00:00" is no BSSID'),
+                ({"SSID": "Lab", "FailingLevel": 70}, r"FailingLevel=70: .*did you mean -70\?"),
+                ({"SSID": "Lab", "FailingLevel": -60, "WarningLevel": -70}, "must be the lower one"),
+                ({"SSID": "Lab", "FailingLevel": -70, "WarningLevel": -68, "GuardBand": 3},
+                 "Make it smaller, or move the limits apart")):
+            with self.subTest(words):
+                run = self.run_program("run", "--json", "report.json", *settings(**given))
+                self.assertEqual(run.exit, WRONG_USAGE, run)
+                self.assertRegex(run.err, rf"\Amrlrsignal: .*{words}.*\n\Z")
+                self.assertEqual(run.out, "")
+                self.assertFalse((self.folder / "report.json").exists())
 
 
 if __name__ == "__main__":

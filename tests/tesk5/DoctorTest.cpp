@@ -301,11 +301,15 @@ TEST_F(Advice, IsGivenForATestWithoutADevice) {
 }
 
 TEST_F(Doctor, LooksAtParametersThatAreGivenAndACheckAtWhatARunNeeds) {
-    registry().findTest("A")->addParameter(optionalParameter("SSID"));
-    g_module.parameters = [](bool complete) {
-        return complete ? tesk5::Findings{{"PLAIN", false, {}}}
-                        : tesk5::Findings{{"SERVICE_STOPPED", true, {{"Error", "0"}}}};
-    };
+    registry()
+        .findTest("A")
+        ->addParameter(optionalParameter("SSID"))
+        ->setParameterCheck(
+            [](bool complete) {
+                return complete ? tesk5::Findings{{"PLAIN", false, {}}}
+                                : tesk5::Findings{{"SERVICE_STOPPED", true, {{"Error", "0"}}}};
+            },
+            tesk5::WrongParameters::LEFT_TO_TEST);
     start({"doctor"});
     EXPECT_THAT(output(), Not(HasSubstr("error 0")));
     start({"doctor", "--set", "SSID=Lab"});
@@ -317,6 +321,31 @@ TEST_F(Doctor, LooksAtParametersThatAreGivenAndACheckAtWhatARunNeeds) {
     EXPECT_EQ(start({"run", "--check", "--set", "Nope=1"}), 64);
     registerTest("WithoutParameters", TestResult::PASS());
     EXPECT_EQ(start({"run", "WithoutParameters", "--check"}), 0);
+}
+
+TEST_F(Doctor, LeavesOutWhatTwoTestsFindAlike) {
+    const tesk5::ParameterCheck check = [](bool) { return tesk5::Findings{{"PLAIN", false, {}}}; };
+    for (tesk5::Test* const test :
+         {registry().findTest("A"), registerTest("B", TestResult::PASS())}) {
+        test->setParameterCheck(check, tesk5::WrongParameters::LEFT_TO_TEST);
+    }
+    EXPECT_EQ(start({"run", "--check"}), CANNOTRUN);
+    EXPECT_EQ(output(), "problem: Something happened.\nProblems found: 1; exit value 3\n");
+    EXPECT_EQ(start({"run", "B"}), 0) << "left to the test";
+}
+
+TEST_F(Doctor, OfParametersRefusesARunOfTheTestsThatSaySo) {
+    registry().findTest("A")->setParameterCheck(
+        [](bool complete) {
+            return tesk5::Findings{{"SERVICE_ANSWERS", true, {}}, {"PLAIN", !complete, {}}};
+        },
+        tesk5::WrongParameters::REFUSED);
+    EXPECT_EQ(start({"run", "A", "--json", file("r.json"), "--log", file("r.log")}), 64);
+    EXPECT_EQ(errors(), "example: Something happened.\n");
+    EXPECT_THAT(output(), IsEmpty());
+    EXPECT_THAT(filesThere(), ElementsAre("devices.json")) << "nothing was run";
+    registerTest("B", TestResult::PASS());
+    EXPECT_EQ(start({"run", "B"}), 0) << "that of another test";
 }
 
 } // namespace

@@ -85,7 +85,6 @@ const ModuleInfo& moduleInfo() {
         .devices = [] { return test::g_module.devices; },
         .checkService = [] { return test::g_module.service; },
         .checkMachine = [] { return test::g_module.machine; },
-        .checkParameters = [](bool complete) { return test::g_module.parameters(complete); },
         .noDevice = "NO_DEVICE",
         .limitReached = "LIMIT_REACHED",
         .commands = commands,

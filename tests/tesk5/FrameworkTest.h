@@ -44,7 +44,6 @@ struct ModuleAnswers {
     tesk5::Finding service{"SERVICE_ANSWERS", true, {}};
     tesk5::Findings machine;
     tesk5::DeviceList devices; ///< of this PC
-    std::function<tesk5::Findings(bool)> parameters = [](bool) { return tesk5::Findings(); };
 };
 inline ModuleAnswers g_module;
 

@@ -81,6 +81,7 @@ TEST(Parameters, OfNamesTakeTheirBytesInHexadecimalForm) {
     EXPECT_EQ(parameter.value(), Value("hex:4c61"));
     parameter.setBytesAllowed(32);
     parameter.set("hex:42C3BC726F");
+    EXPECT_EQ(parameter.bytes(), "B\xC3\xBCro");
     EXPECT_EQ(parameter.value(), Value("B\xC3\x83\xC2\xBCro"));
     parameter.set("HEX:4c6162");
     EXPECT_EQ(parameter.value(), Value("Lab"));

@@ -54,10 +54,6 @@ struct ModuleInfo {
     /// and, as good findings, what is worth knowing. Asked by the command doctor and for advice;
     /// must not wait. Threads: that of the run
     Findings (*checkMachine)() = nullptr;
-    /// Whether the parameters, which have the values that were given, suit the tests: findings as
-    /// of an examination. Makes no call to the system and does not wait. \param complete whether
-    /// what a run needs and was not given is a problem too
-    Findings (*checkParameters)(bool complete) = nullptr;
     /// Key of the finding that there is no device for {Tests}.
     const char* noDevice = nullptr;
     /// Key of the advice after a measurement that reached a limit; its variable is {Device}.

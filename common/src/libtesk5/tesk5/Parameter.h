@@ -47,6 +47,8 @@ public:
 
     /// The value in force. An empty number reads as 0.
     Value value() const;
+    /// The bytes of the value: those given in hexadecimal form, else its text in UTF-8.
+    std::string bytes() const;
     /// The number in force of a ranged() parameter; nothing when it has no value.
     std::optional<Number> number() const;
     /// Whether a value is in force: false without a default until one is given, and after the empty
@@ -100,6 +102,7 @@ private:
     const char* m_otherSign = "INPUT_NUMBER_OTHER_SIGN";
     std::vector<TeskString> m_choices;
     std::optional<TeskString> m_given;
+    bool m_givenAsBytes = false;
 };
 
 /// `text` with a decimal point where it has a decimal comma, if that makes it a number: "-70.5" for

@@ -3,6 +3,7 @@
 
 #include <tesk5/DiagDevice.h>
 #include <tesk5/Event.h>
+#include <tesk5/Finding.h>
 #include <tesk5/Parameter.h>
 #include <tesk5/TestResult.h>
 
@@ -14,6 +15,17 @@ namespace tesk5 {
 struct Mismatch {
     TeskString key;
     Event::Variables variables;
+};
+
+/// Whether the parameters of a test, which have the values that were given, suit it: findings as of
+/// an examination. Makes no call to the system and does not wait. \param complete whether what a
+/// run needs and was not given is a problem too
+using ParameterCheck = Findings (*)(bool complete);
+
+/// What becomes of a run whose parameters a check finds wrong.
+enum class WrongParameters {
+    LEFT_TO_TEST, ///< it begins, and its test says so
+    REFUSED,      ///< nothing runs: the first problem is shown as that of wrong input
 };
 
 /// A test function with the conditions for running it. Made with DiagModule::createTest, owned by
@@ -44,6 +56,9 @@ public:
     /// The test runs only for devices that meet this condition.
     Test* addDevicePropertyRequirement(const TeskString& property, const TeskString& value);
     Test* addParameter(const Parameter* parameter);
+    /// The check is asked by the command doctor, by run --check and, with REFUSED, before a run
+    /// with this test; null for none.
+    Test* setParameterCheck(ParameterCheck check, WrongParameters wrong);
     /// With the key of a reason, this system cannot run the test: no device suits it, and the text
     /// under that key says why; with null it can.
     Test* setObstacle(const char* reason);
@@ -56,6 +71,9 @@ public:
     const std::vector<PropertyCondition>& exclusions() const { return m_exclusions; }
     const std::vector<PropertyCondition>& requirements() const { return m_requirements; }
     const std::vector<const Parameter*>& parameters() const { return m_parameters; }
+    /// What `check` given to setParameterCheck() finds; nothing without one.
+    Findings parameterFindings(bool complete) const;
+    bool refusesWrongParameters() const { return m_wrongParameters == WrongParameters::REFUSED; }
     /// The key given to setObstacle(); null for a test that this system can run.
     const char* obstacle() const { return m_obstacle; }
 
@@ -71,6 +89,8 @@ private:
     std::vector<PropertyCondition> m_exclusions;
     std::vector<PropertyCondition> m_requirements;
     std::vector<const Parameter*> m_parameters;
+    ParameterCheck m_parameterCheck = nullptr;
+    WrongParameters m_wrongParameters = WrongParameters::LEFT_TO_TEST;
     const char* m_obstacle = nullptr;
 };
 

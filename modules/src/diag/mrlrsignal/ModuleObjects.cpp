@@ -56,4 +56,5 @@ void initializeSignalModule() {
     signalLevelTest->addParameter(parameters::variable);
     MRLRSIGNAL_PARAMETERS(MRLRSIGNAL_ADD)
 #undef MRLRSIGNAL_ADD
+    signalLevelTest->setParameterCheck(&checkLevelParameters, tesk5::WrongParameters::REFUSED);
 }

@@ -21,12 +21,7 @@
     EVENT(noLevels, "NO_LEVEL_NO_NUMBERS")                                                         \
     EVENT(tooFew, "NO_LEVEL_TOO_FEW")                                                              \
     EVENT(ambiguous, "NO_LEVEL_AMBIGUOUS")                                                         \
-    EVENT(listFailed, "NO_LEVEL_LIST_FAILED")                                                      \
-    EVENT(noTarget, "CHECK_NO_TARGET")                                                             \
-    EVENT(noBssid, "CHECK_NO_BSSID")                                                               \
-    EVENT(noLimit, "CHECK_NO_LIMIT")                                                               \
-    EVENT(levelsSwapped, "CHECK_LEVELS_SWAPPED")                                                   \
-    EVENT(guardBandTooWide, "CHECK_GUARD_BAND_TOO_WIDE")
+    EVENT(listFailed, "NO_LEVEL_LIST_FAILED")
 
 // PARAMETER(variable, name, type, default)
 #define MRLRSIGNAL_PARAMETERS(PARAMETER)                                                           \

@@ -52,7 +52,7 @@ std::string textOf(const tesk5::Parameter* parameter) {
 readings::Target targetOfParameters() {
     readings::Target target;
     if (parameters::ssid->isSet()) {
-        target.ssid = parameters::ssid->value().valueString().utf8();
+        target.ssid = parameters::ssid->bytes();
     }
     target.bssid = readings::parseBssid(textOf(parameters::bssid));
     const std::string band = textOf(parameters::band);
@@ -238,22 +238,6 @@ TestResult rated(const Sampled& sampled, const statistics::LevelLimits& limits) 
     return TestResult::PASS();
 }
 
-// Raises the event of each problem.
-void raise(const tesk5::Findings& problems) {
-    for (const tesk5::Finding& problem : problems) {
-        for (Event* const event : {events::noTarget, events::noBssid, events::noLimit,
-                                   events::levelsSwapped, events::guardBandTooWide}) {
-            if (event->key() != problem.key) {
-                continue;
-            }
-            for (const auto& [name, value] : problem.variables) {
-                event->setVariable(name, value);
-            }
-            DiagModule::error(event, __FILE__, __LINE__);
-        }
-    }
-}
-
 // Raises a warning when `found` is above the parameter's value. \return whether it did
 bool isTooLarge(Event* event, double found, const tesk5::Parameter* most) {
     const std::optional<double> limit = numberOf(most);
@@ -268,10 +252,6 @@ bool isTooLarge(Event* event, double found, const tesk5::Parameter* most) {
 } // namespace
 
 TestResult SignalLevelTest(const tesk5::DiagDevice& device) {
-    if (const tesk5::Findings problems = checkSignalParameters(true); !problems.empty()) {
-        raise(problems);
-        return TestResult::BADPARAMS();
-    }
     const readings::SamplingPlan plan = planOfParameters();
     readings::LevelSource source(interfaceOf(device), targetOfParameters());
     DiagModule::progresses("MEASURING_LEVEL", std::chrono::duration<double>(plan.longest).count());
@@ -295,7 +275,7 @@ TestResult SignalLevelTest(const tesk5::DiagDevice& device) {
     return result;
 }
 
-tesk5::Findings checkSignalParameters(bool complete) {
+tesk5::Findings checkLevelParameters(bool complete) {
     tesk5::Findings findings;
     const auto refuse = [&findings](const char* key, Event::Variables variables = {}) {
         findings.push_back({key, false, std::move(variables)});

@@ -239,6 +239,20 @@ ConsoleStyle styleFor(const CommandLine& line, const mrl::OutputStream& stream) 
                 stream.showsColours(line.colours.value_or(mrl::OutputStream::Colours::automatic))};
 }
 
+// What a test finds wrong with its parameters, where nothing is to run then.
+void refuseWrongParameters(const std::vector<const Test*>& tests) {
+    for (const Test* test : tests) {
+        if (!test->refusesWrongParameters()) {
+            continue;
+        }
+        for (const Finding& finding : test->parameterFindings(true)) {
+            if (!finding.good) {
+                throw BadInput{message(finding)};
+            }
+        }
+    }
+}
+
 int run(const CommandLine& given, CommandCapture& capture, RunContext& context) {
     Registry& registry = context.registry;
     const CommandLine line = withConfiguration(given, registry);
@@ -249,12 +263,9 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
     const std::vector<std::string> named =
         textsOf(filesOf(line), [](const auto& file) { return file.second; });
     if (line.check) {
-        const bool needsParameters = std::any_of(tests.begin(), tests.end(), [](const Test* test) {
-            return !test->parameters().empty();
-        });
-        return showDiagnosis(context.output,
-                             needsParameters ? parameterFindings(true) : Findings());
+        return showDiagnosis(context.output, parameterFindings(tests, true));
     }
+    refuseWrongParameters(tests);
     std::vector<ReportFile> reports;
     for (const RequestedReport& report : line.reports) {
         reports.emplace_back(report.file, named);

@@ -42,6 +42,17 @@ Value Parameter::value() const {
     return ranged() ? Value(number().value_or(Number())) : Value(text());
 }
 
+std::string Parameter::bytes() const {
+    if (!m_given || !m_givenAsBytes) {
+        return text().utf8();
+    }
+    std::string bytes;
+    for (const mrl::Char unit : m_given->mrlString().view()) {
+        bytes += static_cast<char>(unit);
+    }
+    return bytes;
+}
+
 std::optional<Number> Parameter::number() const {
     return ranged() ? Number::parse(text().utf8()) : std::nullopt;
 }
@@ -108,10 +119,11 @@ void Parameter::set(const TeskString& text) {
                                        "\" " + missedBy(*this)));
     }
     const TeskString* const choice = choiceFor(text);
+    m_givenAsBytes = m_mostBytes > 0 && isHexForm(text);
     if (choice != nullptr) {
         m_given = *choice;
     } else {
-        m_given = m_mostBytes > 0 && isHexForm(text) ? fromHexForm(text) : text;
+        m_given = m_givenAsBytes ? fromHexForm(text) : text;
     }
 }
 

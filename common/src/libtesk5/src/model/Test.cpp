@@ -56,6 +56,16 @@ Test* Test::addParameter(const Parameter* parameter) {
     return this;
 }
 
+Test* Test::setParameterCheck(ParameterCheck check, WrongParameters wrong) {
+    m_parameterCheck = check;
+    m_wrongParameters = wrong;
+    return this;
+}
+
+Findings Test::parameterFindings(bool complete) const {
+    return m_parameterCheck == nullptr ? Findings() : m_parameterCheck(complete);
+}
+
 Test* Test::setObstacle(const char* reason) {
     m_obstacle = reason;
     return this;

@@ -161,9 +161,19 @@ bool reachedLimit(const Outcome& outcome) {
 
 } // namespace
 
-Findings parameterFindings(bool complete) {
-    return moduleInfo().checkParameters == nullptr ? Findings()
-                                                   : moduleInfo().checkParameters(complete);
+Findings parameterFindings(const std::vector<const Test*>& tests, bool complete) {
+    Findings findings;
+    for (const Test* test : tests) {
+        for (Finding& finding : test->parameterFindings(complete)) {
+            const auto isSame = [&finding](const Finding& other) {
+                return other.key == finding.key && other.variables == finding.variables;
+            };
+            if (std::none_of(findings.begin(), findings.end(), isSame)) {
+                findings.push_back(std::move(finding));
+            }
+        }
+    }
+    return findings;
 }
 
 Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
@@ -171,7 +181,15 @@ Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
     if (devices.failure) {
         return withMachineProblems({*devices.failure});
     }
-    Findings findings = settings ? parameterFindings(false) : Findings();
+    Findings findings;
+    if (settings) {
+        std::vector<const Test*> all;
+        all.reserve(tests.size());
+        for (const Test& test : tests) {
+            all.push_back(&test);
+        }
+        findings = parameterFindings(all, false);
+    }
     // Devices from a device file need the service too.
     const Findings service = serviceFindings();
     append(service, findings);

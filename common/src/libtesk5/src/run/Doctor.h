@@ -6,8 +6,9 @@
 
 namespace tesk5 {
 
-/// What the module says of the parameters. \param complete as in ModuleInfo::checkParameters
-Findings parameterFindings(bool complete);
+/// What the checks of `tests` find of their parameters, each finding once.
+/// \param complete as in ParameterCheck
+Findings parameterFindings(const std::vector<const Test*>& tests, bool complete);
 
 /// Every finding, good and bad: the parameters when `settings` says that some were given, the
 /// service and the machine that the module checks, which device suits which of `tests` with

@@ -7,6 +7,7 @@
 #include "ModuleObjects.h"
 #include "Observations.h"
 #include "WirelessDevice.h"
+#include "WirelessDoctor.h"
 
 #include <mrl/LoggerStream.h>
 #include <mrl/Stopwatch.h>
@@ -99,6 +100,8 @@ void initializeModule() {
     signalStrengthTest->addParameter(parameters::ssid);
     signalStrengthTest->addParameter(parameters::warningSignalStrength);
     signalStrengthTest->addParameter(parameters::failingSignalStrength);
+    signalStrengthTest->setParameterCheck(&checkTestParameters,
+                                          tesk5::WrongParameters::LEFT_TO_TEST);
 }
 
 bool getAccessPointSignalStrength(const tesk5::DiagDevice& device, const String& ssid,
