@@ -48,6 +48,9 @@ COMPONENTS = {
     "module's Win32 half": (MODULE, (MODULE,)),
     "statistics": (f"{SIGNAL}/statistics", (SIGNAL,)),
     "readings": (f"{SIGNAL}/readings", (SIGNAL,)),
+    "gauge": (f"{SIGNAL}/gauge", (SIGNAL,)),
+    "tolerance": (f"{SIGNAL}/tolerance", (SIGNAL,)),
+    "calibration": (f"{SIGNAL}/calibration", (SIGNAL,)),
 }
 
 # What each component may include besides its own headers.
@@ -68,6 +71,9 @@ ARROWS = {
                             "libUikit"},
     "statistics": set(),
     "readings": {"mrl", "nativewifi", "statistics"},
+    "gauge": {"statistics"},
+    "tolerance": {"statistics"},
+    "calibration": {"statistics"},
 }
 
 # The rooms of the framework, and what each may include besides its own headers. A public header
@@ -96,6 +102,9 @@ NAMES = (
     (re.compile(r"contract/"), "contract"),
     (re.compile(r"statistics/"), "statistics"),
     (re.compile(r"readings/"), "readings"),
+    (re.compile(r"gauge/"), "gauge"),
+    (re.compile(r"tolerance/"), "tolerance"),
+    (re.compile(r"calibration/"), "calibration"),
 )
 
 WIN32_HEADERS = re.compile(

@@ -11,6 +11,18 @@ std::vector<double> sorted(Readings readings) {
     return values;
 }
 
+std::vector<double> ranks(Readings readings) {
+    const std::vector<double> inOrder = sorted(readings);
+    std::vector<double> found;
+    found.reserve(readings.size());
+    for (const double value : readings) {
+        const auto [first, last] = std::equal_range(inOrder.begin(), inOrder.end(), value);
+        found.push_back(
+            static_cast<double>((first - inOrder.begin()) + (last - inOrder.begin()) + 1) / 2);
+    }
+    return found;
+}
+
 double quantile(Readings inRisingOrder, double share) {
     const double rank = share * static_cast<double>(inRisingOrder.size() - 1);
     const auto below = static_cast<std::size_t>(std::floor(rank));

@@ -13,6 +13,9 @@ using Readings = std::span<const double>;
 /// The values in rising order.
 std::vector<double> sorted(Readings readings);
 
+/// The rank of each value, from 1; equal values share the mean of theirs.
+std::vector<double> ranks(Readings readings);
+
 /// The quantile `share` (0 to 1) of readings in rising order, at least one, interpolated between
 /// the two that are nearest: at rank 1 + (n - 1) * share. Half is the median.
 /// Source: Hyndman and Fan, "Sample quantiles in statistical packages", The American Statistician

@@ -35,41 +35,14 @@ double medianSlope(std::span<const TimedReading> readings) {
     return slopes.empty() ? 0 : median(slopes);
 }
 
-// The variance of S for readings without a trend.
-double scoreVariance(Readings readings) {
-    const auto term = [](double count) { return count * (count - 1) * (2 * count + 5); };
-    double sum = term(static_cast<double>(readings.size()));
-    std::map<double, double> counts;
-    for (const double value : readings) {
-        ++counts[value];
-    }
-    for (const auto& [value, count] : counts) {
-        sum -= term(count);
-    }
-    return sum / 18;
-}
-
-// Ranks from 1; equal values share the mean of theirs.
-std::vector<double> ranksOf(Readings readings) {
-    const std::vector<double> inOrder = sorted(readings);
-    std::vector<double> ranks;
-    ranks.reserve(readings.size());
-    for (const double value : readings) {
-        const auto [first, last] = std::equal_range(inOrder.begin(), inOrder.end(), value);
-        ranks.push_back(
-            static_cast<double>((first - inOrder.begin()) + (last - inOrder.begin()) + 1) / 2);
-    }
-    return ranks;
-}
-
 // By how much the variance of S is larger than for independent readings; at least 1. The
 // correlations are those of the ranks, summed up to the first that is not positive.
 double varianceFactor(Readings detrended) {
-    std::vector<double> ranks = ranksOf(detrended);
-    const auto count = static_cast<double>(ranks.size());
-    const double mean = std::accumulate(ranks.begin(), ranks.end(), 0.0) / count;
+    std::vector<double> inRanks = ranks(detrended);
+    const auto count = static_cast<double>(inRanks.size());
+    const double mean = std::accumulate(inRanks.begin(), inRanks.end(), 0.0) / count;
     double variance = 0;
-    for (double& rank : ranks) {
+    for (double& rank : inRanks) {
         rank -= mean;
         variance += rank * rank;
     }
@@ -77,10 +50,10 @@ double varianceFactor(Readings detrended) {
         return 1;
     }
     double sum = 0;
-    for (std::size_t lag = 1; lag + 2 < ranks.size(); ++lag) {
+    for (std::size_t lag = 1; lag + 2 < inRanks.size(); ++lag) {
         const double correlation =
-            std::inner_product(ranks.begin() + static_cast<std::ptrdiff_t>(lag), ranks.end(),
-                               ranks.begin(), 0.0) /
+            std::inner_product(inRanks.begin() + static_cast<std::ptrdiff_t>(lag), inRanks.end(),
+                               inRanks.begin(), 0.0) /
             variance;
         if (correlation <= 0) {
             break;
@@ -103,11 +76,24 @@ double kendallScore(Readings readings) {
     return score;
 }
 
+double kendallScoreVariance(Readings readings) {
+    const auto term = [](double count) { return count * (count - 1) * (2 * count + 5); };
+    double sum = term(static_cast<double>(readings.size()));
+    std::map<double, double> counts;
+    for (const double value : readings) {
+        ++counts[value];
+    }
+    for (const auto& [value, count] : counts) {
+        sum -= term(count);
+    }
+    return sum / 18;
+}
+
 double kendallNormalScore(Readings readings) {
     const double score = kendallScore(readings);
     // S moves in steps of two; without equal values every score is odd or every score even.
     const double corrected = std::max(std::abs(score) - 1, 0.0);
-    const double variance = scoreVariance(readings);
+    const double variance = kendallScoreVariance(readings);
     return variance > 0 ? std::copysign(corrected / std::sqrt(variance), score) : 0;
 }
 

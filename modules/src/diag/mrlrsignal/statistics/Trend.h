@@ -34,6 +34,9 @@ Trend trend(std::span<const TimedReading> readings);
 /// fall.
 double kendallScore(Readings readings);
 
+/// The variance of S for independent readings without a trend, corrected for equal values.
+double kendallScoreVariance(Readings readings);
+
 /// The standard normal score of S for independent readings, with both corrections.
 double kendallNormalScore(Readings readings);
 
