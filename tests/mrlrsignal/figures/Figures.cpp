@@ -9,8 +9,6 @@
 #include <statistics/Moments.h>
 #include <tolerance/Proposal.h>
 
-#include <boost/math/distributions/normal.hpp>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
