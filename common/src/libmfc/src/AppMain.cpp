@@ -2,11 +2,9 @@
 // linker takes it out of the archive only for programs without a main() of their own.
 #include <afxwin.h>
 
+#include <mrl/SystemLibrary.h>
+
 int main() {
-    // DLLs that are loaded from here on come from the system directory, and not from the program's
-    // folder or the current one. Either call fails only on systems that are too old for this
-    // program.
-    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
-    SetDllDirectoryW(L"");
+    mrl::loadFromSystemDirectoryAlone();
     return AfxWinMain(GetModuleHandleW(nullptr), nullptr, GetCommandLineW(), SW_SHOWDEFAULT);
 }

@@ -32,4 +32,10 @@ private:
     Uint32 m_error;
 };
 
+/// From here on, DLLs that this process loads come from the system directory, and not from the
+/// program's folder or the current one. For the beginning of main().
+/// Failure: none is reported; either call fails only on systems that are too old for the programs
+/// Platform: SetDefaultDllDirectories, SetDllDirectoryW
+void loadFromSystemDirectoryAlone();
+
 } // namespace mrl

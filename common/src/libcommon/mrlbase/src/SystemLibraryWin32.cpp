@@ -14,4 +14,9 @@ SystemLibrary::AnyFunction* SystemLibrary::address(const char* name) const {
                                      GetProcAddress(static_cast<HMODULE>(m_module), name));
 }
 
+void loadFromSystemDirectoryAlone() {
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
+    SetDllDirectoryW(L"");
+}
+
 } // namespace mrl
