@@ -6,10 +6,12 @@
 namespace tesk5 {
 
 const ModuleInfo& moduleInfo() {
+    static constexpr const char* examplesOfRun[] = {"run --set SSID=Lab"};
     static const ModuleInfo info{"example", R"({
         "WEAK": "The signal of \"{Name}\" is {Strength} %.",
         "PLAIN": "Something happened."
-    })"};
+    })",
+                                 examplesOfRun};
     return info;
 }
 

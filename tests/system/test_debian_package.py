@@ -1,6 +1,7 @@
 """The package for Debian: its contents, that they are correct, and that it is reproducible."""
 import gzip
 import hashlib
+import itertools
 import json
 import os
 import pathlib
@@ -10,8 +11,8 @@ import sys
 import tempfile
 import unittest
 
-from linux_program import BUILD, DIST, EXECUTABLE, LinuxProgramTest, environment, run_executable
-from program import RESOURCES, ROOT
+from linux_program import BUILD, DIST, LinuxProgramTest, environment, run_executable
+from program import ROOT
 
 TOOLS = ROOT / "tools" / "package"
 sys.path.insert(0, str(TOOLS))
@@ -21,8 +22,9 @@ import help_pages  # noqa: E402
 import make_deb  # noqa: E402
 
 PAPERS = "usr/share/doc/mrlrantenna/"
-COMPLETION = "usr/share/bash-completion/completions/mrlrantenna"
-MAN_PAGE = "usr/share/man/man1/mrlrantenna.1.gz"
+COMPLETIONS = "usr/share/bash-completion/completions/"
+MAN_PAGES = "usr/share/man/man1/"
+PROGRAMS = ("mrlrantenna", "mrlrsignal")
 LANGUAGES = sorted(path.stem for path in (ROOT / "resources" / "tesk5" / "texts").iterdir())
 
 
@@ -70,17 +72,22 @@ class PackageTest(LinuxProgramTest):
 
 
 class Contents(PackageTest):
-    def test_are_the_program_its_texts_and_its_documents(self):
-        texts = {f"usr/share/mrlrantenna/{path.relative_to(ROOT / 'resources').as_posix()}"
-                 for part in RESOURCES for path in part.rglob("*.json")}
-        others = {name for name in self.names if not name.startswith(PAPERS)}
-        self.assertEqual(others, {"usr/bin/mrlrantenna", MAN_PAGE, COMPLETION, *texts})
+    def test_are_the_programs_their_texts_and_their_documents(self):
+        expected = set()
+        for program in PROGRAMS:
+            expected |= {f"usr/share/{program}/{path.relative_to(ROOT / 'resources').as_posix()}"
+                         for part in (program, "networkadapters", "tesk5")
+                         for path in (ROOT / "resources" / part).rglob("*.json")}
+            expected |= {f"usr/bin/{program}", f"{MAN_PAGES}{program}.1.gz",
+                         f"{COMPLETIONS}{program}"}
+        self.assertEqual({name for name in self.names if not name.startswith(PAPERS)}, expected)
         for name in ("copyright", "changelog.gz", "docs/technicians.html", "docs/report.html",
                      "examples/stations/station.py"):
             self.assertIn(PAPERS + name, self.names)
 
     def test_are_the_built_files(self):
-        self.assertEqual(self.read("usr/bin/mrlrantenna"), EXECUTABLE.read_bytes())
+        for program in PROGRAMS:
+            self.assertEqual(self.read(f"usr/bin/{program}"), (DIST / program).read_bytes())
         for path in (DIST / "share").rglob("*.json"):
             name = f"usr/{path.relative_to(DIST).as_posix()}"
             self.assertEqual(self.read(name), path.read_bytes(), name)
@@ -90,7 +97,7 @@ class Contents(PackageTest):
         for line in lines_of("dpkg-deb", "--contents", str(self.package)):
             mode, owner, _, day, time, name = line.split(maxsplit=5)
             expected = ("drwxr-xr-x" if name.endswith("/") else
-                        "-rwxr-xr-x" if name == "./usr/bin/mrlrantenna" else "-rw-r--r--")
+                        "-rwxr-xr-x" if name.startswith("./usr/bin/") else "-rw-r--r--")
             self.assertEqual((mode, owner), (expected, "root/root"), name)
             times.add((day, time))
         self.assertEqual(len(times), 1)
@@ -131,29 +138,34 @@ class Contents(PackageTest):
 
 
 class Unpacked(PackageTest):
-    def test_program_finds_its_texts(self):
-        program = self.root / "usr" / "bin" / "mrlrantenna"
-        for language in LANGUAGES:
-            with self.subTest(language):
+    def test_programs_find_their_texts(self):
+        for language, program in itertools.product(LANGUAGES, PROGRAMS):
+            with self.subTest(language, program=program):
+                program = self.root / "usr" / "bin" / program
                 texts = json.loads((ROOT / "resources" / "tesk5" / "texts" / f"{language}.json")
                                    .read_text(encoding="utf-8"))
                 run = run_executable(program, "list", "--language", language)
                 self.assertEqual((run.exit, run.err), (0, ""), run)
                 self.assertTrue(run.out.startswith(texts["LIST_TESTS"] + "\n"), run)
 
-    def test_man_page_has_every_command_option_and_exit_value(self):
-        page = self.folder / "mrlrantenna.1"
-        page.write_text(self.text(MAN_PAGE), encoding="utf-8")
+    def test_man_pages_have_every_command_option_and_exit_value(self):
+        for program in PROGRAMS:
+            with self.subTest(program):
+                self.assert_man_page_is_whole(program)
+
+    def assert_man_page_is_whole(self, program):
+        page = self.folder / f"{program}.1"
+        page.write_text(self.text(f"{MAN_PAGES}{program}.1.gz"), encoding="utf-8")
         shown = subprocess.run(["man", "--warnings", "--local-file", str(page)],
                                env=environment(MANWIDTH="1000", LC_ALL="C.UTF-8"), check=True,
                                stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         self.assertEqual(shown.stderr.decode(), "")
         text = re.sub(r"\s+", " ", re.sub(r".\x08", "", shown.stdout.decode("utf-8")))
-        overview, commands = help_pages.read(EXECUTABLE)
-        self.assertEqual([command.name for command in commands],
+        overview, commands = help_pages.read(DIST / program)
+        self.assertEqual([command.name for command in commands][:4],
                          ["list", "run", "doctor", "replay"])
         for command in commands:
-            self.assertIn(f" mrlrantenna {command.usage} ", text)
+            self.assertIn(f" {program} {command.usage} ", text)
             self.assertIn(f" {command.text} ", text)
             for example in command.examples:
                 self.assertIn(f" {example} ", text)
@@ -166,17 +178,17 @@ class Unpacked(PackageTest):
                          {0, 1, 2, 3, 4, 5, 6, 8, 64, 65, 74})
         for value, meaning in overview.values:
             self.assertIn(f" {value} {meaning} ", text)
-        self.assertIn('"sudo setcap cap_net_admin+ep /usr/bin/mrlrantenna"', text)
+        self.assertIn(f'"sudo setcap cap_net_admin+ep /usr/bin/{program}"', text)
 
     def completed(self, line):
         """What the completion offers behind a command line; None where it leaves it to the shell's
         names of files."""
         words = re.findall(r"=|[^\s=]+", line) + ([""] if line.endswith(" ") else [])
         script = ("compopt() { [[ $2 != default ]] || echo FILES; }\n"
-                  f"source {self.root / COMPLETION}\n"
+                  f"source {self.root / COMPLETIONS / words[0]}\n"
                   f"COMP_WORDS=({' '.join(word or chr(39) * 2 for word in words)})\n"
                   f"COMP_CWORD={len(words) - 1}\n"
-                  "_mrlrantenna\n"
+                  f"_{words[0]}\n"
                   "((${#COMPREPLY[@]})) && printf '%s\\n' \"${COMPREPLY[@]}\"; true")
         offered = lines_of("bash", "-c", script)
         return None if offered == ["FILES"] else offered
@@ -191,6 +203,9 @@ class Unpacked(PackageTest):
                 ("mrlrantenna run --js", ["--json"]),
                 ("mrlrantenna doctor --js", []),
                 ("mrlrantenna --js", ["--json"]),
+                ("mrlrsignal do", ["doctor"]),
+                ("mrlrsignal run Signal", ["SignalLevelTest"]),
+                ("mrlrsignal run --set F", ["FailingLevel="]),
                 ("mrlrantenna run --json ", None),
                 ("mrlrantenna run --json=re", None),
                 ("mrlrantenna replay ", None),
@@ -206,9 +221,10 @@ class Installation(PackageTest):
 
     def setUp(self):
         super().setUp()
-        self.program = self.folder / "usr" / "bin" / "mrlrantenna"
-        self.program.parent.mkdir(parents=True)
-        self.program.write_bytes(b"")
+        self.programs = self.folder / "usr" / "bin"
+        self.programs.mkdir(parents=True)
+        for program in PROGRAMS:
+            (self.programs / program).write_bytes(b"")
         self.tools = self.folder / "tools"
         self.tools.mkdir()
 
@@ -218,7 +234,8 @@ class Installation(PackageTest):
         path.chmod(0o755)
 
     def configure(self, answer, setcap="true"):
-        """Runs postinst with an answer to its question; returns (the calls it made, its errors)."""
+        """Runs postinst with an answer to its question; returns (the calls it made for each program
+        alike, its errors)."""
         (self.folder / "calls").unlink(missing_ok=True)
         for name in ("chown", "chmod", "groupadd"):
             self.tool(name)
@@ -232,8 +249,12 @@ class Installation(PackageTest):
             stderr=subprocess.PIPE, text=True,
             env=dict(os.environ, DPKG_ROOT=str(self.folder),
                      PATH=f"{self.tools}:{os.environ['PATH']}"))
-        calls = (self.folder / "calls").read_text().replace(f" {self.program}", "")
-        return calls.splitlines(), run.stderr
+        calls = (self.folder / "calls").read_text().splitlines()
+        of_all = [call for call in calls if str(self.programs) not in call]
+        first, second = ([call.removesuffix(f" {self.programs / program}") for call in calls
+                          if call.endswith(f"/{program}")] for program in PROGRAMS)
+        self.assertEqual(first, second)
+        return of_all + first, run.stderr
 
     def test_gives_the_capability_to_nobody_unless_it_is_wanted(self):
         for answer in ("nobody", "''"):
@@ -282,7 +303,7 @@ class Repetition(LinuxProgramTest):
         self.assertEqual(compare_packages.differences(*packages), [])
 
     def test_is_compared_down_to_the_file_that_differs(self):
-        files = {make_deb.PROGRAM: b"x", "usr/share/doc/mrlrantenna/a": b"text"}
+        files = {"usr/bin/mrlrantenna": b"x", "usr/share/doc/mrlrantenna/a": b"text"}
         other = {**files, "usr/share/doc/mrlrantenna/a": b"teXt"}
         time = make_deb.make_package.ZIP_EPOCH
         first, second = self.folder / "one.deb", self.folder / "other.deb"

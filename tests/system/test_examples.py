@@ -5,31 +5,43 @@ import shlex
 import shutil
 import unittest
 
-from program import DIST, EXECUTABLE, RESULTS, ROOT, ProgramTest, settings
+from program import DIST, RESULTS, ROOT, ProgramTest, settings
 
 PAGES = [*(ROOT / "docs").glob("*.md"), ROOT / "README.md", ROOT / "tools" / "package" / "README.txt",
          ROOT / "tools" / "radiosim" / "README.md"]
 FIRST_WORDS = ("list", "run", "doctor", "replay", "--help", "--version")
-# The program or ./run, and behind it words with one blank between them: two begin a remark.
-COMMAND = re.compile(r"(?:\bmrlrantenna(?:\.k5x)?|\./run)"
-                     r"((?: (?:\"[^\"\n]*\"|[^\s\"'`;>#]+))+)")
+# A program or ./run with or without its name, and behind it words with one blank between them: two begin a remark.
+COMMAND = re.compile(r"(?:\b(?P<name>mrlrantenna|mrlrsignal)(?:\.k5x)?|"
+                     r"\./run(?: --program (?P<chosen>mrlrsignal))?)"
+                     r"(?P<arguments>(?: (?:\"[^\"\n]*\"|[^\s\"'`;>#]+))+)")
 VERDICTS = {RESULTS[word] for word in ("PASS", "WARN", "FAIL")}
 AT_ONCE = 4
 # What the examples name.
 NETWORKS = ("Lab", "Bench2", "Bed&Breakfast")
 CARD = "Intel(R) Wi-Fi 6 AX201"
+RADIO = "02:00:00:00:01:00"
 
 
-def commands_in(text):
-    """The arguments of every command in a text, without the usage lines."""
+def commands_in(text, program):
+    """The arguments of every command of a program in a text, without the usage lines."""
     text = re.sub(r" *\\\n *", " ", text).replace("SSID=NAME", "SSID=Lab")
-    for arguments in COMMAND.findall(text):
-        words = [word for word in shlex.split(arguments) if word != "--%"]
+    for command in COMMAND.finditer(text):
+        if (command["name"] or command["chosen"] or "mrlrantenna") != program:
+            continue
+        words = [word for word in shlex.split(command["arguments"]) if word != "--%"]
         if words[0] in FIRST_WORDS and not any(re.search(r"[\[{]|\.\.\.", word) for word in words):
             yield tuple(words)
 
 
-class Examples(ProgramTest):
+class Examples:
+    """What holds for each program; tests of one inherit it."""
+
+    program = None
+    # The page with the files that its commands name.
+    page = None
+    measuring = ()
+    fewest = 0
+
     def setUp(self):
         super().setUp()
         tree = self.folder / "tree"
@@ -37,13 +49,16 @@ class Examples(ProgramTest):
         for owner in (tree / "resources").iterdir():  # a language that a page has added
             if (owner / "texts").is_dir():
                 (owner / "texts" / "nl.json").write_text("{}")
-        self.executable = tree / EXECUTABLE.name
+        self.executable = tree / f"{self.program}.k5x"
         self.scenario = self.write("scenario.json", {"interfaces": [{
             "description": CARD,
-            "accessPoints": [{"ssid": name, "signal": 60} for name in NETWORKS]}]})
-        page = (ROOT / "docs" / "command-line.md").read_text(encoding="utf-8")
-        self.write("station.toml", re.search(r"```toml\n(.*?)```", page, re.S)[1])
-        self.write("cards.json", re.search(r"```json\n(\[.*?)```", page, re.S)[1])
+            "accessPoints": [{"ssid": name, "signal": 60, "bss": [{"bssid": RADIO, "rssi": -62}]}
+                             if name == NETWORKS[0] else {"ssid": name, "signal": 60}
+                             for name in NETWORKS]}]})
+        pages = [(ROOT / "docs" / name).read_text(encoding="utf-8")
+                 for name in (self.page, "command-line.md")]
+        self.write("station.toml", re.search(r"```toml\n(.*?)```", pages[0], re.S)[1])
+        self.write("cards.json", re.search(r"```json\n(\[.*?)```", pages[1], re.S)[1])
 
     def run_all(self, commands):
         """Runs each command; returns [(command, run)]."""
@@ -57,8 +72,9 @@ class Examples(ProgramTest):
     def test_of_pages_and_help_end_with_a_verdict(self):
         texts = [page.read_text(encoding="utf-8") for page in PAGES]
         texts += [self.help_page(*command) for command in ((), ("list",), ("run",), ("doctor",), ("replay",))]
-        commands = sorted({command for text in texts for command in commands_in(text)})
-        self.assertGreater(len(commands), 20)
+        commands = sorted({command for text in texts
+                           for command in commands_in(text, self.program)})
+        self.assertGreater(len(commands), self.fewest)
         # A person ends the dialog, so only whether it would begin is tried here.
         commands = [(*command, "--check") if "DiversityTest" in command else command
                     for command in commands]
@@ -71,17 +87,32 @@ class Examples(ProgramTest):
                 self.assertIn(run.exit, VERDICTS if measures else {0}, run)
 
     def test_of_options_are_understood_with_a_command_that_takes_them(self):
-        measure = ("run", *settings(SSID="Lab", FailingSignalStrength=20), "--check")
+        measure = ("run", *settings(SSID="Lab", **self.measuring), "--check")
         for command, base in (("run", measure), ("list", ("list",)), ("doctor", ("doctor",))):
             examples = [tuple(shlex.split(example)) for example in
                         re.findall(r"(?m)^ +example: (.+)$", self.help_page(command))]
             self.assertGreater(len(examples), 5)
             whole = [example if not example[0].startswith("--") else
-                     ("run", "--check", *example) if example[0] == "--set" else (*base, *example)
+                     ("run", "--check", *example) if example[0] == "--set" else
+                     (*base, *example)
                      for example in examples]
             for example, run in self.run_all(whole):
                 with self.subTest(shlex.join(example)):
                     self.assertIn(run.exit, VERDICTS | {0} if "run" in example else {0}, run)
+
+
+class OfTheAntennaProgram(Examples, ProgramTest):
+    program = "mrlrantenna"
+    page = "command-line.md"
+    measuring = {"FailingSignalStrength": 20}
+    fewest = 20
+
+
+class OfTheLevelProgram(Examples, ProgramTest):
+    program = "mrlrsignal"
+    page = "signal.md"
+    measuring = {"FailingLevel": -70}
+    fewest = 10
 
 
 if __name__ == "__main__":

@@ -3,7 +3,7 @@ import json
 import shutil
 import unittest
 
-from program import DIST, EXECUTABLE, ROOT, VERIFICATION, ProgramTest
+from program import DIST, EXECUTABLE, PROGRAMS, ROOT, VERIFICATION, ProgramTest
 
 LANGUAGES = ("ar", "de", "en", "es", "fr", "ja", "zh-Hans")
 
@@ -17,9 +17,11 @@ class Languages(ProgramTest):
         self.assertTrue(run.out.startswith(purpose), run)
 
     def test_that_are_shipped_can_be_selected(self):
-        for tag in LANGUAGES:
-            with self.subTest(tag):
-                self.assert_helps_in(tag, "--language", tag)
+        for program in PROGRAMS:
+            self.executable = program
+            for tag in LANGUAGES:
+                with self.subTest(tag, program=program.stem):
+                    self.assert_helps_in(tag, "--language", tag)
 
     def test_are_those_of_windows_where_they_have_texts_and_else_english(self):
         # Wine takes its user interface language from the environment.

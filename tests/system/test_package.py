@@ -15,8 +15,8 @@ import zipfile
 import jsonschema
 
 import browser
-from program import (DIST, EXECUTABLE, OUTPUT_LOST, REPLAY_DIFFERS, RESOURCES, RESULTS, ROOT,
-                     WRONG_USAGE, ProgramTest)
+from program import (DIST, EXECUTABLE, OUTPUT_LOST, PROGRAMS, REPLAY_DIFFERS, RESOURCES, RESULTS,
+                     ROOT, SIGNAL, WRONG_USAGE, ProgramTest)
 
 TOOLS = ROOT / "tools" / "package"
 sys.path.insert(0, str(TOOLS))
@@ -31,7 +31,8 @@ CMAKE_LIBRARIES = (ROOT / "cmake" / "HeaderOnlyLibraries.cmake").read_text(encod
 # What every executable of this toolchain has in it, whatever else it uses.
 RUN_TIME = {"libstdc++", "libgcc", "libssp", "winpthreads", "MinGW-w64 runtime"}
 # The pages of docs/ that are for users.
-PAGES = ("technicians", "command-line", "report", "captures", "stations", "hosts", "localization")
+PAGES = ("technicians", "signal", "measuring", "command-line", "report", "captures", "stations",
+         "hosts", "localization")
 # What has the same place in the package as in the source tree.
 AS_IN_THE_TREE = [path.relative_to(ROOT).as_posix()
                   for folder in ("docs/images", "docs/schemas", "examples")
@@ -99,20 +100,21 @@ class PackageTest(ProgramTest):
 
 
 class Contents(PackageTest):
-    def test_are_the_program_its_resources_and_its_documents_and_nothing_else(self):
+    def test_are_the_programs_their_resources_and_their_documents_and_nothing_else(self):
         resources = {path.relative_to(ROOT).as_posix()
                      for part in RESOURCES for path in part.rglob("*") if path.is_file()}
         papers = {"README.txt", "LICENSE.txt", BILL}
         licences = {name for name in self.names if name.startswith("licences/")}
         pages = {f"docs/{name}.html" for name in PAGES} | {"docs/style.css"}
-        self.assertEqual(set(self.names), {EXECUTABLE.name, "mrlrantenna.cmd", *resources, *papers,
-                                           *licences, *pages, *AS_IN_THE_TREE})
+        programs = {f"{program.stem}.{ending}" for program in PROGRAMS for ending in ("k5x", "cmd")}
+        self.assertEqual(set(self.names), {*programs, *resources, *papers, *licences, *pages,
+                                           *AS_IN_THE_TREE})
         self.assertEqual(licences, {self.licence_file(library)
                                     for library in self.libraries().values()})
 
     def test_are_the_built_files(self):
         for name in self.names:
-            if name == EXECUTABLE.name or name.startswith("resources/"):
+            if name.endswith(".k5x") or name.startswith("resources/"):
                 with self.subTest(name):
                     self.assertEqual(self.read(name), (DIST / name).read_bytes())
         for name in AS_IN_THE_TREE:
@@ -135,7 +137,7 @@ class Contents(PackageTest):
         self.assertEqual(len({entry.date_time for entry in self.zip.infolist()}), 1)
         for entry in self.zip.infolist():
             with self.subTest(entry.filename):
-                program = entry.filename == self.top + EXECUTABLE.name
+                program = entry.filename.endswith(".k5x")
                 expected = 0o100755 if program else 0o100644
                 self.assertEqual(entry.external_attr >> 16, expected)
 
@@ -226,8 +228,8 @@ class BillOfMaterials(PackageTest):
 
 
 class Unpacked(PackageTest):
-    def run_unpacked(self, folder_name, *arguments):
-        self.executable = self.unpack(self.folder / folder_name) / EXECUTABLE.name
+    def run_unpacked(self, folder_name, *arguments, program=EXECUTABLE):
+        self.executable = self.unpack(self.folder / folder_name) / program.name
         return self.run_program(*arguments)
 
     def test_runs_from_folders_of_any_name_and_has_the_version_in_its_own(self):
@@ -236,19 +238,22 @@ class Unpacked(PackageTest):
                 run = self.run_unpacked(name, "--version")
                 self.assertEqual(run.exit, 0, run)
                 self.assertEqual(run.out, "mrlrantenna 6.5 (build 000000001)\n")
+        run = self.run_unpacked("plain", "--version", program=SIGNAL)
+        self.assertEqual(run.out, "mrlrsignal 6.5 (build 000000001)\n")
         self.assertRegex(self.package.name,
                          r"\Amrlrantenna-6\.5\.000000001-win64(-modified)?\.zip\Z")
 
     def test_knows_every_command_and_option_of_its_readme_which_names_every_report(self):
         readme = self.read("README.txt").decode("ascii")
-        page = self.run_unpacked("here", "--help").out
-        commands = set(re.findall(r"(?m)^  mrlrantenna (\w+)", readme))
-        self.assertLessEqual({"doctor", "list", "run"}, commands)
         options = set(re.findall(r"--[a-z]+", readme))
         self.assertLessEqual({"--set", "--language", "--help"}, options)
-        for word in commands | options:
-            with self.subTest(word):
-                self.assertRegex(page, rf"(?m)^  (mrlrantenna\.k5x \[?)?{word}\b")
+        for program in PROGRAMS:
+            page = self.run_unpacked("here", "--help", program=program).out
+            commands = set(re.findall(rf"(?m)^  {program.stem} (\w+)", readme))
+            self.assertLessEqual({"doctor", "list", "run"}, commands)
+            for word in commands | options:
+                with self.subTest(program=program.stem, word=word):
+                    self.assertRegex(page, rf"(?m)^  ({program.stem}\.k5x \[?)?{word}\b")
         reports = (ROOT / "common/src/libtesk5/src/reports/ReportKinds.cpp").read_text("utf-8")
         for report in {"--events", *re.findall(r'"(--[a-z]+)"', reports)}:
             self.assertRegex(readme, rf"(?m)^  {report} ")
@@ -299,6 +304,7 @@ class StartScript(PackageTest):
         run = self.by_batch_file('if 1==1 call "%~dp0mrlrantenna.cmd" run\n'
                                  "@echo value %ERRORLEVEL%")
         self.assertIn(f"value {RESULTS['BADPARAMS']}", run.out)
+        self.assertEqual(self.by_batch_file('"%~dp0mrlrsignal" run').exit, WRONG_USAGE)
 
     def test_is_the_name_that_help_shows(self):
         run = self.by_batch_file('"%~dp0mrlrantenna" --help')
@@ -428,11 +434,16 @@ class Refusal(ProgramTest):
         for file, content, naming in (
                 ("notes.txt", b"not for customers", ("notes.txt",)),
                 ("resources/mrlrantenna/texts/en.json", b"{}", ("en.json", "build again")),
-                (EXECUTABLE.name, b"MZ", ("version",))):
+                (EXECUTABLE.name, b"MZ", ("version",)),
+                (SIGNAL.name, SIGNAL.read_bytes().replace("6.5 build".encode("utf-16-le"),
+                                                          "6.4 build".encode("utf-16-le")),
+                 ("not of one version",))):
             with self.subTest(file):
                 build = self.folder / pathlib.Path(file).stem
                 shutil.copytree(DIST, build / "dist")
-                (build / "mrlrantenna.map").symlink_to(BUILD / "mrlrantenna.map")
+                for program in PROGRAMS:
+                    name = f"{program.stem}.map"
+                    (build / name).symlink_to(BUILD / name)
                 (build / "dist" / file).write_bytes(content)
                 self.refused(build, *naming)
 

@@ -8,7 +8,7 @@ import unittest
 
 import pe
 import side_by_side
-from program import DIST, EXECUTABLE, ROOT, VERIFICATION, ProgramTest, environment, settings
+from program import DIST, EXECUTABLE, PROGRAMS, ROOT, SIGNAL, VERIFICATION, ProgramTest, environment, settings
 
 load_tests = side_by_side.load_tests
 
@@ -59,6 +59,13 @@ class PlantedDlls(ProgramTest):
         self.assertEqual(run.exit, 0, run)
         self.assert_loaded()
 
+    def test_are_not_loaded_by_a_measurement_of_a_level(self):
+        self.executable = self.program_folder / SIGNAL.name
+        run = self.start_with_planted_dlls(
+            "run", *settings(SSID="Lab", FailingLevel=-90, MaxSeconds=5)).finish()
+        self.assertIn(run.exit, (0, 1, 3), run)
+        self.assert_loaded()
+
     def test_are_not_loaded_by_a_list(self):
         run = self.start_with_planted_dlls("list").finish()
         self.assertEqual(run.exit, 0, run)
@@ -82,19 +89,21 @@ class PlantedDlls(ProgramTest):
 
 
 class Imports(unittest.TestCase):
-    def setUp(self):
-        self.linked = (ROOT / "build" / "windows" / "mrlrantenna.map").read_text(encoding="utf-8")
-
-    def loaded_late(self):
+    @staticmethod
+    def loaded_late(program):
         """DLLs that are loaded when one of their functions is first called."""
-        return {f"{name}.dll" for name in re.findall(r"^delay_imports/delayed_(\w+)/lib", self.linked,
+        linked = (ROOT / "build" / "windows" / f"{program.stem}.map").read_text(encoding="utf-8")
+        return {f"{name}.dll" for name in re.findall(r"^delay_imports/delayed_(\w+)/lib", linked,
                                                      re.MULTILINE)}
 
     def test_at_the_start_are_dlls_that_windows_never_takes_from_a_programs_directory(self):
-        self.assertEqual(set(pe.Image(EXECUTABLE).imported_dlls()) - KNOWN_TO_WINDOWS, set())
+        for program in PROGRAMS:
+            with self.subTest(program.name):
+                self.assertEqual(set(pe.Image(program).imported_dlls()) - KNOWN_TO_WINDOWS, set())
 
     def test_of_other_dlls_come_with_the_first_call(self):
-        self.assertEqual(self.loaded_late(), {"comctl32.dll", "gdiplus.dll"})
+        self.assertEqual(self.loaded_late(EXECUTABLE), {"comctl32.dll", "gdiplus.dll"})
+        self.assertEqual(self.loaded_late(SIGNAL), set())
 
     def test_sources_load_libraries_from_the_system_directory_alone(self):
         calls = [(path.name, line.strip()) for path in SOURCES

@@ -1,10 +1,11 @@
 """The deliverable tree: its contents, and what the executable needs of a Windows PC."""
+import pathlib
 import re
 import shutil
 import unittest
 
 import pe
-from program import DIST, EXECUTABLE, RESOURCES, ROOT, ProgramTest, settings
+from program import DIST, EXECUTABLE, RESOURCES, ROOT, SIGNAL, ProgramTest, settings
 
 # Loaded when the dialog opens.
 FOR_THE_DIALOG = {"comctl32.dll", "gdiplus.dll", "msimg32.dll", "windowscodecs.dll"}
@@ -28,18 +29,21 @@ def resources():
 
 
 class ShippedTree(ProgramTest):
-    def test_holds_the_executable_and_its_resources_and_nothing_else(self):
+    def test_holds_the_executables_and_their_resources_and_nothing_else(self):
         self.assertEqual(sorted(path.name for path in DIST.iterdir()),
-                         ["mrlrantenna.k5x", "resources"])
+                         ["mrlrantenna.k5x", "mrlrsignal.k5x", "resources"])
 
     def test_resources_are_those_of_the_repository(self):
         self.assertEqual(files(DIST / "resources"), resources())
 
     def test_runs_without_its_resources(self):
-        self.executable = shutil.copy(EXECUTABLE, self.folder)
+        self.executable = pathlib.Path(shutil.copy(EXECUTABLE, self.folder))
         run = self.run_program("run")
         self.assertEqual(run.exit, 4, run)
         self.assertIn("No access point was named", run.out, "the texts are compiled in as well")
+        self.executable = pathlib.Path(shutil.copy(SIGNAL, self.folder))
+        run = self.run_program("run")
+        self.assertIn("No access point is named", run.err)
 
     def test_takes_its_resources_from_beside_the_executable_first(self):
         texts = "resources/mrlrantenna/texts/en.json"
@@ -54,8 +58,9 @@ class Processes(ProgramTest):
     def loaded(self, *arguments):
         run = self.run_program(*arguments, WINEDEBUG="+loaddll")
         found = re.findall(r'Loaded L"[^"]*\\\\([^"\\]+)"', run.err)
-        self.assertIn("mrlrantenna.k5x", found, run)
-        return {name.lower() for name in found[found.index("mrlrantenna.k5x"):]}
+        program = self.executable.name
+        self.assertIn(program, found, run)
+        return {name.lower() for name in found[found.index(program):]}
 
     def test_load_nothing_of_the_dialog_for_a_list(self):
         loaded = self.loaded("list")
@@ -68,10 +73,20 @@ class Processes(ProgramTest):
         self.assertEqual(loaded & FOR_THE_DIALOG, set())
 
 
-class Executable(unittest.TestCase):
+    def test_load_nothing_that_draws_for_levels(self):
+        self.executable = SIGNAL
+        loaded = self.loaded("run", *settings(SSID="Lab", FailingLevel=-70, MaxSeconds=5))
+        self.assertEqual(loaded & FOR_THE_DIALOG, set())
+
+
+class Executables:
+    """What holds for each program; tests of one inherit it."""
+
+    path = None
+
     @classmethod
     def setUpClass(cls):
-        cls.image = pe.Image(EXECUTABLE)
+        cls.image = pe.Image(cls.path)
 
     def test_is_a_console_program_for_64_bit_windows(self):
         self.assertEqual(self.image.machine, pe.MACHINE_X64)
@@ -103,17 +118,14 @@ class Executable(unittest.TestCase):
         self.assertTrue(self.image.sections[".text"] & flags["executable"])
 
     def test_functions_guard_their_stack(self):
-        linked = (ROOT / "build" / "windows" / "mrlrantenna.map").read_text(encoding="utf-8")
+        linked = (DIST.parent / f"{self.path.stem}.map").read_text(encoding="utf-8")
         check = re.search(r"^ +0x([0-9a-f]+) +__stack_chk_fail$", linked, re.MULTILINE)
         self.assertIsNotNone(check, "the function that ends a damaged program is linked")
-        # Each function with a buffer on its stack calls it once; there were 689 at first.
+        # Each function with a buffer on its stack calls it once; there were more than 600 at first.
         self.assertGreater(self.image.calls_of(int(check[1], 16)), 300)
 
     def test_carries_its_manifest_which_asks_for_no_elevation(self):
-        for text in (b"Microsoft.Windows.Common-Controls", b"PerMonitorV2",
-                     b"<requestedExecutionLevel"):
-            with self.subTest(text):
-                self.assertEqual(self.image.data.count(text), 1)
+        self.assertEqual(self.image.data.count(b"<requestedExecutionLevel"), 1)
         begin = self.image.data.index(b"<requestedExecutionLevel")
         level = self.image.data[begin:self.image.data.index(b"/>", begin)].decode("ascii")
         self.assertIn('level="asInvoker"', level)
@@ -123,7 +135,7 @@ class Executable(unittest.TestCase):
         def named(key, value):
             return (key + "\0").encode("utf-16-le"), (value + "\0").encode("utf-16-le")
         self.assertIn("VS_VERSION_INFO".encode("utf-16-le"), self.image.data)
-        for key, value in (named("OriginalFilename", "mrlrantenna.k5x"),
+        for key, value in (named("OriginalFilename", self.path.name),
                            named("ProductVersion", "6.5 build 000000001")):
             begin = self.image.data.index(key) + len(key)
             # At most two bytes of padding lie between a name and its value.
@@ -135,10 +147,29 @@ class Executable(unittest.TestCase):
     def test_carries_no_path_of_the_machine_that_built_it(self):
         self.assertNotIn(str(ROOT).encode("utf-8"), self.image.data)
 
-    def test_names_its_sources_as_the_repository_does(self):
-        name = b"modules/src/windows/diag/mrlrantenna/mrlrantennaDlg.cpp\0"
+    def assert_names_its_source(self, name):
+        name = name.encode("ascii") + b"\0"
         self.assertIn(b"\0" + name, self.image.data)
         self.assertNotIn(b"/" + name, self.image.data)
+
+
+class Antenna(Executables, unittest.TestCase):
+    path = EXECUTABLE
+
+    def test_manifest_names_the_controls_and_the_density_of_its_dialog(self):
+        for text in (b"Microsoft.Windows.Common-Controls", b"PerMonitorV2"):
+            with self.subTest(text):
+                self.assertEqual(self.image.data.count(text), 1)
+
+    def test_names_its_sources_as_the_repository_does(self):
+        self.assert_names_its_source("modules/src/windows/diag/mrlrantenna/mrlrantennaDlg.cpp")
+
+
+class Signal(Executables, unittest.TestCase):
+    path = SIGNAL
+
+    def test_names_its_sources_as_the_repository_does(self):
+        self.assert_names_its_source("modules/src/diag/mrlrsignal/SignalLevelTest.cpp")
 
 
 if __name__ == "__main__":

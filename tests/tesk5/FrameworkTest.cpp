@@ -70,6 +70,11 @@ const ModuleInfo& moduleInfo() {
          .parameters = {"SSID"},
          .test = "Fine"},
     };
+    static constexpr const char* examplesOfRun[] = {
+        "run --set SSID=Lab --set FailingSignalStrength=20",
+        "run --config station.toml --json report.json",
+        "run DiversityTest --device intel",
+    };
     static const ModuleInfo info{
         .name = "example",
         .builtInTexts = R"({
@@ -80,6 +85,8 @@ const ModuleInfo& moduleInfo() {
             "NO_DEVICE": "There is no device for {Tests}.",
             "LIMIT_REACHED": "{Device} is weak."
         })",
+        .examplesOfRun = examplesOfRun,
+        .exampleOfSet = "--set SSID=Lab --set WarningSignalStrength=40",
         .examine = [](const auto& device, auto depth,
                       auto& findings) { test::g_module.examine(device, depth, findings); },
         .devices = [] { return test::g_module.devices; },

@@ -1,8 +1,8 @@
 """The completion of bash, made of the help pages and of what the program lists."""
 import shlex
 
-SCRIPT = r"""# Completion of mrlrantenna in bash. Made from the program's help pages.
-_mrlrantenna() {{
+SCRIPT = r"""# Completion of {program} in bash. Made from the program's help pages.
+_{program}() {{
     local cur=${{COMP_WORDS[COMP_CWORD]}} prev=${{COMP_WORDS[COMP_CWORD - 1]}} word command= words=
     # "--json=report" is three words here.
     if [[ $cur == = ]]; then
@@ -48,7 +48,7 @@ _mrlrantenna() {{
     fi
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$cur")
 }}
-complete -F _mrlrantenna mrlrantenna
+complete -F _{program} {program}
 """
 
 
@@ -56,7 +56,7 @@ def _words(words):
     return shlex.quote(" ".join(dict.fromkeys(words)))
 
 
-def make(overview, commands, tests, parameters, languages):
+def make(program, overview, commands, tests, parameters, languages):
     """The script's bytes."""
     options = [option for _, group in overview.groups for option in group]
     named = {"--set", "--language"}
@@ -67,7 +67,7 @@ def make(overview, commands, tests, parameters, languages):
         f"        {command.name}) words={_words(option.name for option in command.options)} ;;"
         for command in commands)
     return SCRIPT.format(
-        files="|".join(files), others="|".join(others), parameters=_words(parameters),
+        program=program, files="|".join(files), others="|".join(others), parameters=_words(parameters),
         languages=_words(languages), commands="|".join(overview.commands), options=by_command,
         all_options=_words(option.name for option in options),
         all_commands=_words(overview.commands), tests=_words(tests)).encode("utf-8")

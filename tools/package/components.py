@@ -1,4 +1,4 @@
-"""The third-party code in the executable: one table, compared with the records of the build.
+"""The third-party code in the executables: one table, compared with the records of the build.
 
 A library that the build uses and the table does not know stops the packaging, so that no program
 is handed out without its licences.
@@ -50,11 +50,11 @@ def header_only(components, cmake_text):
 
 
 def used(components, cmake_text, map_text):
-    """The components of the table that are in the executable, in the table's order."""
+    """The components of the table that are in an executable, in the table's order."""
     found = {entry["name"] for entry in header_only(components, cmake_text)}
     members = linked_members(map_text)
     if not members:
-        raise PackagingError("mrlrantenna.map names no library: build the executable again")
+        raise PackagingError("the linker's map names no library: build the executables again")
     for member in members:
         entry = next((entry for entry in components
                       if any(fnmatch.fnmatchcase(member, pattern)

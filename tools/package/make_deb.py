@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Packs the built program into the package for Debian: make_deb.py BUILD_FOLDER OUTPUT_FOLDER
+"""Packs the built programs into the package for Debian: make_deb.py BUILD_FOLDER OUTPUT_FOLDER
 
 The package depends on nothing but the commit, the built files and the installed Debian packages:
 its files carry the commit's time and fixed permissions, and belong to root.
@@ -23,18 +23,37 @@ import pages
 from components import FOLDER, PackagingError
 from make_package import ROOT, WRONG_USAGE
 
-PROGRAM = "usr/bin/mrlrantenna"
+# What each program does, in some words.
+SUMMARIES = {"mrlrantenna": "test wireless cards and their antennas",
+             "mrlrsignal": "measure levels of wireless networks in dBm"}
 PAPERS = "usr/share/doc/mrlrantenna"
-TEXTS = "usr/share/mrlrantenna"
 CONTROL = FOLDER / "debian"
 # Maintainer scripts, which dpkg starts.
 SCRIPTS = ("config", "postinst", "postrm")
 
 
-def version(program):
-    """The product's version, as the program says it: (number, build)."""
+def place_of(program):
+    """Where a program is in the package."""
+    return f"usr/bin/{program}"
+
+
+def texts_of(program):
+    """Where a program's texts are in the package."""
+    return f"usr/share/{program}"
+
+
+def version(dist):
+    """The product's version, which all programs have in common: (number, build)."""
+    versions = {version_of(dist / program) for program in SUMMARIES}
+    if len(versions) > 1:
+        raise PackagingError(f"the programs in {dist} are not of one version: build again")
+    return versions.pop()
+
+
+def version_of(program):
+    """The version that a program says: (number, build)."""
     said = _said(program, "--version")
-    found = re.fullmatch(r"mrlrantenna (\d+\.\d+) \(build (\d+)\)\n", said)
+    found = re.fullmatch(rf"{program.name} (\d+\.\d+) \(build (\d+)\)\n", said)
     if not found:
         raise PackagingError(f"{program} does not say its version: {said!r}")
     return found[1], found[2]
@@ -57,14 +76,14 @@ def _completion(program, overview, commands, languages):
     listed = _said(program, "list").split("\n\n")[0].split("\n")
     tests = [line.split()[0] for line in listed if re.match(r"  \S", line)]
     parameters = [line.split()[1] for line in listed if re.match(r"    parameter:", line)]
-    return completion.make(overview, commands, tests, parameters, languages)
+    return completion.make(program.name, overview, commands, tests, parameters, languages)
 
 
-def _copyright(licence, in_program):
-    """The licences of the program and of what is compiled into it."""
+def _copyright(licence, in_programs):
+    """The licences of the programs and of what is compiled into them."""
     text = "mrlrantenna\n\n" + licence
-    for component in in_program:
-        text += (f"\n{'-' * 70}\nThe program contains {component['name']}, from Debian's package "
+    for component in in_programs:
+        text += (f"\n{'-' * 70}\nThe programs contain {component['name']}, from Debian's package "
                  f"{component['package']}, licence {component['licence']}:\n\n"
                  + components.notice(component))
     return text.encode("utf-8")
@@ -83,17 +102,17 @@ def _field(name):
     return re.search(rf"^{name}: (.*)$", template, re.MULTILINE)[1]
 
 
-def _texts():
-    """{place in the package: content} of the texts in each language."""
-    return {f"{TEXTS}/{name.removeprefix('resources/')}": content
-            for part in make_package.RESOURCES
+def _texts(program):
+    """{place in the package: content} of a program's texts in each language."""
+    return {f"{texts_of(program)}/{name.removeprefix('resources/')}": content
+            for part in (program, *make_package.SHARED_RESOURCES)
             for name, content in make_package.files_below(f"resources/{part}/texts").items()}
 
 
-def _rights(texts):
+def _rights(program, texts):
     """What doctor says in English of a missing capability, as of the installed program."""
-    english = json.loads(texts[f"{TEXTS}/networkadapters/texts/en.json"])
-    return english["DOCTOR_CAPABILITY_MISSING"].format(Program=f"/{PROGRAM}")
+    english = json.loads(texts[f"{texts_of(program)}/networkadapters/texts/en.json"])
+    return english["DOCTOR_CAPABILITY_MISSING"].format(Program=f"/{place_of(program)}")
 
 
 def _documents():
@@ -110,39 +129,41 @@ def _documents():
 
 def contents(build, made_of):
     """(version of the package, {place in it: content})."""
-    program = build / "dist" / "mrlrantenna"
-    number, build_number = version(program)
+    number, build_number = version(build / "dist")
     full_version = f"{number}.{build_number}" + ("+modified" if made_of.modified else "")
-    overview, commands = help_pages.read(program)
-    in_program = components.header_only(
+    in_programs = components.header_only(
         components.table(),
         (ROOT / "cmake" / "HeaderOnlyLibraries.cmake").read_text(encoding="utf-8"))
-    texts = _texts()
-    languages = sorted({pathlib.PurePath(name).stem for name in texts})
     files = {
-        **texts, **_documents(),
-        PROGRAM: program.read_bytes(),
-        "usr/share/man/man1/mrlrantenna.1.gz": _compressed(man_page.make(
-            overview, commands, f"{number} build {build_number}", f"{made_of.time:%Y-%m-%d}",
-            _rights(texts))),
-        "usr/share/bash-completion/completions/mrlrantenna": _completion(
-            program, overview, commands, languages),
+        **_documents(),
         f"{PAPERS}/copyright": _copyright((ROOT / "LICENSE").read_text(encoding="utf-8"),
-                                          in_program),
+                                          in_programs),
         f"{PAPERS}/changelog.gz": _compressed(_changelog(full_version, made_of)),
     }
+    for name, summary in SUMMARIES.items():
+        program = build / "dist" / name
+        overview, commands = help_pages.read(program)
+        texts = _texts(name)
+        languages = sorted({pathlib.PurePath(place).stem for place in texts})
+        files.update(texts)
+        files[place_of(name)] = program.read_bytes()
+        files[f"usr/share/man/man1/{name}.1.gz"] = _compressed(man_page.make(
+            name, summary, overview, commands, f"{number} build {build_number}",
+            f"{made_of.time:%Y-%m-%d}", _rights(name, texts)))
+        files[f"usr/share/bash-completion/completions/{name}"] = _completion(
+            program, overview, commands, languages)
     return full_version, files
 
 
-def dependencies(program):
-    """What the program's libraries are in, with the versions that it needs."""
+def dependencies(programs):
+    """What the programs' libraries are in, with the versions that they need."""
     with tempfile.TemporaryDirectory() as folder:
         # The tool reads a source package's description, of which it needs the name alone.
         description = pathlib.Path(folder) / "debian" / "control"
         description.parent.mkdir()
         description.write_text("Source: mrlrantenna\n\nPackage: mrlrantenna\nArchitecture: any\n",
                                encoding="ascii")
-        run = subprocess.run(["dpkg-shlibdeps", "-O", str(program.resolve())], cwd=folder,
+        run = subprocess.run(["dpkg-shlibdeps", "-O", *(str(program.resolve()) for program in programs)], cwd=folder,
                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
     found = re.match(r"shlibs:Depends=(.+)\n", run.stdout.decode("utf-8"))
     if run.returncode != 0 or not found:
@@ -165,10 +186,12 @@ def pack(full_version, files, depends, time, package):
     control = (CONTROL / "control").read_text(encoding="utf-8").format(
         version=full_version, depends=depends, size=size)
     sums = "".join(f"{hashlib.md5(files[name]).hexdigest()}  {name}\n" for name in sorted(files))
+    executables = set(map(place_of, SUMMARIES))
     with tempfile.TemporaryDirectory() as folder:
         stage = pathlib.Path(folder) / "stage"
         for name, content in files.items():
-            _write(stage / name, content, 0o755 if name == PROGRAM else 0o644, seconds)
+            _write(stage / name, content, 0o755 if name in executables else 0o644,
+                   seconds)
         for name, content in (("control", control.encode("utf-8")),
                               ("md5sums", sums.encode("ascii")),
                               *((path.name, path.read_bytes()) for path in CONTROL.iterdir()
@@ -200,8 +223,8 @@ def main(arguments):
         output.mkdir(parents=True, exist_ok=True)
         package = output / f"mrlrantenna_{full_version}_amd64.deb"
         unfinished = output / f"{package.name}.tmp"
-        pack(full_version, files, dependencies(build / "dist" / "mrlrantenna"), made_of.time,
-             unfinished)
+        programs = [build / "dist" / program for program in SUMMARIES]
+        pack(full_version, files, dependencies(programs), made_of.time, unfinished)
     except PackagingError as error:
         print(f"package: {error}.", file=sys.stderr)
         return WRONG_USAGE

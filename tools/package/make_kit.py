@@ -35,7 +35,7 @@ def contents(build, checked, made_of):
         for path in (checked / "tests" / folder).rglob("*"):
             if path.is_file():
                 files[path.relative_to(checked).as_posix()] = path.read_bytes()
-    number, build_number = make_package.version(build / "dist" / make_package.PROGRAM)
+    number, build_number = make_package.version(build / "dist")
     title = f"{number} build {build_number}"
     values = {"version": title,
               "underline": "=" * len(f"The kit for a real PC: mrlrantenna {title}"),

@@ -21,11 +21,11 @@ import sbom
 from components import PackagingError
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-PROGRAM = "mrlrantenna.k5x"
-SCRIPT = "mrlrantenna.cmd"
+# The programs, the first of which names the package.
+PROGRAMS = ("mrlrantenna", "mrlrsignal")
 BILL = "mrlrantenna.cdx.json"
-# The parts of resources/ that the program has.
-RESOURCES = ("mrlrantenna", "networkadapters", "tesk5")
+# The parts of resources/ that every program has, beside the one of its name.
+SHARED_RESOURCES = ("networkadapters", "tesk5")
 # Shipped as they are, in the same places as in the source tree: the pages name these places.
 SHIPPED_FOLDERS = ("docs/images", "docs/schemas", "examples")
 SHIPPED_FILES = ("tests/structure/check_texts.py", "tests/structure/tree_check.py")
@@ -61,8 +61,21 @@ def origin(root):
     return Origin(commit, bool(changes), time)
 
 
-def version(program):
-    """The product's version, as the executable's own version resource has it: (name, build)."""
+def executable(program):
+    """The name of a program's file."""
+    return f"{program}.k5x"
+
+
+def version(dist):
+    """The product's version, which all programs have in common: (name, build)."""
+    versions = {version_of(dist / executable(program)) for program in PROGRAMS}
+    if len(versions) > 1:
+        raise PackagingError(f"the programs in {dist} are not of one version: build again")
+    return versions.pop()
+
+
+def version_of(program):
+    """The version in a program's own version resource: (name, build)."""
     key = "ProductVersion\0".encode("utf-16-le")
     image = program.read_bytes()
     begin = image.find(key)
@@ -74,7 +87,7 @@ def version(program):
         if separator and number.replace(".", "").isdigit() and build.isalnum():
             return number, build
     raise PackagingError(f"{program} has no version such as \"6.5 build 000000001\": "
-                         "see mrlrantenna.rc")
+                         f"see {program.stem}.rc")
 
 
 def with_windows_line_ends(text):
@@ -89,14 +102,17 @@ def files_below(folder):
 
 
 def _built_files(dist):
-    """{name: content} of the built tree, which has to be the executable and its resources."""
-    if not (dist / PROGRAM).is_file():
-        raise PackagingError(f"{dist / PROGRAM} is missing: build the target mrlrantenna first")
+    """{name: content} of the built tree, which has to be the executables and their resources."""
+    for program in PROGRAMS:
+        if not (dist / executable(program)).is_file():
+            raise PackagingError(f"{dist / executable(program)} is missing: build the target "
+                                 f"{program} first")
     files = {path.relative_to(dist).as_posix(): path.read_bytes()
              for path in dist.rglob("*") if path.is_file()}
-    resources = {name: content for part in RESOURCES
+    resources = {name: content for part in (*PROGRAMS, *SHARED_RESOURCES)
                  for name, content in files_below(f"resources/{part}").items()}
-    shipped = {name: content for name, content in files.items() if name != PROGRAM}
+    executables = set(map(executable, PROGRAMS))
+    shipped = {name: content for name, content in files.items() if name not in executables}
     different = sorted(name for name in shipped.keys() | resources.keys()
                        if shipped.get(name) != resources.get(name))
     if different:
@@ -114,6 +130,20 @@ def origin_line(made_of):
                    else ".")
 
 
+def _components(build):
+    """The third-party components in any of the programs, in the table's order."""
+    table = components.table()
+    cmake_text = (ROOT / "cmake" / "HeaderOnlyLibraries.cmake").read_text(encoding="utf-8")
+    found = set()
+    for program in PROGRAMS:
+        map_file = build / f"{program}.map"
+        if not map_file.is_file():
+            raise PackagingError(f"{map_file} is missing: build the target {program} again")
+        map_text = map_file.read_text(encoding="utf-8", errors="replace")
+        found |= {entry["name"] for entry in components.used(table, cmake_text, map_text)}
+    return [entry for entry in table if entry["name"] in found]
+
+
 def contents(build, made_of):
     """(name of the package, {name in its folder: content})."""
     dist = build / "dist"
@@ -124,21 +154,16 @@ def contents(build, made_of):
         files[name] = (ROOT / name).read_bytes()
     pages.add({name: (ROOT / "docs" / f"{name}.md").read_text(encoding="utf-8")
                for name in pages.PAGES}, files)
-    number, build_number = version(dist / PROGRAM)
+    number, build_number = version(dist)
     full_version = f"{number}.{build_number}"
 
-    map_file = build / "mrlrantenna.map"
-    if not map_file.is_file():
-        raise PackagingError(f"{map_file} is missing: build the target mrlrantenna again")
-    in_program = components.used(
-        components.table(),
-        (ROOT / "cmake" / "HeaderOnlyLibraries.cmake").read_text(encoding="utf-8"),
-        map_file.read_text(encoding="utf-8", errors="replace"))
-    for component in in_program:
+    in_programs = _components(build)
+    for component in in_programs:
         files[f"licences/{component['notice']}"] = with_windows_line_ends(
             components.notice(component))
-    files[SCRIPT] = with_windows_line_ends(
-        (components.FOLDER / SCRIPT).read_text(encoding="ascii"))
+    script = (components.FOLDER / "start.cmd").read_text(encoding="ascii")
+    for program in PROGRAMS:
+        files[f"{program}.cmd"] = with_windows_line_ends(script.replace("{program}", program))
     files["LICENSE.txt"] = with_windows_line_ends((ROOT / "LICENSE").read_text(encoding="utf-8"))
     title = f"{number} build {build_number}"
     readme = (components.FOLDER / "README.txt").read_text(encoding="utf-8")
@@ -146,8 +171,8 @@ def contents(build, made_of):
         version=title, underline="=" * len(f"mrlrantenna {title}"), origin=origin_line(made_of)))
 
     versions = components.debian_versions(
-        {component["package"] for component in in_program} | set(sbom.BUILD_TOOLS))
-    files[BILL] = sbom.make(full_version, made_of, in_program, versions, files)
+        {component["package"] for component in in_programs} | set(sbom.BUILD_TOOLS))
+    files[BILL] = sbom.make(full_version, made_of, in_programs, versions, files)
     suffix = "-modified" if made_of.modified else ""
     return f"mrlrantenna-{full_version}-win64{suffix}", files
 
@@ -159,7 +184,8 @@ def packed(folder, files, time):
         for name in sorted(files):
             entry = zipfile.ZipInfo(f"{folder}/{name}", max(time, ZIP_EPOCH).timetuple()[:6])
             entry.create_system = 3  # Unix, for the permissions; Windows ignores them
-            entry.external_attr = (0o100755 if name == PROGRAM else 0o100644) << 16
+            program = name in map(executable, PROGRAMS)
+            entry.external_attr = (0o100755 if program else 0o100644) << 16
             entry.compress_type = zipfile.ZIP_DEFLATED
             archive.writestr(entry, files[name])
     return stream.getvalue()

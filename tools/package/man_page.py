@@ -1,4 +1,4 @@
-"""The man page, made of the help pages."""
+"""The man page of a program, made of its help pages."""
 
 
 def _text(text):
@@ -26,15 +26,15 @@ def _command(command):
     return lines + [".RE", ".fi"]
 
 
-def make(overview, commands, version, date, rights):
-    """The page's bytes. version: as people read it; date: of the commit; rights: what doctor says
-    of those that the program lacks."""
-    lines = [f".TH MRLRANTENNA 1 {_quoted(date)} {_quoted('mrlrantenna ' + version)} "
+def make(program, summary, overview, commands, version, date, rights):
+    """The page's bytes. summary: what the program does, in some words; version: as people read it;
+    date: of the commit; rights: what doctor says of those that the program lacks."""
+    lines = [f".TH {program.upper()} 1 {_quoted(date)} {_quoted(f'{program} {version}')} "
              '"User Commands"',
-             ".SH NAME", "mrlrantenna \\- test wireless cards and their antennas",
+             ".SH NAME", f"{program} \\- {_text(summary)}",
              ".SH SYNOPSIS"]
     for command in commands:
-        lines += [f".B mrlrantenna\n{_text(command.usage)}", ".br"]
+        lines += [f".B {program}\n{_text(command.usage)}", ".br"]
     lines[-1:] = [".SH DESCRIPTION", _text(overview.purpose), ".PP", _text(overview.closing),
                   ".SH COMMANDS"]
     for command in commands:
@@ -47,7 +47,7 @@ def make(overview, commands, version, date, rights):
     lines += [".SH EXIT STATUS", _text(overview.values_heading) + "."]
     for value, text in overview.values:
         lines += [".TP", f".B {_quoted(value)}", _text(text)]
-    lines += [".SH RIGHTS", _text(rights), ".SH FILES", ".TP", ".I /usr/share/mrlrantenna", "the texts of each language",
+    lines += [".SH RIGHTS", _text(rights), ".SH FILES", ".TP", f".I /usr/share/{program}", "the texts of each language",
               ".TP", ".I /usr/share/doc/mrlrantenna",
               "pages on commands, reports, captures and stations, and examples",
               ".SH SEE ALSO", ".BR rfkill (8),", ".BR setcap (8),", ".BR capabilities (7)"]

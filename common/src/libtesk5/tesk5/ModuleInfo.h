@@ -41,6 +41,11 @@ struct ModuleInfo {
     std::string_view name;
     /// The module's English texts in JSON, for when their file is missing.
     std::string_view builtInTexts;
+    /// Command lines of "run" behind the program's name, for the help pages: "run --set SSID=Lab".
+    /// At least one; the first measures something, with what every run needs.
+    std::span<const char* const> examplesOfRun = {};
+    /// An example of --set: "--set SSID=Lab".
+    const char* exampleOfSet = "";
     /// The module's examination of a device.
     Examination examine = nullptr;
     /// Texts of libraries that the module brings; those of the module win over them.

@@ -156,8 +156,7 @@ const std::vector<CommandDescription>& commandDescriptions() {
              "run",
              "[TEST...]",
              "HELP_RUN",
-             {"run --set SSID=Lab --set FailingSignalStrength=20",
-              "run --config station.toml --json report.json", "run DiversityTest --device intel"}},
+             {moduleInfo().examplesOfRun.begin(), moduleInfo().examplesOfRun.end()}},
             {Command::doctor, "doctor", "", "HELP_DOCTOR", {"doctor", "doctor --set SSID=Lab"}},
         };
         if (moduleInfo().captures != nullptr) {
@@ -192,8 +191,8 @@ const std::vector<OptionDescription>& optionDescriptions() {
     const Commands WITH_PARAMETERS = {Command::run, Command::doctor, Command::replay};
     const Commands WITH_DEVICES = {Command::list, Command::run, Command::doctor};
     static const std::vector<OptionDescription> known = {
-        {"--set", "NAME=VALUE", "HELP_SET", "--set SSID=Lab --set WarningSignalStrength=40",
-         &addSetting, WITH_PARAMETERS, "INPUT_SETTING_MALFORMED", &takesParameters},
+        {"--set", "NAME=VALUE", "HELP_SET", moduleInfo().exampleOfSet, &addSetting, WITH_PARAMETERS,
+         "INPUT_SETTING_MALFORMED", &takesParameters},
         {"--device", "TEXT", "HELP_DEVICE", "--device intel", &setText<&CommandLine::device>,
          WITH_DEVICES, nullptr, &takesDevices},
         {"--devices", "FILE", "HELP_DEVICES", "--devices cards.json",
