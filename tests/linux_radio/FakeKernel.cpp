@@ -53,6 +53,17 @@ Bytes interfaceMessage(const FakeInterface& interface) {
     return join(parts);
 }
 
+Bytes wiphyMessage(const FakeInterface& interface) {
+    Parts parts = {u32(NL80211_ATTR_WIPHY, interface.wiphy)};
+    if (interface.antennas) {
+        parts.push_back(u32(NL80211_ATTR_WIPHY_ANTENNA_RX, *interface.antennas));
+    }
+    if (interface.availableAntennas) {
+        parts.push_back(u32(NL80211_ATTR_WIPHY_ANTENNA_AVAIL_RX, *interface.availableAntennas));
+    }
+    return join(parts);
+}
+
 Bytes stationMessage(const FakeInterface& interface) {
     return join({u32(NL80211_ATTR_IFINDEX, interface.index),
                  attribute(NL80211_ATTR_MAC, {2, 0, 0, 0, 0, 1}),
@@ -398,6 +409,9 @@ std::vector<Bytes> FakeKernel::answersTo(std::uint8_t command, std::uint32_t ind
     switch (command) {
     case NL80211_CMD_GET_INTERFACE:
         answers.push_back(interfaceMessage(*interface));
+        break;
+    case NL80211_CMD_GET_WIPHY:
+        answers.push_back(wiphyMessage(*interface));
         break;
     case NL80211_CMD_GET_SCAN:
         for (const HeardBss& heard : interface->heard) {

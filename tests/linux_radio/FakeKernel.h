@@ -37,6 +37,9 @@ struct FakeInterface {
     std::optional<netlink::Parts> connection = {};
     std::string ssid = {};
     std::optional<std::uint32_t> frequencyMhz = {};
+    /// Receive antennas, a bit each: in use and there.
+    std::optional<std::uint32_t> antennas = {};
+    std::optional<std::uint32_t> availableAntennas = {};
     /// The number of its switch; nothing for a radio that cannot be switched.
     std::optional<std::uint32_t> rfkill = 0;
 };

@@ -365,6 +365,17 @@ TEST_F(LinuxTable, GivesTheLevelsOfTheReceiveChains) {
     EXPECT_EQ(list.items[0].levels[1], -83);
 }
 
+TEST_F(LinuxTable, GivesTheReceiveAntennasInUse) {
+    FakeInterface interface = connectedInterface();
+    interface.availableAntennas = 0b111U;
+    start({interface});
+    EXPECT_EQ(query<ULONG>(wlan_intf_opcode_receive_antennas), 0b111U);
+    kernel().change(3, [](FakeInterface& each) { each.antennas = 0b101U; });
+    EXPECT_EQ(query<ULONG>(wlan_intf_opcode_receive_antennas), 0b101U);
+    kernel().change(3, [](FakeInterface& each) { each.antennas = each.availableAntennas = {}; });
+    EXPECT_EQ(resultOf(wlan_intf_opcode_receive_antennas), ERROR_NOT_SUPPORTED);
+}
+
 TEST_F(LinuxTable, SupportsNoChainsWhereTheDriverReportsNone) {
     FakeInterface interface = connectedInterface();
     interface.connection = Parts{s8(NL80211_STA_INFO_SIGNAL, -61)};

@@ -1,16 +1,11 @@
 // The verdicts of the level test, through the real framework, on the simulated radio.
 #include "SignalLevelTest.h"
 
-#include "ModuleObjects.h"
-
-#include <mrlrantenna/ModuleTest.h>
-
-#include <tesk5/Registry.h>
+#include "SignalTest.h"
 
 namespace test {
 namespace {
 
-using namespace std::chrono_literals;
 using radiosim::AccessPoint;
 using radiosim::Bss;
 using radiosim::Level;
@@ -18,32 +13,8 @@ using tesk5::TestResult;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using Settings = std::vector<std::pair<tesk5::Parameter*, const char*>>;
-
-Bss radioAt(const Level& level, std::uint8_t number = 0) {
-    return {.bssid = {2, 0, 0, 0, 1, number}, .rssi = level, .heardEvery = 100ms};
-}
-
-class SignalLevelVerdicts : public ModuleTest {
+class SignalLevelVerdicts : public SignalTest {
 protected:
-    SignalLevelVerdicts() {
-        static const bool initialized = (initializeSignalModule(), true);
-        EXPECT_TRUE(initialized);
-        give({{parameters::ssid, "Lab"}, {parameters::maxSeconds, "8"}});
-    }
-    ~SignalLevelVerdicts() override {
-        for (tesk5::Parameter* const parameter : m_given) {
-            parameter->reset();
-        }
-    }
-
-    void give(const Settings& settings) {
-        for (const auto& [parameter, text] : settings) {
-            parameter->set(text);
-            m_given.push_back(parameter);
-        }
-    }
-
     TestResult verdictAt(const Level& level, const Settings& settings) {
         startRadio({AccessPoint{.ssid = "Lab", .bss = {{radioAt(level)}}}});
         give(settings);
@@ -58,9 +29,6 @@ protected:
         }
         return keys;
     }
-
-private:
-    std::vector<tesk5::Parameter*> m_given;
 };
 
 // Made when a test runs: the parameters are made by another file's static initialisation.

@@ -164,6 +164,7 @@ TEST_F(HeardRadios, HaveNoChainsWhereItDoesNot) {
     std::vector<unsigned char> bytes;
     EXPECT_EQ(query(nativewifi::wlan_intf_opcode_connection_chains, bytes), ERROR_NOT_SUPPORTED);
     EXPECT_EQ(query(nativewifi::wlan_intf_opcode_bss_chains, bytes), ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(query(nativewifi::wlan_intf_opcode_receive_antennas, bytes), ERROR_NOT_SUPPORTED);
 }
 
 } // namespace

@@ -21,7 +21,7 @@ TEST(ScenarioJson, ReadsAnInterfaceWithEveryKey) {
             "phys": [{"software": "off", "hardware": "unknown"}, {"software": 7}],
             "connection": {"ssidHex": "4c:61-62", "profile": "P", "quality": 3, "rxRate": 1,
                            "txRate": 2, "phyIndex": 1, "channel": 36},
-            "rssi": -44, "scanDurationMs": 10, "scanEnd": "silent",
+            "rssi": -44, "receiveAntennas": 5, "scanDurationMs": 10, "scanEnd": "silent",
             "infrastructurePairs": [{"auth": "wpa", "cipher": "tkip"}], "adhocPairs": [],
             "countries": ["DE", "FRA"], "accessPoints": []
         }]
@@ -32,6 +32,7 @@ TEST(ScenarioJson, ReadsAnInterfaceWithEveryKey) {
     EXPECT_EQ(facts.guid, "11111111-2222-4333-8444-555555555501");
     EXPECT_EQ(facts.description, "Card");
     EXPECT_EQ(facts.state, 5);
+    EXPECT_EQ(facts.receiveAntennas, 5U);
     EXPECT_FALSE(facts.autoconf);
     EXPECT_FALSE(facts.backgroundScan);
     EXPECT_TRUE(facts.mediaStreaming);

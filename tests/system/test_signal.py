@@ -73,6 +73,20 @@ class Signal(ProgramTest):
                 self.assertEqual(run.out, "")
                 self.assertFalse((self.folder / "report.json").exists())
 
+    def test_says_that_windows_has_no_levels_of_chains(self):
+        """Without asking the driver, and in a run that names the test only."""
+        scenario = networks(radio(0, -50, chains=[0, -30]))
+        run = self.run_program("run", "AntennaChainTest", "--json", "report.json",
+                               *settings(SSID="Lab"), scenario=scenario)
+        self.assertEqual(run.exit, RESULTS["CANNOTRUN"], run)
+        self.assertIn("Windows has no public way to read the levels of receive chains", run.err)
+        run, record = self.measure(scenario, FailingLevel=-70)
+        self.assertEqual((run.exit, record["test"]), (RESULTS["PASS"], "SignalLevelTest"), run)
+        listed = self.run_program("list", scenario=scenario)
+        self.assertRegex(listed.out, r"(?s)SignalLevelTest\n.*default 15.*AntennaChainTest\n"
+                                     r".*default 15.dB.*default 16.*AntennaChainTest\n.*: no: does"
+                                     r" not run on this system")
+
 
 if __name__ == "__main__":
     unittest.main()

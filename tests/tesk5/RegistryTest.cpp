@@ -77,6 +77,41 @@ TEST_F(Registration, AParameterIsAttachedOnceHoweverOftenItIsAdded) {
     EXPECT_THAT(check->parameters(), ElementsAre(parameter));
 }
 
+TEST_F(Registration, ATestCanHaveADefaultOfItsOwnForAParameterThatOthersHaveToo) {
+    static tesk5::Parameter* samples = nullptr;
+    static std::vector<std::string> seen;
+    seen.clear();
+    samples = DiagModule::createParameter("Samples", DataType::INTEGER(), "15", false, true)
+                  ->setRange({5, 100, ""});
+    const auto look = [](const DiagDevice&) {
+        seen.push_back(samples->number()->text());
+        return TestResult::PASS();
+    };
+    registerTest("Few", look)->addParameter(samples);
+    auto* many = registerTest("Many", look)->addParameter(samples)->setDefault(samples, "16");
+    registerTest("FewAgain", look)->addParameter(samples);
+    EXPECT_EQ(start({"run", "--events"}), 0);
+    EXPECT_THAT(seen, ElementsAre("15", "16", "15"));
+    EXPECT_THAT(output(), testing::HasSubstr("\"Samples\":16"));
+    EXPECT_EQ(start({"run", "--set", "Samples=20"}), 0);
+    EXPECT_THAT(seen, ElementsAre("15", "16", "15", "20", "20", "20"));
+    EXPECT_EQ(start({"list"}), 0);
+    EXPECT_THAT(output(), testing::HasSubstr("Samples (integer, 5 to 100, default 16)"));
+    EXPECT_EQ(reasonOf([many] { many->setDefault(samples, "4"); }),
+              "the test \"Many\" was given the default \"4\", which the parameter \"Samples\" does "
+              "not take");
+}
+
+TEST_F(Registration, ATestThatRunsOnlyWhenNamedIsNoInteractiveOne) {
+    registerTest("Always", TestResult::PASS());
+    registerTest("Named", TestResult::FAIL())->setOnlyWhenNamed(true);
+    EXPECT_EQ(start({"run"}), 0);
+    EXPECT_EQ(start({"run", "Named"}), TestResult::FAIL().value());
+    EXPECT_EQ(start({"list"}), 0);
+    EXPECT_THAT(output(), testing::HasSubstr("Card 1: yes, when named"));
+    EXPECT_THAT(output(), testing::Not(testing::HasSubstr("interactive")));
+}
+
 TEST_F(Registration, TheCallbackRunsInsideStartBeforeTheTestsAreLookedAt) {
     registerTest("Test", TestResult::PASS());
     static int calls = 0;

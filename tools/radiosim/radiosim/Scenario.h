@@ -157,6 +157,8 @@ struct Interface {
     std::optional<Connection> connection = {};
     /// Of the connection, in dBm. Absent: from the connection's quality.
     std::optional<Level> rssi = {};
+    /// A bit for each receive antenna. Absent: the driver does not tell them.
+    std::optional<std::uint32_t> receiveAntennas = {};
     Milliseconds scanDuration{4000};
     ScanEnd scanEnd = ScanEnd::COMPLETE;
     std::vector<AuthCipherPair> infrastructurePairs = {AuthCipherPair{}};

@@ -316,9 +316,9 @@ std::string readCountry(const JsonReader& reader) {
 
 Interface readInterface(const JsonReader& reader) {
     reader.expectKeys({"guid", "description", "state", "autoconf", "backgroundScan",
-                       "mediaStreaming", "bssType", "phys", "connection", "rssi", "scanDurationMs",
-                       "scanEnd", "infrastructurePairs", "adhocPairs", "countries",
-                       "accessPoints"});
+                       "mediaStreaming", "bssType", "phys", "connection", "rssi", "receiveAntennas",
+                       "scanDurationMs", "scanEnd", "infrastructurePairs", "adhocPairs",
+                       "countries", "accessPoints"});
     Interface facts;
     reader.optional("guid", facts.guid, readText);
     reader.optional("description", facts.description, readName);
@@ -333,6 +333,7 @@ Interface readInterface(const JsonReader& reader) {
     }
     reader.optional("connection", facts.connection, readConnection);
     reader.optional("rssi", facts.rssi, readRssi);
+    reader.optional("receiveAntennas", facts.receiveAntennas, readUnsigned);
     reader.optional("scanDurationMs", facts.scanDuration, readMilliseconds);
     if (reader.has("scanEnd")) {
         facts.scanEnd = static_cast<ScanEnd>(reader.at("scanEnd").word(scanEndWords));

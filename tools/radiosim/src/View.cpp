@@ -459,6 +459,9 @@ View::Answer View::query(DWORD opcode) const {
         return connected() ? chains(connectionChains()) : Answer{ERROR_INVALID_STATE};
     case nativewifi::wlan_intf_opcode_bss_chains:
         return chains(bssChains());
+    case nativewifi::wlan_intf_opcode_receive_antennas:
+        return m_facts.receiveAntennas ? plain(blockOf<ULONG>(*m_facts.receiveAntennas))
+                                       : Answer{ERROR_NOT_SUPPORTED};
     default:
         return {ERROR_INVALID_PARAMETER};
     }

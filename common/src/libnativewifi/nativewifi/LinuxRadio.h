@@ -51,6 +51,12 @@ struct ChannelScan {
 /// Platform: NL80211_CMD_TRIGGER_SCAN with NL80211_ATTR_SCAN_FREQUENCIES
 constexpr auto wlan_intf_opcode_scan_channel = static_cast<WLAN_INTF_OPCODE>(0x30000003);
 
+/// Answers a ULONG with a bit for each receive antenna in use; antenna 0 is the lowest, and chain n
+/// is on antenna n.
+/// Failure: ERROR_NOT_SUPPORTED when the driver does not report them
+/// Platform: NL80211_ATTR_WIPHY_ANTENNA_RX, else NL80211_ATTR_WIPHY_ANTENNA_AVAIL_RX
+constexpr auto wlan_intf_opcode_receive_antennas = static_cast<WLAN_INTF_OPCODE>(0x30000004);
+
 static_assert(sizeof(ChainLevels) == 80);
 static_assert(sizeof(ChannelScan) == 40);
 static_assert(offsetof(ChainLevelsList, items) == 4);

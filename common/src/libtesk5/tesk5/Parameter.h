@@ -38,6 +38,9 @@ public:
     const TeskString& name() const { return m_name; }
     const DataType& type() const { return m_type; }
     const TeskString& defaultValue() const { return m_default; }
+    /// Puts another default in force, for a test that has one of its own (Test::setDefault());
+    /// nothing: the parameter's own again.
+    void setDefaultInForce(std::optional<TeskString> text) { m_defaultInForce = std::move(text); }
     /// Whether several values may be given; the last one counts as value().
     bool multiValued() const { return m_multiValued; }
     /// Whether a test that has it may run without one given.
@@ -88,7 +91,9 @@ public:
     void reset();
 
 private:
-    const TeskString& text() const { return m_given ? *m_given : m_default; }
+    const TeskString& text() const {
+        return m_given ? *m_given : m_defaultInForce ? *m_defaultInForce : m_default;
+    }
     const char* refusalOfNumber(const std::string& text) const;
     const TeskString* choiceFor(const TeskString& text) const;
 
@@ -103,6 +108,7 @@ private:
     std::vector<TeskString> m_choices;
     std::optional<TeskString> m_given;
     bool m_givenAsBytes = false;
+    std::optional<TeskString> m_defaultInForce;
 };
 
 /// `text` with a decimal point where it has a decimal comma, if that makes it a number: "-70.5" for

@@ -59,6 +59,11 @@ public:
     /// The check is asked by the command doctor, by run --check and, with REFUSED, before a run
     /// with this test; null for none.
     Test* setParameterCheck(ParameterCheck check, WrongParameters wrong);
+    /// Another default of `parameter`, one of the test's, while this test runs.
+    /// Failure: throws TeskException for a text that the parameter does not accept
+    Test* setDefault(Parameter* parameter, const TeskString& text);
+    /// With true, the test runs only when it is named, as an interactive one does.
+    Test* setOnlyWhenNamed(bool onlyWhenNamed);
     /// With the key of a reason, this system cannot run the test: no device suits it, and the text
     /// under that key says why; with null it can.
     Test* setObstacle(const char* reason);
@@ -74,8 +79,24 @@ public:
     /// What `check` given to setParameterCheck() finds; nothing without one.
     Findings parameterFindings(bool complete) const;
     bool refusesWrongParameters() const { return m_wrongParameters == WrongParameters::REFUSED; }
+    /// What `parameter` has without a value given for this test.
+    const TeskString& defaultOf(const Parameter& parameter) const;
+    /// Whether the test runs only when it is named.
+    bool onlyWhenNamed() const { return m_onlyWhenNamed || m_interactive; }
     /// The key given to setObstacle(); null for a test that this system can run.
     const char* obstacle() const { return m_obstacle; }
+
+    /// Puts the test's own defaults in force while it exists. The thread of the run.
+    class OwnDefaults {
+    public:
+        explicit OwnDefaults(const Test& test);
+        ~OwnDefaults();
+        OwnDefaults(const OwnDefaults&) = delete;
+        OwnDefaults& operator=(const OwnDefaults&) = delete;
+
+    private:
+        const Test& m_test;
+    };
 
     /// Every reason why `device` does not match; empty when it matches.
     std::vector<Mismatch> mismatches(const DiagDevice& device) const;
@@ -86,11 +107,13 @@ private:
     Function m_function;
     bool m_enumeratesOnlyOnce = false;
     bool m_interactive = false;
+    bool m_onlyWhenNamed = false;
     std::vector<PropertyCondition> m_exclusions;
     std::vector<PropertyCondition> m_requirements;
     std::vector<const Parameter*> m_parameters;
     ParameterCheck m_parameterCheck = nullptr;
     WrongParameters m_wrongParameters = WrongParameters::LEFT_TO_TEST;
+    std::vector<std::pair<Parameter*, TeskString>> m_defaults;
     const char* m_obstacle = nullptr;
 };
 

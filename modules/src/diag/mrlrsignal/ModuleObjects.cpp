@@ -2,7 +2,11 @@
 // the language fix the order.
 #include "ModuleObjects.h"
 
+#include "AntennaChainTest.h"
 #include "SignalLevelTest.h"
+#include "TargetParameters.h"
+
+#include <readings/ChainSource.h>
 
 #include <nativewifi/WlanTypes.h>
 
@@ -28,15 +32,23 @@ namespace {
 constexpr const char* DECIBEL = "dB";
 
 // Mobile broadband and WiMAX cards call themselves wireless too, but have no access points.
-tesk5::Test* const signalLevelTest =
-    DiagModule::createTest("SignalLevelTest",
-                           DeviceCapability::Wireless() | DeviceCapability::NetworkCard(),
-                           &SignalLevelTest)
+tesk5::Test* createTest(const char* name, tesk5::Test::Function function) {
+    return DiagModule::createTest(
+               name, DeviceCapability::Wireless() | DeviceCapability::NetworkCard(), function)
         ->setEnumeratesOnlyOnce(false)
         ->setInteractive(false)
         ->addDevicePropertyExclusion("WirelessWAN", "")
         ->addDevicePropertyExclusion("WiMAX", "")
         ->addDevicePropertyRequirement("wlanAPISupported", "");
+}
+
+tesk5::Test* const signalLevelTest = createTest("SignalLevelTest", &SignalLevelTest);
+// Most drivers tell no chains: a run that names no test is not to end with that.
+tesk5::Test* const antennaChainTest =
+    createTest("AntennaChainTest", &AntennaChainTest)
+        ->setOnlyWhenNamed(true)
+        ->setObstacle(readings::ChainSource::isKnownToSystem() ? nullptr
+                                                               : "CHAINS_NOT_ON_THIS_SYSTEM");
 
 } // namespace
 
@@ -52,9 +64,20 @@ void initializeSignalModule() {
     parameters::maxSeconds->setRange({5, 600, "s"});
     parameters::maxSpread->setRange({0, 50, DECIBEL});
     parameters::maxDrift->setRange({0, 50, DECIBEL});
-#define MRLRSIGNAL_ADD(variable, name, type, byDefault)                                            \
-    signalLevelTest->addParameter(parameters::variable);
-    MRLRSIGNAL_PARAMETERS(MRLRSIGNAL_ADD)
-#undef MRLRSIGNAL_ADD
+    parameters::chains->setRange({1, 8, ""});
+    parameters::maxImbalance->setRange({3, 60, DECIBEL});
+    for (const tesk5::Parameter* const parameter :
+         {parameters::ssid, parameters::bssid, parameters::band, parameters::warningLevel,
+          parameters::failingLevel, parameters::guardBand, parameters::offset, parameters::samples,
+          parameters::maxSeconds, parameters::maxSpread, parameters::maxDrift}) {
+        signalLevelTest->addParameter(parameter);
+    }
+    for (const tesk5::Parameter* const parameter :
+         {parameters::ssid, parameters::bssid, parameters::band, parameters::chains,
+          parameters::maxImbalance, parameters::samples, parameters::maxSeconds}) {
+        antennaChainTest->addParameter(parameter);
+    }
+    antennaChainTest->setDefault(parameters::samples, "16");
     signalLevelTest->setParameterCheck(&checkLevelParameters, tesk5::WrongParameters::REFUSED);
+    antennaChainTest->setParameterCheck(&targetFindings, tesk5::WrongParameters::REFUSED);
 }

@@ -21,7 +21,12 @@
     EVENT(noLevels, "NO_LEVEL_NO_NUMBERS")                                                         \
     EVENT(tooFew, "NO_LEVEL_TOO_FEW")                                                              \
     EVENT(ambiguous, "NO_LEVEL_AMBIGUOUS")                                                         \
-    EVENT(listFailed, "NO_LEVEL_LIST_FAILED")
+    EVENT(listFailed, "NO_LEVEL_LIST_FAILED")                                                      \
+    EVENT(chainTooWeak, "CHAIN_TOO_WEAK")                                                          \
+    EVENT(chainsSilent, "CHAINS_SILENT")                                                           \
+    EVENT(oneChainOnly, "ONE_CHAIN_ONLY")                                                          \
+    EVENT(noChainsOfConnection, "NO_CHAINS_OF_CONNECTION")                                         \
+    EVENT(noChainsOfScan, "NO_CHAINS_OF_SCAN")
 
 // PARAMETER(variable, name, type, default)
 #define MRLRSIGNAL_PARAMETERS(PARAMETER)                                                           \
@@ -35,7 +40,9 @@
     PARAMETER(samples, "Samples", INTEGER, "15")                                                   \
     PARAMETER(maxSeconds, "MaxSeconds", INTEGER, "60")                                             \
     PARAMETER(maxSpread, "MaxSpread", DECIMAL, "")                                                 \
-    PARAMETER(maxDrift, "MaxDrift", DECIMAL, "")
+    PARAMETER(maxDrift, "MaxDrift", DECIMAL, "")                                                   \
+    PARAMETER(chains, "Chains", INTEGER, "")                                                       \
+    PARAMETER(maxImbalance, "MaxImbalance", DECIMAL, "15")
 
 /// Owned by the framework, alive until the process ends; not to be used before all static objects
 /// exist.

@@ -1,10 +1,7 @@
 #include "SignalLevelTest.h"
 
 #include "ModuleObjects.h"
-
-#include <tesk5/DeviceList.h>
-
-#include <nativewifi/Guid.h>
+#include "TargetParameters.h"
 
 #include <readings/Sampling.h>
 
@@ -18,7 +15,6 @@ using tesk5::TestResult;
 
 namespace {
 
-using readings::NoLevel;
 using readings::Sampled;
 using readings::Sampling;
 using statistics::Rating;
@@ -26,85 +22,23 @@ using statistics::Rating;
 constexpr const char* SERIES = "Level";
 constexpr const char* DBM = "dBm";
 constexpr const char* DECIBEL = "dB";
-constexpr int DECIMALS = 1;
 constexpr int LOWEST = -110;
 constexpr int HIGHEST = -10;
 // A drift that readings without one would show in one run of twenty is none.
 constexpr double DRIFT_SIGNIFICANCE = 0.05;
 
-Number rounded(double value) {
-    return Number::rounded(value, DECIMALS);
-}
-
-std::optional<double> numberOf(const tesk5::Parameter* parameter) {
-    const std::optional<Number> number = parameter->number();
-    return number ? std::optional(number->toDouble()) : std::nullopt;
-}
-
-double numberOr(const tesk5::Parameter* parameter, double otherwise) {
-    return numberOf(parameter).value_or(otherwise);
-}
-
-std::string textOf(const tesk5::Parameter* parameter) {
-    return parameter->value().valueString().utf8();
-}
-
-readings::Target targetOfParameters() {
-    readings::Target target;
-    if (parameters::ssid->isSet()) {
-        target.ssid = parameters::ssid->bytes();
-    }
-    target.bssid = readings::parseBssid(textOf(parameters::bssid));
-    const std::string band = textOf(parameters::band);
-    if (!band.empty()) {
-        target.band = band == "2.4" ? nativewifi::Band::GHZ_2_4
-                      : band == "5" ? nativewifi::Band::GHZ_5
-                                    : nativewifi::Band::GHZ_6;
-    }
-    return target;
-}
-
-readings::SamplingPlan planOfParameters() {
-    return {.samples = static_cast<std::size_t>(numberOr(parameters::samples, 0)),
-            .longest = std::chrono::seconds(static_cast<int>(numberOr(parameters::maxSeconds, 0))),
-            .limits = {.warning = numberOf(parameters::warningLevel),
-                       .failing = numberOf(parameters::failingLevel),
-                       .guardBand = numberOr(parameters::guardBand, 0)},
-            .offset = numberOr(parameters::offset, 0)};
-}
-
-// What people call the target: its name, or its address.
-TeskString nameOfTarget() {
-    return (parameters::ssid->isSet() ? parameters::ssid : parameters::bssid)
-        ->value()
-        .valueString();
-}
-
-GUID interfaceOf(const tesk5::DiagDevice& device) {
-    const mrl::String name = device.property(tesk5::DEVICE_SYSTEM_NAME).value().mrlString();
-    return nativewifi::parseGuid(nativewifi::guidTextOf(name).view()).value_or(GUID{});
-}
-
-TeskString wordOf(readings::Source source) {
-    switch (source) {
-    case readings::Source::LINK:
-        return "link";
-    case readings::Source::CONNECTION:
-        return "connection";
-    case readings::Source::SCAN:
-        break;
-    }
-    return "scan";
+readings::SamplingPlan levelPlan() {
+    readings::SamplingPlan plan = planOfParameters();
+    plan.limits = {.warning = numberOf(parameters::warningLevel),
+                   .failing = numberOf(parameters::failingLevel),
+                   .guardBand = numberOr(parameters::guardBand, 0)};
+    plan.offset = numberOr(parameters::offset, 0);
+    return plan;
 }
 
 void recordSample(const readings::Sample& sample) {
-    Event::Variables attributes = {{"Source", wordOf(sample.reading.source)},
-                                   {"BSSID", readings::bssidText(sample.reading.bssid)}};
-    if (sample.reading.mhz != 0) {
-        attributes.emplace_back("Channel", nativewifi::channelOf(sample.reading.mhz));
-        attributes.emplace_back("MHz", sample.reading.mhz);
-    }
-    DiagModule::sampled(SERIES, rounded(sample.level), std::move(attributes), sample.seconds);
+    DiagModule::sampled(SERIES, rounded(sample.level), attributesOf(sample.reading),
+                        sample.seconds);
 }
 
 std::vector<tesk5::Limit> limitsOf(const statistics::LevelLimits& limits) {
@@ -137,77 +71,8 @@ void recordLevel(const Sampled& sampled, const readings::SamplingPlan& plan) {
     DiagModule::measured({SERIES, rounded(sampled.level), DBM, LOWEST, HIGHEST, limits, figures});
 }
 
-Event* about(Event* event) {
-    return event->setVariable("Name", nameOfTarget());
-}
-
-TeskString listOf(const std::vector<readings::Candidate>& candidates) {
-    std::string text;
-    for (const readings::Candidate& candidate : candidates) {
-        text += text.empty() ? "" : "; ";
-        text += readings::bssidText(candidate.bssid) + ", " + std::to_string(candidate.mhz) +
-                " MHz, " + rounded(candidate.level).text() + " dBm";
-    }
-    return TeskString(text);
-}
-
-// What the event of a reason says besides the name.
-using Fill = void (*)(Event& event, const Sampling& sampling);
-
-void fillError(Event& event, const Sampling& sampling) {
-    event.setVariable("Error", sampling.error);
-}
-void fillSeconds(Event& event, const Sampling& sampling) {
-    event.setVariable("Seconds", Number::rounded(sampling.seconds, 0));
-}
-void fillOutOfRange(Event& event, const Sampling& sampling) {
-    event.setVariable("OutOfRange", Number(sampling.dropped.outOfRange));
-}
-void fillReadings(Event& event, const Sampling& sampling) {
-    event.setVariable("Readings", Number(sampling.sampled.samples.size()));
-    fillSeconds(event, sampling);
-}
-void fillCandidates(Event& event, const Sampling& sampling) {
-    event.setVariable("Candidates", listOf(sampling.candidates));
-}
-
-struct Explanation {
-    NoLevel reason;
-    Event* const* event;
-    Fill fill;
-    bool advice; ///< the doctor can find the cause
-};
-constexpr Explanation explanations[] = {
-    {NoLevel::NO_SERVICE, &events::noService, &fillError, true},
-    {NoLevel::RADIO_OFF, &events::radioOff, &fillError, true},
-    {NoLevel::DENIED, &events::denied, &fillError, true},
-    {NoLevel::NOT_SEEN, &events::notSeen, &fillSeconds, true},
-    {NoLevel::ONLY_OLD, &events::onlyOld, &fillSeconds, false},
-    {NoLevel::NO_LEVELS, &events::noLevels, &fillOutOfRange, false},
-    {NoLevel::TOO_FEW, &events::tooFew, &fillReadings, false},
-    {NoLevel::AMBIGUOUS, &events::ambiguous, &fillCandidates, false},
-    {NoLevel::FAILED, &events::listFailed, &fillError, true},
-};
-
-TestResult withoutLevel(const Sampling& sampling) {
-    if (sampling.none == NoLevel::INTERRUPTED) {
-        return TestResult::USERABORTED();
-    }
-    for (const Explanation& explanation : explanations) {
-        if (explanation.reason != sampling.none) {
-            continue;
-        }
-        explanation.fill(*about(*explanation.event), sampling);
-        DiagModule::error(*explanation.event, __FILE__, __LINE__);
-        if (explanation.advice) {
-            DiagModule::requestAdvice();
-        }
-    }
-    return TestResult::CANNOTRUN();
-}
-
 Event* aboutLevel(Event* event, const Sampled& sampled, const statistics::LevelLimits& limits) {
-    about(event)
+    aboutTarget(event)
         ->setVariable("Level", rounded(sampled.level))
         ->setVariable("GuardBand", rounded(limits.guardBand));
     if (limits.warning) {
@@ -244,7 +109,7 @@ bool isTooLarge(Event* event, double found, const tesk5::Parameter* most) {
     if (!limit || found <= *limit) {
         return false;
     }
-    about(event)->setVariable("Found", rounded(found))->setVariable("Most", *most->number());
+    aboutTarget(event)->setVariable("Found", rounded(found))->setVariable("Most", *most->number());
     DiagModule::warning(event, __FILE__, __LINE__);
     return true;
 }
@@ -252,7 +117,7 @@ bool isTooLarge(Event* event, double found, const tesk5::Parameter* most) {
 } // namespace
 
 TestResult SignalLevelTest(const tesk5::DiagDevice& device) {
-    const readings::SamplingPlan plan = planOfParameters();
+    const readings::SamplingPlan plan = levelPlan();
     readings::LevelSource source(interfaceOf(device), targetOfParameters());
     DiagModule::progresses("MEASURING_LEVEL", std::chrono::duration<double>(plan.longest).count());
     DiagModule::follows({SERIES, DBM, limitsOf(plan.limits), std::nullopt});
@@ -276,16 +141,10 @@ TestResult SignalLevelTest(const tesk5::DiagDevice& device) {
 }
 
 tesk5::Findings checkLevelParameters(bool complete) {
-    tesk5::Findings findings;
+    tesk5::Findings findings = targetFindings(complete);
     const auto refuse = [&findings](const char* key, Event::Variables variables = {}) {
         findings.push_back({key, false, std::move(variables)});
     };
-    if (complete && !parameters::ssid->isSet() && !parameters::bssid->isSet()) {
-        refuse("CHECK_NO_TARGET");
-    }
-    if (parameters::bssid->isSet() && !readings::parseBssid(textOf(parameters::bssid))) {
-        refuse("CHECK_NO_BSSID", {{"BSSID", parameters::bssid->value()}});
-    }
     const std::optional<double> warning = numberOf(parameters::warningLevel);
     const std::optional<double> failing = numberOf(parameters::failingLevel);
     if (complete && !warning && !failing) {

@@ -127,7 +127,7 @@ Block statistics(Radios& radios, const Adapter& adapter) {
     return blockOf(statistics);
 }
 
-// An empty block says that the driver reports no chain.
+// An empty block says that the driver does not report it.
 Block supported(Block block) {
     if (block.empty()) {
         throw CallError(ERROR_NOT_SUPPORTED);
@@ -141,6 +141,11 @@ Block chainsOfConnection(Radios& radios, const Adapter& adapter) {
 
 Block chainsOfBss(Radios& radios, const Adapter& adapter) {
     return supported(bssChains(radios.heard(adapter)));
+}
+
+Block receiveAntennas(Radios& radios, const Adapter& adapter) {
+    const std::optional<std::uint32_t> antennas = radios.receiveAntennas(adapter);
+    return supported(antennas ? blockOf<ULONG>(*antennas) : Block());
 }
 
 constexpr struct {
@@ -157,6 +162,7 @@ constexpr struct {
     {wlan_intf_opcode_rssi, &rssi},
     {wlan_intf_opcode_connection_chains, &chainsOfConnection},
     {wlan_intf_opcode_bss_chains, &chainsOfBss},
+    {wlan_intf_opcode_receive_antennas, &receiveAntennas},
 };
 
 // --- WlanSetInterface ---

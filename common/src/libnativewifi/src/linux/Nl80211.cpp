@@ -94,6 +94,18 @@ std::optional<Station> Nl80211::accessPoint(std::uint32_t interface) {
     return std::nullopt;
 }
 
+std::optional<std::uint32_t> Nl80211::receiveAntennas(std::uint32_t interface) {
+    std::optional<Wiphy> found;
+    const Outcome outcome =
+        m_transport->request(NL80211_CMD_GET_WIPHY, of(interface).bytes(),
+                             [&found](Attributes answer) { found = readWiphy(answer); });
+    check(outcome.error);
+    if (!found) {
+        return std::nullopt;
+    }
+    return found->receiveAntennas ? found->receiveAntennas : found->availableReceiveAntennas;
+}
+
 // With the address alone when the driver knows nothing of it; nothing when it has gone.
 std::optional<Station> Nl80211::station(std::uint32_t interface, const MacAddress& address) {
     AttributeWriter attributes = of(interface);

@@ -26,6 +26,9 @@ public:
     /// The access point that the interface is connected to; nothing without a connection.
     std::optional<Station> accessPoint(std::uint32_t interface);
 
+    /// A bit for each receive antenna in use; nothing when the driver does not report them.
+    std::optional<std::uint32_t> receiveAntennas(std::uint32_t interface);
+
     enum class Scan : std::uint8_t { STARTED, RUNNING_ALREADY };
     /// Starts a scan and returns at once.
     /// \param ssid of a directed probe; empty asks all

@@ -118,6 +118,11 @@ std::optional<Station> Radios::accessPoint(const Adapter& adapter) {
     return m_nl80211.accessPoint(adapter.interface.index);
 }
 
+std::optional<std::uint32_t> Radios::receiveAntennas(const Adapter& adapter) {
+    const std::lock_guard lock(m_mutex);
+    return m_nl80211.receiveAntennas(adapter.interface.index);
+}
+
 Radios::Connection Radios::connection(const Adapter& adapter) {
     std::optional<Station> station = accessPoint(adapter);
     if (!station) {

@@ -56,6 +56,9 @@ public:
     /// Its access point alone; nothing without a connection.
     std::optional<Station> accessPoint(const Adapter& adapter);
 
+    /// A bit for each receive antenna; nothing when the driver does not report them.
+    std::optional<std::uint32_t> receiveAntennas(const Adapter& adapter);
+
     /// Starts a scan; one that runs already on the same radio counts as ours.
     /// \param ssid empty asks all
     void scan(const Adapter& adapter, std::span<const std::uint8_t> ssid,

@@ -23,7 +23,7 @@ std::string conditionText(const Test::PropertyCondition& condition) {
     return text;
 }
 
-std::string described(const Parameter& parameter) {
+std::string described(const Parameter& parameter, const Test& test) {
     std::vector<std::string> details = {parameter.type().name()};
     if (const std::string domain = domainText(parameter); !domain.empty()) {
         details.push_back(domain);
@@ -34,8 +34,8 @@ std::string described(const Parameter& parameter) {
     if (parameter.multiValued()) {
         details.push_back(message("LIST_SEVERAL_VALUES"));
     }
-    if (!parameter.defaultValue().empty()) {
-        details.push_back(defaultText(parameter));
+    if (const TeskString& standard = test.defaultOf(parameter); !standard.empty()) {
+        details.push_back(defaultText(parameter, standard));
     }
     return message("LIST_PARAMETER_DETAILS",
                    {{"Name", parameter.name()}, {"Details", listed(details)}});
@@ -63,7 +63,7 @@ std::string verdictOn(const Test& test, const DiagDevice& device, bool first,
     if (test.enumeratesOnlyOnce() && !first) {
         return message("LIST_NO_LONGER_FIRST");
     }
-    return message(test.interactive() ? "LIST_YES_WHEN_NAMED" : "LIST_YES");
+    return message(test.onlyWhenNamed() ? "LIST_YES_WHEN_NAMED" : "LIST_YES");
 }
 
 class ListWriter {
@@ -125,7 +125,7 @@ private:
             line("    " + message("LIST_ONCE"));
         }
         for (const Parameter* parameter : test.parameters()) {
-            condition("LIST_PARAMETER", described(*parameter));
+            condition("LIST_PARAMETER", described(*parameter, test));
             // A module may have a text under the parameter's own name.
             if (const TeskString meaning = translation(parameter->name());
                 meaning != parameter->name()) {

@@ -66,6 +66,39 @@ Findings Test::parameterFindings(bool complete) const {
     return m_parameterCheck == nullptr ? Findings() : m_parameterCheck(complete);
 }
 
+Test* Test::setDefault(Parameter* parameter, const TeskString& text) {
+    if (!parameter->accepts(text)) {
+        throw TeskException(TeskString(
+            "the test \"" + m_name.utf8() + "\" was given the default \"" + text.utf8() +
+            "\", which the parameter \"" + parameter->name().utf8() + "\" does not take"));
+    }
+    m_defaults.emplace_back(parameter, text);
+    return this;
+}
+
+Test* Test::setOnlyWhenNamed(bool onlyWhenNamed) {
+    m_onlyWhenNamed = onlyWhenNamed;
+    return this;
+}
+
+const TeskString& Test::defaultOf(const Parameter& parameter) const {
+    const auto own = std::find_if(m_defaults.begin(), m_defaults.end(),
+                                  [&](const auto& each) { return each.first == &parameter; });
+    return own == m_defaults.end() ? parameter.defaultValue() : own->second;
+}
+
+Test::OwnDefaults::OwnDefaults(const Test& test) : m_test(test) {
+    for (const auto& [parameter, text] : m_test.m_defaults) {
+        parameter->setDefaultInForce(text);
+    }
+}
+
+Test::OwnDefaults::~OwnDefaults() {
+    for (const auto& [parameter, text] : m_test.m_defaults) {
+        parameter->setDefaultInForce(std::nullopt);
+    }
+}
+
 Test* Test::setObstacle(const char* reason) {
     m_obstacle = reason;
     return this;

@@ -106,7 +106,7 @@ std::vector<const Test*> chooseTests(const Registry& registry,
                                      const std::vector<TeskString>& names) {
     std::vector<const Test*> tests;
     for (const Test& test : registry.tests) {
-        if (names.empty() && !test.interactive()) {
+        if (names.empty() && !test.onlyWhenNamed()) {
             tests.push_back(&test);
         }
     }

@@ -90,6 +90,7 @@ std::string reasonInFlight() {
 Outcome execute(const PlannedRun& run, TestObserver& observer, std::exception_ptr& leftBy) {
     Outcome outcome = unstarted(run, TestResult::INTERNALERROR(), true);
     const TestRecorder recorder(&observer);
+    const Test::OwnDefaults defaults(*run.test);
     const mrl::Stopwatch stopwatch;
     try {
         outcome.result = run.test->function()(*run.device);
@@ -128,6 +129,7 @@ Outcome executeAndReport(const PlannedRun& run, RunListener& listener, std::exce
 } // namespace
 
 std::vector<ParameterInForce> parametersInForce(const Test& test) {
+    const Test::OwnDefaults defaults(test);
     std::vector<ParameterInForce> values;
     for (const Parameter* parameter : test.parameters()) {
         const std::optional<Number> number = parameter->number();

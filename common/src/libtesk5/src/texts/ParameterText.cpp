@@ -31,12 +31,12 @@ std::string domainText(const Parameter& parameter) {
     return parameter.ranged() ? rangeText(parameter.range()) : listInQuotes(choicesOf(parameter));
 }
 
-std::string defaultText(const Parameter& parameter) {
-    const std::optional<Number> number = Number::parse(parameter.defaultValue().utf8());
+std::string defaultText(const Parameter& parameter, const TeskString& text) {
+    const std::optional<Number> number = Number::parse(text.utf8());
     return parameter.ranged() && number
                ? message("LIST_DEFAULT_NUMBER",
                          {{"Value", withUnit(*number, parameter.range().unit)}})
-               : message("LIST_DEFAULT", {{"Value", parameter.defaultValue()}});
+               : message("LIST_DEFAULT", {{"Value", text}});
 }
 
 std::string refusalText(const Parameter& parameter, const TeskString& text) {

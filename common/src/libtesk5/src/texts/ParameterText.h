@@ -14,9 +14,9 @@ std::string rangeText(const NumberRange& range);
 /// the other types.
 std::string domainText(const Parameter& parameter);
 
-/// The default as people read it: "-80 dBm"; of other types than numbers as it is given, in
-/// quotation marks. Not for a parameter without a default.
-std::string defaultText(const Parameter& parameter);
+/// A default as people read it: "-80 dBm"; of other types than numbers as it is given, in
+/// quotation marks. Not for the empty text.
+std::string defaultText(const Parameter& parameter, const TeskString& text);
 
 /// Why `text` cannot be a value of `parameter`, and what to give; empty when it can be one.
 std::string refusalText(const Parameter& parameter, const TeskString& text);

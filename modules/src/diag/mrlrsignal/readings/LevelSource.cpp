@@ -1,5 +1,6 @@
 #include <readings/LevelSource.h>
 
+#include <readings/Query.h>
 #include <readings/ScanRequest.h>
 
 #include <nativewifi/Ssid.h>
@@ -13,8 +14,6 @@ namespace {
 
 using nativewifi::api;
 using nativewifi::WlanMemory;
-
-constexpr DWORD CLIENT_VERSION = 2;
 
 // What drivers report for "none" lies outside: 0, 127, -127, -200.
 constexpr LONG LOWEST = -120;
@@ -45,36 +44,10 @@ bool hasMoved(ULONGLONG before, ULONGLONG now) {
     return std::max(before, now) - std::min(before, now) >= MOVED;
 }
 
-// Asks for a block of at least `Structure`'s first `least` bytes.
-template <typename Structure>
-WlanMemory<Structure> query(HANDLE client, const GUID& guid, WLAN_INTF_OPCODE opcode,
-                            std::size_t least = sizeof(Structure)) {
-    WlanMemory<Structure> block;
-    DWORD size = 0;
-    void* data = nullptr;
-    const DWORD result =
-        api().WlanQueryInterface(client, &guid, opcode, nullptr, &size, &data, nullptr);
-    if (result == ERROR_SUCCESS) {
-        *out(block) = static_cast<Structure*>(data);
-        if (size < least) {
-            block.reset();
-        }
-    }
-    return block;
-}
-
 } // namespace
 
 LevelSource::LevelSource(const GUID& interfaceGuid, Target target)
     : m_guid(interfaceGuid), m_target(std::move(target)) {}
-
-DWORD LevelSource::open() {
-    if (m_client) {
-        return ERROR_SUCCESS;
-    }
-    DWORD version = 0;
-    return api().WlanOpenHandle(CLIENT_VERSION, nullptr, &version, out(m_client));
-}
 
 bool LevelSource::isLevel(LONG dbm) {
     const bool good = dbm > LOWEST && dbm < HIGHEST;
@@ -184,7 +157,7 @@ void LevelSource::readList(Look& look) {
 
 Look LevelSource::look() {
     Look look;
-    look.error = open();
+    look.error = openClient(m_client);
     if (look.error != ERROR_SUCCESS) {
         return look;
     }

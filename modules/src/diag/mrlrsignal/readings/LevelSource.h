@@ -70,7 +70,6 @@ public:
     std::size_t scans() const { return m_scans; }
 
 private:
-    DWORD open();
     std::optional<Reading> ofConnection();
     std::optional<Reading> ofLink(Reading reading);
     bool addConnection(Look& look);

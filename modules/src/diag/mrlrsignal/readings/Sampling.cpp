@@ -68,7 +68,7 @@ public:
         if (best->size() >= m_plan.samples) {
             return true;
         }
-        m_early = statistics::decided(levelsOf(*best), 0, m_plan.limits);
+        m_early = m_plan.mayEndEarly && statistics::decided(levelsOf(*best), 0, m_plan.limits);
         return m_early;
     }
 

@@ -1,0 +1,39 @@
+// What the module's tests have in common: the target that the parameters name, its samples in
+// reports, and why there is no level of it.
+#pragma once
+
+#include <tesk5/DiagDevice.h>
+#include <tesk5/Event.h>
+#include <tesk5/Finding.h>
+#include <tesk5/Parameter.h>
+#include <tesk5/TestResult.h>
+
+#include <readings/Sampling.h>
+
+#include <optional>
+
+/// The number in force; nothing when the parameter has none.
+std::optional<double> numberOf(const tesk5::Parameter* parameter);
+double numberOr(const tesk5::Parameter* parameter, double otherwise);
+
+/// With the decimals in which levels are shown.
+tesk5::Number rounded(double value);
+
+/// The access point that SSID, BSSID and Band name.
+readings::Target targetOfParameters();
+/// What is wrong with SSID and BSSID, as a ParameterCheck.
+tesk5::Findings targetFindings(bool complete);
+/// What Samples and MaxSeconds plan, without limits.
+readings::SamplingPlan planOfParameters();
+/// The interface of a device of the run.
+GUID interfaceOf(const tesk5::DiagDevice& device);
+
+/// Gives the event the target's "Name", which is its SSID, or else its BSSID. \return the event
+tesk5::Event* aboutTarget(tesk5::Event* event);
+/// Where a reading comes from, for series.
+tesk5::Event::Variables attributesOf(const readings::Reading& reading);
+
+/// Raises the event of the reason why there is no level, and asks for advice where the examination
+/// can find the cause.
+/// \return CANNOTRUN; USERABORTED of an interrupted measurement
+tesk5::TestResult withoutLevel(const readings::Sampling& sampling);
