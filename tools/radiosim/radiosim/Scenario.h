@@ -124,6 +124,8 @@ struct Connection {
     bool links = false;
     /// The link's frequency in MHz, as its name says, or in kHz, as its documentation does.
     bool linkFrequencyInKhz = false;
+    /// From here on nothing is received any more, although the connection is kept; absent: never.
+    std::optional<Milliseconds> heardUntil = {};
 };
 
 struct AuthCipherPair {

@@ -284,7 +284,7 @@ Phy readPhy(const JsonReader& reader) {
 
 Connection readConnection(const JsonReader& reader) {
     reader.expectKeys({"ssid", "ssidHex", "profile", "quality", "rxRate", "txRate", "phyIndex",
-                       "channel", "links", "linkFrequencyInKhz"});
+                       "channel", "links", "linkFrequencyInKhz", "heardUntilMs"});
     Connection connection;
     connection.ssid = readSsid(reader);
     reader.optional("profile", connection.profile, readName);
@@ -295,6 +295,7 @@ Connection readConnection(const JsonReader& reader) {
     reader.optional("channel", connection.channel, readChannel);
     reader.optional("links", connection.links, readFlag);
     reader.optional("linkFrequencyInKhz", connection.linkFrequencyInKhz, readFlag);
+    reader.optional("heardUntilMs", connection.heardUntil, readMilliseconds);
     return connection;
 }
 

@@ -356,7 +356,10 @@ Bytes View::radioState() const {
 Bytes View::statistics() const {
     constexpr std::size_t FIRST = offsetof(WLAN_STATISTICS, PhyCounters);
     Bytes block(FIRST + m_facts.phys.size() * sizeof(WLAN_PHY_FRAME_STATISTICS));
-    const auto frames = static_cast<ULONGLONG>(connected() ? m_elapsed.count() / 10 : 0);
+    const Milliseconds heard =
+        connected() ? std::min(m_elapsed, m_facts.connection->heardUntil.value_or(m_elapsed))
+                    : Milliseconds(0);
+    const auto frames = static_cast<ULONGLONG>(heard.count() / 10);
     WLAN_MAC_FRAME_STATISTICS frameCounters{};
     frameCounters.ullTransmittedFrameCount = frames;
     frameCounters.ullReceivedFrameCount = frames * 2;

@@ -1,6 +1,7 @@
 #include <readings/LevelSource.h>
 
 #include <readings/Query.h>
+#include <readings/ReceivedFrames.h>
 #include <readings/ScanRequest.h>
 
 #include <nativewifi/Ssid.h>
@@ -27,6 +28,10 @@ constexpr std::chrono::milliseconds LIST_PAUSE{100};
 // Beacons come every 100 ms; where a system computes the timestamp from an age, it jitters by some
 // milliseconds.
 constexpr ULONGLONG MOVED = 200'000;
+
+// A connection that has received nothing for so long is asked no more until it does: either its
+// driver does not count beacons, or its access point is gone.
+constexpr std::chrono::seconds SILENCE{1};
 
 // An access point that was not heard for so long may have changed its channel.
 constexpr std::chrono::seconds CHANNEL_TRUST{2};
@@ -184,9 +189,23 @@ bool LevelSource::addConnection(Look& look) {
         return false;
     }
     look.listed = true;
+    if (!isHeard()) {
+        ++m_dropped.unchanged;
+        return mrl::Clock::current().now() - m_framesAt <= SILENCE;
+    }
     if (isLevel(connected->dbm)) {
         look.readings.push_back(std::move(*connected));
     }
+    return true;
+}
+
+bool LevelSource::isHeard() {
+    const std::optional<ULONGLONG> frames = receivedFrames(m_client.get(), m_guid);
+    if (frames && frames == m_frames) {
+        return false;
+    }
+    m_frames = frames;
+    m_framesAt = mrl::Clock::current().now();
     return true;
 }
 

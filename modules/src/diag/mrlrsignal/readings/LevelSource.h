@@ -34,7 +34,7 @@ struct Reading {
 
 /// What was looked at and is no reading.
 struct Dropped {
-    std::size_t unchanged = 0;  ///< entries that were not heard since the last look
+    std::size_t unchanged = 0;  ///< what was not heard since the last look
     std::size_t outOfRange = 0; ///< levels that are none: 0 and above, -120 and below
 };
 
@@ -73,6 +73,7 @@ private:
     std::optional<Reading> ofConnection();
     std::optional<Reading> ofLink(Reading reading);
     bool addConnection(Look& look);
+    bool isHeard();
     void scanIfDue(Look& look);
     void readList(Look& look);
     bool isLevel(LONG dbm);
@@ -81,6 +82,8 @@ private:
     Target m_target;
     nativewifi::ClientHandle m_client;
     bool m_connected = false;
+    std::optional<ULONGLONG> m_frames;         ///< that the connection has received
+    mrl::Clock::Duration m_framesAt{0};        ///< when their number was seen first
     std::optional<std::uint32_t> m_channelMhz; ///< where it was heard, when that is one place
     std::optional<mrl::Clock::Duration> m_lastHeard;
     std::optional<mrl::Clock::Duration> m_lastScan;
