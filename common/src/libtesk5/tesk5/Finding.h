@@ -16,4 +16,7 @@ struct Finding {
 
 using Findings = std::vector<Finding>;
 
+/// Adds `finding` unless `findings` have one with the same key and variables.
+void addOnce(Finding finding, Findings& findings);
+
 } // namespace tesk5

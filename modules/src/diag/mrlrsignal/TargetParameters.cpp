@@ -22,13 +22,6 @@ std::string textOf(const tesk5::Parameter* parameter) {
     return parameter->value().valueString().utf8();
 }
 
-// What people call the target: its name, or its address.
-TeskString nameOfTarget() {
-    return (parameters::ssid->isSet() ? parameters::ssid : parameters::bssid)
-        ->value()
-        .valueString();
-}
-
 TeskString wordOf(readings::Source source) {
     switch (source) {
     case readings::Source::LINK:
@@ -139,6 +132,12 @@ readings::SamplingPlan planOfParameters() {
 GUID interfaceOf(const tesk5::DiagDevice& device) {
     const mrl::String name = device.property(tesk5::DEVICE_SYSTEM_NAME).value().mrlString();
     return nativewifi::parseGuid(nativewifi::guidTextOf(name).view()).value_or(GUID{});
+}
+
+TeskString nameOfTarget() {
+    return (parameters::ssid->isSet() ? parameters::ssid : parameters::bssid)
+        ->value()
+        .valueString();
 }
 
 Event* aboutTarget(Event* event) {

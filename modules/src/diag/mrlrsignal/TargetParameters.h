@@ -28,6 +28,8 @@ readings::SamplingPlan planOfParameters();
 /// The interface of a device of the run.
 GUID interfaceOf(const tesk5::DiagDevice& device);
 
+/// What people call the target: its SSID, or else its BSSID.
+tesk5::TeskString nameOfTarget();
 /// Gives the event the target's "Name", which is its SSID, or else its BSSID. \return the event
 tesk5::Event* aboutTarget(tesk5::Event* event);
 /// Where a reading comes from, for series.

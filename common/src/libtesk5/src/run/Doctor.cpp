@@ -165,12 +165,7 @@ Findings parameterFindings(const std::vector<const Test*>& tests, bool complete)
     Findings findings;
     for (const Test* test : tests) {
         for (Finding& finding : test->parameterFindings(complete)) {
-            const auto isSame = [&finding](const Finding& other) {
-                return other.key == finding.key && other.variables == finding.variables;
-            };
-            if (std::none_of(findings.begin(), findings.end(), isSame)) {
-                findings.push_back(std::move(finding));
-            }
+            addOnce(std::move(finding), findings);
         }
     }
     return findings;

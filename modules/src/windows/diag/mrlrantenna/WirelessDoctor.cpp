@@ -10,6 +10,7 @@
 #include <tesk5/Texts.h>
 
 #include <networkadapters/MachineCheck.h>
+#include <networkadapters/RadioFindings.h>
 
 #include <nativewifi/Guid.h>
 #include <nativewifi/Handles.h>
@@ -113,8 +114,11 @@ private:
         variables.insert(variables.begin(), {"Device", m_device.name()});
         m_findings.push_back({key, good, std::move(variables)});
     }
-    void addFailure(const char* key, const char* function, DWORD error) {
-        add(key, false, {{"Function", function}, {"Error", error}});
+    void addFailure(const char* function, DWORD error) {
+        m_findings.push_back(networkadapters::callFailed(m_device.name(), function, error));
+    }
+    void addSwitchedOff(bool byHardware) {
+        m_findings.push_back(networkadapters::radioSwitchedOff(m_device.name(), byHardware));
     }
 
     bool open() {
@@ -161,7 +165,7 @@ private:
         nativewifi::WlanMemory<WLAN_RADIO_STATE> state;
         *out(state) = static_cast<WLAN_RADIO_STATE*>(data);
         if (result != ERROR_SUCCESS) {
-            addFailure("DOCTOR_CALL_FAILED", "WlanQueryInterface", result);
+            addFailure("WlanQueryInterface", result);
             return false;
         }
         Radio radio;
@@ -176,10 +180,10 @@ private:
         }
         const RadioStateFlags flags = radio.flags(TESTED_PHY);
         if ((flags & HARDWARE_OFF) != 0) {
-            add("DOCTOR_RADIO_HARDWARE_OFF", false);
+            addSwitchedOff(true);
         }
-        if ((flags & SOFTWARE_OFF) != 0 && !machineExplainsRadio()) {
-            add("DOCTOR_RADIO_SOFTWARE_OFF", false);
+        if ((flags & SOFTWARE_OFF) != 0 && !networkadapters::explainsRadio(m_findings)) {
+            addSwitchedOff(false);
         }
         if (!radio.isOn(TESTED_PHY)) {
             return false;
@@ -189,15 +193,10 @@ private:
     }
 
     void addDenied(const char* function) {
-        Finding denied =
-            networkadapters::accessDenied(m_device.name(), function, ERROR_ACCESS_DENIED);
-        // The check of the machine, or another device, may have said the same.
-        const bool known =
-            std::any_of(m_findings.begin(), m_findings.end(), [&denied](const Finding& other) {
-                return other.key == denied.key && other.variables == denied.variables;
-            });
-        if (!m_denied && !known) {
-            m_findings.push_back(std::move(denied));
+        if (!m_denied) { // the check of the machine, or another device, may have said the same
+            tesk5::addOnce(
+                networkadapters::accessDenied(m_device.name(), function, ERROR_ACCESS_DENIED),
+                m_findings);
         }
         m_denied = true;
     }
@@ -213,13 +212,6 @@ private:
         }
     }
 
-    // Whether the check of the machine has said why the radio is off, or works like one.
-    bool machineExplainsRadio() const {
-        return std::any_of(m_findings.begin(), m_findings.end(), [](const Finding& finding) {
-            return finding.key == networkadapters::INTERFACE_DOWN;
-        });
-    }
-
     void checkNetworks() {
         nativewifi::WlanMemory<WLAN_AVAILABLE_NETWORK_LIST> list;
         const DWORD result =
@@ -229,8 +221,9 @@ private:
             return;
         }
         if (result != ERROR_SUCCESS) {
-            if (result != ERROR_NDIS_DOT11_POWER_STATE_INVALID || !machineExplainsRadio()) {
-                addFailure("DOCTOR_CALL_FAILED", "WlanGetAvailableNetworkList", result);
+            if (result != ERROR_NDIS_DOT11_POWER_STATE_INVALID ||
+                !networkadapters::explainsRadio(m_findings)) {
+                addFailure("WlanGetAvailableNetworkList", result);
             }
             return;
         }
@@ -241,8 +234,11 @@ private:
         }
         if (networks.empty()) {
             const DWORD nameless = list ? list->dwNumberOfItems : 0;
-            add(nameless == 0 ? "DOCTOR_NO_NETWORKS" : "DOCTOR_ONLY_NAMELESS_NETWORKS", false,
-                {{"Count", nameless}});
+            if (nameless == 0) {
+                m_findings.push_back(networkadapters::noNetworks(m_device.name()));
+            } else {
+                add("DOCTOR_ONLY_NAMELESS_NETWORKS", false, {{"Count", nameless}});
+            }
             return;
         }
         const auto kept = std::count_if(networks.begin(), networks.end(), &isKept);
