@@ -1,9 +1,7 @@
 // What the doctor says of an adapter that is to measure levels.
 #include "SignalDoctor.h"
 
-#include "ModuleObjects.h"
-
-#include <mrlrantenna/ModuleTest.h>
+#include "SignalTest.h"
 
 #include <support/SystemText.h>
 
@@ -13,7 +11,6 @@
 namespace test {
 namespace {
 
-using namespace std::chrono_literals;
 using radiosim::AccessPoint;
 using radiosim::Bss;
 using radiosim::Scenario;
@@ -22,20 +19,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-Bss radioAt(std::int32_t level, std::uint8_t number) {
-    return {.bssid = {2, 0, 0, 0, 1, number}, .rssi = level, .heardEvery = 100ms};
-}
-
-class SignalDoctor : public ModuleTest {
+class SignalDoctor : public SignalTest {
 protected:
-    SignalDoctor() {
-        tesk5::Language::current().set("en");
-        parameters::ssid->set("Lab");
-    }
-    ~SignalDoctor() override {
-        parameters::ssid->reset();
-        parameters::bssid->reset();
-    }
+    SignalDoctor() { tesk5::Language::current().set("en"); }
 
     // What it says: "ok: ..." or "problem: ...".
     static std::vector<std::string> sayings(ExaminationDepth depth = ExaminationDepth::THOROUGH,
@@ -73,7 +59,7 @@ TEST_F(SignalDoctor, AsksForTheAddressWhereANameStandsForDifferentLevels) {
     startRadio({{.ssid = "Lab", .bss = {{radioAt(-50, 0), radioAt(-65, 1)}}}});
     EXPECT_THAT(sayings().back(), HasSubstr("problem: "));
     EXPECT_THAT(sayings().back(), HasSubstr("02:00:00:00:01:01, 2437 MHz, -65 dBm. Name one by"));
-    parameters::bssid->set("02:00:00:00:01:01");
+    give({{parameters::bssid, "02:00:00:00:01:01"}});
     EXPECT_THAT(sayings().back(), HasSubstr("ok: "));
 }
 
@@ -87,7 +73,7 @@ TEST_F(SignalDoctor, DoesNotTakeAnOldEntryForAnAccessPointThatIsHeard) {
 }
 
 TEST_F(SignalDoctor, LooksForNothingWithoutATarget) {
-    parameters::ssid->reset();
+    give({{parameters::ssid, ""}});
     startRadio({{.ssid = "Lab", .bss = {{radioAt(-50, 0)}}}});
     EXPECT_THAT(sayings(), ElementsAre(HasSubstr("radios heard: 1.")));
     startRadio(std::vector<AccessPoint>());

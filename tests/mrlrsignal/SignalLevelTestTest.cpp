@@ -120,6 +120,13 @@ TEST_F(SignalLevelVerdicts, CannotRunWithTheRadioOffAndAskForAdvice) {
     EXPECT_TRUE(adviceRequested());
 }
 
+TEST_F(SignalLevelVerdicts, ReadWithTheUnitsOfTheirNumbers) {
+    verdictAt(-73, limits());
+    const auto& event = raised().back();
+    EXPECT_EQ(event.text, "The level of \"Lab\", -73.0 dBm, is below the failing level of -70 dBm "
+                          "by more than the guard band of 2.0 dB.");
+}
+
 TEST_F(SignalLevelVerdicts, NameTheCandidatesOfAName) {
     give({{parameters::failingLevel, "-70"}});
     startRadio({AccessPoint{.ssid = "Lab", .bss = {{radioAt(-50), radioAt(-65, 1)}}}});

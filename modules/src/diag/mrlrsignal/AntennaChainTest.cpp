@@ -170,10 +170,10 @@ bool isAnyTooWeak(const std::vector<Chain>& chains) {
         }
         aboutTarget(events::chainTooWeak)
             ->setVariable("Chain", tesk5::Number(chain.number + 1))
-            ->setVariable("Level", rounded(chain.level))
-            ->setVariable("Imbalance", rounded(strongest.level - chain.level))
+            ->setVariable("Level", levelIn(chain.level))
+            ->setVariable("Imbalance", decibelsIn(strongest.level - chain.level))
             ->setVariable("Strongest", tesk5::Number(strongest.number + 1))
-            ->setVariable("MaxImbalance", *parameters::maxImbalance->number());
+            ->setVariable("MaxImbalance", quantityOf(parameters::maxImbalance));
         DiagModule::error(events::chainTooWeak, __FILE__, __LINE__);
         any = true;
     }

@@ -73,13 +73,13 @@ void recordLevel(const Sampled& sampled, const readings::SamplingPlan& plan) {
 
 Event* aboutLevel(Event* event, const Sampled& sampled, const statistics::LevelLimits& limits) {
     aboutTarget(event)
-        ->setVariable("Level", rounded(sampled.level))
-        ->setVariable("GuardBand", rounded(limits.guardBand));
+        ->setVariable("Level", levelIn(sampled.level))
+        ->setVariable("GuardBand", decibelsIn(limits.guardBand));
     if (limits.warning) {
-        event->setVariable("WarningLevel", *parameters::warningLevel->number());
+        event->setVariable("WarningLevel", quantityOf(parameters::warningLevel));
     }
     if (limits.failing) {
-        event->setVariable("FailingLevel", *parameters::failingLevel->number());
+        event->setVariable("FailingLevel", quantityOf(parameters::failingLevel));
     }
     return event;
 }
@@ -109,7 +109,9 @@ bool isTooLarge(Event* event, double found, const tesk5::Parameter* most) {
     if (!limit || found <= *limit) {
         return false;
     }
-    aboutTarget(event)->setVariable("Found", rounded(found))->setVariable("Most", *most->number());
+    aboutTarget(event)
+        ->setVariable("Found", decibelsIn(found))
+        ->setVariable("Most", quantityOf(most));
     DiagModule::warning(event, __FILE__, __LINE__);
     return true;
 }
@@ -151,9 +153,9 @@ tesk5::Findings checkLevelParameters(bool complete) {
         refuse("CHECK_NO_LIMIT");
     }
     if (warning && failing) {
-        const Event::Variables levels = {{"WarningLevel", parameters::warningLevel->value()},
-                                         {"FailingLevel", parameters::failingLevel->value()},
-                                         {"GuardBand", parameters::guardBand->value()}};
+        const Event::Variables levels = {{"WarningLevel", quantityOf(parameters::warningLevel)},
+                                         {"FailingLevel", quantityOf(parameters::failingLevel)},
+                                         {"GuardBand", quantityOf(parameters::guardBand)}};
         if (*failing > *warning) {
             refuse("CHECK_LEVELS_SWAPPED", levels);
         } else if (2 * numberOr(parameters::guardBand, 0) > *warning - *failing &&

@@ -3,6 +3,7 @@
 #include "ModuleObjects.h"
 
 #include <tesk5/DeviceList.h>
+#include <tesk5/Texts.h>
 
 #include <nativewifi/Guid.h>
 
@@ -86,6 +87,18 @@ constexpr Explanation explanations[] = {
 
 Number rounded(double value) {
     return Number::rounded(value, DECIMALS);
+}
+
+tesk5::Value levelIn(double dbm) {
+    return tesk5::quantity(rounded(dbm), "dBm");
+}
+
+tesk5::Value decibelsIn(double decibels) {
+    return tesk5::quantity(rounded(decibels), "dB");
+}
+
+tesk5::Value quantityOf(const tesk5::Parameter* parameter) {
+    return tesk5::quantity(*parameter->number(), parameter->range().unit);
 }
 
 std::optional<double> numberOf(const tesk5::Parameter* parameter) {

@@ -18,6 +18,11 @@ double numberOr(const tesk5::Parameter* parameter, double otherwise);
 
 /// With the decimals in which levels are shown.
 tesk5::Number rounded(double value);
+/// A level in dBm and a difference in dB for events and findings.
+tesk5::Value levelIn(double dbm);
+tesk5::Value decibelsIn(double decibels);
+/// The number of a parameter that has one, with its unit, for events and findings.
+tesk5::Value quantityOf(const tesk5::Parameter* parameter);
 
 /// The access point that SSID, BSSID and Band name.
 readings::Target targetOfParameters();
