@@ -46,6 +46,7 @@ BUILDS = (("windows-checked", ("all",), ("wine",)),
           ("thread-sanitizer", ("test_threads",), ()))
 # Python suites of the build's programs, which run after it; the others run beside the builds.
 SCRIPTS_OF_BUILDS = {"windows-checked": ("python/system/test_contract_kit",),
+                     "native": ("python/system/test_watch",),
                      "linux": ("python/system/test_linux", "python/system/test_debian_package",
                                "python/system/test_kept_captures",
                                "python/system/test_radiovm")}

@@ -20,6 +20,7 @@ LINUX_PACKAGES=(
     "${BUILD_PACKAGES[@]}"
     g++                                                          # builds it
     pkgconf libnl-3-dev libnl-genl-3-dev                         # radios by nl80211
+    libasound2-dev                                               # the tone of mrlrsignal watch
 )
 TEST_PACKAGES=(
     "${LINUX_PACKAGES[@]}"

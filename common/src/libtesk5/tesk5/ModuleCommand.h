@@ -34,6 +34,7 @@ struct CommandCall {
     /// The options of the module that were given, by name; "true" for a switch.
     std::map<std::string, std::string, std::less<>> options;
     std::vector<DiagDevice> devices; ///< that suit ModuleCommand::test and --device; none without
+    bool colours = false; ///< whether the output is to have colours: --color, else as it can
 };
 
 /// A command. Every command takes --log, --log-level, --color and --language.

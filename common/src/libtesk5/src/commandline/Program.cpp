@@ -325,8 +325,11 @@ int moduleCommand(const CommandLine& given, RunContext& context) {
     const CommandLine line = withConfiguration(given, context.registry);
     applySettings(context.registry, line.settings, command);
     refuseSharedFiles(line);
-    CommandCall call{
-        .arguments = line.moduleArguments, .options = line.moduleOptions, .devices = {}};
+    CommandCall call{.arguments = line.moduleArguments,
+                     .options = line.moduleOptions,
+                     .devices = {},
+                     .colours = context.output.showsColours(
+                         line.colours.value_or(mrl::OutputStream::Colours::automatic))};
     if (command.test == nullptr) {
         openLog(line);
     } else {
