@@ -9,7 +9,7 @@ from program import DIST, RESULTS, ROOT, ProgramTest, settings
 
 PAGES = [*(ROOT / "docs").glob("*.md"), ROOT / "README.md", ROOT / "tools" / "package" / "README.txt",
          ROOT / "tools" / "radiosim" / "README.md"]
-FIRST_WORDS = ("list", "run", "doctor", "replay", "--help", "--version")
+FIRST_WORDS = ("list", "run", "doctor", "replay", "watch", "--help", "--version")
 # A program or ./run with or without its name, and behind it words with one blank between them: two begin a remark.
 COMMAND = re.compile(r"(?:\b(?P<name>mrlrantenna|mrlrsignal)(?:\.k5x)?|"
                      r"\./run(?: --program (?P<chosen>mrlrsignal))?)"
@@ -77,6 +77,10 @@ class Examples:
         self.assertGreater(len(commands), self.fewest)
         # A person ends the dialog, so only whether it would begin is tried here.
         commands = [(*command, "--check") if "DiversityTest" in command else command
+                    for command in commands]
+        # Shown until a person ends it; one that is given its seconds takes fewer here.
+        commands = [(*command[:command.index("--seconds")] if "--seconds" in command else command,
+                     "--seconds", "1") if command[0] == "watch" else command
                     for command in commands]
         made_before = [command for command in commands if "replay" not in command]
         replays = [command for command in commands if "replay" in command]

@@ -11,8 +11,8 @@ import subprocess
 from components import FOLDER, PackagingError
 
 # Each page with its name in the bar at the top, in the bar's order.
-PAGES = {"technicians": "Technicians", "signal": "Levels", "measuring": "What levels prove",
-         "command-line": "Command line", "report": "Reports",
+PAGES = {"technicians": "Technicians", "signal": "Levels", "watch": "Live levels",
+         "measuring": "What levels prove", "command-line": "Command line", "report": "Reports",
          "captures": "Captures", "stations": "Stations", "hosts": "Hosts", "localization": "Languages"}
 STYLE = "style.css"
 HEADING = re.compile(r"<h([1-6])>(.*?)</h\1>")
