@@ -124,6 +124,8 @@ WIN32_PLACES = re.compile(
     r"(OutputStream|(Files|ProcessArguments|System|SystemLibrary)Win32)\.cpp"
     # Console events.
     r"|common/src/libtesk5/src/run/InterruptWatchWin32\.cpp"
+    # The console's keys, screen and sound.
+    r"|modules/src/diag/mrlrsignal/watch/(Beeper|Terminal)Win32\.cpp"
     r"|tools/radiosim/dll/.*|tools/dialogprobe/.*)$")
 
 # Headers, what they are called, and the places that may include them.
@@ -140,6 +142,8 @@ THIRD_PARTY = (
      re.compile(r"common/src/libnativewifi/src/linux/NetlinkSocket\.cpp$")),
     (re.compile(r"CLI/"), "CLI",
      re.compile(r"(common/src/libtesk5/src|tools/(radiosim|contract))/")),
+    (re.compile(r"alsa/"), "ALSA",
+     re.compile(r"modules/src/diag/mrlrsignal/watch/BeeperLinux\.cpp$")),
     (re.compile(r"(gtest|gmock|support|fuzzer)/"), "test code", None),
 )
 

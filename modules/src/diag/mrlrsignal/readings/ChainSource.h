@@ -32,7 +32,7 @@ public:
     std::optional<ULONG> antennas();
 
 private:
-    GUID m_guid;
+    [[maybe_unused]] GUID m_guid; ///< Windows is not asked
     nativewifi::ClientHandle m_client;
 };
 

@@ -32,12 +32,14 @@ constexpr double FADE_SECONDS = 0.005;
     X(snd_pcm_drain)
 
 struct Alsa {
+// NOLINTNEXTLINE(bugprone-macro-parentheses): declarations take none
 #define WATCH_DECLARE(name) decltype(&::name) name = nullptr;
     WATCH_ALSA_FUNCTIONS(WATCH_DECLARE)
 #undef WATCH_DECLARE
 };
 
 // What the library would write to the error stream would stand in the middle of the view.
+// NOLINTNEXTLINE(cert-dcl50-cpp): the library's type of handler
 void ignoreMessage(const char* /*file*/, int /*line*/, const char* /*function*/, int /*error*/,
                    const char* /*format*/, ...) {}
 

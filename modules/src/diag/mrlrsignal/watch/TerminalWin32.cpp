@@ -31,6 +31,7 @@ KeyPress keyOf(const KEY_EVENT_RECORD& event) {
         }
     }
     constexpr wchar_t CTRL_C = 3;
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-union-access): the system's structure
     const wchar_t unit = event.uChar.UnicodeChar;
     if (unit == CTRL_C) {
         return {Key::INTERRUPT};
@@ -106,8 +107,11 @@ private:
             return;
         }
         for (DWORD i = 0; i < count; ++i) {
-            const KeyPress press =
-                records[i].EventType == KEY_EVENT ? keyOf(records[i].Event.KeyEvent) : KeyPress{};
+            if (records[i].EventType != KEY_EVENT) {
+                continue; // a new size: the end of the wait is all that it needs
+            }
+            // NOLINTNEXTLINE(cppcoreguidelines-pro-type-union-access): the system's structure
+            const KeyPress press = keyOf(records[i].Event.KeyEvent);
             if (press.key != Key::NONE) {
                 m_presses.push_back(press);
             }
