@@ -186,6 +186,55 @@ TEST_F(LevelSources, AskTheLinkWhereTheSystemKnowsIt) {
     }
 }
 
+// Connected on channel 6 at -48 dBm and on channel 36 at -62 dBm, to a device with both radios.
+Connection twoLinks() {
+    return {.ssid = "Lab", .links = true, .otherLinks = {{.channel = 36, .rssi = -62}}};
+}
+AccessPoint bothRadios() {
+    AccessPoint device = lab(-70);
+    device.bss->push_back(
+        {.bssid = {2, 0, 0, 0, 1, 1}, .rssi = -80, .heardEvery = 100ms, .channel = 36});
+    return device;
+}
+
+TEST_F(LevelSources, AskTheLinkOfSeveralThatIsToTheTarget) {
+    connectedTo(twoLinks(), -48, {bothRadios()});
+    struct {
+        Target target;
+        LONG dbm;
+        std::uint32_t mhz;
+    } const rows[] = {{{.bssid = LAB}, -48, 2437},
+                      {{.ssid = "Lab", .bssid = LAB_5}, -62, 5180},
+                      {{.ssid = "Lab", .band = nativewifi::Band::GHZ_2_4}, -48, 2437},
+                      {{.ssid = "Lab", .band = nativewifi::Band::GHZ_5}, -62, 5180}};
+    for (const auto& [target, dbm, mhz] : rows) {
+        LevelSource source = sourceOf(target);
+        const Look look = source.look();
+        ASSERT_EQ(look.readings.size(), 1U) << dbm;
+        EXPECT_EQ(look.readings[0].source, Source::LINK);
+        EXPECT_EQ(look.readings[0].dbm, dbm);
+        EXPECT_EQ(look.readings[0].mhz, mhz);
+        EXPECT_EQ(source.scans(), 0U);
+    }
+}
+
+TEST_F(LevelSources, AskTheConnectionWhereItsLinksCannotBeToldApart) {
+    connectedTo(twoLinks(), -48, {bothRadios()});
+    LevelSource any = sourceOf({.ssid = "Lab"});
+    ASSERT_EQ(any.look().readings.size(), 1U);
+    EXPECT_EQ(any.look().readings[0].source, Source::CONNECTION);
+    // A neighbour of the same name on the link's channel could be the one that is connected.
+    AccessPoint crowd = bothRadios();
+    crowd.bss->push_back(
+        {.bssid = {2, 0, 0, 0, 1, 2}, .rssi = -50, .heardEvery = 100ms, .channel = 36});
+    connectedTo(twoLinks(), -48, {crowd});
+    LevelSource one = sourceOf({.bssid = LAB_5});
+    const std::vector<Reading> readings = readingsIn(one, 500ms);
+    ASSERT_FALSE(readings.empty());
+    EXPECT_EQ(readings[0].source, Source::SCAN);
+    EXPECT_EQ(readings[0].dbm, -80);
+}
+
 TEST_F(LevelSources, LeaveAConnectionToAnotherNetworkAlone) {
     connectedTo({.ssid = "Office"}, -48,
                 {lab(-70), {.ssid = "Office", .bss = {{{.bssid = {2, 0, 0, 0, 9, 9}}}}}});

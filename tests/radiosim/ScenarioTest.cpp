@@ -20,7 +20,8 @@ TEST(ScenarioJson, ReadsAnInterfaceWithEveryKey) {
             "mediaStreaming": true, "bssType": "any",
             "phys": [{"software": "off", "hardware": "unknown"}, {"software": 7}],
             "connection": {"ssidHex": "4c:61-62", "profile": "P", "quality": 3, "rxRate": 1,
-                           "txRate": 2, "phyIndex": 1, "channel": 36},
+                           "txRate": 2, "phyIndex": 1, "channel": 36,
+                           "otherLinks": [{"channel": 1, "rssi": -61}]},
             "rssi": -44, "receiveAntennas": 5, "scanDurationMs": 10, "scanEnd": "silent",
             "infrastructurePairs": [{"auth": "wpa", "cipher": "tkip"}], "adhocPairs": [],
             "countries": ["DE", "FRA"], "accessPoints": []
@@ -33,6 +34,8 @@ TEST(ScenarioJson, ReadsAnInterfaceWithEveryKey) {
     EXPECT_EQ(facts.description, "Card");
     EXPECT_EQ(facts.state, 5);
     EXPECT_EQ(facts.receiveAntennas, 5U);
+    ASSERT_EQ(facts.connection->otherLinks.size(), 1U);
+    EXPECT_EQ(facts.connection->otherLinks[0].rssi, -61);
     EXPECT_FALSE(facts.autoconf);
     EXPECT_FALSE(facts.backgroundScan);
     EXPECT_TRUE(facts.mediaStreaming);

@@ -88,7 +88,10 @@ class Examples:
         for command, run in self.run_all(made_before) + self.run_all(replays):
             with self.subTest(shlex.join(command)):
                 measures = command[0] in ("run", "replay") and not {"--check", "--help"} & set(command)
-                self.assertIn(run.exit, VERDICTS if measures else {0}, run)
+                # Windows has no levels of chains.
+                expected = ({RESULTS["CANNOTRUN"]} if "AntennaChainTest" in command else
+                            VERDICTS if measures else {0})
+                self.assertIn(run.exit, expected, run)
 
     def test_of_options_are_understood_with_a_command_that_takes_them(self):
         measure = ("run", *settings(SSID="Lab", **self.measuring), "--check")

@@ -256,10 +256,70 @@ class Verdicts(CaseTest):
             self.assertIn("nl80211", self.said("adapter-gone", run))
 
 
+class Levels(CaseTest):
+    """What mrlrsignal measures."""
+
+    def level(self, case, run, result, events):
+        """The one result of a run, and the points of its first series."""
+        report = json.loads(text_of(case, f"{run}.json"))
+        [found] = report["results"]
+        self.assertEqual(found["result"], result, self.said(case, run))
+        self.assertEqual([event["key"] for event in found["events"]], events,
+                         self.said(case, run))
+        self.assertEqual(int(text_of(case, f"{run}.exit")), VALUES[result])
+        return found, found["series"][0]["points"] if "series" in found else []
+
+    def test_are_rated_on_both_sides_of_each_limit(self):
+        for dbm, result, events in ((-75, "FAIL", ["LEVEL_BELOW_FAILING"]),
+                                    (-71, "WARN", ["LEVEL_TOO_CLOSE"]),
+                                    (-65, "WARN", ["LEVEL_BELOW_WARNING"]),
+                                    (-59, "WARN", ["LEVEL_TOO_CLOSE"]), (-55, "PASS", [])):
+            with self.subTest(dbm):
+                found, points = self.level("levels", f"at{dbm}", result, events)
+                self.assertAlmostEqual(found["measurements"][0]["value"], dbm, delta=DBM)
+                # A level that does not scatter is sure after 11, but within a guard band.
+                self.assertEqual(len(points), 15 if events == ["LEVEL_TOO_CLOSE"] else 11)
+                for point in points:
+                    self.assertEqual((point["attributes"]["Source"], point["attributes"]["MHz"]),
+                                     ("scan", 2472))
+
+    def test_have_steps_and_drifts_found(self):
+        found, points = self.level("levels", "step", "WARN", ["SPREAD_TOO_LARGE"])
+        self.assertEqual({point["value"] for point in points}, {-50, -58})
+        self.assertEqual(len(points), 60)
+        found, points = self.level("levels", "drift", "WARN", ["DRIFT_TOO_LARGE"])
+        drift = [figure["value"] for figure in found["measurements"][0]["figures"]
+                 if figure["name"] == "Drift"]
+        self.assertAlmostEqual(drift[0], points[-1]["value"] - points[0]["value"], delta=4)
+
+    def test_of_an_access_point_that_dies_end_with_it(self):
+        """The kernel lists it on, with its last level."""
+        found, points = self.level("dying", "dying", "WARN", ["LEVEL_TOO_CLOSE"])
+        died = float(text_of("dying", "died").split()[0])
+        start = datetime.datetime.fromisoformat(found["started"]).timestamp()
+        self.assertGreaterEqual(len(points), 5)
+        self.assertLess(start + points[-1]["seconds"], died + 0.5)
+        self.assertGreater(found["seconds"], 14, "it waited for more")
+        self.level("dying", "dead", "CANNOTRUN", ["NO_LEVEL_ONLY_OLD"])
+        self.assertIn(hostapd("dying")["bssid[0]"], self.iw("dying", "dead"))
+
+    def test_of_the_connection_come_without_a_scan(self):
+        found, points = self.level("associated-wpa2", "level", "PASS", [])
+        self.assertAlmostEqual(found["measurements"][0]["value"], -65, delta=DBM)
+        self.assertEqual({point["attributes"]["Source"] for point in points}, {"connection"})
+        self.assertLess(points[-1]["seconds"], 2.5, "11 readings, five a second")
+
+    def test_of_chains_are_none_of_this_driver(self):
+        for case, event in (("associated-wpa2", "NO_CHAINS_OF_CONNECTION"),
+                            ("levels", "NO_CHAINS_OF_SCAN")):
+            with self.subTest(case):
+                self.level(case, "chains", "CANNOTRUN", [event])
+
+
 class Captures(CaseTest):
     def test_of_every_run_replay_to_the_same_on_this_machine(self):
-        reports = sorted(RESULTS.glob("*/*.json"))
-        captures = [path.with_suffix(".jsonl") for path in reports if path.stem != "pace"]
+        captures = [path for path in sorted(RESULTS.glob("*/*.jsonl"))
+                    if path.with_suffix(".json").exists()]
         self.assertGreater(len(captures), 15)
         for capture in captures:
             with self.subTest(capture.relative_to(RESULTS)), \

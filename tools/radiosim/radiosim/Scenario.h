@@ -126,6 +126,12 @@ struct Connection {
     bool linkFrequencyInKhz = false;
     /// From here on nothing is received any more, although the connection is kept; absent: never.
     std::optional<Milliseconds> heardUntil = {};
+    /// Of a connection over several links, those besides `channel`'s.
+    struct Link {
+        std::uint32_t channel = 36;
+        std::int32_t rssi = -60; ///< dBm
+    };
+    std::vector<Link> otherLinks = {};
 };
 
 struct AuthCipherPair {

@@ -282,9 +282,17 @@ Phy readPhy(const JsonReader& reader) {
     return phy;
 }
 
+Connection::Link readLink(const JsonReader& reader) {
+    reader.expectKeys({"channel", "rssi"});
+    Connection::Link link;
+    link.channel = readChannel(reader.at("channel"));
+    link.rssi = static_cast<std::int32_t>(reader.at("rssi").integer(-127, 0));
+    return link;
+}
+
 Connection readConnection(const JsonReader& reader) {
     reader.expectKeys({"ssid", "ssidHex", "profile", "quality", "rxRate", "txRate", "phyIndex",
-                       "channel", "links", "linkFrequencyInKhz", "heardUntilMs"});
+                       "channel", "links", "linkFrequencyInKhz", "otherLinks", "heardUntilMs"});
     Connection connection;
     connection.ssid = readSsid(reader);
     reader.optional("profile", connection.profile, readName);
@@ -296,6 +304,7 @@ Connection readConnection(const JsonReader& reader) {
     reader.optional("links", connection.links, readFlag);
     reader.optional("linkFrequencyInKhz", connection.linkFrequencyInKhz, readFlag);
     reader.optional("heardUntilMs", connection.heardUntil, readMilliseconds);
+    reader.optional("otherLinks", connection.otherLinks, arrayOf(readLink));
     return connection;
 }
 

@@ -383,18 +383,29 @@ LONG View::connectionLevel() const {
 
 Bytes View::linkQualities() const {
     const Connection& connection = *m_facts.connection;
-    WLAN_REALTIME_CONNECTION_QUALITY quality{};
-    quality.dot11PhyType = connectionAttributes().wlanAssociationAttributes.dot11PhyType;
-    quality.ulLinkQuality = connectionQuality();
-    quality.ulRxRate = connection.rxRate;
-    quality.ulTxRate = connection.txRate;
-    quality.ulNumLinks = 1;
-    WLAN_REALTIME_CONNECTION_QUALITY_LINK_INFO& link = quality.linksInfo[0];
-    const ULONG kHz = centreFrequency(connection.channel);
-    link.ulChannelCenterFrequencyMhz = connection.linkFrequencyInKhz ? kHz : kHz / 1000;
-    link.ulBandwidth = 20;
-    link.lRssi = connectionLevel();
-    return blockOf(quality);
+    std::vector<WLAN_REALTIME_CONNECTION_QUALITY_LINK_INFO> links;
+    const auto add = [&](std::uint32_t channel, LONG level) {
+        WLAN_REALTIME_CONNECTION_QUALITY_LINK_INFO& link = links.emplace_back();
+        const ULONG kHz = centreFrequency(channel);
+        link.ucLinkID = static_cast<UCHAR>(links.size() - 1);
+        link.ulChannelCenterFrequencyMhz = connection.linkFrequencyInKhz ? kHz : kHz / 1000;
+        link.ulBandwidth = 20;
+        link.lRssi = level;
+    };
+    add(connection.channel, connectionLevel());
+    for (const Connection::Link& other : connection.otherLinks) {
+        add(other.channel, other.rssi);
+    }
+    Bytes block = listBlock(offsetof(WLAN_REALTIME_CONNECTION_QUALITY, ulNumLinks),
+                            offsetof(WLAN_REALTIME_CONNECTION_QUALITY, linksInfo), links);
+    using Quality = WLAN_REALTIME_CONNECTION_QUALITY;
+    place(block, offsetof(Quality, dot11PhyType),
+          static_cast<DWORD>(connectionAttributes().wlanAssociationAttributes.dot11PhyType));
+    place(block, offsetof(Quality, ulLinkQuality), connectionQuality());
+    place(block, offsetof(Quality, ulRxRate), connection.rxRate);
+    place(block, offsetof(Quality, ulTxRate), connection.txRate);
+    place(block, offsetof(Quality, bIsMLOConnection), DWORD{links.size() > 1 ? 1U : 0U});
+    return block;
 }
 
 Bytes View::connectionChains() const {

@@ -1,8 +1,8 @@
 # The radios: which there are, access points, levels. Radio N is phyN with the interface wlanN.
 
 # Access points first, then a station for each case.
-FIRST_STATION=13
-RADIOS=32
+FIRST_STATION=15
+RADIOS=36
 # One with five channels of 5 GHz, all without radar: a scan takes 1.5 s. A large band takes 5 s,
 # and a connected station 13 s, longer than the test waits for a forced scan.
 COUNTRY=BD
@@ -46,6 +46,8 @@ CHANGING=9
 ENDING=10
 KILLED=11
 LATE=12
+MEASURED=13
+DYING=14
 
 start_access_points() {
     mkdir -p "$RESULTS/access-points"
@@ -61,4 +63,6 @@ start_access_points() {
     access_point changing "$CHANGING" 10 -60 ssid=Changing
     access_point ending "$ENDING" 11 -64 "ssid2=$ZERO"
     access_point killed "$KILLED" 12 -58 ssid=Killed
+    access_point measured "$MEASURED" 13 -75 ssid=Measured
+    access_point dying "$DYING" 3 -60 ssid=Dying
 }

@@ -33,6 +33,8 @@ readings::SamplingPlan levelPlan() {
                    .failing = numberOf(parameters::failingLevel),
                    .guardBand = numberOr(parameters::guardBand, 0)};
     plan.offset = numberOr(parameters::offset, 0);
+    // Spread and drift over the time that Samples asks for.
+    plan.mayEndEarly = !parameters::maxSpread->isSet() && !parameters::maxDrift->isSet();
     return plan;
 }
 

@@ -7,6 +7,7 @@
 #include <nativewifi/Ssid.h>
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace readings {
@@ -40,6 +41,9 @@ constexpr ULONG KHZ_PER_MHZ = 1000;
 // No centre frequency has so many MHz, and every one has more kHz.
 constexpr ULONG HIGHEST_MHZ = 100'000;
 
+// The standard has 15 link numbers.
+constexpr ULONG MOST_LINKS = 15;
+
 std::uint32_t mhzOf(ULONG frequency) {
     return frequency > HIGHEST_MHZ ? frequency / KHZ_PER_MHZ : frequency;
 }
@@ -60,17 +64,68 @@ bool LevelSource::isLevel(LONG dbm) {
     return good;
 }
 
+// The frequency on which the list has `bssid` under the connection's name; nothing when it has not,
+// or when another radio of that name is on the same frequency.
+std::optional<std::uint32_t> LevelSource::listedMhz(const std::string& ssid, const Bssid& bssid) {
+    WlanMemory<WLAN_BSS_LIST> list;
+    api().WlanGetNetworkBssList(m_client.get(), &m_guid, nullptr, dot11_BSS_type_any, FALSE,
+                                nullptr, out(list));
+    std::map<std::uint32_t, std::set<Bssid>> radios;
+    std::optional<std::uint32_t> found;
+    for (DWORD i = 0; list && i < list->dwNumberOfItems; ++i) {
+        const WLAN_BSS_ENTRY& entry = list->wlanBssEntries[i];
+        if (nativewifi::ssidBytes(entry.dot11Ssid) != ssid) {
+            continue;
+        }
+        const std::uint32_t mhz = mhzOf(entry.ulChCenterFrequency);
+        radios[mhz].insert(bssidOf(entry.dot11Bssid));
+        if (bssidOf(entry.dot11Bssid) == bssid) {
+            found = mhz;
+        }
+    }
+    return found && radios[*found].size() == 1 ? found : std::nullopt;
+}
+
+// Of several links the structure tells the frequencies and no addresses: an address is looked up
+// in the list, a band is that of one link alone.
 std::optional<Reading> LevelSource::ofLink(Reading reading) {
-    const auto quality = query<WLAN_REALTIME_CONNECTION_QUALITY>(
-        m_client.get(), m_guid, wlan_intf_opcode_realtime_connection_quality);
-    // One link: with several, the address of the connection does not tell which is which.
-    if (!quality || quality->ulNumLinks != 1) {
+    const auto ask = [this](std::size_t links) {
+        return query<WLAN_REALTIME_CONNECTION_QUALITY>(
+            m_client.get(), m_guid, wlan_intf_opcode_realtime_connection_quality,
+            offsetof(WLAN_REALTIME_CONNECTION_QUALITY, linksInfo) +
+                links * sizeof(WLAN_REALTIME_CONNECTION_QUALITY_LINK_INFO));
+    };
+    auto quality = ask(1);
+    const ULONG count = quality ? std::min(quality->ulNumLinks, MOST_LINKS) : 0;
+    if (count > 1) {
+        quality = ask(count);
+    }
+    if (!quality || count == 0 || quality->ulNumLinks < count) {
         return std::nullopt;
     }
-    const WLAN_REALTIME_CONNECTION_QUALITY_LINK_INFO& link = quality->linksInfo[0];
+    const WLAN_REALTIME_CONNECTION_QUALITY_LINK_INFO* const links = quality->linksInfo;
+    const auto mhzOfLink = [](const WLAN_REALTIME_CONNECTION_QUALITY_LINK_INFO& link) {
+        return mhzOf(link.ulChannelCenterFrequencyMhz);
+    };
+    const auto* chosen = links;
+    if (count > 1) {
+        // 0: the list does not tell.
+        const std::uint32_t listed =
+            m_target.bssid ? listedMhz(reading.ssid, *m_target.bssid).value_or(0) : 0;
+        const auto isMeant = [&](const WLAN_REALTIME_CONNECTION_QUALITY_LINK_INFO& link) {
+            const std::uint32_t mhz = mhzOfLink(link);
+            return m_target.bssid ? listed != 0 && listed == mhz
+                                  : m_target.band && nativewifi::bandOf(mhz) == m_target.band;
+        };
+        if (std::count_if(links, links + count, isMeant) != 1) {
+            return std::nullopt;
+        }
+        chosen = std::find_if(links, links + count, isMeant);
+        reading.bssid = m_target.bssid.value_or(reading.bssid);
+    }
     reading.source = Source::LINK;
-    reading.dbm = link.lRssi;
-    reading.mhz = mhzOf(link.ulChannelCenterFrequencyMhz);
+    reading.dbm = chosen->lRssi;
+    reading.mhz = mhzOfLink(*chosen);
     return reading;
 }
 
@@ -86,13 +141,12 @@ std::optional<Reading> LevelSource::ofConnection() {
                     .source = Source::CONNECTION,
                     .bssid = bssidOf(association.dot11Bssid),
                     .ssid = std::string(nativewifi::ssidBytes(association.dot11Ssid))};
-    Target anyBand = m_target;
-    anyBand.band.reset();
-    if (!anyBand.matches(reading.ssid, reading.bssid, 0)) {
+    if (m_target.ssid && *m_target.ssid != reading.ssid) {
         return std::nullopt;
     }
+    // A target's address can be that of another link than the one that the connection names.
     std::optional<Reading> found = ofLink(reading);
-    if (!found) {
+    if (!found && (!m_target.bssid || *m_target.bssid == reading.bssid)) {
         const auto level = query<LONG>(m_client.get(), m_guid, wlan_intf_opcode_rssi);
         if (!level) {
             return std::nullopt;
@@ -101,7 +155,7 @@ std::optional<Reading> LevelSource::ofConnection() {
         found = reading;
     }
     // Where the system does not tell the connection's frequency, the list decides about a band.
-    if (!m_target.matches(found->ssid, found->bssid, found->mhz)) {
+    if (!found || !m_target.matches(found->ssid, found->bssid, found->mhz)) {
         return std::nullopt;
     }
     return found;

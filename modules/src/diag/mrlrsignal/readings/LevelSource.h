@@ -72,6 +72,7 @@ public:
 private:
     std::optional<Reading> ofConnection();
     std::optional<Reading> ofLink(Reading reading);
+    std::optional<std::uint32_t> listedMhz(const std::string& ssid, const Bssid& bssid);
     bool addConnection(Look& look);
     bool isHeard();
     void scanIfDue(Look& look);
