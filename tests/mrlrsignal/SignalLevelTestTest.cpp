@@ -177,6 +177,9 @@ TEST_F(SignalLevelVerdicts, RefuseParametersThatDoNotGoTogether) {
     EXPECT_THAT(findings(), IsEmpty());
     give({{parameters::guardBand, "2.5"}});
     EXPECT_THAT(findings(), ElementsAre("CHECK_GUARD_BAND_TOO_WIDE"));
+    // Guard bands that touch, in numbers whose difference is a little less than twice one of them.
+    give({{parameters::warningLevel, "-69.4"}, {parameters::guardBand, "0.3"}});
+    EXPECT_THAT(findings(), IsEmpty());
     give({{parameters::warningLevel, ""}, {parameters::failingLevel, ""}});
     EXPECT_THAT(findings(), ElementsAre("CHECK_NO_LIMIT"));
 }

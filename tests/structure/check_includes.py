@@ -66,7 +66,8 @@ ARROWS = {
     "contract": {"mrl", "nativewifi", "capture"},
     "dialogprobe": {"mrl"},
     "radiovm": {"mrl", "nativewifi"},
-    "module": {"mrl", "nativewifi", "tesk5", "networkadapters"},
+    "module": {"mrl", "nativewifi", "tesk5", "networkadapters", "statistics", "readings", "gauge",
+               "tolerance", "calibration"},
     "module's Win32 half": {"mrl", "nativewifi", "tesk5", "networkadapters", "module", "libmfc",
                             "libUikit"},
     "statistics": set(),
@@ -173,10 +174,10 @@ def component_of(path):
     """The component that the file `path` (below the root, with slashes) belongs to, or None."""
     if MODULE_WIN32.match(path) or path == MODULE_OBJECTS:
         return "module's Win32 half"
-    for name, (folder, _) in COMPONENTS.items():
-        if path.startswith(folder + "/"):
-            return name
-    return None
+    # The innermost folder: the module's libraries lie inside the module.
+    names = [name for name, (folder, _) in COMPONENTS.items()
+             if name != "module's Win32 half" and path.startswith(folder + "/")]
+    return max(names, key=lambda name: len(COMPONENTS[name][0]), default=None)
 
 
 def room_of(root, path):

@@ -15,6 +15,7 @@ ADAPTERS = "common/src/libnetworkadapters"
 MFC = "common/src/libmfc"
 UIKIT = "common/src/libuikit"
 MODULE = "modules/src/windows/diag/mrlrantenna"
+SIGNAL = "modules/src/diag/mrlrsignal"
 RADIOSIM = "tools/radiosim"
 DIALOGPROBE = "tools/dialogprobe"
 
@@ -61,7 +62,10 @@ class Arrows(Tree):
         "libUikit": (f"{UIKIT}/src/A.cpp", "libUikit/PngControl.h", "mrl libmfc"),
         "radiosim": (f"{RADIOSIM}/src/A.cpp", "radiosim/Engine.h", "mrl nativewifi"),
         "dialogprobe": (f"{DIALOGPROBE}/A.cpp", None, "mrl"),
-        "module": (f"{MODULE}/WirelessDevice.cpp", None, "mrl nativewifi tesk5 networkadapters"),
+        "module": (f"{MODULE}/WirelessDevice.cpp", None,
+                   "mrl nativewifi tesk5 networkadapters statistics gauge"),
+        "statistics": (f"{SIGNAL}/statistics/A.cpp", "statistics/Robust.h", ""),
+        "gauge": (f"{SIGNAL}/gauge/A.cpp", "gauge/Study.h", "statistics"),
         "module's Win32 half": (f"{MODULE}/mrlrantennaDlg.cpp", None,
                                 "mrl nativewifi tesk5 networkadapters libmfc libUikit"),
     }

@@ -2,7 +2,7 @@
 // process was killed while it wrote, or the place is taken.
 #include "FrameworkTest.h"
 
-#include <reports/ReportFile.h>
+#include <tesk5/ReportFile.h>
 
 #ifndef _WIN32
 #include <support/FullDisk.h>

@@ -2,8 +2,7 @@
 // one.
 #include "FrameworkTest.h"
 
-#include <reports/ReportFile.h>
-
+#include <tesk5/ReportFile.h>
 #include <tesk5/TeskException.h>
 
 #include <mrl/System.h>

@@ -24,6 +24,8 @@ constexpr const char* DBM = "dBm";
 constexpr const char* DECIBEL = "dB";
 constexpr int LOWEST = -110;
 constexpr int HIGHEST = -10;
+// Of differences of decimals: guard bands that touch do not overlap.
+constexpr double ROUNDING_ERROR = 1e-9;
 // A drift that readings without one would show in one run of twenty is none.
 constexpr double DRIFT_SIGNIFICANCE = 0.05;
 
@@ -160,7 +162,7 @@ tesk5::Findings checkLevelParameters(bool complete) {
                                          {"GuardBand", quantityOf(parameters::guardBand)}};
         if (*failing > *warning) {
             refuse("CHECK_LEVELS_SWAPPED", levels);
-        } else if (2 * numberOr(parameters::guardBand, 0) > *warning - *failing &&
+        } else if (2 * numberOr(parameters::guardBand, 0) > *warning - *failing + ROUNDING_ERROR &&
                    *failing != *warning) {
             refuse("CHECK_GUARD_BAND_TOO_WIDE", levels);
         }

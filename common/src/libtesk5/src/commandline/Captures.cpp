@@ -2,10 +2,10 @@
 
 #include <tesk5/BadInput.h>
 #include <tesk5/ModuleInfo.h>
+#include <tesk5/ReportFile.h>
 #include <tesk5/Texts.h>
 
 #include "console/Console.h"
-#include "reports/ReportFile.h"
 #include "texts/SystemReason.h"
 
 #include <mrl/Files.h>

@@ -4,6 +4,7 @@
 
 #include <tesk5/BadInput.h>
 #include <tesk5/ModuleInfo.h>
+#include <tesk5/ReportFile.h>
 #include <tesk5/TeskException.h>
 #include <tesk5/Texts.h>
 
@@ -15,7 +16,6 @@
 #include "console/ListOutput.h"
 #include "devices/DeviceFile.h"
 #include "reports/EventStream.h"
-#include "reports/ReportFile.h"
 #include "reports/ReportKinds.h"
 #include "run/Doctor.h"
 #include "run/InterruptWatch.h"

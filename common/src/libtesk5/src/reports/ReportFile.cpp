@@ -1,4 +1,4 @@
-#include "reports/ReportFile.h"
+#include <tesk5/ReportFile.h>
 
 #include <tesk5/BadInput.h>
 #include <tesk5/TeskException.h>

@@ -81,7 +81,7 @@ NormalFit fitNormal(statistics::Readings levels) {
         fit.pValue = normalPValue(levels.size(), fit.statistic);
         return fit;
     }
-    const double step = statistics::step(levels);
+    const double step = std::min(statistics::step(levels), COARSEST_STEP);
     const double mean = statistics::mean(levels);
     const double deviation = statistics::standardDeviation(levels);
     // Rounding adds a twelfth of the squared step to the variance.

@@ -26,7 +26,11 @@ struct NormalFit {
     bool isRefused() const { return pValue < REFUSAL_LEVEL; }
 };
 
-/// The fit of at least 8 levels that are not all the same.
+/// Levels come in steps of at most this many dB: drivers give whole numbers. A greater difference
+/// between neighbouring levels is a gap.
+inline constexpr double COARSEST_STEP = 1;
+
+/// The fit of at least 8 levels, in dBm, that are not all the same.
 ///
 /// Rounded levels come in steps, which the published p values take for a misfit. Where levels are
 /// equal, the statistic is therefore compared with those of 999 normal samples of the same mean and

@@ -1,0 +1,42 @@
+#include "CommandOptions.h"
+
+#include <tesk5/Number.h>
+#include <tesk5/Texts.h>
+
+using tesk5::BadInput;
+using tesk5::CommandCall;
+using tesk5::message;
+using tesk5::Number;
+
+std::string givenOption(const CommandCall& call, const char* name) {
+    const auto found = call.options.find(name);
+    return found == call.options.end() ? std::string() : found->second;
+}
+
+std::string neededOption(const CommandCall& call, const char* name, const char* command) {
+    std::string text = givenOption(call, name);
+    if (text.empty()) {
+        throw BadInput{message("COMMAND_NEEDS_FROM", {{"Command", command}})};
+    }
+    return text;
+}
+
+std::optional<double> decimalOption(const CommandCall& call, const char* name, int greatest,
+                                    const char* refusal) {
+    const std::string text = givenOption(call, name);
+    if (text.empty()) {
+        return std::nullopt;
+    }
+    const std::optional<Number> number = Number::parse(text);
+    if (!number || *number < Number(0) || *number > Number(greatest)) {
+        throw BadInput{message(refusal, {{"Text", text}, {"Greatest", greatest}})};
+    }
+    return number->toDouble();
+}
+
+void printLines(tesk5::RunContext& context, const std::vector<std::string>& lines,
+                const char* indent) {
+    for (const std::string& line : lines) {
+        context.output << indent << line << "\n";
+    }
+}

@@ -1,0 +1,252 @@
+#include "LimitsCommand.h"
+
+#include "CommandOptions.h"
+#include "StudyFile.h"
+#include "TableFile.h"
+
+#include <tesk5/Number.h>
+#include <tesk5/ReportFile.h>
+#include <tesk5/RunContext.h>
+#include <tesk5/Texts.h>
+
+#include <tolerance/Proposal.h>
+
+#include <cmath>
+#include <set>
+
+namespace {
+
+using tesk5::BadInput;
+using tesk5::CommandCall;
+using tesk5::message;
+using tesk5::Number;
+using tesk5::quantity;
+using tesk5::Value;
+using tolerance::Method;
+using tolerance::Proposal;
+using tolerance::ProposalOptions;
+using tolerance::ProposedLimit;
+
+constexpr const char* BAD = "--bad";
+constexpr const char* GUARD_BAND = "--guard-band";
+constexpr const char* STUDY = "--study";
+constexpr const char* OUT = "--out";
+constexpr int WIDEST_GUARD_BAND = 20;
+// A unit that is just on a limit is measured further away than this in 5 % of all cases on either
+// side (JCGM 106:2012, annex A).
+constexpr double GUARD_FACTOR = 1.645;
+// Numbers outside are no levels: what drivers write for "none", or percent.
+constexpr double LOWEST = -120;
+constexpr double HIGHEST = 0;
+
+Value level(double dbm) {
+    return quantity(Number::rounded(dbm, 1), "dBm");
+}
+
+Value decibels(double number) {
+    return quantity(Number::rounded(number, 1), "dB");
+}
+
+Value percent(double share) {
+    return quantity(Number::rounded(100 * share, 1), "%");
+}
+
+// A promise: whole percents.
+Value wholePercent(double share) {
+    return quantity(Number::rounded(100 * share, 0), "%");
+}
+
+// The levels of a file, one a unit.
+std::vector<double> levelsIn(const std::string& path) {
+    const TableFile file(path);
+    const std::size_t column = file.column(levelColumns());
+    std::vector<double> levels = file.numbers(column);
+    const std::optional<std::size_t> units = file.table().column({"unit", "serial"});
+    std::set<std::string> known;
+    for (std::size_t row = 0; row < levels.size(); ++row) {
+        if (levels[row] <= LOWEST || levels[row] >= HIGHEST) {
+            file.refuse(row, column, "TABLE_NO_LEVEL");
+        }
+        if (units && *units != column && !known.insert(file.table().text(row, *units)).second) {
+            file.refuse(row, *units, "TABLE_UNIT_TWICE");
+        }
+    }
+    return levels;
+}
+
+// The sentences about one limit, for the console and the comments of the file alike.
+std::vector<std::string> sentencesAbout(const ProposedLimit& limit, const char* parameter,
+                                        std::size_t good) {
+    const tolerance::LowerLimit& tolerance = limit.tolerance;
+    std::vector<std::string> lines;
+    lines.push_back(
+        message("LIMITS_LEVEL", {{"Parameter", parameter},
+                                 {"Level", level(limit.level)},
+                                 {"Share", wholePercent(tolerance.promise.share)},
+                                 {"Limit", level(tolerance.level)},
+                                 {"Confidence", wholePercent(tolerance.promise.confidence)}}));
+    lines.push_back(tolerance.method == Method::NORMAL
+                        ? message("LIMITS_BY_NORMAL",
+                                  {{"Factor", quantity(Number::rounded(tolerance.factor, 2), "")}})
+                        : message("LIMITS_BY_RANK", {{"Rank", tolerance.rank}}));
+    lines.push_back(message("LIMITS_STOPS_GOOD", {{"StopsBelow", level(limit.stopsBelow)},
+                                                  {"Stopped", limit.goodStopped},
+                                                  {"Units", good},
+                                                  {"Low", percent(limit.ofGood.low)},
+                                                  {"High", percent(limit.ofGood.high)}}));
+    if (limit.ofNormalGood) {
+        lines.push_back(
+            message("LIMITS_STOPS_NORMAL", {{"Share", percent(limit.ofNormalGood->value)},
+                                            {"Low", percent(limit.ofNormalGood->low)},
+                                            {"High", percent(limit.ofNormalGood->high)}}));
+    }
+    if (limit.ofBad) {
+        lines.push_back(message("LIMITS_STOPS_BAD", {{"Share", percent(limit.ofBad->value)},
+                                                     {"Low", percent(limit.ofBad->low)},
+                                                     {"High", percent(limit.ofBad->high)}}));
+    }
+    return lines;
+}
+
+std::vector<std::string> sentencesAbout(const Proposal& proposal, const tolerance::Promise& warning,
+                                        std::size_t good) {
+    std::vector<std::string> lines;
+    lines.push_back(message("LIMITS_UNITS", {{"Count", good},
+                                             {"Mean", level(proposal.mean)},
+                                             {"Deviation", decibels(proposal.deviation)}}));
+    if (proposal.deviation <= 0) {
+        lines.push_back(message("LIMITS_ALL_SAME"));
+        return lines;
+    }
+    lines.push_back(message(proposal.isNormal ? "LIMITS_NORMAL" : "LIMITS_NOT_NORMAL",
+                            {{"P", quantity(Number::rounded(proposal.fit.pValue, 3), "")}}));
+    const std::size_t needed = tolerance::unitsNeeded(1, warning);
+    if (proposal.isNormal && good < needed) {
+        lines.push_back(
+            message("LIMITS_SHORT_OF_TEST", {{"Needed", needed}, {"Missing", needed - good}}));
+    }
+    return lines;
+}
+
+std::string commented(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines) {
+        text += "# " + line + "\n";
+    }
+    return text;
+}
+
+std::string setting(const char* parameter, double value) {
+    return std::string(parameter) + " = " + Number::rounded(value, 1).text() + "\n";
+}
+
+class LimitsRun {
+public:
+    LimitsRun(const CommandCall& call, tesk5::RunContext& context)
+        : m_context(context), m_out(givenOption(call, OUT)) {
+        const std::string from = neededOption(call, FROM_OPTION, "limits");
+        m_good = levelsIn(from);
+        if (m_good.size() < tolerance::FEWEST_UNITS) {
+            throw BadInput{message(
+                "LIMITS_TOO_FEW",
+                {{"File", from}, {"Least", tolerance::FEWEST_UNITS}, {"Count", m_good.size()}})};
+        }
+        if (const std::string bad = givenOption(call, BAD); !bad.empty()) {
+            m_bad = levelsIn(bad);
+        }
+        chooseGuardBand(call);
+    }
+
+    int run() {
+        const Proposal proposal = tolerance::propose(m_good, m_bad, m_options);
+        std::optional<tesk5::ReportFile> file;
+        if (proposal.warning && !m_out.empty()) {
+            file.emplace(m_out);
+        }
+        std::vector<std::string> head = sentencesAbout(proposal, m_options.warning, m_good.size());
+        head.insert(head.end(), m_aboutGuardBand.begin(), m_aboutGuardBand.end());
+        printLines(m_context, head);
+        std::string text = commented(head) + "\n[parameters]\n";
+        text +=
+            add(proposal.warning, proposal.missingForWarning, m_options.warning, "WarningLevel");
+        text +=
+            add(proposal.failing, proposal.missingForFailing, m_options.failing, "FailingLevel");
+        if (!proposal.warning) {
+            return NOTHING_FOUND;
+        }
+        if (file) {
+            file->replace(text + setting("GuardBand", m_options.guardBand));
+            printLines(m_context, {message("COMMAND_WRITTEN", {{"File", m_out}})});
+        }
+        return 0;
+    }
+
+private:
+    static constexpr int NOTHING_FOUND = 1;
+
+    // A given guard band comes before that of a study.
+    void chooseGuardBand(const CommandCall& call) {
+        const std::optional<double> given =
+            decimalOption(call, GUARD_BAND, WIDEST_GUARD_BAND, "LIMITS_GUARD_BAND_REFUSED");
+        const std::string study = givenOption(call, STUDY);
+        if (given || study.empty()) {
+            m_options.guardBand = given.value_or(0);
+            return;
+        }
+        const double deviation = gaugeDeviation(study);
+        m_options.guardBand = std::ceil(GUARD_FACTOR * deviation * 10) / 10;
+        m_aboutGuardBand.push_back(
+            message("LIMITS_GUARD_BAND", {{"GuardBand", decibels(m_options.guardBand)},
+                                          {"Deviation", decibels(deviation)},
+                                          {"Study", study}}));
+    }
+
+    // Shows what is known about a limit; returns its part of the file.
+    std::string add(const std::optional<ProposedLimit>& limit, std::size_t missing,
+                    const tolerance::Promise& promise, const char* parameter) {
+        if (!limit) {
+            const std::string line =
+                message("LIMITS_MISSING", {{"Parameter", parameter},
+                                           {"Share", wholePercent(promise.share)},
+                                           {"Confidence", wholePercent(promise.confidence)},
+                                           {"Missing", missing}});
+            printLines(m_context, {line});
+            return commented({line});
+        }
+        const std::vector<std::string> lines = sentencesAbout(*limit, parameter, m_good.size());
+        printLines(m_context, {lines.front()});
+        printLines(m_context, {lines.begin() + 1, lines.end()}, "  ");
+        return commented(lines) + setting(parameter, limit->level);
+    }
+
+    tesk5::RunContext& m_context;
+    std::string m_out;
+    std::vector<double> m_good;
+    std::vector<double> m_bad;
+    std::vector<std::string> m_aboutGuardBand;
+    ProposalOptions m_options;
+};
+
+int runLimits(const CommandCall& call, tesk5::RunContext& context) {
+    return LimitsRun(call, context).run();
+}
+
+} // namespace
+
+tesk5::ModuleCommand limitsCommand() {
+    return {.name = "limits",
+            .arguments = "",
+            .help = "HELP_LIMITS",
+            .examples = {"limits --from good.csv --out limits.toml",
+                         "limits --from good.csv --bad bad.csv --guard-band 1.5"},
+            .run = &runLimits,
+            .options = {{FROM_OPTION, "FILE", "HELP_FROM", FROM_EXAMPLE},
+                        {BAD, "FILE", "HELP_BAD", "limits --from good.csv --bad bad.csv"},
+                        {GUARD_BAND, "DB", "HELP_GUARD_BAND",
+                         "limits --from good.csv --guard-band 1.5"},
+                        {STUDY, "FILE", "HELP_GUARD_STUDY",
+                         "limits --from good.csv --study bench.study.json"},
+                        {OUT, "FILE", "HELP_OUT", "limits --from good.csv --out limits.toml"}},
+            .parameters = {},
+            .test = nullptr};
+}

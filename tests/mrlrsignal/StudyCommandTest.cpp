@@ -1,0 +1,173 @@
+// A study from a table: what people read, what programs read, and what is refused.
+#include "StudyCommand.h"
+
+#include "MeasurementCommand.h"
+#include "TextbookStudy.h"
+
+#include <mrl/Json.h>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+namespace test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+// The textbook's study as a German spreadsheet exports it.
+std::string textbookTable() {
+    std::string text = "Part;Operator;Level\r\n";
+    for (std::size_t op = 0; op < 3; ++op) {
+        for (std::size_t part = 0; part < 10; ++part) {
+            for (const double value : TEXTBOOK_READINGS[op][part]) {
+                std::string number = std::to_string(value);
+                std::replace(number.begin(), number.end(), '.', ',');
+                text += std::to_string(part + 1) + ";" + "ABC"[op] + ";" + number + "\r\n";
+            }
+        }
+    }
+    return text;
+}
+
+class StudyCommands : public MeasurementCommand {
+protected:
+    int study(const Options& options) { return call(studyCommand(), options); }
+    std::string refusal(std::string_view table) {
+        return refusalOf(studyCommand(), {{"--from", fileWith(table)}});
+    }
+};
+
+TEST_F(StudyCommands, ShowTheFiguresOfTheTextbook) {
+    EXPECT_EQ(study({{"--from", fileWith(textbookTable())}}), 0);
+    EXPECT_THAT(output(), HasSubstr("Parts: 10, operators: 3, trials: 3."));
+    EXPECT_THAT(output(), HasSubstr("Gauge (GRR)        0.302 "));
+    EXPECT_THAT(output(), HasSubstr("27.9%"));
+    EXPECT_THAT(output(), HasSubstr("Interaction: F = 0.43, p = 0.974"));
+    EXPECT_THAT(output(), HasSubstr("above 0.25"));
+    EXPECT_THAT(output(), HasSubstr("Cannot tell parts apart"));
+    EXPECT_THAT(output(), HasSubstr("tells apart: 4 (at least 5 are needed)"));
+    EXPECT_THAT(output(), Not(HasSubstr("tolerance")));
+}
+
+TEST_F(StudyCommands, WriteTheSameForPrograms) {
+    const std::string file = outputFile("study.json");
+    EXPECT_EQ(
+        study({{"--from", fileWith(textbookTable())}, {"--tolerance", "20"}, {"--file", file}}), 0);
+    EXPECT_THAT(output(), HasSubstr("Against the tolerance: good"));
+    const mrl::Json json = mrl::parseJson(bytesOfFile(file));
+    EXPECT_EQ(json["studyVersion"], 1);
+    EXPECT_EQ(json["anova"]["interactionPooled"], true);
+    EXPECT_NEAR(json["variations"]["repeatability"]["deviation"]["value"].get<double>(), 0.199933,
+                1e-6);
+    EXPECT_EQ(json["categories"]["count"], 4);
+    EXPECT_EQ(json["rating"]["inStudy"], "unusable");
+    EXPECT_EQ(json["rating"]["inTolerance"], "good");
+    EXPECT_EQ(json["readings"].size(), 30U);
+    EXPECT_EQ(json["readings"][1]["operator"], "B");
+    EXPECT_EQ(json["readings"][1]["levels"], mrl::Json({0.08, 0.25, 0.07}));
+}
+
+TEST_F(StudyCommands, WarnWhereAssumptionsFail) {
+    std::string table = "part,level\n";
+    for (int part = 0; part < 5; ++part) {
+        for (int trial = 0; trial < 5; ++trial) {
+            table += std::to_string(part) + "," + std::to_string(-50 - part - trial) + "\n";
+        }
+    }
+    EXPECT_EQ(study({{"--from", fileWith(table)}}), 0);
+    EXPECT_THAT(output(), HasSubstr("operators: 1"));
+    EXPECT_THAT(output(), HasSubstr("drift by -1.00"));
+    EXPECT_THAT(output(), Not(HasSubstr("Interaction: F")));
+
+    table = "part,level\n";
+    for (int part = 0; part < 5; ++part) {
+        for (int trial = 0; trial < 5; ++trial) {
+            table += std::to_string(part) + "," + std::to_string(-50 - part) + "\n";
+        }
+    }
+    EXPECT_EQ(study({{"--from", fileWith(table)}}), 0);
+    EXPECT_THAT(output(), HasSubstr("too coarse for their scatter"));
+}
+
+TEST_F(StudyCommands, RefuseStudiesWithMissingCells) {
+    EXPECT_THAT(refusal("part,operator,level\n1,A,-50\n1,A,-51\n2,A,-52\n"),
+                HasSubstr("readings of part \"2\" by operator \"A\": 1, in other cells: 2"));
+    EXPECT_THAT(refusal("part,operator,level\n1,A,-50\n1,A,-51\n2,B,-52\n2,B,-52\n"),
+                HasSubstr("readings of part \"1\" by operator \"B\": 0"));
+    EXPECT_THAT(refusal("part,operator,level\n1,A,-50\n1,A,-51\n"), HasSubstr("at least 2 parts"));
+    EXPECT_THAT(refusal("part,level\n1,-50\n2,-51\n"), HasSubstr("2 trials"));
+}
+
+TEST_F(StudyCommands, RefuseWhatIsNoTable) {
+    EXPECT_THAT(refusal("part,operator,level\n1,A,good\n"), HasSubstr("line 2, column 5"));
+    EXPECT_THAT(refusal("operator,level\nA,-50\n"), HasSubstr("has no column \"part\""));
+    EXPECT_THAT(refusalOf(studyCommand(), {}), HasSubstr("study --from"));
+    EXPECT_THAT(
+        refusalOf(studyCommand(), {{"--from", fileWith(textbookTable())}, {"--tolerance", "wide"}}),
+        HasSubstr("is not a tolerance"));
+}
+
+// 26 readings about -50.1 dBm that scatter by 0.2 dB, in no order.
+std::string typeOneTable() {
+    std::string text = "level\n";
+    for (const char* pair : {"-50.3\n-49.9\n", "-49.9\n-50.3\n"}) {
+        for (int i = 0; i < 6; ++i) {
+            text += pair;
+        }
+    }
+    return text + "-50.1\n-50.1\n";
+}
+
+TEST_F(StudyCommands, OfOnePartSayWhetherTheGaugeIsOff) {
+    const std::string from = fileWith(typeOneTable());
+    EXPECT_EQ(study({{"--type1", "true"}, {"--reference", "-50"}, {"--from", from}}), 0);
+    EXPECT_THAT(output(), HasSubstr("26 readings: mean -50.10"));
+    EXPECT_THAT(output(), HasSubstr("Bias -0.10"));
+    EXPECT_THAT(output(), Not(HasSubstr("Cg")));
+    EXPECT_THAT(output(), Not(HasSubstr("Warning")));
+    const auto verdict = [&](const char* tolerance, const char* reference) {
+        study({{"--type1", "true"},
+               {"--reference", reference},
+               {"--tolerance", tolerance},
+               {"--from", from}});
+        return output();
+    };
+    EXPECT_THAT(verdict("20", "-50"), HasSubstr("Good: Cg and Cgk"));
+    EXPECT_THAT(verdict("20", "-51.9"), HasSubstr("but is off"));
+    EXPECT_THAT(verdict("20", "-51.9"), HasSubstr("outside all readings"));
+    EXPECT_THAT(verdict("4", "-50"), HasSubstr("scatters too much"));
+}
+
+TEST_F(StudyCommands, OfOnePartWarnOfReadingsThatAreNoIndependentOnes) {
+    std::string drifting = "level\n";
+    std::string same = drifting;
+    for (int i = 0; i < 30; ++i) {
+        drifting += std::to_string(-60 + i / 3) + "\n";
+        same += "-50\n";
+    }
+    const auto report = [this](const std::string& text) {
+        study({{"--type1", "true"}, {"--reference", "-55"}, {"--from", fileWith(text)}});
+        return output();
+    };
+    EXPECT_THAT(report(drifting), HasSubstr("drift by 9"));
+    EXPECT_THAT(report(drifting), HasSubstr("neighbouring readings are alike"));
+    EXPECT_THAT(report(same), HasSubstr("all readings are the same"));
+}
+
+TEST_F(StudyCommands, OfOnePartRefuseTooFewReadingsAndAReferenceThatIsNone) {
+    const std::string few = fileWith("level\n-50\n-51\n");
+    EXPECT_THAT(
+        refusalOf(studyCommand(), {{"--type1", "true"}, {"--reference", "-50"}, {"--from", few}}),
+        HasSubstr("at least 25 readings"));
+    for (const char* wrong : {"", "50", "-130", "x"}) {
+        EXPECT_THAT(refusalOf(studyCommand(),
+                              {{"--type1", "true"}, {"--reference", wrong}, {"--from", few}}),
+                    HasSubstr("--reference=-50"))
+            << wrong;
+    }
+}
+
+} // namespace
+} // namespace test
