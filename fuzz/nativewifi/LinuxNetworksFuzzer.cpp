@@ -4,6 +4,8 @@
 
 #include <Networks.h>
 
+#include <nativewifi/ChannelWidth.h>
+#include <nativewifi/DeviceTraces.h>
 #include <nativewifi/Ssid.h>
 
 #include <algorithm>
@@ -118,12 +120,29 @@ std::size_t checkStations(const std::vector<Bss>& heard, const DOT11_SSID* ssid)
     return count;
 }
 
+// What is read of the elements for people.
+void checkAnnounced(const Bss& bss) {
+    const Elements elements = readElements(bss.elements);
+    const std::uint32_t width = widthOf(elements);
+    require(width == 0 || (width >= 20 && width <= 320 && width % 20 == 0), "a width is one");
+    const std::vector<DOT11_AUTH_ALGORITHM> offered = authenticationsOf(elements, bss.capability);
+    require(!offered.empty() && std::set(offered.begin(), offered.end()).size() == offered.size(),
+            "each way to join is listed once");
+    require(elements.rsn.data() == nullptr ||
+                std::ranges::find(offered, securityOf(bss).authentication) != offered.end(),
+            "the strongest way to join is offered");
+    const DeviceTraces traces = deviceTracesOf(elements);
+    require(traces.nameBits <= 8, "an address has 8 lowest bits");
+    require(traces.colocated.size() <= 255, "each radio of a device has bytes");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::vector<Bss> heard = readStations(ByteSpan(data, size));
     std::erase_if(heard, [](const Bss& bss) { return !isFresh(bss, BOOT_TIME, FRESH_MS); });
     checkNetworks(heard);
+    std::ranges::for_each(heard, &checkAnnounced);
     checkStations(heard, nullptr);
     if (!heard.empty()) {
         const Bytes name = ssidOf(heard.front());

@@ -1,5 +1,7 @@
 #include "Client.h"
 
+#include <nativewifi/ChannelWidth.h>
+
 namespace radiosim {
 namespace {
 
@@ -59,9 +61,73 @@ TEST_F(BssList, StatesItsSizeAndKeepsTheInformationElementsInside) {
         ASSERT_LE(element + entry.ulIeSize, first + block->dwTotalSize);
         EXPECT_EQ(element[0], 0) << "the element of the name";
         EXPECT_EQ(element[1], entry.dot11Ssid.uSSIDLength);
-        EXPECT_EQ(std::string(element + 2, element + entry.ulIeSize), ssidText(entry.dot11Ssid));
+        EXPECT_EQ(std::string(element + 2, element + 2 + element[1]), ssidText(entry.dot11Ssid));
     }
     EXPECT_EQ(engine().liveBytes(), block->dwTotalSize);
+}
+
+// The elements of each entry, read.
+class AnnouncedElements : public BssList {
+protected:
+    std::vector<nativewifi::Elements> announced() {
+        EXPECT_EQ(bssList(m_block), ERROR_SUCCESS);
+        std::vector<nativewifi::Elements> all;
+        for (DWORD i = 0; m_block && i < m_block->dwNumberOfItems; ++i) {
+            const WLAN_BSS_ENTRY& entry = m_block->wlanBssEntries[i];
+            const auto* const begin =
+                reinterpret_cast<const std::uint8_t*>(&entry) + entry.ulIeOffset;
+            all.push_back(nativewifi::readElements({begin, entry.ulIeSize}));
+        }
+        return all;
+    }
+
+private:
+    nativewifi::WlanMemory<WLAN_BSS_LIST> m_block;
+};
+
+TEST_F(AnnouncedElements, SayTheSecurityOfTheNetwork) {
+    const std::pair<DOT11_AUTH_ALGORITHM, DOT11_CIPHER_ALGORITHM> kinds[] = {
+        {DOT11_AUTH_ALGO_WPA, DOT11_CIPHER_ALGO_TKIP},
+        {DOT11_AUTH_ALGO_WPA_PSK, DOT11_CIPHER_ALGO_TKIP},
+        {DOT11_AUTH_ALGO_RSNA, DOT11_CIPHER_ALGO_CCMP},
+        {DOT11_AUTH_ALGO_RSNA_PSK, DOT11_CIPHER_ALGO_CCMP},
+        {DOT11_AUTH_ALGO_WPA3_SAE, DOT11_CIPHER_ALGO_GCMP},
+        {DOT11_AUTH_ALGO_OWE, DOT11_CIPHER_ALGO_CCMP}};
+    std::vector<AccessPoint> accessPoints;
+    for (const auto& [auth, cipher] : kinds) {
+        accessPoints.push_back({.ssid = "Lab", .auth = auth, .cipher = cipher});
+    }
+    show(accessPoints);
+    const std::vector<nativewifi::Elements> all = announced();
+    ASSERT_EQ(all.size(), std::size(kinds));
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const nativewifi::Security security = nativewifi::securityOf(all[i], 0x11);
+        EXPECT_EQ(security.authentication, kinds[i].first);
+        EXPECT_EQ(security.cipher, kinds[i].second);
+    }
+}
+
+TEST_F(AnnouncedElements, SayTheWidthOfTheChannel) {
+    std::vector<Bss> radios;
+    for (const std::uint32_t width : {20U, 40U, 80U, 160U, 320U}) {
+        radios.push_back({.channel = 36, .width = width});
+    }
+    show({{.ssid = "Lab", .bss = radios}});
+    const std::vector<nativewifi::Elements> all = announced();
+    ASSERT_EQ(all.size(), radios.size());
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        EXPECT_EQ(nativewifi::widthOf(all[i]), radios[i].width);
+    }
+}
+
+TEST_F(AnnouncedElements, AreThoseOfTheScenarioWhereItHasSome) {
+    show({{.ssid = "Lab", .bss = {{{.elements = {{48, 1, 7}}}}}}});
+    const std::vector<nativewifi::Elements> all = announced();
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_EQ(all[0].ssid.size(), 3U);
+    ASSERT_EQ(all[0].rsn.size(), 1U);
+    EXPECT_EQ(all[0].rsn[0], 7);
+    EXPECT_TRUE(all[0].rates.empty());
 }
 
 TEST_F(BssList, HasOnlyTheNetworkThatIsAskedFor) {

@@ -80,7 +80,7 @@ TEST(ScenarioJson, ReadsAnAccessPointWithEveryKey) {
         "ssidLength": 40,
         "bss": [{"bssid": "02:00:00:00:00:ff", "linkQuality": 5, "rssi": -90, "channel": 14,
                  "phyType": "ofdm", "chains": [0, null, -12], "heardEveryMs": 200,
-                 "heardUntilMs": 9000}]})");
+                 "heardUntilMs": 9000, "width": 160, "elements": "30 00"}]})");
     EXPECT_EQ(read.ssid, "L\xC3\xA4"
                          "b");
     EXPECT_TRUE(read.hidden);
@@ -109,6 +109,8 @@ TEST(ScenarioJson, ReadsAnAccessPointWithEveryKey) {
     EXPECT_EQ((*read.bss)[0].chains,
               (std::vector<std::optional<std::int32_t>>{0, std::nullopt, -12}));
     EXPECT_EQ((*read.bss)[0].heardEvery, 200ms);
+    EXPECT_EQ((*read.bss)[0].width, 160U);
+    EXPECT_EQ((*read.bss)[0].elements, (std::vector<std::uint8_t>{0x30, 0}));
     EXPECT_EQ((*read.bss)[0].heardUntil, 9s);
     EXPECT_EQ((*read.bss)[0].channel, 14U);
     EXPECT_EQ((*read.bss)[0].phyType, 4);
@@ -313,6 +315,8 @@ const Refusal refusals[] = {
      "there is no such key here"},
     {"Bssid", bss(R"({"bssid": "02:00:00"})"), POINT + "/bss/0/bssid",
      "six bytes were expected, as in 02:00:00:00:00:01"},
+    {"Width", bss(R"({"width": 22})"), POINT + "/bss/0/width",
+     "a width of 20, 40, 80, 160 or 320 MHz was expected"},
     {"Channel", bss(R"({"channel": 0})"), POINT + "/bss/0/channel", outOfRange("0", "1", "233")},
     {"FaultFunction", fault(R"({"function": "WlanConnect", "code": 1})"), "/faults/0",
      "there is no function \"WlanConnect\""},

@@ -1,6 +1,8 @@
-// Makes the bytes of nl80211's messages and of information elements: as the kernel and access
-// points do, and, from the same pieces, as they should not. Linux only.
+// Makes the bytes of nl80211's messages: as the kernel does, and, from the same pieces, as it
+// should not. Linux only.
 #pragma once
+
+#include <support/ElementBytes.h>
 
 #include <linux/netlink.h>
 #include <linux/nl80211.h>
@@ -14,17 +16,7 @@
 
 namespace test::netlink {
 
-using Bytes = std::vector<std::uint8_t>;
-using Parts = std::vector<Bytes>;
-
-/// The parts one behind the other.
-inline Bytes join(const Parts& parts) {
-    Bytes all;
-    for (const Bytes& part : parts) {
-        all.insert(all.end(), part.begin(), part.end());
-    }
-    return all;
-}
+using namespace test::elements;
 
 /// An attribute that says `length` of itself, whatever it has, with its padding.
 inline Bytes attributeOfLength(unsigned type, std::size_t length, const Bytes& body) {
@@ -75,10 +67,6 @@ inline Bytes s32(unsigned type, std::int32_t value) {
     return number(type, value);
 }
 
-inline Bytes bytesOf(std::string_view text) {
-    return {text.begin(), text.end()};
-}
-
 /// A text with its terminator.
 inline Bytes text(unsigned type, std::string_view value) {
     Bytes body = bytesOf(value);
@@ -93,52 +81,6 @@ inline Bytes chains(unsigned type, const std::vector<int>& levels) {
         parts.push_back(s8(chain, levels[chain]));
     }
     return nested(type, parts);
-}
-
-/// An information element; of `body` as many bytes as the length can say.
-inline Bytes element(std::uint8_t id, Bytes body) {
-    body.resize(body.size() > 255 ? 255 : body.size());
-    const auto length = static_cast<std::uint8_t>(body.size());
-    body.insert(body.begin(), {id, length});
-    return body;
-}
-
-inline Bytes name(std::string_view ssid) {
-    return element(0, bytesOf(ssid));
-}
-
-/// Suites of the standard: 00-0F-AC and the number.
-inline Bytes suites(const std::vector<std::uint8_t>& numbers) {
-    Bytes bytes;
-    for (const std::uint8_t number : numbers) {
-        bytes.insert(bytes.end(), {0x00, 0x0F, 0xAC, number});
-    }
-    return bytes;
-}
-
-struct Rsn {
-    std::uint8_t group = 4;
-    std::vector<std::uint8_t> ciphers = {4};
-    std::vector<std::uint8_t> authentications = {2};
-    std::uint8_t capabilities = 0;
-};
-inline Bytes rsn(const Rsn& fields = {}) {
-    const auto count = [](const std::vector<std::uint8_t>& numbers) {
-        return Bytes{static_cast<std::uint8_t>(numbers.size()), 0};
-    };
-    return element(48, join({{1, 0},
-                             suites({fields.group}),
-                             count(fields.ciphers),
-                             suites(fields.ciphers),
-                             count(fields.authentications),
-                             suites(fields.authentications),
-                             {fields.capabilities, 0}}));
-}
-
-/// The vendor's element of the first WPA, with one cipher and one authentication.
-inline Bytes wpa(std::uint8_t cipher = 2, std::uint8_t authentication = 2) {
-    return element(221, {0x00, 0x50, 0xF2,   1, 1, 0,    0x00, 0x50, 0xF2,          2, 1, 0, 0x00,
-                         0x50, 0xF2, cipher, 1, 0, 0x00, 0x50, 0xF2, authentication});
 }
 
 /// A scan result's entry; what has no value is left out.

@@ -1,4 +1,6 @@
 """mrlrsignal under Wine: levels in dBm, from the command line to the report."""
+import csv
+import io
 import json
 import unittest
 
@@ -86,6 +88,56 @@ class Signal(ProgramTest):
         self.assertRegex(listed.out, r"(?s)SignalLevelTest\n.*default 15.*AntennaChainTest\n"
                                      r".*default 15.dB.*default 16.*AntennaChainTest\n.*: no: does"
                                      r" not run on this system")
+
+    def air(self):
+        """Several names, radios, widths and kinds of security; some names are hostile."""
+        def named(name, *radios, **more):
+            return {"ssidHex": name.hex(), "bss": list(radios), **more}
+        return {"interfaces": [{"scanDurationMs": 100, "accessPoints": [
+            named(b"Lab", radio(0, -50, channel=36, width=80), radio(0x10, -70),
+                  auth="wpa3-sae"),
+            named("工場".encode(), radio(0x20, -60, channel=100, width=160)),
+            named(b"\x1b[2J\x00\xff", radio(0x30, -65), auth="open"),
+            named("\u202edaB,\"x\"\r\n".encode(), radio(0x40, -80))]}]}
+
+    def test_networks_shows_what_is_on_the_air(self):
+        run = self.run_program("networks", scenario=self.air())
+        self.assertEqual((run.exit, run.err), (0, ""), run)
+        lines = run.out.splitlines()
+        self.assertEqual([line.split()[0] for line in lines],
+                         ["dBm", "-50", "-60", "-65", "-70", "-80"])
+        self.assertRegex(lines[1], r"5 +36 +80 +WPA3 +02:00:00:00:01:00 +Lab\Z")
+        self.assertRegex(lines[2], r"160 +WPA2 .* 工場\Z")
+        self.assertRegex(lines[3], r"Open .* hex:1b5b324a00ff\Z")
+        self.assertRegex(lines[5], r' \\u202EdaB,"x"\\r\\n\Z')
+
+    def test_networks_writes_records(self):
+        run = self.run_program("networks", "--format", "jsonl", scenario=self.air())
+        records = [json.loads(line) for line in run.out.splitlines()]
+        names = [b"Lab", "工場".encode(), b"\x1b[2J\x00\xff", b"Lab",
+                 "\u202edaB,\"x\"\r\n".encode()]
+        self.assertEqual([bytes.fromhex(record["nameHex"]) for record in records], names)
+        self.assertIsNone(records[2]["name"])
+        self.assertEqual(records[4]["name"].encode(), names[4])
+        run = self.run_program("networks", "--format", "csv", "--set", "Band=2.4",
+                               scenario=self.air())
+        rows = list(csv.DictReader(io.StringIO(run.out, newline="")))
+        self.assertEqual([row["dbm"] for row in rows], ["-65", "-70", "-80"])
+        self.assertEqual(rows[2]["name"].encode(), names[4])
+        self.assertEqual(rows[0]["security"], "Open")
+
+    def test_networks_says_why_it_shows_none(self):
+        for options, scenario, exit_value, word in (
+                ((), networks(), RESULTS["CANNOTRUN"], "heard no network"),
+                (("--set", "SSID=Other"), self.air(), RESULTS["CANNOTRUN"], "none that --set"),
+                (("--set", "BSSID=Lab"), self.air(), WRONG_USAGE, "no BSSID"),
+                (("--format", "xml"), self.air(), WRONG_USAGE, "csv"),
+                ((), ROOT / "tools/radiosim/scenarios/location-denied.json",
+                 RESULTS["CANNOTRUN"], "Location")):
+            with self.subTest(word=word):
+                run = self.run_program("networks", *options, scenario=scenario)
+                self.assertEqual((run.exit, run.out), (exit_value, ""), run)
+                self.assertIn(word, run.err)
 
 
 if __name__ == "__main__":

@@ -57,6 +57,11 @@ struct Bss {
     /// 1 to 14 in the 2.4 GHz band, above that in the 5 GHz band.
     std::uint32_t channel = 6;
     std::int32_t phyType = 7; ///< dot11_phy_type_ht
+    /// Of the channel, in MHz: 20, 40, 80, 160 or 320.
+    std::uint32_t width = 20;
+    /// The information elements behind the name, in place of those that are made from the network's
+    /// security and the width.
+    std::optional<std::vector<std::uint8_t>> elements = {};
 };
 
 /// When a network shows.

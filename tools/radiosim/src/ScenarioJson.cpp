@@ -216,9 +216,17 @@ std::optional<std::int32_t> readChain(const JsonReader& reader) {
     return reader.isNull() ? std::nullopt : std::optional(readDecibels(reader));
 }
 
+std::uint32_t readWidth(const JsonReader& reader) {
+    const std::uint32_t width = readUnsigned(reader);
+    if (width != 20 && width != 40 && width != 80 && width != 160 && width != 320) {
+        reader.refuse("a width of 20, 40, 80, 160 or 320 MHz was expected");
+    }
+    return width;
+}
+
 Bss readBss(const JsonReader& reader) {
     reader.expectKeys({"bssid", "linkQuality", "rssi", "chains", "heardEveryMs", "heardUntilMs",
-                       "channel", "phyType"});
+                       "channel", "phyType", "width", "elements"});
     Bss bss;
     if (reader.has("bssid")) {
         bss.bssid = reader.at("bssid").hexBytes();
@@ -233,6 +241,8 @@ Bss readBss(const JsonReader& reader) {
     reader.optional("heardUntilMs", bss.heardUntil, readMilliseconds);
     reader.optional("channel", bss.channel, readChannel);
     reader.optional("phyType", bss.phyType, wordOrNumber(phyTypeWords));
+    reader.optional("width", bss.width, readWidth);
+    reader.optional("elements", bss.elements, [](const JsonReader& hex) { return hex.hexBytes(); });
     return bss;
 }
 

@@ -1,5 +1,6 @@
 #include "View.h"
 
+#include "Elements.h"
 #include "Random.h"
 
 #include <nativewifi/Block.h>
@@ -74,14 +75,6 @@ Bytes countryList(const std::vector<std::string>& countries) {
                     std::min(countries[i].size(), LENGTH));
     }
     return block;
-}
-
-// The only information element of a station.
-std::vector<std::uint8_t> nameElement(const DOT11_SSID& ssid) {
-    const std::string_view name = nativewifi::ssidBytes(ssid);
-    std::vector<std::uint8_t> element = {0, static_cast<std::uint8_t>(name.size())};
-    element.insert(element.end(), name.begin(), name.end());
-    return element;
 }
 
 View::Answer plain(Bytes block) {
@@ -296,7 +289,8 @@ std::vector<View::HeardBss> View::heardBss(const std::optional<BssFilter>& filte
         }
         const std::vector<Bss> radios = accessPoint.bss.value_or(std::vector<Bss>(1));
         for (std::size_t number = 0; number < radios.size(); ++number) {
-            all.push_back({bssEntry(accessPoint, i, radios[number], number), radios[number]});
+            all.push_back(
+                {bssEntry(accessPoint, i, radios[number], number), radios[number], &accessPoint});
         }
     }
     return all;
@@ -307,7 +301,8 @@ Bytes View::bssList(const std::optional<BssFilter>& filter) const {
     std::vector<std::vector<std::uint8_t>> elements(entries.size());
     std::vector<nativewifi::BssWithElements> stations(entries.size());
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        elements[i] = nameElement(entries[i].entry.dot11Ssid);
+        elements[i] =
+            elementsOf(*entries[i].accessPoint, entries[i].bss, entries[i].entry.dot11Ssid);
         stations[i] = {entries[i].entry, elements[i]};
     }
     return nativewifi::bssListBlock(stations);

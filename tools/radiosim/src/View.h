@@ -61,6 +61,7 @@ private:
     struct HeardBss {
         WLAN_BSS_ENTRY entry;
         Bss bss;
+        const AccessPoint* accessPoint; ///< of the facts
     };
     std::vector<HeardBss> heardBss(const std::optional<BssFilter>& filter) const;
     Milliseconds lastHeard(const Bss& bss) const;

@@ -56,7 +56,8 @@ struct ModuleCommand {
     /// Names of the registered parameters that it takes: with --set, and with --config, which
     /// leaves other parameters out.
     std::vector<const char*> parameters = {};
-    /// Name of the registered test on whose devices it works; it then takes --device and --devices.
+    /// Name of the registered test on whose devices it works; it then takes --device and --devices,
+    /// and what the test's check finds wrong with values that were given is refused.
     /// Without a device that suits, the framework says why in the place of run() and returns the
     /// value of CANNOTRUN. Null: devices are not looked for.
     const char* test = nullptr;

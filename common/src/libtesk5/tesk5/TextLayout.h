@@ -1,6 +1,8 @@
 // Texts in columns of a terminal, in every language.
 #pragma once
 
+#include <mrl/OutputStream.h>
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,5 +20,12 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t columns);
 /// with the leading spaces of `text` and without the last column, after which some terminals wrap
 /// themselves. `text` as it is when `columns` is 0.
 std::string wrappedForTerminal(const std::string& text, std::size_t columns);
+
+/// One line of text, which may come from outside, as `stream` shows it: a terminal with breaks
+/// between words, and what could move the cursor or break the line escaped.
+std::string linesFor(const mrl::OutputStream& stream, const std::string& text);
+
+/// Writes linesFor() in one piece, at once.
+void writeLine(mrl::OutputStream& stream, const std::string& text);
 
 } // namespace tesk5

@@ -1,7 +1,6 @@
 #include "Messages.h"
 
-#include "Elements.h"
-
+#include <nativewifi/Elements.h>
 #include <nativewifi/LinuxRadio.h>
 
 #include <linux/netlink.h>

@@ -1,10 +1,10 @@
 // Makes the Native Wifi interface's lists from records of nl80211.
 #pragma once
 
-#include "Elements.h"
 #include "Records.h"
 
 #include <nativewifi/Block.h>
+#include <nativewifi/Elements.h>
 #include <nativewifi/LinkQuality.h>
 
 #include <span>

@@ -3,9 +3,9 @@
 #include <tesk5/BadInput.h>
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/ReportFile.h>
+#include <tesk5/TextLayout.h>
 #include <tesk5/Texts.h>
 
-#include "console/Console.h"
 #include "texts/SystemReason.h"
 
 #include <mrl/Files.h>

@@ -6,6 +6,7 @@
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/ReportFile.h>
 #include <tesk5/TeskException.h>
+#include <tesk5/TextLayout.h>
 #include <tesk5/Texts.h>
 
 #include "commandline/Captures.h"
@@ -240,12 +241,13 @@ ConsoleStyle styleFor(const CommandLine& line, const mrl::OutputStream& stream) 
 }
 
 // What a test finds wrong with its parameters, where nothing is to run then.
-void refuseWrongParameters(const std::vector<const Test*>& tests) {
+// \param complete as in ParameterCheck
+void refuseWrongParameters(const std::vector<const Test*>& tests, bool complete) {
     for (const Test* test : tests) {
         if (!test->refusesWrongParameters()) {
             continue;
         }
-        for (const Finding& finding : test->parameterFindings(true)) {
+        for (const Finding& finding : test->parameterFindings(complete)) {
             if (!finding.good) {
                 throw BadInput{message(finding)};
             }
@@ -265,7 +267,7 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
     if (line.check) {
         return showDiagnosis(context.output, parameterFindings(tests, true));
     }
-    refuseWrongParameters(tests);
+    refuseWrongParameters(tests, true);
     std::vector<ReportFile> reports;
     for (const RequestedReport& report : line.reports) {
         reports.emplace_back(report.file, named);
@@ -296,25 +298,32 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
     return line.reports.empty() ? unlessLost(record.exitValue, context) : record.exitValue;
 }
 
-// The devices that suit the command's test and --device; nothing when there are none, after the
-// reasons were shown.
-std::optional<std::vector<DiagDevice>>
-devicesOf(const ModuleCommand& command, const CommandLine& line, const RunContext& context) {
-    const Test* const test = context.registry.findTest(command.test);
-    if (test == nullptr) {
+// The test on whose devices the command works; null when it works on none.
+const Test* testOf(const ModuleCommand& command, const RunContext& context) {
+    const Test* const test =
+        command.test == nullptr ? nullptr : context.registry.findTest(command.test);
+    if (test == nullptr && command.test != nullptr) {
         throw TeskException(TeskString(std::string("the command ") + command.name +
                                        " works on devices of the unknown test " + command.test));
     }
+    return test;
+}
+
+// The devices that suit the command's test and --device; nothing when there are none, after the
+// reasons were shown.
+std::optional<std::vector<DiagDevice>> devicesOf(const ModuleCommand& command, const Test& test,
+                                                 const CommandLine& line,
+                                                 const RunContext& context) {
     CommandCapture none(line);
     const DeviceList all = devicesFor(line, none, context);
     std::vector<DiagDevice> suitable;
     for (const DiagDevice& device : all.devices) {
-        if (reasonsAgainst(*test, device, line.device).empty()) {
+        if (reasonsAgainst(test, device, line.device).empty()) {
             suitable.push_back(device);
         }
     }
     if (suitable.empty()) {
-        showWithoutDevice(context.errors, command.name, withoutDevice(*test, all, line.device));
+        showWithoutDevice(context.errors, command.name, withoutDevice(test, all, line.device));
         return std::nullopt;
     }
     return suitable;
@@ -325,15 +334,17 @@ int moduleCommand(const CommandLine& given, RunContext& context) {
     const CommandLine line = withConfiguration(given, context.registry);
     applySettings(context.registry, line.settings, command);
     refuseSharedFiles(line);
+    const Test* const test = testOf(command, context);
     CommandCall call{.arguments = line.moduleArguments,
                      .options = line.moduleOptions,
                      .devices = {},
                      .colours = context.output.showsColours(
                          line.colours.value_or(mrl::OutputStream::Colours::automatic))};
-    if (command.test == nullptr) {
+    if (test == nullptr) {
         openLog(line);
     } else {
-        std::optional<std::vector<DiagDevice>> devices = devicesOf(command, line, context);
+        refuseWrongParameters({test}, false);
+        std::optional<std::vector<DiagDevice>> devices = devicesOf(command, *test, line, context);
         if (!devices) {
             return TestResult::CANNOTRUN().value();
         }

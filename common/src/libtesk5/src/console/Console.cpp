@@ -69,17 +69,7 @@ void writeAdvice(mrl::OutputStream& stream, const Findings& advice) {
     }
 }
 
-// `text`, which may come from outside, as lines for `stream`.
-std::string linesOf(const std::string& text, const mrl::OutputStream& stream) {
-    return wrappedForTerminal(mrl::escapeControls(text), stream.columns()) + "\n";
-}
-
 } // namespace
-
-void writeLine(mrl::OutputStream& stream, const std::string& text) {
-    stream << linesOf(text, stream);
-    stream.flush();
-}
 
 int showDiagnosis(mrl::OutputStream& stream, const Findings& findings) {
     mrl::Uint32 problems = 0;
@@ -131,7 +121,7 @@ void Console::writeVerdict(const Outcome& outcome) {
     if (!outcome.failure.empty()) {
         text = nameAndValue(text, outcome.failure);
     }
-    text = linesOf(text, m_output);
+    text = linesFor(m_output, text);
     // The colours go in last: escape sequences in names are escaped by then.
     const std::size_t place = text.find(result);
     if (m_style.colours && place != std::string::npos) {
@@ -260,7 +250,7 @@ LastWords Console::lastWords() const {
     if (m_style.live) {
         words.output = LiveLine::erasure(m_output.columns());
     }
-    words.errors = linesOf(programPrefix() + message("CONSOLE_STOPPED_AT_ONCE"), m_context.errors);
+    words.errors = linesFor(m_context.errors, programPrefix() + message("CONSOLE_STOPPED_AT_ONCE"));
     return words;
 }
 

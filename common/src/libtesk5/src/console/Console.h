@@ -11,11 +11,6 @@
 
 namespace tesk5 {
 
-/// Writes one line in one piece, which a terminal shows with breaks between words. Characters that
-/// could move the cursor or break the line are escaped: names of networks and devices come from
-/// outside.
-void writeLine(mrl::OutputStream& stream, const std::string& text);
-
 /// Writes a line for each finding, and how many are bad.
 /// \return the process's exit value: 0, or that of CANNOTRUN when a finding is bad
 int showDiagnosis(mrl::OutputStream& stream, const Findings& findings);

@@ -3,7 +3,6 @@
 #include <tesk5/TextLayout.h>
 #include <tesk5/Texts.h>
 
-#include "console/Console.h"
 #include "texts/Lists.h"
 #include "texts/ParameterText.h"
 

@@ -1,6 +1,7 @@
 #include <tesk5/TextLayout.h>
 
 #include <mrl/DisplayWidth.h>
+#include <mrl/Unicode.h>
 
 #include <algorithm>
 
@@ -91,6 +92,15 @@ std::string wrappedForTerminal(const std::string& text, std::size_t columns) {
         all += line;
     }
     return all;
+}
+
+std::string linesFor(const mrl::OutputStream& stream, const std::string& text) {
+    return wrappedForTerminal(mrl::escapeControls(text), stream.columns()) + "\n";
+}
+
+void writeLine(mrl::OutputStream& stream, const std::string& text) {
+    stream << linesFor(stream, text);
+    stream.flush();
 }
 
 } // namespace tesk5

@@ -1,5 +1,6 @@
 #include <readings/LevelSource.h>
 
+#include <readings/DriverNumbers.h>
 #include <readings/Query.h>
 #include <readings/ReceivedFrames.h>
 #include <readings/ScanRequest.h>
@@ -17,10 +18,6 @@ namespace {
 using nativewifi::api;
 using nativewifi::WlanMemory;
 
-// What drivers report for "none" lies outside: 0, 127, -127, -200.
-constexpr LONG LOWEST = -120;
-constexpr LONG HIGHEST = 0;
-
 constexpr std::chrono::milliseconds CONNECTION_PAUSE{200};
 // A list is a copy in memory; beacons come every 100 ms.
 constexpr std::chrono::milliseconds LIST_PAUSE{100};
@@ -37,16 +34,8 @@ constexpr std::chrono::seconds SILENCE{1};
 // An access point that was not heard for so long may have changed its channel.
 constexpr std::chrono::seconds CHANNEL_TRUST{2};
 
-constexpr ULONG KHZ_PER_MHZ = 1000;
-// No centre frequency has so many MHz, and every one has more kHz.
-constexpr ULONG HIGHEST_MHZ = 100'000;
-
 // The standard has 15 link numbers.
 constexpr ULONG MOST_LINKS = 15;
-
-std::uint32_t mhzOf(ULONG frequency) {
-    return frequency > HIGHEST_MHZ ? frequency / KHZ_PER_MHZ : frequency;
-}
 
 // In either direction: the system's clock can be set.
 bool hasMoved(ULONGLONG before, ULONGLONG now) {
@@ -59,7 +48,7 @@ LevelSource::LevelSource(const GUID& interfaceGuid, Target target)
     : m_guid(interfaceGuid), m_target(std::move(target)) {}
 
 bool LevelSource::isLevel(LONG dbm) {
-    const bool good = dbm > LOWEST && dbm < HIGHEST;
+    const bool good = isLevelInDbm(dbm);
     m_dropped.outOfRange += good ? 0 : 1;
     return good;
 }

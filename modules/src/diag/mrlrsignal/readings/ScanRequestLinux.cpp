@@ -10,6 +10,11 @@ mrl::Clock::Duration scanInterval(std::uint32_t mhz) {
     return mhz == 0 ? std::chrono::milliseconds(4000) : std::chrono::milliseconds(200);
 }
 
+// The channels of three bands, of which many are only listened to.
+mrl::Clock::Duration longestScan() {
+    return std::chrono::seconds(15);
+}
+
 DWORD requestScan(HANDLE client, const GUID& interfaceGuid, std::uint32_t mhz) {
     if (mhz == 0) {
         return nativewifi::api().WlanScan(client, &interfaceGuid, nullptr, nullptr, nullptr);

@@ -9,6 +9,10 @@ mrl::Clock::Duration scanInterval(std::uint32_t /*mhz*/) {
     return std::chrono::seconds(4);
 }
 
+mrl::Clock::Duration longestScan() {
+    return std::chrono::seconds(4);
+}
+
 DWORD requestScan(HANDLE client, const GUID& interfaceGuid, std::uint32_t /*mhz*/) {
     return nativewifi::api().WlanScan(client, &interfaceGuid, nullptr, nullptr, nullptr);
 }

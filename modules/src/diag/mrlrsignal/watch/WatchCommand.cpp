@@ -6,6 +6,8 @@
 #include <watch/LiveView.h>
 #include <watch/Notices.h>
 
+#include <records/FormatOption.h>
+
 #include <tesk5/BadInput.h>
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/RunContext.h>
@@ -18,7 +20,6 @@ namespace watch {
 
 namespace {
 
-constexpr const char* FORMAT = "--format";
 constexpr const char* SECONDS_OPTION = "--seconds";
 constexpr int LONGEST_SECONDS = 86'400;
 
@@ -36,10 +37,10 @@ std::optional<Moment> longestOf(const CommandCall& call) {
     return std::chrono::seconds(seconds);
 }
 
-std::optional<records::Format> formatOf(const CommandCall& call, const RunContext& context) {
-    const auto given = call.options.find(FORMAT);
-    if (given != call.options.end()) {
-        return records::formatNamed(given->second);
+std::optional<records::Format> recordsOf(const CommandCall& call, const RunContext& context) {
+    const std::optional<records::Format> given = records::formatOf(call);
+    if (given) {
+        return given;
     }
     return context.output.isTerminal() ? std::nullopt : std::optional(records::Format::JSONL);
 }
@@ -78,7 +79,7 @@ int watch(const CommandCall& call, RunContext& context) {
     const readings::Target target = targetOfParameters();
     const tesk5::DiagDevice& device = call.devices.front();
     const std::optional<Moment> longest = longestOf(call);
-    if (const std::optional<records::Format> format = formatOf(call, context)) {
+    if (const std::optional<records::Format> format = recordsOf(call, context)) {
         return writeRecordsOf({.interfaceGuid = interfaceOf(device),
                                .target = target,
                                .longest = longest,
@@ -105,15 +106,11 @@ tesk5::ModuleCommand watchCommand() {
             .examples = {"watch", "watch --set SSID=Lab",
                          "watch --set SSID=Lab --format csv --seconds 60"},
             .run = &watch::watch,
-            .options = {{.name = watch::FORMAT,
-                         .argument = "WORD",
-                         .help = "HELP_FORMAT",
-                         .example = "--format jsonl",
-                         .choices = {"csv", "jsonl"}},
+            .options = {records::formatOption("watch --format jsonl"),
                         {.name = watch::SECONDS_OPTION,
                          .argument = "N",
                          .help = "HELP_SECONDS",
-                         .example = "--seconds 60",
+                         .example = "watch --seconds 60",
                          .range = tesk5::NumberRange{1, watch::LONGEST_SECONDS, ""}}},
             .parameters = {"SSID", "BSSID", "Band"},
             .test = "SignalLevelTest"};

@@ -1,10 +1,10 @@
-#include "Elements.h"
+#include <nativewifi/Elements.h>
 
 #include <algorithm>
 #include <array>
 #include <iterator>
 
-namespace nativewifi::linux_radio {
+namespace nativewifi {
 
 namespace {
 
@@ -16,14 +16,22 @@ enum : std::uint8_t {
     ID_HT_CAPABILITIES = 45,
     ID_RSN = 48,
     ID_EXTENDED_RATES = 50,
+    ID_HT_OPERATION = 61,
+    ID_MULTIPLE_BSSID = 71,
     ID_VHT_CAPABILITIES = 191,
+    ID_VHT_OPERATION = 192,
+    ID_NEIGHBOURS = 201,
     ID_VENDOR = 221,
     ID_EXTENSION = 255,
     EXTENSION_HE_CAPABILITIES = 35,
+    EXTENSION_HE_OPERATION = 36,
+    EXTENSION_EHT_OPERATION = 106,
+    EXTENSION_MULTI_LINK = 107,
     EXTENSION_EHT_CAPABILITIES = 108,
 };
 
 constexpr std::array<std::uint8_t, 4> WPA_VENDOR = {0x00, 0x50, 0xF2, 1};
+constexpr std::array<std::uint8_t, 4> WPS_VENDOR = {0x00, 0x50, 0xF2, 4};
 
 constexpr std::uint16_t CAPABILITY_PRIVACY = 0x0010;
 constexpr std::uint16_t RSN_PROTECTION_REQUIRED = 0x0040; // of management frames
@@ -51,9 +59,28 @@ void keep(ByteSpan& target, ByteSpan body) {
 }
 
 void readExtension(Elements& elements, ByteSpan body) {
-    if (!body.empty()) {
-        elements.he |= body.front() == EXTENSION_HE_CAPABILITIES;
-        elements.eht |= body.front() == EXTENSION_EHT_CAPABILITIES;
+    if (body.empty()) {
+        return;
+    }
+    const ByteSpan rest = body.subspan(1);
+    switch (body.front()) {
+    case EXTENSION_HE_CAPABILITIES:
+        elements.he = true;
+        break;
+    case EXTENSION_HE_OPERATION:
+        keep(elements.heOperation, rest);
+        break;
+    case EXTENSION_EHT_OPERATION:
+        keep(elements.ehtOperation, rest);
+        break;
+    case EXTENSION_MULTI_LINK:
+        keep(elements.multiLink, rest);
+        break;
+    case EXTENSION_EHT_CAPABILITIES:
+        elements.eht = true;
+        break;
+    default:
+        break;
     }
 }
 
@@ -74,7 +101,21 @@ void readElement(Elements& elements, std::uint8_t id, ByteSpan body) {
     case ID_VENDOR:
         if (startsWith(body, WPA_VENDOR)) {
             keep(elements.wpa, body.subspan(WPA_VENDOR.size()));
+        } else if (startsWith(body, WPS_VENDOR)) {
+            keep(elements.wps, body.subspan(WPS_VENDOR.size()));
         }
+        break;
+    case ID_HT_OPERATION:
+        keep(elements.htOperation, body);
+        break;
+    case ID_VHT_OPERATION:
+        keep(elements.vhtOperation, body);
+        break;
+    case ID_MULTIPLE_BSSID:
+        keep(elements.multipleBssid, body);
+        break;
+    case ID_NEIGHBOURS:
+        keep(elements.neighbours, body);
         break;
     case ID_ERP:
         elements.erp = true;
@@ -207,35 +248,75 @@ Value strongest(std::span<const Suite<Value>> table, ByteSpan suites, const Stan
     return table[rank - 1].value;
 }
 
+// The fields of an RSN or WPA element.
+struct SecurityFields {
+    ByteSpan group;
+    ByteSpan pairwise;
+    ByteSpan authentications;
+    std::uint16_t capabilities = 0;
+
+    explicit SecurityFields(ByteSpan element) {
+        FieldReader fields(element);
+        fields.number(); // the version: a later one has more fields behind these
+        group = fields.suites(1);
+        pairwise = fields.suites(fields.number());
+        authentications = fields.suites(fields.number());
+        capabilities = fields.number();
+    }
+};
+
+// An authentication server by the name of WPA3 needs protected management frames and a suite of
+// WPA2 with a newer hash.
+DOT11_AUTH_ALGORITHM withProtection(DOT11_AUTH_ALGORITHM authentication,
+                                    const SecurityFields& fields, const Standard& standard) {
+    const bool newer = authentication == DOT11_AUTH_ALGO_RSNA &&
+                       (fields.capabilities & RSN_PROTECTION_REQUIRED) != 0 &&
+                       offers(fields.authentications, standard, AUTHENTICATION_8021X_SHA256);
+    return newer ? DOT11_AUTH_ALGO_WPA3_ENT : authentication;
+}
+
 Security readSecurity(ByteSpan element, const Standard& standard) {
     const auto cipherOf = [&standard](ByteSpan suites, DOT11_CIPHER_ALGORITHM none) {
         return strongest<DOT11_CIPHER_ALGORITHM>(ciphers, suites, standard, none,
                                                  DOT11_CIPHER_ALGO_IHV_START);
     };
-    FieldReader fields(element);
-    fields.number(); // the version: a later one has more fields behind these
-    const DOT11_CIPHER_ALGORITHM group = cipherOf(fields.suites(1), standard.defaults.cipher);
-    const ByteSpan pairwise = fields.suites(fields.number());
-    const ByteSpan authentications = fields.suites(fields.number());
-    const std::uint16_t capabilities = fields.number();
+    const SecurityFields fields(element);
+    const DOT11_CIPHER_ALGORITHM group = cipherOf(fields.group, standard.defaults.cipher);
 
     Security security = standard.defaults;
-    security.cipher = cipherOf(pairwise, standard.defaults.cipher);
+    security.cipher = cipherOf(fields.pairwise, standard.defaults.cipher);
     if (security.cipher == DOT11_CIPHER_ALGO_IHV_START &&
-        offers(pairwise, standard, CIPHER_OF_GROUP)) {
+        offers(fields.pairwise, standard, CIPHER_OF_GROUP)) {
         security.cipher = group;
     }
     security.authentication =
-        strongest(standard.authentications, authentications, standard,
-                  standard.defaults.authentication, DOT11_AUTH_ALGO_IHV_START);
-    if (security.authentication == DOT11_AUTH_ALGO_RSNA &&
-        (capabilities & RSN_PROTECTION_REQUIRED) != 0 &&
-        offers(authentications, standard, AUTHENTICATION_8021X_SHA256)) {
-        security.authentication = DOT11_AUTH_ALGO_WPA3_ENT;
-    }
+        withProtection(strongest(standard.authentications, fields.authentications, standard,
+                                 standard.defaults.authentication, DOT11_AUTH_ALGO_IHV_START),
+                       fields, standard);
     security.oneX = std::ranges::find(serverAuthentications, security.authentication) !=
                     std::end(serverAuthentications);
     return security;
+}
+
+// Adds each authentication of the element that is not in `found` yet, in the order of the table.
+void addAuthentications(ByteSpan element, const Standard& standard,
+                        std::vector<DOT11_AUTH_ALGORITHM>& found) {
+    const SecurityFields fields(element);
+    const auto add = [&found](DOT11_AUTH_ALGORITHM authentication) {
+        if (std::ranges::find(found, authentication) == found.end()) {
+            found.push_back(authentication);
+        }
+    };
+    const std::size_t before = found.size();
+    for (const Suite<DOT11_AUTH_ALGORITHM>& suite : standard.authentications) {
+        if (offers(fields.authentications, standard, suite.number)) {
+            add(withProtection(suite.value, fields, standard));
+        }
+    }
+    if (found.size() == before) {
+        add(fields.authentications.empty() ? standard.defaults.authentication
+                                           : DOT11_AUTH_ALGO_IHV_START);
+    }
 }
 
 // The numbers of both elements, without features.
@@ -280,6 +361,22 @@ Security securityOf(const Elements& elements, std::uint16_t capability) {
     return security;
 }
 
+std::vector<DOT11_AUTH_ALGORITHM> authenticationsOf(const Elements& elements,
+                                                    std::uint16_t capability) {
+    std::vector<DOT11_AUTH_ALGORITHM> found;
+    if (elements.wpa.data() != nullptr) {
+        addAuthentications(elements.wpa, WPA, found);
+    }
+    if (elements.rsn.data() != nullptr) {
+        addAuthentications(elements.rsn, RSN, found);
+    }
+    if (found.empty()) {
+        found.push_back((capability & CAPABILITY_PRIVACY) != 0 ? DOT11_AUTH_ALGO_80211_SHARED_KEY
+                                                               : DOT11_AUTH_ALGO_80211_OPEN);
+    }
+    return found;
+}
+
 DOT11_PHY_TYPE phyTypeOf(const Elements& elements, std::uint32_t frequencyMhz) {
     if (elements.eht) {
         return dot11_phy_type_eht;
@@ -320,4 +417,4 @@ WLAN_RATE_SET ratesOf(const Elements& elements) {
     return set;
 }
 
-} // namespace nativewifi::linux_radio
+} // namespace nativewifi

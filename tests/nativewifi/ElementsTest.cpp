@@ -1,14 +1,14 @@
 // What access points announce, and what anybody may send in their place.
-#include <Elements.h>
+#include <nativewifi/Elements.h>
 
-#include <support/Netlink.h>
+#include <support/ElementBytes.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-namespace nativewifi::linux_radio {
+namespace nativewifi {
 
 static void PrintTo(const Security& security, std::ostream* out) {
     *out << (security.enabled ? "enabled " : "open ") << security.authentication << " "
@@ -17,7 +17,7 @@ static void PrintTo(const Security& security, std::ostream* out) {
 
 namespace {
 
-using namespace test::netlink;
+using namespace test::elements;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
@@ -249,6 +249,34 @@ TEST(PhyType, IsTheNewestThatIsAnnounced) {
     EXPECT_EQ(type({element(1, {0x82, 0xFF})}), dot11_phy_type_dsss) << "a feature is no rate";
 }
 
+std::vector<DOT11_AUTH_ALGORITHM> offered(const Bytes& elements,
+                                          std::uint16_t capability = PRIVACY) {
+    return authenticationsOf(readElements(elements), capability);
+}
+
+TEST(Authentications, AreAllThatAreOffered) {
+    EXPECT_THAT(offered({}, 0), ElementsAre(DOT11_AUTH_ALGO_80211_OPEN));
+    EXPECT_THAT(offered({}), ElementsAre(DOT11_AUTH_ALGO_80211_SHARED_KEY)) << "WEP";
+    EXPECT_THAT(offered(rsn()), ElementsAre(DOT11_AUTH_ALGO_RSNA_PSK));
+    EXPECT_THAT(offered(rsn({.authentications = {8, 2, 6}})),
+                ElementsAre(DOT11_AUTH_ALGO_RSNA_PSK, DOT11_AUTH_ALGO_WPA3_SAE));
+    EXPECT_THAT(offered(join({rsn(), wpa()})),
+                ElementsAre(DOT11_AUTH_ALGO_WPA_PSK, DOT11_AUTH_ALGO_RSNA_PSK));
+    EXPECT_THAT(offered(rsn({.authentications = {18}})), ElementsAre(DOT11_AUTH_ALGO_OWE));
+    EXPECT_THAT(offered(rsn({.authentications = {1, 5}})), ElementsAre(DOT11_AUTH_ALGO_RSNA));
+    EXPECT_THAT(offered(rsn({.authentications = {5}, .capabilities = 0xC0})),
+                ElementsAre(DOT11_AUTH_ALGO_WPA3_ENT));
+    EXPECT_THAT(offered(rsn({.authentications = {200}})), ElementsAre(DOT11_AUTH_ALGO_IHV_START));
+}
+
+TEST(Authentications, OfCutElementsAreTheDefaultsOfTheStandard) {
+    EXPECT_THAT(offered(element(48, {})), ElementsAre(DOT11_AUTH_ALGO_RSNA));
+    EXPECT_THAT(offered(element(221, {0x00, 0x50, 0xF2, 1})), ElementsAre(DOT11_AUTH_ALGO_WPA));
+    EXPECT_THAT(
+        offered(element(48, {1, 0, 0, 0x0F, 0xAC, 4, 1, 0, 0, 0x0F, 0xAC, 4, 9, 0, 0, 0x0F})),
+        ElementsAre(DOT11_AUTH_ALGO_RSNA));
+}
+
 TEST(Rates, AreThoseOfBothElementsInTheUnitsOfTheInterface) {
     const Bytes bytes = join({element(1, {0x82, 0x0B}), element(50, {0x6C})});
     const WLAN_RATE_SET set = ratesOf(readElements(bytes));
@@ -269,4 +297,4 @@ TEST(Rates, LeaveOutFeaturesAndWhatDoesNotFit) {
 }
 
 } // namespace
-} // namespace nativewifi::linux_radio
+} // namespace nativewifi

@@ -1,16 +1,18 @@
-// Reads the information elements of a beacon or a probe response: what the network announces.
+// Reads the information elements of a beacon or a probe response: what the network announces. An
+// entry of a BSS list has them at ulIeOffset.
 //
 // The bytes come from any sender on the air. An element whose length does not fit ends
 // the list; fragments and unknown elements are skipped; of an element that occurs twice the first
-// counts. Nothing throws.
+// counts. Nothing throws. Any thread.
 #pragma once
 
 #include <nativewifi/WlanTypes.h>
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
-namespace nativewifi::linux_radio {
+namespace nativewifi {
 
 using ByteSpan = std::span<const std::uint8_t>;
 
@@ -22,6 +24,14 @@ struct Elements {
     ByteSpan extendedRates;
     ByteSpan rsn;
     ByteSpan wpa; ///< behind the vendor's number and type
+    ByteSpan wps; ///< likewise
+    ByteSpan htOperation;
+    ByteSpan vhtOperation;
+    ByteSpan heOperation;  ///< behind the number of the extension
+    ByteSpan ehtOperation; ///< likewise
+    ByteSpan multiLink;    ///< likewise
+    ByteSpan multipleBssid;
+    ByteSpan neighbours; ///< the reduced neighbour report
     bool erp = false;
     bool ht = false;  ///< 802.11n
     bool vht = false; ///< 802.11ac
@@ -48,6 +58,12 @@ struct Security {
 /// suites are unknown the value is the first of the range for proprietary ones.
 Security securityOf(const Elements& elements, std::uint16_t capability);
 
+/// Every way to join that the network offers, each once, from the weakest to the strongest: what an
+/// RSN element says, and a WPA element beside it. WEP counts as
+/// DOT11_AUTH_ALGO_80211_SHARED_KEY, and unknown suites as DOT11_AUTH_ALGO_IHV_START, the first.
+std::vector<DOT11_AUTH_ALGORITHM> authenticationsOf(const Elements& elements,
+                                                    std::uint16_t capability);
+
 /// The newest PHY that the network announces.
 DOT11_PHY_TYPE phyTypeOf(const Elements& elements, std::uint32_t frequencyMhz);
 
@@ -55,4 +71,4 @@ DOT11_PHY_TYPE phyTypeOf(const Elements& elements, std::uint32_t frequencyMhz);
 /// these elements that stand for a feature that a station must have.
 WLAN_RATE_SET ratesOf(const Elements& elements);
 
-} // namespace nativewifi::linux_radio
+} // namespace nativewifi

@@ -1,0 +1,32 @@
+#include "SignalCommands.h"
+
+#include "LimitsCommand.h"
+#include "StudyCommand.h"
+
+#include <networks/NetworksCommand.h>
+#include <records/FormatOption.h>
+#include <watch/WatchCommand.h>
+
+namespace {
+
+// On whose devices the commands work.
+constexpr const char* LEVEL_TEST = "SignalLevelTest";
+
+} // namespace
+
+std::span<const tesk5::ModuleCommand> signalCommands() {
+    static const tesk5::ModuleCommand commands[] = {
+        watchCommand(),
+        {.name = "networks",
+         .arguments = "",
+         .help = "HELP_NETWORKS",
+         .examples = {"networks", "networks --set Band=5 --format csv"},
+         .run = &networks::run,
+         .options = {records::formatOption("networks --format csv")},
+         .parameters = {"SSID", "BSSID", "Band"},
+         .test = LEVEL_TEST},
+        studyCommand(),
+        limitsCommand(),
+    };
+    return commands;
+}
