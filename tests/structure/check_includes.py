@@ -7,6 +7,7 @@
     mrl, nativewifi, capture  <-  radiosim, contract
     mrl  <-  dialogprobe
     mrl, nativewifi  <-  radiovm
+    statistics  <-  readings  <-  curves
     inside tesk5:  model <- texts <- devices <- run <- reports, console <- commandline
 
 A component may include every component to its left. Win32 and third-party headers are allowed in
@@ -44,6 +45,7 @@ COMPONENTS = {
     "contract": ("tools/contract", ("tools/contract",)),
     "dialogprobe": ("tools/dialogprobe", ("tools/dialogprobe",)),
     "radiovm": ("tools/radiovm", ("tools/radiovm",)),
+    "curves": ("tools/curves", ("tools/curves",)),
     "module": ("modules", (MODULE,)),
     "module's Win32 half": (MODULE, (MODULE,)),
     "statistics": (f"{SIGNAL}/statistics", (SIGNAL,)),
@@ -66,6 +68,7 @@ ARROWS = {
     "contract": {"mrl", "nativewifi", "capture"},
     "dialogprobe": {"mrl"},
     "radiovm": {"mrl", "nativewifi"},
+    "curves": {"mrl", "nativewifi", "statistics", "readings"},
     "module": {"mrl", "nativewifi", "tesk5", "networkadapters", "statistics", "readings", "gauge",
                "tolerance", "calibration"},
     "module's Win32 half": {"mrl", "nativewifi", "tesk5", "networkadapters", "module", "libmfc",
