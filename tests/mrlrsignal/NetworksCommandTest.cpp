@@ -132,8 +132,10 @@ TEST_F(Networks, KeepsHostileNamesAsTheyAreInRecords) {
                                  "\xE2\x80\xAE"
                                  "daB"};
     std::vector<AccessPoint> accessPoints;
-    for (std::uint8_t i = 0; i < std::size(names); ++i) {
-        accessPoints.push_back(named(names[i], {radioAt(i, -50 - i)}));
+    std::uint8_t number = 0;
+    for (const std::string& name : names) {
+        accessPoints.push_back(named(name, {radioAt(number, -50 - number)}));
+        ++number;
     }
     startRadio(accessPoints);
     EXPECT_THAT(records("name"), ElementsAre(names[0], names[1], nullptr, names[3]));

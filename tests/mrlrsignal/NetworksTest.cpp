@@ -50,6 +50,7 @@ Network networkAt(const readings::Bssid& bssid, std::uint32_t mhz = 2437) {
 std::vector<std::string> devicesOf(std::vector<Network> networks) {
     numberDevices(networks);
     std::vector<std::string> all;
+    all.reserve(networks.size());
     for (const Network& network : networks) {
         all.push_back(std::to_string(network.device) +
                       (network.device == 0 || network.deviceIsSure ? "" : "?"));
