@@ -123,8 +123,9 @@ TEST_F(SignalLevelVerdicts, CannotRunWithTheRadioOffAndAskForAdvice) {
 TEST_F(SignalLevelVerdicts, ReadWithTheUnitsOfTheirNumbers) {
     verdictAt(-73, limits());
     const auto& event = raised().back();
-    EXPECT_EQ(event.text, "The level of \"Lab\", -73.0 dBm, is below the failing level of -70 dBm "
-                          "by more than the guard band of 2.0 dB.");
+    // Units do not part from their numbers at the end of a line.
+    EXPECT_EQ(event.text, "The level of \"Lab\", -73.0\u00A0dBm, is below the failing level of "
+                          "-70\u00A0dBm by more than the guard band of 2.0\u00A0dB.");
 }
 
 TEST_F(SignalLevelVerdicts, NameTheCandidatesOfAName) {
