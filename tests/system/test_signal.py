@@ -75,6 +75,19 @@ class Signal(ProgramTest):
                 self.assertEqual(run.out, "")
                 self.assertFalse((self.folder / "report.json").exists())
 
+    def test_watch_records_the_readings_of_a_connection(self):
+        scenario = {"interfaces": [{
+            "connection": {"ssid": "Lab", "channel": 36, "links": True}, "rssi": -48,
+            "accessPoints": networks(radio(0, -50))["interfaces"][0]["accessPoints"]}]}
+        run = self.run_program("watch", "--format", "jsonl", "--seconds", "3",
+                               *settings(SSID="Lab"), scenario=scenario)
+        self.assertEqual((run.exit, run.err), (0, ""), run)
+        records = [json.loads(line) for line in run.out.splitlines()]
+        self.assertGreaterEqual(len(records), 10)
+        for record in records:
+            self.assertEqual((record["name"], record["dbm"], record["source"], record["mhz"]),
+                             ("Lab", -48, "link", 5180))
+
     def test_says_that_windows_has_no_levels_of_chains(self):
         """Without asking the driver, and in a run that names the test only."""
         scenario = networks(radio(0, -50, chains=[0, -30]))

@@ -194,7 +194,7 @@ class View(WatchTest):
         for columns, rows in ((60, 15), (200, 50), (30, 4), (80, 24)):
             with self.subTest(columns=columns, rows=rows):
                 self.tmux("resize-window", "-x", str(columns), "-y", str(rows))
-                screen = self.wait_for(rf"\A(.*\n){{{rows - 1}}} q quit.*\n\Z")
+                screen = self.wait_for(rf"\A Lab .*\n(.*\n){{{rows - 2}}} q quit.*\n\Z")
                 self.assertIn("dBm", screen)
                 self.assertEqual("┤" in screen, rows > 4)
         self.press("q")

@@ -23,18 +23,6 @@ std::string textOf(const tesk5::Parameter* parameter) {
     return parameter->value().valueString().utf8();
 }
 
-TeskString wordOf(readings::Source source) {
-    switch (source) {
-    case readings::Source::LINK:
-        return "link";
-    case readings::Source::CONNECTION:
-        return "connection";
-    case readings::Source::SCAN:
-        break;
-    }
-    return "scan";
-}
-
 TeskString listOf(const std::vector<readings::Candidate>& candidates) {
     std::string text;
     for (const readings::Candidate& candidate : candidates) {
@@ -158,7 +146,7 @@ Event* aboutTarget(Event* event) {
 }
 
 Event::Variables attributesOf(const readings::Reading& reading) {
-    Event::Variables attributes = {{"Source", wordOf(reading.source)},
+    Event::Variables attributes = {{"Source", readings::nameOf(reading.source)},
                                    {"BSSID", readings::bssidText(reading.bssid)}};
     if (reading.mhz != 0) {
         attributes.emplace_back("Channel", nativewifi::channelOf(reading.mhz));

@@ -44,6 +44,18 @@ bool hasMoved(ULONGLONG before, ULONGLONG now) {
 
 } // namespace
 
+const char* nameOf(Source source) {
+    switch (source) {
+    case Source::LINK:
+        return "link";
+    case Source::CONNECTION:
+        return "connection";
+    case Source::SCAN:
+        break;
+    }
+    return "scan";
+}
+
 LevelSource::LevelSource(const GUID& interfaceGuid, Target target)
     : m_guid(interfaceGuid), m_target(std::move(target)) {}
 

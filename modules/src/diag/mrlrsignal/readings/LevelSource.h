@@ -23,6 +23,9 @@ enum class Source : std::uint8_t {
     SCAN,       ///< an entry of the BSS list whose host timestamp has moved
 };
 
+/// What programs call it: "link", "connection", "scan".
+const char* nameOf(Source source);
+
 struct Reading {
     mrl::Clock::Duration at{0}; ///< on the clock in force
     LONG dbm = 0;

@@ -9,18 +9,6 @@ namespace {
 
 using mrl::Json;
 
-const char* wordOf(readings::Source source) {
-    switch (source) {
-    case readings::Source::LINK:
-        return "link";
-    case readings::Source::CONNECTION:
-        return "connection";
-    case readings::Source::SCAN:
-        break;
-    }
-    return "scan";
-}
-
 Json bandOf(std::uint32_t mhz) {
     const std::optional<nativewifi::Band> band = nativewifi::bandOf(mhz);
     if (!band) {
@@ -48,7 +36,7 @@ Json recordOf(const readings::Reading& reading, const readings::ChainLevels& cha
     record["bssid"] = readings::bssidText(reading.bssid);
     record["dbm"] = reading.dbm;
     record["percent"] = nativewifi::linkQuality(reading.dbm);
-    record["source"] = wordOf(reading.source);
+    record["source"] = nameOf(reading.source);
     record["channel"] = channel == 0 ? Json(nullptr) : Json(channel);
     record["band"] = bandOf(reading.mhz);
     record["mhz"] = reading.mhz == 0 ? Json(nullptr) : Json(reading.mhz);
