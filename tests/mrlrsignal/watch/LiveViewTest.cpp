@@ -120,7 +120,10 @@ protected:
         const test::CapturedStream captured(stream);
         m_over = writeRecords(
             stream,
-            {.interfaceGuid = guid(), .target = target, .longest = longest, .format = format},
+            {.interfaceGuid = guid(),
+             .target = std::move(target),
+             .longest = longest,
+             .format = format},
             [this](const SourceState& state) { m_sources.push_back(state); },
             [this] {
                 engine().settle();

@@ -8,6 +8,7 @@ using testing::ElementsAre;
 
 std::vector<readings::Bssid> addressesOf(const std::vector<ListedRadio>& list) {
     std::vector<readings::Bssid> addresses;
+    addresses.reserve(list.size());
     for (const ListedRadio& radio : list) {
         addresses.push_back(radio.bssid);
     }

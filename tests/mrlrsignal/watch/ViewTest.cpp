@@ -191,7 +191,7 @@ TEST(BigDigitsOfALevel, AreFiveRowsOfOneWidth) {
 }
 
 TEST(Charts, HaveARangeOfTensThatHoldsAllLevelsAndTheReference) {
-    const auto range = [](std::vector<std::optional<double>> levels,
+    const auto range = [](const std::vector<std::optional<double>>& levels,
                           std::optional<double> reference = std::nullopt) {
         const Range found = rangeOf(levels, reference);
         return std::pair(found.low, found.high);
