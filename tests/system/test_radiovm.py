@@ -309,6 +309,33 @@ class Levels(CaseTest):
         self.assertEqual({point["attributes"]["Source"] for point in points}, {"connection"})
         self.assertLess(points[-1]["seconds"], 2.5, "11 readings, five a second")
 
+    def test_are_followed_live_within_a_second(self):
+        records = [json.loads(line) for line in text_of("levels", "watch.out").splitlines()]
+        readings = [(datetime.datetime.fromisoformat(record["time"]).timestamp(), record["dbm"])
+                    for record in records]
+        self.assertEqual({record["source"] for record in records}, {"scan"})
+        moves = [(float(at), int(dbm)) for at, _, dbm in
+                 map(str.split, text_of("levels", "moves").splitlines())]
+        self.assertEqual([dbm for _, dbm in moves], [-70, -48, -60])
+        for (at, dbm), (following, _) in zip(moves, [*moves[1:], (moves[-1][0] + 3, 0)]):
+            with self.subTest(dbm):
+                later = [level for time, level in readings if at + 1 < time < following]
+                self.assertGreater(len(later), 4)
+                for level in later:
+                    self.assertAlmostEqual(level, dbm, delta=DBM)
+
+    def test_of_all_networks_are_those_of_iw(self):
+        seen = self.iw("networks", "air")
+        listed = {record["bssid"]: record for record in
+                  map(json.loads, text_of("networks", "air.out").splitlines())}
+        self.assertGreaterEqual(set(seen), set(listed))
+        for name, dbm in LEVELS.items():
+            with self.subTest(name):
+                record = listed[hostapd(name)["bssid[0]"]]
+                self.assertAlmostEqual(record["dbm"], dbm, delta=DBM)
+                self.assertEqual(record["mhz"], int(hostapd(name)["freq"]))
+                self.assertEqual(bytes.fromhex(record["nameHex"]), seen[record["bssid"]].ssid)
+
     def test_of_chains_are_none_of_this_driver(self):
         for case, event in (("associated-wpa2", "NO_CHAINS_OF_CONNECTION"),
                             ("levels", "NO_CHAINS_OF_SCAN")):
