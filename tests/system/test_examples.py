@@ -9,7 +9,7 @@ from program import DIST, RESULTS, ROOT, ProgramTest, settings
 
 PAGES = [*(ROOT / "docs").glob("*.md"), ROOT / "README.md", ROOT / "tools" / "package" / "README.txt",
          ROOT / "tools" / "radiosim" / "README.md"]
-FIRST_WORDS = ("list", "run", "doctor", "replay", "watch", "--help", "--version")
+FIRST_WORDS = ("list", "run", "doctor", "replay", "networks", "watch", "--help", "--version")
 # A program or ./run with or without its name, and behind it words with one blank between them: two begin a remark.
 COMMAND = re.compile(r"(?:\b(?P<name>mrlrantenna|mrlrsignal)(?:\.k5x)?|"
                      r"\./run(?: --program (?P<chosen>mrlrsignal))?)"
@@ -17,9 +17,9 @@ COMMAND = re.compile(r"(?:\b(?P<name>mrlrantenna|mrlrsignal)(?:\.k5x)?|"
 VERDICTS = {RESULTS[word] for word in ("PASS", "WARN", "FAIL")}
 AT_ONCE = 4
 # What the examples name.
-NETWORKS = ("Lab", "Bench2", "Bed&Breakfast")
+NETWORKS = {"Lab": {"bssid": "02:00:00:00:01:00", "rssi": -62},
+            "Bench2": {"rssi": -65, "channel": 36}, "Bed&Breakfast": {"rssi": -70}}
 CARD = "Intel(R) Wi-Fi 6 AX201"
-RADIO = "02:00:00:00:01:00"
 
 
 def commands_in(text, program):
@@ -52,12 +52,12 @@ class Examples:
         self.executable = tree / f"{self.program}.k5x"
         self.scenario = self.write("scenario.json", {"interfaces": [{
             "description": CARD,
-            "accessPoints": [{"ssid": name, "signal": 60, "bss": [{"bssid": RADIO, "rssi": -62}]}
-                             if name == NETWORKS[0] else {"ssid": name, "signal": 60}
-                             for name in NETWORKS]}]})
+            "accessPoints": [{"ssid": name, "signal": 60, "bss": [radio]}
+                             for name, radio in NETWORKS.items()]}]})
         pages = [(ROOT / "docs" / name).read_text(encoding="utf-8")
                  for name in (self.page, "command-line.md")]
-        self.write("station.toml", re.search(r"```toml\n(.*?)```", pages[0], re.S)[1])
+        for name in ("station.toml", "limits.toml"):  # the second is made by a command
+            self.write(name, re.search(r"```toml\n(.*?)```", pages[0], re.S)[1])
         self.write("cards.json", re.search(r"```json\n(\[.*?)```", pages[1], re.S)[1])
 
     def run_all(self, commands):
@@ -79,9 +79,8 @@ class Examples:
         commands = [(*command, "--check") if "DiversityTest" in command else command
                     for command in commands]
         # Shown until a person ends it; one that is given its seconds takes fewer here.
-        commands = [(*command[:command.index("--seconds")] if "--seconds" in command else command,
-                     "--seconds", "1") if command[0] == "watch" else command
-                    for command in commands]
+        commands = [(*" ".join(command).partition(" --seconds ")[0].split(" "), "--seconds", "1")
+                    if command[0] == "watch" else command for command in commands]
         made_before = [command for command in commands if "replay" not in command]
         replays = [command for command in commands if "replay" in command]
         self.assertTrue(replays)

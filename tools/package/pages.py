@@ -12,7 +12,8 @@ from components import FOLDER, PackagingError
 
 # Each page with its name in the bar at the top, in the bar's order.
 PAGES = {"technicians": "Technicians", "signal": "Levels", "watch": "Live levels",
-         "measuring": "What levels prove", "command-line": "Command line", "report": "Reports",
+         "networks": "Networks", "limits": "Limits", "measuring": "What levels prove",
+         "command-line": "Command line", "report": "Reports",
          "captures": "Captures", "stations": "Stations", "hosts": "Hosts", "localization": "Languages"}
 STYLE = "style.css"
 HEADING = re.compile(r"<h([1-6])>(.*?)</h\1>")
