@@ -21,7 +21,7 @@ inline constexpr double SAME_LEVEL = 3;
 struct SamplingPlan {
     std::size_t samples = 15; ///< of one BSS: no more are taken
     std::chrono::seconds longest{60};
-    statistics::LevelLimits limits;
+    statistics::LevelLimits limits = {};
     double offset = 0;       ///< dB, added to each reading
     bool mayEndEarly = true; ///< once more samples would hardly change the rating
 };

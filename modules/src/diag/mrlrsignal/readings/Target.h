@@ -23,9 +23,9 @@ Bssid bssidOf(const DOT11_MAC_ADDRESS& address);
 
 /// What is not set holds for every access point.
 struct Target {
-    std::optional<std::string> ssid; ///< the name's bytes
-    std::optional<Bssid> bssid;
-    std::optional<nativewifi::Band> band;
+    std::optional<std::string> ssid = {}; ///< the name's bytes
+    std::optional<Bssid> bssid = {};
+    std::optional<nativewifi::Band> band = {};
 
     /// Whether a BSS with these is meant. \param mhz centre frequency; 0 when it is not known,
     /// which no wanted band matches

@@ -9,8 +9,8 @@ namespace statistics {
 
 /// Limits in dBm. The failing limit, where both are set, is not above the warning limit.
 struct LevelLimits {
-    std::optional<double> warning;
-    std::optional<double> failing;
+    std::optional<double> warning = {};
+    std::optional<double> failing = {};
     /// dB, 0 or more: how far a level must be from a limit before it is on one side of it.
     double guardBand = 0;
 };
