@@ -62,15 +62,15 @@ constexpr readings::Bssid A = {0x10, 0x20, 0x30, 0x40, 0x50, 0x60};
 constexpr readings::Bssid FAR_AWAY = {0x90, 0x21, 0x31, 0x41, 0x51, 0x61};
 
 TEST(NetworksOfOneDevice, AreProbablyThoseOfNeighbouringAddresses) {
-    const readings::Bssid near = {0x10, 0x20, 0x30, 0x40, 0x50, 0x67};
+    const readings::Bssid nearby = {0x10, 0x20, 0x30, 0x40, 0x50, 0x67};
     const readings::Bssid local = {0x16, 0x20, 0x30, 0x40, 0x50, 0x61};
     const readings::Bssid further = {0x10, 0x20, 0x30, 0x40, 0x50, 0x68};
     const readings::Bssid otherVendor = {0x14, 0x20, 0x30, 0x40, 0x50, 0x60};
-    EXPECT_THAT(devicesOf({networkAt(A), networkAt(near)}), ElementsAre("1?", "1?"));
+    EXPECT_THAT(devicesOf({networkAt(A), networkAt(nearby)}), ElementsAre("1?", "1?"));
     EXPECT_THAT(devicesOf({networkAt(A), networkAt(local)}), ElementsAre("1?", "1?"));
     EXPECT_THAT(devicesOf({networkAt(A), networkAt(further)}), ElementsAre("0", "0"));
     EXPECT_THAT(devicesOf({networkAt(A), networkAt(otherVendor)}), ElementsAre("0", "0"));
-    EXPECT_THAT(devicesOf({networkAt(FAR_AWAY), networkAt(near), networkAt(A)}),
+    EXPECT_THAT(devicesOf({networkAt(FAR_AWAY), networkAt(nearby), networkAt(A)}),
                 ElementsAre("0", "1?", "1?"));
 }
 
