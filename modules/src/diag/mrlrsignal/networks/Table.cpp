@@ -79,23 +79,34 @@ constexpr Column columnsInOrder[] = {
 };
 constexpr int LAST_DROPPED = 7;
 
-// A column with its texts, the head's first.
+// The texts of a column, the head's first.
+std::vector<std::string> textsOf(const Column& column, const std::vector<Network>& networks) {
+    std::vector<std::string> texts;
+    texts.reserve(networks.size() + 1);
+    texts.push_back(tesk5::message(column.head));
+    for (const Network& network : networks) {
+        texts.push_back(column.text(network));
+    }
+    return texts;
+}
+
+std::size_t widestOf(const std::vector<std::string>& texts) {
+    std::size_t widest = 0;
+    for (const std::string& text : texts) {
+        widest = std::max(widest, mrl::columnsOf(text));
+    }
+    return widest;
+}
+
+// A column with its texts.
 struct Filled {
     Column column;
     std::vector<std::string> texts;
-    std::size_t widest = 0;
-    std::size_t width = 0; ///< that is shown
+    std::size_t widest;
+    std::size_t width; ///< that is shown
 
-    Filled(const Column& from, const std::vector<Network>& networks) : column(from) {
-        texts.push_back(tesk5::message(from.head));
-        for (const Network& network : networks) {
-            texts.push_back(from.text(network));
-        }
-        for (const std::string& text : texts) {
-            widest = std::max(widest, mrl::columnsOf(text));
-        }
-        width = widest;
-    }
+    Filled(const Column& from, const std::vector<Network>& networks)
+        : column(from), texts(textsOf(from, networks)), widest(widestOf(texts)), width(widest) {}
 
     std::string cell(std::size_t row) const {
         const std::string text = mrl::fittedToColumns(texts[row], width);
