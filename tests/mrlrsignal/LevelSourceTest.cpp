@@ -69,6 +69,17 @@ TEST_F(LevelSources, TakeAnEntryThatWasHeardAgain) {
     EXPECT_EQ(look.readings[0].at, 100ms);
 }
 
+TEST_F(LevelSources, TakeAnEntryThatCameToTheList) {
+    AccessPoint late = lab(-60);
+    late.from = 300ms;
+    show({late});
+    LevelSource source = sourceOf({.ssid = "Lab"});
+    EXPECT_FALSE(source.look().listed);
+    after(400ms);
+    EXPECT_EQ(source.look().readings.size(), 1U);
+    EXPECT_TRUE(source.look().readings.empty());
+}
+
 TEST_F(LevelSources, TakeAnEntryOnceOnly) {
     show({lab(-60)});
     LevelSource source = sourceOf({.ssid = "Lab"});

@@ -183,6 +183,7 @@ void LevelSource::readList(Look& look) {
     if (look.error != ERROR_SUCCESS || !list) {
         return;
     }
+    const bool isFirst = !std::exchange(m_hasList, true);
     for (DWORD i = 0; i < list->dwNumberOfItems; ++i) {
         const WLAN_BSS_ENTRY& entry = list->wlanBssEntries[i];
         Reading reading{.at = mrl::Clock::current().now(),
@@ -197,8 +198,8 @@ void LevelSource::readList(Look& look) {
         look.listed = true;
         const auto [known, isNew] =
             m_heard.try_emplace({reading.bssid, reading.ssid}, entry.ullHostTimestamp);
-        // At the first look there is nothing to tell a fresh entry by.
-        if (isNew || !hasMoved(known->second, entry.ullHostTimestamp)) {
+        // In the first list there is nothing to tell a fresh entry by; a later one was heard since.
+        if (isNew ? isFirst : !hasMoved(known->second, entry.ullHostTimestamp)) {
             ++m_dropped.unchanged;
             continue;
         }
@@ -234,6 +235,7 @@ Look LevelSource::look() {
     // The service has ended, and knows none of its handles when it is back.
     if (look.error == ERROR_INVALID_HANDLE || look.error == ERROR_SERVICE_NOT_ACTIVE) {
         m_client.reset();
+        m_hasList = false;
     }
     return look;
 }

@@ -94,6 +94,7 @@ private:
     /// Host timestamps. A hidden network can have two entries: named by an answer to a probe, and
     /// without a name by its beacons.
     std::map<std::pair<Bssid, std::string>, ULONGLONG> m_heard;
+    bool m_hasList = false; ///< what the client answers can be compared with an earlier list
     std::size_t m_scans = 0;
     Dropped m_dropped;
 };
