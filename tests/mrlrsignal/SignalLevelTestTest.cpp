@@ -3,6 +3,8 @@
 
 #include "SignalTest.h"
 
+#include <map>
+
 namespace test {
 namespace {
 
@@ -45,6 +47,18 @@ TEST_F(SignalLevelVerdicts, PassAboveEveryLimit) {
     EXPECT_EQ(measurements()[0].value.text(), "-50.0");
     EXPECT_EQ(measurements()[0].unit.utf8(), "dBm");
     EXPECT_EQ(measurements()[0].limits.size(), 2U);
+}
+
+TEST_F(SignalLevelVerdicts, SayHowMuchWasDroppedAndWhy) {
+    const Level none =
+        Level::Shape{.start = -50, .steps = {{.at = 200ms, .by = 60}, {.at = 500ms, .by = -60}}};
+    EXPECT_EQ(verdictAt(none, limits()), TestResult::PASS());
+    std::map<std::string, std::string> figures;
+    for (const tesk5::Figure& figure : measurements().at(0).figures) {
+        figures[figure.name.utf8()] = figure.value.text();
+    }
+    EXPECT_EQ(figures["NoLevels"], "3");
+    EXPECT_EQ(figures["NotHeardAgain"], "1") << "the first look";
 }
 
 TEST_F(SignalLevelVerdicts, FailBelowTheFailingLevelAndItsGuardBand) {

@@ -59,7 +59,8 @@ std::vector<tesk5::Limit> limitsOf(const statistics::LevelLimits& limits) {
     return list;
 }
 
-void recordLevel(const Sampled& sampled, const readings::SamplingPlan& plan) {
+void recordLevel(const Sampling& sampling, const readings::SamplingPlan& plan) {
+    const Sampled& sampled = sampling.sampled;
     const std::vector<tesk5::Limit> limits = limitsOf(plan.limits);
     DiagModule::follows({SERIES, DBM, limits, rounded(sampled.level)});
     const std::vector<tesk5::Figure> figures = {
@@ -71,7 +72,9 @@ void recordLevel(const Sampled& sampled, const readings::SamplingPlan& plan) {
         {"AppliedGuardBand", rounded(plan.limits.guardBand), DECIBEL},
         {"AppliedOffset", rounded(plan.offset), DECIBEL},
         {"Readings", sampled.samples.size(), ""},
-        {"EffectiveReadings", rounded(sampled.effective), ""}};
+        {"EffectiveReadings", rounded(sampled.effective), ""},
+        {"NotHeardAgain", sampling.dropped.unchanged, ""},
+        {"NoLevels", sampling.dropped.outOfRange, ""}};
     DiagModule::measured({SERIES, rounded(sampled.level), DBM, LOWEST, HIGHEST, limits, figures});
 }
 
@@ -133,7 +136,7 @@ TestResult SignalLevelTest(const tesk5::DiagDevice& device) {
         return withoutLevel(sampling);
     }
     const Sampled& sampled = sampling.sampled;
-    recordLevel(sampled, plan);
+    recordLevel(sampling, plan);
     TestResult result = rated(sampled, plan.limits);
     const bool spreads = isTooLarge(events::spreadTooLarge, sampled.spread.interquartileRange,
                                     parameters::maxSpread);
