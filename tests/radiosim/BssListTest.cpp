@@ -95,7 +95,9 @@ TEST_F(AnnouncedElements, SayTheSecurityOfTheNetwork) {
         {DOT11_AUTH_ALGO_OWE, DOT11_CIPHER_ALGO_CCMP}};
     std::vector<AccessPoint> accessPoints;
     for (const auto& [auth, cipher] : kinds) {
-        accessPoints.push_back({.ssid = "Lab", .auth = auth, .cipher = cipher});
+        accessPoints.push_back({.ssid = "Lab",
+                                .auth = static_cast<std::int32_t>(auth),
+                                .cipher = static_cast<std::int32_t>(cipher)});
     }
     show(accessPoints);
     const std::vector<nativewifi::Elements> all = announced();

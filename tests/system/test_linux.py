@@ -19,11 +19,15 @@ NO_NL80211 = ("The kernel has no wireless interface, nl80211 (WlanOpenHandle: er
 
 
 class Tree(LinuxProgramTest):
-    def test_is_the_executable_and_the_texts_and_nothing_else(self):
-        self.assertEqual(sorted(path.name for path in DIST.iterdir()), ["mrlrantenna", "share"])
-        texts = {name: content for name, content in resources().items()
-                 if "texts" in name.parts}
-        self.assertEqual(files(DIST / "share" / "mrlrantenna"), texts)
+    def test_is_the_executables_and_their_texts_and_nothing_else(self):
+        programs = ["mrlrantenna", "mrlrsignal"]
+        self.assertEqual(sorted(path.name for path in DIST.iterdir()), [*programs, "share"])
+        for program in programs:
+            with self.subTest(program=program):
+                parts = {program, "networkadapters", "tesk5"}
+                texts = {name: content for name, content in resources().items()
+                         if "texts" in name.parts and name.parts[0] in parts}
+                self.assertEqual(files(DIST / "share" / program), texts)
 
     def readelf(self, *options):
         return subprocess.run(["readelf", "--wide", *options, str(EXECUTABLE)], check=True,

@@ -5,10 +5,15 @@ import pathlib
 import shlex
 import shutil
 import subprocess
+import sys
 import time
 import unittest
 
 from program import DIST, EXECUTABLE, LIMIT_SECONDS, ROOT, ProgramTest, environment, settings
+
+sys.path.insert(0, str(ROOT / "tools" / "package"))
+
+import make_package  # noqa: E402
 
 COLUMNS, ROWS = 100, 20
 NARROW_COLUMNS = 42
@@ -84,7 +89,9 @@ class DoubleClick(TerminalTest):
         """The package's start script, beside the program."""
         tree = self.folder / "unpacked here"
         shutil.copytree(DIST, tree)
-        return shutil.copy(ROOT / "tools" / "package" / "mrlrantenna.cmd", tree)
+        script = tree / "mrlrantenna.cmd"
+        script.write_bytes(make_package.start_script("mrlrantenna"))
+        return script
 
     def waits_and_ends(self, name):
         screen = self.screens_until("Press Enter")[-1]

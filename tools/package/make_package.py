@@ -95,6 +95,12 @@ def with_windows_line_ends(text):
     return text.replace("\r\n", "\n").replace("\n", "\r\n").encode("utf-8")
 
 
+def start_script(program):
+    """The bytes of the script that starts the program from its folder."""
+    template = (components.FOLDER / "start.cmd").read_text(encoding="ascii")
+    return with_windows_line_ends(template.replace("{program}", program))
+
+
 def files_below(folder):
     """{name in the tree: content} of every file in a folder of the source tree."""
     return {path.relative_to(ROOT).as_posix(): path.read_bytes()
@@ -161,9 +167,8 @@ def contents(build, made_of):
     for component in in_programs:
         files[f"licences/{component['notice']}"] = with_windows_line_ends(
             components.notice(component))
-    script = (components.FOLDER / "start.cmd").read_text(encoding="ascii")
     for program in PROGRAMS:
-        files[f"{program}.cmd"] = with_windows_line_ends(script.replace("{program}", program))
+        files[f"{program}.cmd"] = start_script(program)
     files["LICENSE.txt"] = with_windows_line_ends((ROOT / "LICENSE").read_text(encoding="utf-8"))
     title = f"{number} build {build_number}"
     readme = (components.FOLDER / "README.txt").read_text(encoding="utf-8")
