@@ -1,4 +1,5 @@
 // The command networks through the real framework, on the simulated radio.
+#include "ModuleObjects.h"
 #include "SignalProgram.h"
 #include "TargetParameters.h"
 
@@ -33,6 +34,13 @@ using testing::Not;
 
 class Networks : public ModuleTest {
 protected:
+    ~Networks() override {
+        for (tesk5::Parameter* parameter :
+             {parameters::ssid, parameters::bssid, parameters::band}) {
+            parameter->reset();
+        }
+    }
+
     int networks(std::vector<std::string> options = {}) {
         options.insert(options.begin(), {"mrlrsignal", "networks"});
         m_output.clear();

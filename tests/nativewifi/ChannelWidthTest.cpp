@@ -28,7 +28,8 @@ Bytes vhtOperation(std::uint8_t width, std::uint8_t first, std::uint8_t second) 
 }
 
 // \param parameters of the element, which say what precedes the width
-Bytes heOperation(std::uint8_t width, Bytes parameters = {0, 0, 0x02}, std::size_t between = 0) {
+Bytes heOperation(std::uint8_t width, const Bytes& parameters = {0, 0, 0x02},
+                  std::size_t between = 0) {
     return element(255, join({{36}, parameters, Bytes(3 + between), {37, width, 0, 0, 6}}));
 }
 

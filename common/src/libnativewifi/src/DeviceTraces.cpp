@@ -23,13 +23,18 @@ std::optional<Array> arrayOf(ByteSpan bytes) {
     return array;
 }
 
-// The attributes of WPS have a number and a length of two bytes each, the higher first.
+// Two bytes, the higher first.
+std::size_t numberAt(ByteSpan bytes, std::size_t place) {
+    return bytes[place] * std::size_t{0x100} + bytes[place + 1];
+}
+
+// The attributes of WPS have a number and a length of two bytes each.
 std::optional<std::array<std::uint8_t, 16>> uuidIn(ByteSpan attributes) {
     constexpr std::size_t HEAD = 4;
-    constexpr unsigned UUID = 0x1047;
+    constexpr std::size_t UUID = 0x1047;
     while (attributes.size() >= HEAD) {
-        const unsigned number = attributes[0] * 0x100U + attributes[1];
-        const std::size_t length = attributes[2] * std::size_t{0x100} + attributes[3];
+        const std::size_t number = numberAt(attributes, 0);
+        const std::size_t length = numberAt(attributes, 2);
         if (length > attributes.size() - HEAD) {
             break;
         }
