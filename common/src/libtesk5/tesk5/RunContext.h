@@ -6,6 +6,7 @@
 #include <tesk5/Registry.h>
 #include <tesk5/TeskString.h>
 
+#include <mrl/LineInput.h>
 #include <mrl/OutputStream.h>
 
 #include <atomic>
@@ -58,6 +59,7 @@ public:
     Language& language;
     mrl::OutputStream& output;
     mrl::OutputStream& errors;
+    mrl::LineInput* input = &mrl::LineInput::ofProcess(); ///< answers to commands that ask
 
     std::string program;                ///< file name of the program, as typed
     std::vector<std::string> arguments; ///< what follows it
