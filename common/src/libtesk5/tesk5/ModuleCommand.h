@@ -61,6 +61,9 @@ struct ModuleCommand {
     /// Without a device that suits, the framework says why in the place of run() and returns the
     /// value of CANNOTRUN. Null: devices are not looked for.
     const char* test = nullptr;
+    /// Whether a call needs the devices of `test`; without it, every call does. One that does not
+    /// gets none, and is not refused when there are none.
+    bool (*needsDevices)(const CommandCall& call) = nullptr;
 
     /// Whether it takes the option of the module that has this name.
     bool hasOption(std::string_view option) const;

@@ -71,6 +71,17 @@ constexpr Explanation explanations[] = {
     {NoLevel::FAILED, &events::listFailed, &fillError, true},
 };
 
+// What explains the measurement, its event filled; null when nothing does.
+const Explanation* explanationOf(const Sampling& sampling) {
+    for (const Explanation& explanation : explanations) {
+        if (explanation.reason == sampling.none) {
+            explanation.fill(*aboutTarget(*explanation.event), sampling);
+            return &explanation;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 Number rounded(double value) {
@@ -155,17 +166,20 @@ Event::Variables attributesOf(const readings::Reading& reading) {
     return attributes;
 }
 
+std::string whyNoLevel(const Sampling& sampling) {
+    const Explanation* const explanation = explanationOf(sampling);
+    return explanation == nullptr
+               ? std::string()
+               : tesk5::message((*explanation->event)->key(), (*explanation->event)->variables());
+}
+
 TestResult withoutLevel(const Sampling& sampling) {
     if (sampling.none == NoLevel::INTERRUPTED) {
         return TestResult::USERABORTED();
     }
-    for (const Explanation& explanation : explanations) {
-        if (explanation.reason != sampling.none) {
-            continue;
-        }
-        explanation.fill(*aboutTarget(*explanation.event), sampling);
-        DiagModule::error(*explanation.event, __FILE__, __LINE__);
-        if (explanation.advice) {
+    if (const Explanation* const explanation = explanationOf(sampling)) {
+        DiagModule::error(*explanation->event, __FILE__, __LINE__);
+        if (explanation->advice) {
             DiagModule::requestAdvice();
         }
     }

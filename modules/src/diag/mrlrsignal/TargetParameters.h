@@ -11,6 +11,7 @@
 #include <readings/Sampling.h>
 
 #include <optional>
+#include <string>
 
 /// The number in force; nothing when the parameter has none.
 std::optional<double> numberOf(const tesk5::Parameter* parameter);
@@ -39,6 +40,10 @@ tesk5::TeskString nameOfTarget();
 tesk5::Event* aboutTarget(tesk5::Event* event);
 /// Where a reading comes from, for series.
 tesk5::Event::Variables attributesOf(const readings::Reading& reading);
+
+/// Why the measurement has no level, as a sentence; empty when it has one, and after an
+/// interruption.
+std::string whyNoLevel(const readings::Sampling& sampling);
 
 /// Raises the event of the reason why there is no level, and asks for advice where the examination
 /// can find the cause.

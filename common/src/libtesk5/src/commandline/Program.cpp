@@ -344,11 +344,16 @@ int moduleCommand(const CommandLine& given, RunContext& context) {
         openLog(line);
     } else {
         refuseWrongParameters({test}, false);
-        std::optional<std::vector<DiagDevice>> devices = devicesOf(command, *test, line, context);
-        if (!devices) {
-            return TestResult::CANNOTRUN().value();
+        if (command.needsDevices != nullptr && !command.needsDevices(call)) {
+            openLog(line);
+        } else {
+            std::optional<std::vector<DiagDevice>> devices =
+                devicesOf(command, *test, line, context);
+            if (!devices) {
+                return TestResult::CANNOTRUN().value();
+            }
+            call.devices = std::move(*devices);
         }
-        call.devices = std::move(*devices);
     }
     const InterruptWatch interrupts(context.stopRequest);
     return unlessLost(command.run(call, context), context);
