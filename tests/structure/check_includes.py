@@ -125,7 +125,7 @@ WIN32_PLACES = re.compile(
     # A console needs UTF-16 from the system itself; only the system knows what a name leads to, its
     # own path and the languages, its DLLs and its arguments.
     r"|common/src/libcommon/mrlbase/src/"
-    r"(OutputStream|(Files|ProcessArguments|System|SystemLibrary)Win32)\.cpp"
+    r"(OutputStream|(Files|LineInput|ProcessArguments|System|SystemLibrary)Win32)\.cpp"
     # Console events.
     r"|common/src/libtesk5/src/run/InterruptWatchWin32\.cpp"
     # The console's keys, screen and sound.

@@ -45,6 +45,8 @@ struct Measurement {
     Number highest = 100;
     std::vector<Limit> limits;
     std::vector<Figure> figures = {};
+    /// What else is known of it, each under its name: the calibration that it was made with.
+    Event::Variables attributes = {};
 
     /// The most severe limit that the value breaks; null when it keeps all of them. Of two equally
     /// severe ones the lower counts, or the higher of two that a value must not be above.

@@ -18,7 +18,7 @@ class RunContext;
 /// An option of the module's commands. Commands that have one of the same name in common have it
 /// with the same contents. Without choices and without a range, every text is a value.
 struct CommandOption {
-    const char* name;     ///< with its dashes; not that of an option of the framework
+    const char* name;     ///< with its dashes; not that of an option of every command
     const char* argument; ///< what follows it, as the help page shows it: "N"; null for a switch
     const char* help;     ///< key of the text that says what it does
     const char* example;  ///< "watch --seconds 10"

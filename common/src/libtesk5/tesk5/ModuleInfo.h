@@ -35,6 +35,14 @@ struct TextPart {
     std::string_view builtInTexts;
 };
 
+/// A table of a configuration file that the module reads itself.
+struct ConfigTable {
+    std::string_view name;
+    /// Name of a registered parameter that names files: a configuration file with the table sets it
+    /// to its own path.
+    std::string_view parameter;
+};
+
 /// Every pointer may be null: the framework works without what the module does not provide.
 struct ModuleInfo {
     /// Name of the module, as reports and its folder of texts carry it.
@@ -67,6 +75,7 @@ struct ModuleInfo {
     const CaptureSupport* captures = nullptr;
     /// The module's own commands, in the order of the help page.
     std::span<const ModuleCommand> commands = {};
+    std::span<const ConfigTable> configTables = {};
 };
 
 /// Defined once in each program that links the framework. Any thread.

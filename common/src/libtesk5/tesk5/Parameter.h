@@ -64,6 +64,11 @@ public:
     /// 0 when the value cannot be given as bytes.
     std::size_t mostBytes() const { return m_mostBytes; }
 
+    /// Makes the value the name of a file: in a configuration file, a relative one counts from the
+    /// folder of that file. \return this
+    Parameter* setNamesFile();
+    bool namesFile() const { return m_namesFile; }
+
     /// The numbers that a ranged() parameter takes; 0 alone until it is set. Lists, help and
     /// refusals show it with its unit.
     Parameter* setRange(NumberRange range);
@@ -103,6 +108,7 @@ private:
     bool m_multiValued;
     bool m_optional;
     std::size_t m_mostBytes = 0;
+    bool m_namesFile = false;
     NumberRange m_range;
     const char* m_otherSign = "INPUT_NUMBER_OTHER_SIGN";
     std::vector<TeskString> m_choices;

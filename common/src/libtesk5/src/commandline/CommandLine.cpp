@@ -284,11 +284,19 @@ std::string foreignOption(const OptionDescription& option, const CommandDescript
                                       {{"Command", command.name}, {"Name", option.name}});
 }
 
+// Whether `command` takes an option of that name.
+bool isTaken(std::string_view name, const CommandDescription& command) {
+    const std::vector<OptionDescription>& options = optionDescriptions();
+    return std::any_of(options.begin(), options.end(), [&](const OptionDescription& option) {
+        return name == option.name && goesWith(option, command);
+    });
+}
+
 void refuseForeignOptions(const ParsedArguments& parsed) {
     const CommandDescription* const named = parsed.command();
     const CommandDescription& command = named == nullptr ? descriptionOf(Command::list) : *named;
     for (const OptionDescription& option : optionDescriptions()) {
-        if (parsed.given(option.name) && !goesWith(option, command)) {
+        if (parsed.given(option.name) && !isTaken(option.name, command)) {
             throw BadInput{foreignOption(option, command, named != nullptr)};
         }
     }
@@ -357,8 +365,12 @@ CommandLine parseCommandLine(const std::vector<std::string>& given) {
         refuseLookalike(name);
         line.tests.emplace_back(name);
     }
+    const CommandDescription& command =
+        parsed.command() == nullptr ? descriptionOf(Command::list) : *parsed.command();
     for (const OptionDescription& option : optionDescriptions()) {
-        applyOption(option, parsed, line);
+        if (goesWith(option, command)) {
+            applyOption(option, parsed, line);
+        }
     }
     return line;
 }

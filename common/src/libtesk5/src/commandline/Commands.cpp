@@ -80,8 +80,16 @@ bool setCaptureNames(CommandLine& line, std::string_view /*name*/, const std::st
     return line.hideNames || word == "shown";
 }
 
+// An option of the module may have the name of one that none of its commands takes.
+const OptionDescription* moduleOptionNamed(std::string_view name) {
+    const std::vector<OptionDescription>& options = optionDescriptions();
+    return &*std::find_if(options.begin(), options.end(), [name](const OptionDescription& option) {
+        return option.ofModule != nullptr && name == option.name;
+    });
+}
+
 bool setModuleOption(CommandLine& line, std::string_view name, const std::string& text) {
-    const CommandOption& option = *optionNamed(name)->ofModule;
+    const CommandOption& option = *moduleOptionNamed(name)->ofModule;
     const bool numeric = option.range.has_value();
     const DataType type = numeric                  ? DataType::INTEGER()
                           : option.choices.empty() ? DataType::STRING()

@@ -3,7 +3,9 @@
 
 #include <tesk5/BadInput.h>
 #include <tesk5/Language.h>
+#include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
+#include <tesk5/TomlFile.h>
 
 #include "commandline/ConfigKeys.h"
 #include "run/Plan.h"
@@ -112,14 +114,20 @@ std::optional<Problem> tooManyDots(const std::string& text) {
     return std::nullopt;
 }
 
-toml::table parsed(const std::string& file) {
+struct ParsedFile {
+    std::string bytes;
+    toml::table root;
+};
+
+ParsedFile parsed(const std::string& file) {
     std::string text;
     try {
-        text = inUtf8(mrl::readWholeFile(mrl::System::path(file), LARGEST_FILE));
+        std::string bytes = mrl::readWholeFile(mrl::System::path(file), LARGEST_FILE);
+        text = inUtf8(bytes);
         if (const std::optional<Problem> problem = tooManyDots(text)) {
             refuse(file, *problem);
         }
-        return toml::parse(text);
+        return {std::move(bytes), toml::parse(text)};
     } catch (const mrl::FileFailure& failure) {
         throw BadInput{
             message("CONFIG_UNREADABLE", {{"File", file}, {"Reason", fileReason(failure).text()}})};
@@ -170,10 +178,18 @@ public:
     CommandLine read(const toml::table& root) {
         CommandLine line = m_given;
         for (const auto& [name, node] : root) {
+            if (isOfModule(name.str())) {
+                continue;
+            }
             if (m_tables.contains(std::string(name.str()))) {
                 readTable(std::string(name.str()), node, line);
             } else {
                 readKey("", name, node, line);
+            }
+        }
+        for (const ConfigTable& table : moduleInfo().configTables) {
+            if (const toml::node* const node = root.get(table.name)) {
+                readValue(*keyNamed(PARAMETERS, table.parameter), *node, *m_given.configFile, line);
             }
         }
         return line;
@@ -187,6 +203,19 @@ public:
     }
 
 private:
+    static bool isOfModule(std::string_view table) {
+        const auto tables = moduleInfo().configTables;
+        return std::any_of(tables.begin(), tables.end(),
+                           [table](const ConfigTable& other) { return other.name == table; });
+    }
+
+    std::vector<ConfigKey>::const_iterator keyNamed(std::string_view table,
+                                                    std::string_view name) const {
+        return std::find_if(m_keys.begin(), m_keys.end(), [&](const ConfigKey& known) {
+            return known.table == table && known.name == name;
+        });
+    }
+
     void readTable(const std::string& table, const toml::node& node, CommandLine& line) {
         const toml::table* const entries = node.as_table();
         if (entries == nullptr) {
@@ -202,9 +231,7 @@ private:
 
     void readKey(const std::string& table, const toml::key& name, const toml::node& node,
                  CommandLine& line) {
-        const auto key = std::find_if(m_keys.begin(), m_keys.end(), [&](const ConfigKey& known) {
-            return known.table == table && known.name == name.str();
-        });
+        const auto key = keyNamed(table, name.str());
         if (key == m_keys.end()) {
             m_problems.push_back(
                 {name.source().begin, aboutUnknownKey(table, std::string(name.str()))});
@@ -234,9 +261,14 @@ private:
             m_problems.push_back({node.source().begin, message("CONFIG_USELESS_TEXT")});
             return;
         }
-        const bool isFile = key.kind == ConfigKey::Kind::file;
+        const bool isFile = key.kind == ConfigKey::Kind::file && !value->empty();
+        readValue(key, node, isFile ? besideTheFile(*value) : *value, line);
+    }
+
+    void readValue(const ConfigKey& key, const toml::node& node, const std::string& value,
+                   CommandLine& line) {
         CommandLine& target = isGiven(key) ? m_unused : line;
-        if (const auto reason = key.apply(target, isFile ? besideTheFile(*value) : *value)) {
+        if (const auto reason = key.apply(target, value)) {
             m_problems.push_back({node.source().begin, *reason});
         }
     }
@@ -341,6 +373,36 @@ private:
     std::vector<Problem> m_problems;
 };
 
+// Dates and times are none of JSON's types: null.
+mrl::Json jsonOf(const toml::node& node) {
+    switch (node.type()) {
+    case toml::node_type::table: {
+        mrl::Json object = mrl::Json::object();
+        for (const auto& [name, entry] : *node.as_table()) {
+            object[std::string(name.str())] = jsonOf(entry);
+        }
+        return object;
+    }
+    case toml::node_type::array: {
+        mrl::Json list = mrl::Json::array();
+        for (const toml::node& item : *node.as_array()) {
+            list.push_back(jsonOf(item));
+        }
+        return list;
+    }
+    case toml::node_type::string:
+        return node.as_string()->get();
+    case toml::node_type::integer:
+        return node.as_integer()->get();
+    case toml::node_type::floating_point:
+        return node.as_floating_point()->get();
+    case toml::node_type::boolean:
+        return node.as_boolean()->get();
+    default:
+        return nullptr;
+    }
+}
+
 // Comes before every other message about the file, so that each is in its language.
 void useLanguageOf(const toml::table& root) {
     const toml::value<std::string>* const tag = root["language"].as_string();
@@ -368,11 +430,16 @@ std::set<TeskString> parametersTakenBy(const CommandLine& line, const Registry& 
 
 } // namespace
 
+TomlFile readTomlFile(const std::string& path) {
+    ParsedFile file = parsed(path);
+    return {.bytes = std::move(file.bytes), .root = jsonOf(file.root)};
+}
+
 CommandLine withConfiguration(const CommandLine& line, const Registry& registry) {
     if (!line.configFile) {
         return line;
     }
-    const toml::table root = parsed(*line.configFile);
+    const toml::table root = parsed(*line.configFile).root;
     if (!line.language) {
         useLanguageOf(root);
     }

@@ -128,6 +128,9 @@ ConfigKey::Kind kindOf(const Parameter& parameter) {
     if (parameter.type() == DataType::UINT32()) {
         return Kind::number;
     }
+    if (parameter.namesFile()) {
+        return Kind::file;
+    }
     return parameter.ranged() ? Kind::decimal : Kind::text;
 }
 

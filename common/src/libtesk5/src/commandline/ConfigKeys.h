@@ -4,6 +4,7 @@
 #include "commandline/CommandLine.h"
 
 #include <tesk5/Registry.h>
+#include <tesk5/TomlFile.h>
 
 #include <functional>
 #include <optional>
@@ -38,9 +39,6 @@ struct ConfigKey {
 /// Every key, in the order of the template: those of the framework, and the parameters of
 /// `registry`.
 std::vector<ConfigKey> configKeys(const Registry& registry);
-
-/// `text` in TOML's notation.
-std::string tomlText(const std::string& text);
 
 /// `name` as a key in TOML's notation: bare where it may be.
 std::string tomlKey(const std::string& name);

@@ -62,6 +62,11 @@ Parameter* Parameter::setBytesAllowed(std::size_t most) {
     return this;
 }
 
+Parameter* Parameter::setNamesFile() {
+    m_namesFile = true;
+    return this;
+}
+
 Parameter* Parameter::setRange(NumberRange range) {
     m_range = std::move(range);
     return this;

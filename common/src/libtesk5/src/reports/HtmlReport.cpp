@@ -181,6 +181,10 @@ Json measurementJson(const Measurement& measurement, bool mirrored) {
         return {{"name", translation(figure.name).utf8()},
                 {"value", withUnit(figure.value, figure.unit)}};
     });
+    for (const auto& [attribute, value] : measurement.attributes) {
+        json["figures"].push_back(
+            {{"name", translation(attribute).utf8()}, {"value", value.valueString().utf8()}});
+    }
     return json;
 }
 

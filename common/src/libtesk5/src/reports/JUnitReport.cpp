@@ -103,6 +103,9 @@ public:
             add(figureName, figure.value);
             add(figureName + ".unit", figure.unit.utf8());
         }
+        for (const auto& [attribute, value] : measurement.attributes) {
+            add(name + ".attribute." + attribute.utf8(), value.valueString().utf8());
+        }
     }
     void add(const Series& series) {
         const std::string name = "series." + series.head.name.utf8();

@@ -109,6 +109,10 @@ Json jsonOf(const Measurement& measurement) {
         json["figures"] =
             listOf(measurement.figures, [](const Figure& figure) { return jsonOf(figure); });
     }
+    if (!measurement.attributes.empty()) {
+        json["attributes"] =
+            objectOf(measurement.attributes, [](const Value& value) { return jsonOf(value); });
+    }
     return json;
 }
 

@@ -45,6 +45,10 @@ std::vector<std::string> measurementLines(const Measurement& measurement) {
     for (const Figure& figure : measurement.figures) {
         lines.push_back("  " + figureText(figure));
     }
+    for (const auto& [attribute, value] : measurement.attributes) {
+        lines.push_back(
+            "  " + message("MEASUREMENT", {{"Name", translation(attribute)}, {"Value", value}}));
+    }
     return lines;
 }
 
