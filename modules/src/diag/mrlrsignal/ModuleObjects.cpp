@@ -60,6 +60,8 @@ void initializeSignalModule() {
     }
     parameters::guardBand->setRange({0, 20, DECIBEL});
     parameters::offset->setRange({-50, 50, DECIBEL});
+    parameters::calibration->setNamesFile();
+    parameters::unusableCalibration->setChoices({"refuse", "warn"});
     parameters::samples->setRange({5, 1000, ""});
     parameters::maxSeconds->setRange({5, 600, "s"});
     parameters::maxSpread->setRange({0, 50, DECIBEL});
@@ -68,8 +70,10 @@ void initializeSignalModule() {
     parameters::maxImbalance->setRange({3, 60, DECIBEL});
     for (const tesk5::Parameter* const parameter :
          {parameters::ssid, parameters::bssid, parameters::band, parameters::warningLevel,
-          parameters::failingLevel, parameters::guardBand, parameters::offset, parameters::samples,
-          parameters::maxSeconds, parameters::maxSpread, parameters::maxDrift}) {
+          parameters::failingLevel, parameters::guardBand, parameters::offset,
+          parameters::calibration, parameters::station, parameters::unusableCalibration,
+          parameters::samples, parameters::maxSeconds, parameters::maxSpread,
+          parameters::maxDrift}) {
         signalLevelTest->addParameter(parameter);
     }
     for (const tesk5::Parameter* const parameter :

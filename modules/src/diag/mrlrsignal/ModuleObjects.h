@@ -13,6 +13,9 @@
     EVENT(levelTooClose, "LEVEL_TOO_CLOSE")                                                        \
     EVENT(spreadTooLarge, "SPREAD_TOO_LARGE")                                                      \
     EVENT(driftTooLarge, "DRIFT_TOO_LARGE")                                                        \
+    EVENT(calibrationExpired, "CALIBRATION_EXPIRED")                                               \
+    EVENT(calibrationOtherStation, "CALIBRATION_OTHER_STATION")                                    \
+    EVENT(calibrationForeign, "CALIBRATION_FOREIGN")                                               \
     EVENT(noService, "NO_LEVEL_SERVICE")                                                           \
     EVENT(radioOff, "NO_LEVEL_RADIO_OFF")                                                          \
     EVENT(denied, "NO_LEVEL_DENIED")                                                               \
@@ -37,6 +40,9 @@
     PARAMETER(failingLevel, "FailingLevel", DECIMAL, "")                                           \
     PARAMETER(guardBand, "GuardBand", DECIMAL, "0")                                                \
     PARAMETER(offset, "Offset", DECIMAL, "0")                                                      \
+    PARAMETER(calibration, "Calibration", STRING, "")                                              \
+    PARAMETER(station, "Station", STRING, "")                                                      \
+    PARAMETER(unusableCalibration, "UnusableCalibration", CHOICE, "refuse")                        \
     PARAMETER(samples, "Samples", INTEGER, "15")                                                   \
     PARAMETER(maxSeconds, "MaxSeconds", INTEGER, "60")                                             \
     PARAMETER(maxSpread, "MaxSpread", DECIMAL, "")                                                 \

@@ -1,5 +1,6 @@
 #include "SignalCommands.h"
 
+#include "CalibrateCommand.h"
 #include "LimitsCommand.h"
 #include "StudyCommand.h"
 
@@ -27,6 +28,7 @@ std::span<const tesk5::ModuleCommand> signalCommands() {
          .test = LEVEL_TEST},
         studyCommand(),
         limitsCommand(),
+        calibrateCommand(),
     };
     return commands;
 }

@@ -1,5 +1,6 @@
 #include "SignalLevelTest.h"
 
+#include "AppliedCalibration.h"
 #include "ModuleObjects.h"
 #include "TargetParameters.h"
 
@@ -59,23 +60,30 @@ std::vector<tesk5::Limit> limitsOf(const statistics::LevelLimits& limits) {
     return list;
 }
 
-void recordLevel(const Sampling& sampling, const readings::SamplingPlan& plan) {
+void recordLevel(const Sampling& sampling, const readings::SamplingPlan& plan,
+                 const AppliedCalibration& calibration) {
     const Sampled& sampled = sampling.sampled;
+    const readings::Reading& reading = sampled.samples.back().reading;
+    const readings::Correction correction = correctionOf(plan, reading);
     const std::vector<tesk5::Limit> limits = limitsOf(plan.limits);
     DiagModule::follows({SERIES, DBM, limits, rounded(sampled.level)});
-    const std::vector<tesk5::Figure> figures = {
+    std::vector<tesk5::Figure> figures = {
         {"IntervalLow", rounded(sampled.interval.low), DBM},
         {"IntervalHigh", rounded(sampled.interval.high), DBM},
         {"InterquartileRange", rounded(sampled.spread.interquartileRange), DECIBEL},
         {"MedianAbsoluteDeviation", rounded(sampled.spread.medianAbsoluteDeviation), DECIBEL},
         {"Drift", rounded(sampled.trend.change), DECIBEL},
-        {"AppliedGuardBand", rounded(plan.limits.guardBand), DECIBEL},
-        {"AppliedOffset", rounded(plan.offset), DECIBEL},
+        {"AppliedGuardBand", rounded(limitsFor(plan, reading).guardBand), DECIBEL},
+        {"AppliedOffset", rounded(correction.offset), DECIBEL},
         {"Readings", sampled.samples.size(), ""},
         {"EffectiveReadings", rounded(sampled.effective), ""},
         {"NotHeardAgain", sampling.dropped.unchanged, ""},
         {"NoLevels", sampling.dropped.outOfRange, ""}};
-    DiagModule::measured({SERIES, rounded(sampled.level), DBM, LOWEST, HIGHEST, limits, figures});
+    if (correction.uncertainty > 0) {
+        figures.push_back({"OffsetUncertainty", rounded(correction.uncertainty), DECIBEL});
+    }
+    DiagModule::measured({SERIES, rounded(sampled.level), DBM, LOWEST, HIGHEST, limits, figures,
+                          calibration.attributes(reading)});
 }
 
 Event* aboutLevel(Event* event, const Sampled& sampled, const statistics::LevelLimits& limits) {
@@ -126,7 +134,16 @@ bool isTooLarge(Event* event, double found, const tesk5::Parameter* most) {
 } // namespace
 
 TestResult SignalLevelTest(const tesk5::DiagDevice& device) {
-    const readings::SamplingPlan plan = levelPlan();
+    using Use = AppliedCalibration::Use;
+    AppliedCalibration calibration;
+    const Use ofStation = calibration.checkStation();
+    if (ofStation == Use::REFUSED) {
+        return TestResult::CANNOTRUN();
+    }
+    readings::SamplingPlan plan = levelPlan();
+    plan.calibration = [&calibration](const readings::Reading& reading) {
+        return calibration.correctionOf(reading);
+    };
     readings::LevelSource source(interfaceOf(device), targetOfParameters());
     DiagModule::progresses("MEASURING_LEVEL", std::chrono::duration<double>(plan.longest).count());
     DiagModule::follows({SERIES, DBM, limitsOf(plan.limits), std::nullopt});
@@ -136,14 +153,20 @@ TestResult SignalLevelTest(const tesk5::DiagDevice& device) {
         return withoutLevel(sampling);
     }
     const Sampled& sampled = sampling.sampled;
-    recordLevel(sampling, plan);
-    TestResult result = rated(sampled, plan.limits);
+    const readings::Reading& reading = sampled.samples.back().reading;
+    const Use ofRadio = calibration.checkRadio(reading);
+    if (ofRadio == Use::REFUSED) {
+        return TestResult::CANNOTRUN();
+    }
+    recordLevel(sampling, plan, calibration);
+    TestResult result = rated(sampled, limitsFor(plan, reading));
     const bool spreads = isTooLarge(events::spreadTooLarge, sampled.spread.interquartileRange,
                                     parameters::maxSpread);
     const bool drifts =
         sampled.trend.pValue < DRIFT_SIGNIFICANCE &&
         isTooLarge(events::driftTooLarge, std::abs(sampled.trend.change), parameters::maxDrift);
-    if ((spreads || drifts) && result == TestResult::PASS()) {
+    const bool doubtful = ofStation == Use::WARNED || ofRadio == Use::WARNED;
+    if ((spreads || drifts || doubtful) && result == TestResult::PASS()) {
         result = TestResult::WARN();
     }
     return result;
@@ -170,5 +193,7 @@ tesk5::Findings checkLevelParameters(bool complete) {
             refuse("CHECK_GUARD_BAND_TOO_WIDE", levels);
         }
     }
+    const tesk5::Findings ofCalibration = calibrationFindings();
+    findings.insert(findings.end(), ofCalibration.begin(), ofCalibration.end());
     return findings;
 }

@@ -20,6 +20,16 @@ std::vector<double> levelsOf(const Samples& samples) {
     return levels;
 }
 
+// The levels as the adapter gives them.
+std::vector<double> dbmOf(const Samples& samples) {
+    std::vector<double> levels;
+    levels.reserve(samples.size());
+    for (const Sample& sample : samples) {
+        levels.push_back(static_cast<double>(sample.reading.dbm));
+    }
+    return levels;
+}
+
 // The measurement so far.
 class Measurement {
 public:
@@ -34,7 +44,8 @@ public:
         }
         for (const Reading& reading : look.readings) {
             Sample sample{.seconds = seconds(reading.at),
-                          .level = static_cast<double>(reading.dbm) + m_plan.offset,
+                          .level = static_cast<double>(reading.dbm) +
+                                   correctionOf(m_plan, reading).offset,
                           .reading = reading};
             Samples& samples = m_samples[reading.bssid];
             if (samples.size() < m_plan.samples) {
@@ -68,7 +79,8 @@ public:
         if (best->size() >= m_plan.samples) {
             return true;
         }
-        m_early = m_plan.mayEndEarly && statistics::decided(levelsOf(*best), 0, m_plan.limits);
+        m_early = m_plan.mayEndEarly &&
+                  statistics::decided(levelsOf(*best), 0, limitsFor(m_plan, best->back().reading));
         return m_early;
     }
 
@@ -109,7 +121,7 @@ private:
         for (const auto& [bssid, samples] : m_samples) {
             all.push_back({.bssid = bssid,
                            .mhz = samples.back().reading.mhz,
-                           .level = statistics::median(levelsOf(samples)) - m_plan.offset,
+                           .level = statistics::median(dbmOf(samples)),
                            .readings = samples.size()});
         }
         std::ranges::sort(all, [](const Candidate& a, const Candidate& b) {
@@ -177,6 +189,18 @@ private:
 };
 
 } // namespace
+
+Correction correctionOf(const SamplingPlan& plan, const Reading& reading) {
+    Correction correction = plan.calibration ? plan.calibration(reading) : Correction();
+    correction.offset += plan.offset;
+    return correction;
+}
+
+statistics::LevelLimits limitsFor(const SamplingPlan& plan, const Reading& reading) {
+    statistics::LevelLimits limits = plan.limits;
+    limits.guardBand += correctionOf(plan, reading).uncertainty;
+    return limits;
+}
 
 Sampling measure(LevelSource& source, const SamplingPlan& plan,
                  const std::function<void(const Sample&)>& onSample,

@@ -18,13 +18,26 @@ inline constexpr std::size_t FEWEST_READINGS = 5;
 /// Two radios of one name whose levels differ by more are not one level, in dB.
 inline constexpr double SAME_LEVEL = 3;
 
+/// What the calibration of a station says about one radio.
+struct Correction {
+    double offset = 0;      ///< dB, added to each reading
+    double uncertainty = 0; ///< dB, 0 or more: widens the guard band
+};
+
 struct SamplingPlan {
     std::size_t samples = 15; ///< of one BSS: no more are taken
     std::chrono::seconds longest{60};
     statistics::LevelLimits limits = {};
-    double offset = 0;       ///< dB, added to each reading
+    double offset = 0; ///< dB, added to each reading
+    /// The correction of a reading, besides the offset; null: none.
+    std::function<Correction(const Reading&)> calibration = {};
     bool mayEndEarly = true; ///< once more samples would hardly change the rating
 };
+
+/// What `plan` adds to a reading.
+Correction correctionOf(const SamplingPlan& plan, const Reading& reading);
+/// The limits of `plan` for the radio of a reading.
+statistics::LevelLimits limitsFor(const SamplingPlan& plan, const Reading& reading);
 
 /// Why a measurement has no level.
 enum class NoLevel : std::uint8_t {
