@@ -1,12 +1,15 @@
 // The limits that a configuration file gets, and the tables that are refused.
 #include "LimitsCommand.h"
 
+#include "LimitsId.h"
+
 #include "FixedRandom.h"
 #include "MeasurementCommand.h"
 
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <filesystem>
 
 namespace test {
 namespace {
@@ -49,6 +52,52 @@ TEST_F(LimitsCommands, WriteAConfigurationFileThatTellsWhereItsNumbersComeFrom) 
     EXPECT_THAT(text, HasSubstr("# Of the bad units 100.0% are stopped"));
     EXPECT_THAT(output(), HasSubstr("mean less 2.22 standard deviations"));
     EXPECT_THAT(output(), HasSubstr("Written: "));
+}
+
+TEST_F(LimitsCommands, GiveTheirFileAnIdentifierThatTheRunChecks) {
+    const std::string good = fileWith(table(30, -55));
+    const std::string out = outputFile("limits.toml");
+    const auto idIn = [&](const Options& more) {
+        Options options = {{"--from", good}, {"--out", out}};
+        options.insert(more.begin(), more.end());
+        EXPECT_EQ(limits(options), 0);
+        const std::string text = bytesOfFile(out);
+        const std::size_t begin = text.find("\nLimits = \"") + 11;
+        return text.substr(begin, text.find('"', begin) - begin);
+    };
+    const std::string first = idIn({});
+    EXPECT_THAT(first, testing::MatchesRegex("limits 1 [0-9a-f]+"));
+    EXPECT_EQ(first.size(), 9U + 64U);
+    EXPECT_THAT(output(), HasSubstr("Limits: " + first));
+    EXPECT_EQ(idIn({}), first);
+    EXPECT_THAT(idIn({{"--name", "Lab-A"}, {"--revision", "12"}}),
+                testing::StartsWith("Lab-A 12 "));
+    EXPECT_NE(idIn({{"--guard-band", "0.3"}}), first);
+    EXPECT_NE(idIn({{"--revision", "2"}}).substr(9), first.substr(9));
+}
+
+TEST_F(LimitsCommands, RefuseANameThatReportsCouldNotCarry) {
+    const std::string good = fileWith(table(30, -55));
+    const std::string longest(40, 'x');
+    EXPECT_EQ(limits({{"--from", good}, {"--name", longest}}), 0);
+    for (const std::string& wrong : {std::string("two words"), std::string("\"x"), longest + "x"}) {
+        EXPECT_THAT(refusal({{"--from", good}, {"--name", wrong}}),
+                    HasSubstr("no name for limits"));
+    }
+}
+
+TEST(LimitsIds, BelongToTheirLimitsAlone) {
+    const statistics::LevelLimits limits{.warning = -60.2, .failing = -61.2, .guardBand = 0.5};
+    const std::string id = limitsId("Lab", 3, limits);
+    EXPECT_TRUE(isIdOf(id, limits));
+    EXPECT_FALSE(isIdOf(id, {.warning = -60.3, .failing = -61.2, .guardBand = 0.5}));
+    EXPECT_FALSE(isIdOf(id, {.warning = -60.2, .failing = std::nullopt, .guardBand = 0.5}));
+    EXPECT_FALSE(isIdOf(id, {.warning = -60.2, .failing = -61.2, .guardBand = 0.6}));
+    EXPECT_FALSE(isIdOf("Lab 4" + id.substr(5), limits));
+    EXPECT_FALSE(isIdOf("", limits));
+    EXPECT_FALSE(isIdOf("Lab", limits));
+    // Sums of tenths are not exact in binary.
+    EXPECT_TRUE(isIdOf(id, {.warning = -60.2, .failing = -60.2 - 1, .guardBand = 0.1 + 0.4}));
 }
 
 TEST_F(LimitsCommands, WithoutAFileOnlyShowThem) {
@@ -128,6 +177,66 @@ TEST_F(LimitsCommands, RefuseAFileThatIsNoStudyOfThisVersion) {
         EXPECT_THAT(refusal({{"--from", good}, {"--study", fileWith(wrong)}}),
                     HasSubstr("is no study"))
             << wrong;
+    }
+}
+
+// A report as run --json writes it, shortened.
+std::string report(double level, int second, const char* ssid = "Lab") {
+    return R"({"schema": 1, "module": {"name": "mrlrsignal"}, "results": [{"started":
+        "2026-11-22T10:00:)" +
+           std::to_string(second) + R"(Z", "device": {"name": "A"}, "parameters": {"SSID": ")" +
+           ssid + R"(", "BSSID": "", "Band": ""}, "measurements": [{"name": "Level", "value": )" +
+           std::to_string(level) + R"(, "unit": "dBm"}]}]})";
+}
+
+class LimitsFromReports : public LimitsCommands {
+protected:
+    LimitsFromReports() { std::filesystem::create_directory(mrl::System::path(m_folder)); }
+
+    void keep(const std::string& name, std::string_view text) {
+        mrl::FileToWrite(mrl::System::path(m_folder + "/" + name)).write(text);
+    }
+    void keepTwelve() {
+        for (int i = 10; i < 22; ++i) {
+            keep("unit" + std::to_string(i) + ".json", report(-50 - i % 4, i));
+        }
+    }
+    std::string refusal() { return LimitsCommands::refusal({{"--from", m_folder}}); }
+
+    const std::string m_folder = outputFile("reports");
+};
+
+TEST_F(LimitsFromReports, TakeOneUnitFromEachReportOfTheFolder) {
+    keepTwelve();
+    keep("notes.txt", "no report");
+    EXPECT_EQ(limits({{"--from", m_folder}}), 0);
+    EXPECT_THAT(output(), HasSubstr("12 good units: mean -51.5"));
+    const std::string one = m_folder + "/unit10.json";
+    EXPECT_THAT(LimitsCommands::refusal({{"--from", one}}), HasSubstr("has 1"));
+    EXPECT_EQ(limits({{"--from", m_folder}, {"--bad", one}}), 0);
+    EXPECT_THAT(output(), HasSubstr("Of the bad units"));
+}
+
+TEST_F(LimitsFromReports, RefuseReportsThatAreNoMeasurementsOfOneUnitEach) {
+    EXPECT_THAT(refusal(), HasSubstr("has no reports"));
+    const std::string two = report(-50, 30).substr(0, report(-50, 30).size() - 2) + "," +
+                            report(-51, 31).substr(report(-51, 31).find("{\"started"));
+    const std::pair<std::string, const char*> reports[] = {
+        {report(-50, 10), "the same measurement"},
+        {report(-50, 30, "Other"), "another access point"},
+        {two, "several levels"},
+        {R"({"schema": 1, "module": {"name": "mrlrsignal"}, "results": []})", "has no level"},
+        {R"({"schema": 1, "module": {"name": "mrlrantenna"}, "results": []})", "no JSON report"},
+        {R"({"schema": 2, "module": {"name": "mrlrsignal"}, "results": []})", "no JSON report"},
+        {R"({"schema": 1, "module": {"name": "mrlrsignal"}, "results": 1})", "no JSON report"},
+        {R"({"schema": 1, "module": {"name": "mrlrsignal"}, "results": [1, {"measurements": 2}]})",
+         "has no level"},
+        {"[", "no JSON report"},
+        {"[]", "no JSON report"}};
+    keepTwelve();
+    for (const auto& [text, reason] : reports) {
+        keep("unit30.json", text);
+        EXPECT_THAT(refusal(), HasSubstr(reason)) << text;
     }
 }
 

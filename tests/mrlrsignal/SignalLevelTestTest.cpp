@@ -1,6 +1,7 @@
 // The verdicts of the level test, through the real framework, on the simulated radio.
 #include "SignalLevelTest.h"
 
+#include "LimitsId.h"
 #include "SignalTest.h"
 
 #include <map>
@@ -197,6 +198,19 @@ TEST_F(SignalLevelVerdicts, RefuseParametersThatDoNotGoTogether) {
     EXPECT_THAT(findings(), IsEmpty());
     give({{parameters::warningLevel, ""}, {parameters::failingLevel, ""}});
     EXPECT_THAT(findings(), ElementsAre("CHECK_NO_LIMIT"));
+}
+
+TEST_F(SignalLevelVerdicts, RefuseLimitsThatAreNotThoseOfTheirIdentifier) {
+    const std::string id = limitsId("Lab", 1, {.warning = -60, .failing = -70, .guardBand = 2});
+    give({{parameters::warningLevel, "-60.0"},
+          {parameters::failingLevel, "-70"},
+          {parameters::guardBand, "2"},
+          {parameters::limits, id.c_str()}});
+    EXPECT_THAT(findings(), IsEmpty());
+    give({{parameters::guardBand, "1"}});
+    EXPECT_THAT(findings(), ElementsAre("CHECK_OTHER_LIMITS"));
+    give({{parameters::limits, ""}});
+    EXPECT_THAT(findings(), IsEmpty());
 }
 
 TEST_F(SignalLevelVerdicts, RefuseLevelsInPercent) {

@@ -69,6 +69,65 @@ TEST_F(StudyCommands, WriteTheSameForPrograms) {
     EXPECT_EQ(json["readings"][1]["levels"], mrl::Json({0.08, 0.25, 0.07}));
 }
 
+TEST_F(StudyCommands, WriteTheirReadingsAsATableThatGivesTheSameStudy) {
+    const std::string csv = outputFile("raw.csv");
+    study({{"--from", fileWith(textbookTable())}, {"--csv", csv}});
+    const std::string first = output().substr(0, output().find("Written"));
+    EXPECT_EQ(study({{"--from", csv}}), 0);
+    EXPECT_EQ(output(), first);
+}
+
+TEST_F(StudyCommands, WriteTheNamesOfTheirPartsAsTheyAre) {
+    const std::string csv = outputFile("raw.csv");
+    study({{"--from", fileWith("part,level\n\"A \"\"1\"\"\",-50\n\"A \"\"1\"\"\",-51\n"
+                               "\"B,2\",-55\n\"B,2\",-56\n")},
+           {"--csv", csv}});
+    EXPECT_THAT(bytesOfFile(csv), HasSubstr("\"A \"\"1\"\"\",\"\",2,-51.0\r\n"));
+    EXPECT_THAT(bytesOfFile(csv), HasSubstr("\"B,2\""));
+}
+
+std::size_t countOf(const std::string& text, std::string_view word) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(word); at != std::string::npos;
+         at = text.find(word, at + word.size())) {
+        ++count;
+    }
+    return count;
+}
+
+TEST_F(StudyCommands, DrawTheStudyOnOnePage) {
+    const std::string file = outputFile("bench.html");
+    study({{"--from", fileWith(textbookTable())}, {"--tolerance", "8"}, {"--page", file}});
+    EXPECT_THAT(output(), HasSubstr("Written: "));
+    const std::string page = bytesOfFile(file);
+    EXPECT_THAT(page, testing::StartsWith("<!DOCTYPE html>"));
+    EXPECT_THAT(page, HasSubstr("<strong>Cannot tell parts apart</strong>"));
+    EXPECT_THAT(page, HasSubstr("Against the tolerance: conditional"));
+    EXPECT_THAT(page, HasSubstr("<td>27.9%</td>"));
+    EXPECT_THAT(page, HasSubstr("<td>7.8%</td>")) << "of variance";
+    EXPECT_THAT(page, HasSubstr("Warning: the operators repeat themselves"));
+    EXPECT_THAT(page, HasSubstr("0.29; 0.41; 0.64"));
+    EXPECT_EQ(countOf(page, "role=\"img\""), 4U);
+    // Three panels twice, and three lines.
+    EXPECT_EQ(countOf(page, "class=\"curve c3\" d=\"M"), 4U) << "with one of the legend";
+    for (const char* forbidden : {"<script", "http:", "https:", "{{", "STUDY_", "nan", "inf\""}) {
+        EXPECT_THAT(page, Not(HasSubstr(forbidden)));
+    }
+}
+
+TEST_F(StudyCommands, ShowNamesOnThePageAsText) {
+    const std::string file = outputFile("bench.html");
+    study({{"--from", fileWith("part,operator,level\n<b>,<i>,-50\n<b>,<i>,-50\n"
+                               "P&,<i>,-50\nP&,<i>,-50\n")},
+           {"--page", file}});
+    const std::string page = bytesOfFile(file);
+    EXPECT_THAT(page, HasSubstr("<bdi>&lt;b&gt;</bdi>"));
+    EXPECT_THAT(page, HasSubstr("Operator &lt;i&gt;"));
+    EXPECT_THAT(page, HasSubstr("P&amp;"));
+    EXPECT_THAT(page, Not(HasSubstr("<i>")));
+    EXPECT_THAT(page, Not(HasSubstr("nan")));
+}
+
 TEST_F(StudyCommands, WarnWhereAssumptionsFail) {
     std::string table = "part,level\n";
     for (int part = 0; part < 5; ++part) {

@@ -128,8 +128,8 @@ WIN32_PLACES = re.compile(
     r"(OutputStream|(Files|LineInput|ProcessArguments|System|SystemLibrary)Win32)\.cpp"
     # Console events.
     r"|common/src/libtesk5/src/run/InterruptWatchWin32\.cpp"
-    # The console's keys, screen and sound.
-    r"|modules/src/diag/mrlrsignal/watch/(Beeper|Terminal)Win32\.cpp"
+    # The console's keys, screen and sound; a file that one process at a time may open.
+    r"|modules/src/diag/mrlrsignal/(guide/FileLock|watch/(Beeper|Terminal))Win32\.cpp"
     r"|tools/radiosim/dll/.*|tools/dialogprobe/.*)$")
 
 # Headers, what they are called, and the places that may include them.

@@ -70,19 +70,22 @@ class Started:
     """A running program. Its output goes to files: processes that Wine starts beside it may keep a
     pipe open long after the program has ended. A start that Wine failed is repeated once."""
 
-    def __init__(self, arguments, folder, env, executable=EXECUTABLE):
+    def __init__(self, arguments, folder, env, executable=EXECUTABLE, typed=""):
         self._command = ["wine", str(executable), *arguments]
         self._folder = folder
         self._trace = tempfile.NamedTemporaryFile()
         self._environment = {"RADIOSIM_TRACE": self._trace.name, **env}
         self._repeated = False
+        self._typed = tempfile.TemporaryFile()
+        self._typed.write(typed.encode("utf-8"))
         self._out = tempfile.TemporaryFile()
         self._err = tempfile.TemporaryFile()
         self._start()
 
     def _start(self):
+        self._typed.seek(0)
         self.process = subprocess.Popen(self._command, cwd=self._folder, env=self._environment,
-                                        stdin=subprocess.DEVNULL, stdout=self._out,
+                                        stdin=self._typed, stdout=self._out,
                                         stderr=self._err, start_new_session=True)
 
     def _written(self):
@@ -117,7 +120,7 @@ class Started:
         finally:
             self.process.kill()
             self.process.wait()
-        with self._out, self._err, self._trace:
+        with self._typed, self._out, self._err, self._trace:
             return Run(exit_value, *self._written())
 
 
@@ -134,14 +137,15 @@ class ProgramTest(unittest.TestCase):
         """A scenario as a file: it is one, or what to write into one."""
         return self.write("scenario.json", scenario) if isinstance(scenario, dict) else scenario
 
-    def start_program(self, *arguments, scenario=None, **extra):
+    def start_program(self, *arguments, scenario=None, typed="", **extra):
         started = Started(arguments, self.folder,
-                          environment(self.scenario_file(scenario), **extra), self.executable)
+                          environment(self.scenario_file(scenario), **extra), self.executable,
+                          typed)
         self.addCleanup(started.process.kill)
         return started
 
-    def run_program(self, *arguments, scenario=None, **extra):
-        run = self.start_program(*arguments, scenario=scenario, **extra).finish()
+    def run_program(self, *arguments, scenario=None, typed="", **extra):
+        run = self.start_program(*arguments, scenario=scenario, typed=typed, **extra).finish()
         self.assertNotIn("err:heap:", run.err, "Wine's heap complains")
         return run
 

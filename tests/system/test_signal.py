@@ -48,6 +48,34 @@ class Signal(ProgramTest):
                 self.assertGreaterEqual(len(series["points"]), 11)
                 self.assertEqual(series["points"][0]["attributes"]["Channel"], 36)
 
+    def test_writes_a_study_that_fits_its_schema(self):
+        schema = json.loads((ROOT / "docs" / "schemas" / "study.schema.json")
+                            .read_text(encoding="utf-8"))
+        jsonschema.Draft202012Validator.check_schema(schema)
+        validator = jsonschema.Draft202012Validator(schema)
+        lines = [f"{part},{person},{-50 - 3 * part - trial * person % 2}"
+                 for part in range(5) for person in range(2) for trial in range(3)]
+        (self.folder / "readings.csv").write_text("part,operator,level\n" + "\n".join(lines))
+        run = self.run_program("study", "--from", "readings.csv", "--tolerance", "20", "--file",
+                               "bench.study.json", "--csv", "raw.csv", "--page", "bench.html")
+        self.assertEqual(run.exit, 0, run)
+        validator.validate(self.read_json("bench.study.json"))
+        self.assertEqual(len((self.folder / "raw.csv").read_text().splitlines()), 31)
+        self.assertIn("</html>", (self.folder / "bench.html").read_text(encoding="utf-8"))
+
+        guided = ("study", "--file", "guided.study.json", *settings(SSID="Lab", MaxSeconds=5))
+        size = ("--parts", "2", "--operators", "1", "--trials", "2")
+        scenario = networks(radio(0, -50))
+        run = self.run_program(*guided, *size, scenario=scenario, typed="\n\nr\nslipped\n")
+        self.assertEqual(run.exit, RESULTS["USERABORTED"], run)
+        study = self.read_json("guided.study.json")
+        validator.validate(study)
+        self.assertEqual(len(study["session"]["measurements"]), 1)
+        self.assertEqual(study["session"]["struckOut"][0]["reason"], "slipped")
+        run = self.run_program(*guided, scenario=scenario, typed="\n\n\n")
+        self.assertEqual(run.exit, 0, run)
+        validator.validate(self.read_json("guided.study.json"))
+
     def test_says_why_there_is_no_level(self):
         for scenario, word in (
                 (networks(radio(0, -50), radio(1, -65)), "02:00:00:00:01:01"),

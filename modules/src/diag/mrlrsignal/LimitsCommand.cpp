@@ -1,6 +1,8 @@
 #include "LimitsCommand.h"
 
 #include "CommandOptions.h"
+#include "LimitsId.h"
+#include "ReportLevels.h"
 #include "StudyFile.h"
 #include "TableFile.h"
 
@@ -31,6 +33,9 @@ constexpr const char* BAD = "--bad";
 constexpr const char* GUARD_BAND = "--guard-band";
 constexpr const char* STUDY = "--study";
 constexpr const char* OUT = "--out";
+constexpr const char* NAME = "--name";
+constexpr const char* REVISION = "--revision";
+constexpr int GREATEST_REVISION = 999'999;
 constexpr int WIDEST_GUARD_BAND = 20;
 // A unit that is just on a limit is measured further away than this in 5 % of all cases on either
 // side (JCGM 106:2012, annex A).
@@ -56,8 +61,11 @@ Value wholePercent(double share) {
     return quantity(Number::rounded(100 * share, 0), "%");
 }
 
-// The levels of a file, one a unit.
+// The levels of a file or of reports, one a unit.
 std::vector<double> levelsIn(const std::string& path) {
+    if (namesReports(path)) {
+        return levelsInReports(path);
+    }
     const TableFile file(path);
     const std::size_t column = file.column(levelColumns());
     std::vector<double> levels = file.numbers(column);
@@ -155,6 +163,7 @@ public:
             m_bad = levelsIn(bad);
         }
         chooseGuardBand(call);
+        chooseName(call);
     }
 
     int run() {
@@ -175,7 +184,11 @@ public:
             return NOTHING_FOUND;
         }
         if (file) {
-            file->replace(text + setting("GuardBand", m_options.guardBand));
+            const std::string id = limitsId(m_name, m_revision, limitsOf(proposal));
+            text += setting("GuardBand", m_options.guardBand);
+            text += commented({message("LIMITS_ID")}) + "Limits = \"" + id + "\"\n";
+            file->replace(text);
+            printLines(m_context, {message("LIMITS_NAMED", {{"Limits", id}})});
             printLines(m_context, {message("COMMAND_WRITTEN", {{"File", m_out}})});
         }
         return 0;
@@ -201,6 +214,28 @@ private:
                                           {"Study", study}}));
     }
 
+    void chooseName(const CommandCall& call) {
+        if (const std::string name = givenOption(call, NAME); !name.empty()) {
+            m_name = name;
+        }
+        if (!isLimitsName(m_name)) {
+            throw BadInput{message("LIMITS_NAME_REFUSED", {{"Text", m_name}})};
+        }
+        if (const std::optional<Number> given = Number::parse(givenOption(call, REVISION))) {
+            m_revision = static_cast<int>(given->toDouble());
+        }
+    }
+
+    // As the file has them.
+    statistics::LevelLimits limitsOf(const Proposal& proposal) const {
+        const auto levelOf = [](const std::optional<ProposedLimit>& limit) {
+            return limit ? std::optional(limit->level) : std::nullopt;
+        };
+        return {.warning = levelOf(proposal.warning),
+                .failing = levelOf(proposal.failing),
+                .guardBand = m_options.guardBand};
+    }
+
     // Shows what is known about a limit; returns its part of the file.
     std::string add(const std::optional<ProposedLimit>& limit, std::size_t missing,
                     const tolerance::Promise& promise, const char* parameter) {
@@ -221,6 +256,8 @@ private:
 
     tesk5::RunContext& m_context;
     std::string m_out;
+    std::string m_name = "limits";
+    int m_revision = 1;
     std::vector<double> m_good;
     std::vector<double> m_bad;
     std::vector<std::string> m_aboutGuardBand;
@@ -238,7 +275,8 @@ tesk5::ModuleCommand limitsCommand() {
             .arguments = "",
             .help = "HELP_LIMITS",
             .examples = {"limits --from good.csv --out limits.toml",
-                         "limits --from good.csv --bad bad.csv --guard-band 1.5"},
+                         "limits --from good.csv --bad bad.csv --guard-band 1.5",
+                         "limits --from reports --out limits.toml"},
             .run = &runLimits,
             .options = {{FROM_OPTION, "FILE", "HELP_FROM", FROM_EXAMPLE},
                         {BAD, "FILE", "HELP_BAD", "limits --from good.csv --bad bad.csv"},
@@ -246,7 +284,14 @@ tesk5::ModuleCommand limitsCommand() {
                          "limits --from good.csv --guard-band 1.5"},
                         {STUDY, "FILE", "HELP_GUARD_STUDY",
                          "limits --from good.csv --study bench.study.json"},
-                        {OUT, "FILE", "HELP_OUT", "limits --from good.csv --out limits.toml"}},
+                        {OUT, "FILE", "HELP_OUT", "limits --from good.csv --out limits.toml"},
+                        {NAME, "NAME", "HELP_LIMITS_NAME",
+                         "limits --from good.csv --name Lab --out limits.toml"},
+                        {.name = REVISION,
+                         .argument = "N",
+                         .help = "HELP_REVISION",
+                         .example = "limits --from good.csv --revision 2 --out limits.toml",
+                         .range = tesk5::NumberRange{1, GREATEST_REVISION, ""}}},
             .parameters = {},
             .test = nullptr};
 }

@@ -72,8 +72,8 @@ void initializeSignalModule() {
          {parameters::ssid, parameters::bssid, parameters::band, parameters::warningLevel,
           parameters::failingLevel, parameters::guardBand, parameters::offset,
           parameters::calibration, parameters::station, parameters::unusableCalibration,
-          parameters::samples, parameters::maxSeconds, parameters::maxSpread,
-          parameters::maxDrift}) {
+          parameters::samples, parameters::maxSeconds, parameters::maxSpread, parameters::maxDrift,
+          parameters::limits}) {
         signalLevelTest->addParameter(parameter);
     }
     for (const tesk5::Parameter* const parameter :

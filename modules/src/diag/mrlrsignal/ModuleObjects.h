@@ -48,7 +48,8 @@
     PARAMETER(maxSpread, "MaxSpread", DECIMAL, "")                                                 \
     PARAMETER(maxDrift, "MaxDrift", DECIMAL, "")                                                   \
     PARAMETER(chains, "Chains", INTEGER, "")                                                       \
-    PARAMETER(maxImbalance, "MaxImbalance", DECIMAL, "15")
+    PARAMETER(maxImbalance, "MaxImbalance", DECIMAL, "15")                                         \
+    PARAMETER(limits, "Limits", STRING, "")
 
 /// Owned by the framework, alive until the process ends; not to be used before all static objects
 /// exist.

@@ -1,6 +1,7 @@
 #include "SignalLevelTest.h"
 
 #include "AppliedCalibration.h"
+#include "LimitsId.h"
 #include "ModuleObjects.h"
 #include "TargetParameters.h"
 
@@ -30,11 +31,15 @@ constexpr double ROUNDING_ERROR = 1e-9;
 // A drift that readings without one would show in one run of twenty is none.
 constexpr double DRIFT_SIGNIFICANCE = 0.05;
 
+statistics::LevelLimits limitsOfParameters() {
+    return {.warning = numberOf(parameters::warningLevel),
+            .failing = numberOf(parameters::failingLevel),
+            .guardBand = numberOr(parameters::guardBand, 0)};
+}
+
 readings::SamplingPlan levelPlan() {
     readings::SamplingPlan plan = planOfParameters();
-    plan.limits = {.warning = numberOf(parameters::warningLevel),
-                   .failing = numberOf(parameters::failingLevel),
-                   .guardBand = numberOr(parameters::guardBand, 0)};
+    plan.limits = limitsOfParameters();
     plan.offset = numberOr(parameters::offset, 0);
     // Spread and drift over the time that Samples asks for.
     plan.mayEndEarly = !parameters::maxSpread->isSet() && !parameters::maxDrift->isSet();
@@ -195,5 +200,10 @@ tesk5::Findings checkLevelParameters(bool complete) {
     }
     const tesk5::Findings ofCalibration = calibrationFindings();
     findings.insert(findings.end(), ofCalibration.begin(), ofCalibration.end());
+    // A report is not to name limits that it was not made with.
+    if (parameters::limits->isSet() &&
+        !isIdOf(parameters::limits->value().valueString().utf8(), limitsOfParameters())) {
+        refuse("CHECK_OTHER_LIMITS", {{"Limits", parameters::limits->value()}});
+    }
     return findings;
 }

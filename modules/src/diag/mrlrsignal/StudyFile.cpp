@@ -110,37 +110,54 @@ Json readingsOf(const StudyReadings& data) {
     return all;
 }
 
-constexpr int VERSION = 1;
-constexpr std::size_t LARGEST_FILE = 0x1000000;
+[[noreturn]] void refuseStudy(const std::string& path) {
+    throw BadInput{message("STUDY_FILE_UNUSABLE", {{"File", path}})};
+}
 
-std::optional<double> gaugeDeviationIn(const std::string& text) {
-    try {
-        const Json study = mrl::parseJson(text);
-        const Json::json_pointer version("/studyVersion");
-        const Json::json_pointer deviation("/variations/gauge/deviation/value");
-        if (study.contains(version) && study[version] == VERSION && study.contains(deviation) &&
-            study[deviation].is_number() && study[deviation].get<double>() >= 0) {
-            return study[deviation].get<double>();
+// A field of RFC 4180.
+std::string quoted(const std::string& text) {
+    std::string field = "\"";
+    for (const char c : text) {
+        field += c;
+        if (c == '"') {
+            field += c;
         }
-    } catch (const mrl::JsonFailure&) {
-        // No study either.
     }
-    return std::nullopt;
+    return field + "\"";
 }
 
 } // namespace
+
+StudyResult::StudyResult(StudyReadings readings, const gauge::StudyOptions& given)
+    : data(std::move(readings)), options(given), study(evaluate(data.readings, options)),
+      byHand(averageAndRange(data.readings)), assumptions(checkAssumptions(data.readings)) {}
 
 std::vector<std::string_view> levelColumns() {
     return {"level", "value", "dBm", "rssi"};
 }
 
-double gaugeDeviation(const std::string& path) {
-    const std::optional<double> deviation =
-        gaugeDeviationIn(tesk5::readInputFile(path, LARGEST_FILE));
-    if (!deviation) {
-        throw BadInput{message("STUDY_FILE_UNUSABLE", {{"File", path}})};
+mrl::Json studyIn(const std::string& path) {
+    const std::string text = tesk5::readInputFile(path, LARGEST_STUDY);
+    try {
+        Json study = mrl::parseJson(text);
+        if (study.is_object() && study.contains("studyVersion") &&
+            study["studyVersion"] == STUDY_VERSION) {
+            return study;
+        }
+    } catch (const mrl::JsonFailure&) {
+        // No study either.
     }
-    return *deviation;
+    refuseStudy(path);
+}
+
+double gaugeDeviation(const std::string& path) {
+    const Json study = studyIn(path);
+    const Json::json_pointer deviation("/variations/gauge/deviation/value");
+    if (!study.contains(deviation) || !study[deviation].is_number() ||
+        study[deviation].get<double>() < 0) {
+        refuseStudy(path);
+    }
+    return study[deviation].get<double>();
 }
 
 const char* sourceName(gauge::Source source) {
@@ -201,12 +218,26 @@ StudyReadings studyReadings(const std::string& path) {
     return data;
 }
 
-Json studyJson(const StudyReadings& data, const gauge::Study& study,
-               const gauge::AverageRange& byHand, const gauge::Assumptions& assumptions,
-               const gauge::StudyOptions& options) {
+std::string studyCsv(const StudyReadings& data) {
+    std::string text = "part,operator,trial,level\r\n";
+    const gauge::Design& design = data.readings.design();
+    for (std::size_t part = 0; part < design.parts; ++part) {
+        for (std::size_t op = 0; op < design.operators; ++op) {
+            const auto cell = data.readings.cell(part, op);
+            for (std::size_t trial = 0; trial < design.trials; ++trial) {
+                text += quoted(data.parts[part]) + "," + quoted(data.operators[op]) + "," +
+                        std::to_string(trial + 1) + "," + Json(cell[trial]).dump() + "\r\n";
+            }
+        }
+    }
+    return text;
+}
+
+Json studyJson(const StudyResult& result) {
+    const auto& [data, options, study, byHand, assumptions] = result;
     const gauge::Design& design = data.readings.design();
     const std::optional<gauge::Rating> inTolerance = ratingInTolerance(study);
-    return {{"studyVersion", VERSION},
+    return {{"studyVersion", STUDY_VERSION},
             {"unit", "dBm"},
             {"design",
              {{"parts", design.parts}, {"operators", design.operators}, {"trials", design.trials}}},

@@ -11,12 +11,27 @@
 #include <string_view>
 #include <vector>
 
+/// The version of the files that the command study writes.
+inline constexpr int STUDY_VERSION = 1;
+inline constexpr std::size_t LARGEST_STUDY = 0x1000000; ///< bytes
+
 /// The readings of a study with the names of their parts and operators, in the order in which the
 /// table has them first. A table without a column for operators has one, without a name.
 struct StudyReadings {
     gauge::CrossedReadings readings;
     std::vector<std::string> parts;
     std::vector<std::string> operators;
+};
+
+/// A study and what was computed from its readings.
+struct StudyResult {
+    StudyResult(StudyReadings readings, const gauge::StudyOptions& given);
+
+    StudyReadings data;
+    gauge::StudyOptions options;
+    gauge::Study study;
+    gauge::AverageRange byHand;
+    gauge::Assumptions assumptions;
 };
 
 /// The names that a column of readings may have.
@@ -28,9 +43,14 @@ std::vector<std::string_view> levelColumns();
 StudyReadings studyReadings(const std::string& path);
 
 /// Everything about a study that docs/schemas/study.schema.json describes.
-mrl::Json studyJson(const StudyReadings& data, const gauge::Study& study,
-                    const gauge::AverageRange& byHand, const gauge::Assumptions& assumptions,
-                    const gauge::StudyOptions& options);
+mrl::Json studyJson(const StudyResult& result);
+
+/// The study's readings as a table that studyReadings() reads again.
+std::string studyCsv(const StudyReadings& data);
+
+/// The JSON of a file that the command study wrote.
+/// Failure: throws tesk5::BadInput, also for a study of another version
+mrl::Json studyIn(const std::string& path);
 
 /// The deviation of the gauge, in dB, in a file that the command study wrote.
 /// Failure: throws tesk5::BadInput, also for a study of another version

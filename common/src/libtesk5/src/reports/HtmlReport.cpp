@@ -3,14 +3,14 @@
 #include "reports/HtmlReport.h"
 
 #include <tesk5/ByteText.h>
-#include <tesk5/Language.h>
-#include <tesk5/ModuleInfo.h>
+#include <tesk5/Page.h>
 #include <tesk5/Texts.h>
 
 #include "reports/Chart.h"
 #include "reports/Gauge.h"
 #include "reports/LogFold.h"
 #include "reports/Markup.h"
+#include "reports/PageHead.h"
 #include "reports/ReportJson.h"
 #include "reports/ReportTemplates.h"
 #include "reports/Template.h"
@@ -18,8 +18,6 @@
 #include "texts/Lists.h"
 #include "texts/MeasurementText.h"
 #include "texts/NumberText.h"
-
-#include <mrl/Languages.h>
 
 #include <algorithm>
 #include <iterator>
@@ -67,15 +65,6 @@ const char* kindOf(const Measurement& measurement, const std::optional<Severity>
         return kindOf(*severity);
     }
     return measurement.limits.empty() ? NONE : GOOD;
-}
-
-Json timeJson(mrl::Clock::UtcTime time) {
-    return {{"machine", mrl::utcText(time)}, {"people", localTimeText(time)}};
-}
-
-std::string percent(double share) {
-    constexpr int DIGITS = 2;
-    return fixedPoint(share, DIGITS) + "%";
 }
 
 // null for the empty text, which leaves its section out.
@@ -141,18 +130,18 @@ Json gaugeJson(const Measurement& measurement, bool mirrored) {
     json["words"] = phrasesListed(words);
     json["zones"] = listOf(gauge.zones, [&measurement](const Gauge::Zone& zone) -> Json {
         return {{"kind", kindOf(measurement, zone.severity)},
-                {"x", percent(zone.x)},
-                {"width", percent(zone.width)}};
+                {"x", percentOf(zone.x)},
+                {"width", percentOf(zone.width)}};
     });
-    json["bar"] = {{"x", percent(gauge.value.x)}, {"width", percent(gauge.value.width)}};
+    json["bar"] = {{"x", percentOf(gauge.value.x)}, {"width", percentOf(gauge.value.width)}};
     json["limits"] = listOf(gauge.limits, [](double x) {
-        return Json::object({{"x", percent(x)}});
+        return Json::object({{"x", percentOf(x)}});
     });
-    json["pointer"] = {{"x", percent(gauge.valueX)},
+    json["pointer"] = {{"x", percentOf(gauge.valueX)},
                        {"side", gauge.valueSide},
                        {"text", withUnit(measurement.value, measurement.unit)}};
     json["labels"] = listOf(gauge.labels, [&measurement](const Gauge::Label& label) -> Json {
-        return {{"x", percent(label.x)},
+        return {{"x", percentOf(label.x)},
                 {"y", FIRST_LABEL_Y + LABEL_HEIGHT * label.row},
                 {"side", label.side},
                 {"text", withUnit(label.value, measurement.unit)}};
@@ -226,19 +215,19 @@ Json chartJson(const Series& series, bool mirrored) {
     }
     Json json;
     json["words"] = phrasesListed(words);
-    json["left"] = percent(mirrored ? 2 : 10);
+    json["left"] = percentOf(mirrored ? 2 : 10);
     json["side"] = mirrored ? "left" : "right";
-    json["labelX"] = percent(mirrored ? 101 : -1);
+    json["labelX"] = percentOf(mirrored ? 101 : -1);
     json["values"] = listOf(chart.values, [](const Chart::Tick& tick) -> Json {
-        return {{"y", percent(tick.at)}, {"text", numberText(tick.number)}};
+        return {{"y", percentOf(tick.at)}, {"text", numberText(tick.number)}};
     });
     json["times"] = listOf(chart.times, [](const Chart::Tick& tick) -> Json {
-        return {{"x", percent(tick.at)}, {"text", secondsText(tick.number)}};
+        return {{"x", percentOf(tick.at)}, {"text", secondsText(tick.number)}};
     });
     json["limits"] = listOf(chart.limits, [](const Chart::LimitLine& limit) -> Json {
-        return {{"kind", kindOf(limit.severity)}, {"y", percent(limit.y)}};
+        return {{"kind", kindOf(limit.severity)}, {"y", percentOf(limit.y)}};
     });
-    json["median"] = chart.medianY ? Json({{"y", percent(*chart.medianY)}}) : Json(nullptr);
+    json["median"] = chart.medianY ? Json({{"y", percentOf(*chart.medianY)}}) : Json(nullptr);
     json["box"] = "0 0 " + fixedPoint(Chart::SIDE, 0) + " " + fixedPoint(Chart::SIDE, 0);
     json["curve"] = chart.curve;
     json["dots"] = chart.dots;
@@ -305,8 +294,8 @@ Json surveyJson(const Survey& survey, bool mirrored) {
                  return {{"name", withUtf8Reading(entry.name.utf8())},
                          {"value", withUnit(entry.value, survey.unit)},
                          {"measured", entry.measured},
-                         {"x", percent(mirrored ? WHOLE - width : 0)},
-                         {"width", percent(width)}};
+                         {"x", percentOf(mirrored ? WHOLE - width : 0)},
+                         {"width", percentOf(width)}};
              })}};
 }
 
@@ -494,36 +483,14 @@ std::string titleOf(const RunRecord& run) {
     return title;
 }
 
-// The tags in capitals are keys of texts.
-void setTexts(Json& page, std::string_view tmpl) {
-    constexpr std::string_view OPEN = "{{REPORT_";
-    for (std::size_t tag = tmpl.find(OPEN); tag != std::string_view::npos;
-         tag = tmpl.find(OPEN, tag + 1)) {
-        const std::size_t start = tag + 2;
-        const std::string key(tmpl.substr(start, tmpl.find("}}", start) - start));
-        page[key] = translation(TeskString(key)).utf8();
-    }
-}
-
-std::string programText(const ModuleVersion& version) {
-    return message("REPORT_PROGRAM", {{"Name", std::string(moduleInfo().name)},
-                                      {"Version", version.text()},
-                                      {"Build", version.build}});
-}
-
 } // namespace
 
 std::string htmlReportOf(const RunRecord& run) {
-    const std::string& tag = Language::current().tag();
-    const bool mirrored = mrl::isRightToLeft(tag);
+    const bool mirrored = isPageMirrored();
     const TestResult overall = worstResult(run);
     const bool several = run.outcomes.size() + run.withoutDevice.size() > 1;
-    Json page;
-    setTexts(page, pageTemplate());
-    page["lang"] = tag;
-    page["dir"] = mirrored ? "rtl" : "ltr";
-    page["title"] = titleOf(run);
-    page["program"] = programText(run.version);
+    Json page = pageHead(titleOf(run), run.version);
+    setTexts(page, reportTemplate());
     page["started"] = timeJson(run.started);
     page["ended"] = timeJson(run.ended);
     page["exit"] = message("REPORT_EXIT", {{"Value", std::to_string(run.exitValue)}});
@@ -538,7 +505,7 @@ std::string htmlReportOf(const RunRecord& run) {
             ? Json(nullptr)
             : Json(message("REPORT_LEFT_OUT", {{"Count", std::to_string(run.leftOut)}}));
     setLog(page, run.log, run.fullLog);
-    return filled(pageTemplate(), page, {{"mark", markTemplate()}});
+    return filled(reportTemplate(), page, {{"head", headTemplate()}, {"mark", markTemplate()}});
 }
 
 } // namespace tesk5

@@ -5,8 +5,14 @@
 
 namespace tesk5 {
 
-/// The page for people: report.html with report.css in it. Its tags in capitals are keys of texts.
+/// The report for people: report.html. Its tags in capitals are keys of texts.
+std::string_view reportTemplate();
+
+/// Other pages in its form: page.html.
 std::string_view pageTemplate();
+
+/// What both begin with, with report.css in it: report_head.html.
+std::string_view headTemplate();
 
 /// report_mark.html, the mark of a verdict or an event, which the page has in several places.
 std::string_view markTemplate();
