@@ -7,6 +7,7 @@
 #include <networkadapters/NetworkAdapters.h>
 
 #include <support/CapturedStream.h>
+#include <support/ScriptedInput.h>
 #include <support/TemporaryFolder.h>
 
 #include <tesk5/Registry.h>
@@ -18,7 +19,7 @@
 #include <mrl/Sha256.h>
 #include <mrl/System.h>
 
-#include <functional>
+#include <optional>
 
 namespace test {
 namespace {
@@ -31,22 +32,11 @@ using testing::Not;
 constexpr int WRONG_USAGE = 64;
 constexpr const char* BSSID = "02:00:00:00:01:00";
 
-// Answers each question with Enter, after what the script says for it.
-class Placer final : public mrl::LineInput {
-public:
-    std::function<std::string(int asked)> answer = [](int) { return std::string(); };
-    int asked = 0;
-
-    std::optional<std::string> line(const std::function<bool()>& stop) override {
-        const std::string text = answer(++asked);
-        return stop() || text == "end of input" ? std::nullopt : std::optional(text);
-    }
-};
-
 class Calibrations : public ModuleTest {
 protected:
     Calibrations() {
         m_context.input = &m_placer;
+        m_placer.answer = [](int /*asked*/) { return std::string(); };
         hears(-60);
     }
 
@@ -110,7 +100,7 @@ protected:
         mrl::FileToWrite(mrl::System::path(file())).write(text.replace(at, what.size(), by));
     }
 
-    Placer& placer() { return m_placer; }
+    ScriptedInput& placer() { return m_placer; }
     const std::string& output() const { return m_output.text(); }
     const std::string& errors() const { return m_errors.text(); }
     tesk5::RunContext& context() { return m_context; }
@@ -119,7 +109,7 @@ private:
     networkadapters::ScopedAdapters m_adapters{
         [] { return std::vector<networkadapters::NetworkAdapter>(); }};
     TemporaryFolder m_folder;
-    Placer m_placer;
+    ScriptedInput m_placer;
     tesk5::RunContext m_context{tesk5::Registry::instance()};
     tesk5::RunContext::Scope m_scope{m_context};
     CapturedStream m_output{mrl::cout};
@@ -218,7 +208,9 @@ TEST_F(Calibrations, ThatAPersonEndsWriteNothing) {
             if (asked == 3 && end == std::string("Ctrl+C")) {
                 context().stopRequest.raise();
             }
-            return std::string(asked == 3 ? end : "");
+            return asked == 3 && end == std::string("end of input")
+                       ? std::nullopt
+                       : std::optional<std::string>(asked == 3 ? end : "");
         };
         EXPECT_EQ(calibrate(), TestResult::USERABORTED().value()) << end;
         EXPECT_THAT(output(), HasSubstr("Nothing is written."));

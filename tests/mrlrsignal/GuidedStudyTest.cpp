@@ -8,6 +8,7 @@
 #include <networkadapters/NetworkAdapters.h>
 
 #include <support/CapturedStream.h>
+#include <support/ScriptedInput.h>
 #include <support/TemporaryFolder.h>
 
 #include <tesk5/Registry.h>
@@ -16,10 +17,8 @@
 
 #include <mrl/Files.h>
 #include <mrl/Json.h>
-#include <mrl/LineInput.h>
 #include <mrl/System.h>
 
-#include <deque>
 #include <fstream>
 
 namespace test {
@@ -31,36 +30,6 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr int WRONG_USAGE = 64;
-
-// What a person types and does before each line; the end of the input after the last one.
-class Person final : public mrl::LineInput {
-public:
-    using Action = std::function<void()>;
-
-    void types(const std::string& line, Action before = nullptr) {
-        m_lines.emplace_back(line, std::move(before));
-    }
-    void pressesEnter(int times) {
-        for (int i = 0; i < times; ++i) {
-            types("");
-        }
-    }
-
-    std::optional<std::string> line(const std::function<bool()>& stop) override {
-        if (stop() || m_lines.empty()) {
-            return std::nullopt;
-        }
-        const auto [text, before] = m_lines.front();
-        m_lines.pop_front();
-        if (before) {
-            before();
-        }
-        return text;
-    }
-
-private:
-    std::deque<std::pair<std::string, Action>> m_lines;
-};
 
 class GuidedStudies : public ModuleTest {
 protected:
@@ -91,7 +60,7 @@ protected:
         mrl::FileToWrite(mrl::System::path(file())).write(text);
     }
 
-    Person& person() { return m_person; }
+    ScriptedInput& person() { return m_person; }
     const std::string& output() const { return m_output.text(); }
     const std::string& errors() const { return m_errors.text(); }
     tesk5::RunContext& context() { return m_context; }
@@ -100,7 +69,7 @@ private:
     networkadapters::ScopedAdapters m_adapters{
         [] { return std::vector<networkadapters::NetworkAdapter>(); }};
     TemporaryFolder m_folder;
-    Person m_person;
+    ScriptedInput m_person;
     tesk5::RunContext m_context{tesk5::Registry::instance()};
     tesk5::RunContext::Scope m_scope{m_context};
     CapturedStream m_output{mrl::cout};

@@ -28,7 +28,6 @@ using tesk5::message;
 using tesk5::Number;
 using tesk5::RunContext;
 
-constexpr const char* REFERENCE = "--reference";
 constexpr const char* UNCERTAINTY = "--uncertainty";
 constexpr const char* UNIT = "--unit";
 constexpr const char* STATION = "--station";
@@ -70,13 +69,8 @@ double asWritten(double number) {
 }
 
 double referenceOf(const CommandCall& call) {
-    constexpr int LOWEST = -120;
-    const std::string text = required(call, REFERENCE);
-    const std::optional<Number> number = Number::parse(text);
-    if (!number || *number <= Number(LOWEST) || *number >= Number(0)) {
-        throw BadInput{message("CALIBRATE_NO_LEVEL", {{"Text", text}})};
-    }
-    return asWritten(number->toDouble());
+    required(call, REFERENCE);
+    return asWritten(*levelOption(call, REFERENCE));
 }
 
 readings::Bssid bssidOfCall() {
@@ -305,8 +299,7 @@ tesk5::ModuleCommand calibrateCommand() {
             .examples = {EXAMPLE, EXAMPLE_OF_CHECK},
             .run = &runCalibrate,
             // The first and the one of the file are those of study and limits.
-            .options = {{REFERENCE, "LEVEL", "HELP_REFERENCE",
-                         "study --type1 --reference=-50 --from readings.csv"},
+            .options = {{REFERENCE, "LEVEL", "HELP_REFERENCE", REFERENCE_EXAMPLE},
                         {UNCERTAINTY, "DB", "HELP_UNCERTAINTY",
                          "calibrate --reference=-50 --uncertainty 0.5"},
                         {UNIT, "SERIAL", "HELP_UNIT", "calibrate --unit G-1"},

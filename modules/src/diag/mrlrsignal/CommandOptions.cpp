@@ -1,5 +1,7 @@
 #include "CommandOptions.h"
 
+#include <readings/DriverNumbers.h>
+
 #include <tesk5/Number.h>
 #include <tesk5/Texts.h>
 
@@ -30,6 +32,18 @@ std::optional<double> decimalOption(const CommandCall& call, const char* name, i
     const std::optional<Number> number = Number::parse(text);
     if (!number || *number < Number(0) || *number > Number(greatest)) {
         throw BadInput{message(refusal, {{"Text", text}, {"Greatest", greatest}})};
+    }
+    return number->toDouble();
+}
+
+std::optional<double> levelOption(const CommandCall& call, const char* name) {
+    const std::string text = givenOption(call, name);
+    if (text.empty()) {
+        return std::nullopt;
+    }
+    const std::optional<Number> number = Number::parse(text);
+    if (!number || !readings::isLevelInDbm(number->toDouble())) {
+        throw BadInput{message("OPTION_NO_LEVEL", {{"Option", name}, {"Text", text}})};
     }
     return number->toDouble();
 }

@@ -12,6 +12,11 @@
 inline constexpr const char* FROM_OPTION = "--from";
 inline constexpr const char* FROM_EXAMPLE = "limits --from good.csv";
 
+/// The option that gives a level that is known.
+inline constexpr const char* REFERENCE = "--reference";
+inline constexpr const char* REFERENCE_EXAMPLE =
+    "study --type1 --reference=-50 --from readings.csv";
+
 /// The text of an option; empty when it was not given.
 std::string givenOption(const tesk5::CommandCall& call, const char* name);
 
@@ -24,6 +29,10 @@ std::string neededOption(const tesk5::CommandCall& call, const char* name, const
 /// {Greatest}, for what is no number from 0 to `greatest`
 std::optional<double> decimalOption(const tesk5::CommandCall& call, const char* name, int greatest,
                                     const char* refusal);
+
+/// The level in dBm that an option gives; none when it was not given.
+/// Failure: throws tesk5::BadInput for what is no level
+std::optional<double> levelOption(const tesk5::CommandCall& call, const char* name);
 
 /// Writes lines, each behind `indent`.
 void printLines(tesk5::RunContext& context, const std::vector<std::string>& lines,

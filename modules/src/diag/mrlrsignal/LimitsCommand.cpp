@@ -6,6 +6,8 @@
 #include "StudyFile.h"
 #include "TableFile.h"
 
+#include <readings/DriverNumbers.h>
+
 #include <tesk5/Number.h>
 #include <tesk5/ReportFile.h>
 #include <tesk5/RunContext.h>
@@ -40,10 +42,6 @@ constexpr int WIDEST_GUARD_BAND = 20;
 // A unit that is just on a limit is measured further away than this in 5 % of all cases on either
 // side (JCGM 106:2012, annex A).
 constexpr double GUARD_FACTOR = 1.645;
-// Numbers outside are no levels: what drivers write for "none", or percent.
-constexpr double LOWEST = -120;
-constexpr double HIGHEST = 0;
-
 Value level(double dbm) {
     return quantity(Number::rounded(dbm, 1), "dBm");
 }
@@ -72,7 +70,7 @@ std::vector<double> levelsIn(const std::string& path) {
     const std::optional<std::size_t> units = file.table().column({"unit", "serial"});
     std::set<std::string> known;
     for (std::size_t row = 0; row < levels.size(); ++row) {
-        if (levels[row] <= LOWEST || levels[row] >= HIGHEST) {
+        if (!readings::isLevelInDbm(levels[row])) {
             file.refuse(row, column, "TABLE_NO_LEVEL");
         }
         if (units && *units != column && !known.insert(file.table().text(row, *units)).second) {

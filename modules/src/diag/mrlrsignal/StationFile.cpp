@@ -2,6 +2,8 @@
 
 #include <calibration/Validity.h>
 
+#include <readings/DriverNumbers.h>
+
 #include <tesk5/BadInput.h>
 #include <tesk5/Number.h>
 #include <tesk5/Texts.h>
@@ -100,7 +102,6 @@ Band bandIn(const Reader& reader) {
 }
 
 RadioCalibration radioIn(const Json& table, const std::string& file) {
-    constexpr double LOWEST = -120;
     constexpr double LARGEST_OFFSET = 120;
     constexpr double LARGEST_UNCERTAINTY = 20;
     constexpr int MOST_SAMPLES = 1000;
@@ -116,9 +117,11 @@ RadioCalibration radioIn(const Json& table, const std::string& file) {
     }
     radio.bssid = *bssid;
     radio.band = bandIn(reader);
-    radio.reference.level = reader.number("reference", LOWEST, 0);
+    radio.reference.level =
+        reader.number("reference", readings::BELOW_EACH_LEVEL, readings::ABOVE_EACH_LEVEL);
     radio.reference.uncertainty = reader.number("reference-uncertainty", 0, LARGEST_UNCERTAINTY);
-    radio.placements = reader.numbers("placements", LOWEST, 0);
+    radio.placements =
+        reader.numbers("placements", readings::BELOW_EACH_LEVEL, readings::ABOVE_EACH_LEVEL);
     if (radio.placements.size() < calibration::FEWEST_PLACEMENTS ||
         radio.placements.size() > MOST_PLACEMENTS) {
         reader.refuse("placements");

@@ -25,7 +25,6 @@ using tesk5::Number;
 
 constexpr const char* TOLERANCE = "--tolerance";
 constexpr const char* TYPE_ONE = "--type1";
-constexpr const char* REFERENCE = "--reference";
 constexpr const char* FILE_OPTION = "--file";
 constexpr const char* CSV = "--csv";
 constexpr const char* PAGE = "--page";
@@ -40,18 +39,12 @@ std::optional<double> toleranceOf(const CommandCall& call) {
     return width && *width > 0 ? width : std::nullopt;
 }
 
-double referenceOf(const CommandCall& call) {
-    constexpr int LOWEST = -120;
-    const std::optional<Number> number = Number::parse(givenOption(call, REFERENCE));
-    if (!number || *number <= Number(LOWEST) || *number >= Number(0)) {
-        throw tesk5::BadInput{message("TYPE1_REFERENCE_REFUSED")};
-    }
-    return number->toDouble();
-}
-
 int runTypeOne(const CommandCall& call, tesk5::RunContext& context) {
     const std::string path = neededOption(call, FROM_OPTION, "study");
-    const double reference = referenceOf(call);
+    const std::optional<double> reference = levelOption(call, REFERENCE);
+    if (!reference) {
+        throw tesk5::BadInput{message("TYPE1_NEEDS_REFERENCE")};
+    }
     const std::optional<double> tolerance = toleranceOf(call);
     const TableFile file(path);
     const std::vector<double> readings = file.numbers(file.column(levelColumns()));
@@ -60,7 +53,7 @@ int runTypeOne(const CommandCall& call, tesk5::RunContext& context) {
             "TYPE1_TOO_FEW",
             {{"File", path}, {"Least", gauge::TYPE_ONE_READINGS}, {"Count", readings.size()}})};
     }
-    printLines(context, typeOneReport(readings, reference, tolerance));
+    printLines(context, typeOneReport(readings, *reference, tolerance));
     return 0;
 }
 
@@ -186,7 +179,6 @@ int runStudy(const CommandCall& call, tesk5::RunContext& context) {
 } // namespace
 
 tesk5::ModuleCommand studyCommand() {
-    constexpr const char* TYPE_ONE_EXAMPLE = "study --type1 --reference=-50 --from readings.csv";
     constexpr const char* GUIDED_EXAMPLE =
         "study --parts 10 --operators 3 --trials 3 --set SSID=Lab --file bench.study.json";
     return {
@@ -195,12 +187,12 @@ tesk5::ModuleCommand studyCommand() {
         .help = "HELP_STUDY",
         .examples = {GUIDED_EXAMPLE,
                      "study --from readings.csv --tolerance 20 --file bench.study.json",
-                     TYPE_ONE_EXAMPLE},
+                     REFERENCE_EXAMPLE},
         .run = &runStudy,
         .options = {{FROM_OPTION, "FILE", "HELP_FROM", FROM_EXAMPLE},
                     {TOLERANCE, "DB", "HELP_TOLERANCE", "study --from readings.csv --tolerance 20"},
-                    {TYPE_ONE, nullptr, "HELP_TYPE1", TYPE_ONE_EXAMPLE},
-                    {REFERENCE, "LEVEL", "HELP_REFERENCE", TYPE_ONE_EXAMPLE},
+                    {TYPE_ONE, nullptr, "HELP_TYPE1", REFERENCE_EXAMPLE},
+                    {REFERENCE, "LEVEL", "HELP_REFERENCE", REFERENCE_EXAMPLE},
                     {FILE_OPTION, "FILE", "HELP_STUDY_FILE",
                      "study --from readings.csv --file bench.study.json"},
                     {CSV, "FILE", "HELP_STUDY_CSV",

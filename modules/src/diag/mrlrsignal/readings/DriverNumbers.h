@@ -1,4 +1,4 @@
-// Numbers of drivers: which of them are levels, and in which unit a frequency is.
+// Numbers of drivers, people and files: which of them are levels, and in which unit a frequency is.
 #pragma once
 
 #include <nativewifi/WlanTypes.h>
@@ -7,11 +7,13 @@
 
 namespace readings {
 
+/// Levels in dBm lie between these two.
+inline constexpr int BELOW_EACH_LEVEL = -120;
+inline constexpr int ABOVE_EACH_LEVEL = 0;
+
 /// Whether a number is a level in dBm. What drivers report for "none" is not: 0, 127, -127, -200.
-constexpr bool isLevelInDbm(LONG number) {
-    constexpr LONG LOWEST = -120;
-    constexpr LONG HIGHEST = 0;
-    return number > LOWEST && number < HIGHEST;
+constexpr bool isLevelInDbm(double number) {
+    return number > BELOW_EACH_LEVEL && number < ABOVE_EACH_LEVEL;
 }
 
 /// A centre frequency in MHz. The system gives it in kHz or in MHz: no centre frequency has so many
