@@ -31,7 +31,7 @@ using tesk5::RunContext;
 constexpr const char* UNCERTAINTY = "--uncertainty";
 constexpr const char* UNIT = "--unit";
 constexpr const char* STATION = "--station";
-constexpr const char* OUT = "--out";
+constexpr const char* OUT_FILE = "--out";
 constexpr const char* PLACEMENTS = "--placements";
 constexpr const char* DAYS = "--days";
 constexpr const char* CHECK = "--check";
@@ -192,7 +192,7 @@ int calibrate(const CommandCall& call, RunContext& context) {
         decimalOption(call, UNCERTAINTY, GREATEST_DECIBELS, "CALIBRATE_NO_DECIBELS").value_or(0));
     radio.unit = required(call, UNIT);
     const std::string name = required(call, STATION);
-    const std::string path = required(call, OUT);
+    const std::string path = required(call, OUT_FILE);
     Station station = stationIn(path, name);
     const tesk5::ReportFile file(path);
     Placements placements(call, context);
@@ -304,7 +304,7 @@ tesk5::ModuleCommand calibrateCommand() {
                          "calibrate --reference=-50 --uncertainty 0.5"},
                         {UNIT, "SERIAL", "HELP_UNIT", "calibrate --unit G-1"},
                         {STATION, "NAME", "HELP_STATION", "calibrate --station Bench1"},
-                        {OUT, "FILE", "HELP_OUT", "limits --from good.csv --out limits.toml"},
+                        {OUT_FILE, "FILE", "HELP_OUT", "limits --from good.csv --out limits.toml"},
                         {.name = PLACEMENTS,
                          .argument = "N",
                          .help = "HELP_PLACEMENTS",

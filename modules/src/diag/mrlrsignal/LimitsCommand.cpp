@@ -34,7 +34,7 @@ using tolerance::ProposedLimit;
 constexpr const char* BAD = "--bad";
 constexpr const char* GUARD_BAND = "--guard-band";
 constexpr const char* STUDY = "--study";
-constexpr const char* OUT = "--out";
+constexpr const char* OUT_FILE = "--out";
 constexpr const char* NAME = "--name";
 constexpr const char* REVISION = "--revision";
 constexpr int GREATEST_REVISION = 999'999;
@@ -149,7 +149,7 @@ std::string setting(const char* parameter, double value) {
 class LimitsRun {
 public:
     LimitsRun(const CommandCall& call, tesk5::RunContext& context)
-        : m_context(context), m_out(givenOption(call, OUT)) {
+        : m_context(context), m_out(givenOption(call, OUT_FILE)) {
         const std::string from = neededOption(call, FROM_OPTION, "limits");
         m_good = levelsIn(from);
         if (m_good.size() < tolerance::FEWEST_UNITS) {
@@ -282,7 +282,7 @@ tesk5::ModuleCommand limitsCommand() {
                          "limits --from good.csv --guard-band 1.5"},
                         {STUDY, "FILE", "HELP_GUARD_STUDY",
                          "limits --from good.csv --study bench.study.json"},
-                        {OUT, "FILE", "HELP_OUT", "limits --from good.csv --out limits.toml"},
+                        {OUT_FILE, "FILE", "HELP_OUT", "limits --from good.csv --out limits.toml"},
                         {NAME, "NAME", "HELP_LIMITS_NAME",
                          "limits --from good.csv --name Lab --out limits.toml"},
                         {.name = REVISION,
