@@ -54,7 +54,9 @@ protected:
 };
 
 TEST_F(WholeRun, IsDescribedByTheJsonReport) {
-    EXPECT_EQ(json(), ordered_json::parse(R"({
+    ordered_json report = json();
+    EXPECT_EQ(report.erase("runIdentifier"), 1U);
+    EXPECT_EQ(report, ordered_json::parse(R"({
         "schema": 1,
         "module": {"name": "example", "version": "6.5", "build": "000000001"},
         "started": "2026-11-20T19:55:01.123Z",
@@ -109,7 +111,10 @@ TEST_F(WholeRun, IsAStreamOfOneAsciiLineForEachEventInTheShapeOfTheReport) {
     std::string expected;
     int sequence = 0;
     const auto expect = [&](const char* type, const std::string& time, const ordered_json& rest) {
-        ordered_json line = {{"type", type}, {"sequence", ++sequence}, {"time", time}};
+        ordered_json line = {{"type", type},
+                             {"sequence", ++sequence},
+                             {"time", time},
+                             {"runIdentifier", report["runIdentifier"]}};
         line.update(rest);
         expected += line.dump(-1, ' ', true) + "\n";
     };
@@ -468,9 +473,15 @@ TEST_F(Reports, HaveEachEventInTheStreamAsSoonAsItHappens) {
 }
 
 TEST_F(Reports, HaveAStopRequestInTheStreamOfEvents) {
-    tesk5::EventStream(mrl::cout).onStopRequest();
+    tesk5::RunRecord record;
+    record.identity.identifier = "017f22e2-79b0-7cc3-98c4-dc0c0c07398f";
+    tesk5::EventStream stream(mrl::cout);
+    stream.onRunStart(record, 1);
+    forgetOutput();
+    stream.onStopRequest();
     EXPECT_EQ(output(),
-              "{\"type\":\"stopping\",\"sequence\":1,\"time\":\"2026-11-20T19:55:01.123Z\"}\n");
+              "{\"type\":\"stopping\",\"sequence\":2,\"time\":\"2026-11-20T19:55:01.123Z\","
+              "\"runIdentifier\":\"017f22e2-79b0-7cc3-98c4-dc0c0c07398f\"}\n");
 }
 
 TEST_F(Reports, HaveWholeLinesOfEveryThreadInTheStreamInTheOrderOfTheirNumbers) {

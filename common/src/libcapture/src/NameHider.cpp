@@ -203,6 +203,9 @@ void NameHider::hideAddress(DOT11_MAC_ADDRESS& address) {
 }
 
 void NameHider::hideRun(Json& run) {
+    for (const char* name : {"tags", "pc", "limits", "calibration"}) {
+        run.erase(name);
+    }
     std::vector<Json*> texts;
     for (Json& setting : run.at("settings")) {
         if (setting.at("text").get<bool>()) {

@@ -3,6 +3,8 @@
 #include <networkadapters/MachineCheck.h>
 #include <networkadapters/NetworkAdapters.h>
 
+#include <tesk5/RunIdentityJson.h>
+
 #include <capture/Recording.h>
 #include <capture/Replay.h>
 
@@ -46,6 +48,7 @@ Json jsonOf(const CapturedCommand& command) {
             devices.push_back(jsonOf(device));
         }
     }
+    run.update(tesk5::identityJson(command.identity));
     return run;
 }
 
@@ -74,7 +77,12 @@ CapturedCommand commandOf(const Json& run) {
                             .tests = run.at("tests").get<std::vector<std::string>>(),
                             .settings = {},
                             .device = {},
-                            .devices = {}};
+                            .devices = {},
+                            .identity = tesk5::identityOf(run)};
+    const std::string& identifier = command.identity.identifier;
+    if (!identifier.empty() && !tesk5::isRunIdentifier(identifier)) {
+        throw UnusableCapture(1, "\"runIdentifier\" is none");
+    }
     for (const Json& setting : run.at("settings")) {
         command.settings.push_back({setting.at("name").get<std::string>(),
                                     setting.at("value").get<std::string>(),

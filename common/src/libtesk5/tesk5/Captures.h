@@ -3,6 +3,7 @@
 #pragma once
 
 #include <tesk5/DiagDevice.h>
+#include <tesk5/RunIdentity.h>
 
 #include <cstddef>
 #include <filesystem>
@@ -32,6 +33,7 @@ struct CapturedCommand {
     std::vector<CapturedSetting> settings;
     std::optional<std::string> device;              ///< text of --device
     std::optional<std::vector<DiagDevice>> devices; ///< those of a device file
+    RunIdentity identity = {}; ///< of a run; without an identifier in captures of other commands
 };
 
 /// Captures what the platform answers while it lives. Threads: the one of the command.

@@ -4,6 +4,7 @@
 
 #include <tesk5/Language.h>
 #include <tesk5/Registry.h>
+#include <tesk5/RunIdentity.h>
 #include <tesk5/TeskString.h>
 
 #include <mrl/LineInput.h>
@@ -64,6 +65,7 @@ public:
     std::string program;                ///< file name of the program, as typed
     std::vector<std::string> arguments; ///< what follows it
     ModuleVersion version;
+    RunIdentity identity;      ///< of the run that takes place; without an identifier before it
     bool windowCloses = false; ///< started by a double click: the console ends with the program
     void (*initialize)() = nullptr; ///< the module's initialisation callback
 

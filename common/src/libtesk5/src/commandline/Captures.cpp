@@ -48,7 +48,8 @@ CapturedCommand commandOf(const CommandLine& line,
                             .tests = {},
                             .settings = {},
                             .device = line.device,
-                            .devices = devices};
+                            .devices = devices,
+                            .identity = context.identity};
     for (const TeskString& test : line.tests) {
         command.tests.push_back(test.utf8());
     }
@@ -138,6 +139,12 @@ CommandLine CommandCapture::replayedLine(const CommandLine& line, const RunConte
 
 std::optional<std::vector<DiagDevice>> CommandCapture::devices() const {
     return m_replay ? m_replay->command().devices : std::nullopt;
+}
+
+std::optional<RunIdentity> CommandCapture::identity() const {
+    return m_replay && !m_replay->command().identity.identifier.empty()
+               ? std::optional(m_replay->command().identity)
+               : std::nullopt;
 }
 
 void CommandCapture::begin(const CommandLine& line,

@@ -41,6 +41,9 @@ public:
     CommandLine replayedLine(const CommandLine& line, const RunContext& context) const;
     /// The devices of the device file with which a replayed command was captured.
     std::optional<std::vector<DiagDevice>> devices() const;
+    /// The identity of the run that was captured: its replay is the same run. Nothing for a capture
+    /// without one, and without a replay.
+    std::optional<RunIdentity> identity() const;
     /// From now on the platform's answers are captured, or come from the capture.
     /// \param devices those of a device file
     /// Failure: throws BadInput when the file cannot be written

@@ -141,6 +141,7 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
                   RunContext& context) {
     RunRecord record;
     record.version = context.version;
+    record.identity = context.identity;
     std::vector<PlannedRun> plan;
     for (const Test* test : tests) {
         const std::vector<PlannedRun> runs = runsOf(*test, devices.devices, line.device);
@@ -255,6 +256,12 @@ void refuseWrongParameters(const std::vector<const Test*>& tests, bool complete)
     }
 }
 
+RunIdentity identityFor(const CommandLine& /*line*/) {
+    RunIdentity identity;
+    identity.identifier = newRunIdentifier(mrl::Clock::current().utcNow());
+    return identity;
+}
+
 int run(const CommandLine& given, CommandCapture& capture, RunContext& context) {
     Registry& registry = context.registry;
     const CommandLine line = withConfiguration(given, registry);
@@ -272,6 +279,7 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
     for (const RequestedReport& report : line.reports) {
         reports.emplace_back(report.file, named);
     }
+    context.identity = capture.identity().value_or(identityFor(line));
     const DeviceList devices = devicesFor(line, capture, context);
     Console console(context, styleFor(line, context.output));
     EventsAndFailures events(context.output, console);

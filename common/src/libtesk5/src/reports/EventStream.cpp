@@ -1,5 +1,7 @@
 #include "reports/EventStream.h"
 
+#include <tesk5/RunIdentityJson.h>
+
 #include "reports/ReportJson.h"
 
 namespace tesk5 {
@@ -15,6 +17,7 @@ void EventStream::write(const char* type, const Json& members) {
     line["type"] = type;
     line["sequence"] = ++m_sequence;
     line["time"] = mrl::utcText(mrl::Clock::current().utcNow());
+    line["runIdentifier"] = m_identifier;
     line.update(members);
     // Hosts read pipes in different code pages; ASCII is in all of them. The text of an exception
     // may be in any encoding, so ill-formed UTF-8 is replaced.
@@ -31,9 +34,11 @@ void EventStream::writeOfRun(const char* type, const Json& members) {
 }
 
 void EventStream::onRunStart(const RunRecord& record, std::size_t planned) {
+    m_identifier = record.identity.identifier;
     Json members;
     members["protocol"] = PROTOCOL;
     members["module"] = moduleJson(record.version);
+    members.update(identityJson(record.identity)); // the identifier keeps its place
     members["planned"] = planned;
     members["withoutDevice"] = listOf(record.withoutDevice);
     write("runStarted", members);

@@ -36,7 +36,8 @@ private:
     void writeOfRun(const char* type, const mrl::Json& members);
 
     mrl::OutputStream& m_stream;
-    std::mutex m_mutex; ///< guards the stream and the sequence number
+    std::string m_identifier; ///< of the run; set before any other thread writes
+    std::mutex m_mutex;       ///< guards the stream and the sequence number
     mrl::Uint32 m_sequence = 0;
     std::size_t m_run = 0; ///< number of the planned run, from 1; belongs to the run's thread
 };

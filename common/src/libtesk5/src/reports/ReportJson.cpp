@@ -1,6 +1,7 @@
 #include "reports/ReportJson.h"
 
 #include <tesk5/ModuleInfo.h>
+#include <tesk5/RunIdentityJson.h>
 #include <tesk5/Texts.h>
 
 #include <mrl/Unicode.h>
@@ -219,6 +220,7 @@ std::string jsonReportOf(const RunRecord& run) {
     Json json;
     json["schema"] = SCHEMA;
     json["module"] = moduleJson(run.version);
+    json.update(identityJson(run.identity));
     json["started"] = mrl::utcText(run.started);
     json["ended"] = mrl::utcText(run.ended);
     json["exit"] = run.exitValue;

@@ -6,6 +6,7 @@
 
 #include <tesk5/Finding.h>
 #include <tesk5/RunContext.h>
+#include <tesk5/RunIdentity.h>
 #include <tesk5/TestRecorder.h>
 
 #include <mrl/Clock.h>
@@ -55,6 +56,7 @@ struct TestWithoutDevice {
 /// A whole run.
 struct RunRecord {
     ModuleVersion version;
+    RunIdentity identity;
     mrl::Clock::UtcTime started;
     mrl::Clock::UtcTime ended;
     std::vector<Outcome> outcomes;
