@@ -151,7 +151,7 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
         }
     }
     record.started = mrl::Clock::current().utcNow();
-    listener.onRunStart(record, plan.size());
+    listener.onRunStart(record, plan);
     const InterruptWatch interrupts(
         context.stopRequest, [&listener] { listener.onStopRequest(); }, std::move(lastWords));
     runAll(plan, listener, record, context);
@@ -197,9 +197,9 @@ public:
     EventsAndFailures(mrl::OutputStream& stream, Console& console)
         : EventStream(stream), m_console(console) {}
 
-    void onRunStart(const RunRecord& record, std::size_t planned) override {
-        m_console.onRunStart(record, planned);
-        EventStream::onRunStart(record, planned);
+    void onRunStart(const RunRecord& record, const std::vector<PlannedRun>& plan) override {
+        m_console.onRunStart(record, plan);
+        EventStream::onRunStart(record, plan);
     }
     void onTestStart(const PlannedRun& run) override {
         m_console.expectEndWithin(std::nullopt);

@@ -131,7 +131,7 @@ void Console::writeVerdict(const Outcome& outcome) {
     m_output.flush();
 }
 
-void Console::onRunStart(const RunRecord& record, std::size_t /*planned*/) {
+void Console::onRunStart(const RunRecord& record, const std::vector<PlannedRun>& /*plan*/) {
     for (const TestWithoutDevice& without : record.withoutDevice) {
         showWithoutDevice(m_context.errors, without.test->name(), without);
     }

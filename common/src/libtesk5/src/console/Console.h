@@ -31,7 +31,7 @@ class Console final : public RunListener {
 public:
     Console(RunContext& context, ConsoleStyle style);
 
-    void onRunStart(const RunRecord& record, std::size_t planned) override;
+    void onRunStart(const RunRecord& record, const std::vector<PlannedRun>& plan) override;
     void onTestStart(const PlannedRun& run) override;
     void onProgress(const Progress& progress) override;
     void onTestEnd(const Outcome& outcome) override;

@@ -8,7 +8,6 @@ namespace tesk5 {
 
 namespace {
 constexpr int PROTOCOL = 1;
-constexpr int NO_INDENT = -1;
 } // namespace
 
 void EventStream::write(const char* type, const Json& members) {
@@ -21,8 +20,7 @@ void EventStream::write(const char* type, const Json& members) {
     line.update(members);
     // Hosts read pipes in different code pages; ASCII is in all of them. The text of an exception
     // may be in any encoding, so ill-formed UTF-8 is replaced.
-    m_stream << std::string_view(line.dump(NO_INDENT, ' ', true, Json::error_handler_t::replace) +
-                                 "\n");
+    m_stream << std::string_view(asciiLine(line));
     m_stream.flush();
 }
 
@@ -33,13 +31,13 @@ void EventStream::writeOfRun(const char* type, const Json& members) {
     write(type, numbered);
 }
 
-void EventStream::onRunStart(const RunRecord& record, std::size_t planned) {
+void EventStream::onRunStart(const RunRecord& record, const std::vector<PlannedRun>& plan) {
     m_identifier = record.identity.identifier;
     Json members;
     members["protocol"] = PROTOCOL;
     members["module"] = moduleJson(record.version);
     members.update(identityJson(record.identity)); // the identifier keeps its place
-    members["planned"] = planned;
+    members["planned"] = plan.size();
     members["withoutDevice"] = listOf(record.withoutDevice);
     write("runStarted", members);
 }

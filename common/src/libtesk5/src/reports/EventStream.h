@@ -18,7 +18,7 @@ class EventStream : public RunListener {
 public:
     explicit EventStream(mrl::OutputStream& stream) : m_stream(stream) {}
 
-    void onRunStart(const RunRecord& record, std::size_t planned) override;
+    void onRunStart(const RunRecord& record, const std::vector<PlannedRun>& plan) override;
     void onTestStart(const PlannedRun& run) override;
     void onEvent(const RaisedEvent& event) override;
     void onMeasurement(const Measurement& measurement) override;

@@ -154,30 +154,6 @@ Json propertiesOf(const Outcome& outcome) {
     return properties.list();
 }
 
-// The event that explains a bad result: the first error, or the first warning without any error.
-const RaisedEvent* leadingEvent(const Outcome& outcome) {
-    const auto leading = std::max_element(outcome.events.begin(), outcome.events.end(),
-                                          [](const RaisedEvent& a, const RaisedEvent& b) {
-                                              return a.severity == Severity::warning &&
-                                                     b.severity == Severity::error;
-                                          });
-    return leading == outcome.events.end() ? nullptr : &*leading;
-}
-
-// The reason for a bad result, in one line.
-std::string reasonFor(const Outcome& outcome) {
-    if (!outcome.failure.empty()) {
-        return outcome.failure;
-    }
-    if (adviceExplains(outcome)) {
-        return adviceLines(outcome.advice).front();
-    }
-    if (const RaisedEvent* event = leadingEvent(outcome)) {
-        return event->text;
-    }
-    return outcome.started ? resultInWords(outcome.result) : message("REPORT_NOT_STARTED");
-}
-
 std::vector<std::string> eventLines(const Outcome& outcome) {
     std::vector<std::string> lines;
     if (!outcome.failure.empty()) {

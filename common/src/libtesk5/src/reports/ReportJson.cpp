@@ -13,20 +13,6 @@ namespace tesk5 {
 
 namespace {
 
-// A whole number without decimals, as a reader of the JSON finds it written.
-Json jsonOf(const Number& number) {
-    const double value = number.toDouble();
-    return number.decimals() == 0 ? Json(static_cast<std::int64_t>(value)) : Json(value);
-}
-
-Json jsonOf(const Value& value) {
-    if (value.isNumber()) {
-        return jsonOf(value.valueNumber());
-    }
-    return value.type() == DataType::UINT32() ? Json(value.valueUint32())
-                                              : Json(value.valueString().utf8());
-}
-
 // Named things become the members of an object, in their order.
 template <typename Pairs, typename ToJson>
 Json objectOf(const Pairs& pairs, ToJson toJson) {
@@ -53,26 +39,24 @@ Json jsonOf(const Figure& figure) {
             {"unit", figure.unit.utf8()}};
 }
 
-// `json` in indented lines. Control characters and those that could deceive a reader are escaped
-// (\u202e); the value is the same.
-std::string indentedJson(const Json& json) {
-    constexpr int INDENT = 2;
-    mrl::CharString text;
-    for (const mrl::Char unit :
-         mrl::toUtf16(json.dump(INDENT, ' ', false, Json::error_handler_t::replace))) {
-        // Line ends are the layout's own: those of names are escaped by now.
-        if (unit == '\n' || !mrl::isUnsafeToShow(unit)) {
-            text += unit;
-            continue;
-        }
-        char escape[8];
-        std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(unit));
-        text.append(escape, escape + std::char_traits<char>::length(escape));
-    }
-    return mrl::toUtf8(text) + "\n";
+} // namespace
+
+Json jsonOf(const Number& number) {
+    const double value = number.toDouble();
+    return number.decimals() == 0 ? Json(static_cast<std::int64_t>(value)) : Json(value);
 }
 
-} // namespace
+Json jsonOf(const Value& value) {
+    if (value.isNumber()) {
+        return jsonOf(value.valueNumber());
+    }
+    return value.type() == DataType::UINT32() ? Json(value.valueUint32())
+                                              : Json(value.valueString().utf8());
+}
+
+Json jsonOf(const Event::Variables& variables) {
+    return objectOf(variables, [](const Value& value) { return jsonOf(value); });
+}
 
 double roundedToMilliseconds(double seconds) {
     return std::round(seconds * 1000) / 1000;
@@ -83,7 +67,7 @@ Json jsonOf(const RaisedEvent& event) {
     json["key"] = event.key.utf8();
     json["severity"] = severityName(event.severity);
     json["text"] = event.text;
-    json["variables"] = objectOf(event.variables, [](const Value& value) { return jsonOf(value); });
+    json["variables"] = jsonOf(event.variables);
     json["file"] = event.file;
     json["line"] = event.line;
     json["time"] = mrl::utcText(event.time);
@@ -111,8 +95,7 @@ Json jsonOf(const Measurement& measurement) {
             listOf(measurement.figures, [](const Figure& figure) { return jsonOf(figure); });
     }
     if (!measurement.attributes.empty()) {
-        json["attributes"] =
-            objectOf(measurement.attributes, [](const Value& value) { return jsonOf(value); });
+        json["attributes"] = jsonOf(measurement.attributes);
     }
     return json;
 }
@@ -144,8 +127,7 @@ Json jsonOf(const Series::Head& head) {
 Json jsonOf(const SeriesPoint& point) {
     return {{"seconds", roundedToMilliseconds(point.seconds)},
             {"value", jsonOf(point.value)},
-            {"attributes",
-             objectOf(point.attributes, [](const Value& value) { return jsonOf(value); })}};
+            {"attributes", jsonOf(point.attributes)}};
 }
 
 Json jsonOf(const Series& series) {
@@ -160,8 +142,7 @@ Json jsonOf(const Finding& finding) {
     json["key"] = finding.key.utf8();
     json["good"] = finding.good;
     json["text"] = message(finding);
-    json["variables"] =
-        objectOf(finding.variables, [](const Value& value) { return jsonOf(value); });
+    json["variables"] = jsonOf(finding.variables);
     return json;
 }
 
@@ -213,6 +194,28 @@ Json parametersJson(const std::vector<ParameterInForce>& parameters) {
             parameter.lacksNumber() ? Json(nullptr) : jsonOf(parameter.value);
     }
     return object;
+}
+
+std::string asciiLine(const Json& json) {
+    constexpr int NO_INDENT = -1;
+    return json.dump(NO_INDENT, ' ', true, Json::error_handler_t::replace) + "\n";
+}
+
+std::string indentedJson(const Json& json) {
+    constexpr int INDENT = 2;
+    mrl::CharString text;
+    for (const mrl::Char unit :
+         mrl::toUtf16(json.dump(INDENT, ' ', false, Json::error_handler_t::replace))) {
+        // Line ends are the layout's own: those of names are escaped by now.
+        if (unit == '\n' || !mrl::isUnsafeToShow(unit)) {
+            text += unit;
+            continue;
+        }
+        char escape[8];
+        std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(unit));
+        text.append(escape, escape + std::char_traits<char>::length(escape));
+    }
+    return mrl::toUtf8(text) + "\n";
 }
 
 std::string jsonReportOf(const RunRecord& run) {

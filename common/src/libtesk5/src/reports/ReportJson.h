@@ -14,6 +14,10 @@ using mrl::Json;
 /// A duration as reports write it.
 double roundedToMilliseconds(double seconds);
 
+/// A whole number without decimals, as a reader of the JSON finds it written.
+Json jsonOf(const Number& number);
+Json jsonOf(const Value& value);
+Json jsonOf(const Event::Variables& variables);
 Json jsonOf(const RaisedEvent& event);
 Json jsonOf(const Measurement& measurement);
 Json jsonOf(const Survey& survey);
@@ -28,6 +32,14 @@ Json jsonOf(const TestWithoutDevice& without);
 Json moduleJson(const ModuleVersion& version);
 /// The parameters of a run with the values in force.
 Json parametersJson(const std::vector<ParameterInForce>& parameters);
+
+/// `json` as a line of ASCII with its line end: other characters are escaped, ill-formed UTF-8 is
+/// replaced.
+std::string asciiLine(const Json& json);
+
+/// `json` in indented lines of UTF-8. Control characters and those that could deceive a reader are
+/// escaped (\u202e); the value is the same.
+std::string indentedJson(const Json& json);
 
 /// The report of a whole run, which docs/report.md describes, in UTF-8.
 std::string jsonReportOf(const RunRecord& run);

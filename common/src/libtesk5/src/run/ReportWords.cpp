@@ -90,6 +90,28 @@ Event::Variables unspokenVariables(const RaisedEvent& event) {
     return unspoken;
 }
 
+const RaisedEvent* leadingEvent(const Outcome& outcome) {
+    const auto leading = std::max_element(outcome.events.begin(), outcome.events.end(),
+                                          [](const RaisedEvent& a, const RaisedEvent& b) {
+                                              return a.severity == Severity::warning &&
+                                                     b.severity == Severity::error;
+                                          });
+    return leading == outcome.events.end() ? nullptr : &*leading;
+}
+
+std::string reasonFor(const Outcome& outcome) {
+    if (!outcome.failure.empty()) {
+        return outcome.failure;
+    }
+    if (adviceExplains(outcome)) {
+        return adviceLines(outcome.advice).front();
+    }
+    if (const RaisedEvent* event = leadingEvent(outcome)) {
+        return event->text;
+    }
+    return outcome.started ? resultInWords(outcome.result) : message("REPORT_NOT_STARTED");
+}
+
 std::vector<std::string> adviceLines(const Findings& advice) {
     std::vector<std::string> lines;
     for (const Finding& finding : advice) {

@@ -33,6 +33,13 @@ bool adviceExplains(const Outcome& outcome);
 /// Whether the result is good, and came from a clear view of what was tested.
 bool plainlyGood(const Outcome& outcome);
 
+/// The event that explains a bad result: the first error, or the first warning without any error;
+/// null without events.
+const RaisedEvent* leadingEvent(const Outcome& outcome);
+
+/// The reason for a bad result, in one line.
+std::string reasonFor(const Outcome& outcome);
+
 /// The findings that are not good, one line each.
 std::vector<std::string> adviceLines(const Findings& advice);
 

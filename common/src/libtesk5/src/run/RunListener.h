@@ -9,8 +9,8 @@ namespace tesk5 {
 class RunListener : public TestObserver {
 public:
     /// Before anything runs; `record` has its start time and the tests without a device.
-    /// \param planned number of runs to come
-    virtual void onRunStart(const RunRecord& /*record*/, std::size_t /*planned*/) {}
+    /// \param plan the runs to come
+    virtual void onRunStart(const RunRecord& /*record*/, const std::vector<PlannedRun>& /*plan*/) {}
     virtual void onTestStart(const PlannedRun& /*run*/) {}
     virtual void onTestEnd(const Outcome& /*outcome*/) {}
     /// An exception has left the test function and ends the run. `reason` is its text, or empty.
