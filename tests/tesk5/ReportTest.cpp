@@ -476,7 +476,7 @@ TEST_F(Reports, HaveAStopRequestInTheStreamOfEvents) {
     tesk5::RunRecord record;
     record.identity.identifier = "017f22e2-79b0-7cc3-98c4-dc0c0c07398f";
     tesk5::EventStream stream(mrl::cout);
-    stream.onRunStart(record, 1);
+    stream.onRunStart(record, {});
     forgetOutput();
     stream.onStopRequest();
     EXPECT_EQ(output(),
