@@ -198,6 +198,16 @@ TEST_F(Calibrations, AreWarnedOfWhereTheSettingSaysSo) {
     EXPECT_EQ(result()["measurements"][0]["value"], -57.0);
 }
 
+TEST_F(Calibrations, AreNoFileForAReport) {
+    ASSERT_EQ(calibrate(), 0);
+    const std::string before = fileText();
+    EXPECT_EQ(program({"run", "--set", "SSID=Lab", "--set", "FailingLevel=-70", "--set",
+                       "Calibration=" + file(), "--json", file()}),
+              WRONG_USAGE);
+    EXPECT_THAT(errors(), HasSubstr("--set Calibration and --json both name"));
+    EXPECT_EQ(fileText(), before);
+}
+
 TEST_F(Calibrations, ThatAPersonEndsWriteNothing) {
     ASSERT_EQ(calibrate(), 0);
     const std::string before = fileText();

@@ -56,6 +56,15 @@ TEST(GaugeAssumptions, MissWhenWholeNumbersAreCoarserThanTheScatter) {
     EXPECT_FALSE(checkAssumptions(scatterOf(2)).hasTooFewValues());
 }
 
+TEST(GaugeAssumptions, MissForWholeNumbersWithAFewHalves) {
+    CrossedReadings readings =
+        simulated([](auto, auto, auto, double normal) { return std::round(0.4 * normal); });
+    readings.at(0, 0, 0) = -59.5;
+    const Assumptions found = checkAssumptions(readings);
+    EXPECT_EQ(found.step, 1);
+    EXPECT_TRUE(found.hasTooFewValues());
+}
+
 TEST(GaugeAssumptions, MissForReadingsThatAreAllTheSame) {
     const Assumptions found = checkAssumptions(CrossedReadings(DESIGN));
     EXPECT_TRUE(found.hasTooFewValues());

@@ -128,6 +128,13 @@ TEST_F(StudyCommands, ShowNamesOnThePageAsText) {
     EXPECT_THAT(page, Not(HasSubstr("nan")));
 }
 
+TEST_F(StudyCommands, OfReadingsThatAreAllTheSameGiveNoPercentsForAVerdict) {
+    const std::string from = fileWith("part,level\n1,-50\n1,-50\n2,-50\n2,-50\n");
+    EXPECT_EQ(study({{"--from", from}, {"--tolerance", "8"}}), 0);
+    EXPECT_THAT(output(), HasSubstr("Cannot tell parts apart: all readings are the same."));
+    EXPECT_THAT(output(), Not(HasSubstr("Against the tolerance")));
+}
+
 TEST_F(StudyCommands, WarnWhereAssumptionsFail) {
     std::string table = "part,level\n";
     for (int part = 0; part < 5; ++part) {

@@ -162,6 +162,20 @@ TEST(NormalFits, DoNotTakeStepsForAMisfit) {
     EXPECT_GE(refusedByTable, 30);
 }
 
+// A median of an even number of whole readings may be a half.
+TEST(NormalFits, TakeWholeNumbersWithAFewHalvesForWholeNumbers) {
+    int refused = 0;
+    constexpr int RUNS = 40;
+    for (std::uint32_t seed = 0; seed < RUNS; ++seed) {
+        std::vector<double> levels = normalLevels(60, seed, 1);
+        for (std::size_t i = 0; i < levels.size(); ++i) {
+            levels[i] = i % 8 == 0 ? std::round(2 * levels[i]) / 2 : std::round(levels[i]);
+        }
+        refused += fitNormal(levels).isRefused();
+    }
+    EXPECT_LE(refused, 6);
+}
+
 TEST(NormalFits, TakeALargeGapForAGap) {
     std::vector<double> levels(25, -50);
     levels.insert(levels.end(), 5, -60);

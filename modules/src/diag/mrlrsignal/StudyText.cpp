@@ -137,6 +137,10 @@ std::vector<std::string> warningsOf(const gauge::Assumptions& found) {
 }
 
 std::vector<std::string> verdictsOf(const Study& study) {
+    // Percents of no variation say nothing.
+    if (study[Source::TOTAL].deviation.value == 0) {
+        return {message("STUDY_ALL_THE_SAME")};
+    }
     // In the order of Rating.
     constexpr const char* IN_STUDY[] = {"STUDY_GOOD", "STUDY_CONDITIONAL", "STUDY_UNUSABLE"};
     const auto percent = [](double value) { return quantity(Number::rounded(value, 1), "%"); };

@@ -35,6 +35,7 @@ namespace tesk5 {
 namespace {
 
 constexpr int LOG_LEVEL_WITH_FILE = 1;
+constexpr const char* CONFIG = "--config";
 
 // The files that the command line and the configuration name, each with its option.
 std::vector<std::pair<const char*, std::string>> filesOf(const CommandLine& line) {
@@ -44,7 +45,7 @@ std::vector<std::pair<const char*, std::string>> filesOf(const CommandLine& line
             files.emplace_back(option, *path);
         }
     };
-    add("--config", line.configFile);
+    add(CONFIG, line.configFile);
     add("--devices", line.devicesFile);
     for (const RequestedReport& report : line.reports) {
         add(report.kind->option, report.file);
@@ -54,14 +55,28 @@ std::vector<std::pair<const char*, std::string>> filesOf(const CommandLine& line
     return files;
 }
 
-void refuseSharedFiles(const CommandLine& line) {
+void refuseShared(const std::string& option, const std::string& file, const std::string& other,
+                  const std::string& otherFile) {
+    if (nameSameFile(file, otherFile)) {
+        throw BadInput{message("INPUT_FILE_SHARED",
+                               {{"Option", option}, {"OtherOption", other}, {"File", otherFile}})};
+    }
+}
+
+void refuseSharedFiles(const CommandLine& line, const Registry& registry) {
     const auto files = filesOf(line);
     for (auto a = files.begin(); a != files.end(); ++a) {
         for (auto b = a + 1; b != files.end(); ++b) {
-            if (nameSameFile(a->second, b->second)) {
-                throw BadInput{message(
-                    "INPUT_FILE_SHARED",
-                    {{"Option", a->first}, {"OtherOption", b->first}, {"File", b->second}})};
+            refuseShared(a->first, a->second, b->first, b->second);
+        }
+        // A configuration file may be the file that one of its parameters names.
+        if (std::string_view(a->first) == CONFIG) {
+            continue;
+        }
+        for (const Parameter& parameter : registry.parameters) {
+            if (parameter.namesFile() && parameter.isSet()) {
+                refuseShared("--set " + parameter.name().utf8(),
+                             parameter.value().valueString().utf8(), a->first, a->second);
             }
         }
     }
@@ -104,7 +119,7 @@ DeviceList devicesFor(const CommandLine& line, CommandCapture& capture, const Ru
 }
 
 int list(const CommandLine& line, CommandCapture& capture, const RunContext& context) {
-    refuseSharedFiles(line);
+    refuseSharedFiles(line, context.registry);
     const DeviceList devices = devicesFor(line, capture, context);
     capture.end(0, context);
     showList(context.output, context.registry, devices, line.device);
@@ -118,7 +133,7 @@ int doctor(const CommandLine& line, CommandCapture& capture, RunContext& context
         tests.push_back(&test);
     }
     applySettings(registry, line.settings, tests);
-    refuseSharedFiles(line);
+    refuseSharedFiles(line, registry);
     const DeviceList devices = devicesFor(line, capture, context);
     const Findings findings =
         diagnosis(registry.tests, devices, line.device, !line.settings.empty());
@@ -268,7 +283,7 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
     const std::vector<const Test*> tests = chooseTests(registry, line.tests);
     applySettings(registry, line.settings, tests);
     demandValues(line.settings, tests);
-    refuseSharedFiles(line);
+    refuseSharedFiles(line, registry);
     const std::vector<std::string> named =
         textsOf(filesOf(line), [](const auto& file) { return file.second; });
     if (line.check) {
@@ -341,7 +356,7 @@ int moduleCommand(const CommandLine& given, RunContext& context) {
     const ModuleCommand& command = *given.moduleCommand;
     const CommandLine line = withConfiguration(given, context.registry);
     applySettings(context.registry, line.settings, command);
-    refuseSharedFiles(line);
+    refuseSharedFiles(line, context.registry);
     const Test* const test = testOf(command, context);
     CommandCall call{.arguments = line.moduleArguments,
                      .options = line.moduleOptions,

@@ -2,6 +2,7 @@
 
 #include <gauge/RangeConstants.h>
 #include <statistics/Moments.h>
+#include <statistics/Steps.h>
 #include <statistics/Trend.h>
 
 #include <boost/math/distributions/chi_squared.hpp>
@@ -90,7 +91,7 @@ bool Assumptions::hasTooFewValues() const {
 Assumptions checkAssumptions(const CrossedReadings& readings) {
     Assumptions found;
     const auto all = readings.all();
-    found.step = statistics::step(all);
+    found.step = statistics::stepsOf(all).usual();
     found.differentReadings = std::set<double>(all.begin(), all.end()).size();
     checkRanges(readings, found);
     checkDrift(readings, found);

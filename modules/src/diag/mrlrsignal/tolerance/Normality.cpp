@@ -1,6 +1,7 @@
 #include <tolerance/Normality.h>
 
 #include <statistics/Moments.h>
+#include <statistics/Steps.h>
 
 #include <algorithm>
 #include <cmath>
@@ -81,19 +82,18 @@ NormalFit fitNormal(statistics::Readings levels) {
         fit.pValue = normalPValue(levels.size(), fit.statistic);
         return fit;
     }
-    const double step = std::min(statistics::step(levels), COARSEST_STEP);
+    statistics::Steps steps = statistics::stepsOf(inOrder);
+    steps.fine = std::min(steps.fine, statistics::COARSEST_STEP);
     const double mean = statistics::mean(levels);
     const double deviation = statistics::standardDeviation(levels);
-    // Rounding adds a twelfth of the squared step to the variance.
     const double unrounded =
-        std::sqrt(std::max(deviation * deviation - step * step / 12, deviation * deviation / 4));
+        std::sqrt(std::max(deviation * deviation - steps.variance(), deviation * deviation / 4));
     NormalNumbers normal(1);
     std::vector<double> sample(levels.size());
     int atLeast = 0;
     for (int i = 0; i < SAMPLES; ++i) {
-        for (double& value : sample) {
-            value = inOrder.front() +
-                    std::round((mean + unrounded * normal.next() - inOrder.front()) / step) * step;
+        for (std::size_t k = 0; k < sample.size(); ++k) {
+            sample[k] = steps.rounded(mean + unrounded * normal.next(), k, sample.size());
         }
         // A sample without any scatter fits worse than any other.
         atLeast += statistics::range(sample) <= 0 || andersonDarling(sample) >= fit.statistic;

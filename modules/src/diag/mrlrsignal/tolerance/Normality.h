@@ -26,16 +26,13 @@ struct NormalFit {
     bool isRefused() const { return pValue < REFUSAL_LEVEL; }
 };
 
-/// Levels come in steps of at most this many dB: drivers give whole numbers. A greater difference
-/// between neighbouring levels is a gap.
-inline constexpr double COARSEST_STEP = 1;
-
 /// The fit of at least 8 levels, in dBm, that are not all the same.
 ///
 /// Rounded levels come in steps, which the published p values take for a misfit. Where levels are
 /// equal, the statistic is therefore compared with those of 999 normal samples of the same mean and
-/// standard deviation, rounded to the same step: 0.2 s for 1,000 levels. The samples are the same
-/// each time.
+/// standard deviation, rounded to the same steps: 0.2 s for 1,000 levels. The samples are the same
+/// each time. Where a few levels lie between the steps of the others, as medians of even numbers of
+/// readings do, the same share of each sample is rounded to half the step.
 /// Source: the comparison (parametric bootstrap), Stute, Manteiga and Quindimil, Metrika 40 (1993);
 /// the standard deviation before rounding, Sheppard, Proceedings of the London Mathematical Society
 /// 29 (1898)
