@@ -1,5 +1,6 @@
 """mrlrsignal under Wine: levels in dBm, from the command line to the report."""
 import csv
+import hashlib
 import io
 import json
 import unittest
@@ -75,6 +76,25 @@ class Signal(ProgramTest):
         run = self.run_program(*guided, scenario=scenario, typed="\n\n\n")
         self.assertEqual(run.exit, 0, run)
         validator.validate(self.read_json("guided.study.json"))
+
+    def test_applies_the_calibration_of_its_station(self):
+        target = ("--set", "BSSID=02:00:00:00:01:00")
+        scenario = networks(radio(0, -60))
+        run = self.run_program("calibrate", *target, "--reference=-57", "--unit", "G-1",
+                               "--station", "Bench1", "--placements", "2", "--out", "station.toml",
+                               scenario=scenario, typed="\n\n")
+        self.assertEqual(run.exit, 0, run)
+        run, record = self.measure(scenario, "--config", "station.toml", FailingLevel=-70)
+        self.assertEqual(run.exit, RESULTS["PASS"], run)
+        [measurement] = record["measurements"]
+        self.assertEqual(measurement["value"], -57)
+        fingerprint = hashlib.sha256((self.folder / "station.toml").read_bytes()).hexdigest()
+        self.assertEqual(measurement["attributes"]["CalibrationSHA256"], fingerprint)
+        for level, result in ((-60, "PASS"), (-50, "FAIL")):
+            run = self.run_program("calibrate", "--check", "--config", "station.toml", *target,
+                                   "--allowed", "4", scenario=networks(radio(0, level)),
+                                   typed=5 * "\n")
+            self.assertEqual(run.exit, RESULTS[result], run)
 
     def test_says_why_there_is_no_level(self):
         for scenario, word in (
