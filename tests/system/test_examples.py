@@ -39,6 +39,7 @@ class Examples:
     program = None
     # The page with the files that its commands name.
     page = None
+    configurations = ()
     measuring = ()
     fewest = 0
 
@@ -56,7 +57,7 @@ class Examples:
                              for name, radio in NETWORKS.items()]}]})
         pages = [(ROOT / "docs" / name).read_text(encoding="utf-8")
                  for name in (self.page, "command-line.md")]
-        for name in ("station.toml", "limits.toml"):  # the second is made by a command
+        for name in self.configurations:
             self.write(name, re.search(r"```toml\n(.*?)```", pages[0], re.S)[1])
         self.write("cards.json", re.search(r"```json\n(\[.*?)```", pages[1], re.S)[1])
 
@@ -110,6 +111,7 @@ class Examples:
 class OfTheAntennaProgram(Examples, ProgramTest):
     program = "mrlrantenna"
     page = "command-line.md"
+    configurations = ("station.toml",)
     measuring = {"FailingSignalStrength": 20}
     fewest = 20
 
@@ -117,8 +119,19 @@ class OfTheAntennaProgram(Examples, ProgramTest):
 class OfTheLevelProgram(Examples, ProgramTest):
     program = "mrlrsignal"
     page = "signal.md"
+    configurations = ("lab.toml", "limits.toml")  # the second is made by a command
     measuring = {"FailingLevel": -70}
     fewest = 10
+
+    def setUp(self):
+        super().setUp()
+        calibration = self.run_program(
+            "calibrate", *settings(BSSID=NETWORKS["Lab"]["bssid"]), "--reference=-60", "--unit", "G-1",
+            "--station", "Bench1", "--out", "station.toml", scenario=self.scenario, typed=5 * "\n")
+        self.assertEqual(calibration.exit, 0, calibration)
+        # With the settings of the page: its commands take one file or the other.
+        self.write("station.toml", "\n".join(
+            (self.folder / name).read_text(encoding="utf-8") for name in ("station.toml", "lab.toml")))
 
 
 if __name__ == "__main__":
