@@ -29,6 +29,7 @@ TEST_PACKAGES=(
     xvfb xauth xdotool imagemagick                               # a display, keys and screenshots
     fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages
     mosquitto mosquitto-clients rsyslog                          # what the examples for stations feed
+    postgresql python3-psycopg2 python3-paho-mqtt openssl        # the archive of stations
     python3 python3-jsonschema git                               # packaging, system tests, checks
     cmark-gfm                                                    # the packages' pages
     dpkg-dev man-db                                              # the Debian package
