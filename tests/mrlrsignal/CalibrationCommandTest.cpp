@@ -1,17 +1,9 @@
 // A station is calibrated by a person who types, measures with its calibration, and is checked: all
 // through the program's command line, on the simulated radio.
-#include "SignalProgram.h"
+#include "SignalProgramTest.h"
 
-#include <mrlrantenna/ModuleTest.h>
-
-#include <networkadapters/NetworkAdapters.h>
-
-#include <support/CapturedStream.h>
-#include <support/ScriptedInput.h>
 #include <support/TemporaryFolder.h>
 
-#include <tesk5/Registry.h>
-#include <tesk5/RunContext.h>
 #include <tesk5/TestResult.h>
 
 #include <mrl/Files.h>
@@ -32,11 +24,10 @@ using testing::Not;
 constexpr int WRONG_USAGE = 64;
 constexpr const char* BSSID = "02:00:00:00:01:00";
 
-class Calibrations : public ModuleTest {
+class Calibrations : public SignalProgramTest {
 protected:
     Calibrations() {
-        m_context.input = &m_placer;
-        m_placer.answer = [](int /*asked*/) { return std::string(); };
+        person().answer = [](int /*asked*/) { return std::string(); };
         hears(-60);
     }
 
@@ -50,19 +41,13 @@ protected:
     }
     /// Levels of the placements, one after another.
     void places(const std::vector<double>& levels) {
-        placer().asked = 0;
-        placer().answer = [this, levels](int asked) {
+        person().asked = 0;
+        person().answer = [this, levels](int asked) {
             hears(levels[static_cast<std::size_t>(asked - 1) % levels.size()]);
             return std::string();
         };
     }
 
-    int program(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), "mrlrsignal");
-        m_output.clear();
-        m_errors.clear();
-        return runSignalProgram(arguments);
-    }
     /// Placements around -60 dBm with a unit of -57 dBm: the offset is 3 dB.
     int calibrate(const std::vector<std::string>& more = {}) {
         std::vector<std::string> arguments = {
@@ -100,26 +85,14 @@ protected:
         mrl::FileToWrite(mrl::System::path(file())).write(text.replace(at, what.size(), by));
     }
 
-    ScriptedInput& placer() { return m_placer; }
-    const std::string& output() const { return m_output.text(); }
-    const std::string& errors() const { return m_errors.text(); }
-    tesk5::RunContext& context() { return m_context; }
-
 private:
-    networkadapters::ScopedAdapters m_adapters{
-        [] { return std::vector<networkadapters::NetworkAdapter>(); }};
     TemporaryFolder m_folder;
-    ScriptedInput m_placer;
-    tesk5::RunContext m_context{tesk5::Registry::instance()};
-    tesk5::RunContext::Scope m_scope{m_context};
-    CapturedStream m_output{mrl::cout};
-    CapturedStream m_errors{mrl::cerr};
 };
 
 TEST_F(Calibrations, AskForEachPlacementAndWriteTheOffset) {
     places({-60, -61, -59, -60, -60});
     EXPECT_EQ(calibrate(), 0) << errors();
-    EXPECT_EQ(placer().asked, 5);
+    EXPECT_EQ(person().asked, 5);
     EXPECT_THAT(output(), HasSubstr("Placement 5 of 5: take the unit out"));
     EXPECT_THAT(output(), HasSubstr("-61.0\u00A0dBm from 5 readings."));
     EXPECT_THAT(output(), HasSubstr("offset 3.0\u00A0dB"));
@@ -132,7 +105,7 @@ TEST_F(Calibrations, AskForEachPlacementAndWriteTheOffset) {
 
 TEST_F(Calibrations, TakeAsManyPlacementsAndDaysAsAsked) {
     EXPECT_EQ(calibrate({"--placements", "2", "--days", "1", "--uncertainty", "0.5"}), 0);
-    EXPECT_EQ(placer().asked, 2);
+    EXPECT_EQ(person().asked, 2);
     EXPECT_THAT(fileText(), HasSubstr("expires = \"2026-11-21\"\n"));
     EXPECT_THAT(fileText(), HasSubstr("reference-uncertainty = 0.50\n"));
 }
@@ -213,8 +186,8 @@ TEST_F(Calibrations, ThatAPersonEndsWriteNothing) {
     const std::string before = fileText();
     hears(-40);
     for (const char* const end : {"q", "end of input", "Ctrl+C"}) {
-        placer().asked = 0;
-        placer().answer = [this, end](int asked) {
+        person().asked = 0;
+        person().answer = [this, end](int asked) {
             if (asked == 3 && end == std::string("Ctrl+C")) {
                 context().stopRequest.raise();
             }
@@ -230,7 +203,7 @@ TEST_F(Calibrations, ThatAPersonEndsWriteNothing) {
 }
 
 TEST_F(Calibrations, RepeatAPlacementThatHasNoLevel) {
-    placer().answer = [this](int asked) {
+    person().answer = [this](int asked) {
         if (asked == 2) {
             startRadio(std::vector<radiosim::AccessPoint>());
         } else {
@@ -239,13 +212,13 @@ TEST_F(Calibrations, RepeatAPlacementThatHasNoLevel) {
         return std::string();
     };
     EXPECT_EQ(calibrate({"--placements", "2", "--set", "MaxSeconds=8"}), 0);
-    EXPECT_EQ(placer().asked, 3);
+    EXPECT_EQ(person().asked, 3);
     EXPECT_THAT(output(), HasSubstr("was not seen within"));
 }
 
 TEST_F(Calibrations, OfOtherRadiosStayInTheFile) {
     ASSERT_EQ(calibrate(), 0);
-    placer().answer = [this](int /*asked*/) {
+    person().answer = [this](int /*asked*/) {
         hears(-50, 36);
         return std::string();
     };
@@ -277,7 +250,7 @@ TEST_F(Calibrations, NeedTheirOptions) {
               WRONG_USAGE);
     EXPECT_THAT(errors(), HasSubstr("--check needs the calibration"));
     EXPECT_EQ(program({"watch", "--check"}), WRONG_USAGE);
-    EXPECT_EQ(placer().asked, 0);
+    EXPECT_EQ(person().asked, 0);
 }
 
 TEST_F(Calibrations, ThatWereChangedByHandAreRefused) {
@@ -316,7 +289,7 @@ TEST_F(Calibrations, AreCheckedWithoutBeingChanged) {
     places({-60, -61, -59, -60, -60});
     ASSERT_EQ(calibrate(), 0);
     const std::string before = fileText();
-    placer().asked = 0;
+    person().asked = 0;
     EXPECT_EQ(check({"--allowed", "3"}), TestResult::PASS().value()) << errors();
     EXPECT_THAT(output(), HasSubstr("with the unit G-1, whose level is -57.0\u00A0dBm"));
     EXPECT_THAT(output(), HasSubstr("The calibration holds"));

@@ -1,18 +1,10 @@
 // The guided study through the real framework, on the simulated radio, with a person who types.
-#include "SignalProgram.h"
-
-#include <mrlrantenna/ModuleTest.h>
+#include "SignalProgramTest.h"
 
 #include <guide/FileLock.h>
 
-#include <networkadapters/NetworkAdapters.h>
-
-#include <support/CapturedStream.h>
-#include <support/ScriptedInput.h>
 #include <support/TemporaryFolder.h>
 
-#include <tesk5/Registry.h>
-#include <tesk5/RunContext.h>
 #include <tesk5/TestResult.h>
 
 #include <mrl/Files.h>
@@ -31,10 +23,9 @@ using testing::Not;
 
 constexpr int WRONG_USAGE = 64;
 
-class GuidedStudies : public ModuleTest {
+class GuidedStudies : public SignalProgramTest {
 protected:
     GuidedStudies() {
-        m_context.input = &m_person;
         const radiosim::Bss radio{.bssid = {2, 0, 0, 0, 1, 0},
                                   .rssi = radiosim::Level({.start = -60, .deviation = 2}),
                                   .heardEvery = 100ms};
@@ -42,11 +33,9 @@ protected:
     }
 
     int study(std::vector<std::string> options, const std::string& ssid = "Lab") {
-        options.insert(options.begin(), {"mrlrsignal", "study", "--file", file(), "--set",
-                                         "SSID=" + ssid, "--set", "MaxSeconds=8"});
-        m_output.clear();
-        m_errors.clear();
-        return runSignalProgram(options);
+        options.insert(options.begin(), {"study", "--file", file(), "--set", "SSID=" + ssid,
+                                         "--set", "MaxSeconds=8"});
+        return program(std::move(options));
     }
     // Two parts, one operator, two trials.
     int smallStudy(std::vector<std::string> more = {}) {
@@ -60,20 +49,8 @@ protected:
         mrl::FileToWrite(mrl::System::path(file())).write(text);
     }
 
-    ScriptedInput& person() { return m_person; }
-    const std::string& output() const { return m_output.text(); }
-    const std::string& errors() const { return m_errors.text(); }
-    tesk5::RunContext& context() { return m_context; }
-
 private:
-    networkadapters::ScopedAdapters m_adapters{
-        [] { return std::vector<networkadapters::NetworkAdapter>(); }};
     TemporaryFolder m_folder;
-    ScriptedInput m_person;
-    tesk5::RunContext m_context{tesk5::Registry::instance()};
-    tesk5::RunContext::Scope m_scope{m_context};
-    CapturedStream m_output{mrl::cout};
-    CapturedStream m_errors{mrl::cerr};
 };
 
 TEST_F(GuidedStudies, LeadThroughAllMeasurementsAndShowTheStudy) {

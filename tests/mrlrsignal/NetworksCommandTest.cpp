@@ -1,19 +1,10 @@
 // The command networks through the real framework, on the simulated radio.
 #include "ModuleObjects.h"
-#include "SignalProgram.h"
+#include "SignalProgramTest.h"
 #include "TargetParameters.h"
-
-#include <mrlrantenna/ModuleTest.h>
 
 #include <networks/Listing.h>
 #include <readings/ScanRequest.h>
-
-#include <networkadapters/NetworkAdapters.h>
-
-#include <support/CapturedStream.h>
-
-#include <tesk5/Registry.h>
-#include <tesk5/RunContext.h>
 
 #include <mrl/Json.h>
 
@@ -32,20 +23,11 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-class Networks : public ModuleTest {
+class Networks : public SignalProgramTest {
 protected:
-    ~Networks() override {
-        for (tesk5::Parameter* parameter :
-             {parameters::ssid, parameters::bssid, parameters::band}) {
-            parameter->reset();
-        }
-    }
-
     int networks(std::vector<std::string> options = {}) {
-        options.insert(options.begin(), {"mrlrsignal", "networks"});
-        m_output.clear();
-        m_errors.clear();
-        return runSignalProgram(options);
+        options.insert(options.begin(), "networks");
+        return program(std::move(options));
     }
 
     // What the records of --format jsonl have under `member`.
@@ -59,18 +41,6 @@ protected:
         }
         return values;
     }
-
-    const std::string& output() const { return m_output.text(); }
-    const std::string& errors() const { return m_errors.text(); }
-    tesk5::RunContext& context() { return m_context; }
-
-private:
-    networkadapters::ScopedAdapters m_adapters{
-        [] { return std::vector<networkadapters::NetworkAdapter>(); }};
-    tesk5::RunContext m_context{tesk5::Registry::instance()};
-    tesk5::RunContext::Scope m_scope{m_context};
-    CapturedStream m_output{mrl::cout};
-    CapturedStream m_errors{mrl::cerr};
 };
 
 AccessPoint named(const std::string& name, std::vector<Bss> radios) {
