@@ -209,5 +209,41 @@ TEST_F(GuidedStudies, NeedNoDeviceForATable) {
     EXPECT_EQ(smallStudy(), TestResult::CANNOTRUN().value());
 }
 
+// One part, whose level is known.
+const std::vector<std::string> SHORT_STUDY = {"--type1", "--reference=-60", "--tolerance", "20"};
+
+TEST_F(GuidedStudies, OfOnePartLeadThroughItsMeasurementsAndGoOn) {
+    person().pressesEnter(24);
+    person().types("q");
+    EXPECT_EQ(study(SHORT_STUDY), TestResult::USERABORTED().value());
+    EXPECT_THAT(output(), HasSubstr("Short study of one part: 25 measurements."));
+    EXPECT_THAT(output(), HasSubstr("Done: 24, left: 1. "));
+    person().pressesEnter(1);
+    EXPECT_EQ(study(SHORT_STUDY), 0) << errors();
+    EXPECT_THAT(output(), HasSubstr("25 readings: mean -6"));
+    EXPECT_THAT(output(), HasSubstr("Cg "));
+    EXPECT_EQ(kept()["session"]["measurements"].size(), 25U);
+}
+
+TEST_F(GuidedStudies, OfOnePartAndOfSeveralDoNotGoOnWithEachOther) {
+    person().types("q");
+    EXPECT_EQ(study(SHORT_STUDY), TestResult::USERABORTED().value());
+    EXPECT_EQ(study({}), WRONG_USAGE);
+    EXPECT_THAT(errors(), HasSubstr("has parts: 1, operators: 1, trials: 25"));
+}
+
+TEST_F(GuidedStudies, OfOnePartRefuseWhatDoesNotGoWithThem) {
+    for (const auto& [more, reason] : std::vector<std::pair<std::vector<std::string>, std::string>>{
+             {{"--trials", "24"}, "at least 25 readings"},
+             {{"--parts", "2"}, "--parts does not go"},
+             {{"--page", file("p.html")}, "--page does not go"},
+             {{"--from", file("readings.csv")}, "--file does not go"}}) {
+        std::vector<std::string> options = SHORT_STUDY;
+        options.insert(options.end(), more.begin(), more.end());
+        EXPECT_EQ(study(options), WRONG_USAGE);
+        EXPECT_THAT(errors(), HasSubstr(reason));
+    }
+}
+
 } // namespace
 } // namespace test

@@ -39,24 +39,6 @@ std::optional<double> toleranceOf(const CommandCall& call) {
     return width && *width > 0 ? width : std::nullopt;
 }
 
-int runTypeOne(const CommandCall& call, tesk5::RunContext& context) {
-    const std::string path = neededOption(call, FROM_OPTION, "study");
-    const std::optional<double> reference = levelOption(call, REFERENCE);
-    if (!reference) {
-        throw tesk5::BadInput{message("TYPE1_NEEDS_REFERENCE")};
-    }
-    const std::optional<double> tolerance = toleranceOf(call);
-    const TableFile file(path);
-    const std::vector<double> readings = file.numbers(file.column(levelColumns()));
-    if (readings.size() < gauge::TYPE_ONE_READINGS) {
-        throw tesk5::BadInput{message(
-            "TYPE1_TOO_FEW",
-            {{"File", path}, {"Least", gauge::TYPE_ONE_READINGS}, {"Count", readings.size()}})};
-    }
-    printLines(context, typeOneReport(readings, *reference, tolerance));
-    return 0;
-}
-
 // The file that an option names, if it is given.
 std::optional<tesk5::ReportFile> fileOf(const CommandCall& call, const char* option) {
     const std::string path = givenOption(call, option);
@@ -103,8 +85,7 @@ void finish(const StudyReadings& data, const StudyOutput& output, const tesk5::R
 }
 
 bool isGuided(const CommandCall& call) {
-    return !call.options.contains(FROM_OPTION) && !call.options.contains(TYPE_ONE) &&
-           call.options.contains(FILE_OPTION);
+    return !call.options.contains(FROM_OPTION) && call.options.contains(FILE_OPTION);
 }
 
 std::size_t countOf(const CommandCall& call, const char* option) {
@@ -138,27 +119,90 @@ StudyReadings readingsOf(const guide::StudySession& session) {
     return data;
 }
 
-int runGuided(const CommandCall& call, tesk5::RunContext& context) {
+// What people call the access point. Failure: throws tesk5::BadInput where there is none
+std::string target() {
     for (const tesk5::Finding& finding : targetFindings(true)) {
         throw tesk5::BadInput{message(finding)};
     }
-    const StudyOutput output = outputOf(call);
-    guide::GuidedStudy guided(givenOption(call, FILE_OPTION), designOf(call),
-                              nameOfTarget().utf8());
+    return nameOfTarget().utf8();
+}
+
+// \return whether all measurements are there
+bool isMeasured(guide::GuidedStudy& guided, const CommandCall& call, tesk5::RunContext& context) {
     readings::SamplingPlan plan = planOfParameters();
     plan.mayEndEarly = false; // each measurement of a study is worth the same
-    const bool whole = guided.run(
+    const bool isWhole = guided.run(
         [&] {
             readings::LevelSource source(interfaceOf(call.devices.front()), targetOfParameters());
             return readings::measure(source, plan, nullptr,
                                      [&context] { return context.stopRequest.raised(); });
         },
         context);
-    if (!whole) {
+    if (isWhole) {
+        printLines(context, {""});
+    }
+    return isWhole;
+}
+
+int runGuided(const CommandCall& call, tesk5::RunContext& context) {
+    const StudyOutput output = outputOf(call);
+    guide::GuidedStudy guided(givenOption(call, FILE_OPTION),
+                              {.ofOnePart = false, .design = designOf(call)}, target());
+    if (!isMeasured(guided, call, context)) {
         return tesk5::TestResult::USERABORTED().value();
     }
-    printLines(context, {""});
     finish(readingsOf(guided.session()), output, &guided.file(), &guided.session(), call, context);
+    return 0;
+}
+
+void refuseTooFew(const std::string& path, std::size_t count) {
+    if (count < gauge::TYPE_ONE_READINGS) {
+        throw tesk5::BadInput{
+            message("TYPE1_TOO_FEW",
+                    {{"File", path}, {"Least", gauge::TYPE_ONE_READINGS}, {"Count", count}})};
+    }
+}
+
+// The size of a short study that --trials gives.
+guide::StudySize sizeOfTypeOne(const CommandCall& call) {
+    guide::StudySize size{.ofOnePart = true, .design = {}};
+    if (call.options.contains(TRIALS)) {
+        size.design = gauge::Design{.parts = 1, .operators = 1, .trials = countOf(call, TRIALS)};
+        refuseTooFew(givenOption(call, FILE_OPTION), size.design->trials);
+    }
+    return size;
+}
+
+int runTypeOne(const CommandCall& call, tesk5::RunContext& context) {
+    for (const char* const option : {PARTS, OPERATORS, CSV, PAGE}) {
+        if (call.options.contains(option)) {
+            throw tesk5::BadInput{message("TYPE1_WITHOUT", {{"Option", option}})};
+        }
+    }
+    const std::optional<double> reference = levelOption(call, REFERENCE);
+    if (!reference) {
+        throw tesk5::BadInput{message("TYPE1_NEEDS_REFERENCE")};
+    }
+    const std::optional<double> tolerance = toleranceOf(call);
+    std::vector<double> readings;
+    if (isGuided(call)) {
+        guide::GuidedStudy guided(givenOption(call, FILE_OPTION), sizeOfTypeOne(call), target());
+        if (!isMeasured(guided, call, context)) {
+            return tesk5::TestResult::USERABORTED().value();
+        }
+        const gauge::CrossedReadings measured = guided.session().readings();
+        const auto all = measured.all();
+        readings.assign(all.begin(), all.end());
+    } else {
+        const std::string path = neededOption(call, FROM_OPTION, "study");
+        if (call.options.contains(FILE_OPTION)) {
+            throw tesk5::BadInput{message("TYPE1_WITHOUT", {{"Option", FILE_OPTION}})};
+        }
+        const TableFile file(path);
+        readings = file.numbers(file.column(levelColumns()));
+        refuseTooFew(path, readings.size());
+    }
+    printLines(context, typeOneReport(readings, *reference, tolerance));
     return 0;
 }
 

@@ -4,6 +4,8 @@
 #include "StudyFile.h"
 #include "TargetParameters.h"
 
+#include <gauge/TypeOne.h>
+
 #include <tesk5/BadInput.h>
 #include <tesk5/Number.h>
 #include <tesk5/TeskException.h>
@@ -42,21 +44,27 @@ std::string lockedPath(const std::string& path, const FileLock& lock) {
     return path;
 }
 
-StudySession sessionIn(const std::string& path, const std::optional<Design>& design,
-                       const std::string& target) {
+Design designOfNew(const StudySize& size) {
+    if (!size.design && !size.ofOnePart) {
+        throw BadInput{message("STUDY_GUIDE_NO_SIZE")};
+    }
+    return size.design.value_or(
+        Design{.parts = 1, .operators = 1, .trials = gauge::TYPE_ONE_READINGS});
+}
+
+StudySession sessionIn(const std::string& path, const StudySize& size, const std::string& target) {
     if (mrl::fileKind(mrl::System::path(path)) == mrl::FileKind::missing) {
-        if (!design) {
-            throw BadInput{message("STUDY_GUIDE_NO_SIZE")};
-        }
+        const Design design = designOfNew(size);
         std::random_device seed;
         std::mt19937 random(seed());
-        return {*design, target, random};
+        return {design, target, random};
     }
     std::optional<StudySession> session = StudySession::ofFile(studyIn(path));
     if (!session) {
         throw BadInput{message("STUDY_GUIDE_NO_SESSION", {{"File", path}})};
     }
-    if (design && *design != session->design()) {
+    if (size.ofOnePart != (session->design().parts == 1) ||
+        (size.design && *size.design != session->design())) {
         tesk5::Event::Variables variables = aboutDesign(session->design());
         variables.emplace_back("File", path);
         throw BadInput{message("STUDY_GUIDE_OTHER_SIZE", variables)};
@@ -87,10 +95,9 @@ std::optional<std::string> answerTo(const std::string& question, RunContext& con
 
 } // namespace
 
-GuidedStudy::GuidedStudy(const std::string& path, const std::optional<Design>& design,
-                         const std::string& target)
+GuidedStudy::GuidedStudy(const std::string& path, const StudySize& size, const std::string& target)
     : m_path(path), m_lock(path), m_file(lockedPath(path, m_lock)),
-      m_session(sessionIn(path, design, target)) {}
+      m_session(sessionIn(path, size, target)) {}
 
 bool GuidedStudy::run(const Measure& measure, RunContext& context) {
     if (m_session.left() == 0) {
@@ -99,8 +106,9 @@ bool GuidedStudy::run(const Measure& measure, RunContext& context) {
     tesk5::Event::Variables variables = aboutDesign(m_session.design());
     variables.emplace_back("Done", m_session.done());
     variables.emplace_back("File", m_path);
-    say(context,
-        message(m_session.done() == 0 ? "STUDY_GUIDE_BEGIN" : "STUDY_GUIDE_GOES_ON", variables));
+    const char* const begin =
+        m_session.design().parts == 1 ? "STUDY_GUIDE_BEGIN_ONE" : "STUDY_GUIDE_BEGIN";
+    say(context, message(m_session.done() == 0 ? begin : "STUDY_GUIDE_GOES_ON", variables));
     say(context, message("STUDY_GUIDE_KEYS"));
     bool goesOn = keep(context);
     while (goesOn && m_session.left() > 0) {

@@ -15,17 +15,24 @@
 
 namespace guide {
 
+/// What a study under way is to be.
+struct StudySize {
+    bool ofOnePart = false;
+    /// None: that of the file; a new study of one part has 25 trials then.
+    std::optional<gauge::Design> design;
+};
+
 class GuidedStudy {
 public:
     /// Makes one measurement of the part that was put down.
     using Measure = std::function<readings::Sampling()>;
 
     /// Goes on with the study in the file, or starts one in a file that is not there yet.
-    /// \param design of a new study; for one that is there, none or the same
+    /// \param size of a new study; one that is there has to be of the same kind, and of this design
+    /// where there is one
     /// \param target what people call the access point
     /// Failure: throws tesk5::BadInput, also while another process works on the file
-    GuidedStudy(const std::string& path, const std::optional<gauge::Design>& design,
-                const std::string& target);
+    GuidedStudy(const std::string& path, const StudySize& size, const std::string& target);
 
     /// Measures until nothing is left, the person ends it, or the context's stop request is raised.
     /// \return whether nothing is left

@@ -74,7 +74,7 @@ std::vector<std::size_t> shuffled(const Design& design, std::mt19937& random) {
     for (std::size_t trial = 0; trial < design.trials; ++trial) {
         do {
             std::shuffle(parts.begin(), parts.end(), random);
-        } while (!order.empty() && order.back() == parts.front());
+        } while (design.parts > 1 && !order.empty() && order.back() == parts.front());
         order.insert(order.end(), parts.begin(), parts.end());
     }
     return order;
@@ -106,7 +106,7 @@ void StudySession::read(const Json& file) {
     m_design = {.parts = numberIn(design, "parts", MOST_PARTS) + 1,
                 .operators = numberIn(design, "operators", MOST_OPERATORS) + 1,
                 .trials = numberIn(design, "trials", MOST_TRIALS) + 1};
-    need(m_design.parts >= 2 && m_design.trials >= 2);
+    need(m_design.trials >= 2);
     const Json& session = member(file, "session");
     m_target = textIn(session, "target");
     const Json& orders = listIn(session, "order");

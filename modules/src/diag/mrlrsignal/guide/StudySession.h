@@ -55,7 +55,7 @@ public:
     /// A study without measurements, in random order: one operator after the other, each of whom
     /// measures all parts, then all of them anew. No part comes twice in succession, because
     /// neighbouring readings are alike.
-    /// \param design at least 2 parts, 1 operator and 2 trials
+    /// \param design at least 1 part, 1 operator and 2 trials
     /// \param target what people call the access point that is measured
     StudySession(const gauge::Design& design, std::string target, std::mt19937& random);
 
