@@ -25,6 +25,7 @@ LINUX_PACKAGES=(
 TEST_PACKAGES=(
     "${LINUX_PACKAGES[@]}"
     clang lld googletest                                         # builds the tests and fuzzers
+    libvalijson-dev                                              # reports against their schemas
     libbenchmark-dev                                             # builds the benchmarks
     xvfb xauth xdotool imagemagick                               # a display, keys and screenshots
     fonts-dejavu-core fonts-wqy-microhei                         # letters of all languages

@@ -33,6 +33,7 @@ struct CommandLine {
     std::optional<std::string> device;
     std::optional<std::string> devicesFile;
     std::vector<RequestedReport> reports;
+    std::optional<std::string> ocpFile;
     bool events = false; ///< standard output is the stream of events
     std::optional<std::string> logFile;
     std::optional<int> logLevel;

@@ -13,6 +13,7 @@
 #include "commandline/ConfigFile.h"
 #include "commandline/ConfigTemplate.h"
 #include "commandline/HelpPage.h"
+#include "commandline/OcpFile.h"
 #include "console/Console.h"
 #include "console/ListOutput.h"
 #include "devices/DeviceFile.h"
@@ -21,6 +22,7 @@
 #include "run/Doctor.h"
 #include "run/InterruptWatch.h"
 #include "run/LogKeeper.h"
+#include "run/RunListeners.h"
 #include "run/Runner.h"
 #include "texts/Lists.h"
 
@@ -50,6 +52,7 @@ std::vector<std::pair<const char*, std::string>> filesOf(const CommandLine& line
     for (const RequestedReport& report : line.reports) {
         add(report.kind->option, report.file);
     }
+    add("--ocp", line.ocpFile);
     add("--log", line.logFile);
     add("--capture", line.captureFile);
     return files;
@@ -277,6 +280,15 @@ RunIdentity identityFor(const CommandLine& /*line*/) {
     return identity;
 }
 
+// Some reports need to know more of a run than others.
+void refuseWithoutName(const CommandLine& line, const RunIdentity& identity) {
+    for (const RequestedReport& report : line.reports) {
+        if (report.kind->refuse != nullptr) {
+            report.kind->refuse(identity);
+        }
+    }
+}
+
 int run(const CommandLine& given, CommandCapture& capture, RunContext& context) {
     Registry& registry = context.registry;
     const CommandLine line = withConfiguration(given, registry);
@@ -294,31 +306,40 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
     for (const RequestedReport& report : line.reports) {
         reports.emplace_back(report.file, named);
     }
+    std::optional<OcpFile> ocp;
+    if (line.ocpFile) {
+        ocp.emplace(*line.ocpFile, context);
+    }
     context.identity = capture.identity().value_or(identityFor(line));
+    refuseWithoutName(line, context.identity);
     const DeviceList devices = devicesFor(line, capture, context);
     Console console(context, styleFor(line, context.output));
     EventsAndFailures events(context.output, console);
-    RunListener* listener = &console;
-    if (line.events) {
-        listener = &events;
+    RunListeners listeners(line.events ? static_cast<RunListener&>(events) : console);
+    if (ocp) {
+        listeners.add(ocp->listener());
     }
     std::optional<LogKeeper> log;
     if (std::any_of(line.reports.begin(), line.reports.end(),
                     [](const RequestedReport& report) { return report.kind->showsLog; })) {
         log.emplace();
     }
-    RunRecord record = execute(tests, devices, line, *listener, console.lastWords(), context);
+    RunRecord record = execute(tests, devices, line, listeners, console.lastWords(), context);
     if (log) {
         record.log = log->log();
     }
     record.fullLog = line.fullLog;
     capture.end(record.exitValue, context);
+    const bool followed = ocp && ocp->end(record, context);
     if (record.leftBy) {
         endBroken(line.reports, reports, record, context);
     }
     writeReports(line.reports, reports, record);
-    listener->onRunEnd(record);
-    return line.reports.empty() ? unlessLost(record.exitValue, context) : record.exitValue;
+    listeners.onRunEnd(record);
+    if (followed || !line.reports.empty()) {
+        return record.exitValue;
+    }
+    return ocp ? OUTPUT_LOST : unlessLost(record.exitValue, context);
 }
 
 // The test on whose devices the command works; null when it works on none.

@@ -13,6 +13,8 @@ struct ReportKind {
     /// The report's whole text.
     std::string (*text)(const RunRecord& run) = nullptr;
     bool showsLog = false; ///< whether it needs RunRecord::log
+    /// Throws BadInput for a run that the report cannot name; null when it can name every run.
+    void (*refuse)(const RunIdentity& identity) = nullptr;
 };
 
 /// Every kind, in the order of the help page.
