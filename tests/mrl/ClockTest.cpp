@@ -87,6 +87,25 @@ TEST(Clock, AScopedClockReplacesTheClockWhileItLives) {
     EXPECT_EQ(&Clock::current(), &system);
 }
 
+TEST(UtcText, ComesBackAsItsTime) {
+    for (const char* text : {"1970-01-01T00:00:00.000Z", "2026-11-20T19:55:01.123Z",
+                             "2024-02-29T23:59:59.999Z", "2199-12-31T00:00:00.000Z"}) {
+        const std::optional<Clock::UtcTime> time = mrl::parseUtc(text);
+        ASSERT_TRUE(time) << text;
+        EXPECT_EQ(mrl::utcText(*time), text);
+    }
+}
+
+TEST(UtcText, OfNoTimeIsRefused) {
+    for (const char* text :
+         {"", "2026-11-20", "2026-11-20T19:55:01Z", "2026-11-20 19:55:01.123Z",
+          "2026-11-20T19:55:01.12aZ", "2026-13-20T19:55:01.123Z", "2026-02-29T19:55:01.123Z",
+          "2026-11-20T24:00:00.000Z", "2026-11-20T19:60:01.123Z", "2026-11-20T19:55:60.123Z",
+          "1969-12-31T23:59:59.999Z", "2200-01-01T00:00:00.000Z", "2026-11-20T19:55:01.123Z "}) {
+        EXPECT_FALSE(mrl::parseUtc(text)) << text;
+    }
+}
+
 TEST(System, SleepsOnTheClockInUse) {
     test::VirtualClock clock;
     mrl::System::mssleep(100);

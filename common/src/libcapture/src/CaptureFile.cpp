@@ -9,7 +9,6 @@
 #include <mrl/Unicode.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <functional>
 
@@ -285,30 +284,12 @@ Step readStep(const Reader& line) {
     return step;
 }
 
-// Reads "2026-11-20T19:55:01.123Z", as utcText() writes it.
 system_clock::time_point timeOf(const Reader& value) {
-    using namespace std::chrono;
-    constexpr std::string_view FORM = "0000-00-00T00:00:00.000Z";
-    const std::string text = value.text();
-    bool fits = text.size() == FORM.size();
-    for (std::size_t i = 0; fits && i < FORM.size(); ++i) {
-        fits = FORM[i] == '0' ? text[i] >= '0' && text[i] <= '9' : text[i] == FORM[i];
-    }
-    const auto number = [&](std::size_t at, std::size_t length) {
-        int found = 0;
-        if (fits) {
-            std::from_chars(text.data() + at, text.data() + at + length, found);
-        }
-        return found;
-    };
-    const year_month_day date{year{number(0, 4)}, month{static_cast<unsigned>(number(5, 2))},
-                              day{static_cast<unsigned>(number(8, 2))}};
-    // The clock counts nanoseconds, which last to 2262.
-    if (!fits || !date.ok() || date.year() < year{1970} || date.year() > year{2199}) {
+    const std::optional<system_clock::time_point> time = mrl::parseUtc(value.text());
+    if (!time) {
         value.refuse("\"started\" is no time such as 2026-11-20T19:55:01.123Z");
     }
-    return sys_days(date) + hours(number(11, 2)) + minutes(number(14, 2)) + seconds(number(17, 2)) +
-           milliseconds(number(20, 3));
+    return *time;
 }
 
 void readHeader(const Reader& line, Capture& capture) {

@@ -5,7 +5,9 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace mrl {
 
@@ -57,6 +59,9 @@ private:
 
 /// `time` cut to milliseconds, as reports and logs have it: "2026-11-20T19:55:01.123Z".
 std::string utcText(Clock::UtcTime time);
+
+/// The time of a text as utcText() writes it, from 1970 to 2199; nothing for any other text.
+std::optional<Clock::UtcTime> parseUtc(std::string_view text);
 
 /// Replaces the clock in use while it lives. Nested ones must end in reverse order. Construct it
 /// before the threads that use the clock start.

@@ -41,6 +41,28 @@ struct FileFailure {
 /// Platform: CreateFileW, ReadFile; open, read
 std::string readWholeFile(const std::filesystem::path& path, std::size_t limit);
 
+/// A file that is read from its beginning to its end, piece by piece. Other processes may write it
+/// meanwhile.
+class FileToRead {
+public:
+    /// Failure: throws FileFailure, also for what is no ordinary file
+    /// Platform: CreateFileW, GetFileType; open, fstat
+    explicit FileToRead(const std::filesystem::path& path);
+    FileToRead(const FileToRead&) = delete;
+    FileToRead& operator=(const FileToRead&) = delete;
+    /// Closes the file.
+    ~FileToRead();
+
+    /// Reads at most `size` bytes.
+    /// \return how many; 0 at the end of the file
+    /// Failure: throws FileFailure
+    /// Platform: ReadFile; read
+    std::size_t read(char* bytes, std::size_t size);
+
+private:
+    std::intptr_t m_handle; ///< the system's handle or descriptor
+};
+
 /// The whole path that the system makes of `path`, the current folder before it if need be. Links
 /// are not followed. Empty for a name that cannot be one.
 /// Platform: GetFullPathNameW; getcwd
@@ -83,5 +105,21 @@ public:
 private:
     std::intptr_t m_handle; ///< the system's handle or descriptor
 };
+
+/// Adds `line` and a line feed to the end of a file that any number of processes extend at once, on
+/// a share of the network too. The file is created if it is missing; its folder must be there. A
+/// last line without a line end, as a full disk or a killed process leaves one, gets its line end
+/// first. All of it is one write, under a lock on a byte far behind the end, which Windows and
+/// Linux exclude each other by.
+/// \param longest milliseconds to wait while another process has the lock
+/// Failure: throws FileFailure, with device_or_resource_busy when the lock does not come free; a
+/// part of the line may have been written
+/// Platform: CreateFileW, LockFileEx, WriteFile; open, fcntl, write
+void appendLine(const std::filesystem::path& path, std::string_view line, unsigned longest);
+
+/// Whether appendLine() could extend the file: opens it if it is there, takes its lock, and leaves
+/// it as it is.
+/// Failure: throws FileFailure; not for a file that is missing
+void checkAppendable(const std::filesystem::path& path, unsigned longest);
 
 } // namespace mrl

@@ -38,4 +38,13 @@ public:
 /// Failure: throws JsonFailure
 Json parseJson(std::string_view text);
 
+/// Receives the parts of a JSON text in their order; each operation returns whether to go on.
+using JsonParts = nlohmann::json_sax<Json>;
+
+/// Hands the parts of a JSON text in UTF-8 to `parts` without making values of them: for many texts
+/// of which a few members count. A member that an object has twice comes twice. Any thread.
+/// \return false for a text that is no JSON, and when `parts` stopped; what was read has been
+/// handed over by then
+bool readJson(std::string_view text, JsonParts& parts);
+
 } // namespace mrl

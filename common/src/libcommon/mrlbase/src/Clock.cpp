@@ -3,6 +3,7 @@
 #include <mrl/System.h>
 
 #include <atomic>
+#include <charconv>
 #include <cstdio>
 #include <thread>
 
@@ -56,6 +57,40 @@ std::string utcText(Clock::UtcTime time) {
         static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
         static_cast<int>(clock.seconds().count()), static_cast<int>(clock.subseconds().count()));
     return buffer;
+}
+
+std::optional<Clock::UtcTime> parseUtc(std::string_view text) {
+    using namespace std::chrono;
+    constexpr std::string_view FORM = "0000-00-00T00:00:00.000Z";
+    constexpr int FIRST_YEAR = 1970;
+    constexpr int LAST_YEAR = 2199; // nanoseconds in 64 bits last to 2262
+    if (text.size() != FORM.size()) {
+        return std::nullopt;
+    }
+    for (std::size_t i = 0; i < FORM.size(); ++i) {
+        const bool fits = FORM[i] == '0' ? text[i] >= '0' && text[i] <= '9' : text[i] == FORM[i];
+        if (!fits) {
+            return std::nullopt;
+        }
+    }
+    const auto number = [text](std::size_t begin, std::size_t digits) {
+        int value = 0;
+        std::from_chars(text.data() + begin, text.data() + begin + digits, value);
+        return value;
+    };
+    constexpr std::size_t YEAR_DIGITS = 4;
+    const year_month_day date{year(number(0, YEAR_DIGITS)),
+                              month(static_cast<unsigned>(number(5, 2))),
+                              day(static_cast<unsigned>(number(8, 2)))};
+    const hours hour(number(11, 2));
+    const minutes minute(number(14, 2));
+    const seconds second(number(17, 2));
+    const int inYear = static_cast<int>(date.year());
+    if (!date.ok() || inYear < FIRST_YEAR || inYear > LAST_YEAR || hour >= days(1) ||
+        minute >= hours(1) || second >= minutes(1)) {
+        return std::nullopt;
+    }
+    return sys_days(date) + hour + minute + second + milliseconds(number(20, 3));
 }
 
 ScopedClock::ScopedClock(Clock& clock) : m_previous(g_replacement.exchange(&clock)) {}

@@ -2,8 +2,11 @@
 // are checked before opening, and handles before reading.
 #include <mrl/Files.h>
 
+#include <mrl/System.h>
 #include <mrl/Types.h>
 #include <mrl/Unicode.h>
+
+#include "AppendedLine.h"
 
 #include <windows.h>
 
@@ -100,7 +103,10 @@ FileKind fileKind(const std::filesystem::path& path) {
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? FileKind::directory : FileKind::ordinary;
 }
 
-std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) {
+namespace {
+
+// Failure: throws FileFailure, also for what is no ordinary file
+OpenFile opened(const std::filesystem::path& path, DWORD access, DWORD disposition) {
     using Reason = FileFailure::Reason;
     switch (fileKind(path)) {
     case FileKind::other:
@@ -113,9 +119,38 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
     // A link may still lead to a pipe: with SECURITY_ANONYMOUS its server cannot identify the user.
     // ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION,
     // ERROR_INVALID_NAME
-    const OpenFile file = checkedFile(CreateFileW(
-        path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-        OPEN_EXISTING, SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS, nullptr));
+    return checkedFile(
+        CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, disposition, SECURITY_SQOS_PRESENT | SECURITY_ANONYMOUS, nullptr));
+}
+
+HANDLE handleOf(std::intptr_t value) {
+    return reinterpret_cast<HANDLE>(value);
+}
+
+} // namespace
+
+FileToRead::FileToRead(const std::filesystem::path& path)
+    : m_handle(
+          reinterpret_cast<std::intptr_t>(opened(path, GENERIC_READ, OPEN_EXISTING).release())) {}
+
+FileToRead::~FileToRead() {
+    CloseHandle(handleOf(m_handle));
+}
+
+std::size_t FileToRead::read(char* bytes, std::size_t size) {
+    constexpr std::size_t PIECE = 0x1000000;
+    DWORD count = 0;
+    // ERROR_LOCK_VIOLATION, and errors of the disk
+    if (ReadFile(handleOf(m_handle), bytes, static_cast<DWORD>(std::min(size, PIECE)), &count,
+                 nullptr) == 0) {
+        fail(GetLastError());
+    }
+    return count;
+}
+
+std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) {
+    const OpenFile file = opened(path, GENERIC_READ, OPEN_EXISTING);
     // One piece of the file's size and one byte, by which the end is seen, when that is small.
     constexpr DWORD PIECE = 0x10000;
     LARGE_INTEGER size{};
@@ -133,7 +168,7 @@ std::string readWholeFile(const std::filesystem::path& path, std::size_t limit) 
         }
         bytes.resize(begin + count);
         if (bytes.size() > limit) {
-            throw FileFailure{Reason::tooLarge, {}};
+            throw FileFailure{FileFailure::Reason::tooLarge, {}};
         }
         if (count < piece) {
             return bytes;
@@ -184,11 +219,24 @@ void checkWritable(const std::filesystem::path& path) {
 
 namespace {
 
-HANDLE handleOf(std::intptr_t value) {
-    return reinterpret_cast<HANDLE>(value);
-}
-
 const auto CLOSED = reinterpret_cast<std::intptr_t>(INVALID_HANDLE_VALUE);
+
+// Failure: throws FileFailure
+void writeAll(HANDLE file, std::string_view bytes) {
+    constexpr std::size_t PIECE = 0x1000000;
+    while (!bytes.empty()) {
+        DWORD count = 0;
+        // ERROR_DISK_FULL, ERROR_HANDLE_DISK_FULL, and other errors of the disk
+        if (WriteFile(file, bytes.data(), static_cast<DWORD>(std::min(bytes.size(), PIECE)), &count,
+                      nullptr) == 0) {
+            fail(GetLastError());
+        }
+        if (count == 0) {
+            fail(ERROR_DISK_FULL); // some file systems report success here
+        }
+        bytes.remove_prefix(count); // only a part may have had room; the next call says why
+    }
+}
 
 } // namespace
 
@@ -207,25 +255,75 @@ FileToWrite::~FileToWrite() {
 }
 
 void FileToWrite::write(std::string_view bytes) {
-    constexpr std::size_t PIECE = 0x1000000;
-    while (!bytes.empty()) {
-        DWORD count = 0;
-        // ERROR_DISK_FULL, ERROR_HANDLE_DISK_FULL, and other errors of the disk
-        if (WriteFile(handleOf(m_handle), bytes.data(),
-                      static_cast<DWORD>(std::min(bytes.size(), PIECE)), &count, nullptr) == 0) {
-            fail(GetLastError());
-        }
-        if (count == 0) {
-            fail(ERROR_DISK_FULL); // some file systems report success here
-        }
-        bytes.remove_prefix(count); // only a part may have had room; the next call says why
-    }
+    writeAll(handleOf(m_handle), bytes);
 }
 
 void FileToWrite::close() {
     // ERROR_INVALID_HANDLE, and errors of the disk
     if (CloseHandle(handleOf(std::exchange(m_handle, CLOSED))) == 0) {
         fail(GetLastError());
+    }
+}
+
+namespace {
+
+// What extends a file and reads its last byte, where a user may do no more.
+constexpr DWORD TO_APPEND = FILE_APPEND_DATA | FILE_READ_DATA | FILE_READ_ATTRIBUTES | SYNCHRONIZE;
+
+// The lock goes with the handle.
+// Failure: throws FileFailure
+void lock(HANDLE file, unsigned longest) {
+    constexpr unsigned PAUSE = 20;
+    constexpr unsigned HIGH_HALF = 32;
+    OVERLAPPED place{};
+    place.Offset = static_cast<DWORD>(APPEND_LOCK_BYTE);
+    place.OffsetHigh = static_cast<DWORD>(APPEND_LOCK_BYTE >> HIGH_HALF);
+    constexpr DWORD HOW = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
+    for (unsigned waited = 0; LockFileEx(file, HOW, 0, 1, 0, &place) == 0; waited += PAUSE) {
+        const DWORD error = GetLastError();
+        if (error != ERROR_LOCK_VIOLATION && error != ERROR_IO_PENDING) {
+            fail(error); // ERROR_INVALID_FUNCTION: the file system has no locks
+        }
+        if (waited >= longest) {
+            throw FileFailure{FileFailure::Reason::system,
+                              std::make_error_code(std::errc::device_or_resource_busy)};
+        }
+        System::mssleep(PAUSE);
+    }
+}
+
+bool endsWithinLine(HANDLE file) {
+    LARGE_INTEGER size{};
+    if (GetFileSizeEx(file, &size) == 0) {
+        fail(GetLastError());
+    }
+    if (size.QuadPart == 0) {
+        return false;
+    }
+    char last = '\n';
+    DWORD count = 0;
+    size.QuadPart -= 1;
+    if (SetFilePointerEx(file, size, nullptr, FILE_BEGIN) == 0 ||
+        ReadFile(file, &last, 1, &count, nullptr) == 0) {
+        fail(GetLastError());
+    }
+    return last != '\n';
+}
+
+} // namespace
+
+void appendLine(const std::filesystem::path& path, std::string_view line, unsigned longest) {
+    OpenFile file = opened(path, TO_APPEND, OPEN_ALWAYS);
+    lock(file.get(), longest);
+    writeAll(file.get(), appendedText(endsWithinLine(file.get()), line));
+    if (CloseHandle(file.release()) == 0) {
+        fail(GetLastError());
+    }
+}
+
+void checkAppendable(const std::filesystem::path& path, unsigned longest) {
+    if (fileKind(path) != FileKind::missing) {
+        lock(opened(path, TO_APPEND, OPEN_EXISTING).get(), longest);
     }
 }
 

@@ -98,4 +98,8 @@ Json parseJson(std::string_view text) {
     }
 }
 
+bool readJson(std::string_view text, JsonParts& parts) {
+    return Json::sax_parse(text.data(), text.data() + text.size(), &parts);
+}
+
 } // namespace mrl
