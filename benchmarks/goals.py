@@ -18,6 +18,8 @@ GOALS = (
          "the simulator's call, and each name copied into a buffer that is there already", ratio=6),
     Goal("scan_result", "Messages of Linux' scan result to the network list, 64 networks", "us",
          "libnl's parse of the same messages alone", ratio=3),
+    Goal("history", "A journal of 100,000 runs, 165 MB, to the text and the page of its history", "ms",
+         limit=2000),
     Goal("memory", "What 1,000 refreshes leave behind, beyond the blocks kept on purpose", "bytes",
          limit=0),
     Goal("run_cpu", "Processor time of a whole verification run, access point seen at once", "ms",

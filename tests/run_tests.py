@@ -32,7 +32,7 @@ SUITE_LIMIT_SECONDS = 600
 PYTHON_FOLDERS = ("structure", "system")
 # A few seconds; tools/fuzz runs for longer.
 INPUTS_OF_A_FUZZER = 2000
-INPUTS_OF_A_SLOW_FUZZER = {"reports": 300, "text_file": 300}
+INPUTS_OF_A_SLOW_FUZZER = {"journal": 300, "reports": 300, "text_file": 300}
 
 
 # Lanes for all suites but those of the Windows build.

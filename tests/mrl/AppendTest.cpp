@@ -71,6 +71,7 @@ TEST_F(Append, KeepsTheLinesOfSeveralWritersWhole) {
     constexpr int WRITERS = 8;
     constexpr int LINES = 50;
     std::vector<std::thread> writers;
+    writers.reserve(WRITERS);
     for (int writer = 0; writer < WRITERS; ++writer) {
         writers.emplace_back([this, writer] {
             // Longer than a page, so that a write without the lock could be seen in two parts.

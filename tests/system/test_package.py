@@ -32,7 +32,7 @@ CMAKE_LIBRARIES = (ROOT / "cmake" / "HeaderOnlyLibraries.cmake").read_text(encod
 RUN_TIME = {"libstdc++", "libgcc", "libssp", "winpthreads", "MinGW-w64 runtime"}
 # The pages of docs/ that are for users.
 PAGES = ("technicians", "signal", "watch", "networks", "limits", "measuring", "command-line",
-         "report", "formats", "captures", "stations", "hosts", "localization")
+         "report", "history", "formats", "captures", "stations", "hosts", "localization")
 # What has the same place in the package as in the source tree.
 AS_IN_THE_TREE = [path.relative_to(ROOT).as_posix()
                   for folder in ("docs/images", "docs/schemas", "examples")

@@ -64,9 +64,10 @@ TEST_F(BadInputs, AreRefusedWithWhatIsWrongAndWhatToDo) {
         {{"run", "Signal", "Signal"}, "the test \"Signal\" is named more than once; name it once"},
         {{"rn"},
          "there is no command \"rn\", the nearest is \"run\"; the commands are list, run, doctor, "
-         "echo, bare and tell"},
+         "echo, bare, tell and history"},
         {{"zzz"},
-         "there is no command \"zzz\"; the commands are list, run, doctor, echo, bare and tell; "
+         "there is no command \"zzz\"; the commands are list, run, doctor, echo, bare, tell and "
+         "history; "
          "for a "
          "test "
          "of this name, write run zzz"},
@@ -98,13 +99,13 @@ TEST_F(BadInputs, AreRefusedWithWhatIsWrongAndWhatToDo) {
         {{"--", "run"}, "there is no option \"--\"; --help shows what there is"},
         {{"-h=1"}, "--help takes no value; leave \"=1\" out"},
         {{"--version", "garbage"},
-         "there is no command \"garbage\"; the commands are list, run, doctor, echo, bare and "
-         "tell; for "
+         "there is no command \"garbage\"; the commands are list, run, doctor, echo, bare, "
+         "tell and history; for "
          "a "
          "test of this name, write run garbage"},
         {{"--help", "garbage"},
-         "there is no command \"garbage\"; the commands are list, run, doctor, echo, bare and "
-         "tell; for "
+         "there is no command \"garbage\"; the commands are list, run, doctor, echo, bare, "
+         "tell and history; for "
          "a "
          "test of this name, write run garbage"},
         {{"--help", "--nonsense"}, "there is no option \"--nonsense\"; --help shows what there is"},

@@ -106,7 +106,8 @@ TEST_F(CommandsOnDevices, KeepTheirOptionsToThemselves) {
         {{"run", "--seconds", "1"},
          "example: --seconds is an option of tell; use it there, or leave it out\n"},
         {{"--format", "csv"},
-         "example: --format is an option of bare and tell; use it there, or leave it out\n"},
+         "example: --format is an option of bare, tell and history; use it there, or leave it "
+         "out\n"},
         {{"bare", "--seconds", "1"},
          "example: --seconds is an option of tell; use it there, or leave it out\n"},
         {{"bare", "--device", "x"},

@@ -13,8 +13,9 @@ from components import FOLDER, PackagingError
 # Each page with its name in the bar at the top, in the bar's order.
 PAGES = {"technicians": "Technicians", "signal": "Levels", "watch": "Live levels",
          "networks": "Networks", "limits": "Limits", "measuring": "What levels prove",
-         "command-line": "Command line", "report": "Reports", "formats": "Formats",
-         "captures": "Captures", "stations": "Stations", "hosts": "Hosts", "localization": "Languages"}
+         "command-line": "Command line", "report": "Reports", "history": "Many runs",
+         "formats": "Formats", "captures": "Captures", "stations": "Stations", "hosts": "Hosts",
+         "localization": "Languages"}
 STYLE = "style.css"
 HEADING = re.compile(r"<h([1-6])>(.*?)</h\1>")
 TARGET = re.compile(r'(<a href="|<img src=")([^"]*)')

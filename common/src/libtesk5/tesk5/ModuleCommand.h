@@ -15,8 +15,9 @@ namespace tesk5 {
 
 class RunContext;
 
-/// An option of the module's commands. Commands that have one of the same name in common have it
-/// with the same contents. Without choices and without a range, every text is a value.
+/// An option of the module's commands. Without choices and without a range, every text is a value.
+/// Those of one name are one option when they have the same help, and then have the same contents;
+/// in any case all of them are switches or none is.
 struct CommandOption {
     const char* name;     ///< with its dashes; not that of an option of every command
     const char* argument; ///< what follows it, as the help page shows it: "N"; null for a switch
@@ -65,8 +66,8 @@ struct ModuleCommand {
     /// gets none, and is not refused when there are none.
     bool (*needsDevices)(const CommandCall& call) = nullptr;
 
-    /// Whether it takes the option of the module that has this name.
-    bool hasOption(std::string_view option) const;
+    /// Its own option of that name; null when it has none.
+    const CommandOption* option(std::string_view named) const;
 };
 
 } // namespace tesk5

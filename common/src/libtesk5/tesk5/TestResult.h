@@ -1,6 +1,9 @@
 // How a test ended.
 #pragma once
 
+#include <optional>
+#include <string_view>
+
 namespace tesk5 {
 
 /// One of nine results. Its value is also the exit value that stands for it.
@@ -19,6 +22,9 @@ public:
         return TestResult(7);
     } ///< an interactive test that gives no verdict
     static TestResult EXITEDABNORMALLY() { return TestResult(8); }
+
+    /// The result of that name; nothing for any other text.
+    static std::optional<TestResult> named(std::string_view name);
 
     int value() const { return m_value; }
     /// The word of the result, as consoles and reports write it: "PASS".

@@ -114,7 +114,7 @@ private:
 /// \param longest milliseconds to wait while another process has the lock
 /// Failure: throws FileFailure, with device_or_resource_busy when the lock does not come free; a
 /// part of the line may have been written
-/// Platform: CreateFileW, LockFileEx, WriteFile; open, fcntl, write
+/// Platform: CreateFileW, LockFile, WriteFile; open, fcntl, write
 void appendLine(const std::filesystem::path& path, std::string_view line, unsigned longest);
 
 /// Whether appendLine() could extend the file: opens it if it is there, takes its lock, and leaves

@@ -275,13 +275,11 @@ constexpr DWORD TO_APPEND = FILE_APPEND_DATA | FILE_READ_DATA | FILE_READ_ATTRIB
 void lock(HANDLE file, unsigned longest) {
     constexpr unsigned PAUSE = 20;
     constexpr unsigned HIGH_HALF = 32;
-    OVERLAPPED place{};
-    place.Offset = static_cast<DWORD>(APPEND_LOCK_BYTE);
-    place.OffsetHigh = static_cast<DWORD>(APPEND_LOCK_BYTE >> HIGH_HALF);
-    constexpr DWORD HOW = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
-    for (unsigned waited = 0; LockFileEx(file, HOW, 0, 1, 0, &place) == 0; waited += PAUSE) {
+    constexpr auto LOW = static_cast<DWORD>(APPEND_LOCK_BYTE);
+    constexpr auto HIGH = static_cast<DWORD>(APPEND_LOCK_BYTE >> HIGH_HALF);
+    for (unsigned waited = 0; LockFile(file, LOW, HIGH, 1, 0) == 0; waited += PAUSE) {
         const DWORD error = GetLastError();
-        if (error != ERROR_LOCK_VIOLATION && error != ERROR_IO_PENDING) {
+        if (error != ERROR_LOCK_VIOLATION) {
             fail(error); // ERROR_INVALID_FUNCTION: the file system has no locks
         }
         if (waited >= longest) {

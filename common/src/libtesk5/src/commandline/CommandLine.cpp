@@ -159,6 +159,9 @@ public:
         m_app.set_help_flag("--help,-h");
         m_app.set_version_flag("--version", std::string());
         for (const OptionDescription& option : optionDescriptions()) {
+            if (m_options.contains(option.name)) {
+                continue; // of another command
+            }
             if (option.argument != nullptr) {
                 m_options[option.name] =
                     m_app.add_option(option.name)->take_all()->allow_extra_args(false);
@@ -265,14 +268,26 @@ private:
     bool m_versionWanted = false;
 };
 
+// Whether `command` takes an option of that name.
+bool isTaken(std::string_view name, const CommandDescription& command) {
+    const std::vector<OptionDescription>& options = optionDescriptions();
+    return std::any_of(options.begin(), options.end(), [&](const OptionDescription& option) {
+        return name == option.name && goesWith(option, command);
+    });
+}
+
 // Why `command`, which the arguments name or leave to the default, does not take `option`.
 std::string foreignOption(const OptionDescription& option, const CommandDescription& command,
                           bool named) {
     if (option.ofModule != nullptr) {
-        return message(
-            "INPUT_OPTION_OF",
-            {{"Option", option.name},
-             {"Commands", listedWithAnd(textsOf(takersOf(option), &CommandDescription::name))}});
+        std::vector<std::string> takers;
+        for (const CommandDescription& taker : commandDescriptions()) {
+            if (isTaken(option.name, taker)) {
+                takers.emplace_back(taker.name);
+            }
+        }
+        return message("INPUT_OPTION_OF",
+                       {{"Option", option.name}, {"Commands", listedWithAnd(takers)}});
     }
     if (command.command == Command::run) {
         return message("CONFIG_OPTION_NOT_WITH_RUN", {{"Option", option.name}});
@@ -282,14 +297,6 @@ std::string foreignOption(const OptionDescription& option, const CommandDescript
     return forRun || !named ? message("INPUT_OPTION_NEEDS_RUN", {{"Option", option.name}})
                             : message("INPUT_COMMAND_TAKES_NO",
                                       {{"Command", command.name}, {"Name", option.name}});
-}
-
-// Whether `command` takes an option of that name.
-bool isTaken(std::string_view name, const CommandDescription& command) {
-    const std::vector<OptionDescription>& options = optionDescriptions();
-    return std::any_of(options.begin(), options.end(), [&](const OptionDescription& option) {
-        return name == option.name && goesWith(option, command);
-    });
 }
 
 void refuseForeignOptions(const ParsedArguments& parsed) {

@@ -34,6 +34,7 @@ struct CommandLine {
     std::optional<std::string> devicesFile;
     std::vector<RequestedReport> reports;
     std::optional<std::string> ocpFile;
+    std::optional<std::string> journalFile;
     bool events = false; ///< standard output is the stream of events
     std::optional<std::string> logFile;
     std::optional<int> logLevel;

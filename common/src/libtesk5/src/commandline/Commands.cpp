@@ -6,6 +6,7 @@
 #include <tesk5/Texts.h>
 
 #include "commandline/CommandLine.h"
+#include "history/HistoryCommand.h"
 #include "model/Decimal.h"
 #include "reports/ReportKinds.h"
 #include "texts/Lists.h"
@@ -80,16 +81,8 @@ bool setCaptureNames(CommandLine& line, std::string_view /*name*/, const std::st
     return line.hideNames || word == "shown";
 }
 
-// An option of the module may have the name of one that none of its commands takes.
-const OptionDescription* moduleOptionNamed(std::string_view name) {
-    const std::vector<OptionDescription>& options = optionDescriptions();
-    return &*std::find_if(options.begin(), options.end(), [name](const OptionDescription& option) {
-        return option.ofModule != nullptr && name == option.name;
-    });
-}
-
 bool setModuleOption(CommandLine& line, std::string_view name, const std::string& text) {
-    const CommandOption& option = *moduleOptionNamed(name)->ofModule;
+    const CommandOption& option = *line.moduleCommand->option(name);
     const bool numeric = option.range.has_value();
     const DataType type = numeric                  ? DataType::INTEGER()
                           : option.choices.empty() ? DataType::STRING()
@@ -121,17 +114,29 @@ bool takesEither(const ModuleCommand& command, std::string_view name) {
     return takesParameters(command, name) || takesDevices(command, name);
 }
 
-bool hasOption(const ModuleCommand& command, std::string_view name) {
-    return command.hasOption(name);
+// Whether options of two commands are one option to a person.
+bool areOne(const CommandOption& a, const CommandOption& b) {
+    return std::string_view(a.name) == b.name && std::string_view(a.help) == b.help;
 }
 
-// The options of the module's commands, each once.
+// The module's commands, and that of the framework which is made as one.
+std::vector<const ModuleCommand*> moduleCommands() {
+    static const ModuleCommand history = historyCommand();
+    std::vector<const ModuleCommand*> commands;
+    for (const ModuleCommand& command : moduleInfo().commands) {
+        commands.push_back(&command);
+    }
+    commands.push_back(&history);
+    return commands;
+}
+
+// The options of these commands, each once.
 std::vector<OptionDescription> moduleOptions() {
     std::vector<OptionDescription> options;
-    for (const ModuleCommand& command : moduleInfo().commands) {
-        for (const CommandOption& option : command.options) {
+    for (const ModuleCommand* command : moduleCommands()) {
+        for (const CommandOption& option : command->options) {
             const bool known = std::any_of(options.begin(), options.end(), [&](const auto& other) {
-                return std::string_view(other.name) == option.name;
+                return areOne(*other.ofModule, option);
             });
             if (!known) {
                 options.push_back({option.name,
@@ -141,7 +146,7 @@ std::vector<OptionDescription> moduleOptions() {
                                    &setModuleOption,
                                    {Command::ofModule},
                                    nullptr,
-                                   &hasOption,
+                                   nullptr,
                                    &option});
             }
         }
@@ -174,9 +179,9 @@ const std::vector<CommandDescription>& commandDescriptions() {
                            "HELP_REPLAY",
                            {"replay field.jsonl", "replay field.jsonl --json report.json"}});
         }
-        for (const ModuleCommand& command : moduleInfo().commands) {
-            all.push_back({Command::ofModule, command.name, command.arguments, command.help,
-                           command.examples, &command});
+        for (const ModuleCommand* command : moduleCommands()) {
+            all.push_back({Command::ofModule, command->name, command->arguments, command->help,
+                           command->examples, command});
         }
         return all;
     }();
@@ -213,6 +218,8 @@ const std::vector<OptionDescription>& optionDescriptions() {
         {"--wsjf", "FILE", "HELP_WSJF", "--wsjf unit.json --tag serial=A1", &addReport,
          RUN_AND_REPLAY},
         {"--openhtf", "FILE", "HELP_OPENHTF", "--openhtf record.json", &addReport, RUN_AND_REPLAY},
+        {"--journal", "FILE", "HELP_JOURNAL", "run --config station.toml --journal line.jsonl",
+         &setText<&CommandLine::journalFile>, RUN},
         {"--full-log", nullptr, "HELP_FULL_LOG", "--html report.html --full-log",
          &setSwitch<&CommandLine::fullLog>, RUN_AND_REPLAY},
         {"--events", nullptr, "HELP_EVENTS", "run --config station.toml --events",
@@ -271,6 +278,10 @@ bool goesWith(const OptionDescription& option, const CommandDescription& command
     if (option.commands.empty()) {
         return true;
     }
+    if (command.ofModule != nullptr && option.ofModule != nullptr) {
+        const CommandOption* const own = command.ofModule->option(option.name);
+        return own != nullptr && areOne(*own, *option.ofModule);
+    }
     if (command.ofModule != nullptr) {
         return option.goesWithModule != nullptr &&
                option.goesWithModule(*command.ofModule, option.name);
@@ -289,9 +300,11 @@ std::vector<const CommandDescription*> takersOf(const OptionDescription& option)
     return takers;
 }
 
-bool ModuleCommand::hasOption(std::string_view option) const {
-    return std::any_of(options.begin(), options.end(),
-                       [option](const CommandOption& own) { return option == own.name; });
+const CommandOption* ModuleCommand::option(std::string_view named) const {
+    const auto own = std::find_if(options.begin(), options.end(), [named](const auto& candidate) {
+        return named == candidate.name;
+    });
+    return own == options.end() ? nullptr : &*own;
 }
 
 } // namespace tesk5

@@ -45,6 +45,7 @@ constexpr OptionKey optionKeys[] = {
     {"outputs", "ocp", "--ocp", Kind::file, "CONFIG_REPORT", "\"run.jsonl\""},
     {"outputs", "wsjf", "--wsjf", Kind::file, "CONFIG_REPORT", "\"unit.json\""},
     {"outputs", "openhtf", "--openhtf", Kind::file, "CONFIG_REPORT", "\"record.json\""},
+    {"outputs", "journal", "--journal", Kind::file, "CONFIG_JOURNAL", "\"line.jsonl\""},
     {"outputs", "full-log", "--full-log", Kind::toggle, "CONFIG_FULL_LOG", "false"},
     {"outputs", "log", "--log", Kind::file, "CONFIG_LOG", "\"antenna.log\""},
     {"outputs", "log-level", "--log-level", Kind::number, "CONFIG_LOG_LEVEL", "1"},

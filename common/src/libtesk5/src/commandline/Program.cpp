@@ -18,6 +18,7 @@
 #include "console/ListOutput.h"
 #include "devices/DeviceFile.h"
 #include "reports/EventStream.h"
+#include "reports/Journal.h"
 #include "reports/ReportKinds.h"
 #include "run/Doctor.h"
 #include "run/InterruptWatch.h"
@@ -53,6 +54,7 @@ std::vector<std::pair<const char*, std::string>> filesOf(const CommandLine& line
         add(report.kind->option, report.file);
     }
     add("--ocp", line.ocpFile);
+    add("--journal", line.journalFile);
     add("--log", line.logFile);
     add("--capture", line.captureFile);
     return files;
@@ -178,16 +180,24 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
     return record;
 }
 
-// Writes every report, also those after one that fails; the exception names all that failed.
+// Writes every report and the line of the journal, also those after one that fails; the exception
+// names all that failed.
 void writeReports(const std::vector<RequestedReport>& requested,
-                  const std::vector<ReportFile>& files, const RunRecord& record) {
+                  const std::vector<ReportFile>& files, const std::optional<Journal>& journal,
+                  const RunRecord& record) {
     std::vector<std::string> failures;
-    for (std::size_t i = 0; i < files.size(); ++i) {
+    const auto attempt = [&failures](const auto& write) {
         try {
-            files[i].replace(requested[i].kind->text(record));
+            write();
         } catch (const TeskException& exception) {
             failures.push_back(exception.toString().getUTF8String().bytes());
         }
+    };
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        attempt([&] { files[i].replace(requested[i].kind->text(record)); });
+    }
+    if (journal) {
+        attempt([&] { journal->append(record); });
     }
     if (!failures.empty()) {
         throw TeskException(TeskString(phrasesListed(failures)));
@@ -197,10 +207,11 @@ void writeReports(const std::vector<RequestedReport>& requested,
 // Writes the reports of a run that an exception ended, then lets that exception go on. It decides
 // how the process ends, also when a report cannot be written.
 [[noreturn]] void endBroken(const std::vector<RequestedReport>& requested,
-                            const std::vector<ReportFile>& files, const RunRecord& record,
+                            const std::vector<ReportFile>& files,
+                            const std::optional<Journal>& journal, const RunRecord& record,
                             const RunContext& context) {
     try {
-        writeReports(requested, files, record);
+        writeReports(requested, files, journal, record);
     } catch (const TeskException& failure) {
         writeLine(context.errors, std::string(moduleInfo().name) + ": " +
                                       failure.toString().getUTF8String().bytes());
@@ -312,6 +323,10 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
     }
     context.identity = capture.identity().value_or(identityFor(line));
     refuseWithoutName(line, context.identity);
+    std::optional<Journal> journal;
+    if (line.journalFile) {
+        journal.emplace(*line.journalFile);
+    }
     const DeviceList devices = devicesFor(line, capture, context);
     Console console(context, styleFor(line, context.output));
     EventsAndFailures events(context.output, console);
@@ -332,11 +347,11 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
     capture.end(record.exitValue, context);
     const bool followed = ocp && ocp->end(record, context);
     if (record.leftBy) {
-        endBroken(line.reports, reports, record, context);
+        endBroken(line.reports, reports, journal, record, context);
     }
-    writeReports(line.reports, reports, record);
+    writeReports(line.reports, reports, journal, record);
     listeners.onRunEnd(record);
-    if (followed || !line.reports.empty()) {
+    if (followed || journal || !line.reports.empty()) {
         return record.exitValue;
     }
     return ocp ? OUTPUT_LOST : unlessLost(record.exitValue, context);

@@ -1,5 +1,7 @@
 #include <tesk5/TestResult.h>
 
+#include <iterator>
+
 namespace tesk5 {
 
 namespace {
@@ -17,6 +19,15 @@ constexpr ResultKind kinds[] = {
 };
 
 } // namespace
+
+std::optional<TestResult> TestResult::named(std::string_view name) {
+    for (int value = 0; value < static_cast<int>(std::size(kinds)); ++value) {
+        if (name == kinds[value].name) {
+            return TestResult(value);
+        }
+    }
+    return std::nullopt;
+}
 
 const char* TestResult::name() const {
     return kinds[m_value].name;

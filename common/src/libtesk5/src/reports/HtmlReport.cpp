@@ -20,51 +20,17 @@
 #include "texts/NumberText.h"
 
 #include <algorithm>
-#include <iterator>
 #include <span>
 
 namespace tesk5 {
 
 namespace {
 
-// The kinds of results and values, which decide colour and mark.
-const char* const GOOD = "good";
-const char* const WARNING = "warning";
-const char* const BAD = "bad";
-const char* const NONE = "none";
-
-struct ResultKind {
-    TestResult result;
-    const char* kind;
-};
-const ResultKind resultKinds[] = {
-    {TestResult::PASS(), GOOD}, {TestResult::COMPLETED(), GOOD}, {TestResult::WARN(), WARNING},
-    {TestResult::FAIL(), BAD},  {TestResult::CANNOTRUN(), NONE}, {TestResult::USERABORTED(), NONE},
-};
-
-const char* kindOf(const TestResult& result) {
-    const auto* const found =
-        std::find_if(std::begin(resultKinds), std::end(resultKinds),
-                     [&result](const ResultKind& row) { return row.result == result; });
-    return found == std::end(resultKinds) ? BAD : found->kind;
-}
-
-const char* kindOf(Severity severity) {
-    return severity == Severity::error ? BAD : WARNING;
-}
-
-// Sets `kind` for the style sheet, and `is.good` and so on for the sections of the mark.
-void setKind(Json& json, const char* kind) {
-    json["kind"] = kind;
-    json["is"] = {
-        {GOOD, kind == GOOD}, {WARNING, kind == WARNING}, {BAD, kind == BAD}, {NONE, kind == NONE}};
-}
-
 const char* kindOf(const Measurement& measurement, const std::optional<Severity>& severity) {
     if (severity) {
         return kindOf(*severity);
     }
-    return measurement.limits.empty() ? NONE : GOOD;
+    return measurement.limits.empty() ? kinds::NONE : kinds::GOOD;
 }
 
 // null for the empty text, which leaves its section out.
@@ -110,7 +76,7 @@ Json eventJson(const RaisedEvent& event) {
 Json adviceJson(const Findings& advice) {
     return listOf(advice, [](const Finding& finding) {
         Json json;
-        setKind(json, finding.good ? GOOD : WARNING);
+        setKind(json, finding.good ? kinds::GOOD : kinds::WARNING);
         json["sentence"] = sentenceMarkup(finding.key, finding.variables);
         return json;
     });
@@ -201,6 +167,10 @@ std::string medianText(const Series& series, Fill fill = &message) {
     return fill("REPORT_MEDIAN", {{"Value", withUnit(*series.head.median, series.head.unit)}});
 }
 
+std::string secondsInTick(const Number& seconds) {
+    return secondsText(seconds);
+}
+
 Json chartJson(const Series& series, bool mirrored) {
     const Chart chart = chartOf(series, mirrored);
     std::vector<std::string> words = {translation(series.head.name).utf8()};
@@ -213,24 +183,8 @@ Json chartJson(const Series& series, bool mirrored) {
     for (const Limit& limit : series.head.limits) {
         words.push_back(limitText(limit, series.head.unit));
     }
-    Json json;
+    Json json = chartJson(chart, mirrored, &secondsInTick);
     json["words"] = phrasesListed(words);
-    json["left"] = percentOf(mirrored ? 2 : 10);
-    json["side"] = mirrored ? "left" : "right";
-    json["labelX"] = percentOf(mirrored ? 101 : -1);
-    json["values"] = listOf(chart.values, [](const Chart::Tick& tick) -> Json {
-        return {{"y", percentOf(tick.at)}, {"text", numberText(tick.number)}};
-    });
-    json["times"] = listOf(chart.times, [](const Chart::Tick& tick) -> Json {
-        return {{"x", percentOf(tick.at)}, {"text", secondsText(tick.number)}};
-    });
-    json["limits"] = listOf(chart.limits, [](const Chart::LimitLine& limit) -> Json {
-        return {{"kind", kindOf(limit.severity)}, {"y", percentOf(limit.y)}};
-    });
-    json["median"] = chart.medianY ? Json({{"y", percentOf(*chart.medianY)}}) : Json(nullptr);
-    json["box"] = "0 0 " + fixedPoint(Chart::SIDE, 0) + " " + fixedPoint(Chart::SIDE, 0);
-    json["curve"] = chart.curve;
-    json["dots"] = chart.dots;
     return json;
 }
 
@@ -364,7 +318,7 @@ Json partJson(const Outcome& outcome, bool mirrored) {
     const Json duration = outcome.started ? Json(secondsText(outcome.seconds)) : Json(nullptr);
     Json json = resultJson(outcome.result);
     if (outcome.result.good() && !plainlyGood(outcome)) {
-        setKind(json, WARNING);
+        setKind(json, kinds::WARNING);
     }
     setTest(json, *outcome.test);
     json["device"] = outcome.device->name().utf8();
@@ -497,7 +451,7 @@ std::string htmlReportOf(const RunRecord& run) {
     page["overall"] = several ? resultJson(overall) : Json(nullptr);
     if (several && overall.good() &&
         !std::all_of(run.outcomes.begin(), run.outcomes.end(), &plainlyGood)) {
-        setKind(page["overall"], WARNING);
+        setKind(page["overall"], kinds::WARNING);
     }
     page["parts"] = partsOf(run, mirrored);
     page["leftOut"] =
@@ -505,7 +459,9 @@ std::string htmlReportOf(const RunRecord& run) {
             ? Json(nullptr)
             : Json(message("REPORT_LEFT_OUT", {{"Count", std::to_string(run.leftOut)}}));
     setLog(page, run.log, run.fullLog);
-    return filled(reportTemplate(), page, {{"head", headTemplate()}, {"mark", markTemplate()}});
+    return filled(
+        reportTemplate(), page,
+        {{"head", headTemplate()}, {"mark", markTemplate()}, {"drawing", chartTemplate()}});
 }
 
 } // namespace tesk5

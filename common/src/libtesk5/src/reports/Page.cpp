@@ -5,15 +5,55 @@
 #include <tesk5/Texts.h>
 
 #include "reports/PageHead.h"
+#include "reports/ReportJson.h"
 #include "reports/ReportTemplates.h"
 #include "reports/Template.h"
 #include "texts/NumberText.h"
 
 #include <mrl/Languages.h>
 
+#include <algorithm>
 #include <cctype>
+#include <iterator>
 
 namespace tesk5 {
+
+namespace {
+
+struct ResultKind {
+    TestResult result;
+    const char* kind;
+};
+const ResultKind resultKinds[] = {
+    {TestResult::PASS(), kinds::GOOD},      {TestResult::COMPLETED(), kinds::GOOD},
+    {TestResult::WARN(), kinds::WARNING},   {TestResult::FAIL(), kinds::BAD},
+    {TestResult::CANNOTRUN(), kinds::NONE}, {TestResult::USERABORTED(), kinds::NONE},
+};
+
+bool isKind(const char* kind, std::string_view other) {
+    return kind == other;
+}
+
+} // namespace
+
+const char* kindOf(const TestResult& result) {
+    const auto* const found =
+        std::find_if(std::begin(resultKinds), std::end(resultKinds),
+                     [&result](const ResultKind& row) { return row.result == result; });
+    return found == std::end(resultKinds) ? kinds::BAD : found->kind;
+}
+
+const char* kindOf(Severity severity) {
+    return severity == Severity::error ? kinds::BAD : kinds::WARNING;
+}
+
+void setKind(mrl::Json& json, const char* kind) {
+    json["kind"] = kind;
+    json["is"] = {{kinds::GOOD, isKind(kind, kinds::GOOD)},
+                  {kinds::WARNING, isKind(kind, kinds::WARNING)},
+                  {kinds::BAD, isKind(kind, kinds::BAD)},
+                  {kinds::NONE, isKind(kind, kinds::NONE)}};
+}
 
 bool isPageMirrored() {
     return mrl::isRightToLeft(Language::current().tag());
@@ -57,6 +97,28 @@ std::string pageOf(const std::string& title, std::string_view content, const mrl
         setTexts(page, part);
     }
     return filled(pageTemplate(), page, all);
+}
+
+mrl::Json chartJson(const Chart& chart, bool mirrored,
+                    std::string (*timeText)(const Number& tick)) {
+    Json json;
+    json["left"] = percentOf(mirrored ? 2 : 10);
+    json["side"] = mirrored ? "left" : "right";
+    json["labelX"] = percentOf(mirrored ? 101 : -1);
+    json["values"] = listOf(chart.values, [](const Chart::Tick& tick) -> Json {
+        return {{"y", percentOf(tick.at)}, {"text", numberText(tick.number)}};
+    });
+    json["times"] = listOf(chart.times, [timeText](const Chart::Tick& tick) -> Json {
+        return {{"x", percentOf(tick.at)}, {"text", timeText(tick.number)}};
+    });
+    json["limits"] = listOf(chart.limits, [](const Chart::LimitLine& limit) -> Json {
+        return {{"kind", kindOf(limit.severity)}, {"y", percentOf(limit.y)}};
+    });
+    json["median"] = chart.medianY ? Json({{"y", percentOf(*chart.medianY)}}) : Json(nullptr);
+    json["box"] = "0 0 " + fixedPoint(Chart::SIDE, 0) + " " + fixedPoint(Chart::SIDE, 0);
+    json["curve"] = chart.curve;
+    json["dots"] = chart.dots;
+    return json;
 }
 
 std::string percentOf(double share) {

@@ -1,7 +1,11 @@
 // What the pages for people have in common.
 #pragma once
 
+#include <tesk5/Event.h>
 #include <tesk5/RunContext.h>
+#include <tesk5/TestResult.h>
+
+#include "reports/Chart.h"
 
 #include <mrl/Clock.h>
 #include <mrl/Json.h>
@@ -19,5 +23,23 @@ void setTexts(mrl::Json& page, std::string_view text);
 
 /// A time for programs and for people.
 mrl::Json timeJson(mrl::Clock::UtcTime time);
+
+/// The kinds of results and values, which decide colour and mark.
+namespace kinds {
+inline constexpr const char* GOOD = "good";
+inline constexpr const char* WARNING = "warning";
+inline constexpr const char* BAD = "bad";
+inline constexpr const char* NONE = "none";
+} // namespace kinds
+
+const char* kindOf(const TestResult& result);
+const char* kindOf(Severity severity);
+
+/// Sets `kind` for the style sheet, and `is.good` and so on for the sections of the mark.
+void setKind(mrl::Json& json, const char* kind);
+
+/// The values of the template of drawings, but for `words`, which say what is drawn.
+/// \param timeText the text of a tick on the axis from left to right
+mrl::Json chartJson(const Chart& chart, bool mirrored, std::string (*timeText)(const Number& tick));
 
 } // namespace tesk5

@@ -103,9 +103,7 @@ std::optional<std::string> whatFails(Use use) {
     } catch (const IsDevice&) {
         return message("INPUT_FILE_IS_DEVICE");
     } catch (const mrl::FileFailure& failure) {
-        return failure.reason == mrl::FileFailure::Reason::system
-                   ? systemReason(failure.error, Message("INPUT_FILE_UNWRITABLE")).text()
-                   : fileReason(failure).text();
+        return writeReason(failure).text();
     }
 }
 

@@ -14,6 +14,12 @@ std::string_view pageTemplate();
 /// What both begin with, with report.css in it: report_head.html.
 std::string_view headTemplate();
 
+/// report_chart.html, the drawing of values.
+std::string_view chartTemplate();
+
+/// history_page.html, the main part of the page of a history.
+std::string_view historyTemplate();
+
 /// report_mark.html, the mark of a verdict or an event, which the page has in several places.
 std::string_view markTemplate();
 

@@ -53,4 +53,10 @@ Message fileReason(const mrl::FileFailure& failure) {
     return systemReason(failure.error, Message("INPUT_FILE_UNREADABLE"));
 }
 
+Message writeReason(const mrl::FileFailure& failure) {
+    return failure.reason == mrl::FileFailure::Reason::system
+               ? systemReason(failure.error, Message("INPUT_FILE_UNWRITABLE"))
+               : fileReason(failure);
+}
+
 } // namespace tesk5

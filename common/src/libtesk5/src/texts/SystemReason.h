@@ -16,4 +16,7 @@ Message systemReason(const std::error_code& error, const Message& none);
 /// Why a file was not read.
 Message fileReason(const mrl::FileFailure& failure);
 
+/// Why a file was not written.
+Message writeReason(const mrl::FileFailure& failure);
+
 } // namespace tesk5
