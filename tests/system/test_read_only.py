@@ -10,7 +10,7 @@ from program import VERIFICATION, WRONG_USAGE, ProgramTest, settings
 PR_CAPBSET_DROP = 24
 # What lets the superuser write everywhere: CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH, CAP_FOWNER.
 WRITE_EVERYWHERE = (1, 2, 3)
-REPORTS = ("--json", "--junit", "--html")
+REPORTS = ("--json", "--junit", "--html", "--ocp", "--openhtf")
 
 
 def setUpModule():

@@ -8,12 +8,22 @@
 
 #include <mrl/Json.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tesk5 {
+
+/// The row of a table whose member `result` is `result`; the table has all of them.
+template <typename Row, std::size_t ROWS>
+const Row& rowFor(const TestResult& result, const Row (&table)[ROWS]) {
+    return *std::find_if(std::begin(table), std::end(table),
+                         [&result](const Row& row) { return row.result == result; });
+}
 
 /// The value of a tag; `otherwise` without it.
 std::string tagOr(const RunIdentity& identity, std::string_view tag, const std::string& otherwise);

@@ -51,8 +51,7 @@ const ResultRow resultRows[] = {
 };
 
 const ResultRow& rowOf(const TestResult& result) {
-    return *std::find_if(std::begin(resultRows), std::end(resultRows),
-                         [&result](const ResultRow& row) { return row.result == result; });
+    return rowFor(result, resultRows);
 }
 
 // "DiversityTest" as verdicts write it: "diversity-test".

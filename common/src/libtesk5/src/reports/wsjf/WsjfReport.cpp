@@ -45,8 +45,7 @@ const ResultRow resultRows[] = {
 };
 
 const ResultRow& rowOf(const TestResult& result) {
-    return *std::find_if(std::begin(resultRows), std::end(resultRows),
-                         [&result](const ResultRow& row) { return row.result == result; });
+    return rowFor(result, resultRows);
 }
 
 std::optional<mrl::Uint32> processCode(const RunIdentity& identity) {
