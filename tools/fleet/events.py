@@ -8,6 +8,7 @@ import time
 
 WARNING, FAILING = -57, -62
 READINGS = 5
+LINES = 6 + READINGS  # of a run
 PROPERTIES = {"wlanAPISupported": "true"}
 # What is wrong with some stations: an offset in dB, and a drift in dB a day.
 BENT_LEAD = {"station-0003": (-2.5, 0.0)}

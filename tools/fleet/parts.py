@@ -150,7 +150,9 @@ class Broker(Part):
 class Database(Part):
     """A PostgreSQL cluster of its own, reached by a socket in its folder, with the archive."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, fsync=True):
+        """fsync: wait for the disk, which matters when the machine loses its power, and takes the
+        database some seconds after it was killed."""
         # In a folder that its user may enter.
         self._place = pathlib.Path(tempfile.mkdtemp(prefix="antenna-"))
         self._as_user = []
@@ -167,7 +169,8 @@ class Database(Part):
         self.connection = f"host={self._place} user={DATABASE_USER} dbname={DATABASE}"
         super().__init__("database", folder, [
             *self._as_user, programs / "postgres", "-D", cluster, "-k", self._place,
-            "-c", "listen_addresses=", "-c", "timezone=UTC"])
+            "-c", "listen_addresses=", "-c", "timezone=UTC",
+            "-c", f"fsync={'on' if fsync else 'off'}"])
 
     def make_archive(self):
         server = self.connection.replace(f"dbname={DATABASE}", "dbname=postgres")
@@ -185,9 +188,9 @@ class Database(Part):
                           statement], self.connection)
         return [line.split("\t") for line in out.splitlines()]
 
-    def table(self, statement):
-        """The answer to a query, as psql shows it."""
-        return self._psql(["--pset", "border=1", "--command", statement], self.connection)
+    def ask(self, path):
+        """The questions of a file, each with its answer as psql shows it."""
+        return self._psql(["--echo-all", "--file", path.resolve()], self.connection)
 
     def answers(self):
         server = self.connection.replace(f"dbname={DATABASE}", "dbname=postgres")

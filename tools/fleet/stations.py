@@ -24,6 +24,8 @@ import events
 
 # Lines on their way to the broker, of one station.
 WINDOW = 20
+# How long a run takes, of the time from one to the next.
+RUN_SHARE = 0.5
 # A connection without traffic for this long is tested; one without an answer for this long ends.
 KEEPALIVE_SECONDS = 5
 MARK_SECONDS = 1
@@ -114,8 +116,8 @@ class Station:
         self._spool.append(line)
         if line.startswith(b'{"type":"runEnded"'):
             self._spool.finished_runs += 1
-            return now + self._options.interval * self._random.uniform(0.5, 1.5)
-        return now
+            return now + self._options.interval * self._random.uniform(0, 2 * (1 - RUN_SHARE))
+        return now + self._options.interval * RUN_SHARE / events.LINES
 
     @property
     def done(self):
