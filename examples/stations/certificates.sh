@@ -9,8 +9,8 @@ usage() { sed -n '2,6s/^# *//p' "$0" >&2; exit 64; }
 [ $# -ge 2 ] || usage
 role=$1 folder=$2 name=${3:-}
 days=${DAYS:-825}
-umask 077
 mkdir -p "$folder"
+umask 077
 
 # quietly COMMAND...: what it says is shown only when it fails.
 quietly() {
@@ -34,7 +34,7 @@ case $role:$name in
 authority:)
     quietly openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days "$days" \
         -subj "/CN=antenna stations" -keyout "$folder/ca.key" -out "$folder/ca.crt" ;;
-*:*[/+#=]* | *:) usage ;;
+*:*[/+#=\\]* | *:) usage ;;
 client:ca | client:server) usage ;;
 server:*[!0-9.]*) signed server "$name" "extendedKeyUsage=serverAuth
 subjectAltName=DNS:$name" ;;
@@ -43,3 +43,4 @@ subjectAltName=IP:$name" ;;
 client:*) signed "$name" "$name" "extendedKeyUsage=clientAuth" ;;
 *) usage ;;
 esac
+chmod 644 "$folder"/*.crt

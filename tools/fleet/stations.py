@@ -2,8 +2,8 @@
 """Simulated stations in one process: each records the lines of its runs and publishes them by MQTT,
 quality of service 1, from a spool that outlives the process.
 
-A line is done when the broker has acknowledged it and the connection has lasted for --settle
-seconds after that. The broker acknowledges before it saves its queue: when it is killed, what it
+A line is done when the broker has acknowledged it and answers on the same connection --settle
+seconds later. The broker acknowledges before it saves its queue: when it is killed, what it
 acknowledged since it saved last is lost, the connection breaks, and the station continues at the
 last line that was done. What comes twice by this, the archive keeps once.
 """
@@ -26,9 +26,9 @@ import events
 WINDOW = 20
 # How long a run takes, of the time from one to the next.
 RUN_SHARE = 0.5
-# A connection without traffic for this long is tested; one without an answer for this long ends.
-KEEPALIVE_SECONDS = 5
 MARK_SECONDS = 1
+# How often a station that has nothing to publish asks the broker for an answer.
+PROBE_SECONDS = 1
 TICK_SECONDS = 0.02
 
 
@@ -99,6 +99,7 @@ class Station:
         self._lines = iter(())
         self._client = None
         self._next_attempt = 0.0
+        self._next_probe = 0.0
         self._on_the_way = {}
         self._settling = collections.deque()
 
@@ -132,17 +133,24 @@ class Station:
         client.username_pw_set(self._name, self._name)
         client.max_inflight_messages_set(WINDOW)
         client.on_publish = self._acknowledged
+        client.on_unsubscribe = lambda *_: self._answered()
         self._on_the_way = {}
         self._settling.clear()
         self._spool.restart()
         try:
-            client.connect("localhost", self._options.port, KEEPALIVE_SECONDS)
+            client.connect("localhost", self._options.port)
         except OSError:
             return
         self._client = client
 
     def _acknowledged(self, _client, _userdata, mid):
         self._settling.append((time.monotonic() + self._options.settle, self._on_the_way.pop(mid)))
+        self._answered()
+
+    def _answered(self):
+        now = time.monotonic()
+        while self._settling and self._settling[0][0] <= now:
+            self._spool.set_mark(self._settling.popleft()[1])
 
     def socket(self):
         return self._client.socket() if self._client else None
@@ -170,8 +178,6 @@ class Station:
 
     def _publish(self, now):
         self._client.loop_misc()
-        while self._settling and self._settling[0][0] <= now:
-            self._spool.set_mark(self._settling.popleft()[1])
         self._spool.save_mark(now)
         while self._client.is_connected() and len(self._on_the_way) < WINDOW:
             if (entry := self._spool.read()) is None:
@@ -179,6 +185,9 @@ class Station:
             line, end = entry
             published = self._client.publish(f"antenna/{self._name}/events", line, qos=1)
             self._on_the_way[published.mid] = end
+        if self._settling and not self._on_the_way and now >= self._next_probe:
+            self._next_probe = now + PROBE_SECONDS
+            self._client.unsubscribe("nothing")  # any request that the broker answers
         if self.socket() and self._client.want_write():
             self._client.loop_write()
 
