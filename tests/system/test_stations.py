@@ -1,22 +1,21 @@
 """Stations that feed their events to a real MQTT broker, and a log shipper that reads them."""
 import getpass
 import json
-import os
 import re
 import socket
 import subprocess
 import sys
-import time
 import unittest
 
 import side_by_side
 from display import stop
 from program import (EXECUTABLE, LIMIT_SECONDS, ROOT, WRONG_USAGE, ProgramTest, environment,
                      settings)
+sys.path.insert(0, str(ROOT / "tools" / "fleet"))
+from parts import EXAMPLES, free_port, wait_until
 
 load_tests = side_by_side.load_tests
 
-EXAMPLES = ROOT / "examples" / "stations"
 BROKER_SECONDS = 20
 TO_RATE = settings(SSID="Lab", WarningSignalStrength=40, FailingSignalStrength=20)
 MANY_NETWORKS = 150
@@ -26,29 +25,6 @@ def example_port():
     """The port that the example's broker and its stations agree on."""
     return re.search(r"^listener (\d+) 127\.0\.0\.1$",
                      (EXAMPLES / "mosquitto.conf").read_text(encoding="utf-8"), re.M)[1]
-
-
-# Below the ports of clients, so that no client of another test takes one meanwhile.
-PORTS = iter(range(20000 + os.getpid() % 10000, 32000))
-
-
-def free_port():
-    for port in PORTS:
-        with socket.socket() as probe:
-            try:
-                probe.bind(("127.0.0.1", port))
-                return port
-            except OSError:
-                continue
-    raise AssertionError("no port is free")
-
-
-def wait_until(true, what, seconds=LIMIT_SECONDS):
-    end = time.monotonic() + seconds
-    while not true():
-        if time.monotonic() > end:
-            raise AssertionError(f"waited in vain for: {what}")
-        time.sleep(0.05)
 
 
 class StationTest(ProgramTest):
@@ -159,10 +135,11 @@ class Stations(StationTest):
         broker = self.start_broker(memory)
         gathered = self.subscribe("-c")
         station = self.start_station(30, "--patience", "60")
-        wait_until(lambda: gathered().get("antenna/bench-1/events"), "the first line")
+        wait_until(lambda: gathered().get("antenna/bench-1/events"), "the first line",
+                   LIMIT_SECONDS)
         stop(broker)
         wait_until(lambda: any('"runEnded"' in line for line in self.record()),
-                   "the end of the run")
+                   "the end of the run", LIMIT_SECONDS)
         self.assertIsNone(station.poll(), "it has patience with the broker")
         self.start_broker(memory)
         record = self.whole_record(station, 1)
