@@ -15,6 +15,7 @@ USERS = {STATION: "of the station", "bench-2": "of the other", "gatherer": "of t
 WRONG_USAGE = 64
 # A program that says what a module says: a line of events.
 MODULE = 'print(\'{"type":"runStarted"}\')\n'
+LARGE_BYTES = 1_100_000
 LIMIT_SECONDS = 30
 
 
@@ -28,6 +29,7 @@ class Security(unittest.TestCase):
         cls.broker.start()
         cls.addClassCleanup(cls.broker.stop)
         (cls.folder / "module.py").write_text(MODULE, encoding="utf-8")
+        (cls.folder / "large.py").write_text(f"print('x' * {LARGE_BYTES})\n", encoding="utf-8")
 
     def setUp(self):
         # What the gatherer may read.
@@ -68,13 +70,13 @@ class Security(unittest.TestCase):
         wait_until(came, payload)
         return self._heard.read_text(encoding="utf-8").replace(sentinel, "")
 
-    def run_station(self, name, *options, password="", port=None):
+    def run_station(self, name, *options, password="", port=None, module="module.py"):
         """The exit value and the errors of station.py."""
         (self.folder / "mosquitto_pub").write_text(f"-P {password}\n" if password else "",
                                                    encoding="utf-8")
         run = subprocess.run(
             [sys.executable, EXAMPLES / "station.py", name, "--launcher", sys.executable,
-             "--module", self.folder / "module.py", "--record", self.folder / "record", "--host",
+             "--module", self.folder / module, "--record", self.folder / "record", "--host",
              "localhost", "--port", str(port or self.broker.port), "--patience", "0", *options],
             env=dict(os.environ, XDG_CONFIG_HOME=str(self.folder)), stdin=subprocess.DEVNULL,
             capture_output=True, timeout=LIMIT_SECONDS, check=False)
@@ -126,6 +128,11 @@ class Security(unittest.TestCase):
     def test_another_stations_topic_is_refused_with_a_certificate(self):
         self.assert_refused(self.with_certificate("bench-2", self.certificate(STATION)),
                             "Not authorized")
+
+    def test_a_line_that_is_too_large_is_refused(self):
+        self.assert_refused(self.run_station(
+            STATION, *self.certificate(STATION), port=self.broker.certificate_port,
+            module="large.py"), "Packet too large")
 
     def test_an_expired_certificate_of_a_station_is_refused(self):
         self.assert_refused(self.with_certificate(STATION, self.certificate(STATION, "-1")), "",
