@@ -10,7 +10,9 @@
 #include <sstream>
 #include <thread>
 
-#ifndef _WIN32
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <support/FullDisk.h>
 
 #include <mrl/System.h>
@@ -119,7 +121,27 @@ TEST_F(Append, IsReadPieceByPieceWhileItGrows) {
     EXPECT_EQ(file.read(piece, sizeof piece), 0U);
 }
 
-#ifndef _WIN32
+#ifdef _WIN32
+
+TEST_F(Append, WaitsForALockNoLongerThanItIsAllowedTo) {
+    VirtualClock clock;
+    write("one\n");
+    const HANDLE holder =
+        CreateFileW(path().c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(LockFile(holder, 0, 0x7FFFFFFF, 1, 0), 0);
+    EXPECT_EQ(failureAt(path()).error, std::errc::device_or_resource_busy);
+    EXPECT_THAT(clock.sleeps(), testing::IsEmpty());
+    EXPECT_THROW(mrl::appendLine(path(), "two", 100), mrl::FileFailure);
+    EXPECT_THAT(clock.sleeps(), testing::AllOf(testing::SizeIs(5), testing::Each(20)));
+    EXPECT_THROW(mrl::checkAppendable(path(), 0), mrl::FileFailure);
+    EXPECT_EQ(bytes(), "one\n") << "the lock keeps no reader away";
+    CloseHandle(holder);
+    mrl::appendLine(path(), "two", 0);
+    EXPECT_EQ(bytes(), "one\ntwo\n");
+}
+
+#else
 
 TEST_F(Append, WaitsForALockNoLongerThanItIsAllowedTo) {
     VirtualClock clock;

@@ -195,7 +195,7 @@ class Unpacked(PackageTest):
 
     def test_completion_knows_commands_options_names_and_files(self):
         for line, offered in (
-                ("mrlrantenna ", ["list", "run", "doctor", "replay"]),
+                ("mrlrantenna ", ["list", "run", "doctor", "replay", "history"]),
                 ("mrlrantenna do", ["doctor"]),
                 ("mrlrantenna run W", ["WirelessSignalStrengthVerificationTest"]),
                 ("mrlrantenna run --set ", ["SSID=", "WarningSignalStrength=",
@@ -209,6 +209,8 @@ class Unpacked(PackageTest):
                 ("mrlrantenna run --json ", None),
                 ("mrlrantenna run --json=re", None),
                 ("mrlrantenna replay ", None),
+                ("mrlrantenna history ", None),
+                ("mrlrantenna history --si", ["--since"]),
                 ("mrlrantenna --log-level ", []),
                 ("mrlrantenna --language ", LANGUAGES),
                 ("mrlrantenna run --language=zh", ["zh-Hans"])):

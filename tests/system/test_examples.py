@@ -9,7 +9,7 @@ from program import DIST, RESULTS, ROOT, ProgramTest, settings
 
 PAGES = [*(ROOT / "docs").glob("*.md"), ROOT / "README.md", ROOT / "tools" / "package" / "README.txt",
          ROOT / "tools" / "radiosim" / "README.md"]
-FIRST_WORDS = ("list", "run", "doctor", "replay", "networks", "watch", "--help", "--version")
+FIRST_WORDS = ("list", "run", "doctor", "replay", "networks", "watch", "history", "--help", "--version")
 # A program or ./run with or without its name, and behind it words with one blank between them: two begin a remark.
 COMMAND = re.compile(r"(?:\b(?P<name>mrlrantenna|mrlrsignal)(?:\.k5x)?|"
                      r"\./run(?: --program (?P<chosen>mrlrsignal))?)"
@@ -59,6 +59,8 @@ class Examples:
                  for name in (self.page, "command-line.md")]
         for name in self.configurations:
             self.write(name, re.search(r"```toml\n(.*?)```", pages[0], re.S)[1])
+        self.write("line.jsonl", '{"journal":1,"started":"2026-11-20T19:55:01.123Z","result":"PASS",'
+                                 '"tests":[]}\n')
         self.write("cards.json", re.search(r"```json\n(\[.*?)```", pages[1], re.S)[1])
 
     def run_all(self, commands):
@@ -72,7 +74,8 @@ class Examples:
 
     def test_of_pages_and_help_end_with_a_verdict(self):
         texts = [page.read_text(encoding="utf-8") for page in PAGES]
-        texts += [self.help_page(*command) for command in ((), ("list",), ("run",), ("doctor",), ("replay",))]
+        texts += [self.help_page(*command) for command in ((), ("list",), ("run",), ("doctor",), ("replay",),
+                                                            ("history",))]
         commands = sorted({command for text in texts
                            for command in commands_in(text, self.program)})
         self.assertGreater(len(commands), self.fewest)

@@ -43,7 +43,7 @@ _{program}() {{
         case $command in
         "") words={all_commands} ;;
         run) words={tests} ;;
-        replay) compopt -o default ;;
+        replay | history) compopt -o default ;;
         esac
     fi
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$cur")
