@@ -89,10 +89,12 @@ create table rejected (
 create index rejected_by_station on rejected (station, id);
 
 -- The limits of a run in words: "bench 3 (0a1b2c3d)", the last being the first digits of the
--- SHA-256, so that two contents under one name and version show.
+-- SHA-256, so that two contents under one name and version show. Those of a command line have no
+-- version.
 create function limits_text(limits jsonb) returns text immutable language sql as $$
-    select coalesce(string_agg(format('%s %s (%s)', each ->> 'name', each ->> 'version',
-                                      left(each ->> 'sha256', 8)), ', ' order by number), 'none')
+    select coalesce(string_agg(concat_ws(' ', each ->> 'name', each ->> 'version',
+                                         '(' || left(each ->> 'sha256', 8) || ')'),
+                               ', ' order by number), 'none')
     from jsonb_array_elements(limits) with ordinality as element (each, number)
 $$;
 
@@ -101,7 +103,7 @@ $$;
 -- counts as a unit of its own.
 create view judged_run as
 select run_identifier, station, at, at::date as day, tags ->> 'serial' as serial,
-       coalesce(tags ->> 'serial', run_identifier::text) as unit, limits_text(limits) as limits,
+       coalesce(tags ->> 'serial', run_identifier::text) as unit_key, limits_text(limits) as limits,
        exit, exit < 2 as passed
 from (select *, case when clock_ahead then first_received else started end as at from run) as timed
 where exit in (0, 1, 2) and at is not null;
@@ -115,10 +117,10 @@ select station, limits, day, count(*) as units, sum(runs) as runs,
        count(*) filter (where last_passed) as final,
        round(100.0 * count(*) filter (where first_passed) / count(*), 1) as first_pass_percent,
        round(100.0 * count(*) filter (where last_passed) / count(*), 1) as final_percent
-from (select station, limits, unit, min(day) as day, count(*) as runs,
+from (select station, limits, unit_key, min(day) as day, count(*) as runs,
              (array_agg(passed order by at, run_identifier))[1] as first_passed,
              (array_agg(passed order by at desc, run_identifier desc))[1] as last_passed
-      from judged_run group by station, limits, unit) as tried
+      from judged_run group by station, limits, unit_key) as tried
 group by station, limits, day;
 
 -- Measurements with the run that they belong to.

@@ -32,8 +32,9 @@ signed() {
 
 case $role:$name in
 authority:)
-    quietly openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days "$days" \
-        -subj "/CN=antenna stations" -keyout "$folder/ca.key" -out "$folder/ca.crt" ;;
+    quietly openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes \
+        -days "$days" -subj "/CN=antenna stations" -keyout "$folder/ca.key" \
+        -out "$folder/ca.crt" ;;
 *:*[/+#=\\]* | *:) usage ;;
 client:ca | client:server) usage ;;
 server:*[!0-9.]*) signed server "$name" "extendedKeyUsage=serverAuth

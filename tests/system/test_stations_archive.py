@@ -9,7 +9,7 @@ import sys
 import tempfile
 import unittest
 
-from program import ROOT
+from program import ROOT, SIGNAL, Started, environment, settings
 from test_host import line_validator
 FLEET = ROOT / "tools" / "fleet"
 sys.path.insert(0, str(FLEET))
@@ -123,6 +123,30 @@ class Archive(unittest.TestCase):
             "select sequence, test, name, value, unit, lowest, highest, at from measurement"),
             [["3", "1", "Level", "-61.5", "dBm", "-110", "-10", "2026-11-18 11:06:40+00"]])
         self.assertEqual(self.rejected(), [])
+
+    def test_names_limits_that_have_no_version(self):
+        own = {"name": "SignalLevelTest", "sha256": "5e" * 32, "source": "commandLine"}
+        self.publish(*whole_run("A1", limits=own))
+        self.assertEqual(self.query("select limits from judged_run"),
+                         [["SignalLevelTest (5e5e5e5e)"]])
+
+    def test_has_what_a_program_says(self):
+        # A real program, as its host runs it: everything it says is a line for the archive.
+        with tempfile.NamedTemporaryFile("w", suffix=".json") as scenario:
+            json.dump({"interfaces": [{"accessPoints": [
+                {"ssid": "Lab", "bss": [{"rssi": -55}]}]}]}, scenario)
+            scenario.flush()
+            run = Started(["run", "--events", *settings(SSID="Lab", FailingLevel=-70, Samples=5)],
+                          self.folder, environment(scenario.name), SIGNAL).finish()
+        lines = run.out.encode().splitlines()
+        self.publish(*lines)
+        self.assertEqual(self.rejected(), [])
+        self.assertEqual(self.query("select count(*) from line"), [[str(len(lines))]])
+        self.assertEqual(
+            self.query("""select passed, name, value, unit, test from judged_run
+                          join measured using (run_identifier)"""),
+            [["t", "Level", "-55", "dBm", "SignalLevelTest"]])
+        self.assertEqual(self.query("select * from incomplete_run"), [])
 
     def test_is_the_same_whatever_the_order(self):
         lines = whole_run("A1")
