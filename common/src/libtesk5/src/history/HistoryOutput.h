@@ -32,8 +32,8 @@ std::string limitsName(const std::vector<NamedLimits>& limits);
 /// The name of a station, or that there is none.
 std::string stationName(const std::string& station);
 
-/// The first and the last run, to the minute, on this PC's clock.
-std::string periodText(const HistorySummary& summary);
+/// Date and time of day on this PC's clock, to the minute: "2026-11-20 19:55".
+std::string minuteText(mrl::Clock::UtcTime time);
 
 /// How the figures came about, where a person could take them for something else.
 std::vector<std::string> historyRemarks(const HistorySummary& summary);

@@ -60,15 +60,16 @@ Json levelsJson(const HistoryLevels& test) {
     }
     const bool mirrored = isPageMirrored();
     Json json = chartJson(chartOf(series, mirrored), mirrored, &numberText);
-    json["heading"] = message("HISTORY_LEVELS_OF", {{"Test", test.test},
-                                                    {"Name", translation(latest.name)},
-                                                    {"Count", countText(test.levels.size())}});
-    std::vector<std::string> words = {json["heading"].get<std::string>()};
-    json["lines"] = listOf(latest.limits, [&](const Limit& limit) -> Json {
+    const Event::Variables variables = {{"Test", test.test},
+                                        {"Name", translation(latest.name)},
+                                        {"Count", countText(test.levels.size())}};
+    json["heading"] = sentenceMarkup("HISTORY_LEVELS_OF", variables);
+    std::vector<std::string> words = {message("HISTORY_LEVELS_OF", variables)};
+    for (const Limit& limit : latest.limits) {
         words.push_back(limitText(limit, latest.unit));
-        return {{"kind", kindOf(limit.severity)}, {"text", words.back()}};
-    });
+    }
     json["words"] = phrasesListed(words);
+    json["lines"] = limitsJson(latest.limits, latest.unit);
     json["readings"] = std::move(readings);
     return json;
 }
@@ -79,7 +80,9 @@ std::string historyPage(const HistorySummary& summary, const JournalRemains& rem
     const bool any = summary.all.runs > 0;
     Json page;
     page["all"] = yieldJson(summary.all);
-    page["period"] = any ? Json(periodText(summary)) : Json(nullptr);
+    page["period"] =
+        any ? Json({{"first", minuteText(summary.first)}, {"last", minuteText(summary.last)}})
+            : Json(nullptr);
     page["remarks"] = historyRemarks(summary);
     page["problems"] = listOf(journalProblems(remains), [](const std::string& problem) {
         Json json = {{"text", problem}};

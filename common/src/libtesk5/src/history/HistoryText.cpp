@@ -104,15 +104,6 @@ void addRows(Table& table, const char* heading, const std::vector<HistoryRow>& r
     }
 }
 
-// Date and time of day on this PC's clock, to the minute.
-std::string minuteText(mrl::Clock::UtcTime time) {
-    constexpr std::size_t MINUTES = 16; // "2026-11-20T19:55"
-    std::string text = mrl::utcText(time + mrl::Clock::current().utcOffset(time));
-    text.resize(MINUTES);
-    text[text.find('T')] = ' ';
-    return text;
-}
-
 std::vector<std::string> levelLines(const HistoryLevels& test, bool withStation,
                                     std::size_t columns) {
     constexpr std::size_t WIDEST_BAR = 25;
@@ -168,9 +159,12 @@ std::string resultsText(const Yield& yield) {
     return listed(texts);
 }
 
-std::string periodText(const HistorySummary& summary) {
-    return message("HISTORY_PERIOD",
-                   {{"First", minuteText(summary.first)}, {"Last", minuteText(summary.last)}});
+std::string minuteText(mrl::Clock::UtcTime time) {
+    constexpr std::size_t MINUTES = 16; // "2026-11-20T19:55"
+    std::string text = mrl::utcText(time + mrl::Clock::current().utcOffset(time));
+    text.resize(MINUTES);
+    text[text.find('T')] = ' ';
+    return text;
 }
 
 std::string limitsName(const std::vector<NamedLimits>& limits) {
@@ -224,7 +218,8 @@ std::vector<std::string> journalProblems(const JournalRemains& remains) {
 std::vector<std::string> historyLines(const HistorySummary& summary, std::size_t columns) {
     constexpr std::size_t NUMBERS = 4;
     Table table;
-    table.addLine(periodText(summary));
+    table.addLine(message("HISTORY_PERIOD", {{"First", minuteText(summary.first)},
+                                             {"Last", minuteText(summary.last)}}));
     table.addLine("");
     table.add({"", message("HISTORY_RUNS"), message("HISTORY_UNITS"), message("HISTORY_FIRST_PASS"),
                message("HISTORY_FINAL"), message("HISTORY_RESULTS")});

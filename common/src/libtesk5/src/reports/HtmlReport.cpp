@@ -38,26 +38,6 @@ Json textOrNull(const std::string& text) {
     return text.empty() ? Json(nullptr) : Json(text);
 }
 
-// The sentence of a key with each variable's value isolated: a name in the other reading direction
-// does not reorder the rest of the sentence.
-std::string sentenceMarkup(const TeskString& key, const Event::Variables& variables) {
-    Event::Variables isolated;
-    for (const auto& [name, value] : variables) {
-        const std::string text = fillPlaceholders("{" + name.utf8() + "}", {{name, value}});
-        isolated.emplace_back(name, "<bdi>" + inMarkup(text) + "</bdi>");
-    }
-    return fillPlaceholders(inMarkup(translation(key).utf8()), isolated);
-}
-
-std::string plainMarkup(const TeskString& key, const Event::Variables& variables) {
-    return inMarkup(message(key, variables));
-}
-
-// What fills sentences about values of a unit. A percentage needs no isolation: it has no letters.
-Fill fillFor(const TeskString& unit) {
-    return unit == "%" ? &plainMarkup : &sentenceMarkup;
-}
-
 Json eventJson(const RaisedEvent& event) {
     Json json;
     setKind(json, kindOf(event.severity));
@@ -113,13 +93,6 @@ Json gaugeJson(const Measurement& measurement, bool mirrored) {
                 {"text", withUnit(label.value, measurement.unit)}};
     });
     return json;
-}
-
-// The limits for the legend of a drawing.
-Json limitsJson(const std::vector<Limit>& limits, const TeskString& unit) {
-    return listOf(limits, [&unit](const Limit& limit) -> Json {
-        return {{"kind", kindOf(limit.severity)}, {"text", limitText(limit, unit, fillFor(unit))}};
-    });
 }
 
 Json measurementJson(const Measurement& measurement, bool mirrored) {

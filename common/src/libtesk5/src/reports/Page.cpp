@@ -4,6 +4,7 @@
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/Texts.h>
 
+#include "reports/Markup.h"
 #include "reports/PageHead.h"
 #include "reports/ReportJson.h"
 #include "reports/ReportTemplates.h"
@@ -32,6 +33,10 @@ const ResultKind resultKinds[] = {
 
 bool isKind(const char* kind, std::string_view other) {
     return kind == other;
+}
+
+std::string plainMarkup(const TeskString& key, const Event::Variables& variables) {
+    return inMarkup(message(key, variables));
 }
 
 } // namespace
@@ -97,6 +102,25 @@ std::string pageOf(const std::string& title, std::string_view content, const mrl
         setTexts(page, part);
     }
     return filled(pageTemplate(), page, all);
+}
+
+std::string sentenceMarkup(const TeskString& key, const Event::Variables& variables) {
+    Event::Variables isolated;
+    for (const auto& [name, value] : variables) {
+        const std::string text = fillPlaceholders("{" + name.utf8() + "}", {{name, value}});
+        isolated.emplace_back(name, "<bdi>" + inMarkup(text) + "</bdi>");
+    }
+    return fillPlaceholders(inMarkup(translation(key).utf8()), isolated);
+}
+
+Fill fillFor(const TeskString& unit) {
+    return unit == "%" ? &plainMarkup : &sentenceMarkup;
+}
+
+mrl::Json limitsJson(const std::vector<Limit>& limits, const TeskString& unit) {
+    return listOf(limits, [&unit](const Limit& limit) -> Json {
+        return {{"kind", kindOf(limit.severity)}, {"text", limitText(limit, unit, fillFor(unit))}};
+    });
 }
 
 mrl::Json chartJson(const Chart& chart, bool mirrored,

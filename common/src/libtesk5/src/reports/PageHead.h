@@ -6,6 +6,7 @@
 #include <tesk5/TestResult.h>
 
 #include "reports/Chart.h"
+#include "texts/MeasurementText.h"
 
 #include <mrl/Clock.h>
 #include <mrl/Json.h>
@@ -37,6 +38,16 @@ const char* kindOf(Severity severity);
 
 /// Sets `kind` for the style sheet, and `is.good` and so on for the sections of the mark.
 void setKind(mrl::Json& json, const char* kind);
+
+/// The sentence of a key in markup, with each variable's value isolated: a name in the other
+/// reading direction does not reorder the rest of the sentence.
+std::string sentenceMarkup(const TeskString& key, const Event::Variables& variables);
+
+/// What fills sentences about values of a unit. A percentage needs no isolation: it has no letters.
+Fill fillFor(const TeskString& unit);
+
+/// The limits for the legend of a drawing, their texts in markup.
+mrl::Json limitsJson(const std::vector<Limit>& limits, const TeskString& unit);
 
 /// The values of the template of drawings, but for `words`, which say what is drawn.
 /// \param timeText the text of a tick on the axis from left to right
