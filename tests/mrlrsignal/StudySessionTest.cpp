@@ -21,9 +21,9 @@ StudySession newSession(unsigned seed = 1) {
 // Measures all that is left. \return the steps in their order
 std::vector<StudyStep> finish(StudySession& session) {
     std::vector<StudyStep> steps;
-    for (double level = -50; const std::optional<StudyStep> step = session.next(); --level) {
+    while (const std::optional<StudyStep> step = session.next()) {
+        session.add(-50 - static_cast<double>(steps.size()), 15, "2026-11-22T10:00:00.000Z");
         steps.push_back(*step);
-        session.add(level, 15, "2026-11-22T10:00:00.000Z");
     }
     return steps;
 }

@@ -92,8 +92,8 @@ class Placements {
 public:
     Placements(const CommandCall& call, RunContext& context)
         : m_context(context), m_interface(interfaceOf(call.devices.front())),
-          m_planned(static_cast<std::size_t>(wholeOption(call, PLACEMENTS, STANDARD_PLACEMENTS))) {
-        m_plan = planOfParameters();
+          m_planned(static_cast<std::size_t>(wholeOption(call, PLACEMENTS, STANDARD_PLACEMENTS))),
+          m_plan(planOfParameters()) {
         m_plan.mayEndEarly = false;
     }
 

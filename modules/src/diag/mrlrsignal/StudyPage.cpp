@@ -55,10 +55,10 @@ struct Point {
 // A drawing of values over columns.
 class Plot {
 public:
-    Plot(const char* title, const char* unit, std::vector<double> extent)
+    Plot(const char* title, const char* unit, const std::vector<double>& extent)
         : m_values(*std::min_element(extent.begin(), extent.end()),
-                   *std::max_element(extent.begin(), extent.end())) {
-        m_json = {{"title", message(title)},
+                   *std::max_element(extent.begin(), extent.end())),
+          m_json({{"title", message(title)},
                   {"unit", unit},
                   {"values", Json::array()},
                   {"borders", Json::array()},
@@ -68,7 +68,7 @@ public:
                   {"curves", Json::array()},
                   {"dots", ""},
                   {"facts", Json::array()},
-                  {"names", Json::array()}};
+                  {"names", Json::array()}}) {
         for (const tesk5::Number& tick : m_values.ticks()) {
             m_json["values"].push_back(
                 {{"y", percentOf(WHOLE * y(tick.toDouble()))}, {"text", numberText(tick)}});
