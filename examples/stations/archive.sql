@@ -88,39 +88,40 @@ create table rejected (
 );
 create index rejected_by_station on rejected (station, id);
 
--- The limits of a run in words: "bench 3 (0a1b2c3d)", the last being the first digits of the
--- SHA-256, so that two contents under one name and version show. Those of a command line have no
--- version.
+-- The limits of a run in words, as a history shows them: "bench / 3 / 0a1b2c3d", the last being the
+-- first digits of the SHA-256, so that two contents under one name and version show. Those of a
+-- command line have no version.
 create function limits_text(limits jsonb) returns text immutable language sql as $$
-    select coalesce(string_agg(concat_ws(' ', each ->> 'name', each ->> 'version',
-                                         '(' || left(each ->> 'sha256', 8) || ')'),
-                               ', ' order by number), 'none')
+    select coalesce(string_agg(concat_ws(' / ', each ->> 'name', each ->> 'version',
+                                         left(each ->> 'sha256', 8)), ', ' order by number), 'none')
     from jsonb_array_elements(limits) with ordinality as element (each, number)
 $$;
 
--- Runs that say something about a unit: 0 passed, 1 passed with a warning, 2 failed. The other exit
--- values stand for runs that were broken off or could not measure. A run without a serial number
--- counts as a unit of its own.
+-- Runs that have ended, as a history counts them: a unit is a serial number together with its part,
+-- and a run without a serial number is a unit of its own. PASS, WARN and COMPLETED (the exit values
+-- 0 and 1) are passes, all others are none.
 create view judged_run as
 select run_identifier, station, at, at::date as day, tags ->> 'serial' as serial,
-       coalesce(tags ->> 'serial', run_identifier::text) as unit_key, limits_text(limits) as limits,
-       exit, exit < 2 as passed
+       case when tags ? 'serial' then jsonb_build_array(tags -> 'part', tags -> 'serial')::text
+            else run_identifier::text end as unit_key,
+       limits_text(limits) as limits, exit, exit in (0, 1) as passed
 from (select *, case when clock_ahead then first_received else started end as at from run) as timed
-where exit in (0, 1, 2) and at is not null;
+where exit is not null and at is not null;
 
--- Yield by station, limits and day. A unit belongs to the day of its first run at a station under
--- these limits: `first_pass` are the units whose first run passed, `final` those whose last run
--- passed. The percentages are of the units.
+-- Yield by station, limits and day, and in the rows without a day that of all days. Each row counts
+-- from its own runs alone: `first_pass` are the units whose first run passed, `final` those whose
+-- last run passed. The percentages are of the units, and cut, so that 100 means all.
 create view yield as
 select station, limits, day, count(*) as units, sum(runs) as runs,
        count(*) filter (where first_passed) as first_pass,
        count(*) filter (where last_passed) as final,
-       round(100.0 * count(*) filter (where first_passed) / count(*), 1) as first_pass_percent,
-       round(100.0 * count(*) filter (where last_passed) / count(*), 1) as final_percent
-from (select station, limits, unit_key, min(day) as day, count(*) as runs,
+       trunc(100.0 * count(*) filter (where first_passed) / count(*), 1) as first_pass_percent,
+       trunc(100.0 * count(*) filter (where last_passed) / count(*), 1) as final_percent
+from (select station, limits, unit_key, period.day, count(*) as runs,
              (array_agg(passed order by at, run_identifier))[1] as first_passed,
              (array_agg(passed order by at desc, run_identifier desc))[1] as last_passed
-      from judged_run group by station, limits, unit_key) as tried
+      from judged_run cross join lateral (values (judged_run.day), (null)) as period (day)
+      group by station, limits, unit_key, period.day) as tried
 group by station, limits, day;
 
 -- Measurements with the run that they belong to.

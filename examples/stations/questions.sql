@@ -1,14 +1,12 @@
 -- Questions to the archive of archive.sql; docs/stations.md has answers to them.
 
 -- How many units passed at the first try, and how many in the end?
-select station, limits, sum(units) as units, sum(first_pass) as first_pass, sum(final) as final,
-       round(100 * sum(first_pass) / sum(units), 1) as first_pass_percent,
-       round(100 * sum(final) / sum(units), 1) as final_percent
-from yield group by station, limits order by station, limits;
+select station, limits, units, first_pass, final, first_pass_percent, final_percent
+from yield where day is null order by station, limits;
 
 -- Which were the worst days of a station?
 select day, station, units, first_pass, first_pass_percent
-from yield order by first_pass_percent, day, station limit 4;
+from yield where day is not null order by first_pass_percent, day, station limit 4;
 
 -- How has the level of a station developed?
 select day, measurements, median, lowest, highest

@@ -36,10 +36,10 @@ def line(run, sequence, kind, seconds=START, /, **members):
                        "runIdentifier": run, **members}, separators=(",", ":")).encode()
 
 
-def whole_run(serial=None, value=0, level=-50.0, seconds=START, limits=None):
+def whole_run(serial=None, value=0, level=-50.0, seconds=START, limits=None, **tags):
     """The lines of a run with one test and one measurement."""
     run = new_run(seconds)
-    members = {"tags": {"serial": serial}} if serial else {}
+    members = {"tags": {"serial": serial, **tags}} if serial else {}
     if limits:
         members["limits"] = [limits]
     test = {"test": "SignalLevelTest", "device": {"name": "Adapter", "properties": {}}}
@@ -116,7 +116,7 @@ class Archive(unittest.TestCase):
             "select run_identifier, station, started, ended, exit, last_sequence, module, version,"
             " tags ->> 'serial', limits_text(limits), clock_ahead from run"),
             [[run, "bench-1", "2026-11-18 11:06:40+00", "2026-11-18 11:06:50+00", "1", "5",
-              "mrlrsignal", "6.5", "A1", "bench 3 (0a1b2c3d)", "f"]])
+              "mrlrsignal", "6.5", "A1", "bench / 3 / 0a1b2c3d", "f"]])
         self.assertEqual(self.query("select number, name, device, result, seconds from test"),
                          [["1", "SignalLevelTest", "Adapter", "WARN", "9.5"]])
         self.assertEqual(self.query(
@@ -128,7 +128,7 @@ class Archive(unittest.TestCase):
         own = {"name": "SignalLevelTest", "sha256": "5e" * 32, "source": "commandLine"}
         self.publish(*whole_run("A1", limits=own))
         self.assertEqual(self.query("select limits from judged_run"),
-                         [["SignalLevelTest (5e5e5e5e)"]])
+                         [["SignalLevelTest / 5e5e5e5e"]])
 
     def test_has_what_a_program_says(self):
         # A real program, as its host runs it: everything it says is a line for the archive.
@@ -338,35 +338,42 @@ class Archive(unittest.TestCase):
 
     def test_has_views_for_yield_limits_and_levels(self):
         # Unit A1 fails and passes a day later, A2 passes with a warning, A3 never passes; a unit
-        # without a serial number passes; one run is broken off.
+        # without a serial number passes; A4's run is broken off; a second A2 is of another part.
         other = {**LIMITS, "version": "4"}
         runs = [("A1", 2, -70, 0), ("A1", 0, -50, 1), ("A2", 1, -58, 0), ("A3", 2, -71, 0),
                 ("A3", 2, -72, 0), (None, 0, -52, 0), ("A4", 6, -50, 0)]
         for number, (serial, value, level, day) in enumerate(runs):
-            self.publish(*whole_run(serial, value, level, START + day * DAY + number,
-                                    LIMITS))
+            self.publish(*whole_run(serial, value, level, START + day * DAY + number, LIMITS))
         self.publish(*whole_run("A1", 0, -50, START + 2 * DAY, other))
+        self.publish(*whole_run("A2", 0, -50, START + 2 * DAY, other))
+        self.publish(*whole_run("A2", 2, -50, START + 2 * DAY + 1, other, part="P2"))
         for day in range(3):
             self.publish(*whole_run("A1", 0, -48 - 2 * day, START + day * DAY),
                          station="bench-2")
+        bench_3, bench_4 = "bench / 3 / 0a1b2c3d", "bench / 4 / 0a1b2c3d"
+        days = "2026-11-18", "2026-11-19", "2026-11-20"
         self.assertEqual(
             self.query("""select station, limits, day, units, runs, first_pass, final,
                                  first_pass_percent, final_percent from yield order by 1, 2, 3"""),
-            [["bench-1", "bench 3 (0a1b2c3d)", "2026-11-18", "4", "6", "2", "3", "50.0", "75.0"],
-             ["bench-1", "bench 4 (0a1b2c3d)", "2026-11-20", "1", "1", "1", "1", "100.0", "100.0"],
-             ["bench-2", "none", "2026-11-18", "1", "3", "1", "1", "100.0", "100.0"]])
+            [["bench-1", bench_3, days[0], "5", "6", "2", "2", "40.0", "40.0"],
+             ["bench-1", bench_3, days[1], "1", "1", "1", "1", "100.0", "100.0"],
+             ["bench-1", bench_3, "", "5", "7", "2", "3", "40.0", "60.0"],
+             ["bench-1", bench_4, days[2], "3", "3", "2", "2", "66.6", "66.6"],
+             ["bench-1", bench_4, "", "3", "3", "2", "2", "66.6", "66.6"],
+             *(["bench-2", "none", day, "1", "1", "1", "1", "100.0", "100.0"] for day in days),
+             ["bench-2", "none", "", "1", "3", "1", "1", "100.0", "100.0"]])
         self.assertEqual(
             self.query("""select station, limits, first_run::date, last_run::date, runs
                           from limits_in_force order by station, first_run"""),
-            [["bench-1", "bench 3 (0a1b2c3d)", "2026-11-18", "2026-11-19", "6"],
-             ["bench-1", "bench 4 (0a1b2c3d)", "2026-11-20", "2026-11-20", "1"],
+            [["bench-1", bench_3, "2026-11-18", "2026-11-19", "7"],
+             ["bench-1", bench_4, "2026-11-20", "2026-11-20", "3"],
              ["bench-2", "none", "2026-11-18", "2026-11-20", "3"]])
         self.assertEqual(
             self.query("""select day, measurements, median, lowest, highest from level_by_day
                           where station = 'bench-1' order by day"""),
             [["2026-11-18", "6", "-64.00", "-72.00", "-50.00"],
              ["2026-11-19", "1", "-50.00", "-50.00", "-50.00"],
-             ["2026-11-20", "1", "-50.00", "-50.00", "-50.00"]])
+             ["2026-11-20", "3", "-50.00", "-50.00", "-50.00"]])
         self.assertEqual(
             self.query("""select days, per_30_days, agreement from station_drift
                           where station = 'bench-2'"""), [["3", "-60.00", "1.00"]])
