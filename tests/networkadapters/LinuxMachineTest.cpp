@@ -111,6 +111,10 @@ TEST_F(LinuxMachine, HasTheAdaptersThatStandForHardware) {
                                      nativewifi::guidOfAddress({0x02, 0, 0x5E, 0, 0x53, 0x01})))
         << "the radio's own address, as the interface's may be random";
     EXPECT_TRUE(nativewifi::sameGuid(adapters[2].guid, GUID{}));
+    EXPECT_FALSE(adapters[0].wireless);
+    EXPECT_TRUE(adapters[1].wireless);
+    EXPECT_EQ(adapters[1].address, "02:00:5e:00:53:01");
+    EXPECT_EQ(adapters[1].driver, "e1000e");
     EXPECT_FALSE(adapters[0].mobileBroadband);
     EXPECT_TRUE(adapters[2].mobileBroadband);
 }

@@ -128,8 +128,8 @@ WIN32_PLACES = re.compile(
     # own path and the languages, its DLLs and its arguments.
     r"|common/src/libcommon/mrlbase/src/"
     r"(OutputStream|(Files|LineInput|ProcessArguments|System|SystemLibrary)Win32)\.cpp"
-    # Console events.
-    r"|common/src/libtesk5/src/run/InterruptWatchWin32\.cpp"
+    # Console events; what the system and the firmware say of the PC.
+    r"|common/src/libtesk5/src/run/(InterruptWatch|PcIdentity)Win32\.cpp"
     # The console's keys, screen and sound; a file that one process at a time may open.
     r"|modules/src/diag/mrlrsignal/(guide/FileLock|watch/(Beeper|Terminal))Win32\.cpp"
     r"|tools/radiosim/dll/.*|tools/dialogprobe/.*)$")

@@ -1,6 +1,8 @@
 // A configuration file counts like options on the command line, which take precedence.
 #include "FrameworkTest.h"
 
+#include <support/ScriptedInput.h>
+
 #include <commandline/CommandLine.h>
 #include <commandline/ConfigFile.h>
 #include <commandline/ConfigKeys.h>
@@ -161,12 +163,15 @@ TEST_F(Configurations, MayBeSavedWithAByteOrderMarkOrAsUtf16) {
 
 TEST_F(Configurations, AreRefusedWithPlaceAndNearestKnownKey) {
     const std::vector<std::pair<const char*, const char*>> mistakes = {
-        {"language = 'en'\n  test = []", "line 2, column 3: there is no key \"test\", the nearest "
-                                         "is \"tests\"; known are \"tests\", \"language\", "
-                                         "\"console\", \"devices\", \"outputs\", \"parameters\""},
+        {"language = 'en'\n  test = []",
+         "line 2, column 3: there is no key \"test\", the nearest "
+         "is \"tests\"; known are \"tests\", \"language\", "
+         "\"require-tags\", \"tag-prompt\", \"console\", \"devices\", "
+         "\"outputs\", \"parameters\", \"tag-patterns\", \"tags\""},
         {"[parameter]\nSSID = 'x'", "line 1, column 2: there is no key \"parameter\", the nearest "
                                     "is \"parameters\"; known are \"tests\", \"language\", "
-                                    "\"console\", \"devices\", \"outputs\", \"parameters\""},
+                                    "\"require-tags\", \"tag-prompt\", \"console\", \"devices\", "
+                                    "\"outputs\", \"parameters\", \"tag-patterns\", \"tags\""},
         {"zzz = 1\naaa = 1", "line 1, column 1: "}, // the first one in the file
         {"[parameters]\nSSDI = 'x'",
          "line 2, column 1: there is no key \"SSDI\" below [parameters], the nearest is \"SSID\"; "
@@ -385,7 +390,11 @@ TEST_F(ConfigTemplates, AreAcceptedWithEverySettingUncommented) {
     const std::string all = std::regex_replace(printed(), std::regex("(^|\n)#(?! )(?!wsjf)"), "$1");
     fileWith("cards.json", R"([{"name": "Intel", "capabilities": ["Wireless"]}])");
     std::filesystem::remove(mrl::System::path(file("devices.json")));
+    test::ScriptedInput person;
+    tesk5::RunContext::current().input = &person;
+    person.types("B0001");
     EXPECT_EQ(startBare({"run", "--config", config(all)}), 0) << errors() << all;
+    EXPECT_EQ(person.asked, 1);
     EXPECT_EQ(m_runs.size(), 3U);
     EXPECT_THAT(m_runs, testing::Each(HasSubstr(" on Intel")));
     EXPECT_THAT(filesThere(), testing::IsSupersetOf({"report.json", "antenna.log"}));

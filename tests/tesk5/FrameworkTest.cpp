@@ -75,6 +75,7 @@ const ModuleInfo& moduleInfo() {
         "run --config station.toml --json report.json",
         "run DiversityTest --device intel",
     };
+    static constexpr const char* limitParameters[] = {"Warning", "Failing"};
     static const ModuleInfo info{
         .name = "example",
         .builtInTexts = R"({
@@ -95,6 +96,16 @@ const ModuleInfo& moduleInfo() {
         .noDevice = "NO_DEVICE",
         .limitReached = "LIMIT_REACHED",
         .commands = commands,
+        .limitParameters = limitParameters,
+        .limitsName = "Limits",
+        .calibrationFile = "Calibration",
+        .calibration =
+            [](const std::string& file) {
+                return InForce{.name = file,
+                               .version = {},
+                               .sha256 = "12",
+                               .source = InForce::Source::standard};
+            },
     };
     return info;
 }
@@ -132,6 +143,7 @@ std::string reasonOf(const std::function<void()>& action) {
 
 FrameworkTest::FrameworkTest() {
     g_module = {};
+    m_context.readPc = [] { return g_module.pc; };
     DiagModule::setVersion(6, 5, "000000001");
     tesk5::Language::current().set("en");
     setDevices(1);

@@ -44,6 +44,7 @@ struct ModuleAnswers {
     tesk5::Finding service{"SERVICE_ANSWERS", true, {}};
     tesk5::Findings machine;
     tesk5::DeviceList devices; ///< of this PC
+    std::optional<tesk5::PcIdentity> pc;
 };
 inline ModuleAnswers g_module;
 

@@ -7,6 +7,7 @@
 #include <mrl/Exception.h>
 #include <mrl/LoggerStream.h>
 
+#include <regex>
 #include <thread>
 
 namespace test {
@@ -149,13 +150,16 @@ TEST_F(WholeRun, IsAStreamOfOneAsciiLineForEachEventInTheShapeOfTheReport) {
 }
 
 TEST_F(WholeRun, IsDescribedByTheJUnitReport) {
-    EXPECT_EQ(junit(), R"(<?xml version="1.0" encoding="UTF-8"?>
+    const std::regex identifier(json().at("runIdentifier").get<std::string>());
+    EXPECT_EQ(std::regex_replace(junit(), identifier, "RUN"),
+              R"(<?xml version="1.0" encoding="UTF-8"?>
 <testsuites name="example" timestamp="2026-11-20T19:55:01.123Z" tests="2" failures="1" errors="0" skipped="1" time="1.750">
   <testsuite name="example.Signal" timestamp="2026-11-20T19:55:01.123Z" tests="1" failures="1" errors="0" skipped="0" time="1.750">
     <properties>
       <property name="module" value="example"/>
       <property name="version" value="6.5"/>
       <property name="build" value="000000001"/>
+      <property name="runIdentifier" value="RUN"/>
       <property name="exit" value="2"/>
     </properties>
     <testcase classname="example.Signal" name="Signal[Kärte\u2028&lt;&#39;&amp;]]&gt;]" time="1.750">
@@ -199,6 +203,7 @@ Kärte\u2028&lt;&#39;&amp;]]&gt; is weak.</system-out>
       <property name="module" value="example"/>
       <property name="version" value="6.5"/>
       <property name="build" value="000000001"/>
+      <property name="runIdentifier" value="RUN"/>
       <property name="exit" value="2"/>
     </properties>
     <testcase classname="example.Other" name="Other" time="0.000">

@@ -54,6 +54,8 @@ TEST(RunIdentityInJson, HasOnlyWhatIsKnownAndIsReadBack) {
     identity.tags = {{.name = "serial", .value = "A1"}, {.name = "a", .value = "é"}};
     identity.pc.emplace().model = "X1";
     identity.pc->build = "26100.1";
+    identity.adapters = {
+        {.device = "D", .driver = "iwlwifi", .version = "", .address = "02:00:5e:00:53:01"}};
     identity.limits = {
         {.name = "Lab", .version = "2", .sha256 = "12", .source = InForce::Source::file},
         {.name = "Test", .version = "", .sha256 = "34", .source = InForce::Source::standard}};
@@ -63,6 +65,7 @@ TEST(RunIdentityInJson, HasOnlyWhatIsKnownAndIsReadBack) {
     EXPECT_EQ(json.dump(),
               R"({"runIdentifier":"017f22e2-79b0-7cc3-98c4-dc0c0c07398f",)"
               R"("tags":{"serial":"A1","a":"é"},"pc":{"model":"X1","build":"26100.1"},)"
+              R"("adapters":[{"device":"D","driver":"iwlwifi","address":"02:00:5e:00:53:01"}],)"
               R"("limits":[{"name":"Lab","version":"2","sha256":"12","source":"file"},)"
               R"({"name":"Test","sha256":"34","source":"default"}],)"
               R"("calibration":{"name":"Bench","sha256":"56","source":"commandLine"}})");

@@ -203,7 +203,7 @@ void NameHider::hideAddress(DOT11_MAC_ADDRESS& address) {
 }
 
 void NameHider::hideRun(Json& run) {
-    for (const char* name : {"tags", "pc", "limits", "calibration"}) {
+    for (const char* name : {"tags", "pc", "adapters", "limits", "calibration"}) {
         run.erase(name);
     }
     std::vector<Json*> texts;

@@ -4,6 +4,7 @@
 #include <networkadapters/NetworkAdapters.h>
 
 #include <tesk5/DeviceList.h>
+#include <tesk5/RunIdentity.h>
 
 namespace networkadapters {
 
@@ -18,6 +19,10 @@ tesk5::DeviceList devicesAmong(const std::vector<NetworkAdapter>& adapters);
 /// devicesAmong() all adapters of this PC, for ModuleInfo::devices.
 /// Platform: those of devicesAmong(), and systemNetworkAdapters()
 tesk5::DeviceList machineDevices();
+
+/// The wireless ones among networkAdapters(), for ModuleInfo::adapters.
+/// Platform: that of systemNetworkAdapters()
+std::vector<tesk5::AdapterIdentity> adapterIdentities();
 
 /// Whether the wireless service answers at this moment, for ModuleInfo::checkService: a good
 /// finding, or the reason with its remedy.

@@ -121,6 +121,19 @@ DeviceList machineDevices() {
     return devicesAmong(networkAdapters());
 }
 
+std::vector<tesk5::AdapterIdentity> adapterIdentities() {
+    std::vector<tesk5::AdapterIdentity> identities;
+    for (const NetworkAdapter& adapter : networkAdapters()) {
+        if (adapter.wireless) {
+            identities.push_back({.device = systemName(adapter.guid).utf8(),
+                                  .driver = adapter.driver,
+                                  .version = adapter.version,
+                                  .address = adapter.address});
+        }
+    }
+    return identities;
+}
+
 Finding checkWirelessService() {
     return wirelessInterfaces().failure.value_or(Finding{"DOCTOR_SERVICE_ANSWERS", true, {}});
 }

@@ -2,6 +2,7 @@
 #include <networkadapters/NetworkAdapters.h>
 
 #include <mrl/SystemLibrary.h>
+#include <mrl/Unicode.h>
 
 // iphlpapi.h needs winsock2.h before it.
 // clang-format off
@@ -10,6 +11,8 @@
 // clang-format on
 
 #include <cstddef>
+#include <cstdio>
+#include <map>
 #include <memory>
 
 namespace networkadapters {
@@ -37,6 +40,53 @@ GUID guidOf(const IP_ADAPTER_ADDRESSES& adapter) {
     return nativewifi::parseGuid(text.view()).value_or(GUID{});
 }
 
+std::string addressOf(const IP_ADAPTER_ADDRESSES& adapter) {
+    std::string text;
+    for (ULONG i = 0; i < adapter.PhysicalAddressLength; ++i) {
+        char digits[3];
+        std::snprintf(digits, sizeof digits, "%02x",
+                      static_cast<unsigned>(adapter.PhysicalAddress[i]));
+        text += (text.empty() ? "" : ":") + std::string(digits);
+    }
+    return text;
+}
+
+struct Driver {
+    std::string name;
+    std::string version;
+};
+
+// The drivers of network adapters by the names of their adapters, GUIDs in braces and lower case,
+// from the registry: each adapter has a key there, "0000", "0001", ...
+std::map<std::string, Driver> installedDrivers() {
+    constexpr int MOST = 1000;
+    const mrl::SystemLibrary library(L"advapi32.dll");
+    const auto getValue = library.find<decltype(RegGetValueW)>("RegGetValueW");
+    std::map<std::string, Driver> drivers;
+    for (int number = 0; getValue != nullptr && number < MOST; ++number) {
+        wchar_t key[128];
+        std::swprintf(key, std::size(key),
+                      L"SYSTEM\\CurrentControlSet\\Control\\Class\\"
+                      L"{4d36e972-e325-11ce-bfc1-08002be10318}\\%04d",
+                      number);
+        const auto text = [&](const wchar_t* name) {
+            wchar_t value[256]; // longer ones are none
+            DWORD size = sizeof value;
+            // ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_MORE_DATA
+            return getValue(HKEY_LOCAL_MACHINE, key, name, RRF_RT_REG_SZ, nullptr, value, &size) ==
+                           ERROR_SUCCESS
+                       ? mrl::toUtf8(mrl::CharView(value))
+                       : std::string();
+        };
+        const std::string adapter = text(L"NetCfgInstanceId");
+        if (!adapter.empty()) {
+            drivers[mrl::toUtf8(mrl::foldedCase(mrl::toUtf16(adapter)))] = {
+                .name = text(L"DriverDesc"), .version = text(L"DriverVersion")};
+        }
+    }
+    return drivers;
+}
+
 } // namespace
 
 std::vector<NetworkAdapter> systemNetworkAdapters() {
@@ -61,12 +111,21 @@ std::vector<NetworkAdapter> systemNetworkAdapters() {
     if (result != ERROR_SUCCESS) {
         return adapters;
     }
+    const std::map<std::string, Driver> drivers = installedDrivers();
     for (const auto* adapter = reinterpret_cast<const IP_ADAPTER_ADDRESSES*>(block.get());
          adapter != nullptr; adapter = adapter->Next) {
         if (isHardware(*adapter)) {
-            adapters.push_back({mrl::String(adapter->Description), guidOf(*adapter),
-                                adapter->IfType == MOBILE_BROADBAND_GSM ||
-                                    adapter->IfType == MOBILE_BROADBAND_CDMA});
+            const auto driver =
+                drivers.find(mrl::toUtf8(mrl::foldedCase(mrl::toUtf16(adapter->AdapterName))));
+            const bool known = driver != drivers.end();
+            adapters.push_back({.name = mrl::String(adapter->Description),
+                                .guid = guidOf(*adapter),
+                                .mobileBroadband = adapter->IfType == MOBILE_BROADBAND_GSM ||
+                                                   adapter->IfType == MOBILE_BROADBAND_CDMA,
+                                .wireless = adapter->IfType == IF_TYPE_IEEE80211,
+                                .driver = known ? driver->second.name : std::string(),
+                                .version = known ? driver->second.version : std::string(),
+                                .address = addressOf(*adapter)});
         }
     }
     return adapters;

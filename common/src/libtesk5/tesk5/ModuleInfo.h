@@ -5,8 +5,10 @@
 #include <tesk5/DeviceList.h>
 #include <tesk5/Finding.h>
 #include <tesk5/ModuleCommand.h>
+#include <tesk5/RunIdentity.h>
 
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace tesk5 {
@@ -76,6 +78,18 @@ struct ModuleInfo {
     /// The module's own commands, in the order of the help page.
     std::span<const ModuleCommand> commands = {};
     std::span<const ConfigTable> configTables = {};
+    /// The adapters of this PC, as reports name them.
+    std::vector<AdapterIdentity> (*adapters)() = nullptr;
+    /// Names of the parameters that are limits of a test: reports name what is in force.
+    std::span<const char* const> limitParameters = {};
+    /// Name of the parameter that says which limits the others are: "NAME VERSION SHA256", checked
+    /// by the module. Null: limits have the name of their test.
+    const char* limitsName = nullptr;
+    /// Name of the parameter that names the file of a calibration; null: there is none.
+    const char* calibrationFile = nullptr;
+    /// Name, version and SHA-256 of the calibration in a file (UTF-8 path).
+    /// Failure: throws BadInput
+    InForce (*calibration)(const std::string& file) = nullptr;
 };
 
 /// Defined once in each program that links the framework. Any thread.

@@ -65,7 +65,9 @@ public:
     std::string program;                ///< file name of the program, as typed
     std::vector<std::string> arguments; ///< what follows it
     ModuleVersion version;
-    RunIdentity identity;      ///< of the run that takes place; without an identifier before it
+    RunIdentity identity; ///< of the run that takes place; without an identifier before it
+    /// Reads the identity of the PC; null: it is asked of the system.
+    std::optional<PcIdentity> (*readPc)() = nullptr;
     bool windowCloses = false; ///< started by a double click: the console ends with the program
     void (*initialize)() = nullptr; ///< the module's initialisation callback
 

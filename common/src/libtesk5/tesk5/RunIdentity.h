@@ -33,6 +33,14 @@ struct PcIdentity {
     void set(std::string_view fact, std::string value);
 };
 
+/// A wireless adapter of the PC, in UTF-8. What the system does not say is empty.
+struct AdapterIdentity {
+    std::string device; ///< as its property DEVICE_SYSTEM_NAME has it
+    std::string driver;
+    std::string version; ///< of the driver
+    std::string address; ///< "02:00:5e:00:53:01"
+};
+
 /// Limits, or a calibration, that a run was made with.
 struct InForce {
     enum class Source {
@@ -54,6 +62,7 @@ struct RunIdentity {
     std::string identifier; ///< of the run; see newRunIdentifier()
     std::vector<Tag> tags;  ///< in the order in which they were given, no name twice
     std::optional<PcIdentity> pc;
+    std::vector<AdapterIdentity> adapters;
     std::vector<InForce> limits;
     std::optional<InForce> calibration;
 

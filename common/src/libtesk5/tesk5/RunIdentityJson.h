@@ -7,8 +7,8 @@
 
 namespace tesk5 {
 
-/// The members "runIdentifier", "tags", "pc", "limits" and "calibration", in this order; without
-/// those of which nothing is known.
+/// The members "runIdentifier", "tags", "pc", "adapters", "limits" and "calibration", in this
+/// order; without those of which nothing is known.
 mrl::Json identityJson(const RunIdentity& identity);
 
 /// What identityJson() has written into `json`, among other members.

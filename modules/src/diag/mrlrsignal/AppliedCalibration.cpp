@@ -39,6 +39,14 @@ tesk5::Findings calibrationFindings() {
     return findings;
 }
 
+tesk5::InForce calibrationIn(const std::string& file) {
+    const StationFile found = readStation(file);
+    return {.name = found.station.name,
+            .version = {},
+            .sha256 = found.sha256,
+            .source = tesk5::InForce::Source::file};
+}
+
 AppliedCalibration::AppliedCalibration() : m_path(textOf(parameters::calibration)) {
     if (m_path.empty()) {
         return;

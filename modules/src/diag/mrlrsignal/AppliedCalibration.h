@@ -5,6 +5,7 @@
 
 #include <tesk5/Event.h>
 #include <tesk5/Finding.h>
+#include <tesk5/RunIdentity.h>
 
 #include <readings/Sampling.h>
 
@@ -14,6 +15,11 @@
 /// What is wrong with the parameters of the calibration, as a ParameterCheck.
 /// Failure: throws tesk5::BadInput for a file that cannot be used
 tesk5::Findings calibrationFindings();
+
+/// The calibration in a file (UTF-8 path) as reports name it, for ModuleInfo::calibration: by its
+/// station and the SHA-256 of the file.
+/// Failure: throws tesk5::BadInput for a file that cannot be used
+tesk5::InForce calibrationIn(const std::string& file);
 
 class AppliedCalibration {
 public:

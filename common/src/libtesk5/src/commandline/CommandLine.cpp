@@ -19,7 +19,11 @@ namespace tesk5 {
 
 namespace {
 
-constexpr std::string_view SETTING = "--set";
+constexpr std::string_view REPEATABLE[] = {"--set", "--tag", "--tag-prompt"};
+
+bool isRepeatable(std::string_view option) {
+    return std::find(std::begin(REPEATABLE), std::end(REPEATABLE), option) != std::end(REPEATABLE);
+}
 
 // Whether two words differ in letter case alone.
 bool sameWord(const std::string& a, const std::string& b) {
@@ -207,11 +211,11 @@ public:
         return {};
     }
 
-    /// The values of `option`, of which only --set takes several; "true" for a switch.
+    /// The values of `option`, of which only those in REPEATABLE take several; "true" for a switch.
     const std::vector<std::string>& values(const OptionDescription& option) const {
         const CLI::Option* parsed = m_options.at(option.name);
         const std::vector<std::string>& all = parsed->results();
-        if (option.argument != nullptr && all.size() > 1 && option.name != SETTING) {
+        if (option.argument != nullptr && all.size() > 1 && !isRepeatable(option.name)) {
             throw BadInput{message("INPUT_OPTION_TWICE", {{"Option", option.name},
                                                           {"Count", std::to_string(all.size())}})};
         }

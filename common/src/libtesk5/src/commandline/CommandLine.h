@@ -3,6 +3,7 @@
 
 #include "commandline/Commands.h"
 #include "run/Plan.h"
+#include "run/Tags.h"
 
 #include <mrl/OutputStream.h>
 
@@ -35,7 +36,9 @@ struct CommandLine {
     std::vector<RequestedReport> reports;
     std::optional<std::string> ocpFile;
     std::optional<std::string> journalFile;
-    bool events = false; ///< standard output is the stream of events
+    TagRequest tags;
+    bool noIdentity = false; ///< whether reports leave the PC out
+    bool events = false;     ///< standard output is the stream of events
     std::optional<std::string> logFile;
     std::optional<int> logLevel;
     std::optional<std::string> language;

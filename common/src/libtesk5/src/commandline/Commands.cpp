@@ -6,6 +6,7 @@
 #include <tesk5/Texts.h>
 
 #include "commandline/CommandLine.h"
+#include "commandline/TagOptions.h"
 #include "history/HistoryCommand.h"
 #include "model/Decimal.h"
 #include "reports/ReportKinds.h"
@@ -220,6 +221,13 @@ const std::vector<OptionDescription>& optionDescriptions() {
         {"--openhtf", "FILE", "HELP_OPENHTF", "--openhtf record.json", &addReport, RUN_AND_REPLAY},
         {"--journal", "FILE", "HELP_JOURNAL", "run --config station.toml --journal line.jsonl",
          &setText<&CommandLine::journalFile>, RUN},
+        {"--tag", "NAME=VALUE", "HELP_TAG", "--tag serial=A1234 --tag station=L3-07", &addTag, RUN,
+         "INPUT_TAG_MALFORMED"},
+        {"--tag-prompt", "NAME", "HELP_TAG_PROMPT", "--tag-prompt serial", &addTagPrompts, RUN},
+        {"--require-tags", "NAMES", "HELP_REQUIRE_TAGS", "--require-tags serial --tag serial=A1234",
+         &addRequiredTags, RUN},
+        {"--no-identity", nullptr, "HELP_NO_IDENTITY", "--json report.json --no-identity",
+         &setSwitch<&CommandLine::noIdentity>, RUN},
         {"--full-log", nullptr, "HELP_FULL_LOG", "--html report.html --full-log",
          &setSwitch<&CommandLine::fullLog>, RUN_AND_REPLAY},
         {"--events", nullptr, "HELP_EVENTS", "run --config station.toml --events",

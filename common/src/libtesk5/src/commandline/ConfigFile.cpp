@@ -8,6 +8,7 @@
 #include <tesk5/TomlFile.h>
 
 #include "commandline/ConfigKeys.h"
+#include "commandline/TagOptions.h"
 #include "run/Plan.h"
 #include "texts/SystemReason.h"
 #include "texts/UnknownName.h"
@@ -209,11 +210,11 @@ private:
                            [table](const ConfigTable& other) { return other.name == table; });
     }
 
-    std::vector<ConfigKey>::const_iterator keyNamed(std::string_view table,
-                                                    std::string_view name) const {
-        return std::find_if(m_keys.begin(), m_keys.end(), [&](const ConfigKey& known) {
+    std::optional<ConfigKey> keyNamed(std::string_view table, std::string_view name) const {
+        const auto key = std::find_if(m_keys.begin(), m_keys.end(), [&](const ConfigKey& known) {
             return known.table == table && known.name == name;
         });
+        return key != m_keys.end() ? std::optional(*key) : tagKey(table, std::string(name));
     }
 
     void readTable(const std::string& table, const toml::node& node, CommandLine& line) {
@@ -231,8 +232,8 @@ private:
 
     void readKey(const std::string& table, const toml::key& name, const toml::node& node,
                  CommandLine& line) {
-        const auto key = keyNamed(table, name.str());
-        if (key == m_keys.end()) {
+        const std::optional<ConfigKey> key = keyNamed(table, name.str());
+        if (!key) {
             m_problems.push_back(
                 {name.source().begin, aboutUnknownKey(table, std::string(name.str()))});
             return;
@@ -275,6 +276,12 @@ private:
 
     /// Whether the command line has the value already.
     bool isGiven(const ConfigKey& key) const {
+        if (key.table == TAGS_TABLE) {
+            return m_given.tags.find(key.name) != nullptr;
+        }
+        if (key.table == TAG_PATTERNS_TABLE) {
+            return false;
+        }
         if (key.option.empty()) {
             return !m_given.tests.empty();
         }

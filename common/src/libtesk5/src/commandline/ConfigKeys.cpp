@@ -1,8 +1,10 @@
 #include "commandline/ConfigKeys.h"
 
+#include <tesk5/BadInput.h>
 #include <tesk5/Texts.h>
 
 #include "commandline/Commands.h"
+#include "commandline/TagOptions.h"
 #include "texts/Lists.h"
 #include "texts/ParameterText.h"
 #include "texts/UnknownName.h"
@@ -36,6 +38,10 @@ constexpr OptionKey LANGUAGE_KEY = {"",
                                     "CONFIG_LANGUAGE",
                                     "\"en\"",
                                     "INPUT_UNKNOWN_LANGUAGE"};
+constexpr OptionKey requiredTagsKey = {"",         "require-tags",        "--require-tags",
+                                       Kind::text, "CONFIG_REQUIRE_TAGS", "[\"serial\"]"};
+constexpr OptionKey promptedTagsKey = {"",         "tag-prompt",        "--tag-prompt",
+                                       Kind::text, "CONFIG_TAG_PROMPT", "[\"serial\"]"};
 constexpr OptionKey optionKeys[] = {
     {"devices", "filter", "--device", Kind::text, "CONFIG_DEVICE_FILTER", "\"intel\""},
     {"devices", "file", "--devices", Kind::file, "CONFIG_DEVICE_FILE", "\"cards.json\""},
@@ -47,6 +53,7 @@ constexpr OptionKey optionKeys[] = {
     {"outputs", "openhtf", "--openhtf", Kind::file, "CONFIG_REPORT", "\"record.json\""},
     {"outputs", "journal", "--journal", Kind::file, "CONFIG_JOURNAL", "\"line.jsonl\""},
     {"outputs", "full-log", "--full-log", Kind::toggle, "CONFIG_FULL_LOG", "false"},
+    {"outputs", "no-identity", "--no-identity", Kind::toggle, "CONFIG_NO_IDENTITY", "false"},
     {"outputs", "log", "--log", Kind::file, "CONFIG_LOG", "\"antenna.log\""},
     {"outputs", "log-level", "--log-level", Kind::number, "CONFIG_LOG_LEVEL", "1"},
     {"console", "quiet", "--quiet", Kind::toggle, "CONFIG_QUIET", "false"},
@@ -55,8 +62,12 @@ constexpr OptionKey optionKeys[] = {
 
 ConfigKey keyOf(const OptionKey& key) {
     const auto apply = [&key](CommandLine& line, const std::string& value) {
-        const bool taken = optionNamed(key.option)->apply(line, key.option, value);
-        return taken ? USED : refusalOf(key.refusal, value);
+        try {
+            const bool taken = optionNamed(key.option)->apply(line, key.option, value);
+            return taken ? USED : refusalOf(key.refusal, value);
+        } catch (const BadInput& refused) {
+            return std::optional(refused.line);
+        }
     };
     return {key.table,
             key.name,
@@ -161,7 +172,7 @@ ConfigKey parameterKey(const Parameter& parameter, const Registry& registry) {
         if (checked && !parameter.accepts(text)) {
             return std::optional(refusalText(parameter, text));
         }
-        line.settings.push_back({parameter.name(), text});
+        line.settings.push_back({parameter.name(), text, true});
         return USED;
     };
     return {"parameters",
@@ -184,11 +195,18 @@ bool isBare(char letter) {
 
 std::vector<ConfigKey> configKeys(const Registry& registry) {
     std::vector<ConfigKey> keys = {testsKey(registry), keyOf(LANGUAGE_KEY)};
+    for (const OptionKey* names : {&requiredTagsKey, &promptedTagsKey}) {
+        keys.push_back(keyOf(*names));
+        keys.back().several = true;
+    }
     for (const Parameter& parameter : registry.parameters) {
         keys.push_back(parameterKey(parameter, registry));
     }
     for (const OptionKey& key : optionKeys) {
         keys.push_back(keyOf(key));
+    }
+    for (ConfigKey& key : tagKeys()) {
+        keys.push_back(std::move(key));
     }
     return keys;
 }

@@ -14,15 +14,18 @@
 #include "commandline/ConfigTemplate.h"
 #include "commandline/HelpPage.h"
 #include "commandline/OcpFile.h"
+#include "commandline/ReportTargets.h"
 #include "console/Console.h"
 #include "console/ListOutput.h"
 #include "devices/DeviceFile.h"
 #include "reports/EventStream.h"
-#include "reports/Journal.h"
 #include "reports/ReportKinds.h"
+#include "reports/ReportName.h"
 #include "run/Doctor.h"
 #include "run/InterruptWatch.h"
+#include "run/LimitsInForce.h"
 #include "run/LogKeeper.h"
+#include "run/PcIdentity.h"
 #include "run/RunListeners.h"
 #include "run/Runner.h"
 #include "texts/Lists.h"
@@ -180,38 +183,12 @@ RunRecord execute(const std::vector<const Test*>& tests, const DeviceList& devic
     return record;
 }
 
-// Writes every report and the line of the journal, also those after one that fails; the exception
-// names all that failed.
-void writeReports(const std::vector<RequestedReport>& requested,
-                  const std::vector<ReportFile>& files, const std::optional<Journal>& journal,
-                  const RunRecord& record) {
-    std::vector<std::string> failures;
-    const auto attempt = [&failures](const auto& write) {
-        try {
-            write();
-        } catch (const TeskException& exception) {
-            failures.push_back(exception.toString().getUTF8String().bytes());
-        }
-    };
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        attempt([&] { files[i].replace(requested[i].kind->text(record)); });
-    }
-    if (journal) {
-        attempt([&] { journal->append(record); });
-    }
-    if (!failures.empty()) {
-        throw TeskException(TeskString(phrasesListed(failures)));
-    }
-}
-
 // Writes the reports of a run that an exception ended, then lets that exception go on. It decides
 // how the process ends, also when a report cannot be written.
-[[noreturn]] void endBroken(const std::vector<RequestedReport>& requested,
-                            const std::vector<ReportFile>& files,
-                            const std::optional<Journal>& journal, const RunRecord& record,
+[[noreturn]] void endBroken(const ReportTargets& reports, const RunRecord& record,
                             const RunContext& context) {
     try {
-        writeReports(requested, files, journal, record);
+        reports.write(record);
     } catch (const TeskException& failure) {
         writeLine(context.errors, std::string(moduleInfo().name) + ": " +
                                       failure.toString().getUTF8String().bytes());
@@ -227,7 +204,7 @@ public:
         : EventStream(stream), m_console(console) {}
 
     void onRunStart(const RunRecord& record, const std::vector<PlannedRun>& plan) override {
-        m_console.onRunStart(record, plan);
+        m_console.writeWithoutDevice(record);
         EventStream::onRunStart(record, plan);
     }
     void onTestStart(const PlannedRun& run) override {
@@ -285,9 +262,48 @@ void refuseWrongParameters(const std::vector<const Test*>& tests, bool complete)
     }
 }
 
-RunIdentity identityFor(const CommandLine& /*line*/) {
+// The command line with the configuration. A tag that the command line gives is not asked for.
+CommandLine wholeLine(const CommandLine& given, const Registry& registry) {
+    CommandLine line = withConfiguration(given, registry);
+    std::erase_if(line.tags.prompted,
+                  [&given](const std::string& name) { return given.tags.find(name) != nullptr; });
+    return line;
+}
+
+// Names of reports that can never be filled in are refused before a person is asked anything.
+void refuseWrongNames(const CommandLine& line, const RunIdentity& identity) {
+    RunIdentity expected = identity;
+    for (const std::vector<std::string>& names = line.tags.prompted;
+         const std::string& name : names) {
+        expected.tags.push_back({.name = name, .value = {}});
+    }
+    for (const RequestedReport& report : line.reports) {
+        isNamedAnew(report.file, namePartsOf(expected, {}));
+    }
+}
+
+// The command line with the names that its reports will have, but for the result.
+CommandLine withFilledNames(const CommandLine& line, const RunIdentity& identity) {
+    CommandLine filled = line;
+    for (RequestedReport& report : filled.reports) {
+        report.file = filledName(report.file, namePartsOf(identity, TestResult::PASS().name()));
+    }
+    return filled;
+}
+
+// What is known of the run before a person is asked anything.
+RunIdentity identityFor(const std::vector<const Test*>& tests, const CommandLine& line,
+                        const RunContext& context) {
     RunIdentity identity;
-    identity.identifier = newRunIdentifier(mrl::Clock::current().utcNow());
+    identity.tags = line.tags.given;
+    if (!line.noIdentity) {
+        if (moduleInfo().adapters != nullptr) {
+            identity.adapters = moduleInfo().adapters();
+        }
+        identity.pc = context.readPc != nullptr ? context.readPc() : pcIdentity();
+    }
+    identity.limits = limitsInForce(tests, line.settings);
+    identity.calibration = calibrationInForce(tests, line.settings);
     return identity;
 }
 
@@ -302,30 +318,36 @@ void refuseWithoutName(const CommandLine& line, const RunIdentity& identity) {
 
 int run(const CommandLine& given, CommandCapture& capture, RunContext& context) {
     Registry& registry = context.registry;
-    const CommandLine line = withConfiguration(given, registry);
+    const CommandLine line = wholeLine(given, registry);
     const std::vector<const Test*> tests = chooseTests(registry, line.tests);
     applySettings(registry, line.settings, tests);
     demandValues(line.settings, tests);
     refuseSharedFiles(line, registry);
-    const std::vector<std::string> named =
-        textsOf(filesOf(line), [](const auto& file) { return file.second; });
+    checkTags(line.tags);
+    const std::optional<RunIdentity> captured = capture.identity();
+    RunIdentity identity = captured ? *captured : identityFor(tests, line, context);
+    if (captured && given.given.contains("--set")) { // other limits than the captured ones
+        identity.limits = limitsInForce(tests, line.settings);
+        identity.calibration = calibrationInForce(tests, line.settings);
+    }
+    refuseWrongNames(line, identity);
     if (line.check) {
         return showDiagnosis(context.output, parameterFindings(tests, true));
     }
     refuseWrongParameters(tests, true);
-    std::vector<ReportFile> reports;
-    for (const RequestedReport& report : line.reports) {
-        reports.emplace_back(report.file, named);
+    if (!captured) {
+        identity.tags = askForTags(line.tags, context);
+        identity.identifier = newRunIdentifier(mrl::Clock::current().utcNow());
     }
+    context.identity = identity;
+    refuseWithoutName(line, identity);
+    refuseSharedFiles(withFilledNames(line, identity), registry);
+    const ReportTargets reports(
+        line.reports, line.journalFile, identity,
+        textsOf(filesOf(line), [](const auto& file) { return file.second; }));
     std::optional<OcpFile> ocp;
     if (line.ocpFile) {
         ocp.emplace(*line.ocpFile, context);
-    }
-    context.identity = capture.identity().value_or(identityFor(line));
-    refuseWithoutName(line, context.identity);
-    std::optional<Journal> journal;
-    if (line.journalFile) {
-        journal.emplace(*line.journalFile);
     }
     const DeviceList devices = devicesFor(line, capture, context);
     Console console(context, styleFor(line, context.output));
@@ -347,11 +369,11 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
     capture.end(record.exitValue, context);
     const bool followed = ocp && ocp->end(record, context);
     if (record.leftBy) {
-        endBroken(line.reports, reports, journal, record, context);
+        endBroken(reports, record, context);
     }
-    writeReports(line.reports, reports, journal, record);
+    reports.write(record);
     listeners.onRunEnd(record);
-    if (followed || journal || !line.reports.empty()) {
+    if (followed || line.journalFile || !line.reports.empty()) {
         return record.exitValue;
     }
     return ocp ? OUTPUT_LOST : unlessLost(record.exitValue, context);

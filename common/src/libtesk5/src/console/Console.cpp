@@ -132,6 +132,18 @@ void Console::writeVerdict(const Outcome& outcome) {
 }
 
 void Console::onRunStart(const RunRecord& record, const std::vector<PlannedRun>& /*plan*/) {
+    writeWithoutDevice(record);
+    const RunIdentity& identity = record.identity;
+    if (m_style.quiet || identity.tags.empty()) {
+        return;
+    }
+    writeLine(m_output, nameAndValue(message("REPORT_RUN"), identity.identifier));
+    for (const FactInWords& fact : identityWords(identity)) {
+        writeLine(m_output, "  " + nameAndValue(fact.name, fact.value));
+    }
+}
+
+void Console::writeWithoutDevice(const RunRecord& record) {
     for (const TestWithoutDevice& without : record.withoutDevice) {
         showWithoutDevice(m_context.errors, without.test->name(), without);
     }

@@ -39,6 +39,8 @@ public:
     void onStopRequest() override;
     void onRunEnd(const RunRecord& record) override;
 
+    /// Writes for which tests there is no device, and why; to the context's errors.
+    void writeWithoutDevice(const RunRecord& record);
     /// Notes the longest time in seconds that the current test still takes, for onStopRequest();
     /// none when it is unknown or no test runs. Any thread.
     void expectEndWithin(std::optional<double> seconds);

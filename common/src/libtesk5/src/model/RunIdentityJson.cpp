@@ -13,9 +13,34 @@ using Source = InForce::Source;
 constexpr const char* IDENTIFIER = "runIdentifier";
 constexpr const char* TAGS = "tags";
 constexpr const char* PC = "pc";
+constexpr const char* ADAPTERS = "adapters";
 constexpr const char* LIMITS = "limits";
 constexpr const char* CALIBRATION = "calibration";
 constexpr const char* VERSION = "version";
+
+using AdapterFact = std::pair<const char*, std::string AdapterIdentity::*>;
+constexpr AdapterFact adapterFacts[] = {{"device", &AdapterIdentity::device},
+                                        {"driver", &AdapterIdentity::driver},
+                                        {"version", &AdapterIdentity::version},
+                                        {"address", &AdapterIdentity::address}};
+
+Json jsonOf(const AdapterIdentity& adapter) {
+    Json json = Json::object();
+    for (const auto& [fact, member] : adapterFacts) {
+        if (!(adapter.*member).empty()) {
+            json[fact] = adapter.*member;
+        }
+    }
+    return json;
+}
+
+AdapterIdentity adapterOf(const Json& json) {
+    AdapterIdentity adapter;
+    for (const auto& [fact, member] : adapterFacts) {
+        adapter.*member = json.value(fact, std::string());
+    }
+    return adapter;
+}
 
 Json jsonOf(const InForce& inForce) {
     Json json = {{"name", inForce.name}};
@@ -55,6 +80,9 @@ Json identityJson(const RunIdentity& identity) {
             pc[fact] = value;
         }
     }
+    for (const AdapterIdentity& adapter : identity.adapters) {
+        json[ADAPTERS].push_back(jsonOf(adapter));
+    }
     for (const InForce& limits : identity.limits) {
         json[LIMITS].push_back(jsonOf(limits));
     }
@@ -76,6 +104,11 @@ RunIdentity identityOf(const Json& json) {
         identity.pc.emplace();
         for (const auto& [fact, value] : json.at(PC).items()) {
             identity.pc->set(fact, value.get<std::string>());
+        }
+    }
+    if (json.contains(ADAPTERS)) {
+        for (const Json& adapter : json.at(ADAPTERS)) {
+            identity.adapters.push_back(adapterOf(adapter));
         }
     }
     if (json.contains(LIMITS)) {

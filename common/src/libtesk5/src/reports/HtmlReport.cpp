@@ -393,6 +393,12 @@ void setLog(Json& page, const KeptLog& log, bool full) {
     page["folded"] = !full && shown < lines;
 }
 
+Json factsJson(const RunIdentity& identity) {
+    return listOf(identityWords(identity), [](const FactInWords& fact) -> Json {
+        return {{"name", fact.name}, {"meaning", textOrNull(fact.meaning)}, {"value", fact.value}};
+    });
+}
+
 // What a browser shows on its tab and in its history.
 std::string titleOf(const RunRecord& run) {
     std::vector<std::string> parts = {resultInWords(worstResult(run))};
@@ -426,6 +432,8 @@ std::string htmlReportOf(const RunRecord& run) {
         !std::all_of(run.outcomes.begin(), run.outcomes.end(), &plainlyGood)) {
         setKind(page["overall"], kinds::WARNING);
     }
+    page["identifier"] = run.identity.identifier;
+    page["facts"] = factsJson(run.identity);
     page["parts"] = partsOf(run, mirrored);
     page["leftOut"] =
         run.leftOut == 0

@@ -120,11 +120,47 @@ private:
     Json m_list = Json::array();
 };
 
+void add(Properties& properties, const std::string& name, const InForce& inForce) {
+    properties.add(name + ".name", inForce.name);
+    if (!inForce.version.empty()) {
+        properties.add(name + ".version", inForce.version);
+    }
+    properties.add(name + ".sha256", inForce.sha256);
+    properties.add(name + ".source", sourceName(inForce.source));
+}
+
+void add(Properties& properties, const RunIdentity& identity) {
+    properties.add("runIdentifier", identity.identifier);
+    for (const Tag& tag : identity.tags) {
+        properties.add("tag." + tag.name, tag.value);
+    }
+    if (identity.pc) {
+        for (const auto& [fact, value] : identity.pc->facts()) {
+            properties.add("pc." + fact, value);
+        }
+    }
+    for (const AdapterIdentity& adapter : identity.adapters) {
+        const std::string name = "adapter." + adapter.device;
+        properties.add(name + ".driver", adapter.driver);
+        properties.add(name + ".version", adapter.version);
+        properties.add(name + ".address", adapter.address);
+    }
+    std::size_t number = 0;
+    for (const InForce& limits : identity.limits) {
+        ++number;
+        add(properties, number == 1 ? "limits" : "limits." + std::to_string(number), limits);
+    }
+    if (identity.calibration) {
+        add(properties, "calibration", *identity.calibration);
+    }
+}
+
 Json propertiesOf(const RunRecord& run) {
     Properties properties;
     properties.add("module", std::string(moduleInfo().name));
     properties.add("version", run.version.text());
     properties.add("build", run.version.build.utf8());
+    add(properties, run.identity);
     properties.add("exit", std::to_string(run.exitValue));
     if (run.leftOut > 0) {
         properties.add("leftOut", std::to_string(run.leftOut));

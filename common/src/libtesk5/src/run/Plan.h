@@ -15,6 +15,7 @@ namespace tesk5 {
 struct Setting {
     TeskString name;
     TeskString value;
+    bool fromFile = false; ///< in the configuration rather than on the command line
 };
 
 /// One planned call of a test function.

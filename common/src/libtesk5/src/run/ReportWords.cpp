@@ -3,6 +3,7 @@
 #include <tesk5/ByteText.h>
 #include <tesk5/Texts.h>
 
+#include "run/Tags.h"
 #include "texts/Lists.h"
 #include "texts/MeasurementText.h"
 #include "texts/NumberText.h"
@@ -27,7 +28,64 @@ std::vector<std::string> surveyLines(const Survey& survey) {
     return lines;
 }
 
+std::string meaningOf(const Tag& tag) {
+    for (const KnownTag& known : knownTags()) {
+        if (tag.name == known.name) {
+            return message(known.meaning);
+        }
+    }
+    return {};
+}
+
+std::string wordsOf(const InForce& inForce) {
+    constexpr std::pair<InForce::Source, const char*> sources[] = {
+        {InForce::Source::file, "IN_FORCE_FROM_FILE"},
+        {InForce::Source::commandLine, "IN_FORCE_FROM_COMMAND_LINE"},
+        {InForce::Source::standard, "IN_FORCE_DEFAULT"}};
+    const auto* const source =
+        std::find_if(std::begin(sources), std::end(sources),
+                     [&inForce](const auto& row) { return row.first == inForce.source; });
+    return phrasesListed({inForce.name + (inForce.version.empty() ? "" : " " + inForce.version),
+                          nameAndValue("SHA-256", inForce.sha256), message(source->second)});
+}
+
 } // namespace
+
+std::vector<FactInWords> identityWords(const RunIdentity& identity) {
+    constexpr std::pair<std::string_view, const char*> pcFacts[] = {
+        {"name", "PC_NAME"},     {"maker", "PC_MAKER"},   {"model", "PC_MODEL"},
+        {"serial", "PC_SERIAL"}, {"system", "PC_SYSTEM"}, {"build", "PC_BUILD"}};
+    std::vector<FactInWords> facts;
+    for (const Tag& tag : identity.tags) {
+        facts.push_back({.name = tag.name, .meaning = meaningOf(tag), .value = tag.value});
+    }
+    for (const auto& [fact, value] : identity.pc.value_or(PcIdentity()).facts()) {
+        const auto* const known =
+            std::find_if(std::begin(pcFacts), std::end(pcFacts),
+                         [&fact = fact](const auto& row) { return row.first == fact; });
+        facts.push_back({.name = message(known->second), .meaning = {}, .value = value});
+    }
+    for (const AdapterIdentity& adapter : identity.adapters) {
+        std::vector<std::string> words = {adapter.device};
+        for (const std::string& word : {adapter.driver, adapter.version, adapter.address}) {
+            if (!word.empty()) {
+                words.push_back(word);
+            }
+        }
+        facts.push_back(
+            {.name = message("PC_ADAPTER"), .meaning = {}, .value = phrasesListed(words)});
+    }
+    for (const InForce& limits : identity.limits) {
+        facts.push_back(
+            {.name = message("REPORT_LIMITS"), .meaning = {}, .value = wordsOf(limits)});
+    }
+    if (identity.calibration) {
+        facts.push_back({.name = message("REPORT_CALIBRATION"),
+                         .meaning = {},
+                         .value = wordsOf(*identity.calibration)});
+    }
+    return facts;
+}
 
 std::string resultInWords(const TestResult& result) {
     return translation(TeskString(std::string("REPORT_RESULT_") + result.name())).utf8();

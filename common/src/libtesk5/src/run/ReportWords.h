@@ -11,6 +11,17 @@ namespace tesk5 {
 /// The result in the language in force: "Passed".
 std::string resultInWords(const TestResult& result);
 
+/// A fact of a run, in words.
+struct FactInWords {
+    std::string name;
+    std::string meaning; ///< what a tag means, where that is fixed; else empty
+    std::string value;
+};
+
+/// What is known of the run besides its identifier: its tags by their names, the PC, the limits and
+/// the calibration in force.
+std::vector<FactInWords> identityWords(const RunIdentity& identity);
+
 /// The identifier of the test, and its name for people in parentheses when it has one.
 std::string labelOf(const Test& test);
 
