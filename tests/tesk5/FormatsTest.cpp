@@ -3,8 +3,6 @@
 #include "FormatSchemas.h"
 #include "Reports.h"
 
-#include <commandline/Commands.h>
-
 #include <support/JsonSchema.h>
 #include <support/SafeText.h>
 
@@ -23,12 +21,6 @@ protected:
         for (const char* tag : {"serial=A1", "part=P-7", "revision=C", "station=L3-07",
                                 "operator=Ann", "process=42", "location=Hall 3", "purpose=Line"}) {
             m_tags.insert(m_tags.end(), {"--tag", tag});
-        }
-    }
-
-    void SetUp() override {
-        if (tesk5::optionNamed("--tag") == nullptr) {
-            GTEST_SKIP() << "there are no tags yet";
         }
     }
 
@@ -449,6 +441,21 @@ TEST_F(Formats, NameTheTagsThatWsjfNeedsBeforeAnythingRuns) {
     EXPECT_THAT(refusalOf("process=32768"), HasSubstr("a whole number from 0 to 32767"));
     EXPECT_THAT(refusalOf("serial=" + std::string(101, '1')),
                 HasSubstr("the tag serial is longer than the 100 characters"));
+}
+
+TEST_F(Formats, OfSeveralRunsHaveFilesOfTheirOwn) {
+    registerTest("LevelTest", TestResult::PASS());
+    for (const char* serial : {"serial=A1", "serial=A1", "serial=B2"}) {
+        EXPECT_EQ(start({"run", "--ocp", file("{serial}.jsonl"), "--openhtf",
+                         file("{serial}-{result}.json"), "--tag", serial}),
+                  0);
+    }
+    EXPECT_THAT(filesThere(),
+                testing::IsSupersetOf({"A1.jsonl", "A1-2.jsonl", "B2.jsonl", "A1-PASS.json",
+                                       "A1-PASS-2.json", "B2-PASS.json"}));
+    EXPECT_EQ(start({"run", "--ocp", file("{result}.jsonl")}), 64)
+        << "the file is written before the result is known";
+    EXPECT_EQ(start({"run", "--check", "--ocp", file("{serial}.jsonl")}), 64);
 }
 
 TEST_F(Formats, RefuseAFileThatCannotBeWrittenOrIsNamedTwice) {

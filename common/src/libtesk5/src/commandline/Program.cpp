@@ -280,6 +280,9 @@ void refuseWrongNames(const CommandLine& line, const RunIdentity& identity) {
     for (const RequestedReport& report : line.reports) {
         isNamedAnew(report.file, namePartsOf(expected, {}));
     }
+    if (line.ocpFile) {
+        isNamedAnew(*line.ocpFile, namePartsOf(expected));
+    }
 }
 
 // The command line with the names that its reports will have, but for the result.
@@ -287,6 +290,9 @@ CommandLine withFilledNames(const CommandLine& line, const RunIdentity& identity
     CommandLine filled = line;
     for (RequestedReport& report : filled.reports) {
         report.file = filledName(report.file, namePartsOf(identity, TestResult::PASS().name()));
+    }
+    if (filled.ocpFile) {
+        filled.ocpFile = filledName(*filled.ocpFile, namePartsOf(identity));
     }
     return filled;
 }
@@ -347,7 +353,9 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
         textsOf(filesOf(line), [](const auto& file) { return file.second; }));
     std::optional<OcpFile> ocp;
     if (line.ocpFile) {
-        ocp.emplace(*line.ocpFile, context);
+        const NameParts parts = namePartsOf(identity);
+        const std::string name = filledName(*line.ocpFile, parts);
+        ocp.emplace(isNamedAnew(*line.ocpFile, parts) ? freeName(name) : name, context);
     }
     const DeviceList devices = devicesFor(line, capture, context);
     Console console(context, styleFor(line, context.output));

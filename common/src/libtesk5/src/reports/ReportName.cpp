@@ -134,6 +134,12 @@ NameParts namePartsOf(const RunIdentity& identity, const std::string& result) {
     return parts;
 }
 
+NameParts namePartsOf(const RunIdentity& identity) {
+    NameParts parts = namePartsOf(identity, {});
+    std::erase_if(parts, [](const auto& part) { return part.first == "result"; });
+    return parts;
+}
+
 bool isNamedAnew(const std::string& file, const NameParts& parts) {
     bool found = false;
     read(

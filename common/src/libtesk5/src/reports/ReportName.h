@@ -14,6 +14,9 @@ namespace tesk5 {
 using NameParts = std::vector<std::pair<std::string, std::string>>;
 NameParts namePartsOf(const RunIdentity& identity, const std::string& result);
 
+/// The same for a file that is written before the result is known: without "result".
+NameParts namePartsOf(const RunIdentity& identity);
+
 /// Whether `file` has braces that stand for something.
 /// Failure: throws BadInput for braces that stand for nothing in `parts`; their values do not
 /// matter

@@ -1,5 +1,6 @@
 #include "reports/ocp/OcpStream.h"
 
+#include <tesk5/DeviceList.h>
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/RunIdentityJson.h>
 #include <tesk5/Texts.h>
@@ -82,6 +83,15 @@ ocp::HardwareInfo hardwareOf(const RunIdentity& identity, const PcIdentity& pc) 
             .revision = tagOr(identity, "revision", {})};
 }
 
+// The address of an adapter, which no other has; empty when it is unknown.
+std::string addressOf(const DiagDevice& device, const RunIdentity& identity) {
+    const std::string name = device.property(DEVICE_SYSTEM_NAME).value().utf8();
+    const auto known =
+        std::find_if(identity.adapters.begin(), identity.adapters.end(),
+                     [&name](const AdapterIdentity& adapter) { return name == adapter.device; });
+    return known == identity.adapters.end() ? std::string() : known->address;
+}
+
 ocp::DutInfo dutOf(const RunRecord& record, const std::vector<const DiagDevice*>& devices) {
     const RunIdentity& identity = record.identity;
     const PcIdentity pc = identity.pc.value_or(PcIdentity());
@@ -107,6 +117,16 @@ ocp::DutInfo dutOf(const RunRecord& record, const std::vector<const DiagDevice*>
                                      .softwareType = ocp::SoftwareType::system});
     }
     dut.hardwareInfos.push_back(hardwareOf(identity, pc));
+    for (const AdapterIdentity& adapter : identity.adapters) {
+        if (!adapter.driver.empty()) {
+            dut.softwareInfos.push_back({.softwareInfoId = idOf(dut.softwareInfos.size()),
+                                         .computerSystem = pc.name,
+                                         .name = adapter.driver,
+                                         .version = adapter.version,
+                                         .revision = {},
+                                         .softwareType = ocp::SoftwareType::system});
+        }
+    }
     Json properties = Json::object();
     for (const DiagDevice* device : devices) {
         const std::string id = idOf(dut.hardwareInfos.size());
@@ -115,7 +135,7 @@ ocp::DutInfo dutOf(const RunRecord& record, const std::vector<const DiagDevice*>
                                      .name = device->name().utf8(),
                                      .location = {},
                                      .partNumber = {},
-                                     .serialNumber = {},
+                                     .serialNumber = addressOf(*device, identity),
                                      .manufacturer = {},
                                      .partType = {},
                                      .revision = {}});
