@@ -10,7 +10,9 @@
 #include <console/LiveLine.h>
 #include <reports/EventStream.h>
 #include <reports/ReportKinds.h>
+#include <reports/ocp/OcpStream.h>
 #include <run/LogKeeper.h>
+#include <run/Plan.h>
 
 #include <tesk5/Texts.h>
 
@@ -157,8 +159,14 @@ void checkJson(const std::string& text, const tesk5::RunRecord& run) {
 void checkReports(const tesk5::RunRecord& run, const tesk5::RunRecord& harmless) {
     for (const tesk5::ReportKind& kind : tesk5::reportKinds()) {
         const std::string text = kind.text(run);
-        if (std::string_view(kind.option) == "--json") {
+        const std::string_view option = kind.option;
+        if (option == "--json") {
             checkJson(text, run);
+            continue;
+        }
+        if (option == "--wsjf" || option == "--openhtf") {
+            fuzz::requireNone(test::findUnsafeInLines(text), kind.option);
+            fuzz::require(Json::parse(text).is_object(), "a report is an object");
             continue;
         }
         fuzz::requireNone(test::findUnsafeInMarkup(text), kind.option);
@@ -169,7 +177,11 @@ void checkReports(const tesk5::RunRecord& run, const tesk5::RunRecord& harmless)
 
 // Sends a listener all events of the run.
 void replay(tesk5::RunListener& listener, const tesk5::RunRecord& run) {
-    listener.onRunStart(run, run.outcomes.size());
+    std::vector<tesk5::PlannedRun> plan;
+    for (const tesk5::Outcome& outcome : run.outcomes) {
+        plan.push_back({outcome.test, outcome.device});
+    }
+    listener.onRunStart(run, plan);
     for (const tesk5::Outcome& outcome : run.outcomes) {
         const tesk5::PlannedRun planned{outcome.test, outcome.device};
         listener.onTestStart(planned);
@@ -204,6 +216,15 @@ void checkConsole(const Run& run, const Run& harmless) {
                   "a name does not break a line of the console");
 }
 
+void checkObjectsInLines(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) {
+        for (const char c : line) {
+            fuzz::require(c >= 0x20 && c < 0x7F, "lines for programs are ASCII");
+        }
+        fuzz::require(Json::parse(line).is_object(), "each line is an object");
+    }
+}
+
 void checkEvents(const tesk5::RunRecord& run) {
     test::CapturedStream output(mrl::cout);
     tesk5::EventStream events(mrl::cout);
@@ -211,12 +232,15 @@ void checkEvents(const tesk5::RunRecord& run) {
     const std::vector<std::string> lines = test::linesOf(output.text());
     // Start, stop and end of the run, and nine events of each test.
     fuzz::require(lines.size() == 3 + 9 * run.outcomes.size(), "an event is a line");
-    for (const std::string& line : lines) {
-        for (const char c : line) {
-            fuzz::require(c >= 0x20 && c < 0x7F, "events are ASCII");
-        }
-        fuzz::require(Json::parse(line).is_object(), "an event is an object");
-    }
+    checkObjectsInLines(lines);
+}
+
+void checkOcp(const tesk5::RunRecord& run, const std::string& name) {
+    test::CapturedStream output(mrl::cout);
+    tesk5::OcpStream ocp(output, name);
+    replay(ocp, run);
+    ocp.end(run);
+    checkObjectsInLines(test::linesOf(output.text()));
 }
 
 // The text between two movements of the cursor fits into the line.
@@ -265,6 +289,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     checkReports(run.record, harmless.record);
     checkConsole(run, harmless);
     checkEvents(run.record);
+    checkOcp(run.record, run.lastName);
     checkLiveLine(run.lastName);
     checkLog(run.lastName);
     return 0;
