@@ -63,6 +63,21 @@ TEST_F(Journals, HaveALineForEachRunWithPartsOfItsReport) {
     EXPECT_NE(lines()[0].at("runIdentifier"), lines()[1].at("runIdentifier"));
 }
 
+TEST_F(Journals, HaveTheTagsAndWhatWasInForceByWhichAHistoryCounts) {
+    startWithJournal({"--tag", "serial=A1", "--tag", "station=L3-07", "--json", file("r.json")});
+    EXPECT_EQ(lines().back().at("tags").dump(), R"({"serial":"A1","station":"L3-07"})");
+    for (const char* member : {"tags", "pc", "limits"}) {
+        EXPECT_EQ(lines().back().contains(member), json().contains(member)) << member;
+        EXPECT_EQ(lines().back().value(member, ordered_json()),
+                  json().value(member, ordered_json()))
+            << member;
+    }
+    forgetOutput();
+    EXPECT_EQ(startBare({"history", file("j.jsonl"), "--station", "l3-07", "--serial", "a1"}), 0);
+    EXPECT_THAT(output(), HasSubstr("  L3-07 "));
+    EXPECT_THAT(output(), Not(HasSubstr("without a serial")));
+}
+
 TEST_F(Journals, NameATestWithoutDeviceAndTheFailureOfOne) {
     setDevices(0);
     EXPECT_EQ(startWithJournal(), TestResult::CANNOTRUN().value());
