@@ -24,7 +24,7 @@ CARD = "Intel(R) Wi-Fi 6 AX201"
 
 def commands_in(text, program):
     """The arguments of every command of a program in a text, without the usage lines."""
-    text = re.sub(r" *\\\n *", " ", text).replace("SSID=NAME", "SSID=Lab")
+    text = re.sub(r" *[\\^]\n *", " ", text).replace("SSID=NAME", "SSID=Lab")
     for command in COMMAND.finditer(text):
         if (command["name"] or command["chosen"] or "mrlrantenna") != program:
             continue

@@ -264,6 +264,8 @@ TEST_F(History, WritesAPageOnWhichNamesFromOutsideAreText) {
     EXPECT_THAT(page, HasSubstr("&lt;/bdi&gt;&lt;i&gt;"));
     EXPECT_THAT(page, HasSubstr("<path class=\"curve\" d=\"M"));
     EXPECT_THAT(page, HasSubstr("Failing below"));
+    EXPECT_THAT(page, HasSubstr(">2</text>"));
+    EXPECT_THAT(page, Not(HasSubstr(".5</text>"))) << "there is no reading between two";
     EXPECT_THAT(page, Not(HasSubstr("<b>A")));
     EXPECT_THAT(page, Not(HasSubstr("{{")));
 }

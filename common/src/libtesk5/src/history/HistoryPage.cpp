@@ -59,7 +59,14 @@ Json levelsJson(const HistoryLevels& test) {
                                  .attributes = {}});
     }
     const bool mirrored = isPageMirrored();
-    Json json = chartJson(chartOf(series, mirrored), mirrored, &numberText);
+    Chart chart = chartOf(series, mirrored);
+    // The numbers of readings; few of them leave room for ticks in between.
+    std::erase_if(chart.times, [](const Chart::Tick& tick) {
+        return tick.number < Number(1) || tick.number != Number::rounded(tick.number.toDouble(), 0);
+    });
+    Json json = chartJson(chart, mirrored, [](const Number& tick) {
+        return numberText(Number::rounded(tick.toDouble(), 0));
+    });
     const Event::Variables variables = {{"Test", test.test},
                                         {"Name", translation(latest.name)},
                                         {"Count", countText(test.levels.size())}};

@@ -395,7 +395,7 @@ void setLog(Json& page, const KeptLog& log, bool full) {
 
 Json factsJson(const RunIdentity& identity) {
     return listOf(identityWords(identity), [](const FactInWords& fact) -> Json {
-        return {{"name", fact.name}, {"meaning", textOrNull(fact.meaning)}, {"value", fact.value}};
+        return {{"name", fact.meaning.empty() ? fact.name : fact.meaning}, {"value", fact.value}};
     });
 }
 
@@ -433,7 +433,13 @@ std::string htmlReportOf(const RunRecord& run) {
         setKind(page["overall"], kinds::WARNING);
     }
     page["identifier"] = run.identity.identifier;
-    page["facts"] = factsJson(run.identity);
+    // Who and what the run is about comes first on the page, the rest of its facts last.
+    RunIdentity others = run.identity;
+    RunIdentity tagged;
+    tagged.tags.swap(others.tags);
+    page["hasTags"] = !tagged.tags.empty();
+    page["tags"] = factsJson(tagged);
+    page["facts"] = factsJson(others);
     page["parts"] = partsOf(run, mirrored);
     page["leftOut"] =
         run.leftOut == 0
