@@ -41,9 +41,6 @@ mrlr_header_only(third_party_cli11 CLI libcli11-dev)
 mrlr_header_only(third_party_mustache kainjow libkainjow-mustache-dev)
 mrlr_header_only(third_party_utf8 utf8cpp libutfcpp-dev)
 mrlr_header_only(third_party_boost boost libboost-dev)
-if(BUILD_TESTING)
-    mrlr_header_only(third_party_valijson valijson libvalijson-dev)
-endif()
 # Its test for blanks has undefined behaviour for a letter between U+00A1 and U+0499 (for example
 # "ü" right after a value); in the copy such a letter is no blank.
 mrlr_patched_header_only(third_party_toml toml++ libtomlplusplus-dev
