@@ -168,7 +168,7 @@ Json rangesPlot(const StudyResult& result) {
     const double limit = result.assumptions.rangeLimit;
     std::vector<double> extent = ofCells(result.data.readings, &rangeOf);
     extent.insert(extent.end(), {0, limit});
-    Plot plot("STUDY_PAGE_RANGES", "dB", std::move(extent));
+    Plot plot("STUDY_PAGE_RANGES", "dB", extent);
     addPanels(plot, result.data, &rangeOf);
     plot.addLimit(limit);
     plot.setMiddle(result.byHand.meanRange);
@@ -191,7 +191,7 @@ Json averagesPlot(const StudyResult& result) {
     const double percent =
         WHOLE * static_cast<double>(outside) / static_cast<double>(design.cells());
     averages.insert(averages.end(), {middle - distance, middle + distance});
-    Plot plot("STUDY_PAGE_AVERAGES", "dBm", std::move(averages));
+    Plot plot("STUDY_PAGE_AVERAGES", "dBm", averages);
     addPanels(plot, result.data, &mean);
     plot.addLimit(middle - distance);
     plot.addLimit(middle + distance);
