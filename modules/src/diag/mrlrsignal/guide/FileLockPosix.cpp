@@ -19,7 +19,7 @@ bool isStillThere(int file) {
 } // namespace
 
 FileLock::FileLock(const std::string& path) : m_path(path + ".lock") {
-    // Whoever held the lock before may have removed its file since this process opened it.
+    // The process that held the lock before may have removed its file since this one opened it.
     for (;;) {
         const int file = open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, FOR_EVERYONE);
         if (file < 0) { // EACCES, EROFS, ENOENT, ENOSPC
