@@ -17,7 +17,6 @@
 #include <mrl/System.h>
 
 #include <algorithm>
-#include <charconv>
 
 namespace {
 
@@ -47,13 +46,6 @@ constexpr int STANDARD_DAYS = 30;
 constexpr double STANDARD_ALLOWED = 1;
 // What a person types to end.
 constexpr const char* END = "q";
-
-int wholeOption(const CommandCall& call, const char* name, int otherwise) {
-    const std::string text = givenOption(call, name);
-    int value = otherwise;
-    std::from_chars(text.data(), text.data() + text.size(), value);
-    return value;
-}
 
 std::string required(const CommandCall& call, const char* name) {
     std::string text = givenOption(call, name);

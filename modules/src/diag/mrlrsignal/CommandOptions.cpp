@@ -36,6 +36,11 @@ std::optional<double> decimalOption(const CommandCall& call, const char* name, i
     return number->toDouble();
 }
 
+int wholeOption(const CommandCall& call, const char* name, int otherwise) {
+    const Number number = Number::parse(givenOption(call, name)).value_or(Number(otherwise));
+    return static_cast<int>(number.toDouble());
+}
+
 std::optional<double> levelOption(const CommandCall& call, const char* name) {
     const std::string text = givenOption(call, name);
     if (text.empty()) {

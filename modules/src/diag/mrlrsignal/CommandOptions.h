@@ -30,6 +30,10 @@ std::string neededOption(const tesk5::CommandCall& call, const char* name, const
 std::optional<double> decimalOption(const tesk5::CommandCall& call, const char* name, int greatest,
                                     const char* refusal);
 
+/// The whole number of an option that has a range, which the command line has checked; `otherwise`
+/// when it was not given.
+int wholeOption(const tesk5::CommandCall& call, const char* name, int otherwise);
+
 /// The level in dBm that an option gives; none when it was not given.
 /// Failure: throws tesk5::BadInput for what is no level
 std::optional<double> levelOption(const tesk5::CommandCall& call, const char* name);

@@ -219,9 +219,7 @@ private:
         if (!isLimitsName(m_name)) {
             throw BadInput{message("LIMITS_NAME_REFUSED", {{"Text", m_name}})};
         }
-        if (const std::optional<Number> given = Number::parse(givenOption(call, REVISION))) {
-            m_revision = static_cast<int>(given->toDouble());
-        }
+        m_revision = wholeOption(call, REVISION, m_revision);
     }
 
     // As the file has them.

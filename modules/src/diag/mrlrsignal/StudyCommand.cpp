@@ -8,7 +8,6 @@
 #include "TargetParameters.h"
 #include "TypeOneReport.h"
 
-#include <tesk5/Number.h>
 #include <tesk5/ReportFile.h>
 #include <tesk5/RunContext.h>
 #include <tesk5/TestResult.h>
@@ -21,7 +20,6 @@ namespace {
 
 using tesk5::CommandCall;
 using tesk5::message;
-using tesk5::Number;
 
 constexpr const char* TOLERANCE = "--tolerance";
 constexpr const char* TYPE_ONE = "--type1";
@@ -89,8 +87,7 @@ bool isGuided(const CommandCall& call) {
 }
 
 std::size_t countOf(const CommandCall& call, const char* option) {
-    return static_cast<std::size_t>(
-        Number::parse(givenOption(call, option)).value_or(Number(0)).toDouble());
+    return static_cast<std::size_t>(wholeOption(call, option, 0));
 }
 
 // The size of a study; none without all of its options.
