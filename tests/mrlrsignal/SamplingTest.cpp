@@ -24,7 +24,7 @@ protected:
         return measure(source, plan, nullptr, nullptr);
     }
 
-    Sampling ofLab(std::vector<Bss> radios, SamplingPlan plan = {},
+    Sampling ofLab(std::vector<Bss> radios, const SamplingPlan& plan = {},
                    Target target = {.ssid = "Lab"}) {
         show({{.ssid = "Lab", .bss = std::move(radios)}});
         return measured(plan, std::move(target));
