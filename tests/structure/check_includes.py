@@ -127,7 +127,7 @@ WIN32_PLACES = re.compile(
     # A console needs UTF-16 from the system itself; only the system knows what a name leads to, its
     # own path and the languages, its DLLs and its arguments.
     r"|common/src/libcommon/mrlbase/src/"
-    r"(OutputStream|(Files|LineInput|ProcessArguments|System|SystemLibrary)Win32)\.cpp"
+    r"(OutputStream|(Files|ProcessArguments|StandardInput|System|SystemLibrary)Win32)\.cpp"
     # Console events; what the system and the firmware say of the PC.
     r"|common/src/libtesk5/src/run/(InterruptWatch|PcIdentity)Win32\.cpp"
     # The console's keys, screen and sound; a file that one process at a time may open.
