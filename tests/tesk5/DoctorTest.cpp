@@ -91,6 +91,15 @@ TEST_F(Doctor, PutsDevicesOfAnotherKindIntoOneLine) {
                           "\"Wireless\").\nok: Card can be tested by A.\n"));
 }
 
+TEST_F(Doctor, PutsDevicesOfAnotherKindIntoOneLineForEachReason) {
+    setDevices(R"([{"name": "Ethernet 1", "capabilities": []},
+                   {"name": "Modem", "capabilities": []},
+                   {"name": "Ethernet 2", "capabilities": []}])");
+    EXPECT_EQ(start({"doctor", "--device", "ethernet"}), CANNOTRUN);
+    EXPECT_THAT(output(), HasSubstr("ok: Left out by A: Ethernet 1, Ethernet 2 (lacks the "
+                                    "capability \"Wireless\").\nok: Modem is left out by A: "));
+}
+
 TEST_F(Doctor, SaysForEachTestWhyItLeavesAnAdapterOut) {
     registerTest("B", TestResult::PASS())->addDevicePropertyExclusion("WiMAX", "");
     registerTest("C", TestResult::PASS())->addDevicePropertyExclusion("WiMAX", "");
@@ -110,6 +119,16 @@ TEST_F(Doctor, ReportsAnAdapterThatTheFilterLeavesOutAsGoodWhenAnotherIsTested) 
     EXPECT_EQ(start({"doctor", "--device", "card 3"}), CANNOTRUN);
     EXPECT_THAT(output(),
                 HasSubstr("problem: Card 1 is left out by A: has no \"card 3\" in its name"));
+}
+
+TEST_F(Doctor, TellsTestsApartOfWhichOneHasAnotherAdapterThatIsTested) {
+    registerTest("B", TestResult::PASS())->addDevicePropertyExclusion("WiMAX", "");
+    setDevices(R"([{"name": "Card 1", "capabilities": ["Wireless"]},
+                   {"name": "Card 2", "capabilities": ["Wireless"], "properties": {"WiMAX": "1"}}])");
+    EXPECT_EQ(start({"doctor", "--device", "card 2"}), CANNOTRUN);
+    EXPECT_THAT(output(), HasSubstr("ok: Card 1 is left out by A: has no \"card 2\" in its name"));
+    EXPECT_THAT(output(),
+                HasSubstr("problem: Card 1 is left out by B: has no \"card 2\" in its name"));
 }
 
 TEST_F(Doctor, LetsTheModuleExamineEachDeviceThatSuitsATest) {
@@ -181,9 +200,11 @@ TEST_F(Advice, IsTheObstacleOfATestThatThisSystemCannotRunWhateverTheDevices) {
 TEST_F(Advice, HasTheProblemsOfTheMachineForARunWithoutAViewAndATestWithoutADevice) {
     registerTest("A", TestResult::CANNOTRUN());
     g_module.machine = {{"WEAK", false, {{"Name", "X"}, {"Strength", "7"}}}, {"PLAIN", true, {}}};
+    examineSaying({{"WEAK", false, {{"Name", "Y"}, {"Strength", "8"}}}});
     EXPECT_EQ(start({"run"}), CANNOTRUN);
     EXPECT_EQ(output(), "A on Card 1\n"
                         "  possible cause: The signal of X is 7%.\n"
+                        "  possible cause: The signal of Y is 8%.\n"
                         "  CANNOTRUN after 0.0\u00A0s\n"
                         "Runs: 1 (1 CANNOTRUN); exit value 3\n");
     setDevices(0);

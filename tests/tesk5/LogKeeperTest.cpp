@@ -75,6 +75,8 @@ TEST(LogKeeper, CutsALongLineBetweenCharacters) {
     const std::string longest(KeptLog::LONGEST_TEXT, 'x');
     log(1, longest);
     EXPECT_EQ(keeper.log().first[1].text, longest);
+    log(1, longest + "x");
+    EXPECT_EQ(keeper.log().first[2].text, longest + "...");
 }
 
 } // namespace

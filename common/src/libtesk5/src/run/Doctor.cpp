@@ -198,7 +198,7 @@ Findings diagnosis(const std::deque<Test>& tests, const DeviceList& devices,
 Findings adviceFor(const Test& test, const DeviceList& devices,
                    const std::optional<std::string>& filter) {
     if (test.obstacle() != nullptr) {
-        return {{test.obstacle(), false, {{"Test", test.name()}}}};
+        return {{test.obstacle(), false, {}}};
     }
     if (devices.failure) {
         return withMachineProblems({*devices.failure});
