@@ -32,15 +32,21 @@ class Security(unittest.TestCase):
         (cls.folder / "large.py").write_text(f"print('x' * {LARGE_BYTES})\n", encoding="utf-8")
 
     def setUp(self):
-        # What the gatherer may read.
+        self.subscribe()
+
+    def subscribe(self, *options):
+        """Starts the gatherer; `_heard` is what it may read."""
         self._heard = self.folder / f"{self.id()}.heard"
-        subscriber = self.start("mosquitto_sub", self._heard, "gatherer", USERS["gatherer"],
-                                "--id", self.id(), "-t", "antenna/+/events", "-F", "%t %p")
-        self.addCleanup(subscriber.wait)
-        self.addCleanup(subscriber.terminate)
-        wait_until(lambda: self.broker.log.read_bytes().count(f" as {self.id()} ".encode()),
-                   "the subscription")
+        self._gatherer = self.start("mosquitto_sub", self._heard, "gatherer", USERS["gatherer"],
+                                    "--id", "gatherer", "-t", "antenna/+/events", "-F", "%t %p",
+                                    *options)
+        self.addCleanup(self._gatherer.wait)
+        self.addCleanup(self._gatherer.terminate)
         self.hears("the subscription works")
+
+    def stop_gatherer(self):
+        self._gatherer.terminate()
+        self._gatherer.wait()
 
     def start(self, program, out, user, password, *options, tls=True):
         """A client of the broker with a password."""
@@ -170,12 +176,14 @@ class Security(unittest.TestCase):
 
     def test_a_station_reads_nothing(self):
         heard = self.folder / "heard by a station"
-        client = self.start("mosquitto_sub", heard, STATION, USERS[STATION], "--id", "curious",
+        connected = f" as {STATION} ".encode()
+        before = self.broker.log.read_bytes().count(connected)
+        client = self.start("mosquitto_sub", heard, STATION, USERS[STATION],
                             "-t", "antenna/#", "-t", "antenna/+/events", "-t",
                             f"antenna/{STATION}/events")
         self.addCleanup(client.wait)
         self.addCleanup(client.terminate)
-        wait_until(lambda: b" as curious " in self.broker.log.read_bytes(), "the connection")
+        wait_until(lambda: self.broker.log.read_bytes().count(connected) > before, "the connection")
         self.hears("something")
         self.assertNotIn("something", heard.read_text(encoding="utf-8"))
 
@@ -184,6 +192,19 @@ class Security(unittest.TestCase):
             _, errors = self.publish("gatherer", topic, "from the gatherer")
             self.assertIn("Not authorized", errors)
         self.assertNotIn("from the gatherer", self.hears("sentinel"))
+
+    def test_a_station_does_not_take_the_gatherers_queue(self):
+        self.stop_gatherer()
+        self.subscribe("--disable-clean-session")
+        self.stop_gatherer()
+        line = f"antenna/{STATION}/events kept for the gatherer\n"
+        self.publish(STATION, f"antenna/{STATION}/events", "kept for the gatherer")
+        # A client that begins a new session under the name of another one ends that.
+        thief = self.start("mosquitto_pub", self.folder / "thief", "bench-2", USERS["bench-2"],
+                           "--id", "gatherer", "-t", "antenna/bench-2/events", "-m", "mine")
+        self.assertEqual(thief.wait(LIMIT_SECONDS), 0)
+        self.subscribe("--disable-clean-session")
+        self.assertIn(line, self.hears("sentinel"))
 
     def test_certificates_are_made_for_names_that_are_no_files_of_the_authority(self):
         for arguments in (("client", "ca"), ("client", "server"), ("client", "a/b"),
