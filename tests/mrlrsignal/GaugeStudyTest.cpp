@@ -164,6 +164,36 @@ TEST(GaugeStudies, WithoutAnyScatterHaveNoCategoriesAndNoTests) {
     EXPECT_EQ(ratingInStudy(found), Rating::UNUSABLE);
 }
 
+// Readings that no binary number has exactly: the part, and 0.3 dB more where `isMore` says so.
+CrossedReadings exactlyRepeated(bool (*isMore)(std::size_t part, std::size_t op)) {
+    const Design design{.parts = 5, .operators = 2, .trials = 3};
+    CrossedReadings readings(design);
+    for (std::size_t part = 0; part < design.parts; ++part) {
+        for (std::size_t op = 0; op < design.operators; ++op) {
+            for (std::size_t trial = 0; trial < design.trials; ++trial) {
+                readings.at(part, op, trial) =
+                    -50.1 - 0.7 * static_cast<double>(part) - (isMore(part, op) ? 0.3 : 0);
+            }
+        }
+    }
+    return readings;
+}
+
+TEST(GaugeStudies, DoNotTakeTheRoundingOfTenthsForScatter) {
+    const Study same =
+        evaluate(exactlyRepeated([](std::size_t, std::size_t) { return false; }), {});
+    EXPECT_EQ(same[Source::GAUGE].deviation.value, 0);
+    EXPECT_FALSE(same.anova.used.parts.f);
+    EXPECT_FALSE(same.categories.ratio);
+    EXPECT_EQ(ratingInStudy(same), Rating::UNUSABLE);
+
+    const Study crossed = evaluate(
+        exactlyRepeated([](std::size_t part, std::size_t op) { return part % 2 == op; }), {});
+    EXPECT_EQ(crossed[Source::REPEATABILITY].deviation.value, 0);
+    EXPECT_GT(crossed[Source::INTERACTION].deviation.value, 0.1);
+    EXPECT_FALSE(crossed.anova.full.interaction.f);
+}
+
 TEST(GaugeStudies, GiveTheSameIntervalsEachTime) {
     const Study one = evaluate(test::textbookStudy(), {});
     const Study other = evaluate(test::textbookStudy(), {});
@@ -275,6 +305,9 @@ TEST(TypeOneStudies, OfEqualReadingsHaveNoCapability) {
     EXPECT_FALSE(found.biasPValue);
     EXPECT_FALSE(found.cg);
     EXPECT_FALSE(found.cgk);
+    EXPECT_FALSE(typeOne(std::vector<double>(60, -50.1),
+                         {.reference = -50, .tolerance = 3, .confidence = 0.95})
+                     .cg);
 }
 
 TEST(TypeOneStudies, WithoutAToleranceGiveBiasAlone) {

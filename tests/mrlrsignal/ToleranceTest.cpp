@@ -256,6 +256,7 @@ TEST(Proposals, FromEqualLevelsAreNotNormal) {
     const Proposal found = propose(std::vector<double>(12, -55), {}, {});
     EXPECT_FALSE(found.isNormal);
     EXPECT_EQ(found.missingForWarning, 47U);
+    EXPECT_EQ(propose(std::vector<double>(60, -50.1), {}, {}).deviation, 0);
 }
 
 TEST(Proposals, TellWhatBadUnitsTheyCatch) {

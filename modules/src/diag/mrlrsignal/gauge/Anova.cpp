@@ -10,9 +10,12 @@ namespace gauge {
 
 namespace {
 
+// Readings have nine decimals at most. A smaller deviation is what the rounding of means leaves,
+// and would make a test of nothing.
+constexpr double LEAST_MEAN_SQUARE = 1e-18;
+
 AnovaRow row(double degrees, double sumOfSquares) {
-    // Differences of sums can end a rounding error below zero.
-    const double sum = std::max(sumOfSquares, 0.0);
+    const double sum = sumOfSquares > LEAST_MEAN_SQUARE * std::max(degrees, 1.0) ? sumOfSquares : 0;
     return {.degrees = degrees,
             .sumOfSquares = sum,
             .meanSquare = degrees > 0 ? sum / degrees : 0,
@@ -63,16 +66,27 @@ Anova analyse(const CrossedReadings& readings) {
     }
     const double betweenParts = between(partMeans, design.operators * design.trials);
     const double betweenOperators = between(operatorMeans, design.parts * design.trials);
-    const double betweenCells = between(cellMeans, design.trials);
+    // What the means of part and operator leave of each cell. As a difference of the other sums it
+    // would be their rounding error where nothing is left.
+    const double middle = statistics::mean(partMeans);
+    double left = 0;
+    auto cellMean = cellMeans.begin();
+    for (const double partMean : partMeans) {
+        for (const double operatorMean : operatorMeans) {
+            const double rest = *cellMean++ - partMean - operatorMean + middle;
+            left += rest * rest;
+        }
+    }
+    const double crossed = left * trials;
 
     Anova found;
     found.design = design;
     found.full.parts = row(parts - 1, betweenParts);
     found.full.operators = row(operators - 1, betweenOperators);
-    found.full.interaction =
-        row((parts - 1) * (operators - 1), betweenCells - betweenParts - betweenOperators);
+    found.full.interaction = row((parts - 1) * (operators - 1), crossed);
     found.full.repeatability = row(parts * operators * (trials - 1), within);
-    found.total = row(parts * operators * trials - 1, betweenCells + within);
+    found.total =
+        row(parts * operators * trials - 1, betweenParts + betweenOperators + crossed + within);
     found.used = found.full;
     compare(found.full.parts, found.full.interaction);
     compare(found.full.operators, found.full.interaction);

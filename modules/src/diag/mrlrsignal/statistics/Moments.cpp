@@ -7,8 +7,12 @@
 namespace statistics {
 
 double mean(Readings readings) {
-    return std::accumulate(readings.begin(), readings.end(), 0.0) /
-           static_cast<double>(readings.size());
+    // Counted from the first one: equal readings then have exactly that mean, and no scatter.
+    const double first = readings.front();
+    const double above =
+        std::accumulate(readings.begin(), readings.end(), 0.0,
+                        [first](double sum, double value) { return sum + (value - first); });
+    return first + above / static_cast<double>(readings.size());
 }
 
 double sumOfSquares(Readings readings) {

@@ -61,8 +61,8 @@ Proposal propose(statistics::Readings good, statistics::Readings bad,
                  const ProposalOptions& options) {
     Proposal proposal;
     proposal.mean = statistics::mean(good);
-    proposal.deviation = statistics::standardDeviation(good);
     if (statistics::step(good) > 0) {
+        proposal.deviation = statistics::standardDeviation(good);
         proposal.fit = fitNormal(good);
         proposal.isNormal = !proposal.fit.isRefused();
     }

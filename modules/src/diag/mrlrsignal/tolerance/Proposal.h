@@ -55,7 +55,7 @@ struct Proposal {
     NormalFit fit;
     bool isNormal = false;
     double mean = 0;
-    double deviation = 0;
+    double deviation = 0; ///< standard deviation, dB; 0 where all levels are the same
     /// None where there is no tolerance limit; `warning` comes with `failing` or alone.
     std::optional<ProposedLimit> warning;
     std::optional<ProposedLimit> failing;
