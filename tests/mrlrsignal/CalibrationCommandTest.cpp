@@ -202,6 +202,14 @@ TEST_F(Calibrations, ThatAPersonEndsWriteNothing) {
     }
 }
 
+TEST_F(Calibrations, MeasureAtNothingButEnter) {
+    person().answer = [](int asked) { return std::string(asked == 1 ? "Q" : ""); };
+    EXPECT_EQ(calibrate({"--placements", "2"}), 0) << errors();
+    EXPECT_EQ(person().asked, 3);
+    EXPECT_THAT(output(), HasSubstr("Placement 1 of 2: take the unit out, put it back, and press "
+                                    "Enter.\nPlacements: 2. Enter measures."));
+}
+
 TEST_F(Calibrations, RepeatAPlacementThatHasNoLevel) {
     person().answer = [this](int asked) {
         if (asked == 2) {

@@ -91,13 +91,18 @@ public:
 
     /// Measures all of them. \return whether all are there: not when the person ends it
     bool measure() {
-        say(m_context, message("CALIBRATE_KEYS", {{"Count", m_planned}}));
+        sayKeys();
         while (m_levels.size() < m_planned) {
             say(m_context, message("CALIBRATE_PLACE",
                                    {{"Number", m_levels.size() + 1}, {"Count", m_planned}}));
             const auto stop = [this] { return m_context.stopRequest.raised(); };
             const std::optional<std::string> answer = m_context.input->line(stop);
-            if (!answer || *answer == END || stop() || !measureOne()) {
+            if (!answer || *answer == END || stop()) {
+                return false;
+            }
+            if (!answer->empty()) {
+                sayKeys();
+            } else if (!measureOne()) {
                 return false;
             }
         }
@@ -111,6 +116,8 @@ public:
     std::size_t samples() const { return m_plan.samples; }
 
 private:
+    void sayKeys() { say(m_context, message("CALIBRATE_KEYS", {{"Count", m_planned}})); }
+
     // \return false once it was interrupted; a measurement without a level is repeated
     bool measureOne() {
         say(m_context, message("CALIBRATE_MEASURING"));

@@ -14,6 +14,7 @@
 #include <mrl/Clock.h>
 #include <mrl/Files.h>
 #include <mrl/System.h>
+#include <mrl/Unicode.h>
 
 #include <utility>
 
@@ -184,7 +185,8 @@ bool GuidedStudy::strikeOut(Again again, RunContext& context) {
         say(context, message("STUDY_GUIDE_STAYS"));
         return true;
     }
-    m_session.strikeOut(*reason, again);
+    // Not every terminal writes UTF-8, and a study is.
+    m_session.strikeOut(mrl::toUtf8(mrl::toUtf16(*reason)), again);
     return keep(context);
 }
 
