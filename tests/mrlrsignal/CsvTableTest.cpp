@@ -95,4 +95,21 @@ TEST(CsvTables, RefuseWhatIsNoTable) {
     expectFailure("unit,level\nA", Problem::FIELDS, 2, 1);
 }
 
+TEST(CsvTables, RefuseOtherEncodings) {
+    expectFailure("part,level\nA,-50\nB\xFCro,-51", Problem::NOT_UTF8, 3, 2);
+    expectFailure(std::string_view("\xFF\xFEl\0e\0v\0e\0l\0", 12), Problem::NOT_UTF8, 1, 1);
+    EXPECT_EQ(CsvTable("unit\nB\u00FCro \uFFFD").text(0, 0), "B\u00FCro \uFFFD");
+}
+
+TEST(CsvTables, RefuseANameThatSeveralColumnsHave) {
+    expectFailure("\nlevel;unit;Level\n-50;A;-60", Problem::TWICE, 2, 12);
+    EXPECT_EQ(CsvTable("level,note,note\n-50,,").column({"level"}), 0U);
+}
+
+TEST(CsvTables, RefuseNumbersWhoseSquaresDrownTheOthers) {
+    expectFailure("level\n1000001", Problem::TOO_LARGE, 2, 1);
+    expectFailure("level\n-" + std::string(300, '9'), Problem::TOO_LARGE, 2, 1);
+    EXPECT_EQ(onlyNumber("level\n-1000000"), -1e6);
+}
+
 } // namespace

@@ -175,7 +175,7 @@ StudyReadings studyReadings(const std::string& path) {
     const TableFile file(path);
     const std::size_t partColumn = file.column({"part", "unit", "serial"});
     const std::optional<std::size_t> operatorColumn =
-        file.table().column({"operator", "appraiser"});
+        file.optionalColumn({"operator", "appraiser"});
     const std::vector<double> levels = file.numbers(file.column(levelColumns()));
     std::vector<std::string> parts;
     std::vector<std::string> operators;

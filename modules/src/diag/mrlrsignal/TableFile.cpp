@@ -14,8 +14,9 @@ using tesk5::message;
 constexpr std::size_t LARGEST_FILE = 0x400000;
 
 // In the order of TableFailure::Problem.
-constexpr const char* PROBLEMS[] = {"TABLE_EMPTY", "TABLE_FIELDS", "TABLE_QUOTE", "TABLE_NO_NUMBER",
-                                    "TABLE_NO_NAMES"};
+constexpr const char* PROBLEMS[] = {"TABLE_EMPTY",      "TABLE_FIELDS",   "TABLE_QUOTE",
+                                    "TABLE_NO_NUMBER",  "TABLE_NO_NAMES", "TABLE_NOT_UTF8",
+                                    "TABLE_NAME_TWICE", "TABLE_TOO_LARGE"};
 
 [[noreturn]] void refuseTable(const std::string& path, const TableFailure& failure,
                               const char* key) {
@@ -44,12 +45,21 @@ CsvTable tableIn(const std::string& path) {
 TableFile::TableFile(std::string path) : m_path(std::move(path)), m_table(tableIn(m_path)) {}
 
 std::size_t TableFile::column(const std::vector<std::string_view>& names) const {
-    const std::optional<std::size_t> found = m_table.column(names);
+    const std::optional<std::size_t> found = optionalColumn(names);
     if (!found) {
         throw tesk5::BadInput{
             message("TABLE_NO_COLUMN", {{"File", m_path}, {"Name", std::string(names.front())}})};
     }
     return *found;
+}
+
+std::optional<std::size_t>
+TableFile::optionalColumn(const std::vector<std::string_view>& names) const {
+    try {
+        return m_table.column(names);
+    } catch (const TableFailure& failure) {
+        refuseTable(m_path, failure);
+    }
 }
 
 std::vector<double> TableFile::numbers(std::size_t column) const {

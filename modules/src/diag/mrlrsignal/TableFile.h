@@ -17,6 +17,8 @@ public:
     /// The first of `names` that is a column.
     /// Failure: throws tesk5::BadInput
     std::size_t column(const std::vector<std::string_view>& names) const;
+    /// The same; none where there is no such column.
+    std::optional<std::size_t> optionalColumn(const std::vector<std::string_view>& names) const;
 
     /// The numbers of a column, in the order of the rows.
     /// Failure: throws tesk5::BadInput

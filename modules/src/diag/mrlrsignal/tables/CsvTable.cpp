@@ -1,5 +1,7 @@
 #include <tables/CsvTable.h>
 
+#include <mrl/Unicode.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -64,6 +66,13 @@ std::optional<double> parseEither(std::string_view text) {
     return number ? number : parse(text, ',');
 }
 
+// Where the bytes of a line stop being UTF-8; its size where they do not.
+std::size_t endOfUtf8(std::string_view line) {
+    const std::string kept = mrl::toUtf8(mrl::toUtf16(line));
+    return static_cast<std::size_t>(
+        std::mismatch(line.begin(), line.end(), kept.begin(), kept.end()).first - line.begin());
+}
+
 char separatorOf(std::string_view line) {
     constexpr std::string_view SEPARATORS = ";\t,";
     const auto* const found = std::find_if(SEPARATORS.begin(), SEPARATORS.end(), [line](char one) {
@@ -89,6 +98,9 @@ CsvTable::CsvTable(std::string_view text) {
         if (trimmed(line).empty()) {
             continue;
         }
+        if (const std::size_t column = endOfUtf8(line); column < line.size()) {
+            throw TableFailure{TableFailure::Problem::NOT_UTF8, number, column + 1, {}};
+        }
         if (isFirst) {
             m_separator = separatorOf(line);
         }
@@ -99,10 +111,8 @@ CsvTable::CsvTable(std::string_view text) {
         }
         isFirst = false;
         if (isNamed) {
-            for (const Field& field : row.fields) {
-                m_names.push_back(field.text);
-            }
-        } else if (row.fields.size() != std::max<std::size_t>(m_names.size(), 1)) {
+            m_names = std::move(row);
+        } else if (row.fields.size() != std::max<std::size_t>(m_names.fields.size(), 1)) {
             throw TableFailure{TableFailure::Problem::FIELDS, number, row.fields.back().column,
                                std::to_string(row.fields.size())};
         } else {
@@ -155,15 +165,22 @@ CsvTable::Row CsvTable::rowOf(std::string_view line, std::size_t number) const {
 }
 
 std::optional<std::size_t> CsvTable::column(const std::vector<std::string_view>& names) const {
-    if (m_names.empty()) {
+    const std::vector<Field>& columns = m_names.fields;
+    if (columns.empty()) {
         return 0;
     }
     for (const std::string_view name : names) {
-        const auto found = std::find_if(m_names.begin(), m_names.end(),
-                                        [name](const auto& one) { return isSameName(one, name); });
-        if (found != m_names.end()) {
-            return static_cast<std::size_t>(found - m_names.begin());
+        const auto isMeant = [name](const Field& field) { return isSameName(field.text, name); };
+        const auto found = std::ranges::find_if(columns, isMeant);
+        if (found == columns.end()) {
+            continue;
         }
+        const auto second = std::find_if(found + 1, columns.end(), isMeant);
+        if (second != columns.end()) {
+            throw TableFailure{TableFailure::Problem::TWICE, m_names.line, second->column,
+                               second->text};
+        }
+        return static_cast<std::size_t>(found - columns.begin());
     }
     return std::nullopt;
 }
@@ -177,6 +194,11 @@ double CsvTable::number(std::size_t row, std::size_t column) const {
     const std::optional<double> value = m_separator == ',' ? parse(field, '.') : parseEither(field);
     if (!value) {
         throw failureAt(row, column, TableFailure::Problem::NO_NUMBER);
+    }
+    // Squares of more leave nothing of the readings beside them.
+    constexpr double LARGEST = 1e6;
+    if (std::abs(*value) > LARGEST) {
+        throw failureAt(row, column, TableFailure::Problem::TOO_LARGE);
     }
     return *value;
 }

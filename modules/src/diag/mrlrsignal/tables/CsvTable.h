@@ -18,6 +18,9 @@ struct TableFailure {
         QUOTE,     ///< a quotation mark is not closed, or something follows it
         NO_NUMBER, ///< `detail` is the text
         NO_NAMES,  ///< numbers in several columns, and no line that names them
+        NOT_UTF8,  ///< bytes that are no UTF-8: another encoding
+        TWICE,     ///< `detail` is the name of several columns
+        TOO_LARGE, ///< `detail` is a number more than a million away from 0
     };
     Problem problem = Problem::EMPTY;
     std::size_t line = 1;   ///< from 1
@@ -39,6 +42,7 @@ public:
 
     /// The column of the first of `names` that there is, in any letter case; the only column when
     /// it has no name; none otherwise.
+    /// Failure: throws TableFailure where several columns have that name
     std::optional<std::size_t> column(const std::vector<std::string_view>& names) const;
 
     std::size_t rows() const { return m_rows.size(); }
@@ -68,7 +72,7 @@ private:
     Row rowOf(std::string_view line, std::size_t number) const;
 
     char m_separator = '\0'; // none in a table of one column
-    std::vector<std::string> m_names;
+    Row m_names;
     std::vector<Row> m_rows;
 };
 
