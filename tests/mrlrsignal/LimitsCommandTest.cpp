@@ -2,6 +2,7 @@
 #include "LimitsCommand.h"
 
 #include "LimitsId.h"
+#include "ModuleObjects.h"
 
 #include "FixedRandom.h"
 #include "MeasurementCommand.h"
@@ -31,6 +32,10 @@ std::string table(int count, double mean, char separator = ',') {
 
 class LimitsCommands : public MeasurementCommand {
 protected:
+    LimitsCommands() {
+        static const bool initialized = (initializeSignalModule(), true);
+        EXPECT_TRUE(initialized);
+    }
     int limits(const Options& options) { return call(limitsCommand(), options); }
     std::string refusal(const Options& options) { return refusalOf(limitsCommand(), options); }
 };
@@ -154,6 +159,44 @@ TEST_F(LimitsCommands, RefuseTooFewUnitsAndMissingFiles) {
     EXPECT_THAT(refusal({{"--from", outputFile("none.csv")}}), HasSubstr("No such file"));
     EXPECT_THAT(refusal({{"--from", fileWith(table(30, -55))}, {"--out", outputFile("no/../")}}),
                 HasSubstr("cannot be written"));
+}
+
+TEST_F(LimitsCommands, ComputeWithTheGuardBandThatTheFileHas) {
+    const std::string good = fileWith(table(60, -55));
+    const std::string out = outputFile("limits.toml");
+    const auto fileFor = [&](const char* guardBand) {
+        EXPECT_EQ(limits({{"--from", good}, {"--guard-band", guardBand}, {"--out", out}}), 0);
+        return bytesOfFile(out);
+    };
+    EXPECT_THAT(fileFor("0.54"), HasSubstr("\nGuardBand = 0.6\n"));
+    EXPECT_EQ(fileFor("0.54"), fileFor("0.6"));
+    EXPECT_THAT(fileFor("1.1"), HasSubstr("\nGuardBand = 1.1\n"));
+}
+
+TEST_F(LimitsCommands, WriteNoFileThatARunRefuses) {
+    const std::string out = outputFile("limits.toml");
+    EXPECT_EQ(
+        limits({{"--from", fileWith(table(60, -100))}, {"--guard-band", "3"}, {"--out", out}}), 1);
+    EXPECT_THAT(output(), HasSubstr("takes a FailingLevel of -110"));
+    std::string strong = "level\n";
+    for (int i = 0; i < 60; ++i) {
+        strong += "-5\n";
+    }
+    EXPECT_EQ(limits({{"--from", fileWith(strong)}, {"--out", out}}), 1);
+    EXPECT_THAT(output(), HasSubstr("takes a WarningLevel of -110"));
+    EXPECT_FALSE(std::filesystem::exists(mrl::System::path(out)));
+    const std::string study =
+        fileWith(R"({"studyVersion": 1, "variations": {"gauge": {"deviation": {"value": 13}}}})");
+    EXPECT_THAT(refusal({{"--from", fileWith(table(60, -55))}, {"--study", study}}),
+                HasSubstr("\"21.4\" is not a guard band"));
+}
+
+TEST_F(LimitsCommands, NeverWriteOverWhatTheyRead) {
+    const std::string good = fileWith(table(60, -55));
+    for (const char* input : {"--bad", "--study", "--out"}) {
+        EXPECT_THAT(refusal({{"--from", good}, {input, good}}), HasSubstr("both name"));
+    }
+    EXPECT_EQ(bytesOfFile(good), table(60, -55));
 }
 
 TEST_F(LimitsCommands, TakeTheGuardBandFromAStudy) {

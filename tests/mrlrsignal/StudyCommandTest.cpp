@@ -115,6 +115,24 @@ TEST_F(StudyCommands, DrawTheStudyOnOnePage) {
     }
 }
 
+TEST_F(StudyCommands, ShortenTheNamesBelowManyPanels) {
+    const std::string file = outputFile("bench.html");
+    const auto pageOf = [&](int operators, const std::string& name) {
+        std::string table = "part,operator,level\n";
+        for (int row = 0; row < 4 * operators; ++row) {
+            table += std::to_string(row % 2) + "," + name + std::to_string(row / 4) + "," +
+                     std::to_string(-50 - row) + "\n";
+        }
+        study({{"--from", fileWith(table)}, {"--page", file}});
+        return bytesOfFile(file);
+    };
+    EXPECT_THAT(pageOf(3, "Al"), HasSubstr("dy=\"20\">Operator Al2</text>"));
+    EXPECT_THAT(pageOf(20, ""), HasSubstr("dy=\"20\">19</text>"));
+    const std::string page = pageOf(10, "Alexander");
+    EXPECT_THAT(page, HasSubstr("dy=\"20\">Alexan…</text>"));
+    EXPECT_THAT(page, HasSubstr("Operator Alexander9"));
+}
+
 TEST_F(StudyCommands, ShowNamesOnThePageAsText) {
     const std::string file = outputFile("bench.html");
     study({{"--from", fileWith("part,operator,level\n<b>,<i>,-50\n<b>,<i>,-50\n"
@@ -155,6 +173,20 @@ TEST_F(StudyCommands, WarnWhereAssumptionsFail) {
     }
     EXPECT_EQ(study({{"--from", fileWith(table)}}), 0);
     EXPECT_THAT(output(), HasSubstr("too coarse for their scatter"));
+    EXPECT_THAT(output(), HasSubstr("the readings of each part are all the same"));
+    EXPECT_THAT(output(), Not(HasSubstr("the gauge takes")));
+}
+
+TEST_F(StudyCommands, NeverWriteOverWhatTheyReadOrWrote) {
+    const std::string from = fileWith(textbookTable());
+    const std::string out = outputFile("bench");
+    for (const char* option : {"--file", "--csv", "--page"}) {
+        EXPECT_THAT(refusalOf(studyCommand(), {{"--from", from}, {option, from}}),
+                    HasSubstr(std::string(option) + " and --from both name"));
+    }
+    EXPECT_THAT(refusalOf(studyCommand(), {{"--from", from}, {"--page", out}, {"--csv", out}}),
+                HasSubstr("both name"));
+    EXPECT_EQ(bytesOfFile(from), textbookTable());
 }
 
 TEST_F(StudyCommands, RefuseStudiesWithMissingCells) {
@@ -173,6 +205,14 @@ TEST_F(StudyCommands, RefuseWhatIsNoTable) {
     EXPECT_THAT(
         refusalOf(studyCommand(), {{"--from", fileWith(textbookTable())}, {"--tolerance", "wide"}}),
         HasSubstr("is not a tolerance"));
+    EXPECT_THAT(
+        refusalOf(studyCommand(), {{"--from", fileWith(textbookTable())}, {"--tolerance", "0"}}),
+        HasSubstr("\"0\" is not a tolerance"));
+    EXPECT_THAT(refusal("part,operator,level\n1,J\xF6rg,-50\n"),
+                HasSubstr("line 2, column 4: these bytes are not UTF-8"));
+    EXPECT_THAT(refusal("part,operator,Operator,level\n1,A,B,-50\n"),
+                HasSubstr("several columns are named \"Operator\""));
+    EXPECT_THAT(refusal("part,level\n1,5000000\n"), HasSubstr("\"5000000\" is too large"));
 }
 
 // 26 readings about -50.1 dBm that scatter by 0.2 dB, in no order.

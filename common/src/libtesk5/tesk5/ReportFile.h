@@ -36,4 +36,9 @@ std::optional<std::string> whyNotWritable(const std::string& path);
 /// Whether two paths (UTF-8) name one file, there or not.
 bool nameSameFile(const std::string& a, const std::string& b);
 
+/// Refuses two options that name one file.
+/// Failure: throws BadInput
+void refuseSharedFile(const std::string& option, const std::string& file, const std::string& other,
+                      const std::string& otherFile);
+
 } // namespace tesk5

@@ -3,7 +3,11 @@
 #include <readings/DriverNumbers.h>
 
 #include <tesk5/Number.h>
+#include <tesk5/ReportFile.h>
 #include <tesk5/Texts.h>
+
+#include <algorithm>
+#include <iterator>
 
 using tesk5::BadInput;
 using tesk5::CommandCall;
@@ -21,6 +25,18 @@ std::string neededOption(const CommandCall& call, const char* name, const char* 
         throw BadInput{message("COMMAND_NEEDS_FROM", {{"Command", command}})};
     }
     return text;
+}
+
+void refuseSharedFiles(const CommandCall& call, std::initializer_list<const char*> options) {
+    std::vector<const char*> given;
+    std::ranges::copy_if(options, std::back_inserter(given),
+                         [&call](const char* name) { return !givenOption(call, name).empty(); });
+    for (auto one = given.begin(); one != given.end(); ++one) {
+        for (auto other = one + 1; other != given.end(); ++other) {
+            tesk5::refuseSharedFile(*other, givenOption(call, *other), *one,
+                                    givenOption(call, *one));
+        }
+    }
 }
 
 std::optional<double> decimalOption(const CommandCall& call, const char* name, int greatest,

@@ -24,6 +24,11 @@ std::string givenOption(const tesk5::CommandCall& call, const char* name);
 /// Failure: throws tesk5::BadInput
 std::string neededOption(const tesk5::CommandCall& call, const char* name, const char* command);
 
+/// Refuses two of the options that name one file: what is written would take the place of what was
+/// measured.
+/// Failure: throws tesk5::BadInput
+void refuseSharedFiles(const tesk5::CommandCall& call, std::initializer_list<const char*> options);
+
 /// The number that an option gives; none when it was not given.
 /// Failure: throws tesk5::BadInput with the text `refusal`, which has the placeholders {Text} and
 /// {Greatest}, for what is no number from 0 to `greatest`

@@ -2,6 +2,7 @@
 
 #include "CommandOptions.h"
 #include "LimitsId.h"
+#include "ModuleObjects.h"
 #include "ReportLevels.h"
 #include "StudyFile.h"
 #include "TableFile.h"
@@ -54,6 +55,12 @@ Value percent(double share) {
     return quantity(Number::rounded(100 * share, 1), "%");
 }
 
+// The file has tenths of a dB, and the limits follow from what is in it.
+double roundedUp(double guardBand) {
+    constexpr double ROUNDING_ERROR = 1e-6;
+    return std::ceil(guardBand * 10 - ROUNDING_ERROR) / 10;
+}
+
 // A promise: whole percents.
 Value wholePercent(double share) {
     return quantity(Number::rounded(100 * share, 0), "%");
@@ -67,7 +74,7 @@ std::vector<double> levelsIn(const std::string& path) {
     const TableFile file(path);
     const std::size_t column = file.column(levelColumns());
     std::vector<double> levels = file.numbers(column);
-    const std::optional<std::size_t> units = file.table().column({"unit", "serial"});
+    const std::optional<std::size_t> units = file.optionalColumn({"unit", "serial"});
     std::set<std::string> known;
     for (std::size_t row = 0; row < levels.size(); ++row) {
         if (!readings::isLevelInDbm(levels[row])) {
@@ -150,6 +157,7 @@ class LimitsRun {
 public:
     LimitsRun(const CommandCall& call, tesk5::RunContext& context)
         : m_context(context), m_out(givenOption(call, OUT_FILE)) {
+        refuseSharedFiles(call, {FROM_OPTION, BAD, STUDY, OUT_FILE});
         const std::string from = neededOption(call, FROM_OPTION, "limits");
         m_good = levelsIn(from);
         if (m_good.size() < tolerance::FEWEST_UNITS) {
@@ -178,7 +186,8 @@ public:
             add(proposal.warning, proposal.missingForWarning, m_options.warning, "WarningLevel");
         text +=
             add(proposal.failing, proposal.missingForFailing, m_options.failing, "FailingLevel");
-        if (!proposal.warning) {
+        if (!proposal.warning || !isTaken(*proposal.warning, parameters::warningLevel) ||
+            (proposal.failing && !isTaken(*proposal.failing, parameters::failingLevel))) {
             return NOTHING_FOUND;
         }
         if (file) {
@@ -201,11 +210,16 @@ private:
             decimalOption(call, GUARD_BAND, WIDEST_GUARD_BAND, "LIMITS_GUARD_BAND_REFUSED");
         const std::string study = givenOption(call, STUDY);
         if (given || study.empty()) {
-            m_options.guardBand = given.value_or(0);
+            m_options.guardBand = roundedUp(given.value_or(0));
             return;
         }
         const double deviation = gaugeDeviation(study);
-        m_options.guardBand = std::ceil(GUARD_FACTOR * deviation * 10) / 10;
+        m_options.guardBand = roundedUp(GUARD_FACTOR * deviation);
+        if (m_options.guardBand > WIDEST_GUARD_BAND) {
+            throw BadInput{message("LIMITS_GUARD_BAND_REFUSED",
+                                   {{"Text", Number::rounded(m_options.guardBand, 1).text()},
+                                    {"Greatest", WIDEST_GUARD_BAND}})};
+        }
         m_aboutGuardBand.push_back(
             message("LIMITS_GUARD_BAND", {{"GuardBand", decibels(m_options.guardBand)},
                                           {"Deviation", decibels(deviation)},
@@ -230,6 +244,19 @@ private:
         return {.warning = levelOf(proposal.warning),
                 .failing = levelOf(proposal.failing),
                 .guardBand = m_options.guardBand};
+    }
+
+    // Whether a run takes the limit; says so where it does not.
+    bool isTaken(const ProposedLimit& limit, const tesk5::Parameter* parameter) const {
+        const tesk5::NumberRange& range = parameter->range();
+        if (range.includes(Number::rounded(limit.level, 1))) {
+            return true;
+        }
+        printLines(m_context, {message("LIMITS_OUT_OF_RANGE",
+                                       {{"Parameter", parameter->name().utf8()},
+                                        {"Lowest", quantity(range.lowest, range.unit)},
+                                        {"Highest", quantity(range.highest, range.unit)}})});
+        return false;
     }
 
     // Shows what is known about a limit; returns its part of the file.

@@ -32,9 +32,13 @@ constexpr const char* TRIALS = "--trials";
 constexpr int WIDEST_TOLERANCE = 200;
 
 std::optional<double> toleranceOf(const CommandCall& call) {
-    const std::optional<double> width =
-        decimalOption(call, TOLERANCE, WIDEST_TOLERANCE, "STUDY_TOLERANCE_REFUSED");
-    return width && *width > 0 ? width : std::nullopt;
+    constexpr const char* REFUSAL = "STUDY_TOLERANCE_REFUSED";
+    const std::optional<double> width = decimalOption(call, TOLERANCE, WIDEST_TOLERANCE, REFUSAL);
+    if (width && *width <= 0) {
+        throw tesk5::BadInput{message(
+            REFUSAL, {{"Text", givenOption(call, TOLERANCE)}, {"Greatest", WIDEST_TOLERANCE}})};
+    }
+    return width;
 }
 
 // The file that an option names, if it is given.
@@ -204,6 +208,7 @@ int runTypeOne(const CommandCall& call, tesk5::RunContext& context) {
 }
 
 int runStudy(const CommandCall& call, tesk5::RunContext& context) {
+    refuseSharedFiles(call, {FROM_OPTION, FILE_OPTION, CSV, PAGE});
     if (call.options.contains(TYPE_ONE)) {
         return runTypeOne(call, context);
     }

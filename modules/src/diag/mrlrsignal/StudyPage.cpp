@@ -7,6 +7,8 @@
 #include <tesk5/Page.h>
 #include <tesk5/Texts.h>
 
+#include <mrl/DisplayWidth.h>
+
 #include <gauge/RangeConstants.h>
 
 #include <algorithm>
@@ -118,11 +120,29 @@ std::string operatorText(const StudyReadings& data, std::size_t op) {
     return name.empty() ? std::string() : message("STUDY_PAGE_OPERATOR_NAMED", {{"Name", name}});
 }
 
+// What stands below the operators' panels: where there are many, the beginnings of their names.
+std::vector<std::string> panelTexts(const StudyReadings& data) {
+    constexpr std::size_t OF_PAGE = 80; // columns of text that fit side by side
+    const std::size_t fitting = OF_PAGE / data.operators.size() - 1;
+    std::vector<std::string> texts;
+    for (std::size_t op = 0; op < data.operators.size(); ++op) {
+        texts.push_back(operatorText(data, op));
+    }
+    if (std::ranges::any_of(
+            texts, [fitting](const std::string& text) { return mrl::columnsOf(text) > fitting; })) {
+        std::ranges::transform(data.operators, texts.begin(), [fitting](const std::string& name) {
+            return mrl::fittedToColumns(name, fitting);
+        });
+    }
+    return texts;
+}
+
 // A value of each cell, one panel an operator.
 void addPanels(Plot& plot, const StudyReadings& data,
                const std::function<double(std::span<const double>)>& value) {
     const Design& design = data.readings.design();
     const double panel = 1 / static_cast<double>(design.operators);
+    const std::vector<std::string> texts = panelTexts(data);
     for (std::size_t op = 0; op < design.operators; ++op) {
         const double begin = panel * static_cast<double>(op);
         std::vector<Point> points;
@@ -131,7 +151,7 @@ void addPanels(Plot& plot, const StudyReadings& data,
                                                static_cast<double>(design.parts),
                               .value = value(data.readings.cell(part, op))});
         }
-        plot.addColumn(begin + panel / 2, operatorText(data, op));
+        plot.addColumn(begin + panel / 2, texts[op]);
         plot.addCurve(kindOf(op), points);
         plot.addDots(points);
         if (op > 0) {

@@ -141,6 +141,9 @@ std::vector<std::string> verdictsOf(const Study& study) {
     if (study[Source::TOTAL].deviation.value == 0) {
         return {message("STUDY_ALL_THE_SAME")};
     }
+    if (study[Source::GAUGE].deviation.value == 0) {
+        return {message("STUDY_NO_SCATTER")};
+    }
     // In the order of Rating.
     constexpr const char* IN_STUDY[] = {"STUDY_GOOD", "STUDY_CONDITIONAL", "STUDY_UNUSABLE"};
     const auto percent = [](double value) { return quantity(Number::rounded(value, 1), "%"); };

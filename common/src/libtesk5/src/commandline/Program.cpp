@@ -63,19 +63,11 @@ std::vector<std::pair<const char*, std::string>> filesOf(const CommandLine& line
     return files;
 }
 
-void refuseShared(const std::string& option, const std::string& file, const std::string& other,
-                  const std::string& otherFile) {
-    if (nameSameFile(file, otherFile)) {
-        throw BadInput{message("INPUT_FILE_SHARED",
-                               {{"Option", option}, {"OtherOption", other}, {"File", otherFile}})};
-    }
-}
-
 void refuseSharedFiles(const CommandLine& line, const Registry& registry) {
     const auto files = filesOf(line);
     for (auto a = files.begin(); a != files.end(); ++a) {
         for (auto b = a + 1; b != files.end(); ++b) {
-            refuseShared(a->first, a->second, b->first, b->second);
+            refuseSharedFile(a->first, a->second, b->first, b->second);
         }
         // A configuration file may be the file that one of its parameters names.
         if (std::string_view(a->first) == CONFIG) {
@@ -83,8 +75,8 @@ void refuseSharedFiles(const CommandLine& line, const Registry& registry) {
         }
         for (const Parameter& parameter : registry.parameters) {
             if (parameter.namesFile() && parameter.isSet()) {
-                refuseShared("--set " + parameter.name().utf8(),
-                             parameter.value().valueString().utf8(), a->first, a->second);
+                refuseSharedFile("--set " + parameter.name().utf8(),
+                                 parameter.value().valueString().utf8(), a->first, a->second);
             }
         }
     }

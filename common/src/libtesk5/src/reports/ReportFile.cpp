@@ -290,4 +290,12 @@ bool nameSameFile(const std::string& a, const std::string& b) {
     return sameName(fs::weakly_canonical(first, failure), fs::weakly_canonical(second, failure));
 }
 
+void refuseSharedFile(const std::string& option, const std::string& file, const std::string& other,
+                      const std::string& otherFile) {
+    if (nameSameFile(file, otherFile)) {
+        throw BadInput{message("INPUT_FILE_SHARED",
+                               {{"Option", option}, {"OtherOption", other}, {"File", otherFile}})};
+    }
+}
+
 } // namespace tesk5
