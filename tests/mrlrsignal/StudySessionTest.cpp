@@ -140,6 +140,7 @@ TEST(StudySessions, RefuseFilesThatNoSessionWrote) {
           changed("/session/measurements/0/part", other),
           changed("/session/measurements/0/operator", 2),
           changed("/session/measurements/0/level", "strong"),
+          changed("/session/measurements/0/level", -1e300),
           changed("/session/measurements/0/readings", 0),
           changed("/session/measurements/0/time", 5),
           changed("/session/struckOut", {{"reason", "x"}}),

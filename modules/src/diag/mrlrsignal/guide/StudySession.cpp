@@ -2,6 +2,8 @@
 
 #include "StudyFile.h"
 
+#include <readings/DriverNumbers.h>
+
 #include <algorithm>
 #include <numeric>
 #include <utility>
@@ -53,7 +55,7 @@ StudyMeasurement measurementIn(const Json& object, const Design& design) {
                         .part = numberIn(object, "part", design.parts),
                         .trial = numberIn(object, "trial", design.trials)};
     const Json& level = member(object, "level");
-    need(level.is_number());
+    need(level.is_number() && readings::isLevelInDbm(level.get<double>()));
     measurement.level = level.get<double>();
     measurement.readings = numberIn(object, "readings", MOST_READINGS) + 1;
     measurement.time = textIn(object, "time");
