@@ -11,6 +11,8 @@
 #include <mrl/Sha256.h>
 #include <mrl/System.h>
 
+#include <filesystem>
+#include <fstream>
 #include <optional>
 
 namespace test {
@@ -200,6 +202,23 @@ TEST_F(Calibrations, ThatAPersonEndsWriteNothing) {
         EXPECT_EQ(fileText(), before);
         context().stopRequest.clear();
     }
+}
+
+TEST_F(Calibrations, ShowTheOffsetThatTheyCannotWrite) {
+    const std::filesystem::path folder = mrl::System::path(file()).parent_path();
+    const std::filesystem::path away = folder.string() + "-away";
+    person().answer = [&](int asked) {
+        if (asked == 2) { // the folder is gone, and its name taken: nothing can be written
+            std::filesystem::rename(folder, away);
+            std::ofstream(folder) << "full";
+        }
+        return std::string();
+    };
+    EXPECT_EQ(calibrate({"--placements", "2"}), TestResult::EXITEDABNORMALLY().value());
+    EXPECT_THAT(output(), HasSubstr("offset 3.0\u00A0dB"));
+    EXPECT_THAT(output(), Not(HasSubstr("Written")));
+    std::filesystem::remove(folder);
+    std::filesystem::rename(away, folder);
 }
 
 TEST_F(Calibrations, MeasureAtNothingButEnter) {

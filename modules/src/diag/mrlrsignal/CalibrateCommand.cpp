@@ -207,7 +207,7 @@ int calibrate(const CommandCall& call, RunContext& context) {
     radio.software = softwareOf(context);
     const calibration::Offset offset = radio.offset();
     station.put(radio);
-    file.replace(stationText(station));
+    // Before the file: on a full disk the placements were not for nothing.
     say(context, message("CALIBRATE_OFFSET", {{"Station", name},
                                               {"BSSID", readings::bssidText(radio.bssid)},
                                               {"Band", bandName(radio.band)},
@@ -215,6 +215,7 @@ int calibrate(const CommandCall& call, RunContext& context) {
                                               {"Uncertainty", decibelsIn(offset.expanded)},
                                               {"Deviation", decibelsIn(offset.placementDeviation)},
                                               {"Expiry", dayText(radio.expiry())}}));
+    file.replace(stationText(station));
     say(context, message("COMMAND_WRITTEN", {{"File", path}}));
     return 0;
 }

@@ -60,11 +60,12 @@ StudyOutput outputOf(const CommandCall& call) {
     return output;
 }
 
-// Computes the study, writes its files and shows it. \param session the guided one, or null
+// Computes the study, shows it and writes its files. \param session the guided one, or null
 void finish(const StudyReadings& data, const StudyOutput& output, const tesk5::ReportFile* file,
             const guide::StudySession* session, const CommandCall& call,
             tesk5::RunContext& context) {
     const StudyResult result(data, output.options);
+    printLines(context, studyReport(result));
     if (file != nullptr) {
         mrl::Json json = studyJson(result);
         if (session != nullptr) {
@@ -78,7 +79,6 @@ void finish(const StudyReadings& data, const StudyOutput& output, const tesk5::R
     if (output.page) {
         output.page->replace(studyPage(result));
     }
-    printLines(context, studyReport(result));
     for (const char* const option : {FILE_OPTION, CSV, PAGE}) {
         if (const std::string path = givenOption(call, option); !path.empty()) {
             printLines(context, {message("COMMAND_WRITTEN", {{"File", path}})});
