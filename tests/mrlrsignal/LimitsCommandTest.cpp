@@ -199,6 +199,24 @@ TEST_F(LimitsCommands, NeverWriteOverWhatTheyRead) {
     EXPECT_EQ(bytesOfFile(good), table(60, -55));
 }
 
+TEST_F(LimitsCommands, ReplaceNothingButEarlierLimits) {
+    const std::string good = fileWith(table(60, -55));
+    for (const char* other :
+         {"[calibration]\nversion = 1\n", "[parameters]\nWarningLevel = -60\nSSID = \"Lab\"\n",
+          "language = \"de\"\n[parameters]\nWarningLevel = -60\n", "parameters = 3\n"}) {
+        const std::string out = fileWith(other);
+        EXPECT_THAT(refusal({{"--from", good}, {"--out", out}}),
+                    HasSubstr("has other settings than limits"));
+        EXPECT_EQ(bytesOfFile(out), other);
+    }
+    EXPECT_THAT(refusal({{"--from", good}, {"--out", fileWith("unit,level\n")}}),
+                HasSubstr("line 1"));
+    const std::string out = fileWith("");
+    EXPECT_EQ(limits({{"--from", good}, {"--out", out}}), 0);
+    EXPECT_EQ(limits({{"--from", good}, {"--guard-band", "1"}, {"--out", out}}), 0);
+    EXPECT_THAT(bytesOfFile(out), HasSubstr("GuardBand = 1.0"));
+}
+
 TEST_F(LimitsCommands, TakeTheGuardBandFromAStudy) {
     const std::string study =
         fileWith(R"({"studyVersion": 1, "variations": {"gauge": {"deviation": {"value": 0.9}}}})");

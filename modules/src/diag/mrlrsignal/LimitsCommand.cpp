@@ -13,9 +13,14 @@
 #include <tesk5/ReportFile.h>
 #include <tesk5/RunContext.h>
 #include <tesk5/Texts.h>
+#include <tesk5/TomlFile.h>
+
+#include <mrl/Files.h>
+#include <mrl/System.h>
 
 #include <tolerance/Proposal.h>
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 
@@ -153,11 +158,31 @@ std::string setting(const char* parameter, double value) {
     return std::string(parameter) + " = " + Number::rounded(value, 1).text() + "\n";
 }
 
+// The limits of before may be replaced, and what a person or calibrate has written may not.
+void refuseOtherSettings(const std::string& path) {
+    if (path.empty() || mrl::fileKind(mrl::System::path(path)) != mrl::FileKind::ordinary) {
+        return;
+    }
+    const mrl::Json before = tesk5::readTomlFile(path).root;
+    const mrl::Json settings = before.value("parameters", mrl::Json::object());
+    const auto isOwn = [](const auto& setting) {
+        const std::string_view name = setting.key();
+        return name == "WarningLevel" || name == "FailingLevel" || name == "GuardBand" ||
+               name == "Limits";
+    };
+    const auto items = settings.items();
+    if (before.size() > before.count("parameters") ||
+        !std::all_of(items.begin(), items.end(), isOwn)) {
+        throw BadInput{message("LIMITS_FILE_HAS_MORE", {{"File", path}})};
+    }
+}
+
 class LimitsRun {
 public:
     LimitsRun(const CommandCall& call, tesk5::RunContext& context)
         : m_context(context), m_out(givenOption(call, OUT_FILE)) {
         refuseSharedFiles(call, {FROM_OPTION, BAD, STUDY, OUT_FILE});
+        refuseOtherSettings(m_out);
         const std::string from = neededOption(call, FROM_OPTION, "limits");
         m_good = levelsIn(from);
         if (m_good.size() < tolerance::FEWEST_UNITS) {
