@@ -139,7 +139,7 @@ class Broker(Part):
 
     def save(self, client_id):
         """Saves its memory; returns when that has the client's session."""
-        saved = self._folder / "mosquitto.db"
+        saved = self._folder / "antenna.db"
 
         def has_session():
             self.send(signal.SIGUSR1)
