@@ -118,6 +118,16 @@ TEST_F(History, CountsARunThatIsThereAgainOnce) {
     EXPECT_EQ(history.at("repeated"), 3);
 }
 
+TEST_F(History, CountsTwoTimesOfOneIdentifierOnceAtTheFirst) {
+    const std::string line = textOf({"20T10:00", "FAIL", "A"}) + "\n";
+    std::string later = line;
+    later.replace(later.find("20T10:00"), 8, "21T10:00");
+    const ordered_json history = historyOf(fileWith("j.jsonl", later + line));
+    EXPECT_EQ(history.at("repeated"), 1);
+    ASSERT_EQ(history.at("days").size(), 1U);
+    EXPECT_EQ(history["days"][0]["day"], "2026-11-20");
+}
+
 TEST_F(History, TakesTheRunsThatAreAskedFor) {
     const std::string path = journal({{"19T10:00", "FAIL", "A", "L1"},
                                       {"20T10:00", "PASS", "a", "l1"},
@@ -264,6 +274,8 @@ TEST_F(History, WritesAPageOnWhichNamesFromOutsideAreText) {
     EXPECT_THAT(page, HasSubstr("&lt;/bdi&gt;&lt;i&gt;"));
     EXPECT_THAT(page, HasSubstr("<path class=\"curve\" d=\"M"));
     EXPECT_THAT(page, HasSubstr("Failing below"));
+    EXPECT_THAT(page, HasSubstr("<time dir=\"ltr\">2026-11-20</time></th>"))
+        << "a day is not broken at its hyphens";
     EXPECT_THAT(page, HasSubstr(">2</text>"));
     EXPECT_THAT(page, Not(HasSubstr(".5</text>"))) << "there is no reading between two";
     EXPECT_THAT(page, Not(HasSubstr("<b>A")));

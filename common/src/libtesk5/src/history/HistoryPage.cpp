@@ -26,13 +26,16 @@ Json yieldJson(const Yield& yield) {
             {"results", resultsText(yield)}};
 }
 
+// `member`: whether the rows have a "name" or a "day".
 template <typename NameOf>
-Json tableJson(const char* caption, const std::vector<HistoryRow>& rows, NameOf nameOf) {
-    return {{"caption", message(caption)}, {"rows", listOf(rows, [&nameOf](const HistoryRow& row) {
-                                                Json json = yieldJson(row.yield);
-                                                json["name"] = nameOf(row);
-                                                return json;
-                                            })}};
+Json tableJson(const char* caption, const char* member, const std::vector<HistoryRow>& rows,
+               NameOf nameOf) {
+    return {{"caption", message(caption)},
+            {"rows", listOf(rows, [member, &nameOf](const HistoryRow& row) {
+                 Json json = yieldJson(row.yield);
+                 json[member] = nameOf(row);
+                 return json;
+             })}};
 }
 
 Json readingJson(const HistoryLevel& level, std::size_t number) {
@@ -99,13 +102,13 @@ std::string historyPage(const HistorySummary& summary, const JournalRemains& rem
     page["tables"] = Json::array();
     if (any) {
         page["tables"].push_back(
-            tableJson("HISTORY_STATION", summary.stations,
+            tableJson("HISTORY_STATION", "name", summary.stations,
                       [](const HistoryRow& row) { return stationName(row.name); }));
         page["tables"].push_back(
-            tableJson("HISTORY_LIMITS", summary.limits,
+            tableJson("HISTORY_LIMITS", "name", summary.limits,
                       [](const HistoryRow& row) { return limitsName(row.limits); }));
-        page["tables"].push_back(
-            tableJson("HISTORY_DAY", summary.days, [](const HistoryRow& row) { return row.name; }));
+        page["tables"].push_back(tableJson("HISTORY_DAY", "day", summary.days,
+                                           [](const HistoryRow& row) { return row.name; }));
     }
     page["levels"] = listOf(summary.levels, &levelsJson);
     return pageOf(message("HISTORY_TITLE"), historyTemplate(), page,

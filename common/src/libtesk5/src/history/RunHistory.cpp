@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string_view>
 #include <tuple>
+#include <unordered_set>
 #include <utility>
 
 namespace tesk5 {
@@ -149,10 +151,11 @@ RunHistory::Order RunHistory::inOrder() const {
     };
     std::stable_sort(order.begin(), order.end(),
                      [&key](std::uint32_t a, std::uint32_t b) { return key(a) < key(b); });
-    const auto repeated = [this, &key](std::uint32_t a, std::uint32_t b) {
-        return !m_runs[a].identifier.empty() && key(a) == key(b);
-    };
-    order.erase(std::unique(order.begin(), order.end(), repeated), order.end());
+    std::unordered_set<std::string_view> known;
+    std::erase_if(order, [this, &known](std::uint32_t place) {
+        const std::string& identifier = m_runs[place].identifier;
+        return !identifier.empty() && !known.insert(identifier).second;
+    });
     return order;
 }
 
