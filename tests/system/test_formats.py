@@ -144,7 +144,8 @@ class Formats(ProgramTest):
         self.assertEqual(run.exit, WRONG_USAGE)
         self.assertEqual(run.out, "")
         self.assertEqual(run.err, "mrlrantenna: --wsjf needs the tags part and process; give each "
-                                  "with --tag, for example --tag part=VALUE\n")
+                                  "with --tag, for example --tag part=VALUE; a replay has "
+                                  "the tags of the captured run\n")
 
 
 if __name__ == "__main__":

@@ -421,8 +421,9 @@ TEST_F(Formats, NameTheTagsThatWsjfNeedsBeforeAnythingRuns) {
     EXPECT_EQ(errors(),
               "example: --wsjf needs the tags part, revision, station, operator, process, "
               "location and purpose; give each with --tag, for example --tag "
-              "part=VALUE\n");
+              "part=VALUE; a replay has the tags of the captured run\n");
     EXPECT_THAT(filesThere(), Not(testing::Contains("w.json")));
+    EXPECT_EQ(start({"run", "--check", "--wsjf", file("w.json"), "--tag", "serial=A1"}), 64);
     const auto refusalOf = [this](const std::string& tag) {
         forgetOutput();
         std::vector<std::string> arguments = {"run", "--wsjf", file("w.json")};
@@ -441,6 +442,19 @@ TEST_F(Formats, NameTheTagsThatWsjfNeedsBeforeAnythingRuns) {
     EXPECT_THAT(refusalOf("process=32768"), HasSubstr("a whole number from 0 to 32767"));
     EXPECT_THAT(refusalOf("serial=" + std::string(101, '1')),
                 HasSubstr("the tag serial is longer than the 100 characters"));
+}
+
+TEST_F(Formats, NameTheTagsThatNoPersonIsAskedForBeforeOneIsAsked) {
+    registerTest("LevelTest", TestResult::PASS());
+    std::vector<std::string> arguments = {"run",          "--check", "--wsjf",       file("w.json"),
+                                          "--tag-prompt", "serial",  "--tag-prompt", "process"};
+    for (const char* name : {"revision", "station", "operator", "location", "purpose"}) {
+        arguments.insert(arguments.end(), {"--tag", std::string(name) + "=X"});
+    }
+    EXPECT_EQ(start(arguments), 64);
+    EXPECT_THAT(errors(), testing::StartsWith("example: --wsjf needs the tags part;"));
+    arguments.insert(arguments.end(), {"--tag", "part=X"});
+    EXPECT_EQ(start(arguments), 0) << "the others will be asked for";
 }
 
 TEST_F(Formats, OfSeveralRunsHaveFilesOfTheirOwn) {

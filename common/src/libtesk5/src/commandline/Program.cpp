@@ -262,7 +262,17 @@ CommandLine wholeLine(const CommandLine& given, const Registry& registry) {
     return line;
 }
 
-// Names of reports that can never be filled in are refused before a person is asked anything.
+// Some reports need to know more of a run than others.
+void refuseWithoutName(const CommandLine& line, const RunIdentity& identity) {
+    for (const RequestedReport& report : line.reports) {
+        if (report.kind->refuse != nullptr) {
+            report.kind->refuse(identity);
+        }
+    }
+}
+
+// Names of reports that can never be filled in, and reports that miss a tag that is not asked
+// for, are refused before a person is asked anything.
 void refuseWrongNames(const CommandLine& line, const RunIdentity& identity) {
     RunIdentity expected = identity;
     for (const std::vector<std::string>& names = line.tags.prompted;
@@ -275,6 +285,7 @@ void refuseWrongNames(const CommandLine& line, const RunIdentity& identity) {
     if (line.ocpFile) {
         isNamedAnew(*line.ocpFile, namePartsOf(expected));
     }
+    refuseWithoutName(line, expected);
 }
 
 // The command line with the names that its reports will have, but for the result.
@@ -303,15 +314,6 @@ RunIdentity identityFor(const std::vector<const Test*>& tests, const CommandLine
     identity.limits = limitsInForce(tests, line.settings);
     identity.calibration = calibrationInForce(tests, line.settings);
     return identity;
-}
-
-// Some reports need to know more of a run than others.
-void refuseWithoutName(const CommandLine& line, const RunIdentity& identity) {
-    for (const RequestedReport& report : line.reports) {
-        if (report.kind->refuse != nullptr) {
-            report.kind->refuse(identity);
-        }
-    }
 }
 
 int run(const CommandLine& given, CommandCapture& capture, RunContext& context) {

@@ -14,6 +14,7 @@ struct ReportKind {
     std::string (*text)(const RunRecord& run) = nullptr;
     bool showsLog = false; ///< whether it needs RunRecord::log
     /// Throws BadInput for a run that the report cannot name; null when it can name every run.
+    /// A tag without a value is one that a person will be asked for.
     void (*refuse)(const RunIdentity& identity) = nullptr;
 };
 

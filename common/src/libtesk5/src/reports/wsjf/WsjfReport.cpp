@@ -312,8 +312,9 @@ void refuseWithoutWsjfTags(const RunIdentity& identity) {
                         {{"Tag", tag.name}, {"Most", std::to_string(wsjf::LONGEST_TEXT)}})};
         }
     }
-    if (!processCode(identity)) {
-        throw BadInput{message("INPUT_WSJF_PROCESS", {{"Value", *identity.tag(PROCESS)}})};
+    const std::string& process = *identity.tag(PROCESS);
+    if (!process.empty() && !processCode(identity)) {
+        throw BadInput{message("INPUT_WSJF_PROCESS", {{"Value", process}})};
     }
 }
 
