@@ -1,5 +1,5 @@
 // The verdicts on receive chains, which Linux alone tells.
-#include "AntennaChainTest.h"
+#include <levels/AntennaChainTest.h>
 
 #include "SignalTest.h"
 
@@ -135,12 +135,12 @@ TEST_F(AntennaChains, OfTheStrongerOfTwoRadiosCount) {
     twins.bss->push_back(radioAt(-52, 1));
     twins.bss->back().chains = {0, -1};
     startRadio({twins});
-    EXPECT_EQ(AntennaChainTest(device()), TestResult::FAIL());
+    EXPECT_EQ(levels::AntennaChainTest(device()), TestResult::FAIL());
 }
 
 TEST_F(AntennaChains, CannotRunForTheReasonsOfALevel) {
     startRadio(std::vector<AccessPoint>{});
-    EXPECT_EQ(AntennaChainTest(device()), TestResult::CANNOTRUN());
+    EXPECT_EQ(levels::AntennaChainTest(device()), TestResult::CANNOTRUN());
     EXPECT_THAT(raisedKeys(), ElementsAre("NO_LEVEL_NOT_SEEN"));
 }
 

@@ -1,7 +1,7 @@
 // The guided study through the real framework, on the simulated radio, with a person who types.
 #include "SignalProgramTest.h"
 
-#include <guide/FileLock.h>
+#include <study/FileLock.h>
 
 #include <support/TemporaryFolder.h>
 
@@ -156,15 +156,15 @@ TEST_F(GuidedStudies, GoOnOnceThereIsRoomAgain) {
 
 TEST_F(GuidedStudies, LeaveTheFileToTheProcessThatHasItFirst) {
     {
-        const guide::FileLock other(file());
+        const study::FileLock other(file());
         ASSERT_TRUE(other.isHeld());
-        EXPECT_FALSE(guide::FileLock(file()).isHeld());
+        EXPECT_FALSE(study::FileLock(file()).isHeld());
         EXPECT_EQ(smallStudy(), WRONG_USAGE);
         EXPECT_THAT(errors(), HasSubstr("is open in another window"));
     }
-    person().types("q", [this] { EXPECT_FALSE(guide::FileLock(file()).isHeld()); });
+    person().types("q", [this] { EXPECT_FALSE(study::FileLock(file()).isHeld()); });
     EXPECT_EQ(smallStudy(), TestResult::USERABORTED().value());
-    EXPECT_TRUE(guide::FileLock(file()).isHeld());
+    EXPECT_TRUE(study::FileLock(file()).isHeld());
     EXPECT_FALSE(std::filesystem::exists(mrl::System::path(file("bench.study.json.lock"))));
 }
 

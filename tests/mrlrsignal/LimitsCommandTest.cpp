@@ -1,8 +1,8 @@
 // The limits that a configuration file gets, and the tables that are refused.
-#include "LimitsCommand.h"
+#include <limits/LimitsCommand.h>
 
-#include "LimitsId.h"
-#include "ModuleObjects.h"
+#include <levels/LimitsId.h>
+#include <levels/ModuleObjects.h>
 
 #include "FixedRandom.h"
 #include "MeasurementCommand.h"
@@ -36,8 +36,10 @@ protected:
         static const bool initialized = (initializeSignalModule(), true);
         EXPECT_TRUE(initialized);
     }
-    int limits(const Options& options) { return call(limitsCommand(), options); }
-    std::string refusal(const Options& options) { return refusalOf(limitsCommand(), options); }
+    int limits(const Options& options) { return call(limits::limitsCommand(), options); }
+    std::string refusal(const Options& options) {
+        return refusalOf(limits::limitsCommand(), options);
+    }
 };
 
 TEST_F(LimitsCommands, WriteAConfigurationFileThatTellsWhereItsNumbersComeFrom) {
@@ -94,16 +96,17 @@ TEST_F(LimitsCommands, RefuseANameThatReportsCouldNotCarry) {
 
 TEST(LimitsIds, BelongToTheirLimitsAlone) {
     const statistics::LevelLimits limits{.warning = -60.2, .failing = -61.2, .guardBand = 0.5};
-    const std::string id = limitsId("Lab", 3, limits);
-    EXPECT_TRUE(isIdOf(id, limits));
-    EXPECT_FALSE(isIdOf(id, {.warning = -60.3, .failing = -61.2, .guardBand = 0.5}));
-    EXPECT_FALSE(isIdOf(id, {.warning = -60.2, .failing = std::nullopt, .guardBand = 0.5}));
-    EXPECT_FALSE(isIdOf(id, {.warning = -60.2, .failing = -61.2, .guardBand = 0.6}));
-    EXPECT_FALSE(isIdOf("Lab 4" + id.substr(5), limits));
-    EXPECT_FALSE(isIdOf("", limits));
-    EXPECT_FALSE(isIdOf("Lab", limits));
+    const std::string id = levels::limitsId("Lab", 3, limits);
+    EXPECT_TRUE(levels::isIdOf(id, limits));
+    EXPECT_FALSE(levels::isIdOf(id, {.warning = -60.3, .failing = -61.2, .guardBand = 0.5}));
+    EXPECT_FALSE(levels::isIdOf(id, {.warning = -60.2, .failing = std::nullopt, .guardBand = 0.5}));
+    EXPECT_FALSE(levels::isIdOf(id, {.warning = -60.2, .failing = -61.2, .guardBand = 0.6}));
+    EXPECT_FALSE(levels::isIdOf("Lab 4" + id.substr(5), limits));
+    EXPECT_FALSE(levels::isIdOf("", limits));
+    EXPECT_FALSE(levels::isIdOf("Lab", limits));
     // Sums of tenths are not exact in binary.
-    EXPECT_TRUE(isIdOf(id, {.warning = -60.2, .failing = -60.2 - 1, .guardBand = 0.1 + 0.4}));
+    EXPECT_TRUE(
+        levels::isIdOf(id, {.warning = -60.2, .failing = -60.2 - 1, .guardBand = 0.1 + 0.4}));
 }
 
 TEST_F(LimitsCommands, WithoutAFileOnlyShowThem) {

@@ -1,7 +1,7 @@
 // The command networks through the real framework, on the simulated radio.
-#include "ModuleObjects.h"
 #include "SignalProgramTest.h"
-#include "TargetParameters.h"
+#include <levels/ModuleObjects.h>
+#include <levels/TargetParameters.h>
 
 #include <networks/Listing.h>
 #include <readings/ScanRequest.h>
@@ -218,7 +218,7 @@ TEST_F(Networks, RefusesAnAddressThatIsNone) {
 class NetworkListings : public ModuleTest {
 protected:
     networks::Listing look() {
-        return networks::listNetworks(interfaceOf(device()), {}, [this] {
+        return networks::listNetworks(levels::interfaceOf(device()), {}, [this] {
             radio().settle();
             return m_stopAt && clock().now() >= *m_stopAt;
         });

@@ -1,8 +1,8 @@
 // The verdicts of the level test, through the real framework, on the simulated radio.
-#include "SignalLevelTest.h"
+#include <levels/SignalLevelTest.h>
 
-#include "LimitsId.h"
 #include "SignalTest.h"
+#include <levels/LimitsId.h>
 
 #include <map>
 
@@ -21,12 +21,12 @@ protected:
     TestResult verdictAt(const Level& level, const Settings& settings) {
         startRadio({AccessPoint{.ssid = "Lab", .bss = {{radioAt(level)}}}});
         give(settings);
-        return SignalLevelTest(device());
+        return levels::SignalLevelTest(device());
     }
 
     std::vector<std::string> findings(bool complete = true) {
         std::vector<std::string> keys;
-        for (const tesk5::Finding& finding : checkLevelParameters(complete)) {
+        for (const tesk5::Finding& finding : levels::checkLevelParameters(complete)) {
             EXPECT_FALSE(finding.good);
             keys.push_back(finding.key.utf8());
         }
@@ -120,7 +120,7 @@ TEST_F(SignalLevelVerdicts, CannotRunWithTheReason) {
     };
     for (const auto& [accessPoints, event] : scenes) {
         startRadio(accessPoints);
-        EXPECT_EQ(SignalLevelTest(device()), TestResult::CANNOTRUN()) << event;
+        EXPECT_EQ(levels::SignalLevelTest(device()), TestResult::CANNOTRUN()) << event;
         ASSERT_FALSE(raised().empty());
         EXPECT_EQ(raisedKeys().back(), event);
     }
@@ -130,7 +130,7 @@ TEST_F(SignalLevelVerdicts, CannotRunWithTheReason) {
 TEST_F(SignalLevelVerdicts, CannotRunWithTheRadioOffAndAskForAdvice) {
     give({{parameters::failingLevel, "-70"}});
     startRadio(radiosim::Scenario{.interfaces = {{.phys = {{.software = 2}}}}});
-    EXPECT_EQ(SignalLevelTest(device()), TestResult::CANNOTRUN());
+    EXPECT_EQ(levels::SignalLevelTest(device()), TestResult::CANNOTRUN());
     EXPECT_THAT(raisedKeys(), ElementsAre("NO_LEVEL_RADIO_OFF"));
     EXPECT_TRUE(adviceRequested());
 }
@@ -146,7 +146,7 @@ TEST_F(SignalLevelVerdicts, ReadWithTheUnitsOfTheirNumbers) {
 TEST_F(SignalLevelVerdicts, NameTheCandidatesOfAName) {
     give({{parameters::failingLevel, "-70"}});
     startRadio({AccessPoint{.ssid = "Lab", .bss = {{radioAt(-50), radioAt(-65, 1)}}}});
-    SignalLevelTest(device());
+    levels::SignalLevelTest(device());
     EXPECT_THAT(raisedLines().back(), testing::HasSubstr("02:00:00:00:01:00, 2437 MHz, -50.0 dBm; "
                                                          "02:00:00:00:01:01, 2437 MHz, -65.0 dBm"));
 }
@@ -156,19 +156,19 @@ TEST_F(SignalLevelVerdicts, FollowAnAddressAndABand) {
           {parameters::bssid, "02-00-00-00-01-01"},
           {parameters::failingLevel, "-70"}});
     startRadio({AccessPoint{.ssid = "Lab", .bss = {{radioAt(-50), radioAt(-85, 1)}}}});
-    EXPECT_EQ(SignalLevelTest(device()), TestResult::FAIL());
+    EXPECT_EQ(levels::SignalLevelTest(device()), TestResult::FAIL());
     give({{parameters::bssid, ""}, {parameters::ssid, "Lab"}, {parameters::band, "5"}});
     Bss five = radioAt(-50, 1);
     five.channel = 36;
     startRadio({AccessPoint{.ssid = "Lab", .bss = {{radioAt(-85), five}}}});
-    EXPECT_EQ(SignalLevelTest(device()), TestResult::PASS());
+    EXPECT_EQ(levels::SignalLevelTest(device()), TestResult::PASS());
 }
 
 TEST_F(SignalLevelVerdicts, FindANameByItsBytesAndByItsText) {
     give({{parameters::failingLevel, "-70"}});
     const auto shows = [this](const char* name) {
         startRadio({AccessPoint{.ssid = name, .bss = {{radioAt(-50)}}}});
-        return SignalLevelTest(device());
+        return levels::SignalLevelTest(device());
     };
     give({{parameters::ssid, "B\xC3\xBCro"}});
     EXPECT_EQ(shows("B\xC3\xBCro"), TestResult::PASS());
@@ -201,7 +201,8 @@ TEST_F(SignalLevelVerdicts, RefuseParametersThatDoNotGoTogether) {
 }
 
 TEST_F(SignalLevelVerdicts, RefuseLimitsThatAreNotThoseOfTheirIdentifier) {
-    const std::string id = limitsId("Lab", 1, {.warning = -60, .failing = -70, .guardBand = 2});
+    const std::string id =
+        levels::limitsId("Lab", 1, {.warning = -60, .failing = -70, .guardBand = 2});
     give({{parameters::warningLevel, "-60.0"},
           {parameters::failingLevel, "-70"},
           {parameters::guardBand, "2"},

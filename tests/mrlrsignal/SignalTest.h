@@ -1,7 +1,7 @@
 // The module's tests on the simulated radio, with "Lab" as their target and 8 s to measure it.
 #pragma once
 
-#include "ModuleObjects.h"
+#include <levels/ModuleObjects.h>
 
 #include <mrlrantenna/ModuleTest.h>
 

@@ -1,5 +1,5 @@
 // A study from a table: what people read, what programs read, and what is refused.
-#include "StudyCommand.h"
+#include <study/StudyCommand.h>
 
 #include "MeasurementCommand.h"
 #include "TextbookStudy.h"
@@ -33,9 +33,9 @@ std::string textbookTable() {
 
 class StudyCommands : public MeasurementCommand {
 protected:
-    int study(const Options& options) { return call(studyCommand(), options); }
+    int study(const Options& options) { return call(study::studyCommand(), options); }
     std::string refusal(std::string_view table) {
-        return refusalOf(studyCommand(), {{"--from", fileWith(table)}});
+        return refusalOf(study::studyCommand(), {{"--from", fileWith(table)}});
     }
 };
 
@@ -181,11 +181,12 @@ TEST_F(StudyCommands, NeverWriteOverWhatTheyReadOrWrote) {
     const std::string from = fileWith(textbookTable());
     const std::string out = outputFile("bench");
     for (const char* option : {"--file", "--csv", "--page"}) {
-        EXPECT_THAT(refusalOf(studyCommand(), {{"--from", from}, {option, from}}),
+        EXPECT_THAT(refusalOf(study::studyCommand(), {{"--from", from}, {option, from}}),
                     HasSubstr(std::string(option) + " and --from both name"));
     }
-    EXPECT_THAT(refusalOf(studyCommand(), {{"--from", from}, {"--page", out}, {"--csv", out}}),
-                HasSubstr("both name"));
+    EXPECT_THAT(
+        refusalOf(study::studyCommand(), {{"--from", from}, {"--page", out}, {"--csv", out}}),
+        HasSubstr("both name"));
     EXPECT_EQ(bytesOfFile(from), textbookTable());
 }
 
@@ -201,13 +202,13 @@ TEST_F(StudyCommands, RefuseStudiesWithMissingCells) {
 TEST_F(StudyCommands, RefuseWhatIsNoTable) {
     EXPECT_THAT(refusal("part,operator,level\n1,A,good\n"), HasSubstr("line 2, column 5"));
     EXPECT_THAT(refusal("operator,level\nA,-50\n"), HasSubstr("has no column \"part\""));
-    EXPECT_THAT(refusalOf(studyCommand(), {}), HasSubstr("study --from"));
-    EXPECT_THAT(
-        refusalOf(studyCommand(), {{"--from", fileWith(textbookTable())}, {"--tolerance", "wide"}}),
-        HasSubstr("is not a tolerance"));
-    EXPECT_THAT(
-        refusalOf(studyCommand(), {{"--from", fileWith(textbookTable())}, {"--tolerance", "0"}}),
-        HasSubstr("\"0\" is not a tolerance"));
+    EXPECT_THAT(refusalOf(study::studyCommand(), {}), HasSubstr("study --from"));
+    EXPECT_THAT(refusalOf(study::studyCommand(),
+                          {{"--from", fileWith(textbookTable())}, {"--tolerance", "wide"}}),
+                HasSubstr("is not a tolerance"));
+    EXPECT_THAT(refusalOf(study::studyCommand(),
+                          {{"--from", fileWith(textbookTable())}, {"--tolerance", "0"}}),
+                HasSubstr("\"0\" is not a tolerance"));
     EXPECT_THAT(refusal("part,operator,level\n1,J\xF6rg,-50\n"),
                 HasSubstr("line 2, column 4: these bytes are not UTF-8"));
     EXPECT_THAT(refusal("part,operator,Operator,level\n1,A,B,-50\n"),
@@ -264,11 +265,11 @@ TEST_F(StudyCommands, OfOnePartWarnOfReadingsThatAreNoIndependentOnes) {
 
 TEST_F(StudyCommands, OfOnePartRefuseTooFewReadingsAndAReferenceThatIsNone) {
     const std::string few = fileWith("level\n-50\n-51\n");
-    EXPECT_THAT(
-        refusalOf(studyCommand(), {{"--type1", "true"}, {"--reference", "-50"}, {"--from", few}}),
-        HasSubstr("at least 25 readings"));
+    EXPECT_THAT(refusalOf(study::studyCommand(),
+                          {{"--type1", "true"}, {"--reference", "-50"}, {"--from", few}}),
+                HasSubstr("at least 25 readings"));
     for (const char* wrong : {"", "50", "-130", "x"}) {
-        EXPECT_THAT(refusalOf(studyCommand(),
+        EXPECT_THAT(refusalOf(study::studyCommand(),
                               {{"--type1", "true"}, {"--reference", wrong}, {"--from", few}}),
                     HasSubstr("--reference=-50"))
             << wrong;

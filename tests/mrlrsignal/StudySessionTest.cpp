@@ -1,14 +1,14 @@
 // The order of a guided study, and its file.
 #include "FixedRandom.h"
 
-#include <guide/StudySession.h>
+#include <study/StudySession.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <set>
 
-namespace guide {
+namespace study {
 namespace {
 
 const gauge::Design DESIGN{.parts = 4, .operators = 2, .trials = 3};
@@ -150,4 +150,4 @@ TEST(StudySessions, RefuseFilesThatNoSessionWrote) {
 }
 
 } // namespace
-} // namespace guide
+} // namespace study

@@ -95,6 +95,20 @@ ROOMS = {
     "commandline": {"model", "texts", "devices", "run", "reports", "console", "history"},
 }
 
+# The same of the module of levels; its own folder is the program.
+SIGNAL_ROOMS = {
+    "records": set(),
+    "tables": set(),
+    "options": set(),
+    "levels": set(),
+    "networks": {"levels", "records"},
+    "watch": {"levels", "records"},
+    "study": {"levels", "options", "tables"},
+    "limits": {"levels", "options", "tables", "study"},
+    "calibrate": {"levels", "options"},
+    "program": {"levels", "records", "networks", "watch", "study", "limits", "calibrate"},
+}
+
 # Headers recognised by name, so that a dependency is found before the header exists.
 NAMES = (
     (re.compile(r"mrl/"), "mrl"),
@@ -131,7 +145,7 @@ WIN32_PLACES = re.compile(
     # Console events; what the system and the firmware say of the PC.
     r"|common/src/libtesk5/src/run/(InterruptWatch|PcIdentity)Win32\.cpp"
     # The console's keys, screen and sound; a file that one process at a time may open.
-    r"|modules/src/diag/mrlrsignal/(guide/FileLock|watch/(Beeper|Terminal))Win32\.cpp"
+    r"|modules/src/diag/mrlrsignal/(study/FileLock|watch/(Beeper|Terminal))Win32\.cpp"
     r"|tools/radiosim/dll/.*|tools/dialogprobe/.*)$")
 
 # Headers, what they are called, and the places that may include them.
@@ -194,6 +208,19 @@ def room_of(root, path):
     return next((source.parent.name for source in sources), "model")
 
 
+def signal_offence(path, target_path, header):
+    """What is wrong with one file of the module of levels including another, or None."""
+    def room_of_signal(file):
+        inside = file.removeprefix(f"{SIGNAL}/").split("/")
+        return inside[0] if len(inside) > 1 else "program"
+    room, target = room_of_signal(path), room_of_signal(target_path)
+    if room not in SIGNAL_ROOMS:
+        return f"{path} lies in no room of mrlrsignal"
+    if target != room and target not in SIGNAL_ROOMS[room]:
+        return f"mrlrsignal's {room} must not include its {target} ({header})"
+    return None
+
+
 def room_offence(root, path, target_path, header):
     """What is wrong with one file of the framework including another, or None."""
     room, target = room_of(root, path), room_of(root, target_path)
@@ -233,8 +260,11 @@ def offence(root, source, header, quoted):
     target, target_path = target_of(root, source, component, header, quoted)
     if target is not None:
         if target == component:
-            return room_offence(root, path, target_path, header) \
-                if target == "tesk5" and target_path else None
+            if target == "tesk5" and target_path:
+                return room_offence(root, path, target_path, header)
+            if path.startswith(f"{SIGNAL}/") and target == "module" and target_path:
+                return signal_offence(path, target_path, header)
+            return None
         if target not in ARROWS[component]:
             return f"{component} must not include {target} ({header})"
         if target_path and any(target_path.startswith(f"{r}/src/") for r in COMPONENTS[target][1]):

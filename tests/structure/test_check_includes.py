@@ -118,7 +118,8 @@ class Rooms(Tree):
         "run": "model texts devices",
         "reports": "model texts devices run",
         "console": "model texts devices run",
-        "commandline": "model texts devices run reports console",
+        "history": "model texts run reports",
+        "commandline": "model texts devices run reports console history",
     }
 
     def setUp(self):
@@ -148,6 +149,42 @@ class Rooms(Tree):
     def test_a_file_in_no_room_is_refused(self):
         for path in (f"{TESK5}/src/A.cpp", f"{TESK5}/src/attic/A.cpp"):
             self.assert_offence(path, '"model/Model.h"', f"{path} lies in no room of tesk5")
+
+
+class RoomsOfTheSecondModule(Tree):
+    # Each room of the module of levels, and the rooms whose headers it may include.
+    ROOMS = {
+        "records": "", "tables": "", "options": "", "levels": "",
+        "networks": "levels records",
+        "watch": "levels records",
+        "study": "levels options tables",
+        "limits": "levels options tables study",
+        "calibrate": "levels options",
+    }
+
+    def setUp(self):
+        super().setUp()
+        for room in self.ROOMS:
+            self.file(f"{SIGNAL}/{room}/A.h")
+        self.file(f"{SIGNAL}/Program.h")
+
+    def test_every_arrow_passes_and_every_other_is_refused(self):
+        for room, allowed in self.ROOMS.items():
+            for target in self.ROOMS:
+                self.assert_offence(
+                    f"{SIGNAL}/{room}/B.cpp", f"{target}/A.h",
+                    None if target == room or target in allowed.split() else
+                    f"mrlrsignal's {room} must not include its {target} ({target}/A.h)")
+            self.assert_offence(f"{SIGNAL}/{room}/B.cpp", "Program.h",
+                                f"mrlrsignal's {room} must not include its program (Program.h)")
+
+    def test_the_program_has_all_commands(self):
+        self.assert_passes(f"{SIGNAL}/Commands.cpp", "levels/A.h", "records/A.h", "networks/A.h",
+                           "watch/A.h", "study/A.h", "limits/A.h", "calibrate/A.h", "Program.h")
+
+    def test_a_file_in_no_room_is_refused(self):
+        self.assert_offence(f"{SIGNAL}/attic/A.cpp", "records/A.h",
+                            f"{SIGNAL}/attic/A.cpp lies in no room of mrlrsignal")
 
 
 class Places(Tree):

@@ -169,7 +169,7 @@ class Signal(Executables, unittest.TestCase):
     path = SIGNAL
 
     def test_names_its_sources_as_the_repository_does(self):
-        self.assert_names_its_source("modules/src/diag/mrlrsignal/SignalLevelTest.cpp")
+        self.assert_names_its_source("modules/src/diag/mrlrsignal/levels/SignalLevelTest.cpp")
 
 
 if __name__ == "__main__":

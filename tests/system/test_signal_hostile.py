@@ -148,7 +148,7 @@ class Pages(SignalTest):
                     self.assertIn(number, rows[name][0])
 
     def test_name_every_event(self):
-        objects = (ROOT / "modules/src/diag/mrlrsignal/ModuleObjects.h").read_text(encoding="utf-8")
+        objects = (ROOT / "modules/src/diag/mrlrsignal/levels/ModuleObjects.h").read_text(encoding="utf-8")
         keys = re.findall(r'EVENT\(\w+, "(\w+)"\)', objects)
         self.assertGreater(len(keys), 10)
         for key in keys:

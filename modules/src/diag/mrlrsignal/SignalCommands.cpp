@@ -1,11 +1,10 @@
 #include "SignalCommands.h"
 
-#include "CalibrateCommand.h"
-#include "LimitsCommand.h"
-#include "StudyCommand.h"
-
+#include <calibrate/CalibrateCommand.h>
+#include <limits/LimitsCommand.h>
 #include <networks/NetworksCommand.h>
 #include <records/FormatOption.h>
+#include <study/StudyCommand.h>
 #include <watch/WatchCommand.h>
 
 namespace {
@@ -26,9 +25,9 @@ std::span<const tesk5::ModuleCommand> signalCommands() {
          .options = {records::formatOption("networks --format csv")},
          .parameters = {"SSID", "BSSID", "Band"},
          .test = LEVEL_TEST},
-        studyCommand(),
-        limitsCommand(),
-        calibrateCommand(),
+        study::studyCommand(),
+        limits::limitsCommand(),
+        calibrate::calibrateCommand(),
     };
     return commands;
 }

@@ -1,13 +1,12 @@
 #include "SignalDoctor.h"
 
-#include "TargetParameters.h"
+#include <levels/TargetParameters.h>
+#include <readings/Query.h>
 
 #include <tesk5/Texts.h>
 
 #include <networkadapters/MachineCheck.h>
 #include <networkadapters/RadioFindings.h>
-
-#include <readings/Query.h>
 
 #include <algorithm>
 #include <map>
@@ -66,7 +65,7 @@ public:
         : m_device(device), m_findings(findings) {}
 
     void run(tesk5::ExaminationDepth depth) {
-        readings::LevelSource source(interfaceOf(m_device), Target{});
+        readings::LevelSource source(levels::interfaceOf(m_device), Target{});
         const auto end = mrl::Clock::current().now() + LISTENING;
         Heard heard;
         for (;;) {
@@ -126,8 +125,8 @@ private:
         if (readings::openClient(client) != ERROR_SUCCESS) {
             return false;
         }
-        const auto state = readings::query<WLAN_RADIO_STATE>(client.get(), interfaceOf(m_device),
-                                                             wlan_intf_opcode_radio_state);
+        const auto state = readings::query<WLAN_RADIO_STATE>(
+            client.get(), levels::interfaceOf(m_device), wlan_intf_opcode_radio_state);
         if (!state) {
             return false;
         }
@@ -143,7 +142,7 @@ private:
             return;
         }
         add("DOCTOR_RADIOS_HEARD", true, {{"Count", heard.size()}, {"Names", namesIn(heard)}});
-        const Target target = targetOfParameters();
+        const Target target = levels::targetOfParameters();
         if (!target.ssid && !target.bssid) {
             return;
         }
@@ -157,7 +156,7 @@ private:
     void addTarget(const std::vector<Reading>& meant, const Heard& heard) {
         if (meant.empty()) {
             add("DOCTOR_TARGET_NOT_HEARD", false,
-                {{"Name", nameOfTarget()}, {"Names", namesIn(heard)}});
+                {{"Name", levels::nameOfTarget()}, {"Names", namesIn(heard)}});
             return;
         }
         std::string candidates;
@@ -169,7 +168,7 @@ private:
         const bool differ =
             static_cast<double>(meant.front().dbm - meant.back().dbm) > readings::SAME_LEVEL;
         add(differ ? "DOCTOR_TARGET_AMBIGUOUS" : "DOCTOR_TARGET_HEARD", !differ,
-            {{"Name", nameOfTarget()}, {"Candidates", candidates}});
+            {{"Name", levels::nameOfTarget()}, {"Candidates", candidates}});
     }
 
     const tesk5::DiagDevice& m_device;

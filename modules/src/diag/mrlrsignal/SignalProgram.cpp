@@ -1,6 +1,6 @@
 #include "SignalProgram.h"
 
-#include "ModuleObjects.h"
+#include <levels/ModuleObjects.h>
 
 #include <mrl/Exception.h>
 #include <mrl/OutputStream.h>

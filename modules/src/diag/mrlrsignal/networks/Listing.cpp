@@ -2,7 +2,6 @@
 
 #include <networks/Devices.h>
 #include <networks/SecurityWords.h>
-
 #include <readings/DriverNumbers.h>
 #include <readings/Query.h>
 #include <readings/ScanRequest.h>

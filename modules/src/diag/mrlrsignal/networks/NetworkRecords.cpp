@@ -1,7 +1,6 @@
 #include <networks/NetworkRecords.h>
 
 #include <networks/NetworkTexts.h>
-
 #include <records/Records.h>
 
 #include <nativewifi/Channels.h>

@@ -1,12 +1,10 @@
 #include <networks/NetworksCommand.h>
 
+#include <levels/TargetParameters.h>
 #include <networks/Listing.h>
 #include <networks/NetworkRecords.h>
 #include <networks/Table.h>
-
 #include <records/FormatOption.h>
-
-#include <TargetParameters.h>
 
 #include <tesk5/ModuleInfo.h>
 #include <tesk5/RunContext.h>
@@ -89,8 +87,9 @@ int run(const tesk5::CommandCall& call, RunContext& context) {
     }
     bool shown = false;
     for (const tesk5::DiagDevice& device : call.devices) {
-        const Listing listing = listNetworks(interfaceOf(device), targetOfParameters(),
-                                             [&context] { return context.stopRequest.raised(); });
+        const Listing listing =
+            listNetworks(levels::interfaceOf(device), levels::targetOfParameters(),
+                         [&context] { return context.stopRequest.raised(); });
         if (listing.interrupted) {
             return TestResult::USERABORTED().value();
         }

@@ -1,9 +1,8 @@
 // Readings as records, without a view: a line a reading, for pipes and files.
 #pragma once
 
-#include <watch/Source.h>
-
 #include <records/Records.h>
+#include <watch/Source.h>
 
 #include <functional>
 #include <optional>

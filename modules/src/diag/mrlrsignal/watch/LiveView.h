@@ -1,11 +1,10 @@
 // The live view in its terminal: looks at the radio, draws, and follows keys until it ends.
 #pragma once
 
+#include <readings/Target.h>
 #include <watch/Terminal.h>
 
 #include <nativewifi/WlanTypes.h>
-
-#include <readings/Target.h>
 
 #include <functional>
 #include <optional>

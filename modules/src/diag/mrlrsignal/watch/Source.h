@@ -1,9 +1,8 @@
 // A source of readings that is asked in its own rhythm, and how it stands.
 #pragma once
 
-#include <watch/Track.h>
-
 #include <readings/ChainSource.h>
+#include <watch/Track.h>
 
 #include <optional>
 

@@ -1,12 +1,10 @@
 #include <watch/WatchCommand.h>
 
-#include "TargetParameters.h"
-
+#include <levels/TargetParameters.h>
+#include <records/FormatOption.h>
 #include <watch/LevelRecords.h>
 #include <watch/LiveView.h>
 #include <watch/Notices.h>
-
-#include <records/FormatOption.h>
 
 #include <tesk5/BadInput.h>
 #include <tesk5/ModuleInfo.h>
@@ -46,7 +44,7 @@ std::optional<records::Format> recordsOf(const CommandCall& call, const RunConte
 }
 
 void refuseBadTarget() {
-    for (const tesk5::Finding& finding : targetFindings(false)) {
+    for (const tesk5::Finding& finding : levels::targetFindings(false)) {
         throw tesk5::BadInput{tesk5::message(finding)};
     }
 }
@@ -76,18 +74,18 @@ int showView(const ViewPlan& plan, RunContext& context) {
 
 int watch(const CommandCall& call, RunContext& context) {
     refuseBadTarget();
-    const readings::Target target = targetOfParameters();
+    const readings::Target target = levels::targetOfParameters();
     const tesk5::DiagDevice& device = call.devices.front();
     const std::optional<Moment> longest = longestOf(call);
     if (const std::optional<records::Format> format = recordsOf(call, context)) {
-        return writeRecordsOf({.interfaceGuid = interfaceOf(device),
+        return writeRecordsOf({.interfaceGuid = levels::interfaceOf(device),
                                .target = target,
                                .longest = longest,
                                .format = *format},
                               context);
     }
     const bool named = target.ssid || target.bssid;
-    return showView({.interfaceGuid = interfaceOf(device),
+    return showView({.interfaceGuid = levels::interfaceOf(device),
                      .adapter = device.name().utf8(),
                      .target = named ? std::optional(target) : std::nullopt,
                      .longest = longest,

@@ -1,0 +1,263 @@
+#include <study/StudyFile.h>
+
+#include <tables/TableFile.h>
+
+#include <tesk5/BadInput.h>
+#include <tesk5/InputFile.h>
+#include <tesk5/Texts.h>
+
+#include <algorithm>
+
+namespace study {
+
+namespace {
+
+using gauge::AnovaRow;
+using gauge::Estimate;
+using mrl::Json;
+using tesk5::BadInput;
+using tesk5::message;
+
+// The place of `name` in the list, at whose end it is added when it is new.
+std::size_t placeOf(const std::string& name, std::vector<std::string>& names) {
+    const auto found = std::find(names.begin(), names.end(), name);
+    const auto place = static_cast<std::size_t>(found - names.begin());
+    if (found == names.end()) {
+        names.push_back(name);
+    }
+    return place;
+}
+
+// One reading of the table.
+struct Record {
+    std::size_t part = 0;
+    std::size_t op = 0;
+    double level = 0;
+};
+
+Json json(const std::optional<double>& number) {
+    return number ? Json(*number) : Json(nullptr);
+}
+
+Json json(const Estimate& estimate) {
+    return {{"value", estimate.value}, {"low", estimate.low}, {"high", estimate.high}};
+}
+
+Json json(const std::optional<Estimate>& estimate) {
+    return estimate ? json(*estimate) : Json(nullptr);
+}
+
+Json json(const AnovaRow& row) {
+    return {{"degreesOfFreedom", row.degrees},
+            {"sumOfSquares", row.sumOfSquares},
+            {"meanSquare", row.meanSquare},
+            {"f", json(row.f)},
+            {"p", json(row.pValue)}};
+}
+
+Json json(const gauge::AnovaTable& table) {
+    return {{"parts", json(table.parts)},
+            {"operators", json(table.operators)},
+            {"interaction", json(table.interaction)},
+            {"repeatability", json(table.repeatability)}};
+}
+
+Json json(const gauge::AverageRange& byHand) {
+    return {{"meanRange", byHand.meanRange},
+            {"operatorRange", byHand.operatorRange},
+            {"partRange", byHand.partRange},
+            {"repeatability", byHand.repeatability},
+            {"reproducibility", byHand.reproducibility},
+            {"gauge", byHand.gauge},
+            {"parts", byHand.parts},
+            {"total", byHand.total}};
+}
+
+Json json(const gauge::Assumptions& assumptions) {
+    return {{"step", assumptions.step},
+            {"differentReadings", assumptions.differentReadings},
+            {"possibleRanges", assumptions.possibleRanges},
+            {"tooFewValues", assumptions.hasTooFewValues()},
+            {"rangeLimit", assumptions.rangeLimit},
+            {"rangesAboveLimit", assumptions.rangesAboveLimit},
+            {"driftPerTrial", assumptions.driftPerTrial},
+            {"driftP", assumptions.driftPValue},
+            {"operatorScatterP", assumptions.operatorScatterPValue},
+            {"partScatterP", assumptions.partScatterPValue}};
+}
+
+Json variationsOf(const gauge::Study& study) {
+    Json all = Json::object();
+    for (std::size_t i = 0; i < gauge::SOURCES; ++i) {
+        const gauge::Variation& variation = study.variations[i];
+        all[sourceName(static_cast<gauge::Source>(i))] = {
+            {"deviation", json(variation.deviation)},
+            {"percentContribution", variation.contribution},
+            {"percentStudyVariation", json(variation.ofStudy)},
+            {"percentTolerance", json(variation.ofTolerance)}};
+    }
+    return all;
+}
+
+Json readingsOf(const StudyReadings& data) {
+    Json all = Json::array();
+    const gauge::Design& design = data.readings.design();
+    for (std::size_t part = 0; part < design.parts; ++part) {
+        for (std::size_t op = 0; op < design.operators; ++op) {
+            all.push_back({{"part", data.parts[part]},
+                           {"operator", data.operators[op]},
+                           {"levels", data.readings.cell(part, op)}});
+        }
+    }
+    return all;
+}
+
+[[noreturn]] void refuseStudy(const std::string& path) {
+    throw BadInput{message("STUDY_FILE_UNUSABLE", {{"File", path}})};
+}
+
+// A field of RFC 4180.
+std::string quoted(const std::string& text) {
+    std::string field = "\"";
+    for (const char c : text) {
+        field += c;
+        if (c == '"') {
+            field += c;
+        }
+    }
+    return field + "\"";
+}
+
+} // namespace
+
+StudyResult::StudyResult(StudyReadings readings, const gauge::StudyOptions& given)
+    : data(std::move(readings)), options(given), study(evaluate(data.readings, options)),
+      byHand(averageAndRange(data.readings)), assumptions(checkAssumptions(data.readings)) {}
+
+std::vector<std::string_view> levelColumns() {
+    return {"level", "value", "dBm", "rssi"};
+}
+
+mrl::Json studyIn(const std::string& path) {
+    const std::string text = tesk5::readInputFile(path, LARGEST_STUDY);
+    try {
+        Json study = mrl::parseJson(text);
+        if (study.is_object() && study.contains("studyVersion") &&
+            study["studyVersion"] == STUDY_VERSION) {
+            return study;
+        }
+    } catch (const mrl::JsonFailure&) {
+        // No study either.
+    }
+    refuseStudy(path);
+}
+
+double gaugeDeviation(const std::string& path) {
+    const Json study = studyIn(path);
+    const Json::json_pointer deviation("/variations/gauge/deviation/value");
+    if (!study.contains(deviation) || !study[deviation].is_number() ||
+        study[deviation].get<double>() < 0) {
+        refuseStudy(path);
+    }
+    return study[deviation].get<double>();
+}
+
+const char* sourceName(gauge::Source source) {
+    constexpr const char* NAMES[] = {
+        "gauge", "repeatability", "reproducibility", "operators", "interaction", "parts", "total"};
+    return NAMES[static_cast<std::size_t>(source)];
+}
+
+const char* ratingName(gauge::Rating rating) {
+    constexpr const char* NAMES[] = {"good", "conditional", "unusable"};
+    return NAMES[static_cast<std::size_t>(rating)];
+}
+
+StudyReadings studyReadings(const std::string& path) {
+    const tables::TableFile file(path);
+    const std::size_t partColumn = file.column({"part", "unit", "serial"});
+    const std::optional<std::size_t> operatorColumn =
+        file.optionalColumn({"operator", "appraiser"});
+    const std::vector<double> levels = file.numbers(file.column(levelColumns()));
+    std::vector<std::string> parts;
+    std::vector<std::string> operators;
+    std::vector<Record> records;
+    records.reserve(levels.size());
+    for (std::size_t row = 0; row < levels.size(); ++row) {
+        records.push_back(
+            {placeOf(file.table().text(row, partColumn), parts),
+             placeOf(operatorColumn ? file.table().text(row, *operatorColumn) : "", operators),
+             levels[row]});
+    }
+    gauge::Design design{.parts = parts.size(), .operators = operators.size(), .trials = 0};
+    std::vector<std::size_t> counts(design.cells());
+    for (const Record& record : records) {
+        ++counts[record.part * design.operators + record.op];
+    }
+    design.trials = *std::max_element(counts.begin(), counts.end());
+    if (design.parts < 2 || design.trials < 2) {
+        throw BadInput{
+            message("STUDY_TOO_SMALL",
+                    {{"File", path}, {"Parts", design.parts}, {"Trials", design.trials}})};
+    }
+    for (std::size_t cell = 0; cell < counts.size(); ++cell) {
+        if (counts[cell] != design.trials) {
+            throw BadInput{
+                message("STUDY_CELL_INCOMPLETE", {{"File", path},
+                                                  {"Part", parts[cell / design.operators]},
+                                                  {"Operator", operators[cell % design.operators]},
+                                                  {"Count", counts[cell]},
+                                                  {"Trials", design.trials}})};
+        }
+    }
+    StudyReadings data{gauge::CrossedReadings(design), std::move(parts), std::move(operators)};
+    // From here on the trials that are still to come.
+    for (const Record& record : records) {
+        std::size_t& left = counts[record.part * design.operators + record.op];
+        data.readings.at(record.part, record.op, design.trials - left) = record.level;
+        --left;
+    }
+    return data;
+}
+
+std::string studyCsv(const StudyReadings& data) {
+    std::string text = "part,operator,trial,level\r\n";
+    const gauge::Design& design = data.readings.design();
+    for (std::size_t part = 0; part < design.parts; ++part) {
+        for (std::size_t op = 0; op < design.operators; ++op) {
+            const auto cell = data.readings.cell(part, op);
+            for (std::size_t trial = 0; trial < design.trials; ++trial) {
+                text += quoted(data.parts[part]) + "," + quoted(data.operators[op]) + "," +
+                        std::to_string(trial + 1) + "," + Json(cell[trial]).dump() + "\r\n";
+            }
+        }
+    }
+    return text;
+}
+
+Json studyJson(const StudyResult& result) {
+    const auto& [data, options, study, byHand, assumptions] = result;
+    const gauge::Design& design = data.readings.design();
+    const std::optional<gauge::Rating> inTolerance = ratingInTolerance(study);
+    return {{"studyVersion", STUDY_VERSION},
+            {"unit", "dBm"},
+            {"design",
+             {{"parts", design.parts}, {"operators", design.operators}, {"trials", design.trials}}},
+            {"confidence", options.confidence},
+            {"tolerance", json(options.tolerance)},
+            {"anova",
+             {{"crossed", json(study.anova.full)},
+              {"used", json(study.anova.used)},
+              {"interactionPooled", study.anova.isPooled}}},
+            {"variations", variationsOf(study)},
+            {"categories",
+             {{"count", study.categories.count}, {"ratio", json(study.categories.ratio)}}},
+            {"rating",
+             {{"inStudy", ratingName(ratingInStudy(study))},
+              {"inTolerance", inTolerance ? Json(ratingName(*inTolerance)) : Json(nullptr)}}},
+            {"averageAndRange", json(byHand)},
+            {"assumptions", json(assumptions)},
+            {"readings", readingsOf(data)}};
+}
+
+} // namespace study
