@@ -92,6 +92,10 @@ TEST_F(CommandsOnDevices, RefuseValuesThatTheirOptionsDoNotTake) {
         {{"tell", "--set", "Other=1"},
          "example: --set Other=1: the command tell has no parameter \"Other\"; its parameters are "
          "\"SSID\"\n"},
+        {{"tell", "--set", "SSD=Lab"},
+         "example: --set SSD=Lab: the command tell has no parameter \"SSD\", the nearest is "
+         "\"SSID\"; "
+         "its parameters are \"SSID\"\n"},
     };
     for (const auto& [arguments, line] : refused) {
         forgetOutput();

@@ -61,7 +61,7 @@ TEST(Firmware, ThatIsDamagedNamesNothing) {
 }
 
 TEST(IdentityTexts, AreCutBetweenCharactersAndFreeOfBlanksAround) {
-    EXPECT_EQ(identityText(std::string_view(" \tA B\n\0", 7)), "A B");
+    EXPECT_EQ(identityText(std::string_view(" \tA B\r\n\0", 8)), "A B");
     EXPECT_EQ(identityText("é"), "é");
     EXPECT_EQ(identityText("\xE9"), "é") << "no UTF-8";
     EXPECT_EQ(identityText("   "), "");
@@ -95,6 +95,23 @@ TEST_F(Reports, NameALinuxPcByItsFiles) {
     tesk5::setFromFiles(file(""), pc);
     EXPECT_EQ(pc.system, "Plain");
     EXPECT_EQ(pc.serial, "S1");
+}
+
+TEST_F(Reports, TakeTheNameOfALinuxSystemFromItsLineInEitherQuotationMarks) {
+    std::filesystem::create_directories(file("etc"));
+    const auto systemIn = [this](const std::string& text) {
+        fileWith("etc/os-release", text);
+        PcIdentity pc;
+        tesk5::setFromFiles(file(""), pc);
+        return pc.system;
+    };
+    EXPECT_EQ(systemIn("PRETTY_NAME='A B'\n"), "A B");
+    EXPECT_EQ(systemIn("PRETTY_NAME=\"A B'\n"), "\"A B'");
+    EXPECT_EQ(systemIn("PRETTY_NAME=\"\n"), "\"");
+    EXPECT_EQ(systemIn("PRETTY_NAME=xAx\n"), "xAx");
+    EXPECT_EQ(systemIn("PRETTY_NAME=\n"), "");
+    EXPECT_EQ(systemIn("PRETTY_NAME\nPRETTY_NAMES=Other\nOTHER_NAME=No\nPRETTY_NAME=Yes\n"), "Yes");
+    EXPECT_EQ(systemIn("PRETTY_NAME"), "");
 }
 #endif
 

@@ -142,7 +142,6 @@ std::vector<ParameterInForce> parametersInForce(const Test& test) {
 
 void runAll(const std::vector<PlannedRun>& runs, RunListener& listener, RunRecord& record,
             RunContext& context) {
-    context.abortRequested = false;
     auto run = runs.begin();
     for (; run != runs.end() && !record.leftBy; ++run) {
         if (context.stopRequest.raised()) {
