@@ -204,6 +204,13 @@ TEST_F(Calibrations, ThatAPersonEndsWriteNothing) {
     }
 }
 
+TEST_F(Calibrations, ShowNamesInTheirFileHarmlessly) {
+    ASSERT_EQ(calibrate(), 0);
+    replaceInFile("unit = \"G-1\"", "unit = \"G\\u001b[2J\\u202e\"");
+    EXPECT_EQ(check(), TestResult::PASS().value());
+    EXPECT_THAT(output(), HasSubstr("with the unit G\\x1B[2J\\u202E, whose level"));
+}
+
 TEST_F(Calibrations, ShowTheOffsetThatTheyCannotWrite) {
     const std::filesystem::path folder = mrl::System::path(file()).parent_path();
     const std::filesystem::path away = folder.string() + "-away";

@@ -228,6 +228,10 @@ TEST_F(LimitsCommands, TakeTheGuardBandFromAStudy) {
     EXPECT_EQ(limits({{"--from", good}, {"--study", study}, {"--out", out}}), 0);
     EXPECT_THAT(bytesOfFile(out), HasSubstr("\nGuardBand = 1.5\n"));
     EXPECT_THAT(bytesOfFile(out), HasSubstr("1.645 times"));
+    const std::string hostile = outputFile("study\u2028SSID");
+    std::filesystem::copy(mrl::System::path(study), mrl::System::path(hostile));
+    EXPECT_EQ(limits({{"--from", good}, {"--study", hostile}, {"--out", out}}), 0);
+    EXPECT_THAT(bytesOfFile(out), HasSubstr("study\\u2028SSID.\n"));
     EXPECT_EQ(limits({{"--from", good}, {"--study", study}, {"--guard-band", "2"}, {"--out", out}}),
               0);
     EXPECT_THAT(bytesOfFile(out), HasSubstr("\nGuardBand = 2.0\n"));

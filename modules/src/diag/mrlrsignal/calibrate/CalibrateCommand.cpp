@@ -77,7 +77,6 @@ readings::Bssid bssidOfCall() {
 
 void say(RunContext& context, const std::string& line) {
     options::printLines(context, {line});
-    context.output.flush();
 }
 
 // The placements that a person makes.

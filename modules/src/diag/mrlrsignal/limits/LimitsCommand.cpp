@@ -17,6 +17,7 @@
 
 #include <mrl/Files.h>
 #include <mrl/System.h>
+#include <mrl/Unicode.h>
 
 #include <algorithm>
 #include <cmath>
@@ -149,7 +150,7 @@ std::vector<std::string> sentencesAbout(const Proposal& proposal, const toleranc
 std::string commented(const std::vector<std::string>& lines) {
     std::string text;
     for (const std::string& line : lines) {
-        text += "# " + line + "\n";
+        text += "# " + mrl::escapeControls(line) + "\n"; // a file name may have a line end in it
     }
     return text;
 }

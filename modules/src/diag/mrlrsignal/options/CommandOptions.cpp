@@ -4,6 +4,7 @@
 
 #include <tesk5/Number.h>
 #include <tesk5/ReportFile.h>
+#include <tesk5/TextLayout.h>
 #include <tesk5/Texts.h>
 
 #include <algorithm>
@@ -74,7 +75,7 @@ std::optional<double> levelOption(const CommandCall& call, const char* name) {
 void printLines(tesk5::RunContext& context, const std::vector<std::string>& lines,
                 const char* indent) {
     for (const std::string& line : lines) {
-        context.output << indent << line << "\n";
+        tesk5::writeLine(context.output, indent + line);
     }
 }
 

@@ -45,7 +45,7 @@ int wholeOption(const tesk5::CommandCall& call, const char* name, int otherwise)
 /// Failure: throws tesk5::BadInput for what is no level
 std::optional<double> levelOption(const tesk5::CommandCall& call, const char* name);
 
-/// Writes lines, each behind `indent`.
+/// Writes lines, each behind `indent`, at once. They may have names in them that come from outside.
 void printLines(tesk5::RunContext& context, const std::vector<std::string>& lines,
                 const char* indent = "");
 

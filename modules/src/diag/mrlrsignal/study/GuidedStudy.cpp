@@ -78,7 +78,6 @@ StudySession sessionIn(const std::string& path, const StudySize& size, const std
 
 void say(RunContext& context, const std::string& line) {
     options::printLines(context, {line});
-    context.output.flush();
 }
 
 // What was typed behind `question`; nothing when no more will be.
