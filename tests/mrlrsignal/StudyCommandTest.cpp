@@ -199,6 +199,20 @@ TEST_F(StudyCommands, RefuseStudiesWithMissingCells) {
     EXPECT_THAT(refusal("part,level\n1,-50\n2,-51\n"), HasSubstr("2 trials"));
 }
 
+TEST_F(StudyCommands, RefuseTablesThatWouldTakeTheMemory) {
+    std::string crossed = "part,operator,level\n0,0,-50\n";
+    std::string one = "level\n";
+    for (int row = 0; row < 100'000; ++row) {
+        const std::string number = std::to_string(row);
+        crossed.append(number).append(",").append(number).append(",-50\n");
+        one += "-50\n";
+    }
+    EXPECT_THAT(refusal(crossed), HasSubstr("readings of part \"0\" by operator \"1\": 0"));
+    EXPECT_THAT(refusalOf(study::studyCommand(),
+                          {{"--type1", "true"}, {"--reference", "-50"}, {"--from", fileWith(one)}}),
+                HasSubstr("has 100000"));
+}
+
 TEST_F(StudyCommands, RefuseWhatIsNoTable) {
     EXPECT_THAT(refusal("part,operator,level\n1,A,good\n"), HasSubstr("line 2, column 5"));
     EXPECT_THAT(refusal("operator,level\nA,-50\n"), HasSubstr("has no column \"part\""));

@@ -204,6 +204,13 @@ int runTypeOne(const CommandCall& call, tesk5::RunContext& context) {
         const tables::TableFile file(path);
         readings = file.numbers(file.column(levelColumns()));
         refuseTooFew(path, readings.size());
+        // The test for a drift compares each reading with each other one.
+        constexpr std::size_t MOST_READINGS_OF_ONE = 2000;
+        if (readings.size() > MOST_READINGS_OF_ONE) {
+            throw tesk5::BadInput{message(
+                "TYPE1_TOO_MANY",
+                {{"File", path}, {"Most", MOST_READINGS_OF_ONE}, {"Count", readings.size()}})};
+        }
     }
     options::printLines(context, typeOneReport(readings, *reference, tolerance));
     return 0;

@@ -7,6 +7,7 @@
 #include <tesk5/Texts.h>
 
 #include <algorithm>
+#include <map>
 
 namespace study {
 
@@ -18,15 +19,22 @@ using mrl::Json;
 using tesk5::BadInput;
 using tesk5::message;
 
-// The place of `name` in the list, at whose end it is added when it is new.
-std::size_t placeOf(const std::string& name, std::vector<std::string>& names) {
-    const auto found = std::find(names.begin(), names.end(), name);
-    const auto place = static_cast<std::size_t>(found - names.begin());
-    if (found == names.end()) {
-        names.push_back(name);
+// Names in the order in which they came first.
+class Names {
+public:
+    std::size_t placeOf(const std::string& name) {
+        const auto [found, isNew] = m_places.try_emplace(name, m_names.size());
+        if (isNew) {
+            m_names.push_back(name);
+        }
+        return found->second;
     }
-    return place;
-}
+    const std::vector<std::string>& all() const { return m_names; }
+
+private:
+    std::vector<std::string> m_names;
+    std::map<std::string, std::size_t> m_places;
+};
 
 // One reading of the table.
 struct Record {
@@ -179,28 +187,32 @@ StudyReadings studyReadings(const std::string& path) {
     const std::optional<std::size_t> operatorColumn =
         file.optionalColumn({"operator", "appraiser"});
     const std::vector<double> levels = file.numbers(file.column(levelColumns()));
-    std::vector<std::string> parts;
-    std::vector<std::string> operators;
+    Names partNames;
+    Names operatorNames;
     std::vector<Record> records;
     records.reserve(levels.size());
     for (std::size_t row = 0; row < levels.size(); ++row) {
         records.push_back(
-            {placeOf(file.table().text(row, partColumn), parts),
-             placeOf(operatorColumn ? file.table().text(row, *operatorColumn) : "", operators),
+            {partNames.placeOf(file.table().text(row, partColumn)),
+             operatorNames.placeOf(operatorColumn ? file.table().text(row, *operatorColumn) : ""),
              levels[row]});
     }
+    const std::vector<std::string>& parts = partNames.all();
+    const std::vector<std::string>& operators = operatorNames.all();
     gauge::Design design{.parts = parts.size(), .operators = operators.size(), .trials = 0};
-    std::vector<std::size_t> counts(design.cells());
+    // Of the cells that are there: a wrong column can make far more of them than there are
+    // readings.
+    std::map<std::size_t, std::size_t> counts;
     for (const Record& record : records) {
-        ++counts[record.part * design.operators + record.op];
+        std::size_t& count = counts[record.part * design.operators + record.op];
+        design.trials = std::max(design.trials, ++count);
     }
-    design.trials = *std::max_element(counts.begin(), counts.end());
     if (design.parts < 2 || design.trials < 2) {
         throw BadInput{
             message("STUDY_TOO_SMALL",
                     {{"File", path}, {"Parts", design.parts}, {"Trials", design.trials}})};
     }
-    for (std::size_t cell = 0; cell < counts.size(); ++cell) {
+    for (std::size_t cell = 0; cell < design.cells(); ++cell) {
         if (counts[cell] != design.trials) {
             throw BadInput{
                 message("STUDY_CELL_INCOMPLETE", {{"File", path},
@@ -210,7 +222,7 @@ StudyReadings studyReadings(const std::string& path) {
                                                   {"Trials", design.trials}})};
         }
     }
-    StudyReadings data{gauge::CrossedReadings(design), std::move(parts), std::move(operators)};
+    StudyReadings data{gauge::CrossedReadings(design), parts, operators};
     // From here on the trials that are still to come.
     for (const Record& record : records) {
         std::size_t& left = counts[record.part * design.operators + record.op];
