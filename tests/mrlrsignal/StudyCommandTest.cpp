@@ -131,6 +131,7 @@ TEST_F(StudyCommands, ShortenTheNamesBelowManyPanels) {
     const std::string page = pageOf(10, "Alexander");
     EXPECT_THAT(page, HasSubstr("dy=\"20\">Alexan…</text>"));
     EXPECT_THAT(page, HasSubstr("Operator Alexander9"));
+    EXPECT_THAT(pageOf(100, "Al"), Not(HasSubstr("dy=\"20\">Operator")));
 }
 
 TEST_F(StudyCommands, ShowNamesOnThePageAsText) {

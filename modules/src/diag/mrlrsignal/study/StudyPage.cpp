@@ -124,7 +124,7 @@ std::string operatorText(const StudyReadings& data, std::size_t op) {
 // What stands below the operators' panels: where there are many, the beginnings of their names.
 std::vector<std::string> panelTexts(const StudyReadings& data) {
     constexpr std::size_t OF_PAGE = 80; // columns of text that fit side by side
-    const std::size_t fitting = OF_PAGE / data.operators.size() - 1;
+    const std::size_t fitting = std::max<std::size_t>(OF_PAGE / data.operators.size(), 2) - 1;
     std::vector<std::string> texts;
     for (std::size_t op = 0; op < data.operators.size(); ++op) {
         texts.push_back(operatorText(data, op));
