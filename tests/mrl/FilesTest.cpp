@@ -149,6 +149,15 @@ TEST_F(Files, AreNotPipesAndAreNotWaitedFor) {
 
 #endif
 
+TEST_F(Files, AreCreatedByOneAlone) {
+    const std::filesystem::path file = m_folder.path() / "new";
+    EXPECT_TRUE(mrl::createNew(file));
+    EXPECT_FALSE(mrl::createNew(file));
+    EXPECT_EQ(std::filesystem::file_size(file), 0U);
+    EXPECT_FALSE(mrl::createNew(m_folder.path()));
+    EXPECT_FALSE(mrl::createNew(m_folder.path() / "missing" / "new"));
+}
+
 } // namespace
 
 } // namespace test

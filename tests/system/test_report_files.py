@@ -1,4 +1,5 @@
 """Reports of the shipped program: several runs that write one file, and names that lead elsewhere."""
+import json
 import unittest
 
 from program import RESULTS, VERIFICATION, WRONG_USAGE, ProgramTest, Started, environment
@@ -25,6 +26,21 @@ class ReportFiles(ProgramTest):
                 self.assertEqual(run.finish().exit, RESULTS["BADPARAMS"])
             self.assertEqual(self.read_json("report.json")["exit"], RESULTS["BADPARAMS"])
             self.assertEqual(self.there(), ["cards.json", "report.json"])
+
+    def test_with_equal_names_of_their_own_are_as_many_as_the_runs(self):
+        arguments = self.verify("--tag", "serial=A1", "--json", "made/{serial}-{result}.json",
+                                "--ocp", "made/{serial}.jsonl")
+        for _ in range(ROUNDS):
+            runs = [Started(arguments, self.folder, environment()) for _ in range(AT_ONCE)]
+            for run in runs:
+                self.assertEqual(run.finish().exit, RESULTS["BADPARAMS"])
+        made = self.folder / "made"
+        reports = [json.loads(path.read_text(encoding="utf-8")) for path in made.glob("*.json")]
+        self.assertEqual(len({report["runIdentifier"] for report in reports}), ROUNDS * AT_ONCE)
+        streams = [path.read_text(encoding="ascii") for path in made.glob("*.jsonl")]
+        self.assertEqual(len(streams), ROUNDS * AT_ONCE)
+        for stream in streams:
+            self.assertEqual((stream.count("testRunStart"), stream.count("testRunEnd")), (1, 1))
 
     def refused(self, *arguments, naming):
         run = self.run_program(*self.verify(*arguments))

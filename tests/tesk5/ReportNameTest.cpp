@@ -5,11 +5,13 @@
 #include <tesk5/BadInput.h>
 
 #include <set>
+#include <thread>
 
 namespace {
 
 using tesk5::filledName;
 using tesk5::NameParts;
+using tesk5::takenName;
 using tesk5::TestResult;
 using test::HasSubstr;
 using test::Reports;
@@ -103,6 +105,21 @@ TEST_F(NamedReports, AreAnotherFileForEachRun) {
         EXPECT_EQ(startFor("plain.json"), 0);
     }
     EXPECT_THAT(filesThere(), testing::Not(testing::Contains("plain-2.json")));
+}
+
+TEST_F(NamedReports, OfProcessesThatWriteAtOnceHaveNamesOfTheirOwn) {
+    constexpr std::size_t PROCESSES = 8;
+    std::vector<std::string> taken(PROCESSES);
+    std::vector<std::thread> processes;
+    processes.reserve(PROCESSES);
+    for (std::string& name : taken) {
+        processes.emplace_back([this, &name] { name = takenName(file("at-once/A1.json")); });
+    }
+    for (std::thread& process : processes) {
+        process.join();
+    }
+    EXPECT_EQ(std::set<std::string>(taken.begin(), taken.end()).size(), PROCESSES);
+    EXPECT_EQ(filesIn("at-once").size(), PROCESSES);
 }
 
 TEST_F(NamedReports, AreRefusedForBracesThatStandForNothing) {

@@ -79,6 +79,13 @@ bool sameFile(const std::filesystem::path& a, const std::filesystem::path& b);
 /// Platform: CreateFileW, GetFileType; open, fstat
 void checkWritable(const std::filesystem::path& path);
 
+/// Creates an empty file, unless the name leads to something already: of several processes that do
+/// it at once, one succeeds.
+/// \return whether the file was created
+/// Failure: none is reported; false also when the system refuses
+/// Platform: CreateFileW; open
+bool createNew(const std::filesystem::path& path);
+
 /// A file that is created, or emptied, and written from its beginning.
 ///
 /// The runtime libraries' streams are not used: when a disk becomes full in the middle of a piece,

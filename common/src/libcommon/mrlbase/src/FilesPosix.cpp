@@ -147,6 +147,10 @@ int created(const std::filesystem::path& path) {
 
 } // namespace
 
+bool createNew(const std::filesystem::path& path) {
+    return Descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666)).get() >= 0;
+}
+
 FileToWrite::FileToWrite(const std::filesystem::path& path) : m_handle(created(path)) {}
 
 FileToWrite::~FileToWrite() {

@@ -240,6 +240,13 @@ void writeAll(HANDLE file, std::string_view bytes) {
 
 } // namespace
 
+bool createNew(const std::filesystem::path& path) {
+    // ERROR_FILE_EXISTS, ERROR_PATH_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_INVALID_NAME
+    const HANDLE created = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                       FILE_ATTRIBUTE_NORMAL, nullptr);
+    return created != INVALID_HANDLE_VALUE && CloseHandle(created) != 0;
+}
+
 FileToWrite::FileToWrite(const std::filesystem::path& path)
     // ERROR_PATH_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION, ERROR_INVALID_NAME,
     // ERROR_DISK_FULL

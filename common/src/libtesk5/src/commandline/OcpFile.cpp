@@ -19,8 +19,8 @@ std::string typed(const RunContext& context) {
 
 } // namespace
 
-OcpFile::OcpFile(const std::string& path, const RunContext& context)
-    : m_file(path), m_stream(m_file, typed(context)) {}
+OcpFile::OcpFile(const std::string& path, bool isNamedAnew, const RunContext& context)
+    : m_file(path, isNamedAnew), m_stream(m_file, typed(context)) {}
 
 bool OcpFile::end(const RunRecord& record, const RunContext& context) {
     m_stream.end(record);

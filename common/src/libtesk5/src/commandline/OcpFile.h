@@ -15,8 +15,9 @@ class OcpFile {
 public:
     /// Checks that the file can be written; a file that is there stays as it is until the run
     /// begins.
+    /// \param isNamedAnew as in LineFile
     /// Failure: throws BadInput when `path` (UTF-8) is a directory or cannot be written
-    OcpFile(const std::string& path, const RunContext& context);
+    OcpFile(const std::string& path, bool isNamedAnew, const RunContext& context);
 
     RunListener& listener() { return m_stream; }
 

@@ -348,8 +348,7 @@ int run(const CommandLine& given, CommandCapture& capture, RunContext& context) 
     std::optional<OcpFile> ocp;
     if (line.ocpFile) {
         const NameParts parts = namePartsOf(identity);
-        const std::string name = filledName(*line.ocpFile, parts);
-        ocp.emplace(isNamedAnew(*line.ocpFile, parts) ? freeName(name) : name, context);
+        ocp.emplace(filledName(*line.ocpFile, parts), isNamedAnew(*line.ocpFile, parts), context);
     }
     const DeviceList devices = devicesFor(line, capture, context);
     Console console(context, styleFor(line, context.output));

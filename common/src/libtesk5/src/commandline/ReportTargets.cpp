@@ -7,7 +7,21 @@
 #include "reports/ReportName.h"
 #include "texts/Lists.h"
 
+#include <mrl/System.h>
+
+#include <filesystem>
+
 namespace tesk5 {
+
+namespace {
+
+// Removes the empty file of a report that could not be written.
+void giveBack(const std::string& takenName) {
+    std::error_code ignored;
+    std::filesystem::remove(mrl::System::path(takenName), ignored);
+}
+
+} // namespace
 
 ReportTargets::ReportTargets(const std::vector<RequestedReport>& requested,
                              const std::optional<std::string>& journalFile,
@@ -32,10 +46,15 @@ void ReportTargets::write(const Target& target, const RunRecord& record) const {
         return;
     }
     const NameParts parts = namePartsOf(record.identity, worstResult(record).name());
+    const std::string name = takenName(filledName(target.requested.file, parts));
     try {
-        ReportFile(freeName(filledName(target.requested.file, parts)), m_kept).replace(text);
+        ReportFile(name, m_kept).replace(text);
     } catch (const BadInput& refused) { // what was writable when the run began is no more
+        giveBack(name);
         throw TeskException(TeskString(refused.line));
+    } catch (const TeskException&) {
+        giveBack(name);
+        throw;
     }
 }
 

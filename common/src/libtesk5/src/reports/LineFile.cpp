@@ -4,13 +4,15 @@
 #include <tesk5/ReportFile.h>
 #include <tesk5/Texts.h>
 
+#include "reports/ReportName.h"
 #include "texts/SystemReason.h"
 
 #include <mrl/System.h>
 
 namespace tesk5 {
 
-LineFile::LineFile(std::string path) : m_path(std::move(path)) {
+LineFile::LineFile(std::string path, bool isNamedAnew)
+    : m_path(std::move(path)), m_isNamedAnew(isNamedAnew) {
     if (const auto reason = whyNotWritable(m_path)) {
         throw BadInput{message("INPUT_REPORT_UNWRITABLE", {{"File", m_path}, {"Reason", *reason}})};
     }
@@ -22,6 +24,9 @@ void LineFile::write(std::string_view line) {
     }
     try {
         if (!m_file) {
+            if (m_isNamedAnew) {
+                m_path = takenName(m_path);
+            }
             const std::filesystem::path path = mrl::System::path(m_path);
             std::error_code ignored; // the file then says why it cannot be made
             std::filesystem::create_directories(path.parent_path(), ignored);

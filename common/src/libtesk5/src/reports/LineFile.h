@@ -16,8 +16,9 @@ namespace tesk5 {
 class LineFile final : public mrl::OutputStream::Receiver {
 public:
     /// Checks that the file can be written; a file that is there stays as it is until then.
+    /// \param isNamedAnew whether it takes a name that no other file has, as takenName() does
     /// Failure: throws BadInput when `path` (UTF-8) is a directory or cannot be written
-    explicit LineFile(std::string path);
+    LineFile(std::string path, bool isNamedAnew);
 
     /// Failure: none is reported before close().
     void write(std::string_view line) override;
@@ -28,6 +29,7 @@ public:
 
 private:
     std::string m_path;
+    bool m_isNamedAnew;
     std::optional<mrl::FileToWrite> m_file;
     std::optional<std::string> m_failure; ///< why lines were lost, for people
 };

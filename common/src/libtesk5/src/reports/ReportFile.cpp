@@ -184,6 +184,30 @@ private:
     std::vector<fs::path> m_made; ///< the deepest first
 };
 
+// Whether another process that replaces or reads the file just now can be the reason.
+bool mayPass(const std::error_code& error) {
+    return error == std::errc::permission_denied || error == std::errc::device_or_resource_busy ||
+           error == std::errc::no_such_file_or_directory;
+}
+
+// Repeats what another process may be the reason for.
+// Failure: throws what the last attempt does
+template <class Use>
+void inTurn(int attempts, Use use) {
+    constexpr unsigned PAUSE_MS = 20;
+    for (int attempt = 1;; ++attempt) {
+        try {
+            use();
+            return;
+        } catch (const mrl::FileFailure& failure) {
+            if (attempt == attempts || !mayPass(failure.error)) {
+                throw;
+            }
+        }
+        mrl::System::mssleep(PAUSE_MS);
+    }
+}
+
 // Why `target` cannot be replaced; nothing when it can.
 std::optional<std::string> whyNotReplaceable(const fs::path& target) {
     if (target.filename().empty()) {
@@ -199,8 +223,12 @@ std::optional<std::string> whyNotReplaceable(const fs::path& target) {
     }
     return whatFails([&target] {
         mrl::checkWritable(target);
-        const FoldersAbove folders(target);
-        const TemporaryFile file(target);
+        // Another process that checks a report in the same missing folder removes that again.
+        constexpr int ATTEMPTS = 10;
+        inTurn(ATTEMPTS, [&target] {
+            const FoldersAbove folders(target);
+            const TemporaryFile file(target);
+        });
     });
 }
 
@@ -211,12 +239,6 @@ fs::path followed(const fs::path& path) {
     std::error_code failure;
     fs::path target = fs::canonical(path, failure);
     return failure ? path : target;
-}
-
-// Whether another process that replaces or reads the file just now can be the reason.
-bool mayPass(const std::error_code& error) {
-    return error == std::errc::permission_denied || error == std::errc::device_or_resource_busy ||
-           error == std::errc::no_such_file_or_directory;
 }
 
 void replaceOnce(const fs::path& target, const std::string& text) {
@@ -231,18 +253,7 @@ void replaceOnce(const fs::path& target, const std::string& text) {
 // while the other one does it.
 void replaceInTurn(const fs::path& target, const std::string& text) {
     constexpr int ATTEMPTS = 100;
-    constexpr unsigned PAUSE_MS = 20;
-    for (int attempt = 1;; ++attempt) {
-        try {
-            replaceOnce(target, text);
-            return;
-        } catch (const mrl::FileFailure& failure) {
-            if (attempt == ATTEMPTS || !mayPass(failure.error)) {
-                throw;
-            }
-        }
-        mrl::System::mssleep(PAUSE_MS);
-    }
+    inTurn(ATTEMPTS, [&] { replaceOnce(target, text); });
 }
 
 bool sameName(const fs::path& a, const fs::path& b) {

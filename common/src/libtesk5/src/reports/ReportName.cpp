@@ -6,6 +6,7 @@
 
 #include "texts/Lists.h"
 
+#include <mrl/Files.h>
 #include <mrl/Sha256.h>
 #include <mrl/System.h>
 #include <mrl/Unicode.h>
@@ -166,17 +167,19 @@ std::string filledName(const std::string& file, const NameParts& parts) {
     return name;
 }
 
-std::string freeName(const std::string& path) {
+std::string takenName(const std::string& path) {
     const std::filesystem::path wanted = mrl::System::path(path);
-    std::filesystem::path free = wanted;
-    std::error_code ignored;
-    for (unsigned number = 2; std::filesystem::exists(free, ignored); ++number) {
-        free = wanted;
-        free.replace_filename(wanted.stem());
-        free += "-" + std::to_string(number);
-        free += wanted.extension();
+    std::filesystem::path taken = wanted;
+    std::error_code ignored; // the report then says why it cannot be written
+    std::filesystem::create_directories(wanted.parent_path(), ignored);
+    for (unsigned number = 2; !mrl::createNew(taken) && std::filesystem::exists(taken, ignored);
+         ++number) {
+        taken = wanted;
+        taken.replace_filename(wanted.stem());
+        taken += "-" + std::to_string(number);
+        taken += wanted.extension();
     }
-    const std::u8string text = free.u8string();
+    const std::u8string text = taken.u8string();
     return {text.begin(), text.end()};
 }
 

@@ -30,6 +30,9 @@ bool isNamedAnew(const std::string& file, const NameParts& parts);
 std::string filledName(const std::string& file, const NameParts& parts);
 
 /// `path` (UTF-8), or with "-2", "-3", ... before its extension when there is such a file already.
-std::string freeName(const std::string& path);
+/// It is then an empty file, so that no other process takes the same name. Missing folders above it
+/// are made.
+/// Failure: none is reported. A name that cannot be a file is returned as it is.
+std::string takenName(const std::string& path);
 
 } // namespace tesk5
