@@ -48,6 +48,9 @@ TEST(Firmware, NamesMakerModelAndSerial) {
         << "string 0 is none, and string 9 is not there";
     EXPECT_THAT(factsOf(structure(1, "\x01", {"Maker"})), ElementsAre(Pair("maker", "Maker")))
         << "a short structure of an old firmware";
+    EXPECT_THAT(factsOf(structure(1, "\x01", {"Maker"}) + SYSTEM),
+                ElementsAre(Pair("maker", "Maker")))
+        << "the first one counts";
 }
 
 TEST(Firmware, ThatIsDamagedNamesNothing) {

@@ -5,6 +5,7 @@
 #include <support/ScriptedInput.h>
 
 #include <tesk5/BadInput.h>
+#include <tesk5/Texts.h>
 
 #include <chrono>
 
@@ -118,6 +119,33 @@ TEST_F(Tags, AreRefusedBeforeAnythingRunsWhenTheyCannotBeUsed) {
     EXPECT_EQ(m_runs, 2);
 }
 
+TEST_F(Tags, HaveNamesOfLettersDigitsAndThreeSigns) {
+    EXPECT_EQ(tagsWith({"--tag", "azAZ09-_.=1"}).dump(), R"({"azAZ09-_.":"1"})");
+    for (const char* name : {"`", "{", "@", "[", "/", ":", "a,b"}) {
+        EXPECT_THAT(refusal({"--tag", std::string(name) + "=1"}),
+                    HasSubstr("cannot be the name of a tag"))
+            << name;
+    }
+}
+
+TEST_F(Tags, WithAFixedMeaningAreTheseEach) {
+    std::vector<std::string> known;
+    std::vector<std::string> arguments;
+    for (const tesk5::KnownTag& tag : tesk5::knownTags()) {
+        known.push_back(std::string(tag.name) + ": " + tesk5::message(tag.meaning) + ", " +
+                        tag.example);
+        arguments.insert(arguments.end(), {"--tag", std::string(tag.name) + "=" + tag.example});
+    }
+    EXPECT_THAT(known,
+                testing::ElementsAre(
+                    "serial: Serial number of the unit, A1234",
+                    "part: Part number of the unit, 4711", "revision: Revision of the part, C",
+                    "station: Test station, L3-07", "fixture: Fixture that holds the unit, F2",
+                    "operator: Operator, 17", "batch: Batch or order, 2026-W47",
+                    "sequence: Number of the attempt at this unit, 1"));
+    EXPECT_EQ(tagsWith(arguments).size(), known.size()) << "an example is a usable value";
+}
+
 TEST_F(Tags, OfAConfigurationAreRefusedWithTheirPlace) {
     EXPECT_THAT(refusalOf("[tags]\nserial = \"a\\u0007\"\n"), HasSubstr("line 2, column 10: the "
                                                                         "value of the tag serial"));
@@ -159,6 +187,18 @@ TEST_F(Tags, AreNotMatchedByWhatIsNoRegularExpressionOrWouldExhaustTheProgram) {
         EXPECT_THAT(refusalOf("[tag-patterns]\nserial = '" + large + "'\n"),
                     HasSubstr("the pattern of the tag serial is too large; "))
             << large;
+    }
+}
+
+TEST(TagPatterns, AreTooLargeByWhatTheirRepetitionsStandFor) {
+    for (const char* pattern : {"a{1000}", "[0-9a-f]{1000}", R"([\](]{1000})", R"(\({1000})",
+                                R"([a]\d{999})", "(ab){333}c", "(b(c)){250}", "(a)(b)c{996}"}) {
+        EXPECT_NO_THROW(TagPattern("serial", pattern)) << pattern;
+    }
+    for (const char* pattern :
+         {"a{1001}", "[0-9a-f]{1001}", R"([\](]{1001})", R"(\({1001})", R"([a]\d{1000})",
+          "(ab){333}cd", "a(b(c)){250}", "(a)(b)c{997}", "a{2,1001}", "a{1001,}"}) {
+        EXPECT_THROW(TagPattern("serial", pattern), tesk5::BadInput) << pattern;
     }
 }
 
