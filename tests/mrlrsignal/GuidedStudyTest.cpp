@@ -223,6 +223,10 @@ TEST_F(GuidedStudies, OfOnePartLeadThroughItsMeasurementsAndGoOn) {
     EXPECT_THAT(output(), HasSubstr("25 readings: mean -6"));
     EXPECT_THAT(output(), HasSubstr("Cg "));
     EXPECT_EQ(kept()["session"]["measurements"].size(), 25U);
+    EXPECT_EQ(kept()["typeOne"]["reference"], -60);
+    EXPECT_EQ(kept()["readings"][0]["levels"].size(), 25U);
+    EXPECT_EQ(study(SHORT_STUDY), 0) << "shows the figures of a whole study again";
+    EXPECT_EQ(kept()["session"]["measurements"].size(), 25U);
 }
 
 TEST_F(GuidedStudies, OfOnePartAndOfSeveralDoNotGoOnWithEachOther) {
@@ -234,10 +238,9 @@ TEST_F(GuidedStudies, OfOnePartAndOfSeveralDoNotGoOnWithEachOther) {
 
 TEST_F(GuidedStudies, OfOnePartRefuseWhatDoesNotGoWithThem) {
     for (const auto& [more, reason] : std::vector<std::pair<std::vector<std::string>, std::string>>{
-             {{"--trials", "24"}, "at least 25 readings"},
+             {{"--trials", "24"}, "--trials 24: --type1 needs at least 25 measurements"},
              {{"--parts", "2"}, "--parts does not go"},
-             {{"--page", file("p.html")}, "--page does not go"},
-             {{"--from", file("readings.csv")}, "--file does not go"}}) {
+             {{"--page", file("p.html")}, "--page does not go"}}) {
         std::vector<std::string> options = SHORT_STUDY;
         options.insert(options.end(), more.begin(), more.end());
         EXPECT_EQ(study(options), WRONG_USAGE);

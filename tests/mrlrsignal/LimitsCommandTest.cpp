@@ -258,6 +258,11 @@ std::string report(double level, int second, const char* ssid = "Lab") {
            std::to_string(level) + R"(, "unit": "dBm"}]}]})";
 }
 
+std::string calibrated(std::string report) {
+    const std::string unit = R"("unit": "dBm")";
+    return report.insert(report.find(unit), R"("attributes": {"CalibrationSHA256": "ab"}, )");
+}
+
 class LimitsFromReports : public LimitsCommands {
 protected:
     LimitsFromReports() { std::filesystem::create_directory(mrl::System::path(m_folder)); }
@@ -286,6 +291,16 @@ TEST_F(LimitsFromReports, TakeOneUnitFromEachReportOfTheFolder) {
     EXPECT_THAT(output(), HasSubstr("Of the bad units"));
 }
 
+TEST_F(LimitsFromReports, TakeReportsOfStationsThatAreAllCalibrated) {
+    for (int i = 10; i < 22; ++i) {
+        keep("unit" + std::to_string(i) + ".json", calibrated(report(-50 - i % 4, i)));
+    }
+    EXPECT_EQ(limits({{"--from", m_folder}}), 0);
+    keep("unit30.json", report(-50, 30));
+    EXPECT_THAT(refusal(),
+                HasSubstr("unit30.json\" were made with a calibration and some without"));
+}
+
 TEST_F(LimitsFromReports, RefuseReportsThatAreNoMeasurementsOfOneUnitEach) {
     EXPECT_THAT(refusal(), HasSubstr("has no reports"));
     const std::string two = report(-50, 30).substr(0, report(-50, 30).size() - 2) + "," +
@@ -293,6 +308,7 @@ TEST_F(LimitsFromReports, RefuseReportsThatAreNoMeasurementsOfOneUnitEach) {
     const std::pair<std::string, const char*> reports[] = {
         {report(-50, 10), "the same measurement"},
         {report(-50, 30, "Other"), "another access point"},
+        {calibrated(report(-50, 30)), "not on one scale"},
         {two, "several levels"},
         {R"({"schema": 1, "module": {"name": "mrlrsignal"}, "results": []})", "has no level"},
         {R"({"schema": 1, "module": {"name": "mrlrantenna"}, "results": []})", "no JSON report"},

@@ -1,14 +1,19 @@
 // A study from a table: what people read, what programs read, and what is refused.
 #include <study/StudyCommand.h>
 
+#include <study/StudyFile.h>
+
 #include "MeasurementCommand.h"
 #include "TextbookStudy.h"
 
+#include <mrl/Files.h>
 #include <mrl/Json.h>
+#include <mrl/System.h>
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace test {
 namespace {
@@ -260,6 +265,37 @@ TEST_F(StudyCommands, OfOnePartSayWhetherTheGaugeIsOff) {
     EXPECT_THAT(verdict("20", "-51.9"), HasSubstr("but is off"));
     EXPECT_THAT(verdict("20", "-51.9"), HasSubstr("outside all readings"));
     EXPECT_THAT(verdict("4", "-50"), HasSubstr("scatters too much"));
+}
+
+TEST_F(StudyCommands, OfOnePartKeepFiguresAndReadings) {
+    const std::string json = outputFile("one.study.json");
+    const std::string csv = outputFile("one.csv");
+    EXPECT_EQ(study({{"--type1", "true"},
+                     {"--reference", "-50"},
+                     {"--tolerance", "20"},
+                     {"--from", fileWith(typeOneTable())},
+                     {"--file", json},
+                     {"--csv", csv}}),
+              0);
+    EXPECT_THAT(output(), HasSubstr("one.csv"));
+    const mrl::Json kept = study::studyIn(json);
+    EXPECT_EQ(kept["design"].dump(), R"({"parts":1,"operators":1,"trials":26})");
+    EXPECT_EQ(kept["tolerance"], 20);
+    const mrl::Json& figures = kept["typeOne"];
+    EXPECT_EQ(figures["reference"], -50);
+    EXPECT_NEAR(figures["mean"].get<double>(), -50.1, 1e-9);
+    EXPECT_NEAR(figures["deviation"].get<double>(), std::sqrt(24 * 0.04 / 25), 1e-9);
+    EXPECT_NEAR(figures["bias"]["value"].get<double>(), -0.1, 1e-9);
+    EXPECT_LT(figures["bias"]["low"].get<double>(), -0.1);
+    EXPECT_GT(figures["bias"]["high"].get<double>(), -0.1);
+    EXPECT_NEAR(figures["cg"]["value"].get<double>(), 4 / (6 * figures["deviation"].get<double>()),
+                1e-9);
+    EXPECT_LT(figures["cgk"]["atLeast"], figures["cgk"]["value"]);
+    EXPECT_EQ(kept["readings"][0]["levels"].size(), 26U);
+    EXPECT_THAT(mrl::readWholeFile(mrl::System::path(csv), study::LARGEST_STUDY),
+                testing::StartsWith("part,operator,trial,level\r\n\"1\",\"1\",1,-50.3\r\n"));
+    EXPECT_EQ(study({{"--type1", "true"}, {"--reference", "-50"}, {"--from", csv}}), 0);
+    EXPECT_THAT(refusalOf(study::studyCommand(), {{"--from", json}}), HasSubstr("is JSON"));
 }
 
 TEST_F(StudyCommands, OfOnePartWarnOfReadingsThatAreNoIndependentOnes) {

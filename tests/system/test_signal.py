@@ -64,6 +64,11 @@ class Signal(ProgramTest):
         self.assertEqual(len((self.folder / "raw.csv").read_text().splitlines()), 31)
         self.assertIn("</html>", (self.folder / "bench.html").read_text(encoding="utf-8"))
 
+        run = self.run_program("study", "--type1", "--reference=-56", "--tolerance", "40", "--from",
+                               "readings.csv", "--file", "one.study.json")
+        self.assertEqual(run.exit, 0, run)
+        validator.validate(self.read_json("one.study.json"))
+
         guided = ("study", "--file", "guided.study.json", *settings(SSID="Lab", MaxSeconds=5))
         size = ("--parts", "2", "--operators", "1", "--trials", "2")
         scenario = networks(radio(0, -50))

@@ -44,6 +44,14 @@ TEST(LogKeeper, PassesOnWhatWasAdmittedBefore) {
     EXPECT_THAT(captured.texts(), ElementsAre("admitted", "later"));
 }
 
+TEST(LogKeeper, GivesTheLogBackToTheSinkBefore) {
+    const CapturedLog captured(2);
+    const std::shared_ptr<mrl::LogSink> before = LogFactory::setSink(nullptr);
+    LogFactory::setSink(before);
+    { const LogKeeper keeper; }
+    EXPECT_EQ(LogFactory::setSink(before), before);
+}
+
 TEST(LogKeeper, PassesRequestedTracesOnAndDoesNotKeepThem) {
     const CapturedLog captured(0);
     const LogKeeper keeper;

@@ -1,6 +1,10 @@
 // Commands that the module adds to those of the framework.
 #include "FrameworkTest.h"
 
+#include <run/Plan.h>
+
+#include <tesk5/TeskException.h>
+
 namespace test {
 
 namespace {
@@ -33,6 +37,12 @@ TEST_F(ModuleCommands, WithoutArgumentsRefuseThem) {
     EXPECT_EQ(startBare({"bare"}), 0);
     EXPECT_EQ(startBare({"bare", "one"}), 64);
     EXPECT_THAT(errors(), HasSubstr("the command bare takes no \"one\""));
+}
+
+TEST(ParametersOfACommand, AreThoseThatTheModuleHas) {
+    tesk5::ModuleCommand command{"tell", "", "PLAIN", {}, nullptr};
+    command.parameters = {"Missing"};
+    EXPECT_THROW(tesk5::parametersOf(command, tesk5::Registry()), tesk5::TeskException);
 }
 
 TEST_F(ModuleCommands, StandOnTheHelpPageBehindThoseOfTheFramework) {

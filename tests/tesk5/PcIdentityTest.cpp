@@ -80,6 +80,12 @@ TEST(ThisPc, SaysAtLeastItsNameAndBuild) {
     ASSERT_TRUE(pc);
     EXPECT_NE(pc->name, "");
     EXPECT_NE(pc->build, "");
+#ifndef _WIN32
+    PcIdentity files;
+    tesk5::setFromFiles("/", files);
+    EXPECT_EQ(pc->system, files.system);
+    EXPECT_EQ(pc->maker, files.maker);
+#endif
 }
 
 #ifndef _WIN32

@@ -67,6 +67,7 @@ struct Unit {
     double level = 0;
     std::string measured; ///< when, and with which adapter
     std::string target;   ///< what was measured
+    bool isCalibrated = false;
 };
 
 std::optional<Unit> unitOf(const Json& result) {
@@ -79,7 +80,8 @@ std::optional<Unit> unitOf(const Json& result) {
                 .target =
                     Json::array({at(result, "/parameters/SSID"), at(result, "/parameters/BSSID"),
                                  at(result, "/parameters/Band")})
-                        .dump()};
+                        .dump(),
+                .isCalibrated = at(measurement, "/attributes/CalibrationSHA256").is_string()};
         }
     }
     return std::nullopt;
@@ -119,14 +121,19 @@ bool namesReports(const std::string& path) {
 
 std::vector<double> levelsInReports(const std::string& path) {
     std::vector<double> levels;
-    std::optional<std::string> target;
+    std::optional<Unit> first;
     std::set<std::string> known;
     for (const std::string& file : reportsIn(path)) {
         Unit unit = unitIn(file);
-        if (unit.target != target.value_or(unit.target)) {
+        if (!first) {
+            first = unit;
+        }
+        if (unit.target != first->target) {
             refuse("REPORTS_OTHER_TARGET", file);
         }
-        target = unit.target;
+        if (unit.isCalibrated != first->isCalibrated) {
+            refuse("REPORTS_OTHER_SCALE", file);
+        }
         if (!known.insert(unit.measured).second) {
             refuse("REPORTS_TWICE", file);
         }

@@ -53,38 +53,58 @@ std::optional<tesk5::ReportFile> fileOf(const CommandCall& call, const char* opt
 struct StudyOutput {
     std::optional<tesk5::ReportFile> csv;
     std::optional<tesk5::ReportFile> page;
-    gauge::StudyOptions options;
+    std::optional<double> tolerance;
 };
 
 StudyOutput outputOf(const CommandCall& call) {
-    StudyOutput output{.csv = fileOf(call, CSV), .page = fileOf(call, PAGE), .options = {}};
-    output.options.tolerance = toleranceOf(call);
-    return output;
+    return {.csv = fileOf(call, CSV), .page = fileOf(call, PAGE), .tolerance = toleranceOf(call)};
 }
 
-// Computes the study, shows it and writes its files. \param session the guided one, or null
-void finish(const StudyReadings& data, const StudyOutput& output, const tesk5::ReportFile* file,
-            const StudySession* session, const CommandCall& call, tesk5::RunContext& context) {
-    const StudyResult result(data, output.options);
-    options::printLines(context, studyReport(result));
+// Writes the figures and the readings. \param session the guided one, or null
+void write(mrl::Json figures, const StudyReadings& data, const StudyOutput& output,
+           const tesk5::ReportFile* file, const StudySession* session) {
     if (file != nullptr) {
-        mrl::Json json = studyJson(result);
         if (session != nullptr) {
-            json["session"] = session->json();
+            figures["session"] = session->json();
         }
-        file->replace(json.dump(2) + "\n");
+        file->replace(figures.dump(2) + "\n");
     }
     if (output.csv) {
         output.csv->replace(studyCsv(data));
     }
-    if (output.page) {
-        output.page->replace(studyPage(result));
-    }
+}
+
+void sayWritten(const CommandCall& call, tesk5::RunContext& context) {
     for (const char* const option : {FILE_OPTION, CSV, PAGE}) {
         if (const std::string path = options::givenOption(call, option); !path.empty()) {
             options::printLines(context, {message("COMMAND_WRITTEN", {{"File", path}})});
         }
     }
+}
+
+// Computes the study, shows it and writes its files. \param session the guided one, or null
+void finish(const StudyReadings& data, const StudyOutput& output, const tesk5::ReportFile* file,
+            const StudySession* session, const CommandCall& call, tesk5::RunContext& context) {
+    gauge::StudyOptions given;
+    given.tolerance = output.tolerance;
+    const StudyResult result(data, given);
+    options::printLines(context, studyReport(result));
+    write(studyJson(result), data, output, file, session);
+    if (output.page) {
+        output.page->replace(studyPage(result));
+    }
+    sayWritten(call, context);
+}
+
+// The same for one part. \param reference its level
+void finishOfOnePart(const StudyReadings& data, double reference, const StudyOutput& output,
+                     const tesk5::ReportFile* file, const StudySession* session,
+                     const CommandCall& call, tesk5::RunContext& context) {
+    const TypeOneResult result(
+        data, {.reference = reference, .tolerance = output.tolerance, .confidence = 0.95});
+    options::printLines(context, typeOneReport(result));
+    write(typeOneJson(result), data, output, file, session);
+    sayWritten(call, context);
 }
 
 bool isGuided(const CommandCall& call) {
@@ -158,26 +178,41 @@ int runGuided(const CommandCall& call, tesk5::RunContext& context) {
     return 0;
 }
 
-void refuseTooFew(const std::string& path, std::size_t count) {
-    if (count < gauge::TYPE_ONE_READINGS) {
-        throw tesk5::BadInput{
-            message("TYPE1_TOO_FEW",
-                    {{"File", path}, {"Least", gauge::TYPE_ONE_READINGS}, {"Count", count}})};
-    }
-}
-
 // The size of a short study that --trials gives.
 StudySize sizeOfTypeOne(const CommandCall& call) {
     StudySize size{.ofOnePart = true, .design = {}};
     if (call.options.contains(TRIALS)) {
         size.design = gauge::Design{.parts = 1, .operators = 1, .trials = countOf(call, TRIALS)};
-        refuseTooFew(options::givenOption(call, FILE_OPTION), size.design->trials);
+        if (size.design->trials < gauge::TYPE_ONE_READINGS) {
+            throw tesk5::BadInput{
+                message("TYPE1_TOO_FEW_TRIALS",
+                        {{"Least", gauge::TYPE_ONE_READINGS}, {"Count", size.design->trials}})};
+        }
     }
     return size;
 }
 
+// The readings of one part in the table that --from names.
+StudyReadings tableOfOnePart(const CommandCall& call) {
+    // The test for a drift compares each reading with each other one.
+    constexpr std::size_t MOST_READINGS = 2000;
+    const std::string path = options::neededOption(call, options::FROM_OPTION, "study");
+    const tables::TableFile file(path);
+    const std::vector<double> levels = file.numbers(file.column(levelColumns()));
+    if (levels.size() < gauge::TYPE_ONE_READINGS) {
+        throw tesk5::BadInput{message(
+            "TYPE1_TOO_FEW",
+            {{"File", path}, {"Least", gauge::TYPE_ONE_READINGS}, {"Count", levels.size()}})};
+    }
+    if (levels.size() > MOST_READINGS) {
+        throw tesk5::BadInput{message(
+            "TYPE1_TOO_MANY", {{"File", path}, {"Most", MOST_READINGS}, {"Count", levels.size()}})};
+    }
+    return readingsOfOnePart(levels);
+}
+
 int runTypeOne(const CommandCall& call, tesk5::RunContext& context) {
-    for (const char* const option : {PARTS, OPERATORS, CSV, PAGE}) {
+    for (const char* const option : {PARTS, OPERATORS, PAGE}) {
         if (call.options.contains(option)) {
             throw tesk5::BadInput{message("TYPE1_WITHOUT", {{"Option", option}})};
         }
@@ -186,33 +221,19 @@ int runTypeOne(const CommandCall& call, tesk5::RunContext& context) {
     if (!reference) {
         throw tesk5::BadInput{message("TYPE1_NEEDS_REFERENCE")};
     }
-    const std::optional<double> tolerance = toleranceOf(call);
-    std::vector<double> readings;
+    const StudyOutput output = outputOf(call);
     if (isGuided(call)) {
         GuidedStudy guided(options::givenOption(call, FILE_OPTION), sizeOfTypeOne(call), target());
         if (!isMeasured(guided, call, context)) {
             return tesk5::TestResult::USERABORTED().value();
         }
-        const gauge::CrossedReadings measured = guided.session().readings();
-        const auto all = measured.all();
-        readings.assign(all.begin(), all.end());
-    } else {
-        const std::string path = options::neededOption(call, options::FROM_OPTION, "study");
-        if (call.options.contains(FILE_OPTION)) {
-            throw tesk5::BadInput{message("TYPE1_WITHOUT", {{"Option", FILE_OPTION}})};
-        }
-        const tables::TableFile file(path);
-        readings = file.numbers(file.column(levelColumns()));
-        refuseTooFew(path, readings.size());
-        // The test for a drift compares each reading with each other one.
-        constexpr std::size_t MOST_READINGS_OF_ONE = 2000;
-        if (readings.size() > MOST_READINGS_OF_ONE) {
-            throw tesk5::BadInput{message(
-                "TYPE1_TOO_MANY",
-                {{"File", path}, {"Most", MOST_READINGS_OF_ONE}, {"Count", readings.size()}})};
-        }
+        finishOfOnePart(readingsOf(guided.session()), *reference, output, &guided.file(),
+                        &guided.session(), call, context);
+        return 0;
     }
-    options::printLines(context, typeOneReport(readings, *reference, tolerance));
+    const StudyReadings data = tableOfOnePart(call);
+    const std::optional<tesk5::ReportFile> file = fileOf(call, FILE_OPTION);
+    finishOfOnePart(data, *reference, output, file ? &*file : nullptr, nullptr, call, context);
     return 0;
 }
 

@@ -107,6 +107,11 @@ Json variationsOf(const gauge::Study& study) {
     return all;
 }
 
+Json json(const std::optional<gauge::Capability>& capability) {
+    return capability ? Json({{"value", capability->value}, {"atLeast", capability->atLeast}})
+                      : Json(nullptr);
+}
+
 Json readingsOf(const StudyReadings& data) {
     Json all = Json::array();
     const gauge::Design& design = data.readings.design();
@@ -118,6 +123,16 @@ Json readingsOf(const StudyReadings& data) {
         }
     }
     return all;
+}
+
+// What the files of both kinds of study begin with.
+Json beginning(const gauge::Design& design, double confidence, std::optional<double> tolerance) {
+    return {{"studyVersion", STUDY_VERSION},
+            {"unit", "dBm"},
+            {"design",
+             {{"parts", design.parts}, {"operators", design.operators}, {"trials", design.trials}}},
+            {"confidence", confidence},
+            {"tolerance", json(tolerance)}};
 }
 
 [[noreturn]] void refuseStudy(const std::string& path) {
@@ -141,6 +156,9 @@ std::string quoted(const std::string& text) {
 StudyResult::StudyResult(StudyReadings readings, const gauge::StudyOptions& given)
     : data(std::move(readings)), options(given), study(evaluate(data.readings, options)),
       byHand(averageAndRange(data.readings)), assumptions(checkAssumptions(data.readings)) {}
+
+TypeOneResult::TypeOneResult(StudyReadings readings, const gauge::TypeOneOptions& given)
+    : data(std::move(readings)), options(given), study(typeOne(data.readings.all(), options)) {}
 
 std::vector<std::string_view> levelColumns() {
     return {"level", "value", "dBm", "rssi"};
@@ -232,6 +250,17 @@ StudyReadings studyReadings(const std::string& path) {
     return data;
 }
 
+StudyReadings readingsOfOnePart(const std::vector<double>& levels) {
+    StudyReadings data{
+        gauge::CrossedReadings({.parts = 1, .operators = 1, .trials = levels.size()}),
+        {"1"},
+        {"1"}};
+    for (std::size_t trial = 0; trial < levels.size(); ++trial) {
+        data.readings.at(0, 0, trial) = levels[trial];
+    }
+    return data;
+}
+
 std::string studyCsv(const StudyReadings& data) {
     std::string text = "part,operator,trial,level\r\n";
     const gauge::Design& design = data.readings.design();
@@ -249,27 +278,38 @@ std::string studyCsv(const StudyReadings& data) {
 
 Json studyJson(const StudyResult& result) {
     const auto& [data, options, study, byHand, assumptions] = result;
-    const gauge::Design& design = data.readings.design();
     const std::optional<gauge::Rating> inTolerance = ratingInTolerance(study);
-    return {{"studyVersion", STUDY_VERSION},
-            {"unit", "dBm"},
-            {"design",
-             {{"parts", design.parts}, {"operators", design.operators}, {"trials", design.trials}}},
-            {"confidence", options.confidence},
-            {"tolerance", json(options.tolerance)},
-            {"anova",
-             {{"crossed", json(study.anova.full)},
-              {"used", json(study.anova.used)},
-              {"interactionPooled", study.anova.isPooled}}},
-            {"variations", variationsOf(study)},
-            {"categories",
-             {{"count", study.categories.count}, {"ratio", json(study.categories.ratio)}}},
-            {"rating",
-             {{"inStudy", ratingName(ratingInStudy(study))},
-              {"inTolerance", inTolerance ? Json(ratingName(*inTolerance)) : Json(nullptr)}}},
-            {"averageAndRange", json(byHand)},
-            {"assumptions", json(assumptions)},
-            {"readings", readingsOf(data)}};
+    Json file = beginning(data.readings.design(), options.confidence, options.tolerance);
+    file["anova"] = {{"crossed", json(study.anova.full)},
+                     {"used", json(study.anova.used)},
+                     {"interactionPooled", study.anova.isPooled}};
+    file["variations"] = variationsOf(study);
+    file["categories"] = {{"count", study.categories.count},
+                          {"ratio", json(study.categories.ratio)}};
+    file["rating"] = {
+        {"inStudy", ratingName(ratingInStudy(study))},
+        {"inTolerance", inTolerance ? Json(ratingName(*inTolerance)) : Json(nullptr)}};
+    file["averageAndRange"] = json(byHand);
+    file["assumptions"] = json(assumptions);
+    file["readings"] = readingsOf(data);
+    return file;
+}
+
+Json typeOneJson(const TypeOneResult& result) {
+    const auto& [data, options, study] = result;
+    Json file = beginning(data.readings.design(), options.confidence, options.tolerance);
+    file["typeOne"] = {{"reference", options.reference},
+                       {"mean", study.mean},
+                       {"deviation", study.deviation},
+                       {"bias",
+                        {{"value", study.bias},
+                         {"low", study.biasInterval.low},
+                         {"high", study.biasInterval.high}}},
+                       {"biasP", json(study.biasPValue)},
+                       {"cg", json(study.cg)},
+                       {"cgk", json(study.cgk)}};
+    file["readings"] = readingsOf(data);
+    return file;
 }
 
 } // namespace study

@@ -4,6 +4,7 @@
 #include <gauge/Assumptions.h>
 #include <gauge/AverageRange.h>
 #include <gauge/Study.h>
+#include <gauge/TypeOne.h>
 
 #include <mrl/Json.h>
 
@@ -36,6 +37,16 @@ struct StudyResult {
     gauge::Assumptions assumptions;
 };
 
+/// The short study of one part whose level is known, and what was computed from its readings.
+struct TypeOneResult {
+    /// \param readings of one part by one operator
+    TypeOneResult(StudyReadings readings, const gauge::TypeOneOptions& given);
+
+    StudyReadings data;
+    gauge::TypeOneOptions options;
+    gauge::TypeOne study;
+};
+
 /// The names that a column of readings may have.
 std::vector<std::string_view> levelColumns();
 
@@ -44,8 +55,12 @@ std::vector<std::string_view> levelColumns();
 /// Failure: throws tesk5::BadInput, also for cells with different numbers of readings
 StudyReadings studyReadings(const std::string& path);
 
+/// The readings of one part by one operator, in the order in which they were taken.
+StudyReadings readingsOfOnePart(const std::vector<double>& levels);
+
 /// Everything about a study that docs/schemas/study.schema.json describes.
 mrl::Json studyJson(const StudyResult& result);
+mrl::Json typeOneJson(const TypeOneResult& result);
 
 /// The study's readings as a table that studyReadings() reads again.
 std::string studyCsv(const StudyReadings& data);

@@ -56,10 +56,9 @@ const char* verdictOf(const TypeOne& study) {
 
 } // namespace
 
-std::vector<std::string> typeOneReport(statistics::Readings readings, double reference,
-                                       std::optional<double> tolerance) {
-    const TypeOne study = gauge::typeOne(
-        readings, {.reference = reference, .tolerance = tolerance, .confidence = 0.95});
+std::vector<std::string> typeOneReport(const TypeOneResult& result) {
+    const TypeOne& study = result.study;
+    const statistics::Readings readings = result.data.readings.all();
     std::vector<std::string> lines = {
         message("TYPE1_READINGS", {{"Count", readings.size()},
                                    {"Mean", quantity(Number::rounded(study.mean, 2), "dBm")},
@@ -71,7 +70,7 @@ std::vector<std::string> typeOneReport(statistics::Readings readings, double ref
                                                {"Low", decibels(study.biasInterval.low)},
                                                {"High", decibels(study.biasInterval.high)}}));
     }
-    const std::vector<std::string> warnings = warningsOf(readings, reference);
+    const std::vector<std::string> warnings = warningsOf(readings, result.options.reference);
     lines.insert(lines.end(), warnings.begin(), warnings.end());
     if (study.cg) {
         lines.push_back(message("TYPE1_CAPABILITY", {{"Cg", plain(study.cg->value, 2)},

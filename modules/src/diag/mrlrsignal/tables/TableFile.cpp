@@ -33,6 +33,9 @@ constexpr const char* PROBLEMS[] = {"TABLE_EMPTY",      "TABLE_FIELDS",   "TABLE
 
 CsvTable tableIn(const std::string& path) {
     const std::string text = tesk5::readInputFile(path, LARGEST_FILE);
+    if (text.starts_with('{')) {
+        throw tesk5::BadInput{message("TABLE_IS_JSON", {{"File", path}})};
+    }
     try {
         return CsvTable(text);
     } catch (const TableFailure& failure) {
