@@ -78,6 +78,12 @@ add_library(project_warnings INTERFACE)
 target_compile_options(project_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${MRLR_WERROR}>:-Werror>)
 
+# Builds for shipping compile many sources of a target at once, and so read the headers once. GCC then
+# takes each of them for a header, in which a class must have no member of an unnamed namespace.
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options(-Wno-subobject-linkage)
+endif()
+
 # mrlr_library(<name> INCLUDE <root> SOURCES <files> [LINKS <targets>] [PRIVATE_LINKS <targets>])
 # declares a static library whose public headers are found below <root>.
 function(mrlr_library name)

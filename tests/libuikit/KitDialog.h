@@ -64,6 +64,9 @@ private:
     HGDIOBJ m_before = nullptr;
 };
 
+/// Read from right to left.
+constexpr LANGID HEBREW = MAKELANGID(LANG_HEBREW, SUBLANG_DEFAULT);
+
 /// Sets the language of the user interface for its own lifetime.
 struct Language {
     explicit Language(LANGID language) { libUikit::setUiLanguage(language); }

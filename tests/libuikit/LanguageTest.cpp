@@ -14,21 +14,20 @@ using test::Language;
 
 constexpr LANGID ENGLISH = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
 constexpr LANGID ARABIC = MAKELANGID(LANG_ARABIC, SUBLANG_DEFAULT);
-constexpr LANGID HEBREW = MAKELANGID(LANG_HEBREW, SUBLANG_DEFAULT);
 constexpr LANGID JAPANESE = MAKELANGID(LANG_JAPANESE, SUBLANG_DEFAULT);
 
 TEST(UiLanguage, IsTheUsersUnlessItIsSet) {
     EXPECT_EQ(libUikit::uiLanguage(), GetUserDefaultUILanguage());
     {
-        const Language hebrew(HEBREW);
-        EXPECT_EQ(libUikit::uiLanguage(), HEBREW);
+        const Language hebrew(test::HEBREW);
+        EXPECT_EQ(libUikit::uiLanguage(), test::HEBREW);
     }
     EXPECT_EQ(libUikit::uiLanguage(), GetUserDefaultUILanguage());
 }
 
 TEST(UiLanguage, KnowsWhichWayItIsWritten) {
     EXPECT_TRUE(libUikit::isRightToLeft(ARABIC));
-    EXPECT_TRUE(libUikit::isRightToLeft(HEBREW));
+    EXPECT_TRUE(libUikit::isRightToLeft(test::HEBREW));
     EXPECT_FALSE(libUikit::isRightToLeft(ENGLISH));
     EXPECT_FALSE(libUikit::isRightToLeft(JAPANESE));
     EXPECT_FALSE(libUikit::isRightToLeft(0xffff));
@@ -54,7 +53,7 @@ TEST(DialogLayout, IsMirroredForLanguagesWrittenFromRightToLeft) {
         EXPECT_EQ(GetWindowLongPtrW(dialog, GWL_EXSTYLE) & WS_EX_LAYOUTRTL, 0U);
         english = distanceFromLeft(dialog, IDC_KIT_LINE);
     }
-    const Language language(HEBREW);
+    const Language language(test::HEBREW);
     KitDialog dialog;
     ASSERT_TRUE(dialog.Create(IDD_KIT));
     EXPECT_NE(GetWindowLongPtrW(dialog, GWL_EXSTYLE) & WS_EX_LAYOUTRTL, 0U);
@@ -82,7 +81,7 @@ TEST(LanguageFont, ReplacesAFontThatLacksThemByOneThatHasThemWhereThereIsOne) {
     }
 }
 
-class Texts : public testing::Test {
+class FittedTexts : public testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(dialog.Create(IDD_KIT)); }
 
@@ -94,13 +93,13 @@ protected:
     KitDialog dialog;
 };
 
-TEST_F(Texts, ThatFitKeepTheDialogsFontAndTheirStyle) {
+TEST_F(FittedTexts, ThatFitKeepTheDialogsFontAndTheirStyle) {
     EXPECT_EQ(dialog.letterHeight(IDC_KIT_LINE), full());
     EXPECT_NE(dialog.styleOf(IDC_KIT_LINE) & SS_CENTERIMAGE, 0U);
     EXPECT_EQ(dialog.letterHeight(IDC_KIT_BUTTON), full());
 }
 
-TEST_F(Texts, ThatAreSlightlyTooLongGetASmallerFont) {
+TEST_F(FittedTexts, ThatAreSlightlyTooLongGetASmallerFont) {
     set(IDC_KIT_LINE, L"Signal strength now.");
     EXPECT_LT(dialog.letterHeight(IDC_KIT_LINE), full());
     EXPECT_GE(dialog.letterHeight(IDC_KIT_LINE), full() * 3 / 5);
@@ -109,7 +108,7 @@ TEST_F(Texts, ThatAreSlightlyTooLongGetASmallerFont) {
     EXPECT_EQ(dialog.letterHeight(IDC_KIT_LINE), full()) << "and the full one again later";
 }
 
-TEST_F(Texts, WrapWhereTheControlHasRoomForSeveralLines) {
+TEST_F(FittedTexts, WrapWhereTheControlHasRoomForSeveralLines) {
     set(IDC_KIT_TALL, L"Several words on several lines");
     EXPECT_EQ(dialog.styleOf(IDC_KIT_TALL) & SS_CENTERIMAGE, 0U);
     EXPECT_EQ(dialog.letterHeight(IDC_KIT_TALL), full());
@@ -117,12 +116,12 @@ TEST_F(Texts, WrapWhereTheControlHasRoomForSeveralLines) {
     EXPECT_NE(dialog.styleOf(IDC_KIT_TALL) & SS_CENTERIMAGE, 0U);
 }
 
-TEST_F(Texts, ThatWrapAlreadyGetASmallerFontWhenTheLinesDoNotFit) {
+TEST_F(FittedTexts, ThatWrapAlreadyGetASmallerFontWhenTheLinesDoNotFit) {
     set(IDC_KIT_BLOCK, L"Some more words than two lines of this width can hold");
     EXPECT_LT(dialog.letterHeight(IDC_KIT_BLOCK), full());
 }
 
-TEST_F(Texts, ThatAreFarTooLongEndInDots) {
+TEST_F(FittedTexts, ThatAreFarTooLongEndInDots) {
     set(IDC_KIT_LINE, std::wstring(200, L'W').c_str());
     EXPECT_NE(dialog.styleOf(IDC_KIT_LINE) & SS_ENDELLIPSIS, 0U);
     EXPECT_NE(dialog.styleOf(IDC_KIT_LINE) & SS_CENTERIMAGE, 0U);
@@ -130,12 +129,12 @@ TEST_F(Texts, ThatAreFarTooLongEndInDots) {
     EXPECT_EQ(dialog.styleOf(IDC_KIT_LINE) & SS_ENDELLIPSIS, 0U);
 }
 
-TEST_F(Texts, OfButtonsGetASmallerFontToo) {
+TEST_F(FittedTexts, OfButtonsGetASmallerFontToo) {
     set(IDC_KIT_BUTTON, L"A considerably longer label");
     EXPECT_LT(dialog.letterHeight(IDC_KIT_BUTTON), full());
 }
 
-TEST_F(Texts, AreFittedAgainWhenTheControlChangesItsSize) {
+TEST_F(FittedTexts, AreFittedAgainWhenTheControlChangesItsSize) {
     set(IDC_KIT_LINE, L"Signal strength now.");
     ASSERT_LT(dialog.letterHeight(IDC_KIT_LINE), full());
     CRect place;
@@ -145,10 +144,10 @@ TEST_F(Texts, AreFittedAgainWhenTheControlChangesItsSize) {
 }
 
 // Each drawing of a control sends WM_CTLCOLOR.
-class DrawnTexts : public Texts {
+class DrawnTexts : public FittedTexts {
 protected:
     void SetUp() override {
-        Texts::SetUp();
+        FittedTexts::SetUp();
         dialog.ShowWindow(SW_SHOWNOACTIVATE);
         drawingsOf(L"at first");
     }
@@ -178,7 +177,7 @@ TEST_F(DrawnTexts, AreDrawnAgainInTheFontThatFits) {
     EXPECT_EQ(drawingsOf(L"short"), 2);
 }
 
-TEST_F(Texts, FollowTheScaleOfTheScreen) {
+TEST_F(FittedTexts, FollowTheScaleOfTheScreen) {
     const LONG before = full();
     const UINT dpi = GetDpiForWindow(dialog);
     RECT suggested{0, 0, 800, 600};
@@ -189,7 +188,7 @@ TEST_F(Texts, FollowTheScaleOfTheScreen) {
     EXPECT_EQ(full(), before);
 }
 
-TEST_F(Texts, KeepTheirStateWhenTheirStyleChanges) {
+TEST_F(FittedTexts, KeepTheirStateWhenTheirStyleChanges) {
     dialog.GetDlgItem(IDC_KIT_LINE)->EnableWindow(FALSE);
     set(IDC_KIT_LINE, std::wstring(200, L'W').c_str());
     EXPECT_NE(dialog.styleOf(IDC_KIT_LINE) & WS_DISABLED, 0U);

@@ -12,8 +12,6 @@ namespace {
 
 using test::KitDialog;
 
-constexpr LANGID HEBREW = MAKELANGID(LANG_HEBREW, SUBLANG_DEFAULT);
-
 TEST(ReadingOrder, IsFromTheRightForTextsAndThatOfTheFirstLetterForNames) {
     EXPECT_TRUE(libUikit::isReadFromRight(L"\u05d0\u05d1", 0));
     EXPECT_TRUE(libUikit::isReadFromRight(L"SSID", 0));
@@ -80,7 +78,7 @@ protected:
         return ink;
     }
 
-    const test::Language language{HEBREW};
+    const test::Language language{test::HEBREW};
     const GdiResourceManager manager;
     const HBRUSH white = CreateSolidBrush(RGB(255, 255, 255));
     KitDialog dialog;

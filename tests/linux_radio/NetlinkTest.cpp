@@ -115,7 +115,7 @@ TEST(NetlinkTransport, LeavesNoSocketBehind) {
 
 // --- announcements ---
 
-struct Receiver final : Announcements::Receiver {
+struct SwitchCounter final : Announcements::Receiver {
     void onMessage(std::uint8_t /*command*/, Attributes /*attributes*/) override {}
     void onSwitch() override { ++switches; }
     void onLoss() override {}
@@ -127,7 +127,7 @@ TEST(NetlinkAnnouncements, EndWhenTheyAreStopped) {
     ASSERT_EQ(announcements.open({"notify"}), 0);
     std::atomic<bool> ended{false};
     std::thread thread([&] {
-        Receiver receiver;
+        SwitchCounter receiver;
         while (announcements.wait(receiver)) {
         }
         ended = true;
@@ -136,7 +136,7 @@ TEST(NetlinkAnnouncements, EndWhenTheyAreStopped) {
     announcements.stop();
     thread.join();
     EXPECT_TRUE(ended);
-    Receiver receiver;
+    SwitchCounter receiver;
     EXPECT_FALSE(announcements.wait(receiver)) << "from now on";
 }
 
@@ -169,7 +169,7 @@ TEST(NetlinkAnnouncements, AreWaitedForWithoutUsingTheProcessor) {
     std::atomic<pid_t> id{0};
     std::thread thread([&] {
         id = static_cast<pid_t>(syscall(SYS_gettid));
-        Receiver receiver;
+        SwitchCounter receiver;
         while (announcements.wait(receiver)) {
         }
     });
@@ -199,7 +199,7 @@ TEST(NetlinkAnnouncements, SayThatASwitchWasUsedAndThatRfkillHasGone) {
     NetlinkAnnouncements announcements(FAMILY, rfkill, LIMIT);
     ASSERT_EQ(announcements.open({"notify"}), 0);
     const int writer = ::open(rfkill.c_str(), O_WRONLY);
-    Receiver receiver;
+    SwitchCounter receiver;
     std::thread thread([&] {
         while (announcements.wait(receiver)) {
         }

@@ -9,7 +9,7 @@ namespace test {
 
 namespace {
 
-using Reason = mrl::JsonFailure::Reason;
+using JsonReason = mrl::JsonFailure::Reason;
 
 std::optional<mrl::JsonFailure> failureOf(const std::string& text) {
     try {
@@ -37,7 +37,7 @@ TEST(JsonTexts, ThatAreMalformedAreRefusedWithLineAndColumn) {
           Place{std::string(100000, '['), 1, 100001}}) {
         const std::optional<mrl::JsonFailure> failure = failureOf(text);
         ASSERT_TRUE(failure) << text.substr(0, 20);
-        EXPECT_EQ(failure->reason, Reason::syntax);
+        EXPECT_EQ(failure->reason, JsonReason::syntax);
         EXPECT_EQ(failure->line, line) << text.substr(0, 20);
         EXPECT_EQ(failure->column, column) << text.substr(0, 20);
         EXPECT_EQ(failure->detail.rfind("syntax error", 0), 0U) << failure->detail;
@@ -49,7 +49,7 @@ TEST(JsonTexts, ThatAreMalformedAreRefusedWithLineAndColumn) {
 TEST(JsonTexts, ThatNameAMemberTwiceInOneObjectAreRefused) {
     const std::optional<mrl::JsonFailure> failure = failureOf(R"([{"a": {"b": 1}, "a": 2}])");
     ASSERT_TRUE(failure);
-    EXPECT_EQ(failure->reason, Reason::memberTwice);
+    EXPECT_EQ(failure->reason, JsonReason::memberTwice);
     EXPECT_EQ(failure->detail, "a");
     EXPECT_STREQ(failure->what(), "the member \"a\" is there twice in one object");
     EXPECT_FALSE(failureOf(R"([{"a": {"a": 1}}, {"a": 2}])"));
@@ -66,7 +66,7 @@ TEST(JsonTexts, WithObjectsOfVeryManyMembersAreRefused) {
     EXPECT_FALSE(failureOf("[" + objectOf(2000) + "," + objectOf(2000) + "]"));
     const std::optional<mrl::JsonFailure> failure = failureOf(objectOf(100000));
     ASSERT_TRUE(failure);
-    EXPECT_EQ(failure->reason, Reason::tooManyMembers);
+    EXPECT_EQ(failure->reason, JsonReason::tooManyMembers);
     EXPECT_STREQ(failure->what(),
                  "one object has more than 2000 members, the first beyond being \"2001\"");
 }
@@ -74,7 +74,7 @@ TEST(JsonTexts, WithObjectsOfVeryManyMembersAreRefused) {
 TEST(JsonTexts, WithANumberThatNoTypeHoldsAreRefused) {
     const std::optional<mrl::JsonFailure> failure = failureOf("[1e999]");
     ASSERT_TRUE(failure);
-    EXPECT_EQ(failure->reason, Reason::number);
+    EXPECT_EQ(failure->reason, JsonReason::number);
     EXPECT_STREQ(failure->what(), "number overflow parsing '1e999'");
 }
 

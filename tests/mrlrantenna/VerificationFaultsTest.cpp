@@ -66,7 +66,7 @@ Row withALateStart(const char* function, std::uint32_t nth, Lines alsoAdded = {}
             .lacked = lacked};
 }
 
-const Row rows[] = {
+const Row faultRows[] = {
     {.place = {"WlanOpenHandle", 1}, .added = {NO_RADIO_STATE}},
     withOneScan("WlanOpenHandle", 2),
     withOneScan("WlanOpenHandle", 3),
@@ -162,7 +162,7 @@ TEST_F(VerificationFaults, StrikeEveryCallOfARun) {
         }
         std::size_t struck = 0;
         std::uint32_t last = 0;
-        for (const Row& row : rows) {
+        for (const Row& row : faultRows) {
             if (function == row.place.function) {
                 struck += row.service == Service::WELL ? 1U : 0U;
                 last = std::max(last, row.place.nth);
@@ -217,7 +217,7 @@ TEST_P(VerificationFault, ChangesTheRunAsItsRowSays) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryCall, VerificationFault, testing::ValuesIn(rows),
+INSTANTIATE_TEST_SUITE_P(EveryCall, VerificationFault, testing::ValuesIn(faultRows),
                          [](const testing::TestParamInfo<Row>& each) {
                              return each.param.place.name() +
                                     (each.param.service == Service::WELL

@@ -259,7 +259,7 @@ TEST_P(WirelessDoctorOnAName, SaysWhatTheTestMakesOfIt) {
     EXPECT_THAT(sayingOnName(GetParam().name), testing::StartsWith(GetParam().saying));
 }
 
-const Name names[] = {
+const Name givenNames[] = {
     {{{.ssid = "Lab", .signal = 61U}}, "  Lab ", "ok: Card sees \"Lab\" at 61%."},
     {{{.ssid = " LAB ", .signal = 61U}, {.ssid = "Office"}},
      "Lab",
@@ -309,7 +309,7 @@ const Name names[] = {
      "problem: Card sees no network \"Lab\". Check its spelling, and that the access point is "
      "switched on, within reach and sends its name. Visible: \"Office\", \"Bench\"."},
 };
-INSTANTIATE_TEST_SUITE_P(Names, WirelessDoctorOnAName, testing::ValuesIn(names));
+INSTANTIATE_TEST_SUITE_P(Names, WirelessDoctorOnAName, testing::ValuesIn(givenNames));
 
 TEST_F(WirelessDoctor, ShowsTenOfTheNamesThatAreVisible) {
     std::vector<AccessPoint> many;

@@ -23,7 +23,6 @@ using tesk5::TestResult;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr int WRONG_USAGE = 64;
 constexpr const char* BSSID = "02:00:00:00:01:00";
 
 class Calibrations : public SignalProgramTest {

@@ -21,8 +21,6 @@ using tesk5::TestResult;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr int WRONG_USAGE = 64;
-
 class GuidedStudies : public SignalProgramTest {
 protected:
     GuidedStudies() {

@@ -5,7 +5,10 @@
 
 namespace {
 
-using namespace statistics;
+using statistics::decided;
+using statistics::LevelLimits;
+using statistics::rate;
+using statistics::Rating;
 
 struct RatedLevel {
     double level;

@@ -19,6 +19,9 @@
 
 namespace test {
 
+/// The exit value for a command line or an input that is refused.
+constexpr int WRONG_USAGE = 64;
+
 class SignalProgramTest : public ModuleTest {
 protected:
     SignalProgramTest() { m_context.input = &m_input; }

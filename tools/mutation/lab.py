@@ -31,13 +31,13 @@ FRAMEWORK = "common/src/libtesk5/src"
 # Sources by name, the build in which their mutants are tried, and the test programs that link them,
 # the one that notices most first.
 SOURCES = (
-    (f"{MODULE}/mrlrantennaDlg*.cpp", "windows-checked", ("test_mrlrantenna_dialog",)),
-    (f"{MODULE}/DiversityTest.cpp", "windows-checked", ("test_mrlrantenna_dialog",)),
-    (f"{MODULE}/PostedRefresh.cpp", "windows-checked", ("test_mrlrantenna_dialog",)),
-    (f"{MODULE}/TabletPc.cpp", "windows-checked", ("test_mrlrantenna",)),
+    (f"{MODULE}/mrlrantennaDlg*.cpp", "mutants-windows", ("test_mrlrantenna_dialog",)),
+    (f"{MODULE}/DiversityTest.cpp", "mutants-windows", ("test_mrlrantenna_dialog",)),
+    (f"{MODULE}/PostedRefresh.cpp", "mutants-windows", ("test_mrlrantenna_dialog",)),
+    (f"{MODULE}/TabletPc.cpp", "mutants-windows", ("test_mrlrantenna",)),
     (f"{MODULE}/MRLrAntennaApp.cpp", "mutants", ("test_mrlrantenna_frame", "test_mrlrantenna")),
     (f"{MODULE}/*.cpp", "mutants", ("test_mrlrantenna", "test_mrlrantenna_frame")),
-    (f"{FRAMEWORK}/run/*Win32.cpp", "windows-checked", ("test_tesk5",)),
+    (f"{FRAMEWORK}/run/*Win32.cpp", "mutants-windows", ("test_tesk5",)),
     (f"{FRAMEWORK}/model/*.cpp", "mutants", ("test_tesk5", "test_mrlrantenna")),
     (f"{FRAMEWORK}/run/*.cpp", "mutants", ("test_tesk5", "test_mrlrantenna")),
 )
@@ -140,7 +140,7 @@ class Build:
 
     def __init__(self, name, root=ROOT):
         self.name = name
-        self.is_windows = name.startswith("windows")
+        self.is_windows = name.endswith("windows")
         self.folder = root / "build" / name
         self.bin = self.folder / "tests" / "bin"
         self._commands = {}
@@ -277,14 +277,14 @@ class Lab:
                 self._measure(build, program)
 
     def _make(self, build, programs):
-        wine = "build windows radiosim_dll; prepare_wine" if build.startswith("windows") else ":"
+        wine = "build windows radiosim_dll; prepare_wine" if build.endswith("windows") else ":"
         script = (f"source tools/build/setup.sh; ensure_packages \"${{RUN_PACKAGES[@]}}\" \"${{TEST_PACKAGES[@]}}\";"
                   f"build {build} {' '.join(programs)}; {wine}; env -0")
         result = subprocess.run(["bash", "-c", script], cwd=ROOT, stdout=subprocess.PIPE,
                                 stdin=subprocess.DEVNULL, check=False)
         if result.returncode != 0:
             raise SystemExit(result.returncode)
-        if build.startswith("windows"):
+        if build.endswith("windows"):
             for setting in result.stdout.split(b"\0"):
                 key, _, value = setting.decode().partition("=")
                 if key.startswith("WINE"):

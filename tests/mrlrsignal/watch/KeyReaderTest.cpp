@@ -1,4 +1,6 @@
 // Keys out of bytes.
+#include "Letter.h"
+
 #include <watch/KeyReader.h>
 
 #include <gmock/gmock.h>
@@ -28,10 +30,6 @@ std::vector<KeyPress> pressed(std::string_view bytes) {
     KeyReader reader;
     reader.add(bytes);
     return pressed(reader);
-}
-
-KeyPress letter(char character) {
-    return {Key::CHARACTER, character};
 }
 
 KeyPress key(Key which) {

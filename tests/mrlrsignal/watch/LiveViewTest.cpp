@@ -1,5 +1,6 @@
 // The live view and the records on the simulated radio: a terminal in memory, on the virtual clock.
 #include "Client.h"
+#include "Letter.h"
 
 #include <watch/LevelRecords.h>
 #include <watch/LiveView.h>
@@ -27,10 +28,6 @@ struct Step {
     KeyPress press = {};
     Size size = {}; ///< from then on
 };
-
-KeyPress letter(char character) {
-    return {Key::CHARACTER, character};
-}
 
 // Understands what Screen sends. Waiting moves the clock.
 class MemoryTerminal final : public Terminal {

@@ -12,8 +12,6 @@ namespace contract {
 
 namespace {
 
-constexpr DWORD CLIENT_VERSION = 2;
-
 Finding negotiatesVersion(Session& session) {
     return judge(session.version() == CLIENT_VERSION, {{"version", session.version()}});
 }

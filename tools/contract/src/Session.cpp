@@ -13,7 +13,6 @@ namespace contract {
 
 namespace {
 
-constexpr DWORD CLIENT_VERSION = 2;
 constexpr std::chrono::milliseconds STEP(20);
 
 std::chrono::milliseconds now() {

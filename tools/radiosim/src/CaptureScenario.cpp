@@ -16,26 +16,25 @@ namespace radiosim {
 
 namespace {
 
-using capture::Call;
 using capture::Step;
 
 // The steps' times begin with the first call, as the engine's do.
 Milliseconds startOf(const capture::Capture& capture) {
     for (const Step& step : capture.steps) {
-        if (std::holds_alternative<Call>(step.what)) {
+        if (std::holds_alternative<capture::Call>(step.what)) {
             return std::chrono::duration_cast<Milliseconds>(step.at);
         }
     }
     return Milliseconds(0);
 }
 
-std::string argument(const Call& call, const char* key) {
+std::string argument(const capture::Call& call, const char* key) {
     const auto found = call.request.arguments.find(key);
     return found != call.request.arguments.end() && found->is_string() ? found->get<std::string>()
                                                                        : std::string();
 }
 
-std::optional<std::uint32_t> opcodeOf(const Call& call) {
+std::optional<std::uint32_t> opcodeOf(const capture::Call& call) {
     const auto found = call.request.arguments.find("opcode");
     return found != call.request.arguments.end() && found->is_number_unsigned()
                ? std::optional(found->get<std::uint32_t>())
@@ -44,7 +43,7 @@ std::optional<std::uint32_t> opcodeOf(const Call& call) {
 
 // A block as a structure; nothing when there is none of this size.
 template <typename T>
-std::optional<T> structureIn(const Call& call) {
+std::optional<T> structureIn(const capture::Call& call) {
     if (!call.answer.block || !call.answer.block->bytes ||
         call.answer.block->bytes->size() != sizeof(T)) {
         return std::nullopt;
@@ -59,14 +58,14 @@ public:
     explicit Builder(const capture::Capture& capture) : m_start(startOf(capture)) {
         m_scenario.interfaces.clear();
         for (const Step& step : capture.steps) {
-            if (const auto* call = std::get_if<Call>(&step.what)) {
+            if (const auto* call = std::get_if<capture::Call>(&step.what)) {
                 addInterfaces(*call);
             }
         }
         for (const Step& step : capture.steps) {
             const Milliseconds at = std::max(
                 std::chrono::duration_cast<Milliseconds>(step.at) - m_start, Milliseconds(0));
-            if (const auto* call = std::get_if<Call>(&step.what)) {
+            if (const auto* call = std::get_if<capture::Call>(&step.what)) {
                 add(*call, at);
             } else if (const auto* sent = std::get_if<capture::Notification>(&step.what)) {
                 add(*sent, at);
@@ -86,7 +85,7 @@ private:
         return found == m_scenario.interfaces.end() ? nullptr : &*found;
     }
 
-    void addInterfaces(const Call& call) {
+    void addInterfaces(const capture::Call& call) {
         if (call.request.function != "WlanEnumInterfaces" || !call.answer.block ||
             !call.answer.block->bytes) {
             return;
@@ -110,7 +109,7 @@ private:
         }
     }
 
-    void add(const Call& call, Milliseconds at) {
+    void add(const capture::Call& call, Milliseconds at) {
         const std::string guid = argument(call, "interface");
         const std::optional<std::uint32_t> opcode = opcodeOf(call);
         if (call.request.function == "WlanOpenHandle" && call.answer.version) {
@@ -144,7 +143,7 @@ private:
     }
 
     // The radio as it is first seen: where switching it begins.
-    void addPhys(const Call& call, const std::string& guid) {
+    void addPhys(const capture::Call& call, const std::string& guid) {
         const auto state = structureIn<WLAN_RADIO_STATE>(call);
         const auto parsed = nativewifi::parseGuid(mrl::toUtf16(guid));
         Interface* const facts = state && parsed ? interfaceOf(*parsed) : nullptr;

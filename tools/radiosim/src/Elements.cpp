@@ -8,14 +8,14 @@ namespace radiosim {
 
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using Octets = std::vector<std::uint8_t>;
 
-void append(Bytes& all, const Bytes& more) {
+void append(Octets& all, const Octets& more) {
     all.insert(all.end(), more.begin(), more.end());
 }
 
-Bytes element(std::uint8_t id, const Bytes& body) {
-    Bytes bytes = {id, static_cast<std::uint8_t>(body.size())};
+Octets element(std::uint8_t id, const Octets& body) {
+    Octets bytes = {id, static_cast<std::uint8_t>(body.size())};
     append(bytes, body);
     return bytes;
 }
@@ -39,14 +39,14 @@ std::optional<std::uint8_t> suiteOfCipher(std::int32_t cipher) {
 }
 
 // One suite of the vendor, with its count of one.
-Bytes list(const Bytes& vendor, std::uint8_t suite) {
-    Bytes bytes = {1, 0};
+Octets list(const Octets& vendor, std::uint8_t suite) {
+    Octets bytes = {1, 0};
     append(bytes, vendor);
     bytes.push_back(suite);
     return bytes;
 }
 
-Bytes securityElement(const AccessPoint& accessPoint) {
+Octets securityElement(const AccessPoint& accessPoint) {
     struct Row {
         std::int32_t auth;
         bool wpa;
@@ -62,8 +62,8 @@ Bytes securityElement(const AccessPoint& accessPoint) {
         if (!cipher || row.auth != accessPoint.auth) {
             continue;
         }
-        const Bytes vendor = row.wpa ? Bytes{0x00, 0x50, 0xF2} : Bytes{0x00, 0x0F, 0xAC};
-        Bytes body = row.wpa ? Bytes{0x00, 0x50, 0xF2, 1} : Bytes();
+        const Octets vendor = row.wpa ? Octets{0x00, 0x50, 0xF2} : Octets{0x00, 0x0F, 0xAC};
+        Octets body = row.wpa ? Octets{0x00, 0x50, 0xF2, 1} : Octets();
         append(body, {1, 0});
         append(body, vendor);
         body.push_back(*cipher);
@@ -78,13 +78,13 @@ Bytes securityElement(const AccessPoint& accessPoint) {
 }
 
 // HT says 40 MHz, VHT 80 and 160, and EHT 320.
-Bytes widthElements(const Bss& bss) {
+Octets widthElements(const Bss& bss) {
     constexpr std::size_t HT_OPERATION_SIZE = 22;
     const auto channel = static_cast<std::uint8_t>(bss.channel);
-    Bytes ht(HT_OPERATION_SIZE);
+    Octets ht(HT_OPERATION_SIZE);
     ht[0] = channel;
     ht[1] = bss.width >= 40 ? 0x05 : 0; // the second channel is above
-    Bytes all = element(61, ht);
+    Octets all = element(61, ht);
     if (bss.width >= 80) {
         const auto first = static_cast<std::uint8_t>(channel + 6);
         const auto second = static_cast<std::uint8_t>(bss.width >= 160 ? first + 8 : 0);
@@ -98,9 +98,9 @@ Bytes widthElements(const Bss& bss) {
 
 } // namespace
 
-Bytes elementsOf(const AccessPoint& accessPoint, const Bss& bss, const DOT11_SSID& shown) {
+Octets elementsOf(const AccessPoint& accessPoint, const Bss& bss, const DOT11_SSID& shown) {
     const std::string_view name = nativewifi::ssidBytes(shown);
-    Bytes all = element(0, Bytes(name.begin(), name.end()));
+    Octets all = element(0, Octets(name.begin(), name.end()));
     if (bss.elements) {
         append(all, *bss.elements);
         return all;

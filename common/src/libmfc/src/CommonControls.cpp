@@ -2,18 +2,14 @@
 #include <afxcmn.h>
 
 #include "CommonControls.h"
+#include "MessageArguments.h"
 
 #include <cstddef>
 
+using afx::toInt;
+using afx::toWParam;
+
 namespace {
-
-int toInt(LRESULT result) {
-    return static_cast<int>(result);
-}
-
-WPARAM toWParam(int value) {
-    return static_cast<WPARAM>(value);
-}
 
 // A whole window is a tool of its parent, named by its handle; a part is a tool of the window.
 TTTOOLINFOW toolInfo(CWnd* window, LPCTSTR text, LPCRECT rectangle, UINT_PTR id) {

@@ -1,15 +1,12 @@
 // The controls of user32, by their messages.
 #include <afxwin.h>
 
+#include "MessageArguments.h"
+
+using afx::toInt;
+using afx::toWParam;
+
 namespace {
-
-int toInt(LRESULT result) {
-    return static_cast<int>(result);
-}
-
-WPARAM toWParam(int value) {
-    return static_cast<WPARAM>(value);
-}
 
 LPARAM toLParam(LPCTSTR text) {
     return reinterpret_cast<LPARAM>(text);

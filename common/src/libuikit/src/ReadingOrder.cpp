@@ -15,12 +15,6 @@ namespace {
 constexpr wchar_t FROM_LEFT = L'\u202a';
 constexpr wchar_t FROM_RIGHT = L'\u202b';
 
-bool isOneLine(DWORD style) {
-    const DWORD type = style & SS_TYPEMASK;
-    return (style & (SS_CENTERIMAGE | SS_ELLIPSISMASK)) != 0 || type == SS_SIMPLE ||
-           type == SS_LEFTNOWORDWRAP;
-}
-
 // The format of DrawTextW for a line in the style of a static text. In a mirrored device context
 // the left is the side that reading begins at.
 UINT formatOf(HWND control, DWORD style) {

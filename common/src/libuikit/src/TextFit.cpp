@@ -27,13 +27,6 @@ bool isTextButton(HWND control) {
     return (style & BS_TYPEMASK) != BS_OWNERDRAW && (style & (BS_ICON | BS_BITMAP)) == 0;
 }
 
-// A text static without these styles wraps its text.
-bool isOneLine(DWORD style) {
-    const DWORD type = style & SS_TYPEMASK;
-    return (style & SS_CENTERIMAGE) != 0 || (style & SS_ELLIPSISMASK) != 0 || type == SS_SIMPLE ||
-           type == SS_LEFTNOWORDWRAP;
-}
-
 // The client area without a button's frame, check box or margin.
 SIZE roomFor(HWND control, bool isStatic) {
     RECT client{};

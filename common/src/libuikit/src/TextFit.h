@@ -12,6 +12,13 @@ namespace libUikit {
 /// Platform: InternalGetWindowText
 std::wstring textOf(HWND control);
 
+/// Whether a static text with this style keeps its text on one line; others wrap it.
+constexpr bool isOneLine(DWORD style) {
+    const DWORD type = style & SS_TYPEMASK;
+    return (style & (SS_CENTERIMAGE | SS_ELLIPSISMASK)) != 0 || type == SS_SIMPLE ||
+           type == SS_LEFTNOWORDWRAP;
+}
+
 /// A control, its own style and the font for texts that fit.
 class FittedText {
 public:

@@ -14,7 +14,6 @@ constexpr std::uint16_t CAPABILITY_IBSS = 0x0002;
 // "The network is not compatible": it wants what no one knows here.
 constexpr WLAN_REASON_CODE REASON_NOT_COMPATIBLE = 0x00020001;
 constexpr LONG SILENT = -100;
-constexpr std::uint64_t NS_PER_MS = 1'000'000;
 constexpr ULONG KHZ_PER_MHZ = 1000;
 
 std::string_view nameIn(const Elements& elements) {

@@ -21,6 +21,7 @@ DOT11_BSS_TYPE typeOf(const Bss& bss);
 /// silent.
 std::optional<LONG> levelOf(const Bss& bss);
 
+constexpr std::uint64_t NS_PER_MS = 1'000'000;
 /// Nanoseconds in one unit of host timestamps.
 constexpr std::uint64_t NS_PER_FILE_TIME = 100;
 

@@ -13,7 +13,6 @@ namespace {
 constexpr std::uint32_t FRESH_MS = 15000;
 // A scan takes up to 5 s: with it, what is still there is heard again before it counts as old.
 constexpr std::uint32_t LATE_MS = 5000;
-constexpr std::uint64_t NS_PER_MS = 1'000'000;
 
 DOT11_RADIO_STATE stateOf(bool blocked) {
     return blocked ? dot11_radio_state_off : dot11_radio_state_on;

@@ -129,7 +129,7 @@ void addDevices(Findings& findings) {
 }
 
 // The names of the network interfaces that belong to a radio.
-std::vector<path> wirelessInterfaces() {
+std::vector<path> wirelessInterfaceFolders() {
     std::vector<path> interfaces = entriesOf(systemPath("sys/class/net"));
     std::erase_if(interfaces,
                   [](const path& interface) { return !isThere(interface / "phy80211"); });
@@ -212,7 +212,7 @@ Findings checkMachine() {
         return findings;
     }
     addDevices(findings);
-    const std::vector<path> interfaces = wirelessInterfaces();
+    const std::vector<path> interfaces = wirelessInterfaceFolders();
     if (interfaces.empty()) {
         return findings; // what follows is about the use of a radio
     }

@@ -55,16 +55,17 @@ void LiveLine::end() {
 }
 
 std::string LiveLine::text() const {
-    using Seconds = std::chrono::duration<double>;
     const mrl::Clock::Duration now = mrl::Clock::current().now();
     const Event::Variables elapsed = {
-        {"Activity", m_activity}, {"Elapsed", wholeSecondsText(Seconds(now - m_begun).count())}};
+        {"Activity", m_activity},
+        {"Elapsed", wholeSecondsText(std::chrono::duration<double>(now - m_begun).count())}};
     if (!m_longestSeconds) {
         return message("CONSOLE_LIVE", elapsed);
     }
     Event::Variables all = elapsed;
-    all.emplace_back(
-        "Left", wholeSecondsText(std::ceil(*m_longestSeconds - Seconds(now - m_told).count())));
+    all.emplace_back("Left",
+                     wholeSecondsText(std::ceil(
+                         *m_longestSeconds - std::chrono::duration<double>(now - m_told).count())));
     return message("CONSOLE_LIVE_LIMITED", all);
 }
 

@@ -20,7 +20,7 @@ namespace {
 constexpr const char* SINCE = "--since";
 constexpr const char* STATION = "--station";
 constexpr const char* SERIAL = "--serial";
-constexpr const char* TEST = "--test";
+constexpr const char* TEST_OPTION = "--test";
 constexpr const char* LAST = "--last";
 constexpr const char* PAGE = "--page";
 constexpr const char* FORMAT = "--format";
@@ -49,7 +49,7 @@ HistoryFilter filterOf(const CommandCall& call) {
     HistoryFilter filter{.since = {},
                          .station = given(call, STATION),
                          .serial = given(call, SERIAL),
-                         .test = given(call, TEST)};
+                         .test = given(call, TEST_OPTION)};
     if (const std::optional<std::string> since = given(call, SINCE)) {
         filter.since = beginningOf(*since);
     }
@@ -134,7 +134,7 @@ ModuleCommand historyCommand() {
                          .argument = "TEXT",
                          .help = "HELP_HISTORY_SERIAL",
                          .example = "history line.jsonl --serial A123456"},
-                        {.name = TEST,
+                        {.name = TEST_OPTION,
                          .argument = "NAME",
                          .help = "HELP_HISTORY_TEST",
                          .example = "history line.jsonl --test NAME"},

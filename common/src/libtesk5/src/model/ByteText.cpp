@@ -11,7 +11,7 @@ namespace {
 
 constexpr mrl::Char HIGHEST_BYTE = 0xFF;
 constexpr char32_t HIGHEST_ASCII = 0x7F;
-constexpr std::string_view DIGITS = "0123456789ABCDEF";
+constexpr std::string_view HEX_DIGITS = "0123456789ABCDEF";
 
 std::string_view digitsOf(const TeskString& text) {
     return std::string_view(text.utf8()).substr(std::string_view(HEX_PREFIX).size());
@@ -19,13 +19,14 @@ std::string_view digitsOf(const TeskString& text) {
 
 // 0 to 15; npos for any other character.
 std::size_t valueOf(char digit) {
-    return DIGITS.find(digit >= 'a' && digit <= 'f' ? static_cast<char>(digit - 'a' + 'A') : digit);
+    return HEX_DIGITS.find(digit >= 'a' && digit <= 'f' ? static_cast<char>(digit - 'a' + 'A')
+                                                        : digit);
 }
 
 std::string bytesIn(std::string_view digits) {
     std::string bytes;
     for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
-        bytes += static_cast<char>(valueOf(digits[i]) * DIGITS.size() + valueOf(digits[i + 1]));
+        bytes += static_cast<char>(valueOf(digits[i]) * HEX_DIGITS.size() + valueOf(digits[i + 1]));
     }
     return bytes;
 }
@@ -83,8 +84,8 @@ std::string toHexForm(const TeskString& text) {
     std::string form = HEX_PREFIX;
     for (const char byte : *bytes) {
         const auto value = static_cast<unsigned char>(byte);
-        form += DIGITS[value / DIGITS.size()];
-        form += DIGITS[value % DIGITS.size()];
+        form += HEX_DIGITS[value / HEX_DIGITS.size()];
+        form += HEX_DIGITS[value % HEX_DIGITS.size()];
     }
     return form;
 }

@@ -10,7 +10,7 @@ namespace tesk5 {
 
 namespace {
 
-constexpr double WHOLE = 100;
+constexpr double WHOLE_SIDE = 100;
 
 ChartAxis valuesOf(const Series& series) {
     std::vector<double> values;
@@ -46,16 +46,16 @@ Chart chartOf(const Series& series, bool mirrored) {
     const auto y = [&](const Number& value) { return 1 - values.share(value.toDouble()); };
     Chart chart;
     for (const Number& tick : times.ticks()) {
-        chart.times.push_back({WHOLE * x(tick.toDouble()), tick});
+        chart.times.push_back({WHOLE_SIDE * x(tick.toDouble()), tick});
     }
     for (const Number& tick : values.ticks()) {
-        chart.values.push_back({WHOLE * y(tick), tick});
+        chart.values.push_back({WHOLE_SIDE * y(tick), tick});
     }
     for (const Limit& limit : series.head.limits) {
-        chart.limits.push_back({WHOLE * y(limit.value), limit.severity});
+        chart.limits.push_back({WHOLE_SIDE * y(limit.value), limit.severity});
     }
     if (series.head.median) {
-        chart.medianY = WHOLE * y(*series.head.median);
+        chart.medianY = WHOLE_SIDE * y(*series.head.median);
     }
     for (const SeriesPoint& point : series.points) {
         const std::string place = fixedPoint(Chart::SIDE * x(point.seconds), 1) + " " +

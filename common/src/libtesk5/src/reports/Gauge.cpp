@@ -11,7 +11,7 @@ namespace tesk5 {
 
 namespace {
 
-constexpr double WHOLE = 100;
+constexpr double WHOLE_SCALE = 100;
 // A character of a number, where the drawing is narrowest: on a phone.
 constexpr double CHARACTER = 2.7;
 constexpr double GAP = 2;
@@ -24,8 +24,8 @@ public:
 
     double x(const Number& value) const {
         const double share =
-            WHOLE * shareOfScale(value, m_measurement.lowest, m_measurement.highest);
-        return m_mirrored ? WHOLE - share : share;
+            WHOLE_SCALE * shareOfScale(value, m_measurement.lowest, m_measurement.highest);
+        return m_mirrored ? WHOLE_SCALE - share : share;
     }
     Gauge::Zone zone(const Number& from, const Number& to, std::optional<Severity> severity) const {
         return {std::min(x(from), x(to)), std::abs(x(to) - x(from)), severity};
@@ -76,7 +76,7 @@ struct Extent {
         if (x < width / 2) {
             side = "left";
             from = x;
-        } else if (x > WHOLE - width / 2) {
+        } else if (x > WHOLE_SCALE - width / 2) {
             side = "right";
             from = x - width;
         } else {

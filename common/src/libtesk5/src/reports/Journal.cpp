@@ -20,7 +20,6 @@ namespace {
 
 constexpr unsigned LONGEST_CHECK_MS = 2000;
 constexpr unsigned LONGEST_APPEND_MS = 10000;
-constexpr int NO_INDENT = -1;
 
 Json testJson(const Outcome& outcome) {
     Json json = {{"test", outcome.test->name().utf8()},
@@ -54,6 +53,7 @@ std::string journalLineOf(const RunRecord& run) {
     for (const TestWithoutDevice& without : run.withoutDevice) {
         json["tests"].push_back(testJson(without));
     }
+    constexpr int NO_INDENT = -1;
     return json.dump(NO_INDENT, ' ', true, Json::error_handler_t::replace);
 }
 

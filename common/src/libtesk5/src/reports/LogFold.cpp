@@ -15,10 +15,10 @@ namespace {
 // A poll of fifty networks takes about 500 lines.
 constexpr std::size_t LONGEST_BLOCK = 1000;
 
-constexpr std::string_view DIGITS = "0123456789";
+constexpr std::string_view DECIMAL_DIGITS = "0123456789";
 
 bool isDigit(char letter) {
-    return DIGITS.find(letter) != std::string_view::npos;
+    return DECIMAL_DIGITS.find(letter) != std::string_view::npos;
 }
 
 // Whether a digit beside `letter` belongs to a word. Letters beyond ASCII have bytes above it.
@@ -36,7 +36,8 @@ std::string withoutNumbers(std::string_view text) {
             result += text[begin++];
             continue;
         }
-        const std::size_t end = std::min(text.find_first_not_of(DIGITS, begin), text.size());
+        const std::size_t end =
+            std::min(text.find_first_not_of(DECIMAL_DIGITS, begin), text.size());
         const bool partOfWord =
             (begin > 0 && joins(text[begin - 1])) || (end < text.size() && joins(text[end]));
         result += partOfWord ? text.substr(begin, end - begin) : "#";

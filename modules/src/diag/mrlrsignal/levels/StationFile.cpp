@@ -30,7 +30,7 @@ using tesk5::tomlText;
 constexpr const char* TABLE = "calibration";
 constexpr const char* RADIOS = "radio";
 constexpr int VERSION = 1;
-constexpr int DECIMALS = 2;
+constexpr int OFFSET_DECIMALS = 2;
 // Levels and offsets are written with two decimals.
 constexpr double ROUNDING = 0.011;
 constexpr std::pair<Band, const char*> BANDS[] = {
@@ -148,7 +148,7 @@ RadioCalibration radioIn(const Json& table, const std::string& file) {
 }
 
 std::string decimal(double value) {
-    return Number::rounded(value, DECIMALS).text();
+    return Number::rounded(value, OFFSET_DECIMALS).text();
 }
 
 std::string textOf(const RadioCalibration& radio) {

@@ -16,17 +16,17 @@ namespace networks {
 namespace {
 
 // For what the system does not say.
-constexpr const char* UNKNOWN = "-";
+constexpr const char* NOTHING_KNOWN = "-";
 constexpr std::size_t GAP = 2;
 constexpr std::size_t SHORTEST_NAME = 16;
 constexpr std::size_t SHORTEST_SECURITY = 15; // "WPA2 Enterprise"
 
 std::string numberText(std::size_t number) {
-    return number == 0 ? UNKNOWN : std::to_string(number);
+    return number == 0 ? NOTHING_KNOWN : std::to_string(number);
 }
 
 std::string levelText(const Network& network) {
-    return network.dbm ? std::to_string(*network.dbm) : UNKNOWN;
+    return network.dbm ? std::to_string(*network.dbm) : NOTHING_KNOWN;
 }
 std::string percentText(const Network& network) {
     return std::to_string(network.percent);
@@ -34,11 +34,11 @@ std::string percentText(const Network& network) {
 std::string ageText(const Network& network) {
     return network.age
                ? std::to_string(std::chrono::round<std::chrono::seconds>(*network.age).count())
-               : UNKNOWN;
+               : NOTHING_KNOWN;
 }
 std::string bandOrUnknown(const Network& network) {
     const std::string text = bandText(network);
-    return text.empty() ? UNKNOWN : text;
+    return text.empty() ? NOTHING_KNOWN : text;
 }
 std::string channelText(const Network& network) {
     return numberText(nativewifi::channelOf(network.mhz));

@@ -24,7 +24,7 @@ namespace {
 constexpr int TRACE_LINE = 305;
 
 // Time for the host's own windows to settle before the dialog opens over them.
-constexpr unsigned int OPENING_PAUSE_MS = 1000;
+constexpr unsigned int PAUSE_BEFORE_DIALOG_MS = 1000;
 
 } // namespace
 
@@ -35,7 +35,7 @@ const char* diversityTestObstacle() {
 TestResult DiversityTest(const tesk5::DiagDevice& device) {
     const mrl::TraceLogger trace(moduleLogger(), "Enter DiversityTest", MODULE_SOURCE_FILE,
                                  TRACE_LINE);
-    mrl::System::mssleep(OPENING_PAUSE_MS);
+    mrl::System::mssleep(PAUSE_BEFORE_DIALOG_MS);
 
     const mrl::String language(tesk5::Language::current().tag().c_str());
     libUikit::setUiLanguage(libUikit::languageOf(language.getUCS2Buffer()));

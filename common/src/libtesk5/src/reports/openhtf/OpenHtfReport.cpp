@@ -16,13 +16,13 @@ namespace tesk5 {
 
 namespace {
 
-struct ResultRow {
+struct OutcomeRow {
     TestResult result;
     openhtf::Outcome record;
     openhtf::PhaseOutcome phase;
     openhtf::PhaseResult returned; ///< by the phase
 };
-const ResultRow resultRows[] = {
+const OutcomeRow outcomeRows[] = {
     {TestResult::PASS(), openhtf::Outcome::pass, openhtf::PhaseOutcome::pass,
      openhtf::PhaseResult::carriesOn},
     {TestResult::WARN(), openhtf::Outcome::pass, openhtf::PhaseOutcome::pass,
@@ -43,8 +43,8 @@ const ResultRow resultRows[] = {
      openhtf::PhaseResult::stop},
 };
 
-const ResultRow& rowOf(const TestResult& result) {
-    return rowFor(result, resultRows);
+const OutcomeRow& outcomesOf(const TestResult& result) {
+    return rowFor(result, outcomeRows);
 }
 
 const openhtf::Unit SECONDS = {"second [unit of time]", "SEC", "s"};
@@ -72,7 +72,7 @@ const char* comparison(const Limit& limit) {
 
 // "20 < Marginal:40 < x <= 90": the limits in one line as OpenHTF writes a range, those that only
 // warn behind "Marginal:".
-std::vector<std::string> validatorsOf(const std::vector<Limit>& limits) {
+std::vector<std::string> rangeTextsOf(const std::vector<Limit>& limits) {
     const Bounds fail = boundsOf(limits, Severity::error);
     const Bounds warn = boundsOf(limits, Severity::warning);
     std::string text;
@@ -139,7 +139,7 @@ std::vector<openhtf::Measurement> measurementsOf(const Outcome& outcome) {
         if (broken != nullptr && broken->severity == Severity::error) {
             one.outcome = openhtf::MeasurementOutcome::fail;
         }
-        one.validators = validatorsOf(measurement.limits);
+        one.validators = rangeTextsOf(measurement.limits);
         add(std::move(one));
         for (const Figure& figure : measurement.figures) {
             add(figureOf(figureName(measurement, figure), figure.value, figure.unit));
@@ -169,7 +169,7 @@ std::vector<openhtf::Phase> phasesOf(const RunRecord& run) {
     std::vector<openhtf::Phase> phases;
     std::vector<const Test*> tests;
     for (const Outcome& outcome : run.outcomes) {
-        const ResultRow& row = rowOf(outcome.result);
+        const OutcomeRow& row = outcomesOf(outcome.result);
         phases.push_back({.descriptorId = descriptorOf(*outcome.test, tests),
                           .name = stepName(outcome),
                           .codeinfo = codeOf(*outcome.test),
@@ -260,7 +260,7 @@ std::string openHtfReportOf(const RunRecord& run) {
                                      .stationId = stationOf(run.identity),
                                      .startTimeMillis = millisecondsOf(run.started),
                                      .endTimeMillis = millisecondsOf(run.ended),
-                                     .outcome = rowOf(worst).record,
+                                     .outcome = outcomesOf(worst).record,
                                      .outcomeDetails = detailsOf(run),
                                      .marginal = worst == TestResult::WARN(),
                                      .codeInfo = {.name = std::string(moduleInfo().name),

@@ -27,12 +27,12 @@ constexpr std::string_view requiredTags[] = {"serial",   "part",  "revision", "s
                                              "operator", PROCESS, "location", "purpose"};
 constexpr std::string_view optionalTags[] = {"batch", "fixture"};
 
-struct ResultRow {
+struct StatusRow {
     TestResult result;
     wsjf::Status report;
     wsjf::Status step;
 };
-const ResultRow resultRows[] = {
+const StatusRow statusRows[] = {
     {TestResult::PASS(), wsjf::Status::passed, wsjf::Status::passed},
     {TestResult::WARN(), wsjf::Status::passed, wsjf::Status::passed},
     {TestResult::COMPLETED(), wsjf::Status::passed, wsjf::Status::passed},
@@ -44,8 +44,8 @@ const ResultRow resultRows[] = {
     {TestResult::EXITEDABNORMALLY(), wsjf::Status::error, wsjf::Status::error},
 };
 
-const ResultRow& rowOf(const TestResult& result) {
-    return rowFor(result, resultRows);
+const StatusRow& statusesOf(const TestResult& result) {
+    return rowFor(result, statusRows);
 }
 
 std::optional<mrl::Uint32> processCode(const RunIdentity& identity) {
@@ -173,7 +173,7 @@ public:
 
     wsjf::Step root() {
         wsjf::Step step = sequence(std::string(moduleInfo().name), m_run.started);
-        step.status = rowOf(worstResult(m_run)).report;
+        step.status = statusesOf(worstResult(m_run)).report;
         step.totTime = secondsOfRun();
         for (const Outcome& outcome : m_run.outcomes) {
             step.steps.push_back(stepOf(outcome));
@@ -207,7 +207,7 @@ private:
 
     wsjf::Step stepOf(const Outcome& outcome) {
         wsjf::Step step = sequence(stepName(outcome), outcome.time);
-        step.status = rowOf(outcome.result).step;
+        step.status = statusesOf(outcome.result).step;
         step.totTime = roundedToMilliseconds(outcome.seconds);
         step.causedUUTFailure = outcome.result == TestResult::FAIL();
         if (!plainlyGood(outcome)) {
@@ -327,7 +327,7 @@ std::string wsjfReportOf(const RunRecord& run) {
         .sn = tagOr(identity, "serial", {}),
         .rev = tagOr(identity, "revision", {}),
         .processCode = processCode(identity).value_or(0),
-        .result = rowOf(worstResult(run)).report,
+        .result = statusesOf(worstResult(run)).report,
         .machineName = tagOr(identity, "station", {}),
         .location = tagOr(identity, "location", {}),
         .purpose = tagOr(identity, "purpose", {}),
