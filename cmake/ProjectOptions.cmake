@@ -4,6 +4,7 @@ set(MRLR_SANITIZERS "" CACHE STRING "Sanitizers for -fsanitize=, comma-separated
 option(MRLR_TRAP_UNDEFINED "Windows: end the program on undefined behaviour; for tests" OFF)
 option(MRLR_FUZZERS "Build the fuzzers too; needs clang and a fuzzer among the sanitizers" OFF)
 option(MRLR_HARDENED "Linux: the mitigations of Debian's own programs, and no symbols" OFF)
+option(MRLR_MUTANTS "Compile each source that tools/mutants changes by itself" OFF)
 option(MRLR_WERROR "Treat warnings as errors" ON)
 
 # Release with assertions of the standard library: a diagnostic must stop at a broken invariant
@@ -83,6 +84,16 @@ target_compile_options(project_warnings INTERFACE
 if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-Wno-subobject-linkage)
 endif()
+
+# mrlr_mutated(<folder>...): tools/mutants changes the sources in these folders, which targets of the
+# calling folder compile.
+function(mrlr_mutated)
+    if(MRLR_MUTANTS)
+        list(TRANSFORM ARGN APPEND "/*.cpp" OUTPUT_VARIABLE patterns)
+        file(GLOB sources ${patterns})
+        set_source_files_properties(${sources} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
+endfunction()
 
 # mrlr_library(<name> INCLUDE <root> SOURCES <files> [LINKS <targets>] [PRIVATE_LINKS <targets>])
 # declares a static library whose public headers are found below <root>.

@@ -43,10 +43,12 @@ SIDE_BY_SIDE = 2
 BUILDS = (("windows-checked", ("all",), ("wine",)),
           ("linux", ("mrlrantenna", "mrlrsignal", "contract", "radio_pace"), ()),
           ("native", ("all", "benchmarks"), ()),
-          ("thread-sanitizer", ("test_threads",), ()))
+          ("thread-sanitizer", ("test_threads",), ()),
+          ("mutants", ("test_mrlrantenna", "test_mrlrantenna_frame"), ()))
 # Python suites of the build's programs, which run after it; the others run beside the builds.
 SCRIPTS_OF_BUILDS = {"windows-checked": ("python/system/test_contract_kit",),
                      "native": ("python/system/test_watch",),
+                     "mutants": ("python/system/test_mutants",),
                      "linux": ("python/system/test_linux", "python/system/test_debian_package",
                                "python/system/test_kept_captures",
                                "python/system/test_radiovm")}
@@ -70,6 +72,8 @@ def build(preset, targets):
 
 def suites_of(preset, launcher):
     """The suites of a build: name, function and arguments."""
+    if preset == "mutants":
+        return  # the programs of `native` once more
     folder = ROOT / "build" / preset
     for program in sorted((folder / "tests" / "bin").glob("test_*")):
         if program.suffix in ("", ".exe"):
