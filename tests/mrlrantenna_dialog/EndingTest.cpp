@@ -1,6 +1,8 @@
 // How the dialog ends, and which result the test then has.
 #include "DialogTest.h"
 
+#include <libUikit/GdiResourceManager.h>
+
 #include <nativewifi/WlanTypes.h>
 
 namespace {
@@ -14,6 +16,7 @@ using test::timerRuns;
 using test::written;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 class EndOfTheDialog : public test::DialogTest {
 protected:
@@ -176,6 +179,20 @@ TEST_F(EndOfTheDialog, TheTestHasATraceScopeOfItsOwn) {
                 ElementsAre("> Enter DiversityTest "
                             "(modules/src/windows/diag/mrlrantenna/MRLrAntenna.cpp:305)",
                             "< Enter DiversityTest"));
+    const std::string line = std::string("log 0 ") + test::MODULE_LOGGER + ": ";
+    const std::vector<std::string> steps = journal().entries({line, "pause", "opens"});
+    ASSERT_FALSE(steps.empty());
+    EXPECT_THAT(steps.front(), StartsWith(line)) << "the pause belongs to the scope";
+}
+
+TEST_F(EndOfTheDialog, TheTestHasAManagerOfFontsWhileTheDialogIsThere) {
+    const auto fontsAreShared = [] {
+        LOGFONTW properties{};
+        properties.lfHeight = -11;
+        return GdiResourceManager::font(properties) == GdiResourceManager::font(properties);
+    };
+    runTest({[&](Dialog&) { EXPECT_TRUE(fontsAreShared()); }});
+    EXPECT_FALSE(fontsAreShared());
 }
 
 TEST_F(EndOfTheDialog, TheTestWaitsASecondBeforeItsDialog) {

@@ -1,68 +1,64 @@
 #!/usr/bin/env python3
-"""Writes sources of a build into batches for clang-tidy, and prints the batches' names.
+"""Writes the batches in which clang-tidy reads sources of a build.
 
     tools/build/tidy_batches.py BUILD FOLDER FILE...
 
-A batch includes the sources of one target, so that clang-tidy reads their headers once: they are
-most of its work. Batches and their compile commands go to FOLDER. Files that the build in
-BUILD does not compile are left out.
+The batches are those of the build in the folder BUILD, less the files that are not named. FOLDER
+gets them, their compile commands and those of each file by itself, and two lists of names: `batches`,
+and `sources`, the files that the build compiles.
 """
 import json
 import pathlib
+import re
 import shlex
 import sys
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
-# Few enough to keep both processors busy to the end.
-SOURCES_OF_A_BATCH = 10
-
-
-def entries_of(build):
-    """The compile commands of the build by source: the first one of each."""
-    found = {}
-    for entry in json.loads((ROOT / build / "compile_commands.json").read_text()):
-        found.setdefault(pathlib.Path(entry["file"]).resolve(), entry)
-    return found
-
 
 def without_files(command):
-    """(target, words): the folder of the object, and the command but for source and object."""
+    """The words of a compile command but for what it reads and writes."""
     words = shlex.split(command)
-    target = words[words.index("-o") + 1].partition(".dir/")[0]
     for option in ("-o", "-c", "-MT", "-MF"):
         if option in words:
             at = words.index(option)
             del words[at:at + 2]
-    return target, tuple(words)
+    return words
 
 
-def batches_of(build, files):
-    """(folder, command, sources) for each batch, in the order of the files."""
-    entries = entries_of(build)
-    groups = {}
-    for file in files:
-        source = pathlib.Path(file).resolve()
-        if source in entries:
-            entry = entries[source]
-            key = (entry["directory"], *without_files(entry["command"]))
-            groups.setdefault(key, []).append(source)
-    for (folder, _, command), sources in groups.items():
-        for begin in range(0, len(sources), SOURCES_OF_A_BATCH):
-            yield folder, command, sources[begin:begin + SOURCES_OF_A_BATCH]
+def sources_of(entry):
+    """What a compile command compiles: the sources of a batch, or one."""
+    file = pathlib.Path(entry["file"])
+    if file.parent.name == "Unity":
+        return re.findall(r'^#include "(.*)"$', file.read_text(encoding="utf-8"), re.MULTILINE)
+    return [str(file)]
 
 
 def main(build, folder, *files):
     folder = pathlib.Path(folder).resolve()
     folder.mkdir(parents=True, exist_ok=True)
-    commands = []
-    for number, (directory, command, sources) in enumerate(batches_of(build, files)):
-        batch = folder / f"batch{number}.cpp"
+    names = {str(pathlib.Path(file).resolve()): file for file in files}
+    commands, batches, found = [], [], []
+
+    def add(directory, words, file):
+        commands.append({"directory": directory, "file": file, "arguments": [*words, "-c", file]})
+
+    entries = json.loads((pathlib.Path(build) / "compile_commands.json").read_text(encoding="utf-8"))
+    for entry in entries:
+        # The first command of each: some sources are part of several targets.
+        sources = [source for source in sources_of(entry) if source in names]
+        if not sources:
+            continue
+        found += [names.pop(source) for source in sources]
+        words = without_files(entry["command"])
+        batch = folder / f"batch{len(batches)}.cpp"
         batch.write_text("".join(
-            f'#include "{source}" // NOLINT(bugprone-suspicious-include)\n' for source in sources))
-        commands.append({"directory": directory, "file": str(batch),
-                         "arguments": [*command, "-c", str(batch)]})
-    (folder / "compile_commands.json").write_text(json.dumps(commands))
-    print("\n".join(command["file"] for command in commands))
+            f'#include "{source}" // NOLINT(bugprone-suspicious-include)\n' for source in sources),
+            encoding="utf-8")
+        batches.append(str(batch))
+        for file in (*sources, str(batch)):
+            add(entry["directory"], words, file)
+    (folder / "compile_commands.json").write_text(json.dumps(commands), encoding="utf-8")
+    for name, lines in (("batches", batches), ("sources", found)):
+        (folder / name).write_text("".join(line + "\n" for line in lines), encoding="utf-8")
 
 
 if __name__ == "__main__":
