@@ -79,8 +79,8 @@ add_library(project_warnings INTERFACE)
 target_compile_options(project_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${MRLR_WERROR}>:-Werror>)
 
-# Builds for shipping compile many sources of a target at once, and so read the headers once. GCC then
-# takes each of them for a header, in which a class must have no member of an unnamed namespace.
+# GCC takes the sources of a batch for headers, whose classes must have no member of an unnamed
+# namespace: it would be another type in each source that includes them. Nothing includes these twice.
 if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options(-Wno-subobject-linkage)
 endif()
