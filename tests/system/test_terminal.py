@@ -41,7 +41,7 @@ class TerminalTest(ProgramTest):
         # The shell keeps the screen open after the program has ended.
         self.tmux("-f", os.devnull, "new-session", "-d", "-x", str(columns), "-y", str(ROWS),
                   f"{shlex.join(map(str, command))} {redirected}; echo ended with $?; "
-                  f"sleep {LIMIT_SECONDS}")
+                  f"sleep {2 * LIMIT_SECONDS}")
         self.addCleanup(self.tmux, "kill-server")
 
 

@@ -4,6 +4,8 @@
 #include <run/InterruptWatchWin32.h>
 #endif
 
+#include <mrl/OutputStream.h>
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -13,6 +15,7 @@
 
 #ifndef _WIN32
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 #endif
 
@@ -68,7 +71,7 @@ TEST_F(StoppingDeathTest, EndsTheProcessAtTheSecondInterrupt) {
 TEST_F(StoppingDeathTest, WritesItsLastWordsAtTheSecondInterruptAlone) {
     EXPECT_EXIT(
         {
-            const InterruptWatch watch(m_request, {}, {.output = {}, .errors = "That is all.\n"});
+            const InterruptWatch watch(m_request, {}, {.errors = "That is all.\n"});
             interrupt();
             std::fputs("Still here. ", stderr);
             std::fflush(stderr);
@@ -109,6 +112,25 @@ TEST_F(Stopping, IsRequestedOfTheFirstWatchAlone) {
 }
 
 #ifndef _WIN32
+
+TEST_F(StoppingDeathTest, SaysThatItsLastWordsBegin) {
+    // In memory that the process of the death test shares with this one.
+    void* const memory = mmap(nullptr, sizeof(std::atomic<bool>), PROT_READ | PROT_WRITE,
+                              MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(memory, MAP_FAILED);
+    const std::shared_ptr<std::atomic<bool>> begun(
+        new (memory) std::atomic<bool>(false),
+        [](std::atomic<bool>* flag) { munmap(flag, sizeof *flag); });
+    EXPECT_EXIT(
+        {
+            const InterruptWatch watch(m_request, {}, {.begun = begun});
+            interrupt();
+            std::fputs(*begun ? "too early" : "in time", stderr);
+            interrupt();
+        },
+        testing::ExitedWithCode(6), "in time");
+    EXPECT_TRUE(*begun);
+}
 
 TEST_F(StoppingDeathTest, WritesTheWordsForTheOutputFirst) {
     EXPECT_EXIT(
@@ -161,6 +183,33 @@ TEST_F(StoppingDeathTest, LosesLastWordsThatTheirStreamDoesNotTake) {
 }
 
 #else
+
+TEST_F(StoppingDeathTest, SaysThatItsLastWordsBegin) {
+    const auto begun = std::make_shared<std::atomic<bool>>(false);
+    // Standard error of the program, which tells whether the words had begun.
+    class Told final : public mrl::OutputStream::Receiver {
+    public:
+        explicit Told(const std::atomic<bool>& begun) : m_begun(begun) {}
+        void write(std::string_view utf8) override {
+            std::fprintf(stderr, "%.*s %s.\n", static_cast<int>(utf8.size()), utf8.data(),
+                         m_begun ? "begun" : "not begun");
+            std::fflush(stderr);
+        }
+
+    private:
+        const std::atomic<bool>& m_begun;
+    };
+    EXPECT_EXIT(
+        {
+            Told told(*begun);
+            mrl::cerr.redirect(&told);
+            const InterruptWatch watch(m_request, {}, {.begun = begun, .errors = "Last words:"});
+            interrupt();
+            mrl::cerr << "First:";
+            interrupt();
+        },
+        testing::ExitedWithCode(6), "First: not begun.\nLast words: begun.");
+}
 
 TEST_F(StoppingDeathTest, EndsTheProcessWhenTheConsoleClosesOrWindowsEnds) {
     // CTRL_CLOSE_EVENT, CTRL_LOGOFF_EVENT, CTRL_SHUTDOWN_EVENT

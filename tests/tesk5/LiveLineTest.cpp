@@ -78,6 +78,21 @@ TEST_F(TheLiveLine, MakesRoomForPermanentLines) {
     EXPECT_EQ(shown(), "  Running: 0\u00A0s so far");
 }
 
+TEST_F(TheLiveLine, IsNotWrittenBehindLastWords) {
+    tesk5::Console console(tesk5::RunContext::current(), {.live = true});
+    const tesk5::Test* const test = registerTest("A", TestResult::PASS());
+    const DiagDevice card("Card 1", DeviceCapability::Wireless());
+    console.onTestStart({test, &card});
+    const tesk5::LastWords words = console.lastWords();
+    ASSERT_TRUE(words.begun);
+    *words.begun = true;
+    forgetOutput();
+    console.onProgress({"SCAN", "Scanning", 45});
+    console.onStopRequest();
+    console.onTestBroken({test, &card}, "");
+    EXPECT_EQ(output(), "");
+}
+
 TEST_F(TheLiveLine, LeavesTheLastColumnFreeAndRoomForTheEchoOfAnInterrupt) {
     LiveLine narrow(mrl::cout, 12);
     narrow.begin();

@@ -19,8 +19,6 @@ namespace tesk5 {
 
 namespace {
 
-using Seconds = std::chrono::duration<double>;
-
 constexpr const char* COLOUR_END = "\x1b[0m";
 
 const char* colourOf(const Outcome& outcome) {
@@ -260,6 +258,7 @@ void Console::onStopRequest() {
 LastWords Console::lastWords() const {
     LastWords words;
     if (m_style.live) {
+        words.begun = m_liveLine.silence();
         words.output = LiveLine::erasure(m_output.columns());
     }
     words.errors = linesFor(m_context.errors, programPrefix() + message("CONSOLE_STOPPED_AT_ONCE"));

@@ -57,15 +57,13 @@ void LiveLine::end() {
 std::string LiveLine::text() const {
     const mrl::Clock::Duration now = mrl::Clock::current().now();
     const Event::Variables elapsed = {
-        {"Activity", m_activity},
-        {"Elapsed", wholeSecondsText(std::chrono::duration<double>(now - m_begun).count())}};
+        {"Activity", m_activity}, {"Elapsed", wholeSecondsText(Seconds(now - m_begun).count())}};
     if (!m_longestSeconds) {
         return message("CONSOLE_LIVE", elapsed);
     }
     Event::Variables all = elapsed;
-    all.emplace_back("Left",
-                     wholeSecondsText(std::ceil(
-                         *m_longestSeconds - std::chrono::duration<double>(now - m_told).count())));
+    all.emplace_back(
+        "Left", wholeSecondsText(std::ceil(*m_longestSeconds - Seconds(now - m_told).count())));
     return message("CONSOLE_LIVE_LIMITED", all);
 }
 
@@ -81,16 +79,21 @@ void LiveLine::drawLocked() {
     const std::string shown = mrl::fittedToColumns("  " + mrl::escapeControls(text()), room);
     const std::size_t width = mrl::columnsOf(shown);
     const std::size_t rest = m_drawn > width ? m_drawn - width : 0;
-    m_stream << std::string_view("\r" + shown + std::string(rest, ' ') + std::string(rest, '\b'));
-    m_stream.flush();
+    writeLocked("\r" + shown + std::string(rest, ' ') + std::string(rest, '\b'));
     m_drawn = width;
 }
 
 void LiveLine::eraseLocked() {
     if (m_there && m_drawn > 0) {
-        m_stream << erasure(m_columns == 0 ? m_drawn + 1 : m_columns);
-        m_stream.flush();
+        writeLocked(erasure(m_columns == 0 ? m_drawn + 1 : m_columns));
         m_drawn = 0;
+    }
+}
+
+void LiveLine::writeLocked(const std::string& text) {
+    if (!*m_silenced) { // as late as possible: it is set without our lock
+        m_stream << std::string_view(text);
+        m_stream.flush();
     }
 }
 

@@ -4,14 +4,19 @@
 #include <mrl/Clock.h>
 #include <mrl/OutputStream.h>
 
+#include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
 
 namespace tesk5 {
+
+using Seconds = std::chrono::duration<double>;
 
 /// Redraws itself in place as time passes, and is erased while permanent lines are written.
 /// Threads: any; operations do not interleave.
@@ -38,14 +43,19 @@ public:
     void yieldTo(const std::function<void()>& write);
     /// Erases the line.
     void end();
+    /// Once it is set, nothing is written any more. Unlike end(), setting it is possible in a
+    /// signal handler, and while a terminal blocks who writes.
+    std::shared_ptr<std::atomic<bool>> silence() const { return m_silenced; }
 
 private:
     std::string text() const;
     void drawLocked();
     void eraseLocked();
+    void writeLocked(const std::string& text);
 
     mrl::OutputStream& m_stream;
     std::size_t m_columns;
+    std::shared_ptr<std::atomic<bool>> m_silenced = std::make_shared<std::atomic<bool>>(false);
     std::mutex m_mutex;
     bool m_there = false;
     std::size_t m_drawn = 0; ///< width of what was drawn last

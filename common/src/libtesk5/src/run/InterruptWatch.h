@@ -3,6 +3,7 @@
 
 #include <tesk5/RunContext.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -12,6 +13,9 @@ namespace tesk5 {
 /// What a process writes when a second interrupt ends it: each text in one piece, and nothing where
 /// it is empty.
 struct LastWords {
+    /// Set before the first of them is written, so that nothing of this process is drawn behind
+    /// them; or null.
+    std::shared_ptr<std::atomic<bool>> begun;
     std::string output; ///< to standard output
     std::string errors; ///< to standard error
 };

@@ -39,6 +39,9 @@ void writeIfPossible(int file, const std::string& text) {
 extern "C" void onInterrupt(int /*number*/) {
     if (g_interrupted.exchange(true)) {
         if (const LastWords* const words = g_lastWords) {
+            if (words->begun) {
+                *words->begun = true;
+            }
             writeIfPossible(STDOUT_FILENO, words->output);
             writeIfPossible(STDERR_FILENO, words->errors);
         }

@@ -60,6 +60,9 @@ void writeLastWords() {
             const std::lock_guard lock(sharedWords().mutex);
             words = sharedWords().words;
         }
+        if (words.begun) {
+            *words.begun = true;
+        }
         if (!words.output.empty()) {
             mrl::cout << words.output;
         }
