@@ -1,4 +1,6 @@
 // What every reader of JSON gets: values in their order, and refusals with their place.
+#include <support/DeepJson.h>
+
 #include <mrl/Json.h>
 
 #include <gtest/gtest.h>
@@ -34,7 +36,7 @@ TEST(JsonTexts, ThatAreMalformedAreRefusedWithLineAndColumn) {
     for (const auto& [text, line, column] :
          {Place{"", 1, 1}, Place{"{\"a\": []", 1, 9}, Place{"{\n  \"a\": [}\n", 2, 9},
           Place{"[1 2\n]", 1, 4}, Place{"{} x", 1, 4}, Place{"{\n\n\"\xFF\": 1}", 3, 2},
-          Place{std::string(20000, '['), 1, 20001}}) {
+          Place{deepBrackets(), 1, DEPTH_OF_BRACKETS + 1}}) {
         const std::optional<mrl::JsonFailure> failure = failureOf(text);
         ASSERT_TRUE(failure) << text.substr(0, 20);
         EXPECT_EQ(failure->reason, JsonReason::syntax);

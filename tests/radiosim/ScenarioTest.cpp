@@ -1,4 +1,6 @@
 // The JSON form: what is read, and what is refused with which place and reason.
+#include <support/DeepJson.h>
+
 #include <radiosim/Engine.h>
 
 #include <gtest/gtest.h>
@@ -356,7 +358,8 @@ TEST(MalformedScenario, IsRefusedWithLineAndColumn) {
 }
 
 TEST(MalformedScenario, IsRefusedHoweverDeepItGoes) {
-    EXPECT_EQ(placeOf(std::string(20000, '[')), "line 1, column 20001");
+    EXPECT_EQ(placeOf(test::deepBrackets()),
+              "line 1, column " + std::to_string(test::DEPTH_OF_BRACKETS + 1));
 }
 
 TEST(ScenarioInCode, IsRefusedByTheEngineWhenItCannotBe) {

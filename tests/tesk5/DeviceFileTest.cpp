@@ -2,6 +2,8 @@
 
 #include <devices/DeviceFile.h>
 
+#include <support/DeepJson.h>
+
 namespace test {
 
 namespace {
@@ -49,7 +51,7 @@ TEST_F(DeviceFiles, AreRefusedWithFilePlaceReasonAndRemedy) {
 
 TEST_F(DeviceFiles, AreRefusedForEveryMistakeWithItsPlace) {
     const std::vector<std::pair<std::string, const char*>> mistakes = {
-        {std::string(20000, '['), "line 1"},
+        {deepBrackets(), "line 1"},
         {"", "line 1, column 1: "},
         {"[\n  oops]", "line 2, column 3: "},
         {R"([{"name": "a\xff"}])", "line 1, column "},

@@ -134,13 +134,17 @@ def _queued(process):
     return 0.0
 
 
+def is_windows(build):
+    return build.endswith("windows")
+
+
 class Build:
     """One build folder: how it compiles a source, and how it links a test program with another
     object."""
 
     def __init__(self, name, root=ROOT):
         self.name = name
-        self.is_windows = name.endswith("windows")
+        self.is_windows = is_windows(name)
         self.folder = root / "build" / name
         self.bin = self.folder / "tests" / "bin"
         self._commands = {}
@@ -277,14 +281,14 @@ class Lab:
                 self._measure(build, program)
 
     def _make(self, build, programs):
-        wine = "build windows radiosim_dll; prepare_wine" if build.endswith("windows") else ":"
+        wine = "build windows radiosim_dll; prepare_wine" if is_windows(build) else ":"
         script = (f"source tools/build/setup.sh; ensure_packages \"${{RUN_PACKAGES[@]}}\" \"${{TEST_PACKAGES[@]}}\";"
                   f"build {build} {' '.join(programs)}; {wine}; env -0")
         result = subprocess.run(["bash", "-c", script], cwd=ROOT, stdout=subprocess.PIPE,
                                 stdin=subprocess.DEVNULL, check=False)
         if result.returncode != 0:
             raise SystemExit(result.returncode)
-        if build.endswith("windows"):
+        if is_windows(build):
             for setting in result.stdout.split(b"\0"):
                 key, _, value = setting.decode().partition("=")
                 if key.startswith("WINE"):

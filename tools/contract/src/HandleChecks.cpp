@@ -7,6 +7,7 @@
 #include <string>
 
 using nativewifi::api;
+using nativewifi::CLIENT_VERSION;
 
 namespace contract {
 

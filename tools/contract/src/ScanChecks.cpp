@@ -18,7 +18,7 @@ namespace {
 constexpr double DOCUMENTED_SECONDS = 4;
 constexpr double DELIVERY_SECONDS = 0.5; // of its notification, on a busy PC
 constexpr std::chrono::milliseconds CALLBACK_TIME(300);
-constexpr std::chrono::milliseconds PROBE_STEP(10);
+constexpr std::chrono::milliseconds CALLBACK_STEP(10);
 
 // A scan from its start to the notification of its end.
 struct Scan {
@@ -122,7 +122,7 @@ void CALLBACK takeTime(WLAN_NOTIFICATION_DATA* /*data*/, PVOID context) {
         return;
     }
     for (int i = 0; i < 100 && !state.closing; ++i) {
-        mrl::Clock::current().sleep(PROBE_STEP);
+        mrl::Clock::current().sleep(CALLBACK_STEP);
     }
     mrl::Clock::current().sleep(CALLBACK_TIME);
     state.finished = true;

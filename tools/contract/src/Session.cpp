@@ -8,6 +8,7 @@
 #include <thread>
 
 using nativewifi::api;
+using nativewifi::CLIENT_VERSION;
 
 namespace contract {
 

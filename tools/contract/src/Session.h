@@ -14,9 +14,6 @@
 
 namespace contract {
 
-/// The version of the interface that the checks ask for: Windows Vista and later.
-constexpr DWORD CLIENT_VERSION = 2;
-
 struct Notice {
     DWORD source;
     DWORD code;

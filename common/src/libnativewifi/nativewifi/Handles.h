@@ -8,6 +8,9 @@
 
 namespace nativewifi {
 
+/// The version of the interface to ask WlanOpenHandle for: Windows Vista and later.
+constexpr DWORD CLIENT_VERSION = 2;
+
 /// Owns a value that `RELEASE` gives back; null is nothing.
 template <typename Value, void (*RELEASE)(Value)>
 class Owner {

@@ -19,7 +19,6 @@ using tesk5::Finding;
 using tesk5::TeskString;
 
 constexpr int PRIORITY = 1;
-constexpr DWORD CLIENT_VERSION = 2; // Windows Vista and later
 
 // What a failure of the first two calls means, and its remedy.
 struct Explanation {
@@ -64,8 +63,8 @@ WirelessInterfaces wirelessInterfaces() {
     WirelessInterfaces found;
     nativewifi::ClientHandle client;
     DWORD negotiated = 0;
-    DWORD result =
-        nativewifi::api().WlanOpenHandle(CLIENT_VERSION, nullptr, &negotiated, out(client));
+    DWORD result = nativewifi::api().WlanOpenHandle(nativewifi::CLIENT_VERSION, nullptr,
+                                                    &negotiated, out(client));
     if (result != ERROR_SUCCESS) {
         found.failure = failureOf("WlanOpenHandle", result);
         return found;

@@ -128,7 +128,7 @@ void addDevices(Findings& findings) {
     }
 }
 
-// The names of the network interfaces that belong to a radio.
+// The folders of the network interfaces that belong to a radio.
 std::vector<path> wirelessInterfaceFolders() {
     std::vector<path> interfaces = entriesOf(systemPath("sys/class/net"));
     std::erase_if(interfaces,

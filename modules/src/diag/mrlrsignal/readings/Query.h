@@ -9,11 +9,10 @@ namespace readings {
 /// Opens a client unless it is open. \return what the system answers
 /// Platform: WlanOpenHandle
 inline DWORD openClient(nativewifi::ClientHandle& client) {
-    constexpr DWORD CLIENT_VERSION = 2;
     DWORD version = 0;
-    return client
-               ? DWORD{ERROR_SUCCESS}
-               : nativewifi::api().WlanOpenHandle(CLIENT_VERSION, nullptr, &version, out(client));
+    return client ? DWORD{ERROR_SUCCESS}
+                  : nativewifi::api().WlanOpenHandle(nativewifi::CLIENT_VERSION, nullptr, &version,
+                                                     out(client));
 }
 
 /// What the interface answers.

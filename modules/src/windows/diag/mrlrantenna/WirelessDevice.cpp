@@ -16,8 +16,6 @@ using nativewifi::api;
 
 namespace {
 
-constexpr DWORD CLIENT_VERSION = 2;
-
 constexpr const char* VIRTUAL_NAME = "VirtualDeviceSystemName";
 
 String systemNameOf(const tesk5::DiagDevice& device) {
@@ -182,14 +180,14 @@ bool WirelessDevice::initialize() {
 bool WirelessDevice::openHandle() {
     const mrl::TraceLogger trace = deviceTrace("openHandle()");
     closeHandle();
-    m_handleOpen = api().WlanOpenHandle(CLIENT_VERSION, nullptr, &m_negotiatedVersion,
+    m_handleOpen = api().WlanOpenHandle(nativewifi::CLIENT_VERSION, nullptr, &m_negotiatedVersion,
                                         &m_clientHandle) == ERROR_SUCCESS;
     return m_handleOpen;
 }
 
 bool WirelessDevice::isAPIVersionSupported() {
     const mrl::TraceLogger trace = deviceTrace("isAPIVersionSupported()");
-    if (m_negotiatedVersion == CLIENT_VERSION) {
+    if (m_negotiatedVersion == nativewifi::CLIENT_VERSION) {
         return true;
     }
     deviceLog() << "The WLAN API version is not supported";

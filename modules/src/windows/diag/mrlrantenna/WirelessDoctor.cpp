@@ -31,7 +31,6 @@ using tesk5::TeskString;
 
 namespace {
 
-constexpr DWORD DOCTOR_CLIENT_VERSION = 2;
 constexpr mrl::Int32 TESTED_PHY = 0;
 constexpr unsigned int SCAN_MS = 4000;
 constexpr std::size_t MOST_NAMES_SHOWN = 10;
@@ -123,11 +122,11 @@ private:
 
     bool open() {
         DWORD negotiated = 0;
-        if (api().WlanOpenHandle(DOCTOR_CLIENT_VERSION, nullptr, &negotiated, out(m_client)) !=
+        if (api().WlanOpenHandle(nativewifi::CLIENT_VERSION, nullptr, &negotiated, out(m_client)) !=
             ERROR_SUCCESS) {
             return false;
         }
-        if (negotiated != DOCTOR_CLIENT_VERSION) {
+        if (negotiated != nativewifi::CLIENT_VERSION) {
             add("DOCTOR_INTERFACE_TOO_OLD", false, {{"Version", negotiated}});
             return false;
         }
