@@ -176,6 +176,21 @@ TEST_F(ClearedDetails, WhenNothingIsSelected) {
 
 // --- Another choice ------------------------------------------------------------------------------
 
+TEST_F(Details, AreReadInATraceScopeOfTheChoice) {
+    run({[&](Dialog& dialog) {
+        mrl::LogFactory::setPriority(0);
+        journal().clear();
+        choose(dialog, 0);
+        mrl::LogFactory::setPriority(1);
+        EXPECT_THAT(
+            journal().entries({test::scopeOpened(""), std::string("log 1 ") + test::DIALOG_LOGGER}),
+            ElementsAre(
+                testing::StartsWith(test::scopeOpened("OnSelchangeComboNetwork()")),
+                testing::EndsWith(" Sel Changed"),
+                testing::StartsWith(test::scopeOpened("updateSelectedNetworkInformation()"))));
+    }});
+}
+
 TEST_F(Details, AreReadWhileTheTimerIsStoppedAndRestartItsPeriod) {
     startRadio({network("Guest", 20U), network("Lab", 42U)});
     run({[&](Dialog& dialog) {

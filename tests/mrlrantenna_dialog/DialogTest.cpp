@@ -6,6 +6,7 @@
 
 #include <support/WindowLooks.h>
 
+#include <mrl/System.h>
 #include <mrl/Unicode.h>
 
 namespace test {
@@ -145,6 +146,14 @@ void press(const Dialog& dialog, WPARAM key, int controlId) {
     const HWND target = control(dialog, controlId);
     ::SetFocus(target);
     ::PostMessageW(target, WM_KEYDOWN, key, 0);
+}
+
+std::filesystem::path shippedTree() {
+    return mrl::System::executableFolder() / ".." / "shipped";
+}
+
+std::string scopeOpened(const std::string& name) {
+    return std::string("log 0 ") + DIALOG_LOGGER + ": > " + name;
 }
 
 // The pictures are nowhere near the current folder: the log then names those that were looked for.

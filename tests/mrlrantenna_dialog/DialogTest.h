@@ -60,6 +60,12 @@ void tick(const Dialog& dialog, UINT_PTR timerId = Dialog::SIGNAL_TIMER_ID);
 /// Presses a key in a control, for the loop to handle.
 void press(const Dialog& dialog, WPARAM key, int controlId = IDC_NETWORK_COMBO);
 
+/// A folder with the resources as they are shipped: the pictures and the texts of all languages.
+std::filesystem::path shippedTree();
+
+/// What the dialog notes as it opens a trace scope, up to the scope's name.
+std::string scopeOpened(const std::string& name);
+
 class DialogTest : public ModuleTest {
 protected:
     DialogTest();

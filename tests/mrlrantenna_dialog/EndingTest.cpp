@@ -82,6 +82,40 @@ TEST_F(EndOfTheDialog, RecordsTheNetworksAndTheStrengthThatWasShownLast) {
     EXPECT_FALSE(adviceRequested());
 }
 
+TEST_F(EndOfTheDialog, RecordsThatTheFirstNetworkWasMeasured) {
+    startRadio({network("Attic", 90U), network("Lab", 42U)});
+    runTest({[](Dialog& dialog) { test::push(dialog, IDC_FINISH); }});
+    ASSERT_EQ(surveys().size(), 1U);
+    EXPECT_TRUE(surveys()[0].entries[0].measured);
+    EXPECT_FALSE(surveys()[0].entries[1].measured);
+}
+
+TEST_F(EndOfTheDialog, RecordsTheStrengthOfANetworkThatHasGone) {
+    startRadio({network("Attic", 90U), network("Lab", 42U)});
+    runTest({[&](Dialog& dialog) {
+        test::choose(dialog, 1);
+        radio().setAccessPoints(0, {network("Zoo", 10U), network("Guest", 20U)});
+        test::choose(dialog, 1); // whose details stay
+        test::push(dialog, IDC_FINISH);
+    }});
+    ASSERT_EQ(surveys().size(), 1U);
+    EXPECT_EQ(surveys()[0].entries.size(), 2U);
+    EXPECT_THAT(surveys()[0].entries,
+                testing::Each(testing::Field(&tesk5::Survey::Entry::measured, false)));
+    ASSERT_EQ(measurements().size(), 1U);
+    EXPECT_EQ(measurements()[0].value, 42U);
+}
+
+TEST_F(EndOfTheDialog, RecordsNoStrengthWhenTheDetailsWereClearedLast) {
+    runTest({[&](Dialog& dialog) {
+        radio().setAccessPoints(0, {});
+        dialog.populateAvailableNetworks();
+        dialog.updateSelectedNetworkInformation();
+        test::push(dialog, IDC_FINISH);
+    }});
+    EXPECT_THAT(measurements(), IsEmpty());
+}
+
 TEST_F(EndOfTheDialog, RequestsAdviceWhenThereWasNoNetwork) {
     startRadio(std::vector<radiosim::AccessPoint>());
     EXPECT_EQ(runTest({[](Dialog& dialog) { test::push(dialog, IDC_FINISH); }}),

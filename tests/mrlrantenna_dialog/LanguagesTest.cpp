@@ -58,10 +58,6 @@ constexpr int WIDTH_TO_USE = 90; // percent
 constexpr int DENSITIES[] = {96, 120, 144, 192};
 constexpr const char* SHIPPED[] = {"ar", "de", "en", "es", "fr", "ja", "zh-Hans"};
 
-std::filesystem::path shippedTree() {
-    return mrl::System::executableFolder() / ".." / "shipped";
-}
-
 LANGID languageOf(const std::string& tag) {
     return libUikit::languageOf(mrl::String(tag.c_str()).getUCS2Buffer());
 }
@@ -149,8 +145,9 @@ std::vector<std::string> clipped(const mrl::Json& texts, LANGID language, int dp
 
 TEST(DialogInEveryLanguage, HasRoomForEveryTextAtEveryDensityOfTheScreen) {
     for (const char* tag : SHIPPED) {
-        const mrl::Json texts = tesk5::readJsonFile(shippedTree() / "resources" / "mrlrantenna" /
-                                                    "texts" / (std::string(tag) + ".json"));
+        const mrl::Json texts =
+            tesk5::readJsonFile(test::shippedTree() / "resources" / "mrlrantenna" / "texts" /
+                                (std::string(tag) + ".json"));
         for (const int dpi : DENSITIES) {
             EXPECT_THAT(clipped(texts, languageOf(tag), dpi), testing::IsEmpty())
                 << tag << " " << dpi;
@@ -169,7 +166,7 @@ TEST(DialogInEveryLanguage, HasAFontWithItsLetters) {
 
 class DialogInALanguage : public test::DialogTest {
 protected:
-    DialogInALanguage() { std::filesystem::current_path(shippedTree()); }
+    DialogInALanguage() { std::filesystem::current_path(test::shippedTree()); }
     ~DialogInALanguage() override {
         tesk5::Language::current().set("");
         libUikit::setUiLanguage(0);

@@ -21,10 +21,10 @@ TEST_F(Messages, AnOpenWindowIsPaintedAsAnyDialog) {
 }
 
 // The smallest rectangle with everything in it that is not as the corner of the client area.
-CRect painted(const Dialog& dialog) {
+CRect painted(HWND window) {
     CRect client;
-    dialog.GetClientRect(&client);
-    const HDC dc = ::GetDC(dialog.m_hWnd);
+    ::GetClientRect(window, &client);
+    const HDC dc = ::GetDC(window);
     const COLORREF background = GetPixel(dc, 0, 0);
     CRect found(client.right, client.bottom, 0, 0);
     for (int y = 0; y < client.bottom; ++y) {
@@ -36,7 +36,7 @@ CRect painted(const Dialog& dialog) {
             }
         }
     }
-    ::ReleaseDC(dialog.m_hWnd, dc);
+    ::ReleaseDC(window, dc);
     return found;
 }
 
@@ -52,7 +52,7 @@ TEST_F(Messages, AMinimisedWindowIsPaintedAsItsIconInTheMiddle) {
                                   ~LONG_PTR{WS_CAPTION | WS_SYSMENU | DS_MODALFRAME};
             SetWindowLongPtrW(dialog, GWL_STYLE, bare);
             dialog.ModifyStyleEx(WS_EX_DLGMODALFRAME | WS_EX_WINDOWEDGE, 0);
-            ::SetWindowPos(dialog.m_hWnd, nullptr, 0, 0, 131, 100,
+            ::SetWindowPos(dialog.m_hWnd, nullptr, 0, 0, 130, 100,
                            SWP_NOMOVE | SWP_NOZORDER | SWP_FRAMECHANGED);
             dialog.UpdateWindow();
             SetWindowLongPtrW(dialog, GWL_STYLE, bare | WS_MINIMIZE);
@@ -66,19 +66,42 @@ TEST_F(Messages, AMinimisedWindowIsPaintedAsItsIconInTheMiddle) {
             dialog.GetClientRect(&client);
             const int width = GetSystemMetrics(SM_CXICON);
             const int height = GetSystemMetrics(SM_CYICON);
-            const int x = (client.Width() - width + 1) / 2;
-            const int y = (client.Height() - height + 1) / 2;
-            const CRect icon = painted(dialog);
-            EXPECT_GE(icon.left, x);
-            EXPECT_GE(icon.top, y);
-            EXPECT_LE(icon.right, x + width);
-            EXPECT_LE(icon.bottom, y + height);
-            EXPECT_GT(icon.Width(), width / 2);
-            EXPECT_GT(icon.Height(), height / 2);
+            const CRect found = painted(dialog);
+            EXPECT_GT(found.Width(), width / 2);
+            EXPECT_GT(found.Height(), height / 2);
+            // The same icon in the corner has its margins, too.
+            const HDC dc = ::GetDC(dialog.m_hWnd);
+            DrawIcon(dc, 1, 1, dialog.m_hIcon);
+            ::ReleaseDC(dialog.m_hWnd, dc);
+            const CRect both = painted(dialog);
+            EXPECT_EQ(found.left - both.left, (client.Width() - width + 1) / 2 - 1);
+            EXPECT_EQ(found.top - both.top, (client.Height() - height + 1) / 2 - 1);
             SetWindowLongPtrW(dialog, GWL_STYLE, bare);
         }},
         test::DialogDriver::Place::ON_SCREEN);
     EXPECT_FALSE(ended());
+}
+
+TEST_F(Messages, ThePicturesKeepTheirShapeInControlsOfTheTemplatesSize) {
+    std::filesystem::current_path(test::shippedTree());
+    run({[&](Dialog& dialog) {
+            for (const int id : {IDC_RADIO_ON_IMAGE, IDC_RADIO_OFF_IMAGE}) {
+                const HWND control = ::GetDlgItem(dialog.m_hWnd, id);
+                ::ShowWindow(control, SW_SHOW);
+                ::UpdateWindow(control);
+                CRect client;
+                ::GetClientRect(control, &client);
+                CRect inTemplate(0, 0, 88, 88);
+                MapDialogRect(dialog.m_hWnd, &inTemplate);
+                EXPECT_EQ(client.Width(), inTemplate.Width()) << id;
+                EXPECT_EQ(client.Height(), inTemplate.Height()) << id;
+                EXPECT_GT(client.Width(), client.Height() * 1.05) << id;
+                const CRect picture = painted(control);
+                EXPECT_LT(picture.Width(), picture.Height() * 1.05) << id;
+                ::ShowWindow(control, SW_HIDE);
+            }
+        }},
+        test::DialogDriver::Place::ON_SCREEN);
 }
 
 TEST_F(Messages, ANewDialogHasNoToolTipAndAUsableRadio) {

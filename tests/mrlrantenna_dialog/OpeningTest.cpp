@@ -7,6 +7,7 @@
 
 #include <mrl/Unicode.h>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -15,6 +16,7 @@ using libUikit::Subclass;
 using test::Dialog;
 using test::network;
 using test::picture;
+using test::scopeOpened;
 using test::written;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -105,21 +107,20 @@ TEST_F(OpeningTheDialog, GoesStepByStep) {
     EXPECT_THAT(raisedKeys(), IsEmpty());
 }
 
-TEST_F(OpeningTheDialog, OpensTraceScopesNamedAfterItsOperations) {
+TEST_F(OpeningTheDialog, OpensEachTraceScopeBeforeItsFirstStep) {
     startRadio({network("Lab")});
     mrl::LogFactory::setPriority(0);
     run({});
     mrl::LogFactory::setPriority(1);
-    std::vector<std::string> scopes;
-    for (const test::CapturedLog::Line& line : log().lines()) {
-        if (line.priority == 0 && line.logger == test::DIALOG_LOGGER &&
-            line.text.starts_with("> ")) {
-            scopes.push_back(line.text.substr(2, line.text.rfind(" (") - 2));
-        }
-    }
-    EXPECT_THAT(scopes,
-                ElementsAre("OnInitDialog()", "populateText()", "populateAvailableNetworks()",
-                            "updateSelectedNetworkInformation()", "startWirelessProgress()"));
+    EXPECT_THAT(journal().entries({scopeOpened(""), "exchange", "pause 1000", "pause 50", "count"}),
+                ElementsAre(StartsWith(scopeOpened("OnInitDialog()")), "exchange show",
+                            "pause 1000 ms", StartsWith(scopeOpened("populateText()")),
+                            "pause 1000 ms", "exchange read", "exchange read",
+                            StartsWith(scopeOpened("populateAvailableNetworks()")), "count entries",
+                            StartsWith(scopeOpened("updateSelectedNetworkInformation()")),
+                            "pause 50 ms", "count entries",
+                            StartsWith(scopeOpened("startWirelessProgress()")), "exchange read",
+                            "exchange read"));
 }
 
 TEST_F(OpeningTheDialog, LogsTheAdapter) {
@@ -221,12 +222,15 @@ TEST_F(OpeningTheDialog, AsksForTwiceTheHeightOfTheListsItemsInSixteenBitsOnATab
         height = itemHeight;
         journal().clear();
         run({});
-        return journal().entries({"exchange show", "list height", "icon big"});
+        std::vector<std::string> steps =
+            journal().entries({"exchange show", "list height", "pause", "icon big"});
+        steps.erase(std::find(steps.begin(), steps.end(), "icon big"), steps.end());
+        return steps;
     };
-    EXPECT_THAT(stepsOn(false, 16), ElementsAre("exchange show", "icon big"));
-    EXPECT_THAT(stepsOn(true, 16), ElementsAre("exchange show", "list height 0 32", "icon big"));
-    EXPECT_THAT(stepsOn(true, 0x9000),
-                ElementsAre("exchange show", "list height 0 8192", "icon big"));
+    const char* const pause = "pause 1000 ms";
+    EXPECT_THAT(stepsOn(false, 16), ElementsAre("exchange show", pause));
+    EXPECT_THAT(stepsOn(true, 16), ElementsAre("exchange show", "list height 0 32", pause));
+    EXPECT_THAT(stepsOn(true, 0x9000), ElementsAre("exchange show", "list height 0 8192", pause));
 }
 
 // --- Tool tips -----------------------------------------------------------------------------------

@@ -163,6 +163,17 @@ TEST_F(RadioOnDisplay, ColouredTextsStandOnWhiteWhereTheThemeIsDark) {
     }});
 }
 
+TEST_F(RadioOnDisplay, AThemeIsDarkBelowHalfTheBrightness) {
+    run({[&](Dialog& dialog) {
+        const COLORREF half = RGB(128, 128, 128);
+        const ThemeColour light(COLOR_3DFACE, half);
+        EXPECT_EQ(test::colourBehind(dialog, IDC_RADIO_STATUS), half);
+        // A thousandth less, of 299 parts of red, 587 of green and 114 of blue.
+        const ThemeColour dark(COLOR_3DFACE, RGB(119, 132, 131));
+        EXPECT_EQ(test::colourBehind(dialog, IDC_RADIO_STATUS), RGB(255, 255, 255));
+    }});
+}
+
 // --- Keyboard ------------------------------------------------------------------------------------
 
 TEST_F(RadioOnDisplay, TheSpaceBarSwitchesItAndTheKeyboardGoesOnWithTheOtherPicture) {
@@ -188,6 +199,16 @@ TEST_F(RadioOnDisplay, TheKeyboardGoesToTheListWhenThePictureIsGreyed) {
         radio().setRadio(0, 0, std::nullopt, ON);
         dialog.updateRadioState();
         EXPECT_EQ(::GetFocus(), dialog.m_networkCombo.m_hWnd) << "and stays there";
+    }});
+}
+
+TEST_F(RadioOnDisplay, TheKeyboardStaysInTheListWhenThePictureChanges) {
+    run({[&](Dialog& dialog) {
+        ::SetFocus(dialog.m_networkCombo);
+        radio().setRadio(0, 0, OFF, std::nullopt);
+        dialog.updateRadioState();
+        EXPECT_EQ(picture(dialog), "off");
+        EXPECT_EQ(::GetFocus(), dialog.m_networkCombo.m_hWnd);
     }});
 }
 

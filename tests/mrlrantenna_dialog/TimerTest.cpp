@@ -63,6 +63,21 @@ TEST_F(Ticks, ReadTheConnectionsStateAndQuality) {
     }});
 }
 
+TEST_F(Ticks, ReadTheConnectionInATraceScopeOfTheirOwnThenPause) {
+    run({[&](Dialog& dialog) {
+        mrl::LogFactory::setPriority(0);
+        journal().clear();
+        tick(dialog);
+        mrl::LogFactory::setPriority(1);
+        std::vector<std::string> steps =
+            journal().entries({test::scopeOpened(""), "call WlanQueryInterface", "pause"});
+        ASSERT_GE(steps.size(), 3U);
+        steps.resize(3);
+        EXPECT_THAT(steps, ElementsAre(StartsWith(test::scopeOpened("getSignalStrength()")),
+                                       StartsWith("call WlanQueryInterface"), "pause 100 ms"));
+    }});
+}
+
 TEST_F(Ticks, LeaveTheRefreshToTheEndOfTheScanThatTheyStart) {
     runAndKeepTicking([&](Dialog& dialog) {
         tick(dialog);
