@@ -220,6 +220,7 @@ const Radio radios[] = {
     // A service that does not answer is the framework's finding.
     {"WithoutAService", with({.function = "WlanOpenHandle", .code = 1062}), {}},
     {"WithoutInterfaces", with({.function = "WlanEnumInterfaces", .code = 1062}), {}},
+    {"WithoutAListOfInterfaces", with({.function = "WlanEnumInterfaces", .noData = true}), {}},
     {"OfAnOldService",
      {.serviceVersion = 1},
      {"problem: Card: the wireless service of this Windows has version 1 of its interface, and the "
