@@ -73,6 +73,13 @@ TEST_F(WirelessDoctor, SaysThatRadioAndNetworksAreThere) {
                                        "ok: Card: visible networks with a name: 1."));
 }
 
+TEST_F(WirelessDoctor, AsksForTheListThatTheTestsAskFor) {
+    sayings();
+    EXPECT_THAT(radio().callTexts(),
+                Contains(testing::AllOf(testing::StartsWith("WlanGetAvailableNetworkList "),
+                                        HasSubstr("\"flags\":0,"))));
+}
+
 TEST_F(WirelessDoctor, WaitsForAScanOfItsOwnWhenItMay) {
     startRadio({{.ssid = "Lab", .visible = radiosim::Visible::AFTER_SCAN}});
     EXPECT_THAT(sayings(ExaminationDepth::THOROUGH),
@@ -374,6 +381,7 @@ TEST_F(WirelessDoctor, ChecksTheParametersByTheRulesOfTheTest) {
           "WarningSignalStrength."},
          {"The name \"Lab,WarningSignalStrength=40\" contains the parameter "
           "WarningSignalStrength."}},
+        {"12345678901234567890123456789012", "40", "", {}, {"The parameters can be used."}},
         {"123456789012345678901234567890123",
          "40",
          "",
