@@ -2,13 +2,14 @@
 
 import json
 import pathlib
+import subprocess
 import sys
 import tempfile
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tools"))
 from mutation import campaign
-from mutation.lab import ROOT, Verdict, sources
+from mutation.lab import ROOT, Verdict, sources, waited
 from mutation.mutants import mutants_of
 
 
@@ -144,6 +145,48 @@ class EverySource(unittest.TestCase):
             "comparison turned", "comparison shifted", "condition negated", "statement removed",
             "statements exchanged", "constant altered", "text altered", "sign changed",
             "arguments exchanged"})
+
+
+class Program:
+    """Writes a line in each of the given seconds of a clock that only waiting moves, and ends."""
+
+    def __init__(self, output, writes, ends):
+        self._output = output
+        self._writes = writes
+        self._ends = ends
+        self.seconds = 0
+
+    def own_time(self, _process):
+        return self.seconds
+
+    def wait(self, timeout):
+        before, self.seconds = self.seconds, self.seconds + timeout
+        if self._ends is not None and self._ends <= self.seconds:
+            return 0
+        for _ in (moment for moment in self._writes if before < moment <= self.seconds):
+            self._output.write(b"a line\n")
+            self._output.flush()
+        raise subprocess.TimeoutExpired("program", timeout)
+
+    def poll(self):
+        return None
+
+
+class TheTimeOfAProgram(unittest.TestCase):
+    def end_of(self, writes, ends=None):
+        """The exit value, and the second in which the program was left."""
+        with tempfile.TemporaryFile() as output:
+            program = Program(output, writes, ends)
+            return waited(program, 100, output, 20, program.own_time), program.seconds
+
+    def test_is_over_soon_when_it_is_silent(self):
+        self.assertEqual(self.end_of(writes=[3, 4]), (None, 24))
+
+    def test_is_over_when_it_writes_for_ever(self):
+        self.assertEqual(self.end_of(writes=range(200)), (None, 100))
+
+    def test_is_all_its_own_while_it_writes(self):
+        self.assertEqual(self.end_of(writes=[19, 38, 57, 76], ends=95), (0, 95))
 
 
 class Bench:

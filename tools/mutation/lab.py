@@ -10,6 +10,7 @@ import hashlib
 import json
 import os
 import pathlib
+import queue
 import re
 import resource
 import shlex
@@ -49,6 +50,7 @@ LEFT_OUT = "CaptureProperties.*"
 TIME_FACTOR = 10
 LEAST_TIME_SECONDS = 20
 LONGEST_SECONDS = 1800  # of a compilation, and of a program that is measured
+LOOK_SECONDS = 1  # between two looks at what a program has written
 # What runs away is stopped before it takes the machine along.
 MEMORY_LIMIT = 4 << 30
 OUTPUT_LIMIT = 64 << 20
@@ -73,6 +75,17 @@ class Verdict:
     by: str = ""  # the test that noticed it, or what the compiler says
 
 
+@dataclasses.dataclass(frozen=True)
+class Desk:
+    settings: dict = dataclasses.field(default_factory=dict)  # of the environment
+    processor: int | None = None
+
+    @property
+    def prefix(self):
+        """What comes before a command that runs here."""
+        return [] if self.processor is None else ["taskset", "-c", str(self.processor)]
+
+
 class Processes:
     """Starts programs in process groups of their own, and ends all of them when it is stopped."""
 
@@ -81,9 +94,10 @@ class Processes:
         self._lock = threading.Lock()
         self._stopped = False
 
-    def run(self, command, seconds, output, **options):
-        """The exit value; None when the time was over, in which a program does not wait for a
-        processor: other work on the machine does not make it hang."""
+    def run(self, command, seconds, output, quiet_seconds=None, **options):
+        """The exit value; None when the time was over, or when nothing had been written for
+        `quiet_seconds`. What the program waits for a processor does not count: other work on the
+        machine does not make it hang."""
         with self._lock:
             if self._stopped:
                 raise KeyboardInterrupt
@@ -91,7 +105,7 @@ class Processes:
                                        stderr=subprocess.STDOUT, start_new_session=True, **options)
             self._running.add(process)
         try:
-            code = _wait(process, seconds)
+            code = waited(process, seconds, output, quiet_seconds or seconds, _own_time)
             if code is None:
                 self._kill(process)
         except BaseException:
@@ -118,12 +132,22 @@ class Processes:
                     os.killpg(process.pid, signal.SIGKILL)
 
 
-def _wait(process, seconds):
-    start = time.monotonic()
-    while (left := seconds - (time.monotonic() - start) + _queued(process)) > 0:
+def waited(process, seconds, output, quiet_seconds, own_time):
+    """The exit value of a process; None when it still runs after `seconds`, or has written nothing
+    for `quiet_seconds`, by the clock `own_time`."""
+    started = written = own_time(process)
+    size = 0
+    while (now := own_time(process)) < (end := min(started + seconds, written + quiet_seconds)):
         with contextlib.suppress(subprocess.TimeoutExpired):
-            return process.wait(left)
+            return process.wait(min(end - now, LOOK_SECONDS))
+        if (grown := os.fstat(output.fileno()).st_size) != size:
+            size, written = grown, own_time(process)
     return process.poll()
+
+
+def _own_time(process):
+    """A clock that stands still while the program waits for a processor."""
+    return time.monotonic() - _queued(process)
 
 
 def _queued(process):
@@ -233,11 +257,13 @@ def _after(command, option):
 class Lab:
     """Tries mutants on several threads; to be used in a `with`, which removes all that it made."""
 
-    def __init__(self):
+    def __init__(self, jobs):
         self.processes = Processes()
+        self._jobs = jobs
         self._builds = {}
         self._where = {file: (where, programs) for file, where, programs in sources()}
         self._limits = {}
+        self._quiet_limits = {}
         self._slow_suites = {}
         self._slow_tests = {}
         self._signatures = {}
@@ -245,8 +271,7 @@ class Lab:
         self._heads = {}
         self._noticers = {}
         self._lock = threading.Lock()
-        # One display: dialogs side by side would take the focus from each other.
-        self._display = threading.Lock()
+        self._desks = queue.SimpleQueue()
         self._cleanup = contextlib.ExitStack()
 
     def __enter__(self):
@@ -293,7 +318,28 @@ class Lab:
                 key, _, value = setting.decode().partition("=")
                 if key.startswith("WINE"):
                     os.environ[key] = value
-            self._open_display()
+            for number in range(self._jobs):
+                self._open_desk(number)
+
+    def _open_desk(self, number):
+        """A display, a Wine and a processor for one program at a time: dialogs side by side would
+        take the focus from each other, and a program and Wine's server, which wait for each other
+        all the time, are two to three times as fast on one processor as on two."""
+        settings = {"DISPLAY": self._open_display()}
+        if number > 0:
+            prefix = self.folder / f"wineprefix-{number}"
+            shutil.copytree(os.environ["WINEPREFIX"], prefix, symlinks=True)
+            settings["WINEPREFIX"] = str(prefix)
+        processors = sorted(os.sched_getaffinity(0))
+        desk = Desk(settings, processors[number % len(processors)])
+        # Wine's services keep the output of the first program open, and start slowly.
+        for command in (["wineserver", "--persistent"], ["wine", "cmd", "/c", "exit"]):
+            subprocess.run([*desk.prefix, *command], env=os.environ | settings, check=False,
+                           stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                           stderr=subprocess.DEVNULL)
+        self._cleanup.callback(subprocess.run, ["wineserver", "--kill"],
+                               env=os.environ | settings, check=False)
+        self._desks.put(desk)
 
     def _open_display(self):
         reading, writing = os.pipe()
@@ -305,28 +351,36 @@ class Lab:
         self._cleanup.callback(server.terminate)
         os.close(writing)
         with os.fdopen(reading) as answer:
-            os.environ["DISPLAY"] = ":" + answer.readline().strip()
-        # Wine's services keep the output of the first program open, and start slowly.
-        subprocess.run(["wineserver", "--persistent"], check=False)
-        subprocess.run(["wine", "cmd", "/c", "exit"], stdin=subprocess.DEVNULL, check=False,
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        self._cleanup.callback(subprocess.run, ["wineserver", "--kill"], check=False)
+            return ":" + answer.readline().strip()
+
+    @contextlib.contextmanager
+    def _desk(self, build):
+        """Where a program of this build runs; one of Wine's waits for its turn."""
+        desk = self._desks.get() if build.is_windows else Desk()
+        try:
+            yield desk
+        finally:
+            if build.is_windows:
+                self._desks.put(desk)
 
     def _measure(self, build, program):
         path = build.program(program)
         signature = self._signatures[build.name, program] = _digest(path)
-        known = build.folder / f"{program}.measured"
+        known = build.folder / f"{program}.times"
         measured = json.loads(known.read_text()) if known.exists() else {}
         if measured.get("signature") != signature:
             start = time.monotonic()
-            code, output = self._run(build, path, LONGEST_SECONDS, f"*-{LEFT_OUT}")
+            code, output = self._run(build, path, (LONGEST_SECONDS, None), f"*-{LEFT_OUT}")
             if code != 0:
                 raise SystemExit(f"{path} fails without any mutant:\n{output[-4000:]}")
             measured = {"signature": signature, "seconds": time.monotonic() - start,
+                        "longest_test": max(_test_times(output).values(), default=0),
                         "slow_suites": _slow_suites(output), "slow_tests": _slow_tests(output)}
             known.write_text(json.dumps(measured))
         self._limits[build.name, program] = max(LEAST_TIME_SECONDS,
                                                 TIME_FACTOR * measured["seconds"])
+        self._quiet_limits[build.name, program] = max(LEAST_TIME_SECONDS,
+                                                      TIME_FACTOR * measured["longest_test"])
         self._slow_suites[build.name, program] = measured["slow_suites"]
         self._slow_tests[build.name, program] = measured["slow_tests"]
 
@@ -434,24 +488,27 @@ class Lab:
             quick = set(counts).difference(self._slow_tests[build.name, program])
             first = sorted(quick, key=counts.get, reverse=True)[:FIRST_TESTS]
         slow = ":".join(f"{suite}.*" for suite in self._slow_suites[build.name, program])
-        limit = self._limits[build.name, program]
+        limits = self._limits[build.name, program], self._quiet_limits[build.name, program]
         rounds = ([":".join(first)] if first else []) + \
             ([f"*-{slow}:{LEFT_OUT}", slow] if slow else [f"*-{LEFT_OUT}"])
         for chosen in rounds:
-            code, output = self._run(build, executable, limit, chosen)
+            code, output = self._run(build, executable, limits, chosen)
             if code != 0 or (build.is_windows and "err:heap:" in output):
                 return Verdict("noticed", _noticing_test(output, code))
         return Verdict("survived")
 
-    def _run(self, build, executable, seconds, chosen):
+    def _run(self, build, executable, limits, chosen):
         """(exit value or None, output) of a test program."""
-        environment = dict(os.environ, GTEST_FAIL_FAST="1", GTEST_FILTER=chosen, LC_ALL="C.UTF-8")
-        command = ["wine", str(executable)] if build.is_windows else [str(executable)]
-        lock = self._display if build.is_windows else contextlib.nullcontext()
-        with lock, tempfile.TemporaryDirectory(dir=self.folder) as folder:
+        seconds, quiet_seconds = limits
+        with self._desk(build) as desk, tempfile.TemporaryDirectory(dir=self.folder) as folder:
+            command = [*desk.prefix, *(["wine"] if build.is_windows else []), str(executable)]
+            environment = os.environ | desk.settings | {
+                "GTEST_FAIL_FAST": "1", "GTEST_FILTER": chosen, "LC_ALL": "C.UTF-8"}
+
             def start():
                 with tempfile.TemporaryFile(dir=self.folder) as output:
-                    code = self.processes.run(command, seconds, output, cwd=folder, env=environment,
+                    code = self.processes.run(command, seconds, output, quiet_seconds, cwd=folder,
+                                              env=environment,
                                               preexec_fn=None if build.is_windows else _limit)
                     output.seek(0)
                     said = output.read()
@@ -481,10 +538,15 @@ def _slow_suites(output):
     return slow
 
 
-def _slow_tests(output):
-    times = {test: int(time_ms) for test, time_ms in re.findall(
+def _test_times(output):
+    """In seconds, by the names of the tests."""
+    return {test: int(time_ms) / 1000 for test, time_ms in re.findall(
         r"^\[       OK \] (\S+?)(?:, where .*)? \((\d+) ms\)", output, re.MULTILINE)}
-    return [test for test, time_ms in times.items() if time_ms > SLOW_TEST * sum(times.values())]
+
+
+def _slow_tests(output):
+    times = _test_times(output)
+    return [test for test, seconds in times.items() if seconds > SLOW_TEST * sum(times.values())]
 
 
 def _noticing_test(output, code):
