@@ -35,11 +35,15 @@ INPUTS_OF_A_FUZZER = 2000
 INPUTS_OF_A_SLOW_FUZZER = {"journal": 300, "reports": 300, "text_file": 300}
 
 
-# Lanes for all suites but those of the Windows build.
-SIDE_BY_SIDE = 2
+# How many suites of a kind run side by side, and how nice they are to others. The Windows build's
+# programs share the desktop and run one after another; under Wine they wait for its server all the
+# time. Scripts mostly wait for the executable's real pauses. Programs of the native builds, and
+# the builds, keep a processor busy, but only one that those leave.
+SIDE_BY_SIDE = {"windows": 1, "scripts": 3, "programs": 2}
+NICENESS = {"programs": 10, "builds": 10}
 
-# Each build with the targets that the suites need, and what starts its programs.
-# The Windows build first: its programs share the desktop and run one after another.
+# Each build with the targets that the suites need, and what starts its programs: the Windows build
+# first, whose programs take the longest.
 BUILDS = (("windows-checked", ("all",), ("wine",)),
           ("linux", ("mrlrantenna", "mrlrsignal", "contract", "radio_pace"), ()),
           ("native", ("all", "benchmarks"), ()),
@@ -192,7 +196,7 @@ class Lanes:
     def __init__(self, patterns):
         self._patterns = patterns
         self._lock = threading.Lock()
-        self._waiting = queue.Queue()
+        self._waiting = {lane: queue.Queue() for lane in SIDE_BY_SIDE}
         self.passed = self.failed = 0
 
     def matches(self, name):
@@ -221,43 +225,51 @@ class Lanes:
             not pattern.startswith(tuple(others)) and not any(pattern in name for name in scripts)
             for pattern in self._patterns)
 
-    def add(self, suites):
-        """Suites for the lanes that run side by side."""
+    def add(self, lane, suites):
+        """Suites for the lanes of their kind."""
         for suite in suites:
             if self.matches(suite[0]):
-                self._waiting.put(suite)
+                self._waiting[lane].put(suite)
 
     def run_builds(self, scripts):
         """Each build; its suites run when it is done. `scripts` are all Python suites."""
-        of_windows = threading.Thread()
+        be_nice("builds")
         try:
             for preset, targets, launcher in BUILDS:
                 if not self.needs(preset, scripts):
                     continue
                 self.run(f"build/{preset}", build, (preset, targets))
-                suites = [*suites_of(preset, launcher),
-                          *((name, run_python, (scripts[name],))
-                            for name in SCRIPTS_OF_BUILDS.get(preset, ()))]
-                if launcher:
-                    of_windows = threading.Thread(target=self.run_in_order, args=(suites,))
-                    of_windows.start()
-                else:
-                    self.add(suites)
+                self.add("windows" if launcher else "programs", suites_of(preset, launcher))
+                self.add("windows" if launcher else "scripts",
+                         ((name, run_python, (scripts[name],))
+                          for name in SCRIPTS_OF_BUILDS.get(preset, ())))
         finally:
-            for _ in range(SIDE_BY_SIDE):
-                self._waiting.put(None)
-        if of_windows.ident:
-            of_windows.join()
+            for lane, side_by_side in SIDE_BY_SIDE.items():
+                for _ in range(side_by_side):
+                    self._waiting[lane].put(None)
 
-    def run_in_order(self, suites):
-        for name, function, arguments in suites:
-            if self.matches(name):
-                self.run(name, function, arguments)
-
-    def run_waiting(self):
+    def run_waiting(self, lane):
         """Takes one suite after another until there are no more."""
-        while suite := self._waiting.get():
+        be_nice(lane)
+        while suite := self._waiting[lane].get():
             self.run(*suite)
+
+    def run_all(self, scripts):
+        """The builds, and beside them and after them the suites."""
+        threads = [threading.Thread(target=self.run_waiting, args=(lane,))
+                   for lane, side_by_side in SIDE_BY_SIDE.items() for _ in range(side_by_side)]
+        threads.append(threading.Thread(target=self.run_builds, args=(scripts,)))
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+
+
+def be_nice(lane):
+    """Makes this thread nicer, and with it the programs that it starts."""
+    if more := NICENESS.get(lane):
+        thread = threading.get_native_id()
+        os.setpriority(os.PRIO_PROCESS, thread, os.getpriority(os.PRIO_PROCESS, thread) + more)
 
 
 def main(patterns):
@@ -278,18 +290,11 @@ def main(patterns):
     # test that reads its program's output to the end must not be the first.
     subprocess.run(["wine", "cmd", "/c", "exit"], stdin=subprocess.DEVNULL,
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)
-    # Builds keep a processor busy; the executable's real pauses, which the scripts mostly consist
-    # of, do not.
     lanes = Lanes(patterns)
     of_builds = {name for names in SCRIPTS_OF_BUILDS.values() for name in names}
-    lanes.add((name, run_python, (path,)) for name, path in scripts.items()
-              if name not in of_builds)
-    threads = [threading.Thread(target=lanes.run_waiting) for _ in range(SIDE_BY_SIDE)]
-    threads.append(threading.Thread(target=lanes.run_builds, args=(scripts,)))
-    for thread in threads:
-        thread.start()
-    for thread in threads:
-        thread.join()
+    lanes.add("scripts", ((name, run_python, (path,)) for name, path in scripts.items()
+                          if name not in of_builds))
+    lanes.run_all(scripts)
     if lanes.passed == lanes.failed == 0:
         print(f"no suite matches {' '.join(patterns)}; without a pattern every suite runs")
         return 1
