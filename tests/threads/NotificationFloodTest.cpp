@@ -55,7 +55,7 @@ public:
 
     MRLRAntennaDlg* dialog() { return reinterpret_cast<MRLRAntennaDlg*>(this); }
     WirelessDevice& device() { return m_device; }
-    long messages() const { return m_window.messages; }
+    long messages() const { return m_window.emptyMessages; }
 
 private:
     doubles::Window m_window;

@@ -14,14 +14,16 @@ constexpr UINT WM_NULL = 0;
 namespace doubles {
 
 struct Window {
-    std::atomic<long> messages = 0;
+    std::atomic<long> emptyMessages = 0;
 };
 
 } // namespace doubles
 
 using HWND = doubles::Window*;
 
-inline BOOL PostMessageW(HWND window, UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) {
-    ++window->messages;
+inline BOOL PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NULL && wParam == 0 && lParam == 0) {
+        ++window->emptyMessages;
+    }
     return TRUE;
 }

@@ -16,8 +16,6 @@ void PostedRefresh::close(MRLRAntennaDlg* dialog) {
     const std::lock_guard lock(m_mutex);
     if (m_dialog == dialog) {
         m_dialog = nullptr;
-        m_window = nullptr;
-        m_pending = false;
     }
 }
 
