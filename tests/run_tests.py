@@ -27,8 +27,8 @@ from seeds import seed_folders
 import wine_starts
 
 LOGS = ROOT / "build" / "test-logs"
-# A suite that takes longer hangs: no suite alone takes 200 seconds, but beside the others one of the
-# nice ones may take 420.
+# A suite that takes longer hangs: alone none takes 200 seconds, but beside the others one of the
+# nicer ones may take 420.
 SUITE_LIMIT_SECONDS = 1200
 PYTHON_FOLDERS = ("structure", "system")
 # A few seconds; tools/fuzz runs for longer.
@@ -36,10 +36,10 @@ INPUTS_OF_A_FUZZER = 2000
 INPUTS_OF_A_SLOW_FUZZER = {"journal": 300, "reports": 300, "text_file": 300}
 
 
-# How many suites of a kind run side by side, and how nice they are to others. The Windows build's
-# programs share the desktop and run one after another; under Wine they wait for its server all the
-# time. Scripts mostly wait for the executable's real pauses. Programs of the native builds, and
-# the builds, keep a processor busy, but only one that those leave.
+# How many suites of a kind run side by side. The Windows build's programs share the desktop and run
+# one after another; scripts mostly wait for the executable's real pauses. Programs of the native
+# builds, and the builds, keep a processor busy. They are nicer than the rest: a program under Wine
+# waits for Wine's server all the time, and would then wait for a processor each time.
 SIDE_BY_SIDE = {"windows": 1, "scripts": 3, "programs": 2}
 NICENESS = {"programs": 10, "builds": 10}
 
@@ -227,7 +227,7 @@ class Lanes:
             for pattern in self._patterns)
 
     def add(self, lane, suites):
-        """Suites for the lanes of their kind."""
+        """Suites for one kind of lane, those that a pattern names."""
         for suite in suites:
             if self.matches(suite[0]):
                 self._waiting[lane].put(suite)

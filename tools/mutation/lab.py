@@ -77,6 +77,8 @@ class Verdict:
 
 @dataclasses.dataclass(frozen=True)
 class Desk:
+    """Where a program runs; without values, anywhere and in the environment as it is."""
+
     settings: dict = dataclasses.field(default_factory=dict)  # of the environment
     processor: int | None = None
 
@@ -263,8 +265,7 @@ class Lab:
         self._jobs = jobs
         self._builds = {}
         self._where = {file: (where, programs) for file, where, programs in sources()}
-        self._limits = {}
-        self._quiet_limits = {}
+        self._limits = {}  # of a program: its seconds in all, and those without a word
         self._slow_suites = {}
         self._slow_tests = {}
         self._signatures = {}
@@ -325,7 +326,7 @@ class Lab:
     def _open_desk(self, number):
         """A display, a Wine and a processor for one program at a time: dialogs side by side would
         take the focus from each other, and a program and Wine's server, which wait for each other
-        all the time, are two to three times as fast on one processor as on two."""
+        all the time, are several times as fast on one processor as on two."""
         settings = {"DISPLAY": self._open_display()}
         if number > 0:
             prefix = self.folder / f"wineprefix-{number}"
@@ -378,10 +379,9 @@ class Lab:
                         "longest_test": max(_test_times(output).values(), default=0),
                         "slow_suites": _slow_suites(output), "slow_tests": _slow_tests(output)}
             known.write_text(json.dumps(measured))
-        self._limits[build.name, program] = max(LEAST_TIME_SECONDS,
-                                                TIME_FACTOR * measured["seconds"])
-        self._quiet_limits[build.name, program] = max(LEAST_TIME_SECONDS,
-                                                      TIME_FACTOR * measured["longest_test"])
+        self._limits[build.name, program] = tuple(
+            max(LEAST_TIME_SECONDS, TIME_FACTOR * measured[key])
+            for key in ("seconds", "longest_test"))
         self._slow_suites[build.name, program] = measured["slow_suites"]
         self._slow_tests[build.name, program] = measured["slow_tests"]
 
@@ -489,7 +489,7 @@ class Lab:
             quick = set(counts).difference(self._slow_tests[build.name, program])
             first = sorted(quick, key=counts.get, reverse=True)[:FIRST_TESTS]
         slow = ":".join(f"{suite}.*" for suite in self._slow_suites[build.name, program])
-        limits = self._limits[build.name, program], self._quiet_limits[build.name, program]
+        limits = self._limits[build.name, program]
         rounds = ([":".join(first)] if first else []) + \
             ([f"*-{slow}:{LEFT_OUT}", slow] if slow else [f"*-{LEFT_OUT}"])
         for chosen in rounds:
